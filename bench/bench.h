@@ -1,0 +1,53 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+/// Timing of kernels whose result was checked first: ns per pixel, the median of several runs, and ratios within one run.
+namespace bench {
+
+struct timing
+{
+    double median_ns;  ///< per pixel
+    double best_ns;    ///< per pixel
+};
+
+/// Runs `work` once to warm up and then until `runs` timings are there.
+template <class Work>
+timing measure(double pixels, Work&& work, int runs = 9)
+{
+    using clock = std::chrono::steady_clock;
+    work();
+    std::vector<double> times;
+    for (int i = 0; i < runs; ++i)
+    {
+        const auto start = clock::now();
+        work();
+        times.push_back(std::chrono::duration<double, std::nano>(clock::now() - start).count() / pixels);
+    }
+    std::sort(times.begin(), times.end());
+    return {times[times.size() / 2], times.front()};
+}
+
+/// Prints a line of a table; `reference` is the timing that the ratio refers to (0: none).
+inline void print(const std::string& what, const std::string& variant, timing t, double reference_ns = 0)
+{
+    std::printf("%-36s %-14s %9.2f ns/px (best %8.2f)", what.c_str(), variant.c_str(), t.median_ns, t.best_ns);
+    if (reference_ns > 0) std::printf("  ratio %6.2f", t.median_ns / reference_ns);
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+/// Ends the program when a result is wrong: a time without a right result says nothing.
+inline void check(bool right, const char* what)
+{
+    if (right) return;
+    std::fprintf(stderr, "wrong result: %s\n", what);
+    std::exit(1);
+}
+
+}  // namespace bench

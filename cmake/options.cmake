@@ -1,0 +1,20 @@
+# What every target of the project is compiled with.
+add_library(zentrix_options INTERFACE)
+target_include_directories(zentrix_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(zentrix_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
+    -ffp-contract=off)  # a fused multiply-add would round once where the rules round twice
+if(WIN32)
+    target_compile_definitions(zentrix_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
+endif()
+if(ZENTRIX_SANITIZE)
+    target_compile_options(zentrix_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(zentrix_options INTERFACE -fsanitize=address,undefined)
+endif()
+
+# Kernels: loops over pixels. Neither flag changes a result; both let compares and clamps be vectorised.
+add_library(zentrix_kernel_options INTERFACE)
+target_link_libraries(zentrix_kernel_options INTERFACE zentrix_options)
+target_compile_options(zentrix_kernel_options INTERFACE -fno-math-errno -fno-trapping-math
+    $<$<CONFIG:Release,RelWithDebInfo>:-O3>)

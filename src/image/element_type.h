@@ -1,0 +1,66 @@
+#pragma once
+
+#include <complex>
+#include <cstdint>
+
+/// The program's numbering of pixel types and the host's codes for them.
+namespace qorv::dm {
+
+enum class element_type : std::int32_t
+{
+    none = -1,
+    int8,
+    uint8,
+    int16,
+    uint16,
+    int32,
+    uint32,
+    float32,
+    float64,
+    complex64,   ///< two floats, 8 bytes
+    complex128,  ///< two doubles, 16 bytes
+};
+
+/// The host's data type codes of the ten element types; the host has further codes (14 binary, 23 RGB, ...).
+enum class data_type : std::uint32_t
+{
+    none = 0xFFFFFFFFu,
+    int16 = 1,
+    float32 = 2,
+    complex64 = 3,
+    uint8 = 6,
+    int32 = 7,
+    int8 = 9,
+    uint16 = 10,
+    uint32 = 11,
+    float64 = 12,
+    complex128 = 13,
+    binary = 14,
+};
+
+/// The host's code of element type `index`, -1 (none: 0xFFFFFFFF) to 9.
+/// Throws  errors::unknown_data_type outside -1..9
+std::uint32_t ToDMDataType(std::int32_t index);
+
+/// The element type of a host code; none for a code outside the table.
+element_type element_type_of(std::uint32_t code) noexcept;
+
+/// Name shown to a user ("Real 4 Byte"); empty for none.
+const char* display_name(element_type type) noexcept;
+
+/// Bytes of one element; 0 for none.
+std::uint32_t element_bytes(element_type type) noexcept;
+
+template <class T> inline constexpr data_type data_type_of = data_type::none;
+template <> inline constexpr data_type data_type_of<std::int8_t> = data_type::int8;
+template <> inline constexpr data_type data_type_of<std::uint8_t> = data_type::uint8;
+template <> inline constexpr data_type data_type_of<std::int16_t> = data_type::int16;
+template <> inline constexpr data_type data_type_of<std::uint16_t> = data_type::uint16;
+template <> inline constexpr data_type data_type_of<std::int32_t> = data_type::int32;
+template <> inline constexpr data_type data_type_of<std::uint32_t> = data_type::uint32;
+template <> inline constexpr data_type data_type_of<float> = data_type::float32;
+template <> inline constexpr data_type data_type_of<double> = data_type::float64;
+template <> inline constexpr data_type data_type_of<std::complex<float>> = data_type::complex64;
+template <> inline constexpr data_type data_type_of<std::complex<double>> = data_type::complex128;
+
+}  // namespace qorv::dm

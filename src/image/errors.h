@@ -1,0 +1,41 @@
+#pragma once
+
+#include <stdexcept>
+
+/// The texts with which script functions fail, one sentence each, shown to the user as they stand. A text that two
+/// functions share is here; a text of one function stands beside that function.
+namespace qorv::dm::errors {
+
+inline constexpr char different_size[] = "Images of different size cannot appear in this function.";
+inline constexpr char invalid_data_type[] = "Invalid data type.";
+inline constexpr char invalid_image_type[] = "Invalid image type.";
+inline constexpr char invalid_image_size[] = "Invalid image size.";
+inline constexpr char invalid_matrix_size[] = "Invalid matrix size.";
+inline constexpr char invalid_mode[] = "Invalid mode.";
+inline constexpr char out_of_place[] = "Output should be out-of-place.";
+inline constexpr char parameters_invalid[] = "Parameters are invalid.";
+inline constexpr char up_to_3d[] = "Dimension support is up to 3D now.";
+inline constexpr char size_power_of_2[] = "Size of image should be power of 2.";
+inline constexpr char unknown_data_type[] = "Unknown data type.";
+inline constexpr char should_be_real[] = "Data type should be Real.";
+inline constexpr char should_be_real4[] = "Data type should be Real 4.";
+inline constexpr char should_be_real4_or_real8[] = "Data type should be Real 4 or Real 8.";
+inline constexpr char all_real[] = "All data type should be Real.";
+inline constexpr char all_real4[] = "All data type should be Real 4.";
+inline constexpr char all_real_or_complex[] = "All data type should be Real or Complex.";
+inline constexpr char all_complex[] = "All data type should be Complex.";
+inline constexpr char all_complex8[] = "All data type should be Complex 8.";
+inline constexpr char all_same_complex[] = "All data type should be same Complex.";
+inline constexpr char all_integer_or_real[] = "All data type should be Integer 1, Integer 2, Real 4 or Real 8.";
+
+}  // namespace qorv::dm::errors
+
+namespace qorv::dm {
+
+/// Fails the script function with `text` unless `holds`.
+inline void require(bool holds, const char* text)
+{
+    if (!holds) throw std::runtime_error{text};
+}
+
+}  // namespace qorv::dm
