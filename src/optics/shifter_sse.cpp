@@ -1,0 +1,96 @@
+#include "optics/shifter.h"
+
+#include <xmmintrin.h>
+#include <algorithm>
+#include <cstdint>
+
+namespace qorv::optics {
+
+namespace {
+
+using pixel = std::complex<float>;
+
+/// A line is cut into stretches of this many pixels (an even number: each starts at an even pixel).
+constexpr std::ptrdiff_t stretch = 4096;
+
+/// Below this a second thread costs more than it saves.
+constexpr std::ptrdiff_t shared_from_pixels = 1 << 15;
+
+/// From this size on the destination bypasses the caches, which would only be read in to be overwritten.
+constexpr std::ptrdiff_t streamed_from_pixels = 1 << 21;
+
+void keep(float* to, __m128 value) noexcept { _mm_storeu_ps(to, value); }
+void stream(float* to, __m128 value) noexcept { _mm_stream_ps(to, value); }
+
+template <auto store>
+void flip_pairs(const float* from, float* to, std::ptrdiff_t pairs, __m128 signs) noexcept
+{
+    std::ptrdiff_t i = 0;
+    for (; i + 4 <= pairs; i += 4, from += 16, to += 16) {
+        const __m128 a = _mm_loadu_ps(from), b = _mm_loadu_ps(from + 4);
+        const __m128 c = _mm_loadu_ps(from + 8), d = _mm_loadu_ps(from + 12);
+        store(to, _mm_xor_ps(a, signs));
+        store(to + 4, _mm_xor_ps(b, signs));
+        store(to + 8, _mm_xor_ps(c, signs));
+        store(to + 12, _mm_xor_ps(d, signs));
+    }
+    for (; i < pairs; ++i, from += 4, to += 4) store(to, _mm_xor_ps(_mm_loadu_ps(from), signs));
+}
+
+void flip_one(const pixel* from, pixel* to, bool odd) noexcept
+{
+    const pixel conjugate = std::conj(*from);
+    *to = odd ? -conjugate : conjugate;
+}
+
+/// `count` pixels that start at a pixel of even (or odd) x + y.
+void conjugate_alternating(const pixel* from, pixel* to, std::ptrdiff_t count, bool odd, bool streamed) noexcept
+{
+    if (count <= 0) return;
+    const auto address = reinterpret_cast<std::uintptr_t>(to);
+    streamed = streamed && address % sizeof(pixel) == 0;
+    if (streamed && address % sizeof(__m128) != 0) {
+        flip_one(from++, to++, odd);
+        --count;
+        odd = !odd;
+    }
+    const __m128 signs = odd ? _mm_setr_ps(-0.f, 0.f, 0.f, -0.f) : _mm_setr_ps(0.f, -0.f, -0.f, 0.f);
+    const auto* in = reinterpret_cast<const float*>(from);
+    auto* out = reinterpret_cast<float*>(to);
+    if (streamed)
+        flip_pairs<stream>(in, out, count / 2, signs);
+    else
+        flip_pairs<keep>(in, out, count / 2, signs);
+    if (count % 2 != 0) flip_one(from + count - 1, to + count - 1, odd);
+}
+
+}  // namespace
+
+void shift_half_sse(const pixel* source, pixel* destination, std::ptrdiff_t width, std::ptrdiff_t height,
+                    std::ptrdiff_t room) noexcept
+{
+    const std::ptrdiff_t count = std::min(width * height, room);
+    const bool line = width == 1 || height == 1;
+    const std::ptrdiff_t row = line ? stretch : width;
+    const std::ptrdiff_t rows = line ? (count + stretch - 1) / stretch : height;
+    const bool streamed = count >= streamed_from_pixels && source != destination;
+    const auto one_row = [&](std::ptrdiff_t y) {
+        const bool odd = !line && y % 2 != 0;
+        conjugate_alternating(source + y * row, destination + y * row, std::min(row, count - y * row), odd, streamed);
+    };
+    if (count < shared_from_pixels) {
+        for (std::ptrdiff_t y = 0; y < rows; ++y) one_row(y);
+        return;
+    }
+#pragma omp parallel
+    {
+#pragma omp for schedule(static) nowait
+        for (std::ptrdiff_t y = 0; y < rows; y += 2) {
+            one_row(y);
+            if (y + 1 < rows) one_row(y + 1);
+        }
+        if (streamed) _mm_sfence();  // each thread's own stores are visible before the threads meet
+    }
+}
+
+}  // namespace qorv::optics
