@@ -1,0 +1,92 @@
+#include "library/center_of_mass.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "image/errors.h"
+
+namespace qorv::library {
+namespace {
+
+using dm::image;
+
+/// Whole numbers from the first to the last within `reach` of `middle`, inside 0 .. size - 1.
+struct range
+{
+    range(double middle, double reach, std::ptrdiff_t size)
+    {
+        const auto most = static_cast<double>(size);  // limits before the conversion: a start may lie far outside
+        first = static_cast<std::ptrdiff_t>(std::ceil(std::clamp(middle - reach, 0.0, most)));
+        last = static_cast<std::ptrdiff_t>(std::floor(std::clamp(middle + reach, -1.0, most - 1)));
+    }
+    std::ptrdiff_t first, last;
+};
+
+struct moments
+{
+    double mass = 0, x = 0, y = 0;
+};
+
+template <class T>
+moments moments_within(const image<const T>& source, const position& center, const mass_search& how)
+{
+    moments all;
+    const range rows{center.y, how.radius, source.height()};
+    for (std::ptrdiff_t y = rows.first; y <= rows.last; ++y) {
+        const double dy = static_cast<double>(y) - center.y;
+        // The root of a tiny negative number can only come from rounding at the disc's top and bottom.
+        const double reach =
+            std::isinf(how.radius) ? how.radius : std::sqrt(std::max(0.0, how.radius * how.radius - dy * dy));
+        const range columns{center.x, reach, source.width()};
+        double mass = 0, moment = 0;
+        for (std::ptrdiff_t x = columns.first; x <= columns.last; ++x) {
+            const double excess = static_cast<double>(source(x, y)) - how.threshold;
+            const double weight = excess > 0 ? excess : 0.0;  // a NaN is not above the threshold
+            mass += weight;
+            moment += weight * static_cast<double>(x);
+        }
+        all.mass += mass;
+        all.x += moment;
+        all.y += mass * static_cast<double>(y);
+    }
+    return all;
+}
+
+}  // namespace
+
+template <class T>
+std::int32_t center_of_mass(const image<const T>& source, position& center, const mass_search& how)
+{
+    dm::require(source.depth() == 1, dm::errors::invalid_image_size);
+    dm::require(how.radius > 0 && how.most_cycles >= 1 && std::isfinite(how.threshold) && std::isfinite(center.x) &&
+                    std::isfinite(center.y),
+                dm::errors::parameters_invalid);
+    position current = center;
+    for (std::int32_t cycle = 1; cycle <= how.most_cycles; ++cycle) {
+        const moments found = moments_within(source, current, how);
+        if (!(found.mass > 0) || !std::isfinite(found.mass)) return 0;
+        const position next{found.x / found.mass, found.y / found.mass};
+        // The same pixels give the same sums to the bit, so a centre at rest needs no tolerance.
+        const bool rests = next.x == current.x && next.y == current.y;
+        current = next;
+        if (rests || cycle == how.most_cycles) {
+            center = current;
+            return cycle;
+        }
+    }
+    return 0;
+}
+
+#define INSTANTIATE(T) template std::int32_t center_of_mass(const image<const T>&, position&, const mass_search&)
+INSTANTIATE(std::int8_t);
+INSTANTIATE(std::uint8_t);
+INSTANTIATE(std::int16_t);
+INSTANTIATE(std::uint16_t);
+INSTANTIATE(std::int32_t);
+INSTANTIATE(std::uint32_t);
+INSTANTIATE(float);
+INSTANTIATE(double);
+#undef INSTANTIATE
+
+}  // namespace qorv::library

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "image/image.h"
+
+namespace qorv::library {
+
+/// Sums over two images of the same size and over their difference.
+struct difference_survey
+{
+    double sum1 = 0, square_sum1 = 0;
+    double sum2 = 0, square_sum2 = 0;
+    double difference_sum = 0;           ///< of first - second
+    double difference_square_sum = 0;    ///< of (first - second)^2
+    double difference_absolute_sum = 0;  ///< of |first - second|
+};
+
+/// Surveys two images and their difference in one pass.
+/// first, second  same size, any strides, any of the eight real element types
+/// Throws     errors::different_size
+/// Exactness  elements become doubles before anything is computed. Even and odd columns are summed apart and added at
+///            the end, so whole numbers are summed exactly below 2^53 and other sums are right to the last bits. A NaN
+///            makes every sum that it enters a NaN.
+template <class T>
+difference_survey survey_difference(const dm::image<const T>& first, const dm::image<const T>& second);
+
+}  // namespace qorv::library

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+
+#include "image/image.h"
+#include "library/radial_grid.h"
+
+namespace qorv::library {
+
+/// How the curve is read at a radius, and whether its value multiplies or divides.
+enum class weight_mode : std::int32_t
+{
+    nearest = 0,
+    linear = 1,
+    inverse_nearest = 2,
+    inverse_linear = 3,
+};
+
+/// The mode of a script's number.
+/// Throws  errors::invalid_mode outside 0..3
+weight_mode weight_mode_of(std::int32_t number);
+
+/// Multiplies every pixel by a curve read at the pixel's radius: element r of the curve belongs to radius r, the last
+/// one to all radii beyond. An inverse mode divides instead; where the curve is 0 the result is 0. source       any
+/// strides; float, double or complex of these curve        one row for all planes, or a row for each plane; one element
+/// or more destination  size of the source; may be the source Throws       errors::different_size;
+/// errors::invalid_image_size for a curve of another shape Exactness    the factor (in an inverse mode the reciprocal)
+/// and the product are formed in double and rounded once
+template <class T, class Curve>
+void weight(const dm::image<const T>& source, const dm::image<const Curve>& curve, const radial_grid& grid,
+            weight_mode mode, const dm::image<T>& destination);
+
+}  // namespace qorv::library

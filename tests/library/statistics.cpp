@@ -1,0 +1,352 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <type_traits>
+#include <vector>
+
+#include "image/errors.h"
+#include "library/center_of_mass.h"
+#include "library/min_max.h"
+#include "library/radial_survey.h"
+#include "library/survey_difference.h"
+#include "library/weight.h"
+#include "support/same_bytes.h"
+
+namespace {
+
+using namespace qorv;
+using dm::image;
+using support::message_of;
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+/// Whole numbers in a narrow range, so that values repeat and sums are exact.
+template <class T>
+std::vector<T> few_values(std::size_t count, unsigned seed)
+{
+    std::mt19937 random{seed};
+    std::vector<T> all(count);
+    for (T& v : all) v = static_cast<T>(static_cast<int>(random() % 100) - (std::is_signed_v<T> ? 50 : 0));
+    return all;
+}
+
+/// The same pixels seen through every second column and row of a larger buffer.
+template <class T>
+struct spread
+{
+    explicit spread(const image<const T>& source)
+        : buffer(static_cast<std::size_t>(source.size() * 4)),
+          view{buffer.data(), source.sizes(), {2, source.width() * 4, source.width() * source.height() * 4}}
+    {
+        for (std::ptrdiff_t z = 0; z < source.depth(); ++z)
+            for (std::ptrdiff_t y = 0; y < source.height(); ++y)
+                for (std::ptrdiff_t x = 0; x < source.width(); ++x) view(x, y, z) = source(x, y, z);
+    }
+    std::vector<T> buffer;
+    image<T> view;
+};
+
+template <class T>
+class real_statistics : public testing::Test
+{};
+using real_types =
+    testing::Types<std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t, std::uint32_t, float, double>;
+TYPED_TEST_SUITE(real_statistics, real_types);
+
+struct extent
+{
+    std::ptrdiff_t width, height, depth;
+};
+constexpr extent extents[] = {{1, 1, 1}, {2, 1, 1}, {1, 5, 1}, {7, 3, 1}, {65, 4, 1}, {131, 3, 3}};
+
+TYPED_TEST(real_statistics, sums_of_whole_numbers_are_exact)
+{
+    using T = TypeParam;
+    for (const auto& [w, h, d] : extents) {
+        const auto a = few_values<T>(static_cast<std::size_t>(w * h * d), 1);
+        const auto b = few_values<T>(a.size(), 2);
+        std::int64_t sum[7] = {};
+        for (std::size_t i = 0; i < a.size(); ++i) {
+            const auto u = static_cast<std::int64_t>(a[i]), v = static_cast<std::int64_t>(b[i]);
+            const std::int64_t terms[7] = {u, u * u, v, v * v, u - v, (u - v) * (u - v), std::abs(u - v)};
+            for (int k = 0; k < 7; ++k) sum[k] += terms[k];
+        }
+        const image<const T> first{a.data(), w, h, d}, second{b.data(), w, h, d};
+        spread<T> wide{first};
+        for (const auto& one : {first, image<const T>{wide.view}}) {
+            const auto got = library::survey_difference<T>(one, second);
+            const double values[7] = {got.sum1,
+                                      got.square_sum1,
+                                      got.sum2,
+                                      got.square_sum2,
+                                      got.difference_sum,
+                                      got.difference_square_sum,
+                                      got.difference_absolute_sum};
+            for (int k = 0; k < 7; ++k) EXPECT_EQ(values[k], static_cast<double>(sum[k])) << "sum " << k;
+        }
+    }
+}
+
+TYPED_TEST(real_statistics, extremes_are_the_first_of_their_value)
+{
+    using T = TypeParam;
+    for (const auto& [w, h, d] : extents)
+        for (unsigned seed = 1; seed < 6; ++seed) {
+            const auto pixels = few_values<T>(static_cast<std::size_t>(w * h * d), seed);
+            const auto wanted_min = std::min_element(pixels.begin(), pixels.end()) - pixels.begin();
+            const auto wanted_max = std::max_element(pixels.begin(), pixels.end()) - pixels.begin();
+            const image<const T> flat{pixels.data(), w, h, d};
+            spread<T> wide{flat};
+            for (const auto& source : {flat, image<const T>{wide.view}}) {
+                const auto [smallest, greatest] = library::min_max<T>(source);
+                const auto index = [&, w = w, h = h](const library::extremum& e) { return e.x + w * (e.y + h * e.z); };
+                EXPECT_EQ(index(smallest), wanted_min);
+                EXPECT_EQ(index(greatest), wanted_max);
+                EXPECT_EQ(smallest.value, static_cast<double>(pixels[static_cast<std::size_t>(wanted_min)]));
+                EXPECT_EQ(index(library::min_of<T>(source)), wanted_min);
+                EXPECT_EQ(library::max_of<T>(source).value, greatest.value);
+            }
+        }
+}
+
+TEST(min_max, nan_is_passed_over)
+{
+    struct row
+    {
+        std::vector<double> pixels;
+        double min, max;
+        int min_x, max_x;
+    };
+    const row rows[] = {
+        {{nan, 3, nan, 1}, 1, 3, 3, 1},      {{nan, nan}, nan, nan, 0, 0},   {{nan, inf, nan}, inf, inf, 1, 1},
+        {{-inf, nan, inf}, -inf, inf, 0, 2}, {{0.0, -0.0, nan}, 0, 0, 0, 0},
+    };
+    for (const row& r : rows) {
+        // Once as it stands and once behind enough NaNs to go through the wide part of the loop.
+        for (int before : {0, 16}) {
+            std::vector<double> pixels(static_cast<std::size_t>(before), nan);
+            pixels.insert(pixels.end(), r.pixels.begin(), r.pixels.end());
+            const auto got = library::min_max<double>({pixels.data(), static_cast<std::ptrdiff_t>(pixels.size())});
+            const int shift = std::isnan(r.min) ? 0 : before;
+            EXPECT_TRUE(got.smallest.value == r.min || (std::isnan(r.min) && std::isnan(got.smallest.value)));
+            EXPECT_TRUE(got.greatest.value == r.max || (std::isnan(r.max) && std::isnan(got.greatest.value)));
+            EXPECT_EQ(got.smallest.x, r.min_x + shift);
+            EXPECT_EQ(got.greatest.x, r.max_x + shift);
+        }
+    }
+}
+
+TEST(survey_difference, float_sums_are_right_to_the_last_bits_and_nan_spreads)
+{
+    std::mt19937 random{3};
+    std::normal_distribution<float> normal{100.0f, 30.0f};
+    std::vector<float> a(1001), b(1001);
+    for (std::size_t i = 0; i < a.size(); ++i) a[i] = normal(random), b[i] = normal(random);
+    long double square = 0, absolute = 0;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const auto difference = static_cast<long double>(a[i]) - static_cast<long double>(b[i]);
+        square += difference * difference;
+        absolute += std::abs(difference);
+    }
+    const auto survey = [&] { return library::survey_difference<float>({a.data(), 91, 11}, {b.data(), 91, 11}); };
+    EXPECT_NEAR(survey().difference_square_sum, static_cast<double>(square), 1e-13 * static_cast<double>(square));
+    EXPECT_NEAR(survey().difference_absolute_sum, static_cast<double>(absolute), 1e-13 * static_cast<double>(absolute));
+    const double clean = survey().sum2;
+    a[500] = static_cast<float>(nan);
+    EXPECT_TRUE(std::isnan(survey().sum1) && std::isnan(survey().difference_absolute_sum));
+    EXPECT_EQ(survey().sum2, clean);
+    EXPECT_EQ(message_of([&] {
+                  library::survey_difference<float>({a.data(), 91, 11}, {b.data(), 11, 91});
+              }),
+              dm::errors::different_size);
+}
+
+/// A picture that depends on the rounded radius only, in whole numbers, so that its averages are exact.
+double ring(std::ptrdiff_t x, std::ptrdiff_t y, const library::radial_grid& g)
+{
+    const double dx = static_cast<double>(x - g.center_x) * g.scale_x,
+                 dy = static_cast<double>(y - g.center_y) * g.scale_y;
+    return std::fmod(7 * std::floor(std::hypot(dx, dy) + 0.5), 23);
+}
+
+TEST(radial_survey, returns_the_curve_a_ring_pattern_was_made_of)
+{
+    const library::radial_grid grids[] = {{8, 8, 1, 1}, {0, 0, 1, 1}, {20, -3, 1, 1}, {5, 9, 2, 0.5}, {8, 4, 1, 0}};
+    for (const auto& g : grids)
+        for (std::ptrdiff_t depth : {1, 3}) {
+            std::vector<std::int16_t> pixels;
+            for (std::ptrdiff_t z = 0; z < depth; ++z)
+                for (std::ptrdiff_t y = 0; y < 13; ++y)
+                    for (std::ptrdiff_t x = 0; x < 17; ++x)
+                        pixels.push_back(static_cast<std::int16_t>(ring(x, y, g) + 100.0 * static_cast<double>(z)));
+            const std::ptrdiff_t length = library::radial_length(g, 17, 13);
+            support::framed<float> profile{static_cast<std::size_t>(length * depth)};
+            library::radial_survey<std::int16_t, float>({pixels.data(), 17, 13, depth}, g,
+                                                        {profile.inside(), length, depth});
+            EXPECT_TRUE(profile.frame_untouched());
+            std::vector<bool> present(static_cast<std::size_t>(length));
+            for (std::ptrdiff_t y = 0; y < 13; ++y)
+                for (std::ptrdiff_t x = 0; x < 17; ++x)
+                    present[static_cast<std::size_t>(
+                        std::floor(std::hypot(static_cast<double>(x - g.center_x) * g.scale_x,
+                                              static_cast<double>(y - g.center_y) * g.scale_y) +
+                                   0.5))] = true;
+            EXPECT_TRUE(present.back()) << "the farthest pixel sets the length";
+            for (std::ptrdiff_t z = 0; z < depth; ++z)
+                for (std::ptrdiff_t r = 0; r < length; ++r)
+                    EXPECT_EQ(profile.copy()[static_cast<std::size_t>(r + z * length)],
+                              present[static_cast<std::size_t>(r)]
+                                  ? std::fmod(7.0 * static_cast<double>(r), 23) + 100.0 * static_cast<double>(z)
+                                  : 0)
+                        << "radius " << r;
+        }
+}
+
+TEST(radial_survey, refuses_scales_without_a_profile)
+{
+    for (const double scale : {inf, nan, 1e9})
+        EXPECT_EQ(message_of([&] {
+                      library::radial_length({0, 0, scale, 1}, 100, 100);
+                  }),
+                  dm::errors::parameters_invalid);
+}
+
+/// A blob whose pixels mirror about its centre, on zero ground: its centre of mass is known without summing.
+std::vector<float> symmetric_blob(std::ptrdiff_t w, std::ptrdiff_t h, double cx, double cy, double level)
+{
+    std::vector<float> pixels;
+    for (std::ptrdiff_t y = 0; y < h; ++y)
+        for (std::ptrdiff_t x = 0; x < w; ++x) {
+            const double square =
+                std::pow(static_cast<double>(x) - cx, 2) + 2 * std::pow(static_cast<double>(y) - cy, 2);
+            pixels.push_back(static_cast<float>(level + (square < 30 ? 8 * (30 - square) : 0)));
+        }
+    return pixels;
+}
+
+TEST(center_of_mass, walks_onto_a_symmetric_blob)
+{
+    struct row
+    {
+        double cx, cy, level, start_x, start_y, radius, threshold;
+        std::int32_t cycles;  // -1: not counted here
+    };
+    const row rows[] = {
+        {20, 15, 0, 20, 15, 10, 0, 1},   {20, 15, 0, 0, 0, inf, 0, 2},      {20.5, 14.5, 0, 18, 17, 8, 0, -1},
+        {20, 15, 50, 22, 16, 7, 50, -1}, {20, 15, -50, 22, 16, 7, -50, -1}, {12, 9.5, 3, 15, 9, 12, 60, -1},
+    };
+    for (const row& r : rows) {
+        const auto pixels = symmetric_blob(41, 31, r.cx, r.cy, r.level);
+        library::position center{r.start_x, r.start_y};
+        const auto cycles =
+            library::center_of_mass<float>({pixels.data(), 41, 31}, center, {r.radius, 50, r.threshold});
+        if (r.cycles >= 0) {
+            EXPECT_EQ(cycles, r.cycles);
+        }
+        EXPECT_GT(cycles, 0);
+        EXPECT_LT(cycles, 50) << "comes to rest";
+        EXPECT_NEAR(center.x, r.cx, 1e-12);
+        EXPECT_NEAR(center.y, r.cy, 1e-12);
+    }
+}
+
+TEST(center_of_mass, weighs_each_element_type_within_the_disc_only)
+{
+    const auto weigh = [](auto type) {
+        using T = decltype(type);
+        // Masses 1 and 3 at x = 2 and 6; heavy ones outside the disc, one of them inside its square.
+        std::vector<T> pixels(12 * 4, T{5});
+        pixels[2] = T{6}, pixels[6] = T{8}, pixels[11] = T{100}, pixels[3 * 12 + 7] = T{100};
+        library::position center{4, 0};
+        EXPECT_EQ(library::center_of_mass<T>({pixels.data(), 12, 4}, center, {4, 1, 5}), 1);
+        EXPECT_EQ(center.x, 5.0);
+        EXPECT_EQ(center.y, 0.0);
+    };
+    weigh(std::int8_t{}), weigh(std::uint8_t{}), weigh(std::int16_t{}), weigh(std::uint16_t{});
+    weigh(std::int32_t{}), weigh(std::uint32_t{}), weigh(float{}), weigh(double{});
+}
+
+TEST(center_of_mass, leaves_the_start_alone_where_there_is_nothing)
+{
+    std::vector<float> pixels(100, 2.0f);
+    pixels[33] = static_cast<float>(nan);
+    const library::mass_search searches[] = {{3, 5, 2}, {inf, 5, 3}, {0.2, 5, 0}};
+    for (const auto& how : searches) {
+        library::position center{4.5, 4.5};
+        EXPECT_EQ(library::center_of_mass<float>({pixels.data(), 10, 10}, center, how), 0);
+        EXPECT_EQ(center.x, 4.5);
+    }
+    library::position outside{-1e30, 1e30};
+    EXPECT_EQ(library::center_of_mass<float>({pixels.data(), 10, 10}, outside, {5, 5, 0}), 0);
+    const library::mass_search refused[] = {{0, 1, 0}, {nan, 1, 0}, {1, 0, 0}, {1, 1, nan}};
+    for (const auto& how : refused)
+        EXPECT_EQ(message_of([&] {
+                      library::center_of_mass<float>({pixels.data(), 10, 10}, outside, how);
+                  }),
+                  dm::errors::parameters_invalid);
+}
+
+TEST(weight, reads_the_curve_at_the_radius)
+{
+    using library::weight_mode;
+    const library::radial_grid grid{1, 0, 0.5, 2};
+    const std::vector<double> curve{2, 4, 0, 8};  // radii 0, 1, 2, 3
+    const std::vector<double> ones(5 * 2, 1.0);
+    // x = 0..4 on the first row: radii 0.5, 0, 0.5, 1, 1.5; on the second: sqrt(4 + ...) >= 2.
+    struct row
+    {
+        weight_mode mode;
+        std::vector<double> first_row;
+    };
+    const row rows[] = {{weight_mode::nearest, {4, 2, 4, 4, 0}},
+                        {weight_mode::linear, {3, 2, 3, 4, 2}},
+                        {weight_mode::inverse_nearest, {0.25, 0.5, 0.25, 0.25, 0}},
+                        {weight_mode::inverse_linear, {1.0 / 3, 0.5, 1.0 / 3, 0.25, 0.5}}};
+    for (const row& r : rows) {
+        std::vector<double> result(10);
+        library::weight<double, double>({ones.data(), 5, 2}, {curve.data(), 4}, grid, r.mode, {result.data(), 5, 2});
+        for (std::size_t x = 0; x < 5; ++x) EXPECT_DOUBLE_EQ(result[x], r.first_row[x]) << "mode " << int(r.mode);
+    }
+    // Beyond the curve its last element holds.
+    std::vector<double> far(1);
+    library::weight<double, double>({ones.data(), 1}, {curve.data(), 4}, {0, 100, 1, 1}, weight_mode::linear,
+                                    {far.data(), 1});
+    EXPECT_EQ(far[0], 8);
+    for (const int mode : {-1, 4})
+        EXPECT_EQ(message_of([&] { library::weight_mode_of(mode); }), dm::errors::invalid_mode);
+}
+
+TEST(weight, by_the_inverse_of_its_own_rotational_average_leaves_one)
+{
+    const library::radial_grid grid{10, 12, 1, 1.5};
+    std::vector<float> pixels(23 * 19 * 2);
+    std::mt19937 random{11};
+    for (float& v : pixels) v = 1.0f + static_cast<float>(random() % 1000);
+    const std::ptrdiff_t length = library::radial_length(grid, 23, 19);
+    std::vector<double> profile(static_cast<std::size_t>(2 * length)), flat(profile.size());
+    library::radial_survey<float, double>({pixels.data(), 23, 19, 2}, grid, {profile.data(), length, 2});
+    const image<float> in_place{pixels.data(), 23, 19, 2};
+    library::weight<float, double>(in_place, {profile.data(), length, 2}, grid, library::weight_mode::inverse_nearest,
+                                   in_place);
+    library::radial_survey<float, double>(in_place, grid, {flat.data(), length, 2});
+    for (std::size_t i = 0; i < flat.size(); ++i) EXPECT_NEAR(flat[i], profile[i] == 0 ? 0 : 1, 1e-6);
+
+    std::vector<std::complex<float>> wave(4, {3.0f, -4.0f});
+    const std::vector<float> half{0.5f};
+    library::weight<std::complex<float>, float>({wave.data(), 2, 2}, {half.data(), 1}, grid,
+                                                library::weight_mode::linear, {wave.data(), 2, 2});
+    EXPECT_TRUE(support::same_bytes(wave, std::vector<std::complex<float>>(4, {1.5f, -2.0f})));
+    EXPECT_EQ(message_of([&] {
+                  library::weight<float, double>(in_place, {profile.data(), length, 3}, grid,
+                                                 library::weight_mode::nearest, in_place);
+              }),
+              dm::errors::invalid_image_size);
+}
+
+}  // namespace
