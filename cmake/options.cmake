@@ -1,6 +1,7 @@
 # What every target of the project is compiled with.
 add_library(zentrix_options INTERFACE)
 target_include_directories(zentrix_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_link_libraries(zentrix_options INTERFACE zentrix_headers)
 target_compile_options(zentrix_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
     -ffp-contract=off)  # a fused multiply-add would round once where the rules round twice

@@ -1,0 +1,53 @@
+#include <fftw3.h>
+
+#include <memory>
+#include <new>
+
+#include "host/fft/transform.h"
+
+namespace zentrix::host {
+
+namespace {
+
+/// FFTW's names for one precision; float's functions are another library with another prefix.
+template <class T>
+struct fftw;
+
+template <>
+struct fftw<float>
+{
+    using complex = fftwf_complex;
+    static constexpr auto plan = fftwf_plan_dft_2d;
+    static constexpr auto execute = fftwf_execute;
+    static constexpr auto destroy = fftwf_destroy_plan;
+};
+
+template <>
+struct fftw<double>
+{
+    using complex = fftw_complex;
+    static constexpr auto plan = fftw_plan_dft_2d;
+    static constexpr auto execute = fftw_execute;
+    static constexpr auto destroy = fftw_destroy_plan;
+};
+
+}  // namespace
+
+template <class T>
+void transform(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t height, fft_direction direction)
+{
+    auto* const data = reinterpret_cast<typename fftw<T>::complex*>(pixels);
+    // Each size is transformed once or twice in a run, so measuring plans would cost more than it gains; an estimate
+    // also gives the same plan, and so the same bits, in every run.
+    auto* const plan = fftw<T>::plan(static_cast<int>(height), static_cast<int>(width), data, data,
+                                     direction == fft_direction::forward ? FFTW_FORWARD : FFTW_BACKWARD, FFTW_ESTIMATE);
+    if (plan == nullptr) throw std::bad_alloc{};
+    const std::unique_ptr<std::remove_pointer_t<decltype(plan)>, decltype(fftw<T>::destroy)> owned{plan,
+                                                                                                   fftw<T>::destroy};
+    fftw<T>::execute(plan);
+}
+
+template void transform(std::complex<float>*, std::ptrdiff_t, std::ptrdiff_t, fft_direction);
+template void transform(std::complex<double>*, std::ptrdiff_t, std::ptrdiff_t, fft_direction);
+
+}  // namespace zentrix::host
