@@ -1,0 +1,59 @@
+#include "numeric/arrays.h"
+
+#include "numeric/atan2.h"
+#include "numeric/exp.h"
+#include "numeric/log.h"
+#include "numeric/pow.h"
+#include "numeric/sincos.h"
+
+namespace qorv::numeric {
+
+// `GCC ivdep` says that an element written is read by no later step, which holds in place too.
+
+void sincos(const float* x, float* sine, float* cosine, std::ptrdiff_t count) noexcept
+{
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+        const sine_cosine both = sincos(x[i]);
+        sine[i] = both.sine;
+        cosine[i] = both.cosine;
+    }
+}
+
+void exp(const float* x, float* result, std::ptrdiff_t count) noexcept
+{
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) result[i] = exp(x[i]);
+}
+
+void exp2(const float* x, float* result, std::ptrdiff_t count) noexcept
+{
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) result[i] = exp2(x[i]);
+}
+
+void log(const float* x, float* result, std::ptrdiff_t count) noexcept
+{
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) result[i] = log(x[i]);
+}
+
+void log2(const float* x, float* result, std::ptrdiff_t count) noexcept
+{
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) result[i] = log2(x[i]);
+}
+
+void pow(const float* base, const float* exponent, float* result, std::ptrdiff_t count) noexcept
+{
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) result[i] = pow(base[i], exponent[i]);
+}
+
+void atan2(const float* y, const float* x, float* result, std::ptrdiff_t count) noexcept
+{
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) result[i] = atan2(y[i], x[i]);
+}
+
+}  // namespace qorv::numeric

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+/// Bit patterns and branch-free steps that the elementary functions share. All of it is arithmetic that SSE2 has for
+/// whole registers, so that a loop over these functions is vectorised and a scalar call gives the same bits.
+namespace qorv::numeric {
+
+constexpr std::uint32_t bits_of(float x) noexcept { return std::bit_cast<std::uint32_t>(x); }
+constexpr std::uint64_t bits_of(double x) noexcept { return std::bit_cast<std::uint64_t>(x); }
+constexpr float float_of(std::uint32_t bits) noexcept { return std::bit_cast<float>(bits); }
+constexpr double double_of(std::uint64_t bits) noexcept { return std::bit_cast<double>(bits); }
+
+inline constexpr std::uint32_t sign_bit = 0x80000000u;
+
+/// Adding and subtracting 1.5 * 2^52 rounds a double below 2^51 to an integer, ties to even; in between, the low bits
+/// of the sum's pattern hold that integer in two's complement.
+inline constexpr double rounding_shift = 0x1.8p52;
+
+/// `x` limited to [low, high]; NaN stays NaN, hence the order of the comparisons.
+constexpr double limited(double x, double low, double high) noexcept
+{
+    const double from_below = low > x ? low : x;
+    return high < from_below ? high : from_below;
+}
+
+constexpr float magnitude(float x) noexcept { return float_of(bits_of(x) & ~sign_bit); }
+
+/// `chosen` where `condition` holds, `otherwise` elsewhere, by masks: the compiler sees no branch to keep.
+constexpr float select(bool condition, float chosen, float otherwise) noexcept
+{
+    const std::uint32_t mask = condition ? ~0u : 0u;
+    return float_of((bits_of(chosen) & mask) | (bits_of(otherwise) & ~mask));
+}
+
+}  // namespace qorv::numeric
