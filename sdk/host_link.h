@@ -50,7 +50,8 @@ typedef struct host_object host_object;
  *   void*                                                       HOST_POINTER
  *   any other type followed by *                                HOST_OUTPUT, its cell of the kind before the *
  * A type followed by "..." takes any number of further arguments of that type. */
-typedef enum host_kind {
+typedef enum host_kind
+{
     HOST_VOID = 0,
     HOST_INT32 = 1,
     HOST_UINT32 = 2,
@@ -76,10 +77,12 @@ typedef enum host_kind {
  * HOST_OUTPUT: `cell` is a value of the caller's, or null where the caller wants no such output. The cell starts with
  * the caller's present value and always owns the object it holds: who stores another object releases the former one
  * and stores a counted one. A failing call leaves every cell as it was. */
-typedef struct host_value {
+typedef struct host_value
+{
     uint32_t kind; /* a host_kind */
     uint32_t reserved;
-    union {
+    union
+    {
         int32_t i32;
         uint32_t u32;
         uint64_t u64;
@@ -93,13 +96,14 @@ typedef struct host_value {
 } host_value;
 
 /* A script function of the library. `arguments` come in prototype order, converted to the prototype's kinds; `count` is
- * their number. Fills *result with a value of the prototype's kind and returns 0; or returns 1, leaves *result alone and
- * stores in *error a throwable counted for the caller (or null, when not even that could be made). */
+ * their number. Fills *result with a value of the prototype's kind and returns 0; or returns 1, leaves *result alone
+ * and stores in *error a throwable counted for the caller (or null, when not even that could be made). */
 typedef int32_t(HOST_CALL* host_native)(void* context, const host_value* arguments, uint32_t count, host_value* result,
                                         host_object** error);
 
 /* A floating window that the host creates, shows, hides and closes. All callbacks run on the main thread. */
-typedef struct host_floating_window {
+typedef struct host_floating_window
+{
     uint32_t size;     /* bytes of this structure */
     const char* title; /* copied by the host */
     void* module;      /* handle of the library's module (HINSTANCE) */
@@ -113,7 +117,8 @@ typedef struct host_floating_window {
 
 /* A description of part of an image's data, as ExtractImageDataSequenceFromScriptObjectOrFail stores it and
  * NewImageDataSlice( data_type, num_dim, start, size, ... ) makes it: a start and a size for each dimension. */
-typedef struct host_data_slice {
+typedef struct host_data_slice
+{
     uint32_t data_type; /* the host's code of the element type */
     uint32_t num_dim;   /* 1 to 3 */
     int32_t start[3];
@@ -128,7 +133,8 @@ typedef struct host_data_slice {
 
 typedef struct host_link host_link;
 
-typedef struct host_table {
+typedef struct host_table
+{
     /* Bytes of this table: a later host may offer more entries behind these. */
     uint64_t size;
 
@@ -163,8 +169,8 @@ typedef struct host_table {
     /* The text of a throwable as a string object, counted for the caller; null when `throwable` is not one. */
     host_object*(HOST_CALL* throwable_text)(host_link* link, host_object* throwable);
 
-    /* Makes `prototype` (copied) callable from scripts. Returns 0; or 1 with *error as in host_native when the prototype
-     * cannot be read or is registered already. `context` is handed back at each call. */
+    /* Makes `prototype` (copied) callable from scripts. Returns 0; or 1 with *error as in host_native when the
+     * prototype cannot be read or is registered already. `context` is handed back at each call. */
     int32_t(HOST_CALL* register_function)(host_link* link, const char* prototype, host_native native, void* context,
                                           host_object** error);
     /* Takes a registered function back; an unknown prototype is ignored. */
@@ -186,7 +192,8 @@ typedef struct host_table {
     void(HOST_CALL* withdraw_floating_window)(host_link* link, const char* title);
 } host_table;
 
-struct host_link {
+struct host_link
+{
     const host_table* table;
 };
 

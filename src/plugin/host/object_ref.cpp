@@ -1,0 +1,44 @@
+#include "plugin/host/object_ref.h"
+
+#include <new>
+
+#include "sdk/error_manager.h"
+#include "sdk/link.h"
+
+namespace qorv::host {
+
+using Gatan::PlugIn::current_link;
+
+object_ref::object_ref(host_object* object, counted is_counted) noexcept : object_{object}
+{
+    host_link* link = current_link();
+    if (is_counted == counted::no && object_ && link) link->table->object_add_reference(link, object_);
+}
+
+object_ref::object_ref(const object_ref& other) noexcept : object_ref{other.object_, counted::no} {}
+
+object_ref::~object_ref()
+{
+    host_link* link = current_link();
+    if (object_ && link) link->table->object_release(link, object_);
+}
+
+string_ref make_string(std::string_view text)
+{
+    host_link* link = current_link();
+    if (!link) throw Gatan::gatan_exception{"There is no host."};
+    host_object* string = link->table->string_new(link, text.data(), text.size());
+    if (!string) throw std::bad_alloc{};
+    return string_ref::adopt(string);
+}
+
+std::string text_of(const string_ref& string)
+{
+    host_link* link = current_link();
+    if (!string || !link) return {};
+    std::uint64_t length = 0;
+    const char* characters = link->table->string_text(link, string.get(), &length);
+    return characters ? std::string(characters, length) : std::string{};
+}
+
+}  // namespace qorv::host
