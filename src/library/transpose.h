@@ -1,0 +1,55 @@
+#pragma once
+
+#include "image/image.h"
+#include "image/processor.h"
+
+#include <array>
+#include <cstddef>
+
+/// Exchange of two axes of a volume. Only whole elements are moved, so the element's type does not matter, just its
+/// bytes.
+namespace qorv::library {
+
+/// A volume of elements of any type: sizes along x, y, z in elements, strides in bytes.
+struct voxels
+{
+    std::byte* data;
+    std::array<std::ptrdiff_t, 3> sizes;
+    std::array<std::ptrdiff_t, 3> strides;
+};
+
+template <class T>
+voxels voxels_of(const dm::image<T>& view)
+{
+    voxels result{const_cast<std::byte*>(reinterpret_cast<const std::byte*>(view.data())), view.sizes(), {}};
+    for (int axis = 0; axis < 3; ++axis)
+        result.strides[axis] = view.strides()[axis] * static_cast<std::ptrdiff_t>(sizeof(T));
+    return result;
+}
+
+/// to(x, y, z) = from(z, y, x). In place when both have the same data pointer: mirrored elements are exchanged.
+/// from            the source; it is only read unless it is the destination
+/// to              sizes (nz, ny, nx) of the source's; must not overlap the source otherwise
+/// element_bytes   1 and more
+/// Throws  errors::invalid_image_size when the sizes are others, before anything is written; in place this leaves
+///         volumes with nx = nz
+void transpose_xz(const voxels& from, const voxels& to, std::size_t element_bytes);
+
+/// to(x, y, z) = from(x, z, y), sizes (nx, nz, ny); otherwise like `transpose_xz`.
+void transpose_yz(const voxels& from, const voxels& to, std::size_t element_bytes);
+
+enum class transposition
+{
+    xz,
+    yz
+};
+
+/// Checked volumes, out of place or in place as above.
+using transpose_kernel = void(const voxels& from, const voxels& to, std::size_t element_bytes, transposition which);
+
+/// Element by element in the destination's order.
+transpose_kernel transpose_plain;
+
+inline constexpr dm::variant<transpose_kernel> transpose_variants[] = {{"plain", dm::cpu::none, transpose_plain}};
+
+}  // namespace qorv::library

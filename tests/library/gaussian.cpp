@@ -1,0 +1,131 @@
+#include "library/gaussian.h"
+
+#include "image/errors.h"
+#include "support/canvas.h"
+#include "support/same_bytes.h"
+
+#include <cmath>
+#include <functional>
+
+namespace {
+
+using namespace qorv;
+using namespace qorv::library;
+using support::canvas;
+using support::dense;
+using support::gapped;
+using support::sparse;
+using extents = dm::image<float>::extents;
+
+template <class T>
+class gaussian_test : public testing::Test
+{
+  protected:
+    void SetUp() override { dm::read_processor_features(); }
+};
+using real_types = testing::Types<float, double>;
+TYPED_TEST_SUITE(gaussian_test, real_types);
+
+TEST(gaussian_weights, LengthAndValues)
+{
+    const double infinity = std::numeric_limits<double>::infinity();
+    const struct
+    {
+        double sigma;
+        std::int32_t order;
+        std::ptrdiff_t limit, length;
+    } cases[] = {{1.5, 3, 100, 6},
+                 {2, 3, 100, 7},
+                 {0, 5, 100, 1},
+                 {5, 0, 100, 1},
+                 {infinity, 0, 9, 1},
+                 {infinity, 1, 9, 9},
+                 {1e300, 2147483647, 9, 9},
+                 {2, 3, 4, 4}};
+    for (const auto& c : cases) {
+        const auto weights = gaussian_weights(c.sigma, c.order, c.limit);
+        ASSERT_EQ(weights.size(), std::size_t(c.length)) << c.sigma << " " << c.order;
+        for (std::size_t i = 0; i < weights.size(); ++i)
+            EXPECT_NEAR(weights[i], i == 0 ? 1 : std::exp(-0.5 * std::pow(double(i) / c.sigma, 2)), 1e-15);
+    }
+}
+
+/// The two-dimensional sum written out: the weights of a separable window, renormalised over the pixels that exist.
+TYPED_TEST(gaussian_test, AgreesWithTheTwoDimensionalSum)
+{
+    for (const auto& [sigma, order, reach] : {std::tuple{0.7, 3, 3}, {1.5, 3, 5}, {4.0, 2, 8}, {30.0, 3, 90}}) {
+        const canvas<TypeParam> from{{23, 17, 2}, sparse}, to{{23, 17, 2}, gapped, 2};
+        gaussian_blur(from.view(), to.view(), sigma, order);
+        for (std::ptrdiff_t y = 0; y < 17; ++y)
+            for (std::ptrdiff_t x = 0; x < 23; ++x) {
+                double sum = 0, weight = 0;
+                for (std::ptrdiff_t v = 0; v < 17; ++v)
+                    for (std::ptrdiff_t u = 0; u < 23; ++u) {
+                        if (std::abs(u - x) > reach || std::abs(v - y) > reach) continue;
+                        const double w = std::exp(-((u - x) * (u - x) + (v - y) * (v - y)) / (2 * sigma * sigma));
+                        sum += w * from.view()(u, v, 1), weight += w;
+                    }
+                ASSERT_NEAR(to.view()(x, y, 1), sum / weight, sizeof(TypeParam) == 4 ? 1e-4 : 1e-11) << x << " " << y;
+            }
+    }
+}
+
+TYPED_TEST(gaussian_test, VariantsAgreeToTheBit)
+{
+    for (std::ptrdiff_t n = 1; n <= 67; ++n)
+        for (const extents& sizes : {extents{n, 11, 1}, extents{19, n, 1}, extents{n, n, 1}})
+            for (const auto& [sigma, order] : {std::pair{0.3, 1}, {1.5, 3}, {9.0, 2}, {1e9, 5}})
+                for (const auto& how : {dense, gapped, sparse}) {
+                    const auto weights = gaussian_weights(sigma, order, std::max(sizes[0], sizes[1]));
+                    const canvas<TypeParam> from{sizes, how}, wanted{sizes};
+                    from.view()(n / 2 % sizes[0], n / 3 % sizes[1]) = TypeParam(-0.0);
+                    gaussian_plain<TypeParam>(from.view(), wanted.view(), weights);
+                    for (const auto& row : dm::runnable(gaussian_variants<TypeParam>)) {
+                        const canvas<TypeParam> to{sizes, how, 2};
+                        row.function(from.view(), to.view(), weights);
+                        ASSERT_TRUE(support::same_bytes(to.pixels(), wanted.pixels()))
+                            << row.name << " sigma " << sigma << testing::PrintToString(sizes);
+                        ASSERT_TRUE(to.gaps_untouched());
+                        row.function(from.view(), from.view(), weights);
+                        ASSERT_TRUE(support::same_bytes(from.pixels(), wanted.pixels())) << row.name << " in place";
+                        const canvas<TypeParam> fresh{sizes, how};
+                        for (std::ptrdiff_t y = 0; y < sizes[1]; ++y)
+                            for (std::ptrdiff_t x = 0; x < sizes[0]; ++x) from.view()(x, y) = fresh.view()(x, y);
+                        from.view()(n / 2 % sizes[0], n / 3 % sizes[1]) = TypeParam(-0.0);
+                    }
+                }
+}
+
+TYPED_TEST(gaussian_test, CopiesForOneWeightAndKeepsConstants)
+{
+    for (const auto& [sigma, order] : {std::pair{0.0, 3}, {4.0, 0}}) {
+        const canvas<TypeParam> from{{21, 9, 3}}, to{{21, 9, 3}, gapped, 2};
+        from.view()(0) = TypeParam(-0.0);
+        gaussian_blur(from.view(), to.view(), sigma, order);
+        EXPECT_TRUE(support::same_bytes(to.pixels(), from.pixels()));
+    }
+    const canvas<TypeParam> flat{{40, 40, 1}};
+    for (std::ptrdiff_t i = 0; i < 1600; ++i) flat.view().data()[i] = TypeParam(3.25);
+    gaussian_blur(flat.view(), flat.view(), 2.5, 4);
+    for (const TypeParam value : flat.pixels()) ASSERT_NEAR(value, 3.25, 1e-6);
+}
+
+TYPED_TEST(gaussian_test, RefusalsLeaveTheDestinationAlone)
+{
+    const canvas<TypeParam> from{{6, 6, 1}}, to{{6, 6, 1}, dense, 2}, before{{6, 6, 1}, dense, 2};
+    const dm::image<TypeParam> null{nullptr, 6, 6}, narrow{from.view().data(), 0, 6}, flat{from.view().data(), 6, 0};
+    const auto& source = from.view();
+    const auto& result = to.view();
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const std::function<void()> refusals[] = {
+        [&] { gaussian_blur(null, result, 1, 1); },    [&] { gaussian_blur(source, null, 1, 1); },
+        [&] { gaussian_blur(narrow, result, 1, 1); },  [&] { gaussian_blur(flat, result, 1, 1); },
+        [&] { gaussian_blur(source, result, -1, 1); }, [&] { gaussian_blur(source, result, nan, 1); },
+        [&] { gaussian_blur(source, result, 1, -1); }};
+    for (const auto& refusal : refusals) {
+        EXPECT_EQ(support::message_of(refusal), dm::errors::parameters_invalid) << &refusal - refusals;
+        EXPECT_TRUE(support::same_bytes(to.pixels(), before.pixels()));
+    }
+}
+
+}  // namespace

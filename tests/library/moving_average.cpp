@@ -1,0 +1,283 @@
+#include "library/moving_average.h"
+
+#include "image/errors.h"
+#include "support/canvas.h"
+#include "support/same_bytes.h"
+
+#include <gmock/gmock.h>
+#include <cmath>
+#include <functional>
+
+namespace {
+
+using namespace qorv;
+using namespace qorv::library;
+using support::canvas;
+using support::dense;
+using support::gapped;
+using support::layout;
+using support::sparse;
+using extents = dm::image<float>::extents;
+
+template <class T>
+class moving_average_test : public testing::Test
+{
+  protected:
+    void SetUp() override { dm::read_processor_features(); }
+};
+using pixel_types = testing::Types<float, double, std::complex<float>, std::complex<double>>;
+TYPED_TEST_SUITE(moving_average_test, pixel_types);
+
+const std::ptrdiff_t radii[] = {0, 1, 2, 3, 5, 8, 20, 66, 67, 68, 2147483647};
+
+double magnitude(const auto& value) { return std::abs(std::complex<double>(value)); }
+
+/// Sums and factors are right to a few roundings of numbers as large as the window's sum.
+template <class T>
+double tolerance(std::ptrdiff_t samples)
+{
+    const double unit = sizeof(T) == sizeof(std::complex<double>) || std::is_same_v<T, double> ? 1e-15 : 6e-7;
+    return unit * 1000 * static_cast<double>(samples + 4);
+}
+
+/// Sum of the samples within the radius, and its divisor as the one-dimensional pass has it.
+template <class T>
+std::complex<double> one_sided_mean(const std::vector<T>& line, std::ptrdiff_t i, std::ptrdiff_t r)
+{
+    const auto n = static_cast<std::ptrdiff_t>(line.size());
+    std::complex<double> sum = 0;
+    for (std::ptrdiff_t k = 0; k < n; ++k)
+        if (std::abs(k - i) <= r) sum += std::complex<double>(line[k]);
+    const bool at_end = i + r >= n;
+    return sum / static_cast<double>(at_end ? n - i + r : std::min(i + r + 1, 2 * r + 1));
+}
+
+TYPED_TEST(moving_average_test, PassDividesByAWindowClippedOnOneSide)
+{
+    for (const auto& row : dm::runnable(box_pass_variants<TypeParam>))
+        for (int along = 0; along < 3; ++along)
+            for (std::ptrdiff_t n : {1, 2, 3, 5, 21, 67})
+                for (std::ptrdiff_t r : radii) {
+                    extents sizes{5, 6, 4};
+                    sizes[along] = n;
+                    const canvas<TypeParam> from{sizes, gapped}, to{sizes, sparse, 2};
+                    row.function(from.view(), to.view(), axis{along}, r);
+                    std::vector<TypeParam> line;
+                    const auto at = [&](const auto& view, std::ptrdiff_t i) {
+                        extents p{2, 1, 3};
+                        p[along] = i;
+                        return view(p[0], p[1], p[2]);
+                    };
+                    for (std::ptrdiff_t i = 0; i < n; ++i) line.push_back(at(from.view(), i));
+                    for (std::ptrdiff_t i = 0; i < n; ++i)
+                        ASSERT_LE(magnitude(std::complex<double>(at(to.view(), i)) - one_sided_mean(line, i, r)),
+                                  tolerance<TypeParam>(n))
+                            << row.name << " axis " << along << " n " << n << " r " << r << " i " << i;
+                }
+}
+
+TYPED_TEST(moving_average_test, PlaneDividesByThePixelsInTheClippedRectangle)
+{
+    for (const auto& [nx, ny] : {std::pair{1, 1}, {1, 9}, {9, 1}, {7, 4}, {40, 21}})
+        for (std::ptrdiff_t r : radii) {
+            const canvas<TypeParam> from{{nx, ny, 1}}, mean{{nx, ny, 1}, gapped}, squares{{nx, ny, 1}};
+            moving_average2(from.view(), mean.view(), squares.view(), r);
+            for (std::ptrdiff_t y = 0; y < ny; ++y)
+                for (std::ptrdiff_t x = 0; x < nx; ++x) {
+                    std::complex<double> sum = 0, sum2 = 0;
+                    double count = 0;
+                    for (std::ptrdiff_t v = 0; v < ny; ++v)
+                        for (std::ptrdiff_t u = 0; u < nx; ++u)
+                            if (std::abs(u - x) <= r && std::abs(v - y) <= r) {
+                                const std::complex<double> value(from.view()(u, v));
+                                sum += value, sum2 += value * value, ++count;
+                            }
+                    const auto error = [](const TypeParam& got, std::complex<double> wanted) {
+                        return magnitude(std::complex<double>(got) - wanted);
+                    };
+                    ASSERT_LE(error(mean.view()(x, y), sum / count), tolerance<TypeParam>(nx + ny)) << r;
+                    ASSERT_LE(error(squares.view()(x, y), sum2 / count), 1000 * tolerance<TypeParam>(nx + ny)) << r;
+                }
+        }
+}
+
+/// Every size around the lanes, as width and as height, with every layout of source and destination.
+const struct
+{
+    layout from, to;
+} layouts[] = {{dense, dense}, {gapped, gapped}, {sparse, gapped}, {gapped, sparse}};
+
+template <class T, class Check>
+void for_all_sizes(Check check)
+{
+    for (std::ptrdiff_t n = 1; n <= 67; ++n)
+        for (const extents& sizes : {extents{n, 9, 2}, extents{13, n, 1}, extents{17, 3, n}})
+            for (std::ptrdiff_t r : {std::ptrdiff_t{0}, std::ptrdiff_t{1}, n / 3, n, radii[n % 11]})
+                for (const auto& [from, to] : layouts) {
+                    if (n % 5 != 0 && (from.step != 1 || to.step != 1)) continue;
+                    check(sizes, r, from, to);
+                }
+}
+
+TYPED_TEST(moving_average_test, PassVariantsAgreeToTheBit)
+{
+    for_all_sizes<TypeParam>([](const extents& sizes, std::ptrdiff_t r, layout how_from, layout how_to) {
+        for (int along = 0; along < 3; ++along)
+            for (const bool in_place : {false, true}) {
+                const canvas<TypeParam> from{sizes, how_from}, wanted{sizes, dense, in_place ? 1u : 2u};
+                box_pass_plain<TypeParam>(from.view(), wanted.view(), axis{along}, r);
+                for (const auto& row : dm::runnable(box_pass_variants<TypeParam>)) {
+                    const canvas<TypeParam> to{sizes, how_to, in_place ? 1u : 2u};
+                    row.function(in_place ? to.view() : from.view(), to.view(), axis{along}, r);
+                    ASSERT_TRUE(support::same_bytes(to.pixels(), wanted.pixels()))
+                        << row.name << " axis " << along << " r " << r << (in_place ? " in place " : " ")
+                        << testing::PrintToString(sizes);
+                    ASSERT_TRUE(to.gaps_untouched());
+                }
+            }
+    });
+}
+
+TYPED_TEST(moving_average_test, PlaneVariantsAgreeToTheBit)
+{
+    for_all_sizes<TypeParam>([](const extents& volume, std::ptrdiff_t r, layout how_from, layout how_to) {
+        const extents sizes{volume[0], volume[1] * volume[2], 1};
+        const canvas<TypeParam> from{sizes, how_from}, wanted{sizes}, wanted2{sizes};
+        box_slice_plain<TypeParam>(from.view(), wanted.view(), r);
+        box_slice2_plain<TypeParam>(from.view(), wanted.view(), wanted2.view(), r);
+        const canvas<TypeParam> mean{sizes, how_to}, mean2{sizes, how_to}, squares{sizes, how_to};
+        for (const auto& row : dm::runnable(box_slice_variants<TypeParam>)) {
+            row.function(from.view(), mean.view(), r);
+            ASSERT_TRUE(support::same_bytes(mean.pixels(), wanted.pixels()))
+                << row.name << " r " << r << " " << testing::PrintToString(sizes);
+            ASSERT_TRUE(mean.gaps_untouched());
+        }
+        for (const auto& row : dm::runnable(box_slice2_variants<TypeParam>)) {
+            row.function(from.view(), mean2.view(), squares.view(), r);
+            ASSERT_TRUE(support::same_bytes(mean2.pixels(), wanted.pixels())) << row.name << r;
+            ASSERT_TRUE(support::same_bytes(squares.pixels(), wanted2.pixels())) << row.name << r;
+            ASSERT_TRUE(mean2.gaps_untouched() && squares.gaps_untouched());
+        }
+    });
+}
+
+TYPED_TEST(moving_average_test, NansReachTheSameResultsInAllVariants)
+{
+    const extents sizes{37, 29, 1};
+    const auto spoiled = [&](const canvas<TypeParam>& image) {
+        image.view()(20, 11) = std::numeric_limits<float>::quiet_NaN();
+        image.view()(5, 17) = std::numeric_limits<float>::infinity();
+    };
+    const auto is_nan = [](const std::vector<TypeParam>& pixels) {
+        std::vector<bool> result;
+        for (const auto& p : pixels)
+            for (const double part : {std::complex<double>(p).real(), std::complex<double>(p).imag()})
+                result.push_back(std::isnan(part));
+        return result;
+    };
+    const canvas<TypeParam> from{sizes}, to{sizes}, wanted{sizes};
+    spoiled(from);
+    for (const axis along : {axis::x, axis::y}) {
+        box_pass_plain<TypeParam>(from.view(), wanted.view(), along, 2);
+        EXPECT_TRUE(std::isnan(std::abs(wanted.view()(along == axis::x ? 36 : 20, along == axis::x ? 11 : 28))));
+        for (const auto& row : dm::runnable(box_pass_variants<TypeParam>)) {
+            row.function(from.view(), to.view(), along, 2);
+            EXPECT_EQ(is_nan(to.pixels()), is_nan(wanted.pixels())) << row.name;
+        }
+    }
+    box_slice_plain<TypeParam>(from.view(), wanted.view(), 2);
+    EXPECT_TRUE(std::isnan(std::abs(wanted.view()(18, 28))));
+    for (const auto& row : dm::runnable(box_slice_variants<TypeParam>)) {
+        row.function(from.view(), to.view(), 2);
+        EXPECT_EQ(is_nan(to.pixels()), is_nan(wanted.pixels())) << row.name;
+    }
+}
+
+TYPED_TEST(moving_average_test, RadiusZeroKeepsEveryPixel)
+{
+    for (const bool in_place : {false, true}) {
+        const canvas<TypeParam> from{{19, 7, 3}}, to{{19, 7, 3}, gapped, in_place ? 1u : 2u};
+        moving_average(in_place ? to.view() : from.view(), to.view(), 0);
+        EXPECT_TRUE(support::same_bytes(to.pixels(), from.pixels()));
+    }
+}
+
+TYPED_TEST(moving_average_test, InPlaceIsOnePassAlongEachAxis)
+{
+    for (const extents& sizes : {extents{9, 8, 5}, extents{1, 8, 5}, extents{9, 1, 1}, extents{1, 1, 1}})
+        for (std::ptrdiff_t r : {1, 3, 30}) {
+            const canvas<TypeParam> image{sizes}, wanted{sizes};
+            moving_average(image.view(), image.view(), r);
+            for (int along = 0; along < 3; ++along)
+                if (sizes[along] > 1) box_pass_plain<TypeParam>(wanted.view(), wanted.view(), axis{along}, r);
+            EXPECT_TRUE(support::same_bytes(image.pixels(), wanted.pixels())) << r;
+        }
+}
+
+TYPED_TEST(moving_average_test, OutOfPlaceIsPlanesAndThenAPassOverTheWrittenPlanes)
+{
+    for (const std::ptrdiff_t planes : {1, 3, 5, 6}) {
+        const canvas<TypeParam> from{{9, 8, 5}}, to{{9, 8, planes}, gapped, 2}, wanted{{9, 8, planes}, dense, 2};
+        moving_average(from.view(), to.view(), 2);
+        const std::ptrdiff_t written = std::min<std::ptrdiff_t>(planes, 5);
+        for (std::ptrdiff_t z = 0; z < written; ++z)
+            box_slice_plain<TypeParam>(from.view().plane(z), wanted.view().plane(z), 2);
+        const dm::image<TypeParam> both{wanted.view().data(), 9, 8, written};
+        if (written > 1) box_pass_plain<TypeParam>(both, both, axis::z, 2);
+        EXPECT_TRUE(support::same_bytes(to.pixels(), wanted.pixels())) << planes;
+        EXPECT_TRUE(to.gaps_untouched());
+    }
+}
+
+TYPED_TEST(moving_average_test, AxisFiltersSkipShortLinesAndSmallRadii)
+{
+    const struct
+    {
+        decltype(&moving_average_x<TypeParam>) filter;
+        extents one_sample;
+    } filters[] = {{moving_average_x<TypeParam>, {1, 5, 5}},
+                   {moving_average_y<TypeParam>, {5, 1, 5}},
+                   {moving_average_z<TypeParam>, {5, 5, 1}}};
+    for (const auto& [filter, one_sample] : filters)
+        for (const auto& [sizes, radius, skips] : {std::tuple{one_sample, 3, true},
+                                                   {extents{5, 5, 5}, 0, true},
+                                                   {extents{5, 5, 5}, -4, true},
+                                                   {extents{2, 2, 2}, 1, false}}) {
+            const canvas<TypeParam> from{sizes}, to{sizes, dense, 2}, before{sizes, dense, 2};
+            filter(from.view(), to.view(), radius);
+            EXPECT_EQ(bool(support::same_bytes(to.pixels(), before.pixels())), skips) << radius;
+        }
+}
+
+TYPED_TEST(moving_average_test, RefusalsLeaveTheDestinationAlone)
+{
+    const extents sizes{6, 6, 2};
+    const canvas<TypeParam> from{sizes}, to{sizes, dense, 2}, other{sizes, dense, 3}, before{sizes, dense, 2};
+    const dm::image<TypeParam> null{nullptr, 6, 6, 2};
+    const auto& source = from.view();
+    const auto& result = to.view();
+    const dm::image<TypeParam> shifted{source.data() + 3, {6, 5, 1}, source.strides()};
+    const struct
+    {
+        std::function<void()> call;
+        const char* text;
+    } refusals[] = {
+        {[&] { moving_average(null, result, 1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average(source, null, 1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average(source, result, -1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average(result, result, -1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average_z(source, null, 1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average2(source, null, result, 1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average2(source, result, null, 1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average2(result, result, other.view(), -1); }, dm::errors::parameters_invalid},
+        {[&] { moving_average2(result, result, other.view(), 1); }, dm::errors::out_of_place},
+        {[&] { moving_average2(source, result, result, 1); }, dm::errors::out_of_place},
+        {[&] { moving_average2(source, result, shifted, 1); }, dm::errors::out_of_place},
+    };
+    for (const auto& refusal : refusals) {
+        EXPECT_EQ(support::message_of(refusal.call), refusal.text) << &refusal - refusals;
+        EXPECT_TRUE(support::same_bytes(to.pixels(), before.pixels()));
+    }
+}
+
+}  // namespace

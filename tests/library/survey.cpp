@@ -1,0 +1,89 @@
+#include "library/survey.h"
+
+#include "support/canvas.h"
+
+#include <gtest/gtest.h>
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+using namespace qorv;
+using namespace qorv::library;
+using support::canvas;
+
+template <class T>
+class survey_test : public testing::Test
+{
+  protected:
+    void SetUp() override { dm::read_processor_features(); }
+};
+using real_types =
+    testing::Types<std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t, std::uint32_t, float, double>;
+TYPED_TEST_SUITE(survey_test, real_types);
+
+TYPED_TEST(survey_test, AgreesWithSortingAndExtendedSums)
+{
+    for (const auto& row : dm::runnable(survey_variants<TypeParam>))
+        for (std::ptrdiff_t n = 1; n <= 67; ++n)
+            for (const auto& how : {support::dense, support::gapped, support::sparse}) {
+                const canvas<TypeParam> image{{n, 3, 2}, how, static_cast<unsigned>(n)};
+                auto pixels = image.pixels();
+                std::sort(pixels.begin(), pixels.end());
+                long double sum = 0, squares = 0, absolutes = 0;
+                for (const TypeParam p : pixels) {
+                    const long double v = p;
+                    sum += v, squares += v * v, absolutes += std::abs(v);
+                }
+                const survey_record got = row.function(image.view());
+                EXPECT_EQ(got.count, n * 6);
+                EXPECT_EQ(got.minimum, double(pixels.front())) << row.name << n;
+                EXPECT_EQ(got.maximum, double(pixels.back())) << row.name << n;
+                EXPECT_NEAR(got.sum, double(sum), 1e-12 * double(absolutes)) << row.name << n;
+                EXPECT_NEAR(got.sum_of_squares, double(squares), 1e-12 * double(squares)) << row.name << n;
+                EXPECT_NEAR(got.sum_of_absolutes, double(absolutes), 1e-12 * double(absolutes)) << row.name << n;
+            }
+}
+
+TYPED_TEST(survey_test, OneElementAndNone)
+{
+    for (const auto& row : dm::runnable(survey_variants<TypeParam>)) {
+        TypeParam value = static_cast<TypeParam>(-100);
+        const auto v = static_cast<double>(value);
+        const survey_record one = row.function(dm::image<const TypeParam>{&value, 1});
+        EXPECT_EQ(one.count, 1);
+        EXPECT_TRUE(one.minimum == v && one.maximum == v && one.sum == v) << row.name;
+        EXPECT_TRUE(one.sum_of_squares == v * v && one.sum_of_absolutes == std::abs(v)) << row.name;
+
+        const survey_record none = row.function(dm::image<const TypeParam>{&value, 0, 3});
+        EXPECT_EQ(none.count, 0);
+        EXPECT_TRUE(none.minimum == 1.7976931348623157e308 && none.maximum == -1.7976931348623157e308) << row.name;
+    }
+}
+
+template <class T>
+void check_nans_passed_over()
+{
+    const double nan = std::numeric_limits<double>::quiet_NaN(), infinity = std::numeric_limits<double>::infinity();
+    for (const auto& row : dm::runnable(survey_variants<T>))
+        for (std::ptrdiff_t x = 0; x < 21; ++x) {
+            const canvas<T> image{{21, 3, 1}};
+            const survey_record clean = row.function(image.view());
+            image.view()(x, 1) = static_cast<T>(nan);
+            image.view()(x, 2) = static_cast<T>(-infinity);
+            const survey_record got = row.function(image.view());
+            EXPECT_LE(got.maximum, clean.maximum);
+            EXPECT_GE(got.maximum, 100) << row.name << x;
+            EXPECT_EQ(got.minimum, -infinity) << row.name << x;
+            EXPECT_TRUE(std::isnan(got.sum) && std::isnan(got.sum_of_squares) && std::isnan(got.sum_of_absolutes));
+        }
+}
+
+TEST(survey, MinimumAndMaximumPassOverNans)
+{
+    dm::read_processor_features();
+    check_nans_passed_over<float>();
+    check_nans_passed_over<double>();
+}
+
+}  // namespace

@@ -1,0 +1,94 @@
+#include "library/transpose.h"
+
+#include "image/errors.h"
+#include "support/canvas.h"
+#include "support/same_bytes.h"
+
+namespace {
+
+using namespace qorv;
+using namespace qorv::library;
+using support::canvas;
+using extents = dm::image<float>::extents;
+
+template <std::size_t n>
+struct element
+{
+    std::array<std::uint8_t, n> bytes;
+    explicit element(double seed = 0) { std::memcpy(bytes.data(), &seed, std::min(n, sizeof seed)), scatter(seed); }
+    void scatter(double seed)
+    {
+        std::uint32_t state = static_cast<std::uint32_t>(static_cast<std::int64_t>(seed * 1000)) * 2654435761u + 1;
+        for (auto& b : bytes) b = static_cast<std::uint8_t>((state = state * 1664525u + 1013904223u) >> 24);
+    }
+    friend void PrintTo(const element& e, std::ostream* out) { *out << testing::PrintToString(e.bytes); }
+};
+
+template <class T>
+class transpose_test : public testing::Test
+{
+  protected:
+    void SetUp() override { dm::read_processor_features(); }
+};
+using elements = testing::Types<element<1>, element<2>, element<3>, element<4>, element<8>, element<12>, element<16>>;
+TYPED_TEST_SUITE(transpose_test, elements);
+
+extents transposed(extents sizes, transposition which)
+{
+    std::swap(sizes[which == transposition::xz ? 0 : 1], sizes[2]);
+    return sizes;
+}
+
+const extents volumes[] = {{1, 1, 1},   {7, 5, 1},    {1, 5, 7},     {9, 1, 4},    {67, 3, 67},
+                           {64, 2, 65}, {33, 31, 17}, {130, 1, 300}, {16, 16, 16}, {5, 70, 66}};
+
+TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
+{
+    for (const auto& row : dm::runnable(transpose_variants))
+        for (const auto which : {transposition::xz, transposition::yz})
+            for (const extents& sizes : volumes)
+                for (const auto& how : {support::dense, support::gapped, support::sparse}) {
+                    const canvas<TypeParam> from{sizes, how}, to{transposed(sizes, which), how, 2};
+                    row.function(voxels_of(from.view()), voxels_of(to.view()), sizeof(TypeParam), which);
+                    for (std::ptrdiff_t z = 0; z < sizes[2]; ++z)
+                        for (std::ptrdiff_t y = 0; y < sizes[1]; ++y)
+                            for (std::ptrdiff_t x = 0; x < sizes[0]; ++x) {
+                                const auto& moved =
+                                    which == transposition::xz ? to.view()(z, y, x) : to.view()(x, z, y);
+                                ASSERT_EQ(moved.bytes, from.view()(x, y, z).bytes)
+                                    << row.name << " " << testing::PrintToString(sizes);
+                            }
+                    ASSERT_TRUE(to.gaps_untouched());
+                }
+}
+
+TYPED_TEST(transpose_test, InPlaceIsTheSameAndTwiceIsTheIdentity)
+{
+    for (const auto& row : dm::runnable(transpose_variants))
+        for (const auto which : {transposition::xz, transposition::yz})
+            for (const std::ptrdiff_t n : {1, 2, 16, 33, 67, 130})
+                for (const auto& how : {support::dense, support::sparse}) {
+                    const extents sizes = which == transposition::xz ? extents{n, 3, n} : extents{3, n, n};
+                    const canvas<TypeParam> from{sizes, how}, to{sizes}, image{sizes, how};
+                    row.function(voxels_of(from.view()), voxels_of(to.view()), sizeof(TypeParam), which);
+                    const voxels own = voxels_of(image.view());
+                    row.function(own, own, sizeof(TypeParam), which);
+                    ASSERT_TRUE(support::same_bytes(image.pixels(), to.pixels())) << row.name << n;
+                    row.function(own, own, sizeof(TypeParam), which);
+                    ASSERT_TRUE(support::same_bytes(image.pixels(), from.pixels())) << row.name << n;
+                    ASSERT_TRUE(image.gaps_untouched());
+                }
+}
+
+TEST(transpose, RefusesOtherSizes)
+{
+    const canvas<float> from{{3, 4, 5}}, to{{5, 4, 3}, support::dense, 2}, before{{5, 4, 3}, support::dense, 2};
+    const voxels source = voxels_of(from.view()), result = voxels_of(to.view());
+    EXPECT_EQ(support::message_of([&] { transpose_yz(source, result, 4); }), dm::errors::invalid_image_size);
+    EXPECT_EQ(support::message_of([&] { transpose_xz(source, source, 4); }), dm::errors::invalid_image_size);
+    EXPECT_TRUE(support::same_bytes(to.pixels(), before.pixels()));
+    transpose_xz(source, result, 4);
+    EXPECT_EQ(to.view()(4, 1, 2), from.view()(2, 1, 4));
+}
+
+}  // namespace

@@ -1,0 +1,107 @@
+#pragma once
+
+#include "image/image.h"
+
+#include <complex>
+#include <cstring>
+#include <limits>
+#include <random>
+#include <type_traits>
+#include <vector>
+
+/// Images with gaps between their elements, rows and planes, and a guard around them.
+namespace support {
+
+/// Elements from one pixel to the next, and extra elements behind each row and each plane.
+struct layout
+{
+    std::ptrdiff_t step = 1, row_gap = 0, plane_gap = 0;
+};
+inline constexpr layout dense{}, gapped{1, 3, 5}, sparse{2, 1, 4};
+
+template <class T>
+struct noise_of
+{
+    std::mt19937 random;
+    T operator()()
+    {
+        if constexpr (std::is_integral_v<T>)
+            return static_cast<T>(random());
+        else
+            return static_cast<T>((static_cast<double>(random()) / 4294967296.0 - 0.4) * 1000);
+    }
+};
+template <class T>
+struct noise_of<std::complex<T>>
+{
+    noise_of<T> part;
+    std::complex<T> operator()()
+    {
+        const T re = part(), im = part();
+        return {re, im};
+    }
+};
+
+template <class T>
+class canvas
+{
+  public:
+    using extents = typename qorv::dm::image<T>::extents;
+
+    /// Pixels are noise of `seed`; everything else is a pattern that `gaps_untouched` looks for.
+    explicit canvas(extents sizes, layout how = dense, unsigned seed = 1)
+        : all_(room(sizes, how)), view_{all_.data() + guard, sizes, strides(sizes, how)}
+    {
+        std::memset(static_cast<void*>(all_.data()), pattern, all_.size() * sizeof(T));
+        noise_of<T> noise{std::mt19937{seed}};
+        each([&](T& pixel) { pixel = noise(); });
+    }
+    canvas(const canvas&) = delete;
+    canvas& operator=(const canvas&) = delete;
+
+    const qorv::dm::image<T>& view() const { return view_; }
+
+    /// The pixels alone, x fastest.
+    std::vector<T> pixels() const
+    {
+        std::vector<T> result;
+        each([&](T& pixel) { result.push_back(pixel); });
+        return result;
+    }
+    bool gaps_untouched() const
+    {
+        std::vector<bool> used(all_.size());
+        each([&](T& pixel) { used[static_cast<std::size_t>(&pixel - all_.data())] = true; });
+        T clean;
+        std::memset(static_cast<void*>(&clean), pattern, sizeof(T));
+        for (std::size_t i = 0; i < all_.size(); ++i)
+            if (!used[i] && std::memcmp(&all_[i], &clean, sizeof(T)) != 0) return false;
+        return true;
+    }
+
+  private:
+    static constexpr std::ptrdiff_t guard = 64;
+    static constexpr int pattern = 0xA5;
+
+    static extents strides(const extents& sizes, layout how)
+    {
+        const std::ptrdiff_t row = sizes[0] * how.step + how.row_gap;
+        return {how.step, row, sizes[1] * row + how.plane_gap};
+    }
+    static std::size_t room(const extents& sizes, layout how)
+    {
+        return static_cast<std::size_t>(sizes[2] * strides(sizes, how)[2] + 2 * guard);
+    }
+    template <class Visit>
+    void each(Visit visit) const
+    {
+        for (std::ptrdiff_t z = 0; z < view_.depth(); ++z)
+            for (std::ptrdiff_t y = 0; y < view_.height(); ++y)
+                for (std::ptrdiff_t x = 0; x < view_.width(); ++x) visit(view_(x, y, z));
+    }
+
+    std::vector<T> all_;
+    qorv::dm::image<T> view_;
+};
+
+}  // namespace support
