@@ -1,0 +1,161 @@
+#include "host/files/npy_header.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <string_view>
+
+// The format is described in NumPy's documentation of numpy.lib.format.
+namespace zentrix::host {
+
+namespace {
+
+constexpr std::string_view magic{"\x93NUMPY", 6};
+constexpr std::uint32_t longest_header = 65536;  // a few hundred bytes are usual; more tells of a damaged file
+
+/// Reads the dictionary, a Python literal such as {'descr': '<f4', 'fortran_order': False, 'shape': (3, 4), }.
+class literal_reader
+{
+  public:
+    explicit literal_reader(std::string_view text) : rest_{text} {}
+
+    bool skip(char wanted)
+    {
+        while (!rest_.empty() && std::isspace(static_cast<unsigned char>(rest_.front()))) rest_.remove_prefix(1);
+        if (rest_.empty() || rest_.front() != wanted) return false;
+        rest_.remove_prefix(1);
+        return true;
+    }
+    void expect(char wanted)
+    {
+        if (!skip(wanted)) fail();
+    }
+    std::string quoted()
+    {
+        const char quote = skip('\'') ? '\'' : '"';
+        if (quote == '"') expect('"');
+        const auto end = rest_.find(quote);
+        if (end == std::string_view::npos) fail();
+        std::string text{rest_.substr(0, end)};
+        rest_.remove_prefix(end + 1);
+        return text;
+    }
+    bool truth()
+    {
+        skip_word_space();
+        if (take("True")) return true;
+        if (!take("False")) fail();
+        return false;
+    }
+    std::vector<std::uint64_t> tuple()
+    {
+        std::vector<std::uint64_t> values;
+        expect('(');
+        while (!skip(')'))
+        {
+            values.push_back(number());
+            if (skip(',')) continue;
+            expect(')');
+            break;
+        }
+        return values;
+    }
+    [[noreturn]] static void fail()
+    {
+        throw header_error{"its header is damaged; expected {'descr': ..., 'fortran_order': ..., 'shape': ...}"};
+    }
+
+  private:
+    void skip_word_space() { skip('\0'); }  // skips blanks; no header holds the character itself
+    bool take(std::string_view word)
+    {
+        if (!rest_.starts_with(word)) return false;
+        rest_.remove_prefix(word.size());
+        return true;
+    }
+    std::uint64_t number()
+    {
+        skip_word_space();
+        std::uint64_t value = 0;
+        const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), value);
+        if (error == std::errc::result_out_of_range)
+            throw header_error{"one of its dimensions has more than 64 bits; expected 1 to 2147483647"};
+        if (error != std::errc{}) fail();
+        rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
+        take("L");  // as Python 2 wrote long integers
+        return value;
+    }
+
+    std::string_view rest_;
+};
+
+npy_header parse(std::string_view text)
+{
+    literal_reader reader{text};
+    npy_header header;
+    bool has_descr = false, has_order = false, has_shape = false;
+    reader.expect('{');
+    while (!reader.skip('}'))
+    {
+        const std::string key = reader.quoted();
+        reader.expect(':');
+        if (key == "descr")
+        {
+            if (reader.skip('['))
+                throw header_error{"it holds records with several fields; expected plain numbers"};
+            header.descr = reader.quoted(), has_descr = true;
+        }
+        else if (key == "fortran_order")
+            header.fortran_order = reader.truth(), has_order = true;
+        else if (key == "shape")
+            header.shape = reader.tuple(), has_shape = true;
+        else
+            literal_reader::fail();
+        if (reader.skip(',')) continue;
+        reader.expect('}');
+        break;
+    }
+    if (!has_descr || header.descr.empty() || !has_order || !has_shape) literal_reader::fail();
+    return header;
+}
+
+}  // namespace
+
+npy_header read_npy_header(std::istream& stream)
+{
+    std::array<unsigned char, 12> start{};
+    stream.read(reinterpret_cast<char*>(start.data()), 8);
+    if (!stream || !std::equal(magic.begin(), magic.end(), reinterpret_cast<const char*>(start.data())))
+        throw header_error{"it is not a .npy file: expected the first bytes \\x93NUMPY"};
+    const int version = start[6];
+    if (version < 1 || version > 3)
+        throw header_error{"it has .npy format version " + std::to_string(version) + "; expected 1, 2 or 3"};
+
+    const int length_bytes = version == 1 ? 2 : 4;
+    stream.read(reinterpret_cast<char*>(start.data()) + 8, length_bytes);
+    std::uint32_t length = 0;
+    for (int i = length_bytes; i-- > 0;) length = length * 256 + start[static_cast<std::size_t>(8 + i)];
+    if (stream && length > longest_header)
+        throw header_error{"its header is " + std::to_string(length) + " bytes long; expected at most " +
+                           std::to_string(longest_header)};
+    std::string text(stream ? length : 0, '\0');
+    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
+    if (!stream) throw header_error{"it ends within its header"};
+    return parse(text);
+}
+
+std::string npy_header_text(const npy_header& header)
+{
+    std::string text = "{'descr': '" + header.descr + "', 'fortran_order': " + (header.fortran_order ? "True" : "False") +
+                       ", 'shape': (";
+    for (const std::uint64_t length : header.shape) text += std::to_string(length) + ",";
+    text += "), }";
+    constexpr std::size_t before = 10, alignment = 64;  // magic, version and length come first; a line feed comes last
+    text.resize((before + text.size() + 1 + alignment - 1) / alignment * alignment - before - 1, ' ');
+    text += '\n';
+    const std::string start{'\x01', '\x00', static_cast<char>(text.size() % 256), static_cast<char>(text.size() / 256)};
+    return std::string{magic} + start + text;
+}
+
+}  // namespace zentrix::host

@@ -1,0 +1,127 @@
+#include "host/files/picture.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <utility>
+
+#include "host/files/file_error.h"
+#include "host/files/pending_file.h"
+#include "host/files/visit.h"
+
+#define STB_IMAGE_WRITE_IMPLEMENTATION
+#define STB_IMAGE_WRITE_STATIC
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-function"  // its writers of other formats
+#include <stb/stb_image_write.h>
+#pragma GCC diagnostic pop
+
+namespace zentrix::host {
+
+namespace {
+
+constexpr std::pair<const char*, display_mode> mode_words[] = {{"real", display_mode::real},
+                                                               {"imaginary", display_mode::imaginary},
+                                                               {"modulus", display_mode::modulus},
+                                                               {"log", display_mode::log_modulus},
+                                                               {"phase", display_mode::phase}};
+
+float displayed(std::complex<double> value, display_mode mode)
+{
+    switch (mode)
+    {
+        case display_mode::real: return static_cast<float>(value.real());
+        case display_mode::imaginary: return static_cast<float>(value.imag());
+        case display_mode::modulus: return static_cast<float>(std::abs(value));
+        case display_mode::log_modulus: return static_cast<float>(std::log(std::abs(value)));
+        case display_mode::phase: return static_cast<float>(std::arg(value));
+    }
+    return 0;
+}
+
+std::uint8_t grey_of(float value, grey_limits limits)
+{
+    if (std::isnan(value)) return 0;
+    if (limits.white <= limits.black) return 128;
+    const float share = (std::clamp(value, limits.black, limits.white) - limits.black) / (limits.white - limits.black);
+    return static_cast<std::uint8_t>(std::lround(255 * share));
+}
+
+/// Three cosines a third of a turn apart: their sum, and so nearly the brightness, is the same for every phase.
+std::array<std::uint8_t, 3> colour_of(float phase)
+{
+    std::array<std::uint8_t, 3> channels{};
+    if (std::isnan(phase)) return channels;
+    for (std::size_t i = 0; i < channels.size(); ++i)
+    {
+        const double turned = phase - static_cast<double>(i) * 2 * std::numbers::pi / 3;
+        channels[i] = static_cast<std::uint8_t>(std::lround(127.5 + 127.5 * std::cos(turned)));
+    }
+    return channels;
+}
+
+void append(void* context, void* bytes, int count)
+{
+    const auto* const begin = static_cast<const std::uint8_t*>(bytes);
+    auto& all = *static_cast<std::vector<std::uint8_t>*>(context);
+    all.insert(all.end(), begin, begin + count);
+}
+
+}  // namespace
+
+std::optional<display_mode> parse_display_mode(const std::string& word)
+{
+    for (const auto& [name, mode] : mode_words)
+        if (word == name) return mode;
+    return std::nullopt;
+}
+
+std::vector<float> displayed_values(const image& pixels, display_mode mode)
+{
+    std::vector<float> values;
+    values.reserve(std::size_t{pixels.size(0)} * pixels.size(1));
+    visit_plane(pixels, 0, [&](std::complex<double> value) { values.push_back(displayed(value, mode)); });
+    return values;
+}
+
+grey_limits robust_limits(std::vector<float> values)
+{
+    values.erase(std::remove_if(values.begin(), values.end(), [](float v) { return !std::isfinite(v); }), values.end());
+    if (values.empty()) return {};
+    const auto cut = static_cast<std::ptrdiff_t>(values.size() / 1000);
+    const auto last = static_cast<std::ptrdiff_t>(values.size()) - 1;
+    std::nth_element(values.begin(), values.begin() + cut, values.end());
+    const float black = values[static_cast<std::size_t>(cut)];
+    std::nth_element(values.begin(), values.begin() + (last - cut), values.end());
+    return {black, values[static_cast<std::size_t>(last - cut)]};
+}
+
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode)
+{
+    if (pixels.dimensions() > 2) throw file_error{file, "a volume cannot be shown as one picture"};
+    const auto values = displayed_values(pixels, mode);
+    const bool coloured = mode == display_mode::phase;
+    const grey_limits limits = coloured ? grey_limits{} : robust_limits(values);
+    std::vector<std::uint8_t> bytes;
+    bytes.reserve(values.size() * (coloured ? 3 : 1));
+    for (const float value : values)
+    {
+        if (coloured)
+            for (const std::uint8_t channel : colour_of(value)) bytes.push_back(channel);
+        else
+            bytes.push_back(grey_of(value, limits));
+    }
+
+    const int width = static_cast<int>(pixels.size(0)), height = static_cast<int>(pixels.size(1));
+    const int channels = coloured ? 3 : 1;
+    std::vector<std::uint8_t> png;
+    pending_file output{file};
+    if (!stbi_write_png_to_func(append, &png, width, height, channels, bytes.data(), width * channels))
+        throw file_error{file, "cannot be made into a picture: out of memory"};
+    output.write(png.data(), png.size());
+    output.commit();
+}
+
+}  // namespace zentrix::host
