@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace qorv::optics {
+
+/// A byte of flags for each pixel, kept column by column, because the fill prefers to go down: pixel (x, y) has the
+/// index x * pitch + y, its neighbours are at -pitch, +pitch, -1 and +1. One byte of frame stands behind each column
+/// (and so before the next), a column of it on either side, so that no neighbour of a pixel needs a test for the
+/// image's edge.
+class pixel_flags
+{
+  public:
+    static constexpr std::uint8_t cut = 4, frame = 8, unwrapped = 32;
+
+    pixel_flags(std::int32_t width, std::int32_t height)
+        : width_{width},
+          height_{height},
+          bytes_(static_cast<std::size_t>((std::ptrdiff_t{width} + 2) * pitch() + spare), frame)
+    {
+        for (std::int32_t x = 0; x < width; ++x) std::memset(data() + index(x, 0), 0, static_cast<std::size_t>(height));
+    }
+
+    std::int32_t width() const noexcept { return width_; }
+    std::int32_t height() const noexcept { return height_; }
+    std::ptrdiff_t pitch() const noexcept { return std::ptrdiff_t{height_} + 1; }
+    std::ptrdiff_t index(std::int32_t x, std::int32_t y) const noexcept { return x * pitch() + y; }
+
+    /// Flags of index 0; indices from -pitch on and beyond the last pixel by pitch are frame.
+    std::uint8_t* data() noexcept { return bytes_.data() + pitch(); }
+    const std::uint8_t* data() const noexcept { return bytes_.data() + pitch(); }
+
+  private:
+    static constexpr std::ptrdiff_t spare = 8;  // a word that starts on a pixel ends inside
+    std::int32_t width_, height_;
+    std::vector<std::uint8_t> bytes_;
+};
+
+}  // namespace qorv::optics
