@@ -1,0 +1,70 @@
+#pragma once
+
+#include "image/image.h"
+#include "library/median_filter.h"
+#include "library/selection.h"
+
+#include <algorithm>
+#include <vector>
+
+namespace qorv::library {
+
+/// One direction of a window: the positions from centre - radius to centre + radius that lie within 0 .. size - 1.
+struct window_span
+{
+    std::ptrdiff_t begin, end;
+
+    window_span(std::ptrdiff_t centre, std::ptrdiff_t radius, std::ptrdiff_t size)
+        : begin{centre - std::min(radius, centre)}, end{centre + std::min(radius, size - 1 - centre) + 1}
+    {}
+    std::ptrdiff_t count() const { return end - begin; }
+    bool operator==(const window_span&) const = default;
+};
+
+/// Collects the window around (x, y) row by row and returns its median.
+template <class T>
+T window_median(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside, std::ptrdiff_t x,
+                std::ptrdiff_t y, std::vector<T>& window)
+{
+    const window_span across{x, radius, source.width()};
+    const window_span down{y, radius, source.height()};
+    window.clear();
+    const auto zeros = [&](std::ptrdiff_t count) {
+        window.insert(window.end(), static_cast<std::size_t>(count), T(0));
+    };
+    if (outside == padding::none) {
+        for (std::ptrdiff_t v = down.begin; v < down.end; ++v)
+            for (std::ptrdiff_t u = across.begin; u < across.end; ++u) window.push_back(source(u, v));
+        return median_of(window.data(), window.data() + window.size());
+    }
+
+    // As long as the zeros are no majority, the side is bounded by the image's and nothing below grows beyond it.
+    const std::uint64_t side = 2 * static_cast<std::uint64_t>(radius) + 1;
+    if (side * side > 2 * static_cast<std::uint64_t>(across.count() * down.count())) return T(0);
+    for (std::ptrdiff_t v = y - radius; v <= y + radius; ++v) {
+        if (v < down.begin || v >= down.end) {
+            zeros(2 * radius + 1);
+            continue;
+        }
+        zeros(across.begin - (x - radius));
+        for (std::ptrdiff_t u = across.begin; u < across.end; ++u) window.push_back(source(u, v));
+        zeros(x + radius + 1 - across.end);
+    }
+    return median_of(window.data(), window.data() + window.size());
+}
+
+/// The plain median filter for the pixels [begin, end) of row y.
+template <class T>
+void median_stretch(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                    const dm::image<T>& destination, std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end,
+                    std::vector<T>& window)
+{
+    for (std::ptrdiff_t x = begin; x < end; ++x) {
+        // A window as wide as the image holds the same values in the same order as the one before.
+        const bool same = outside == padding::none && x > begin &&
+                          window_span{x, radius, source.width()} == window_span{x - 1, radius, source.width()};
+        destination(x, y) = same ? destination(x - 1, y) : window_median(source, radius, outside, x, y, window);
+    }
+}
+
+}  // namespace qorv::library
