@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+
+#include "image/image.h"
+#include "library/radial_grid.h"
+
+namespace qorv::library {
+
+/// What becomes of the cross-spectrum's modulus m.
+enum class correlation_mode : std::int32_t
+{
+    plain = 0,       ///< kept
+    phase_only = 1,  ///< 1, and 0 where m is 0
+    mutual = 2,      ///< sqrt(m)
+};
+
+/// The mode of a script's number.
+/// Throws  errors::invalid_mode outside 0..2
+correlation_mode correlation_mode_of(std::int32_t number);
+
+struct correlation_filter
+{
+    radial_grid grid;  ///< spatial frequency of a pixel, finite scales [1/nm per pixel]
+    double defocus;    ///< wavelength times defocus that the target has more than the reference, finite [nm^2]
+    double radius;     ///< frequencies above it are left out [1/nm] >= 0; infinity: none
+};
+
+/// Cross-spectrum target * conj(reference) with a difference of defocus taken out and a low-pass:
+/// destination = target * conj(reference) * exp(+i pi defocus g^2) where g <= radius, and 0 elsewhere. A lens with
+/// defocus C1 multiplies a spectrum by exp(-i pi lambda C1 g^2), so the positive sign undoes it in the target. target,
+/// reference, destination   same size, any strides, complex of float or double; the destination may be one of the
+///            others. Each plane of a volume is a spectrum of its own.
+/// Returns    the mean modulus of the written elements within the radius, 0 when there are none: times the number of
+///            pixels it is the height of the correlation peak of equal images
+/// Throws     errors::different_size; errors::parameters_invalid for a scale or defocus that is not finite and for a
+/// radius
+///            that is negative or NaN
+/// Exactness  computed in double, rounded once. A NaN stays in its pixel and makes the mean NaN.
+/// Source     Meyer, Kirkland, Saxton, Ultramicroscopy 92 (2002) 89-109 (defocus compensated and mutual correlation)
+template <class T>
+double cross_correlation_mask(const dm::image<const T>& target, const dm::image<const T>& reference,
+                              const correlation_filter& filter, correlation_mode mode, const dm::image<T>& destination);
+
+}  // namespace qorv::library

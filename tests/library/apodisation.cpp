@@ -1,0 +1,134 @@
+#include "library/apodisation.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "image/errors.h"
+#include "support/same_bytes.h"
+
+namespace {
+
+using namespace qorv;
+using dm::image;
+using library::window;
+using std::vector;
+
+TEST(window_curve, has_the_values_of_the_published_formulas)
+{
+    // First halves and the middle, as an independent implementation of the literature's formulas gives them.
+    struct row
+    {
+        window shape;
+        vector<double> of8, of7;
+    };
+    const row rows[] = {
+        {window::hann, {0, 0.1464466094, 0.5, 0.8535533906, 1}, {0, 0.1882550991, 0.6112604670, 0.9504844340}},
+        {window::hamming,
+         {0.08, 0.2147308807, 0.54, 0.8652691193, 1},
+         {0.08, 0.2531946911, 0.6423596296, 0.9544456792}},
+        {window::blackman, {0, 0.0664466094, 0.34, 0.7735533906, 1}, {0, 0.0904534244, 0.4591829575, 0.9203636181}},
+        {window::tukey, {0, 0.5, 1, 1, 1}, {0, 0.6112604670, 1, 1}},
+        {window::kaiser,
+         {0.0013325140, 0.0674720792, 0.3403936224, 0.7738293810, 1},
+         {0.0013325140, 0.0911365129, 0.4596437746, 0.9204615833}},
+        {window::flat_top,
+         {-0.0004210510, -0.0268721933, -0.05473684, 0.4441353573, 1.000000003},
+         {-0.0004210510, -0.0368407812, 0.0107037167, 0.7808739149}},
+        {window::blackman_harris,
+         {0.00006, 0.0217358370, 0.21747, 0.6957641630, 1},
+         {0.00006, 0.0333917235, 0.3328335043, 0.8893697722}},
+        {window::nuttall,
+         {0.0003628, 0.0252055665, 0.2269824, 0.7019582335, 1},
+         {0.0003628, 0.0377757690, 0.3427276200, 0.8918518611}},
+        {window::sine,
+         {0.1950903220, 0.5555702330, 0.8314696123, 0.9807852804, 0.9807852804},
+         {0.2225209340, 0.6234898019, 0.9009688679, 1}},
+    };
+    for (const row& r : rows)
+        for (const auto& half : {r.of8, r.of7}) {
+            const std::ptrdiff_t size = half.size() == 5 ? 8 : 7;
+            const auto curve = library::window_curve(r.shape, size);
+            ASSERT_EQ(curve.size(), static_cast<std::size_t>(size));
+            for (std::size_t n = 0; n < half.size(); ++n)
+                EXPECT_NEAR(curve[n], half[n], 1e-10) << "window " << int(r.shape) << " of " << size << " at " << n;
+        }
+    for (const int mode : {-1, 8})
+        EXPECT_EQ(support::message_of([&] { library::ft_window_of(mode); }), dm::errors::invalid_mode);
+    EXPECT_EQ(library::ft_window_of(5), window::flat_top);
+}
+
+TEST(window_curve, mirrors_and_overlaps_to_one)
+{
+    for (const std::ptrdiff_t size : {1, 2, 3, 16, 31, 64})
+        for (int number = 0; number <= int(window::vorbis); ++number) {
+            const auto shape = static_cast<window>(number);
+            const auto curve = library::window_curve(shape, size);
+            const bool half_sample = shape >= window::sine;
+            for (std::ptrdiff_t n = half_sample ? 0 : 1; n < size; ++n)
+                EXPECT_NEAR(curve[static_cast<std::size_t>(n)],
+                            curve[static_cast<std::size_t>(half_sample ? size - 1 - n : size - n)], 1e-15)
+                    << "window " << number;
+            if (size % 2 == 0)
+                for (std::size_t n = 0, half = static_cast<std::size_t>(size) / 2; n < half; ++n) {
+                    const double a = curve[n], b = curve[n + half];
+                    if (half_sample) {
+                        EXPECT_NEAR(a * a + b * b, 1, 1e-15);
+                    }
+                    if (shape == window::hann) {
+                        EXPECT_NEAR(a + b, 1, 1e-15);
+                    }
+                }
+        }
+    EXPECT_NEAR(library::window_curve(window::vorbis, 4)[0], std::sin(M_PI_2 * std::pow(std::sin(M_PI / 8), 2)), 1e-15);
+}
+
+TEST(apply_window, is_the_product_over_the_dimensions_between_the_offsets)
+{
+    std::mt19937 random{5};
+    for (const auto [w, h, d] : {std::array{1, 1, 1}, {9, 1, 1}, {8, 5, 1}, {4, 3, 7}}) {
+        vector<double> source(static_cast<std::size_t>(w * h * d));
+        for (double& v : source) v = static_cast<double>(random() % 1000) / 8;
+        vector<double> result(source.size());
+        library::apply_window<double, double, double>({source.data(), w, h, d}, window::vorbis, {2, -3, 0.5},
+                                                      {result.data(), w, h, d});
+        const auto cx = library::window_curve(window::vorbis, w), cy = library::window_curve(window::vorbis, h),
+                   cz = library::window_curve(window::vorbis, d);
+        for (std::size_t i = 0; i < source.size(); ++i) {
+            const auto x = i % cx.size(), y = i / cx.size() % cy.size(), z = i / cx.size() / cy.size();
+            EXPECT_NEAR(result[i], (source[i] - 2) * cx[x] * cy[y] * cz[z] * -3 + 0.5, 1e-12);
+        }
+    }
+    vector<float> line(5, 0.0f);
+    EXPECT_EQ(support::message_of([&] {
+                  library::apply_window<float, float, double>({line.data(), 5}, window::hann, {}, {line.data(), 4});
+              }),
+              dm::errors::different_size);
+}
+
+TEST(apply_window, keeps_a_nan_in_its_pixel_and_turns_real_into_complex)
+{
+    using c32 = std::complex<float>;
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    vector<float> real{1, nan, 3, 5};
+    vector<c32> result(4);
+    const library::window_offsets<std::complex<double>> offsets{{1, 1}, {0, 2}, {10, 0}};
+    library::apply_window<float, c32, std::complex<double>>({real.data(), 4}, window::hann, offsets,
+                                                            {result.data(), 4});
+    // Hann over 4: 0, 1/2, 1, 1/2. ((3 - 1 - i) * 1) * 2i + 10 = 12 + 4i; ((5 - 1 - i) / 2) * 2i + 10 = 11 + 4i.
+    EXPECT_EQ(result[0], c32(10, 0));
+    EXPECT_TRUE(std::isnan(result[1].real()));
+    EXPECT_NEAR(std::abs(result[2] - c32(12, 4)), 0, 1e-6);
+    EXPECT_NEAR(std::abs(result[3] - c32(11, 4)), 0, 1e-6);
+
+    vector<c32> in_place{{1, 1}, {2, 0}, {3, 4}, {0, 5}};
+    library::apply_window<c32, c32, double>({in_place.data(), 4}, window::tukey, {}, {in_place.data(), 4});
+    EXPECT_EQ(in_place[0], c32(0, 0));
+    EXPECT_EQ(in_place[2], c32(3, 4));
+}
+
+}  // namespace

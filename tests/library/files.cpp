@@ -1,0 +1,81 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "image/errors.h"
+#include "library/numbered_name.h"
+#include "library/raw_file.h"
+#include "support/same_bytes.h"
+
+namespace {
+
+using namespace qorv;
+using dm::element_type;
+using support::message_of;
+
+TEST(numbered_name, counts_as_a_person_does)
+{
+    const std::vector<std::string> sorted{"",
+                                          "9.raw",
+                                          "10.raw",
+                                          "a",
+                                          "a1b2",
+                                          "A1b10",
+                                          "a2",
+                                          "img-1",
+                                          "img1.raw",
+                                          "IMG1.raw2",
+                                          "img2.raw",
+                                          "img010.raw",
+                                          "img99999999999999999999.raw",
+                                          "img100000000000000000000.raw",
+                                          "z",
+                                          "\xC3\xA9"};
+    auto turned = sorted;
+    std::reverse(turned.begin(), turned.end());
+    library::sort_numbered_names(turned);
+    EXPECT_EQ(turned, sorted);
+}
+
+TEST(numbered_name, keeps_the_order_of_equal_names)
+{
+    std::vector<std::string> names{"b", "img01", "IMG1", "img001", "a", "img1", "img0"};
+    library::sort_numbered_names(names);
+    EXPECT_EQ(names, (std::vector<std::string>{"a", "b", "img0", "img01", "IMG1", "img001", "img1"}));
+}
+
+TEST(raw_file, reads_what_has_the_right_length)
+{
+    const auto path = std::filesystem::temp_directory_path() / std::filesystem::path{u8"zentrix_raw_\u00e9.bin"};
+    const std::vector<std::int16_t> pixels{1, -2, 300, -400, 5, 6};
+    std::ofstream{path, std::ios::binary}.write(reinterpret_cast<const char*>(pixels.data()), 12);
+    const auto utf8 = path.u8string();
+    {
+        library::raw_file file{std::string{utf8.begin(), utf8.end()}};
+        EXPECT_EQ(message_of([&] { file.require_length(11); }), dm::errors::invalid_image_size);
+        file.require_length(library::raw_bytes(element_type::int16, 3, 2, 1));
+        std::vector<std::int16_t> got(6);
+        for (int again = 0; again < 2; ++again) file.read(got.data(), 12);
+        EXPECT_EQ(got, pixels);
+        EXPECT_EQ(message_of([&] { file.read(std::vector<char>(20).data(), 20); }), library::file_not_read);
+    }
+    std::filesystem::remove(path);
+    for (const std::string& missing : {std::string{utf8.begin(), utf8.end()}, std::string{"."}, std::string{}})
+        EXPECT_EQ(message_of([&] { library::raw_file{missing}; }), library::file_not_opened);
+}
+
+TEST(raw_file, counts_bytes_and_refuses_sizes_that_are_none)
+{
+    EXPECT_EQ(library::raw_bytes(element_type::complex128, 100000, 100000, 10), 1600000000000u);
+    EXPECT_EQ(message_of([] { library::raw_bytes(element_type::none, 0, 1, 1); }), dm::errors::unknown_data_type);
+    for (const auto& [w, h, d] : {std::array{0, 1, 1}, {1, -1, 1}, {1, 1, 0}, {INT32_MAX, INT32_MAX, 3}})
+        EXPECT_EQ(message_of([&, w = w, h = h, d = d] { library::raw_bytes(element_type::float32, w, h, d); }),
+                  dm::errors::invalid_image_size);
+}
+
+}  // namespace

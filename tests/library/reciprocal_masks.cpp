@@ -1,0 +1,160 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "image/errors.h"
+#include "library/bragg_mask.h"
+#include "library/cross_correlation_mask.h"
+#include "support/same_bytes.h"
+
+namespace {
+
+using namespace qorv;
+using dm::image;
+using std::vector;
+using support::message_of;
+
+constexpr double inf = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+/// Every lattice point within a wide window of indices, one by one.
+vector<library::peak> all_points(const library::lattice& l, int most)
+{
+    vector<library::peak> indices;
+    for (int h = -most; h <= most; ++h)
+        for (int k = -most; k <= most; ++k) indices.push_back({double(h), double(k)});
+    return library::placed(indices, l);
+}
+
+TEST(lattice_mask, equals_a_disc_about_every_point)
+{
+    struct row
+    {
+        vector<double> matrix;  // two rows
+        library::disc shape;
+    };
+    const row rows[] = {
+        {{7, 0, 0, 7}, {2, 0.5}},           {{6, 3, 0, 5.2}, {1.5, 1}},        {{9, 1, 2.5, -2, 11, 40}, {3, 3}},
+        {{40, 33, 13, 11}, {1, 0}},         {{5, 2.5, 0, 4.25, 4, 4}, {4, 2}}, {{0, 3, 3, 0}, {0, 0}},
+        {{10, 103, 1, 15, 8, 9}, {2, 0.5}},  // a skew basis of a lattice with short vectors
+    };
+    for (const row& r : rows) {
+        const auto columns = static_cast<std::ptrdiff_t>(r.matrix.size() / 2);
+        const auto lattice = library::lattice::from<double>({r.matrix.data(), columns, 2}, 33, 25);
+        EXPECT_EQ(lattice.origin_x, columns == 3 ? r.matrix[2] : 16);
+        EXPECT_EQ(lattice.origin_y, columns == 3 ? r.matrix[5] : 12);
+        const auto mask = library::lattice_mask(lattice, r.shape, 33, 25);
+        const auto one_by_one = library::peak_mask(all_points(lattice, 150), r.shape, 33, 25);
+        ASSERT_EQ(mask.size(), one_by_one.size());
+        for (std::size_t i = 0; i < mask.size(); ++i)
+            ASSERT_NEAR(mask[i], one_by_one[i], 1e-9) << "pixel " << i % 33 << ", " << i / 33;
+    }
+}
+
+TEST(disc, falls_along_half_a_cosine_period)
+{
+    const library::disc soft{5, 2}, hard{5, 0};
+    const double table[][3] = {
+        {0, 1, 1}, {3, 1, 1}, {4, 0.5 + std::sqrt(0.125), 1}, {5, 0.5, 1}, {6, 0.5 - std::sqrt(0.125), 0}, {7, 0, 0}};
+    for (const auto& [distance, with_rim, without] : table) {
+        EXPECT_NEAR(soft.at(distance), with_rim, 1e-15);
+        EXPECT_EQ(hard.at(distance), without);
+    }
+}
+
+TEST(bragg_mask, refuses_what_spans_no_lattice)
+{
+    const double parallel[][4] = {{1, 3, 1.1, 3.3}, {0, 0, 0, 0}, {2, 0, 1, 0}, {1, 0, 0, 0}};
+    for (const auto& m : parallel)
+        EXPECT_EQ(message_of([&] {
+                      library::lattice_mask(library::lattice::from<double>({m, 2, 2}, 8, 8), {1, 1}, 8, 8);
+                  }),
+                  dm::errors::parameters_invalid);
+    const float broken[] = {1, 2, static_cast<float>(nan), 4, 5, 6};
+    EXPECT_EQ(message_of([&] { library::lattice::from<float>({broken, 3, 2}, 8, 8); }), dm::errors::parameters_invalid);
+    for (const auto& [w, h] : {std::pair{2, 3}, {4, 2}, {3, 1}})
+        EXPECT_EQ(message_of([&, w = w, h = h] {
+                      library::lattice::from<float>({broken, w, h}, 8, 8);
+                  }),
+                  dm::errors::invalid_matrix_size);
+    for (const library::disc& d : {library::disc{-1, 0}, {1, nan}, {inf, 0}})
+        EXPECT_EQ(message_of([&] { library::peak_mask({{1, 1}}, d, 8, 8); }), dm::errors::parameters_invalid);
+}
+
+TEST(apply_mask, lets_elements_through_whole_and_puts_zero_over_a_nan)
+{
+    using c = std::complex<double>;
+    const auto mask = library::peak_mask({{1, 0}, {nan, 0}, {1e300, 5}}, {0.5, 0.5}, 3, 1);
+    vector<c> planes{{nan, 1}, {inf, nan}, {2, 2}, {4, 4}, {-0.0, 5}, {1, nan}};
+    library::apply_mask<c>({planes.data(), 3, 1, 2}, mask, {planes.data(), 3, 1, 2});
+    EXPECT_TRUE(support::same_bytes(planes, vector<c>{{0, 0}, {inf, nan}, {0, 0}, {0, 0}, {-0.0, 5}, {0, 0}}));
+}
+
+TEST(cross_correlation_mask, takes_out_the_defocus_that_a_lens_put_in)
+{
+    using c = std::complex<float>;
+    std::mt19937 random{9};
+    std::normal_distribution<float> normal;
+    const library::radial_grid grid{6, 5, 0.02, 0.03};
+    const double defocus = 1234.5;
+    vector<c> reference(13 * 10 * 2), target(reference.size()), result(reference.size());
+    for (std::size_t i = 0; i < reference.size(); ++i) {
+        const double gx = (static_cast<double>(i % 13) - 6) * 0.02, gy = (static_cast<double>(i / 13 % 10) - 5) * 0.03;
+        reference[i] = {normal(random), normal(random)};
+        target[i] = c(std::complex<double>(reference[i]) * std::polar(1.0, -M_PI * defocus * (gx * gx + gy * gy)));
+    }
+    using library::correlation_mode;
+    const image<const c> t{target.data(), 13, 10, 2}, r{reference.data(), 13, 10, 2};
+    const image<c> to{result.data(), 13, 10, 2};
+    for (const auto mode : {correlation_mode::plain, correlation_mode::phase_only, correlation_mode::mutual})
+        for (const double radius : {inf, 0.1}) {
+            const double mean = library::cross_correlation_mask<c>(t, r, {grid, defocus, radius}, mode, to);
+            double sum = 0;
+            int inside = 0;
+            for (std::size_t i = 0; i < result.size(); ++i) {
+                const double gx = (static_cast<double>(i % 13) - 6) * 0.02,
+                             gy = (static_cast<double>(i / 13 % 10) - 5) * 0.03;
+                const bool passes = std::hypot(gx, gy) <= radius;
+                const double m = std::norm(reference[i]);  // of equal spectra only a real spectrum is left
+                const double wanted = mode == correlation_mode::plain        ? m
+                                      : mode == correlation_mode::phase_only ? 1
+                                                                             : std::sqrt(m);
+                EXPECT_NEAR(result[i].real(), passes ? wanted : 0, 2e-6 * (1 + wanted));
+                EXPECT_NEAR(result[i].imag(), 0, 2e-6 * (1 + wanted));
+                if (passes) sum += wanted, ++inside;
+            }
+            EXPECT_NEAR(mean, sum / inside, 1e-6 * mean);
+        }
+}
+
+TEST(cross_correlation_mask, conjugates_the_reference_and_survives_odd_values)
+{
+    using c = std::complex<double>;
+    const library::radial_grid grid{0, 0, 1, 1};
+    const auto one = [&](c target, c reference, library::correlation_mode mode, double radius = 1) {
+        c result{7, 7};
+        const double mean =
+            library::cross_correlation_mask<c>({&target, 1}, {&reference, 1}, {grid, 0, radius}, mode, {&result, 1});
+        return std::pair{result, mean};
+    };
+    using library::correlation_mode;
+    EXPECT_EQ(one({2, 0}, {0, 3}, correlation_mode::plain).first, c(0, -6));
+    EXPECT_EQ(one({2, 0}, {0, 3}, correlation_mode::plain).second, 6);
+    EXPECT_EQ(one({0, 0}, {0, 3}, correlation_mode::phase_only).first, c(0, 0));
+    EXPECT_NEAR(std::abs(one({1e150, 1e150}, {1e150, 0}, correlation_mode::phase_only).first), 1, 1e-15);
+    EXPECT_TRUE(std::isnan(one({nan, 0}, {1, 0}, correlation_mode::mutual).second));
+
+    for (const int mode : {-1, 3})
+        EXPECT_EQ(message_of([&] { library::correlation_mode_of(mode); }), dm::errors::invalid_mode);
+    for (const double radius : {-1.0, nan})
+        EXPECT_EQ(message_of([&] {
+                      one({1, 1}, {1, 1}, correlation_mode::plain, radius);
+                  }),
+                  dm::errors::parameters_invalid);
+}
+
+}  // namespace
