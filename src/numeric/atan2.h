@@ -38,7 +38,7 @@ inline float atan2(float y, float x) noexcept
     const double half = (bits_of(x) & sign_bit) != 0u ? 4.0 * quarter_pi - quadrant : quadrant;
 
     const float angle = float_of(bits_of(static_cast<float>(half)) | (bits_of(y) & sign_bit));
-    return select((x != x) | (y != y), std::numeric_limits<float>::quiet_NaN(), angle);
+    return select(mask_of(x != x) | mask_of(y != y), std::numeric_limits<float>::quiet_NaN(), angle);
 }
 
 }  // namespace qorv::numeric

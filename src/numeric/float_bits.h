@@ -27,10 +27,13 @@ constexpr double limited(double x, double low, double high) noexcept
 
 constexpr float magnitude(float x) noexcept { return float_of(bits_of(x) & ~sign_bit); }
 
-/// `chosen` where `condition` holds, `otherwise` elsewhere, by masks: the compiler sees no branch to keep.
-constexpr float select(bool condition, float chosen, float otherwise) noexcept
+/// All bits where `condition` holds, none elsewhere. Conditions are combined as masks: the vectoriser gives up on
+/// longer expressions of bool.
+constexpr std::uint32_t mask_of(bool condition) noexcept { return condition ? ~0u : 0u; }
+
+/// `chosen` where the mask is set, `otherwise` elsewhere.
+constexpr float select(std::uint32_t mask, float chosen, float otherwise) noexcept
 {
-    const std::uint32_t mask = condition ? ~0u : 0u;
     return float_of((bits_of(chosen) & mask) | (bits_of(otherwise) & ~mask));
 }
 

@@ -42,8 +42,8 @@ inline float with_special_logarithms(float logarithm, float x) noexcept
 {
     constexpr float infinity = std::numeric_limits<float>::infinity();
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-    const float finite_or_not = select(x == infinity, infinity, logarithm);
-    return select(x > 0.0f, finite_or_not, select(x == 0.0f, -infinity, nan));
+    const float finite_or_not = select(mask_of(x == infinity), infinity, logarithm);
+    return select(mask_of(x > 0.0f), finite_or_not, select(mask_of(x == 0.0f), -infinity, nan));
 }
 
 /// Natural logarithm. Any float; at most 0.501 ulp. Zeros give -infinity, negative numbers and NaN give NaN.
