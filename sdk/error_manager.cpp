@@ -23,15 +23,34 @@ void to_debugger(const char* text) noexcept
 }
 
 #ifdef _WIN32
+/// The description that a COM error carries, UTF-8; empty when it has none.
+std::string description_of(const _com_error& error)
+{
+    IErrorInfo* info = error.ErrorInfo();
+    if (!info) return {};
+    BSTR text = nullptr;
+    std::string description;
+    if (SUCCEEDED(info->GetDescription(&text)) && text) {
+        const int bytes = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
+        description.resize(static_cast<std::size_t>(bytes > 1 ? bytes - 1 : 0));
+        WideCharToMultiByte(CP_UTF8, 0, text, -1, description.data(), bytes, nullptr, nullptr);
+    }
+    SysFreeString(text);
+    info->Release();
+    return description;
+}
+
 void report_com_error(const _com_error& error) noexcept
-try {
-    const _bstr_t description = error.Description();
-    if (const char* text = description.length() ? static_cast<const char*>(description) : nullptr)
-        report_error(error_code::message, text);
-    else
+{
+    std::string description;
+    try {
+        description = description_of(error);
+    } catch (...) {  // no memory for the text: reported without it
+    }
+    if (description.empty())
         report_error(error_code::com_error, "A COM error occurred.");
-} catch (...) {
-    report_error(error_code::com_error, "A COM error occurred.");
+    else
+        report_error(error_code::message, description.c_str());
 }
 #endif
 

@@ -51,16 +51,27 @@ const char* display_name(element_type type) noexcept;
 /// Bytes of one element; 0 for none.
 std::uint32_t element_bytes(element_type type) noexcept;
 
-template <class T> inline constexpr data_type data_type_of = data_type::none;
-template <> inline constexpr data_type data_type_of<std::int8_t> = data_type::int8;
-template <> inline constexpr data_type data_type_of<std::uint8_t> = data_type::uint8;
-template <> inline constexpr data_type data_type_of<std::int16_t> = data_type::int16;
-template <> inline constexpr data_type data_type_of<std::uint16_t> = data_type::uint16;
-template <> inline constexpr data_type data_type_of<std::int32_t> = data_type::int32;
-template <> inline constexpr data_type data_type_of<std::uint32_t> = data_type::uint32;
-template <> inline constexpr data_type data_type_of<float> = data_type::float32;
-template <> inline constexpr data_type data_type_of<double> = data_type::float64;
-template <> inline constexpr data_type data_type_of<std::complex<float>> = data_type::complex64;
-template <> inline constexpr data_type data_type_of<std::complex<double>> = data_type::complex128;
+template <class T>
+inline constexpr data_type data_type_of = data_type::none;
+template <>
+inline constexpr data_type data_type_of<std::int8_t> = data_type::int8;
+template <>
+inline constexpr data_type data_type_of<std::uint8_t> = data_type::uint8;
+template <>
+inline constexpr data_type data_type_of<std::int16_t> = data_type::int16;
+template <>
+inline constexpr data_type data_type_of<std::uint16_t> = data_type::uint16;
+template <>
+inline constexpr data_type data_type_of<std::int32_t> = data_type::int32;
+template <>
+inline constexpr data_type data_type_of<std::uint32_t> = data_type::uint32;
+template <>
+inline constexpr data_type data_type_of<float> = data_type::float32;
+template <>
+inline constexpr data_type data_type_of<double> = data_type::float64;
+template <>
+inline constexpr data_type data_type_of<std::complex<float>> = data_type::complex64;
+template <>
+inline constexpr data_type data_type_of<std::complex<double>> = data_type::complex128;
 
 }  // namespace qorv::dm

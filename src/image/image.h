@@ -22,21 +22,16 @@ class image
     /// Contiguous pixels, x fastest, owned by the caller.
     image(T* data, size_type width, size_type height = 1, size_type depth = 1)
         : data_{data}, sizes_{width, height, depth}, strides_{1, width, width * height}
-    {
-    }
+    {}
 
-    /// Pixels at data + x * strides[0] + y * strides[1] + z * strides[2]; `lock` lives as long as the view and its copies.
+    /// Pixels at data + x * strides[0] + y * strides[1] + z * strides[2]; `lock` lives as long as the view and its
+    /// copies.
     image(T* data, extents sizes, extents strides, boost::shared_ptr<const void> lock = {})
         : data_{data}, sizes_{sizes}, strides_{strides}, lock_{std::move(lock)}
-    {
-    }
+    {}
 
     /// A view for reading of the same pixels.
-    operator image<const T>() const
-        requires(!std::is_const_v<T>)
-    {
-        return {data_, sizes_, strides_, lock_};
-    }
+    operator image<const T>() const requires(!std::is_const_v<T>) { return {data_, sizes_, strides_, lock_}; }
 
     T* data() const noexcept { return data_; }
     size_type width() const noexcept { return sizes_[0]; }

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <boost/make_shared.hpp>
+#include <boost/shared_ptr.hpp>
+#include <cstddef>
+#include <cstdint>
+
+#include "image/element_type.h"
+#include "image/errors.h"
+#include "image/image.h"
+#include "plugin/host/object_ref.h"
+
+namespace qorv::dm {
+
+/// Pixels of a host image, pinned for reading or writing. Copies share one lock; the last one gives the memory back.
+/// A lock for writing tells the host first that the pixels changed.
+class image_lock
+{
+  public:
+    enum class access
+    {
+        read,
+        write
+    };
+
+    /// Throws  host_error when the host refuses, errors::parameters_invalid for a null image
+    image_lock(const host::image_ref& image, access mode);
+
+    /// Gives the memory back now, for this lock and all its copies; pointers and views of it are no longer valid. An
+    /// error of the host is thrown, where the last copy's destructor has to swallow it.
+    void release();
+
+    std::ptrdiff_t width() const noexcept { return state_->sizes[0]; }
+    std::ptrdiff_t height() const noexcept { return state_->sizes[1]; }
+    std::ptrdiff_t depth() const noexcept { return state_->sizes[2]; }
+    const image<char>::extents& sizes() const noexcept { return state_->sizes; }
+    /// In elements; 0 beyond the image's own dimensions.
+    const image<char>::extents& strides() const noexcept { return state_->strides; }
+    std::uint32_t dimensions() const noexcept { return state_->dimensions; }
+    std::uint32_t host_code() const noexcept { return state_->code; }
+    element_type type() const noexcept { return element_type_of(state_->code); }
+    void* data() const noexcept { return state_->data; }
+    const host::image_ref& image_reference() const noexcept { return state_->source; }
+
+  protected:
+    template <class T>
+    image<T> typed_view() const
+    {
+        require(host_code() == static_cast<std::uint32_t>(data_type_of<std::remove_const_t<T>>),
+                errors::invalid_data_type);
+        return {static_cast<T*>(data()), sizes(), strides(), state_};
+    }
+
+  private:
+    struct state
+    {
+        ~state();
+        void unlock();
+
+        host::image_ref source;
+        access mode;
+        host::script_object_ref lock;
+        void* data = nullptr;
+        std::uint32_t code = 0;
+        std::uint32_t dimensions = 0;
+        image<char>::extents sizes{1, 1, 1};
+        image<char>::extents strides{1, 0, 0};
+    };
+    boost::shared_ptr<state> state_;
+};
+
+/// A lock for reading.
+class read_lock : public image_lock
+{
+  public:
+    explicit read_lock(const host::image_ref& source) : image_lock{source, access::read} {}
+    /// Throws  errors::invalid_data_type unless the image has elements of type T
+    template <class T>
+    image<const T> view() const
+    {
+        return typed_view<const T>();
+    }
+};
+
+/// A lock for writing: its release tells the host that the pixels changed.
+class write_lock : public image_lock
+{
+  public:
+    explicit write_lock(const host::image_ref& destination) : image_lock{destination, access::write} {}
+    /// Throws  errors::invalid_data_type unless the image has elements of type T
+    template <class T>
+    image<T> view() const
+    {
+        return typed_view<T>();
+    }
+};
+
+}  // namespace qorv::dm

@@ -1,0 +1,83 @@
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+#include "library/platform/process.h"
+
+namespace qorv::library::platform {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Folder identifiers and what stands for them: an entry of user-dirs.dirs, or an environment variable, with the place
+/// below the home directory where neither tells.
+struct folder_row
+{
+    int identifier;
+    const char* name;
+    bool is_user_directory;  ///< an entry of user-dirs.dirs
+    const char* fallback;
+};
+
+constexpr folder_row folders[] = {
+    {0x00, "XDG_DESKTOP_DIR", true, "Desktop"},     {0x10, "XDG_DESKTOP_DIR", true, "Desktop"},
+    {0x05, "XDG_DOCUMENTS_DIR", true, "Documents"}, {0x0d, "XDG_MUSIC_DIR", true, "Music"},
+    {0x0e, "XDG_VIDEOS_DIR", true, "Videos"},       {0x15, "XDG_TEMPLATES_DIR", true, "Templates"},
+    {0x27, "XDG_PICTURES_DIR", true, "Pictures"},   {0x1a, "XDG_CONFIG_HOME", false, ".config"},
+    {0x1c, "XDG_DATA_HOME", false, ".local/share"}, {0x28, "", false, ""},
+};
+
+std::string home()
+{
+    if (const char* path = std::getenv("HOME"); path && *path) return path;
+    const passwd* user = getpwuid(getuid());
+    return user && user->pw_dir ? user->pw_dir : "";
+}
+
+std::string from_environment(const char* name)
+{
+    const char* path = *name ? std::getenv(name) : nullptr;
+    return path && *path == '/' ? path : "";
+}
+
+/// The entry NAME="$HOME/Somewhere" or NAME="/somewhere" of the user's user-dirs.dirs; empty when there is none.
+std::string from_user_dirs(const std::string& home_path, std::string_view name)
+{
+    std::string config = from_environment("XDG_CONFIG_HOME");
+    if (config.empty()) config = home_path + "/.config";
+    std::ifstream file{config + "/user-dirs.dirs"};
+    const std::string wanted = std::string{name} + "=\"";
+    for (std::string line; std::getline(file, line);) {
+        if (line.rfind(wanted, 0) != 0 || line.back() != '"') continue;
+        std::string path = line.substr(wanted.size(), line.size() - wanted.size() - 1);
+        if (path.rfind("$HOME", 0) == 0) path.replace(0, 5, home_path);
+        return path;
+    }
+    return {};
+}
+
+}  // namespace
+
+std::string special_directory(int folder, bool create)
+{
+    const std::string home_path = home();
+    if (home_path.empty()) return {};
+    for (const auto& row : folders) {
+        if (row.identifier != folder) continue;
+        std::string path = row.is_user_directory ? from_user_dirs(home_path, row.name) : from_environment(row.name);
+        if (path.empty()) path = *row.fallback ? home_path + "/" + row.fallback : home_path;
+        std::error_code ignored;
+        if (create) fs::create_directories(path, ignored);
+        if (!fs::is_directory(path, ignored)) return {};
+        if (path.back() != '/') path += '/';
+        return path;
+    }
+    return {};
+}
+
+}  // namespace qorv::library::platform

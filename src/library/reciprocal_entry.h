@@ -1,0 +1,21 @@
+#pragma once
+
+#include <complex>
+#include <cstdint>
+#include <string>
+
+#include "plugin/host/values.h"
+
+/// Script functions of the library: masks in reciprocal space. docs/script-reference.md tells what each does.
+namespace qorv::library {
+
+using host::image_ref;
+using host::output;
+using host::tag_group_ref;
+
+image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float fRad, float fH, image_ref cimDst);
+image_ref CrossCorrelationMaskWithDefocusDM(image_ref cimTarg, image_ref cimRef, std::int32_t nCX, std::int32_t nCY,
+                                            float fScaleX, float fScaleY, float f, float fRad, std::int32_t eMode,
+                                            output<double> fMean, image_ref cimDst);
+
+}  // namespace qorv::library

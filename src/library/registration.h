@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+
+#include "sdk/plugin_main.h"
+
+namespace qorv::library {
+
+/// Registers the image-processing library: 56 script functions, each named `prefix` + its own name.
+/// Throws  what host::add_function throws; the functions before the failing one stay registered until the plug-in's
+///         tear-down
+void register_library(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix);
+
+}  // namespace qorv::library

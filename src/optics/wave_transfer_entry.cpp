@@ -1,0 +1,44 @@
+#include "optics/wave_transfer_entry.h"
+
+#include "image/frame.h"
+#include "image/timing_scope.h"
+#include "optics/wave_transfer.h"
+
+namespace qorv::optics {
+namespace {
+
+complex_float narrow(std::complex<double> number)
+{
+    return {static_cast<float>(number.real()), static_cast<float>(number.imag())};
+}
+
+}  // namespace
+
+host::image_ref WTFMulDM(host::image_ref source, float lambda, float step, float c20, std::complex<double> c22,
+                         float c40, float c60, std::complex<double> c31, std::complex<double> c33,
+                         std::complex<double> c42, std::complex<double> c44, std::complex<double> c51,
+                         std::complex<double> c53, std::complex<double> c55, std::complex<double> c62,
+                         std::complex<double> c64, std::complex<double> c66, float c2s, float bdiv, float vib,
+                         std::int32_t envelope, std::complex<double> tilt, host::image_ref destination)
+{
+    const dm::timing_scope timing{"WTFMulDM"};
+    dm::require_image(source);
+    destination = dm::or_clone_of(std::move(destination), source);
+    dm::require(host::IsComplexDataType(source, 8) && host::IsComplexDataType(destination, 8),
+                dm::errors::all_complex8);
+    dm::read_lock from{source};
+    dm::write_lock to{destination};
+    dm::require_same_size(from, to);
+
+    const wave_parameters parameters{c20,         narrow(c22), c40,         c60,         narrow(c31),
+                                     narrow(c33), narrow(c42), narrow(c44), narrow(c51), narrow(c53),
+                                     narrow(c55), narrow(c62), narrow(c64), narrow(c66)};
+    multiply(dm::flat_plane(from.view<complex_float>()), dm::flat_plane(to.view<complex_float>()),
+             static_cast<int>(from.width()), static_cast<int>(from.height()), parameters, lambda, step, c2s, bdiv, vib,
+             envelope != 0, narrow(tilt));
+    to.release();
+    from.release();
+    return destination;
+}
+
+}  // namespace qorv::optics

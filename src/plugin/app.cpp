@@ -1,0 +1,26 @@
+#include "plugin/app.h"
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+#include "plugin/module.h"
+
+namespace {
+
+const char inside_this_module = 0;  // any address inside the library names its module
+
+}  // namespace
+
+int CZXApp::InitInstance()
+{
+#ifdef _WIN32
+    HMODULE module = nullptr;
+    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+                       &inside_this_module, &module);
+    qorv::dm::set_module_handle(module);
+#else
+    qorv::dm::set_module_handle(const_cast<char*>(&inside_this_module));
+#endif
+    return CWinApp::InitInstance();
+}

@@ -1,0 +1,50 @@
+#include "plugin/plugin.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "plugin/core.h"
+#include "plugin/handler.h"
+#include "plugin/host/host_functions.h"
+#include "plugin/module.h"
+
+namespace {
+
+constexpr char companion_extension[] = ".gtk";
+constexpr char companion_missing[] =
+    "The gtk for Zentrix is missing. In order to use the Zentrix install the gtk for Zentrix on to the plug-in folder "
+    "and launch the DM again.";
+
+QORV::DM::CZenkor* the_core = nullptr;
+
+/// The companion script package is a file of the library's own stem beside it.
+void check_companion_package()
+{
+    void* const module = qorv::dm::module_handle();
+    if (!module) return;
+    const std::string package = qorv::dm::with_extension(qorv::dm::module_path(module), companion_extension);
+    if (!qorv::host::DoesFileExist(package)) qorv::host::OkDialog(companion_missing);
+}
+
+}  // namespace
+
+void CZXPlugIn::Start()
+{
+    auto core = std::make_unique<QORV::DM::CZenkor>(*this, "ZX");
+    delete std::exchange(the_core, core.release());
+    check_companion_package();
+}
+
+void CZXPlugIn::End()
+{
+    delete std::exchange(the_core, nullptr);
+    qorv::dm::release_held();
+}
+
+CZXPlugIn& the_plug_in()
+{
+    static CZXPlugIn plug_in;
+    static CZXPlugIn* const pointer = &plug_in;
+    return *pointer;
+}
