@@ -33,8 +33,15 @@ template <class T>
 void extreme_plain(const dm::image<const T>& source, extreme which, std::ptrdiff_t radius,
                    const dm::image<T>& destination);
 
+/// Columns, then rows, in vector operations; O(log radius) a pixel. Rows must be contiguous, others go the plain way,
+/// and so do windows with a NaN or a -0.
 template <class T>
-inline constexpr dm::variant<extreme_kernel<T>> extreme_variants[] = {{"plain", dm::cpu::none, extreme_plain<T>}};
+void extreme_vector(const dm::image<const T>& source, extreme which, std::ptrdiff_t radius,
+                    const dm::image<T>& destination);
+
+template <class T>
+inline constexpr dm::variant<extreme_kernel<T>> extreme_variants[] = {{"vector", dm::cpu::sse2, extreme_vector<T>},
+                                                                      {"plain", dm::cpu::none, extreme_plain<T>}};
 
 /// source       any size, up to three dimensions; several planes are filtered plane by plane
 /// radius       pixels, from 0 (copies) to beyond the image, where every window is the whole plane
