@@ -2,88 +2,221 @@
 
 #include "optics/phase_wrap.h"
 
-#include <bit>
+#include <algorithm>
+#include <cstring>
 
 namespace qorv::optics {
 
 namespace {
 
+/// Pixels whose flags are looked at together.
+constexpr std::int32_t run = 8;
+
+constexpr std::uint64_t every_byte(std::uint64_t value) { return value * 0x0101010101010101u; }
+
+std::uint64_t word_at(const std::uint8_t* flags) noexcept
+{
+    std::uint64_t word;
+    std::memcpy(&word, flags, sizeof word);
+    return word;
+}
+
+/// Whether one of eight bytes, none above 127, is zero.
+bool has_zero(std::uint64_t word) noexcept { return ((every_byte(0x80) - word) & every_byte(0x80)) != 0; }
+
+enum class heading
+{
+    up,
+    down
+};
+
 class filler
 {
   public:
     filler(const float* phase, float* result, pixel_flags& flags, std::uint32_t* stack)
-        : p_{phase}, q_{result}, flag_{flags.data()}, pitch_{flags.pitch()}, stack_{stack}
+        : phase_{phase},
+          result_{result},
+          flags_{flags.data()},
+          height_{flags.height()},
+          pitch_{flags.pitch()},
+          stack_{stack},
+          top_{stack}
     {}
 
-    bool is_open(std::ptrdiff_t i) const { return flag_[i] == 0; }
-
-    void fill_from(std::ptrdiff_t i)
+    /// `seed` = x * pitch + y, an open pixel.
+    void fill_from(std::uint32_t seed)
     {
-        q_[i] = p_[i];
-        flag_[i] = pixel_flags::unwrapped;
-        std::uint32_t* top = stack_;
-        const auto push = [&](std::ptrdiff_t k) { *top++ = static_cast<std::uint32_t>(k); };
-        for (;;) {
-            const std::ptrdiff_t left = i - pitch_, right = i + pitch_, up = i - 1, down = i + 1;
-            const float p = p_[i];
-            const double q = q_[i];
-            if (is_open(left)) reach(left, q + wrap(p_[left] - p)), push(left);
-            if (is_open(right)) reach(right, q - wrap(p - p_[right])), push(right);
-            if (is_open(up)) reach(up, q + wrap(p_[up] - p)), push(up);
-            if (is_open(down)) {
-                reach(down, q - wrap(p - p_[down]));
-                i = down;
-                continue;
-            }
-            if (top == stack_) return;
-            i = *--top;
+        go_to(seed);
+        *q_ = *p_;
+        *flag_ = pixel_flags::unwrapped;
+        visit();
+        while (top_ != stack_) {
+            go_to(*--top_);
+            visit();
         }
     }
 
   private:
-    void reach(std::ptrdiff_t i, double value)
+    /// Phases and results have no frame: a column of theirs is one pixel shorter than one of flags.
+    void go_to(std::uint32_t index)
     {
-        q_[i] = static_cast<float>(value);
-        flag_[i] = pixel_flags::unwrapped;
+        const std::uint32_t x = index / static_cast<std::uint32_t>(pitch_);
+        flag_ = flags_ + index;
+        p_ = phase_ + (index - x);
+        q_ = result_ + (index - x);
     }
 
-    const float* p_;
-    float* q_;
-    std::uint8_t* flag_;
-    std::ptrdiff_t pitch_;
-    std::uint32_t* stack_;
+    void move(std::ptrdiff_t rows)
+    {
+        flag_ += rows;
+        p_ += rows;
+        q_ += rows;
+    }
+
+    void push(const std::uint8_t* flag) { *top_++ = static_cast<std::uint32_t>(flag - flags_); }
+
+    /// A step to the left or up adds the difference, one to the right or down subtracts the opposite one: the same but
+    /// where both are zero, which decides a zero's sign.
+    void step_back(std::ptrdiff_t data, std::ptrdiff_t flag) { reach(data, flag, *q_ + wrap(p_[data] - *p_)); }
+    void step_on(std::ptrdiff_t data, std::ptrdiff_t flag) { reach(data, flag, *q_ - wrap(*p_ - p_[data])); }
+
+    void reach(std::ptrdiff_t data, std::ptrdiff_t flag, double value)
+    {
+        q_[data] = static_cast<float>(value);
+        flag_[flag] = pixel_flags::unwrapped;
+    }
+
+    void reach_sides()
+    {
+        if (flag_[-pitch_] == 0) step_back(-height_, -pitch_), push(flag_ - pitch_);
+        if (flag_[pitch_] == 0) step_on(height_, pitch_), push(flag_ + pitch_);
+    }
+
+    /// The pixel that was reached last goes on, as long as that is the one below or above: it need not see the stack.
+    void visit()
+    {
+        reach_sides();
+        const bool up = flag_[-1] == 0;
+        if (up) step_back(-1, -1);
+        if (flag_[1] == 0) {
+            if (up) push(flag_ - 1);
+            step_on(1, 1);
+            follow<heading::down>();
+        } else if (up)
+            follow<heading::up>();
+    }
+
+    /// Goes on from the pixel just reached, whose neighbour behind has its value.
+    template <heading way>
+    void follow()
+    {
+        constexpr int ahead = way == heading::down ? 1 : -1;
+        for (;;) {
+            move(ahead);
+            while (can_run<way>()) run_ahead<way>();
+            reach_sides();
+            if (flag_[ahead] != 0) return;
+            if (way == heading::down)
+                step_on(1, 1);
+            else
+                step_back(-1, -1);
+        }
+    }
+
+    /// A whole run has nothing to do on its left, everything on its right and ahead.
+    template <heading way>
+    bool can_run() const
+    {
+        const std::ptrdiff_t first = way == heading::down ? 0 : 1 - run;
+        const std::ptrdiff_t next = way == heading::down ? 1 : -run;
+        return word_at(flag_ + pitch_ + first) == 0 && word_at(flag_ + next) == 0 &&
+               !has_zero(word_at(flag_ - pitch_ + first));
+    }
+
+    template <heading way>
+    void run_ahead()
+    {
+        constexpr int ahead = way == heading::down ? 1 : -1;
+        double forward[run], aside[run];
+        for (int k = 0; k < run; ++k) {
+            const float* p = p_ + ahead * k;
+            forward[k] = way == heading::down ? -wrap(p[0] - p[1]) : wrap(p[-1] - p[0]);
+            aside[k] = wrap(p[0] - p[height_]);
+        }
+        float q[run + 1] = {*q_};
+        for (int k = 0; k < run; ++k) q[k + 1] = static_cast<float>(q[k] + forward[k]);
+        for (int k = 0; k < run; ++k) {
+            q_[ahead * k + height_] = static_cast<float>(q[k] - aside[k]);
+            q_[ahead * (k + 1)] = q[k + 1];
+            top_[k] = static_cast<std::uint32_t>(flag_ + pitch_ + ahead * k - flags_);
+        }
+        top_ += run;
+        std::memset(flag_ + (way == heading::down ? 1 : -run), pixel_flags::unwrapped, run);
+        std::memset(flag_ + pitch_ + (way == heading::down ? 0 : 1 - run), pixel_flags::unwrapped, run);
+        move(ahead * run);
+    }
+
+    const float* phase_;
+    float* result_;
+    std::uint8_t* flags_;
+    std::ptrdiff_t height_, pitch_;
+    std::uint32_t *stack_, *top_;
+
+    const float* p_ = nullptr;  ///< the pixel visited, in all three images
+    float* q_ = nullptr;
+    std::uint8_t* flag_ = nullptr;
 };
+
+/// Whether some pixel of the rows from y to y + 7 is open.
+bool any_open(const pixel_flags& flags, std::int32_t y)
+{
+    bool open = false;
+    for (std::int32_t x = 0; x < flags.width(); ++x) open |= has_zero(word_at(flags.data() + flags.index(x, y)));
+    return open;
+}
 
 }  // namespace
 
 void fill_regions(const float* phase, float* result, pixel_flags& flags, std::uint32_t* stack)
 {
     filler fill{phase, result, flags, stack};
-    for (std::int32_t y = 0; y < flags.height(); ++y)
+    for (std::int32_t y = 0; y < flags.height(); ++y) {
+        // Most rows are done by then, and eight of them are told at once. In the last ones, the frame and what follows
+        // it are looked at too, which may only cost time.
+        if (y % run == 0 && !any_open(flags, y)) {
+            y += run - 1;
+            continue;
+        }
         for (std::int32_t x = 0; x < flags.width(); ++x)
-            if (const auto i = flags.index(x, y); fill.is_open(i)) fill.fill_from(i);
+            if (const auto i = flags.index(x, y); flags.data()[i] == 0) fill.fill_from(static_cast<std::uint32_t>(i));
+    }
 }
 
 void fill_cuts(const float* phase, float* result, pixel_flags& flags)
 {
-    std::uint8_t* flag = flags.data();
-    const std::ptrdiff_t pitch = flags.pitch();
+    const std::ptrdiff_t height = flags.height(), pitch = flags.pitch();
     // Column by column: a pixel's left and upper neighbour come before it in this order as well as row by row.
-    for (std::int32_t x = 0; x < flags.width(); ++x)
-        for (std::int32_t y = 0; y < flags.height(); ++y) {
-            const std::ptrdiff_t i = flags.index(x, y);
-            if (!(flag[i] & pixel_flags::cut)) continue;
-            const auto follow = [&](std::ptrdiff_t from) {
-                result[i] = static_cast<float>(result[from] + wrap(phase[i] - phase[from]));
-                flag[i] |= pixel_flags::unwrapped;
-            };
-            if (x > 0 && y > 0 && flag[i - pitch] & pixel_flags::unwrapped)
-                follow(i - pitch);
-            else if (x > 0 && y > 0 && flag[i - 1] & pixel_flags::unwrapped)
-                follow(i - 1);
-            else
-                result[i] = phase[i];
+    for (std::int32_t x = 0; x < flags.width(); ++x) {
+        std::uint8_t* flag = flags.data() + flags.index(x, 0);
+        const float* p = phase + x * height;
+        float* q = result + x * height;
+        const auto settle = [&](std::ptrdiff_t y) {
+            if (x > 0 && y > 0 && (flag[y - pitch] & pixel_flags::unwrapped))
+                q[y] = static_cast<float>(q[y - height] + wrap(p[y] - p[y - height]));
+            else if (x > 0 && y > 0 && (flag[y - 1] & pixel_flags::unwrapped))
+                q[y] = static_cast<float>(q[y - 1] + wrap(p[y] - p[y - 1]));
+            else {
+                q[y] = p[y];
+                return;
+            }
+            flag[y] |= pixel_flags::unwrapped;
+        };
+        for (std::int32_t y = 0; y < height; y += run) {
+            if ((word_at(flag + y) & every_byte(pixel_flags::cut)) == 0) continue;
+            for (std::ptrdiff_t k = y; k < std::min<std::ptrdiff_t>(y + run, height); ++k)
+                if (flag[k] & pixel_flags::cut) settle(k);
         }
+    }
 }
 
 }  // namespace qorv::optics

@@ -3,41 +3,16 @@
 #include "image/errors.h"
 #include "optics/branch_cuts.h"
 #include "optics/flood_fill.h"
+#include "optics/transpose.h"
 
-#include <algorithm>
 #include <limits>
 #include <memory>
+#include <stdexcept>
 
 namespace qorv::optics {
 
-namespace {
-
-/// Rows taken together in a transposition: as many as the smallest cache keeps apart when rows lie a power of two bytes
-/// apart.
-constexpr std::int32_t band = 8;
-
-/// Between rows and the columns that `pixel_flags` indexes; `put(row_element, column_element)` copies either way.
-template <class Rows, class Columns, class Put>
-void for_each_transposed(Rows* rows, Columns* columns, const pixel_flags& shape, Put put)
-{
-    const std::ptrdiff_t width = shape.width();
-    for (std::int32_t y = 0; y < shape.height(); y += band) {
-        const std::int32_t count = std::min(band, shape.height() - y);
-        Rows* row = rows + y * width;
-        Columns* column = columns + y;
-        if (count == band)
-            for (std::ptrdiff_t x = 0; x < width; ++x, ++row, column += shape.pitch())
-                for (std::int32_t k = 0; k < band; ++k) put(row[k * width], column[k]);
-        else
-            for (std::ptrdiff_t x = 0; x < width; ++x, ++row, column += shape.pitch())
-                for (std::int32_t k = 0; k < count; ++k) put(row[k * width], column[k]);
-    }
-}
-
-}  // namespace
-
 void unwrap_goldstein(const float* phase, float* result, std::int32_t width, std::int32_t height,
-                      std::int32_t box_limit, std::uint32_t* scratch)
+                      std::int32_t box_limit, void* scratch)
 {
     dm::require(phase && result && scratch && width >= 1 && height >= 1, dm::errors::parameters_invalid);
     const std::uint64_t indices = (std::uint64_t(width) + 2) * (std::uint64_t(height) + 1);
@@ -48,13 +23,14 @@ void unwrap_goldstein(const float* phase, float* result, std::int32_t width, std
         residue_map residues = find_residues(phase, width, height);
         place_branch_cuts(residues, box_limit, flags);
     }
-    const auto elements = static_cast<std::size_t>(width * flags.pitch());
-    const auto wrapped = std::make_unique_for_overwrite<float[]>(elements);
-    const auto unwrapped = std::make_unique_for_overwrite<float[]>(elements);
-    for_each_transposed(phase, wrapped.get(), flags, [](const float& row, float& column) { column = row; });
-    fill_regions(wrapped.get(), unwrapped.get(), flags, scratch);
-    fill_cuts(wrapped.get(), unwrapped.get(), flags);
-    for_each_transposed(result, unwrapped.get(), flags, [](float& row, const float& column) { row = column; });
+    // The result's memory serves first as the phase in columns; the scratch takes the result in columns.
+    const auto stack = std::make_unique_for_overwrite<std::uint32_t[]>(static_cast<std::size_t>(width) * height);
+    float* const wrapped = result;
+    float* const unwrapped = static_cast<float*>(scratch);
+    transpose(phase, wrapped, width, height);
+    fill_regions(wrapped, unwrapped, flags, stack.get());
+    fill_cuts(wrapped, unwrapped, flags);
+    transpose(unwrapped, result, height, width);
 }
 
 }  // namespace qorv::optics

@@ -19,7 +19,7 @@ class pixel_flags
     pixel_flags(std::int32_t width, std::int32_t height)
         : width_{width},
           height_{height},
-          bytes_(static_cast<std::size_t>((std::ptrdiff_t{width} + 2) * pitch() + spare), frame)
+          bytes_(static_cast<std::size_t>((std::ptrdiff_t{width} + 2) * pitch() + 2 * spare), frame)
     {
         for (std::int32_t x = 0; x < width; ++x) std::memset(data() + index(x, 0), 0, static_cast<std::size_t>(height));
     }
@@ -30,11 +30,11 @@ class pixel_flags
     std::ptrdiff_t index(std::int32_t x, std::int32_t y) const noexcept { return x * pitch() + y; }
 
     /// Flags of index 0; indices from -pitch on and beyond the last pixel by pitch are frame.
-    std::uint8_t* data() noexcept { return bytes_.data() + pitch(); }
-    const std::uint8_t* data() const noexcept { return bytes_.data() + pitch(); }
+    std::uint8_t* data() noexcept { return bytes_.data() + spare + pitch(); }
+    const std::uint8_t* data() const noexcept { return bytes_.data() + spare + pitch(); }
 
   private:
-    static constexpr std::ptrdiff_t spare = 8;  // a word that starts on a pixel ends inside
+    static constexpr std::ptrdiff_t spare = 8;  // a word of eight that holds a pixel or a neighbour of one lies inside
     std::int32_t width_, height_;
     std::vector<std::uint8_t> bytes_;
 };

@@ -38,7 +38,7 @@ picture draw(int width, int height, const std::function<double(int, int)>& value
 std::vector<float> unwrap(const picture& p, int box_limit)
 {
     framed<float> result(p.pixels.size());
-    framed<std::uint32_t> scratch(p.pixels.size());
+    framed<float> scratch(p.pixels.size());
     unwrap_goldstein(p.pixels.data(), result.inside(), p.width, p.height, box_limit, scratch.inside());
     EXPECT_TRUE(result.frame_untouched() && scratch.frame_untouched());
     return result.copy();
@@ -59,7 +59,7 @@ testing::AssertionResult same_as_literal(const picture& p, int box_limit)
            << " in " << p.width << " x " << p.height << ", box limit " << box_limit;
 }
 
-/// A surface with noise of `spread` [rad] on it: 0.7 gives about 1 % residues, 1.1 10 %, 100 a third.
+/// A surface with noise of `spread` [rad] on it: 0.76 gives about 1 % residues, 1.06 10 %, 100 a third.
 picture noisy(int width, int height, double spread, unsigned seed)
 {
     std::mt19937 random{seed};
@@ -114,7 +114,7 @@ TEST(goldstein, is_the_literal_algorithm_to_the_bit_on_large_images)
     {
         picture p;
         int box_limit;
-    } rows[] = {{noisy(512, 512, 0, 1), 0},      {noisy(512, 512, 0.7, 2), 0},  {noisy(500, 530, 1.1, 3), 0},
+    } rows[] = {{noisy(512, 512, 0, 1), 0},      {noisy(512, 512, 0.76, 2), 0}, {noisy(500, 530, 1.06, 3), 0},
                 {noisy(512, 512, 100, 4), 0},    {noisy(512, 512, 1.1, 5), -1}, {vortex(512, 512, 255.3, 255.6), 0},
                 {vortex(300, 700, 120.5, 5), 0}, {noisy(2, 3000, 100, 6), 0},   {noisy(3000, 3, 100, 7), 0}};
     for (const auto& row : rows) EXPECT_TRUE(same_as_literal(row.p, row.box_limit));
@@ -141,27 +141,19 @@ TEST(goldstein, results_differ_from_the_phase_by_whole_turns)
     }
 }
 
-TEST(goldstein, works_in_place)
-{
-    const picture p = noisy(100, 90, 1, 10);
-    auto pixels = p.pixels;
-    std::vector<std::uint32_t> scratch(pixels.size());
-    unwrap_goldstein(pixels.data(), pixels.data(), p.width, p.height, 0, scratch.data());
-    EXPECT_TRUE(support::same_bytes(pixels, unwrap(p, 0)));
-}
-
 TEST(goldstein, refuses_what_it_cannot_hold_and_leaves_the_result)
 {
     float pixel = 1;
-    std::uint32_t scratch = 0;
+    float scratch = 0;
     const auto message = [&](float* phase, float* result, int width, int height) {
         return support::message_of([&] { unwrap_goldstein(phase, result, width, height, 0, &scratch); });
     };
     EXPECT_EQ(message(nullptr, &pixel, 1, 1), dm::errors::parameters_invalid);
     EXPECT_EQ(message(&pixel, nullptr, 1, 1), dm::errors::parameters_invalid);
-    EXPECT_EQ(message(&pixel, &pixel, 0, 1), dm::errors::parameters_invalid);
-    EXPECT_EQ(message(&pixel, &pixel, 65536, 65536), "vector<T> too long");
-    EXPECT_EQ(pixel, 1);
+    float result = 2;
+    EXPECT_EQ(message(&pixel, &result, 0, 1), dm::errors::parameters_invalid);
+    EXPECT_EQ(message(&pixel, &result, 65536, 65536), "vector<T> too long");
+    EXPECT_EQ(result, 2);
 }
 
 // The reference itself, against figures worked out by hand.
