@@ -4,12 +4,8 @@
 
 #include "library/elementwise_entry.h"
 #include "library/files_entry.h"
-#include "library/rank_entry.h"
 #include "library/reciprocal_entry.h"
-#include "library/smoothing_entry.h"
 #include "library/statistics_entry.h"
-#include "library/survey_entry.h"
-#include "library/transpose_entry.h"
 #include "library/window_entry.h"
 
 namespace qorv::library {
@@ -46,30 +42,6 @@ image_ref Log2DM(image_ref, image_ref) { not_available_yet(); }
 image_ref PowDM(image_ref, image_ref, image_ref) { not_available_yet(); }
 image_ref CArgDM(image_ref, image_ref) { not_available_yet(); }
 image_ref CNormDM(image_ref, double, image_ref) { not_available_yet(); }
-
-// smoothing_entry.h
-image_ref MovingAverageDM(image_ref, std::int32_t, image_ref) { not_available_yet(); }
-void MovingAverageDM2(image_ref, std::int32_t, output<image_ref>, output<image_ref>) { not_available_yet(); }
-image_ref MovingAverageXDM(image_ref, std::int32_t, image_ref) { not_available_yet(); }
-image_ref MovingAverageYDM(image_ref, std::int32_t, image_ref) { not_available_yet(); }
-image_ref MovingAverageZDM(image_ref, std::int32_t, image_ref) { not_available_yet(); }
-image_ref GaussianBlurDM(image_ref, double, std::int32_t, image_ref) { not_available_yet(); }
-
-// rank_entry.h
-image_ref MaximumFilterDM(image_ref, std::int32_t, image_ref) { not_available_yet(); }
-image_ref MinimumFilterDM(image_ref, std::int32_t, image_ref) { not_available_yet(); }
-image_ref MedianFilterDM2(image_ref, std::int32_t, image_ref, std::int32_t) { not_available_yet(); }
-image_ref MedianFilterDM(image_ref, std::int32_t, image_ref) { not_available_yet(); }
-double NthElementDM(image_ref, std::int32_t) { not_available_yet(); }
-double MedianDM(image_ref) { not_available_yet(); }
-image_ref MedianZDM(image_ref, image_ref) { not_available_yet(); }
-
-// survey_entry.h
-void SurveyDM(image_ref, output<double>, output<double>, output<double>, output<double>, output<double>)
-{
-    not_available_yet();
-}
-void SurveyFourDM(image_ref, output<double>, output<double>, output<double>, output<double>) { not_available_yet(); }
 
 // statistics_entry.h
 void SurveyDifferenceDM(image_ref, image_ref, output<double>, output<double>, output<double>, output<double>,
@@ -124,9 +96,5 @@ image_ref CrossCorrelationMaskWithDefocusDM(image_ref, image_ref, std::int32_t, 
 {
     not_available_yet();
 }
-
-// transpose_entry.h
-image_ref TransposeXZDM(image_ref, image_ref) { not_available_yet(); }
-image_ref TransposeYZDM(image_ref, image_ref) { not_available_yet(); }
 
 }  // namespace qorv::library

@@ -1,0 +1,145 @@
+#include "library/rank_entry.h"
+
+#include "image/frame.h"
+#include "image/timing_scope.h"
+#include "image/visit.h"
+#include "library/extreme_filter.h"
+#include "library/median_filter.h"
+#include "library/median_z.h"
+#include "library/selection.h"
+
+namespace qorv::library {
+namespace {
+
+constexpr char source_should_be_real[] = "imgSrc should be Real.";
+
+/// The host's binary images hold one byte a pixel and are filtered as such.
+std::uint32_t filtered_type(std::uint32_t code)
+{
+    return code == static_cast<std::uint32_t>(dm::data_type::binary) ? static_cast<std::uint32_t>(dm::data_type::uint8)
+                                                                     : code;
+}
+
+image_ref extreme_filtered(const image_ref& source, std::int32_t radius, image_ref destination, extreme which)
+{
+    dm::require_image(source);
+    const std::uint32_t code = host::ImageGetDataType(source);
+    destination = dm::or_clone_of(std::move(destination), source);
+    dm::require_same_size(source, destination);
+    const std::uint32_t type = filtered_type(code);
+    dm::require(host::ImageGetDataType(destination) == code && has_type(dm::eight_reals{}, type),
+                dm::errors::invalid_image_type);
+    dm::read_lock from{source};
+    dm::write_lock to{destination};
+    visit(dm::eight_reals{}, type, [&]<class T>() {
+        const dm::image<const T> pixels{static_cast<const T*>(from.data()), from.sizes(), from.strides()};
+        const dm::image<T> result{static_cast<T*>(to.data()), to.sizes(), to.strides()};
+        extreme_filter<T>(pixels, which, radius, result);
+    });
+    to.release();
+    from.release();
+    return destination;
+}
+
+bool is_complex(const image_ref& image)
+{
+    return host::IsComplexDataType(image, 8) || host::IsComplexDataType(image, 16);
+}
+
+/// The source itself when it is float or double; a clone that the host converted to float otherwise.
+/// Throws  `complex_text` for a complex source
+image_ref as_float_or_double(const image_ref& source, const char* complex_text)
+{
+    dm::require_image(source);
+    dm::require(!is_complex(source), complex_text);
+    if (has_type(dm::float_or_double{}, host::ImageGetDataType(source))) return source;
+    image_ref converted = host::ImageClone(source);
+    host::ConvertToFloat(converted);
+    return converted;
+}
+
+image_ref median_filtered(const image_ref& source, std::int32_t radius, image_ref destination, padding outside)
+{
+    const image_ref values = as_float_or_double(source, dm::errors::all_real);
+    const std::uint32_t type = host::ImageGetDataType(values);
+    destination = dm::or_clone_of(std::move(destination), values);
+    dm::require_same_size(values, destination);
+    dm::require(host::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
+    dm::read_lock from{values};
+    dm::write_lock to{destination};
+    visit(dm::float_or_double{}, type,
+          [&]<class T>() { median_filter<T>(from.view<T>(), radius, outside, to.view<T>()); });
+    to.release();
+    from.release();
+    return destination;
+}
+
+/// `choose(view)` of all values of the source, as double.
+template <class Choose>
+double chosen(const image_ref& source, Choose choose)
+{
+    const image_ref values = as_float_or_double(source, dm::errors::all_real);
+    dm::read_lock from{values};
+    double found = 0;
+    visit(dm::float_or_double{}, from.host_code(), [&]<class T>() { found = choose(from.view<T>()); });
+    from.release();
+    return found;
+}
+
+}  // namespace
+
+image_ref MaximumFilterDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst)
+{
+    const dm::timing_scope timing{"MaximumFilterDM"};
+    return extreme_filtered(imgSrc, nRad, std::move(imgDst), extreme::maximum);
+}
+
+image_ref MinimumFilterDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst)
+{
+    const dm::timing_scope timing{"MinimumFilterDM"};
+    return extreme_filtered(imgSrc, nRad, std::move(imgDst), extreme::minimum);
+}
+
+image_ref MedianFilterDM2(image_ref imgSrc, std::int32_t nRad, image_ref imgDst, std::int32_t nUseZeroPadding)
+{
+    const dm::timing_scope timing{"MedianFilterDM2"};
+    return median_filtered(imgSrc, nRad, std::move(imgDst), nUseZeroPadding != 0 ? padding::zeros : padding::none);
+}
+
+image_ref MedianFilterDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst)
+{
+    return MedianFilterDM2(std::move(imgSrc), nRad, std::move(imgDst), 0);
+}
+
+double NthElementDM(image_ref imgSrc, std::int32_t n)
+{
+    const dm::timing_scope timing{"NthElementDM"};
+    return chosen(imgSrc, [&]<class T>(const dm::image<const T>& values) { return nth_element<T>(values, n); });
+}
+
+double MedianDM(image_ref imgSrc)
+{
+    const dm::timing_scope timing{"MedianDM"};
+    return chosen(imgSrc, []<class T>(const dm::image<const T>& values) { return median<T>(values); });
+}
+
+image_ref MedianZDM(image_ref imgSrc, image_ref imgDst)
+{
+    const dm::timing_scope timing{"MedianZDM"};
+    const image_ref stack = as_float_or_double(imgSrc, source_should_be_real);
+    const std::uint32_t type = host::ImageGetDataType(stack);
+    const std::uint32_t width = dm::size_along(stack, 0), height = dm::size_along(stack, 1);
+    if (!imgDst) imgDst = host::NewImage("", type, {width, height});  // a clone would have all planes
+    dm::require(
+        dm::size_along(imgDst, 0) == width && dm::size_along(imgDst, 1) == height && dm::size_along(imgDst, 2) == 1,
+        dm::errors::invalid_image_size);
+    dm::require(host::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
+    dm::read_lock from{stack};
+    dm::write_lock to{imgDst};
+    visit(dm::float_or_double{}, type, [&]<class T>() { median_z<T>(from.view<T>(), to.view<T>()); });
+    to.release();
+    from.release();
+    return imgDst;
+}
+
+}  // namespace qorv::library

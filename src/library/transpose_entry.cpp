@@ -1,0 +1,63 @@
+#include "library/transpose_entry.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+#include "image/frame.h"
+#include "image/timing_scope.h"
+#include "library/transpose.h"
+
+namespace qorv::library {
+namespace {
+
+/// The host's codes of all element types that can be moved; their sizes in bytes are the host's to tell.
+constexpr std::array<std::uint32_t, 20> movable{6,  9,  14, 1,  10, 2,  7,  11, 23, 3,
+                                                12, 24, 13, 25, 8,  15, 17, 18, 19, 26};
+
+voxels voxels_of(const dm::image_lock& lock, std::size_t element_bytes)
+{
+    voxels volume{static_cast<std::byte*>(lock.data()), lock.sizes(), {}};
+    std::transform(lock.strides().begin(), lock.strides().end(), volume.strides.begin(),
+                   [&](std::ptrdiff_t stride) { return stride * static_cast<std::ptrdiff_t>(element_bytes); });
+    return volume;
+}
+
+image_ref transposed(const image_ref& source, image_ref destination, transposition which)
+{
+    dm::require_image(source);
+    const std::uint32_t nx = dm::size_along(source, 0), ny = dm::size_along(source, 1), nz = dm::size_along(source, 2);
+    const std::vector<std::uint32_t> sizes =
+        which == transposition::xz ? std::vector{nz, ny, nx} : std::vector{nx, nz, ny};
+    const std::uint32_t type = host::ImageGetDataType(source);
+    if (!destination) destination = host::NewImage(host::ImageGetName(source), type, sizes);
+    for (std::uint32_t axis = 0; axis < 3; ++axis)
+        dm::require(dm::size_along(destination, axis) == sizes[axis], dm::errors::invalid_image_size);
+    dm::require(
+        host::ImageGetDataType(destination) == type && std::find(movable.begin(), movable.end(), type) != movable.end(),
+        dm::errors::invalid_image_type);
+    const std::uint32_t element_bytes = host::ImageGetDataElementByteSize(source);
+    dm::read_lock from{source};
+    dm::write_lock to{destination};
+    const auto transpose = which == transposition::xz ? transpose_xz : transpose_yz;
+    transpose(voxels_of(from, element_bytes), voxels_of(to, element_bytes), element_bytes);
+    to.release();
+    from.release();
+    return destination;
+}
+
+}  // namespace
+
+image_ref TransposeXZDM(image_ref imgSrc, image_ref imgDst)
+{
+    const dm::timing_scope timing{"TransposeXZDM"};
+    return transposed(imgSrc, std::move(imgDst), transposition::xz);
+}
+
+image_ref TransposeYZDM(image_ref imgSrc, image_ref imgDst)
+{
+    const dm::timing_scope timing{"TransposeYZDM"};
+    return transposed(imgSrc, std::move(imgDst), transposition::yz);
+}
+
+}  // namespace qorv::library
