@@ -9,7 +9,7 @@ namespace zentrix::host {
 
 /// How far a value is from a prototype's type: 0 for the same kind, more for each loss; nothing when a script may not
 /// pass it at all. Ranges are not looked at.
-///   integer types        integer 0, real 2
+///   integer types        integer 0, real 3
 ///   float, double        real 0, integer 1
 ///   complex              complex 0, real 1, integer 2
 ///   string               text 0

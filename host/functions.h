@@ -19,7 +19,7 @@ enum class origin
 ///
 /// Which overload a call means: those that take that number of arguments and whose kinds the arguments convert to; of
 /// these the one whose conversions are the smallest (an integer for a long before a double before a complex, a real
-/// number for a double before a long before a complex, a complex picture for a ComplexImagePtr before any other, a null
+/// number for a double before a complex before a long, a complex picture for a ComplexImagePtr before any other, a null
 /// reference for any object); among equals the one registered first.
 class function_table
 {

@@ -18,7 +18,7 @@ using tag_group_ref = std::shared_ptr<tag_group>;
 /// A tag's value: a long, a float (or a double, from backings that have no float), a text, a group or list.
 using tag = std::variant<std::int32_t, float, double, std::string, tag_group_ref>;
 
-/// As it stands in a log: 3, 0.25, "text", {2 tags}, [2 tags].
+/// As it stands in a log: 3, 0.25, "text", tag group of 2, tag list of 2.
 std::string text_of(const tag& value);
 
 /// A group of named tags, or a list of tags by number. Paths join names by colons; "[2]" stands for the third tag:

@@ -1,0 +1,152 @@
+#include "host/crossing.h"
+
+#include "host/conversion.h"
+
+namespace zentrix::host {
+
+namespace {
+
+[[noreturn]] void refuse(journal& told, const std::string& what)
+{
+    told.add_violation(what);
+    throw script_error{what};
+}
+
+bool is_object(host_kind kind) { return kind >= HOST_STRING && kind <= HOST_THROWABLE; }
+
+script_value object_from(handle_table& handles, journal& told, const host_value& passed, const prototype_type& type)
+{
+    auto held = handles.get(passed.as.object);
+    if (held && held->kind() != static_cast<object_kind>(type.kind))
+        refuse(told, held->describe() + " is passed as " + name_of(type.kind) + ".");
+    if (type.kind != HOST_STRING) return held;
+    if (!held) refuse(told, "A null string is passed.");
+    return static_cast<const string_object&>(*held).text();
+}
+
+/// An output parameter of a call by the library.
+struct output
+{
+    host_value* place;
+    prototype_type type;
+    script_value before;
+    cell_ref cell;
+};
+
+/// The present value of a cell; what was never filled counts as nothing.
+script_value value_in_cell(handle_table& handles, journal& told, const host_value& cell, const prototype_type& type)
+{
+    if (is_object(type.kind) && cell.kind == static_cast<std::uint32_t>(type.kind) && !cell.as.object)
+        return nothing_of(type);
+    return from_library(handles, told, cell, type);
+}
+
+/// Puts the new values into the library's cells once all of them are known to be good.
+void store(std::vector<output>& outputs, handle_table& handles)
+{
+    std::vector<host_value> fresh;
+    for (auto& one : outputs) fresh.push_back(counted_for_library(handles, one.cell->value, one.type));
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+        if (is_object(outputs[i].type.kind)) handles.release(outputs[i].place->as.object);
+        *outputs[i].place = fresh[i];
+    }
+}
+
+}  // namespace
+
+prototype_type cell_type_of(const prototype_type& output) { return {output.word, output.cell_kind, HOST_VOID}; }
+
+script_value nothing_of(const prototype_type& type)
+{
+    if (type.kind == HOST_STRING) return std::string{};
+    if (is_object(type.kind)) return object_ref{};
+    if (type.kind == HOST_POINTER) return static_cast<void*>(nullptr);
+    return convert(std::int64_t{0}, type);
+}
+
+script_value from_library(handle_table& handles, journal& told, const host_value& passed, const prototype_type& type)
+{
+    if (passed.kind != static_cast<std::uint32_t>(type.kind))
+        refuse(told, std::string{"A value of kind "} + name_of(static_cast<host_kind>(passed.kind)) +
+                         " is passed where the prototype has " + name_of(type.kind) + ".");
+    switch (type.kind) {
+        case HOST_VOID: return {};
+        case HOST_INT32: return std::int64_t{passed.as.i32};
+        case HOST_UINT32: return std::int64_t{passed.as.u32};
+        case HOST_UINT64:
+            if (passed.as.u64 > static_cast<std::uint64_t>(INT64_MAX))
+                throw script_error{"bad numeric conversion: positive overflow"};
+            return static_cast<std::int64_t>(passed.as.u64);
+        case HOST_FLOAT32: return double{passed.as.f32};
+        case HOST_FLOAT64: return passed.as.f64;
+        case HOST_COMPLEX: return std::complex<double>{passed.as.complex_parts[0], passed.as.complex_parts[1]};
+        case HOST_POINTER: return passed.as.pointer;
+        default: return object_from(handles, told, passed, type);
+    }
+}
+
+host_value counted_for_library(handle_table& handles, const script_value& value, const prototype_type& type)
+{
+    const auto converted = convert(value, type);
+    host_value plain{};
+    plain.kind = static_cast<std::uint32_t>(type.kind);
+    switch (type.kind) {
+        case HOST_VOID: break;
+        case HOST_INT32: plain.as.i32 = static_cast<std::int32_t>(std::get<std::int64_t>(converted)); break;
+        case HOST_UINT32: plain.as.u32 = static_cast<std::uint32_t>(std::get<std::int64_t>(converted)); break;
+        case HOST_UINT64: plain.as.u64 = static_cast<std::uint64_t>(std::get<std::int64_t>(converted)); break;
+        case HOST_FLOAT32: plain.as.f32 = static_cast<float>(std::get<double>(converted)); break;
+        case HOST_FLOAT64: plain.as.f64 = std::get<double>(converted); break;
+        case HOST_COMPLEX: {
+            const auto number = std::get<std::complex<double>>(converted);
+            plain.as.complex_parts[0] = number.real();
+            plain.as.complex_parts[1] = number.imag();
+            break;
+        }
+        case HOST_POINTER: plain.as.pointer = std::get<void*>(converted); break;
+        case HOST_STRING:
+            plain.as.object = handles.give(std::make_shared<string_object>(std::get<std::string>(converted)));
+            break;
+        default: plain.as.object = handles.give(std::get<object_ref>(converted));
+    }
+    return plain;
+}
+
+void call_for_library(function& callee, handle_table& handles, journal& told, std::span<const host_value> passed,
+                      host_value* result)
+{
+    const auto& signature = callee.signature();
+    if (!signature.takes(passed.size()))
+        refuse(told, "\"" + signature.text + "\" is called with " + std::to_string(passed.size()) + " arguments.");
+    std::vector<script_value> values;
+    std::vector<output> outputs;
+    for (std::size_t i = 0; i < passed.size(); ++i) {
+        const auto& type = signature.parameter_of(i).type;
+        if (type.kind != HOST_OUTPUT) {
+            values.push_back(from_library(handles, told, passed[i], type));
+            continue;
+        }
+        if (passed[i].kind != HOST_OUTPUT)
+            refuse(told, "\"" + signature.text + "\" is called with a value in place of an output parameter.");
+        cell_ref cell;
+        if (passed[i].as.cell) {
+            const auto cell_type = cell_type_of(type);
+            auto before = value_in_cell(handles, told, *passed[i].as.cell, cell_type);
+            cell = make_cell(before);
+            outputs.push_back({passed[i].as.cell, cell_type, std::move(before), cell});
+        }
+        values.push_back(std::move(cell));
+    }
+    const auto answer = call_converted(callee, values);
+    std::erase_if(outputs, [](const output& one) { return one.cell->value == one.before; });
+    auto plain = result ? counted_for_library(handles, answer, signature.result) : host_value{};
+    try {
+        store(outputs, handles);
+    } catch (...) {
+        if (result && is_object(signature.result.kind)) handles.release(plain.as.object);
+        throw;
+    }
+    if (result) *result = plain;
+}
+
+}  // namespace zentrix::host

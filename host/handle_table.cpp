@@ -1,0 +1,142 @@
+#include "host/handle_table.h"
+
+#include "host/value.h"
+
+#include <algorithm>
+
+namespace zentrix::host {
+
+namespace {
+
+// Handles count up from an address that no process can map, so following one by mistake fails at once. The kind is
+// kept in the handle for messages about objects that are gone.
+constexpr std::uint64_t handle_base = 0x5A00'0000'0000'0000u;
+constexpr std::uint64_t base_mask = 0xFF00'0000'0000'0000u;
+constexpr int kind_bits = 8;
+
+std::uint64_t number_of(host_object* handle) { return reinterpret_cast<std::uintptr_t>(handle); }
+
+host_object* handle_from(std::uint64_t number) { return reinterpret_cast<host_object*>(number); }
+
+std::string label_of(std::uint64_t number)
+{
+    const auto kind = static_cast<object_kind>(number & ((1u << kind_bits) - 1));
+    return std::string{name_of(kind)} + " #" + std::to_string((number & ~base_mask) >> kind_bits);
+}
+
+}  // namespace
+
+host_object* handle_table::handle_of(const object_ref& wanted)
+{
+    const auto found = handles_.find(wanted.get());
+    if (found != handles_.end()) return handle_from(found->second);
+    const auto number = handle_base | (next_++ << kind_bits) | static_cast<std::uint64_t>(wanted->kind());
+    entries_[number].held = wanted;
+    handles_[wanted.get()] = number;
+    return handle_from(number);
+}
+
+handle_table::entry* handle_table::find(host_object* handle, const char* doing)
+{
+    const auto number = number_of(handle);
+    const auto found = entries_.find(number);
+    if (found != entries_.end()) return &found->second;
+    const bool was_ours = (number & base_mask) == handle_base && (number & ~base_mask) >> kind_bits < next_;
+    journal_.add_violation(was_ours ? label_of(number) + " is " + doing + " after its last release."
+                                    : std::string{"A pointer that is no host object is "} + doing + ".");
+    return nullptr;
+}
+
+handle_table::entry& handle_table::require(host_object* handle, const char* doing)
+{
+    auto* found = find(handle, doing);
+    if (!found) throw script_error{"An object that is not alive is " + std::string{doing} + "."};
+    return *found;
+}
+
+void handle_table::drop_if_unused(host_object* handle)
+{
+    const auto found = entries_.find(number_of(handle));
+    if (found == entries_.end() || found->second.references + found->second.lent > 0) return;
+    handles_.erase(found->second.held.get());
+    const auto dying = std::move(found->second.held);  // its destructor may come back here
+    entries_.erase(found);
+}
+
+host_object* handle_table::give(const object_ref& given)
+{
+    if (!given) return nullptr;
+    auto* handle = handle_of(given);
+    ++entries_[number_of(handle)].references;
+    return handle;
+}
+
+object_ref handle_table::take(host_object* handle)
+{
+    if (!handle) return nullptr;
+    auto& taken = require(handle, "handed over");
+    const auto held = taken.held;
+    release(handle);
+    return held;
+}
+
+object_ref handle_table::get(host_object* handle) { return handle ? require(handle, "used").held : nullptr; }
+
+void handle_table::add_reference(host_object* handle)
+{
+    if (!handle) return;
+    if (auto* found = find(handle, "referenced")) ++found->references;
+}
+
+void handle_table::release(host_object* handle)
+{
+    if (!handle) return;
+    auto* found = find(handle, "released");
+    if (!found) return;
+    if (found->references == 0) {
+        journal_.add_violation(label_of(number_of(handle)) + ", which was only lent, is released.");
+        return;
+    }
+    --found->references;
+    drop_if_unused(handle);
+}
+
+host_object* handle_table::lend(const object_ref& lent)
+{
+    if (!lent) return nullptr;
+    auto* handle = handle_of(lent);
+    ++entries_[number_of(handle)].lent;
+    return handle;
+}
+
+void handle_table::take_back(host_object* handle)
+{
+    if (!handle) return;
+    --entries_[number_of(handle)].lent;
+    drop_if_unused(handle);
+}
+
+std::vector<std::string> handle_table::held() const
+{
+    std::vector<std::pair<std::uint64_t, const entry*>> ordered;
+    for (const auto& [number, one] : entries_)
+        if (one.references > 0) ordered.emplace_back(number & ~base_mask, &one);
+    std::ranges::sort(ordered);
+    std::vector<std::string> lines;
+    for (const auto& [number, one] : ordered)
+        lines.push_back(one->held->describe() + ": " + std::to_string(one->references) +
+                        (one->references == 1 ? " reference" : " references"));
+    return lines;
+}
+
+void handle_table::forget()
+{
+    std::vector<std::uint64_t> numbers;
+    for (auto& [number, one] : entries_) {
+        one.references = 0;
+        numbers.push_back(number);
+    }
+    for (const auto number : numbers) drop_if_unused(handle_from(number));
+}
+
+}  // namespace zentrix::host

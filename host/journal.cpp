@@ -1,0 +1,91 @@
+#include "host/journal.h"
+
+#include <utility>
+
+namespace zentrix::host {
+
+// A listener runs outside the lock: it may well ask for the records.
+
+void journal::add_error(std::uint32_t code, std::string text)
+{
+    const error_record added{code, std::move(text)};
+    {
+        std::lock_guard guard{mutex_};
+        errors_.push_back(added);
+    }
+    if (listening.error) listening.error(added);
+}
+
+void journal::add_output(output_record line)
+{
+    {
+        std::lock_guard guard{mutex_};
+        output_.push_back(line);
+    }
+    if (listening.output) listening.output(line);
+}
+
+void journal::add_dialog(dialog_record shown)
+{
+    {
+        std::lock_guard guard{mutex_};
+        dialogs_.push_back(shown);
+    }
+    if (listening.dialog) listening.dialog(shown);
+}
+
+void journal::add_trace(const std::string& name, std::int64_t ticks)
+{
+    std::lock_guard guard{mutex_};
+    auto& counter = traces_[name];
+    ++counter.reports;
+    counter.ticks += ticks;
+}
+
+void journal::add_violation(std::string text)
+{
+    std::lock_guard guard{mutex_};
+    violations_.push_back(std::move(text));
+}
+
+std::vector<error_record> journal::errors() const
+{
+    std::lock_guard guard{mutex_};
+    return errors_;
+}
+
+std::vector<output_record> journal::output() const
+{
+    std::lock_guard guard{mutex_};
+    return output_;
+}
+
+std::vector<dialog_record> journal::dialogs() const
+{
+    std::lock_guard guard{mutex_};
+    return dialogs_;
+}
+
+std::map<std::string, trace_counter> journal::traces() const
+{
+    std::lock_guard guard{mutex_};
+    return traces_;
+}
+
+std::vector<std::string> journal::violations() const
+{
+    std::lock_guard guard{mutex_};
+    return violations_;
+}
+
+void journal::clear()
+{
+    std::lock_guard guard{mutex_};
+    errors_.clear();
+    output_.clear();
+    dialogs_.clear();
+    traces_.clear();
+    violations_.clear();
+}
+
+}  // namespace zentrix::host
