@@ -72,7 +72,6 @@ template <class Real>
 std::complex<Real> masked(std::complex<Real> value, double factor)
 {
     if (factor == 0) return {};
-    if (factor == 1) return value;
     return {static_cast<Real>(value.real() * factor), static_cast<Real>(value.imag() * factor)};
 }
 

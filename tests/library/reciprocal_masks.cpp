@@ -55,6 +55,15 @@ TEST(lattice_mask, equals_a_disc_about_every_point)
     }
 }
 
+TEST(lattice, reads_the_vectors_from_the_columns_of_the_matrix)
+{
+    const float matrix[] = {9, 1, 2.5, -2, 11, 40};
+    const auto l = library::lattice::from<float>({matrix, 3, 2}, 8, 8);
+    const auto place = library::placed({{2, 1}}, l)[0];  // 2 (9, -2) + (1, 11) + (2.5, 40)
+    EXPECT_EQ(place.x, 21.5);
+    EXPECT_EQ(place.y, 47);
+}
+
 TEST(disc, falls_along_half_a_cosine_period)
 {
     const library::disc soft{5, 2}, hard{5, 0};

@@ -1,0 +1,204 @@
+#include "warp/warp.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "image/errors.h"
+#include "support/same_bytes.h"
+
+namespace {
+
+using namespace qorv;
+using dm::image;
+using std::ptrdiff_t;
+using std::vector;
+using support::message_of;
+
+template <class T>
+class warps : public testing::Test
+{
+  public:
+    using component = typename warp::real_of<T>::type;
+
+    /// Whole and half numbers, with values among them that arithmetic would change.
+    static vector<T> pixels(std::size_t count)
+    {
+        std::mt19937 random{7};
+        vector<T> all(count);
+        for (T& v : all)
+            v = some(static_cast<component>(random() % 512) / 2 - 100, static_cast<component>(random() % 64));
+        for (std::size_t i = 0; i < count; i += 5) {
+            const component odd[] = {-component{0}, std::numeric_limits<component>::quiet_NaN(),
+                                     std::numeric_limits<component>::infinity()};
+            all[i] = some(odd[i % 3], odd[(i + 1) % 3]);
+        }
+        return all;
+    }
+    static T some(component re, [[maybe_unused]] component im)
+    {
+        if constexpr (std::is_same_v<T, component>)
+            return re;
+        else
+            return {re, im};
+    }
+};
+using element_types = testing::Types<float, double, std::complex<float>, std::complex<double>>;
+TYPED_TEST_SUITE(warps, element_types);
+
+TYPED_TEST(warps, by_whole_pixels_move_every_bit)
+{
+    using T = TypeParam;
+    using real = typename warp::real_of<T>::type;
+    const ptrdiff_t w = 7, h = 5, d = 3;
+    const auto pixels = TestFixture::pixels(w * h * d);
+    const T fill = TestFixture::some(17, -3);
+    // Source seen mirrored along x and with its planes in reverse order; destination through every second element.
+    const image<const T> source{pixels.data() + (w - 1) + (d - 1) * w * h, {w, h, d}, {-1, w, -w * h}};
+    for (const auto& [sx, sy, sz] :
+         {std::array{0, 0, 0}, {2, 0, 0}, {-1, 3, 0}, {0, -2, 1}, {-6, 4, -2}, {7, 0, 0}, {0, 0, 3}}) {
+        vector<T> wanted;
+        for (ptrdiff_t z = 0; z < d; ++z)
+            for (ptrdiff_t y = 0; y < h; ++y)
+                for (ptrdiff_t x = 0; x < w; ++x) {
+                    const ptrdiff_t u = x + sx, v = y + sy, t = z + sz;
+                    const bool inside = u >= 0 && u < w && v >= 0 && v < h && t >= 0 && t < d;
+                    wanted.push_back(inside ? source(u, v, t) : fill);
+                }
+        const real x_shift = static_cast<real>(sx), y_shift = static_cast<real>(sy), z_shift = static_cast<real>(sz);
+        const image<const real> dx{&x_shift, 1}, dy{&y_shift, 1}, dz{&z_shift, 1};
+        const auto expect = [&](const char* name, auto&& call) {
+            support::framed<T> pixels_to{2 * w * h * d};
+            image<T> to{pixels_to.inside(), {w, h, d}, {2, 2 * w, 2 * w * h}};
+            EXPECT_EQ(&call(to), &to) << "returns what it was given";
+            vector<T> got;
+            for (ptrdiff_t z = 0; z < d; ++z)
+                for (ptrdiff_t y = 0; y < h; ++y)
+                    for (ptrdiff_t x = 0; x < w; ++x) got.push_back(to(x, y, z));
+            EXPECT_TRUE(support::same_bytes(got, wanted)) << name << " by " << sx << ", " << sy << ", " << sz;
+            EXPECT_TRUE(pixels_to.frame_untouched());
+        };
+        expect("affine", [&](image<T>& to) -> image<T>& {
+            const double x = sx, y = sy, z = sz;
+            return warp::AffineWarp<T>(source, {{{1, 0, 0, x}, {0, 1, 0, y}, {0, 0, 1, z}}}, to, fill);
+        });
+        expect("xyz", [&](image<T>& to) -> image<T>& { return warp::LinearWarp<T>(source, dx, dy, dz, to, fill); });
+        if (sz == 0)
+            expect("xy", [&](image<T>& to) -> image<T>& { return warp::LinearWarpXY<T>(source, dx, dy, to, fill); });
+        if (sy == 0 && sz == 0)
+            expect("x", [&](image<T>& to) -> image<T>& { return warp::LinearWarpX<T>(source, dx, to, fill); });
+        if (sx == 0 && sz == 0)
+            expect("y", [&](image<T>& to) -> image<T>& { return warp::LinearWarpY<T>(source, dy, to, fill); });
+        if (sx == 0 && sy == 0)
+            expect("z", [&](image<T>& to) -> image<T>& { return warp::LinearWarpZ<T>(source, dz, to, fill); });
+    }
+}
+
+TYPED_TEST(warps, reproduce_a_linear_ramp_between_the_pixels)
+{
+    using T = TypeParam;
+    using real = typename warp::real_of<T>::type;
+    const ptrdiff_t w = 9, h = 6, d = 4;
+    const auto ramp = [](double x, double y, double z) {  // binary fractions: every product and sum below is exact
+        return TestFixture::some(static_cast<real>(3 * x - 2 * y + 8 * z), static_cast<real>(x + 4 * y - z));
+    };
+    vector<T> pixels, result(w * h * d);
+    for (ptrdiff_t z = 0; z < d; ++z)
+        for (ptrdiff_t y = 0; y < h; ++y)
+            for (ptrdiff_t x = 0; x < w; ++x) pixels.push_back(ramp(double(x), double(y), double(z)));
+    // A displacement for each element, for each row and for each plane.
+    std::mt19937 random{2};
+    vector<real> of_element(w * h * d), of_row(h), of_plane(d);
+    for (auto* moves : {&of_element, &of_row, &of_plane})
+        for (real& v : *moves) v = static_cast<real>(random() % 32) / 8 - 2;
+    const T outside = TestFixture::some(-1000, 0);
+    image<T> to{result.data(), w, h, d};
+    warp::LinearWarp<T>({pixels.data(), w, h, d}, {of_element.data(), w, h, d}, {of_row.data(), 1, h},
+                        {of_plane.data(), 1, 1, d}, to, outside);
+    int inside = 0;
+    for (ptrdiff_t z = 0; z < d; ++z)
+        for (ptrdiff_t y = 0; y < h; ++y)
+            for (ptrdiff_t x = 0; x < w; ++x) {
+                const double u = double(x) + of_element[std::size_t(x + w * (y + h * z))],
+                             v = double(y) + of_row[std::size_t(y)], t = double(z) + of_plane[std::size_t(z)];
+                const bool within = u >= 0 && u <= w - 1 && v >= 0 && v <= h - 1 && t >= 0 && t <= d - 1;
+                EXPECT_EQ(to(x, y, z), within ? ramp(u, v, t) : outside) << x << " " << y << " " << z;
+                inside += within;
+            }
+    EXPECT_GT(inside, 50);
+}
+
+TEST(affine_warp, agrees_with_the_displacements_of_the_same_map)
+{
+    const ptrdiff_t w = 31, h = 22;
+    const double c = std::cos(0.3), s = std::sin(0.3);
+    const auto turn = warp::affine_in_plane(1.1 * c, -s, 3, s, 0.9 * c, -4);
+    vector<double> pixels(w * h), by_matrix(w * h), by_moves(w * h), dx, dy;
+    std::mt19937 random{4};
+    for (double& v : pixels) v = random() % 1000;
+    for (ptrdiff_t y = 0; y < h; ++y)
+        for (ptrdiff_t x = 0; x < w; ++x) {
+            dx.push_back(1.1 * c * double(x) - s * double(y) + 3 - double(x));
+            dy.push_back(s * double(x) + 0.9 * c * double(y) - 4 - double(y));
+        }
+    image<double> one{by_matrix.data(), w, h}, other{by_moves.data(), w, h};
+    warp::AffineWarp<double>({pixels.data(), w, h}, turn, one, -1);
+    warp::LinearWarpXY<double>({pixels.data(), w, h}, {dx.data(), w, h}, {dy.data(), w, h}, other, -1);
+    for (std::size_t i = 0; i < by_matrix.size(); ++i) EXPECT_NEAR(by_matrix[i], by_moves[i], 1e-9);
+    EXPECT_GT(std::count_if(by_matrix.begin(), by_matrix.end(), [](double v) { return v >= 0; }), w * h / 3);
+}
+
+TEST(affine_warp, turns_by_a_right_angle_into_an_image_of_another_shape)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const vector<float> pixels{1, 2, 3, 4, nan, 6};  // 3 x 2
+    vector<float> turned(6);
+    image<float> to{turned.data(), 2, 3};
+    warp::AffineWarp<float>({pixels.data(), 3, 2}, warp::affine_in_plane(0, 1, 0, -1, 0, 1), to);
+    EXPECT_TRUE(support::same_bytes(turned, {4, 1, nan, 2, 6, 3}));
+}
+
+TEST(linear_warp, gives_the_fill_where_the_displacement_is_nan_and_spreads_a_nan_pixel)
+{
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const vector<float> pixels{1, 2, nan, 4, 5};
+    const vector<float> dx{0.5f, nan, -0.5f, 0.0f, 0.25f};
+    vector<float> result(5);
+    image<float> to{result.data(), 5};
+    warp::LinearWarpX<float>({pixels.data(), 5}, {dx.data(), 5}, to, 9.0f);
+    EXPECT_EQ(result[0], 1.5f);
+    EXPECT_EQ(result[1], 9.0f);
+    EXPECT_TRUE(std::isnan(result[2]));
+    EXPECT_EQ(result[3], 4.0f) << "on a pixel its neighbour does not enter";
+    EXPECT_EQ(result[4], 9.0f) << "a quarter pixel beyond the last one";
+}
+
+TEST(warps, refuse_in_this_order_and_write_nothing)
+{
+    vector<float> pixels(12, 1.0f), moves(12, 0.0f), result(12, 5.0f);
+    image<float> to{result.data(), 4, 3}, same{pixels.data(), 4, 3}, empty{result.data(), 0, 3};
+    const image<const float> source{pixels.data(), 4, 3}, none{nullptr, 4, 3}, narrow{moves.data(), 3, 3};
+    const image<const float> at_destination{result.data(), 4, 3};
+    auto broken = warp::affine_in_plane(1, 0, 0, 0, 1, 0);
+    broken[2][3] = std::numeric_limits<double>::infinity();
+    const std::pair<const char*, std::string> refusals[] = {
+        {dm::errors::parameters_invalid, message_of([&] { warp::LinearWarpX<float>(none, narrow, to); })},
+        {dm::errors::parameters_invalid, message_of([&] { warp::LinearWarpX<float>(source, none, to); })},
+        {dm::errors::parameters_invalid, message_of([&] { warp::LinearWarpY<float>(source, narrow, empty); })},
+        {dm::errors::parameters_invalid, message_of([&] { warp::AffineWarp<float>(source, broken, same); })},
+        {dm::errors::different_size, message_of([&] { warp::LinearWarpXY<float>(source, source, narrow, same); })},
+        {dm::errors::out_of_place, message_of([&] { warp::LinearWarpX<float>(source, source, same); })},
+        {dm::errors::out_of_place, message_of([&] { warp::LinearWarpZ<float>(source, at_destination, to); })},
+        {dm::errors::out_of_place,
+         message_of([&] { warp::AffineWarp<float>(source, warp::affine_in_plane(1, 0, 0, 0, 1, 0), same); })},
+    };
+    for (const auto& [wanted, got] : refusals) EXPECT_EQ(got, wanted);
+    EXPECT_EQ(result, vector<float>(12, 5.0f));
+    EXPECT_EQ(pixels, vector<float>(12, 1.0f));
+}
+
+}  // namespace
