@@ -37,7 +37,13 @@ using gaussian_kernel = void(const dm::image<const T>& from, const dm::image<T>&
 template <class T>
 void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights);
 
+/// Several pixels at a time with the same operations in the same order: the same bits (but for the payloads of NaNs).
+/// A destination without contiguous rows goes to the plain variant.
 template <class T>
-inline constexpr dm::variant<gaussian_kernel<T>> gaussian_variants[] = {{"plain", dm::cpu::none, gaussian_plain<T>}};
+void gaussian_sse(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights);
+
+template <class T>
+inline constexpr dm::variant<gaussian_kernel<T>> gaussian_variants[] = {{"sse2", dm::cpu::sse2, gaussian_sse<T>},
+                                                                        {"plain", dm::cpu::none, gaussian_plain<T>}};
 
 }  // namespace qorv::library

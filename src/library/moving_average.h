@@ -87,12 +87,25 @@ template <class T>
 void box_slice2_plain(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
                       std::ptrdiff_t radius);
 
+/// Several lines at a time as lanes, each with the plain variant's operations in the same order: the same bits (but for
+/// the payloads of NaNs). Images without contiguous rows, and views that overlap without being the same, go to the
+/// plain variant.
 template <class T>
-inline constexpr dm::variant<box_pass_kernel<T>> box_pass_variants[] = {{"plain", dm::cpu::none, box_pass_plain<T>}};
+void box_pass_sse(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius);
 template <class T>
-inline constexpr dm::variant<box_slice_kernel<T>> box_slice_variants[] = {{"plain", dm::cpu::none, box_slice_plain<T>}};
+void box_slice_sse(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius);
+template <class T>
+void box_slice2_sse(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
+                    std::ptrdiff_t radius);
+
+template <class T>
+inline constexpr dm::variant<box_pass_kernel<T>> box_pass_variants[] = {{"sse2", dm::cpu::sse2, box_pass_sse<T>},
+                                                                        {"plain", dm::cpu::none, box_pass_plain<T>}};
+template <class T>
+inline constexpr dm::variant<box_slice_kernel<T>> box_slice_variants[] = {{"sse2", dm::cpu::sse2, box_slice_sse<T>},
+                                                                          {"plain", dm::cpu::none, box_slice_plain<T>}};
 template <class T>
 inline constexpr dm::variant<box_slice2_kernel<T>> box_slice2_variants[] = {
-    {"plain", dm::cpu::none, box_slice2_plain<T>}};
+    {"sse2", dm::cpu::sse2, box_slice2_sse<T>}, {"plain", dm::cpu::none, box_slice2_plain<T>}};
 
 }  // namespace qorv::library

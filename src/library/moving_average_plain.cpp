@@ -1,4 +1,5 @@
 #include "library/moving_average.h"
+#include "library/moving_average_parts.h"
 
 #include <algorithm>
 #include <vector>
@@ -6,19 +7,6 @@
 namespace qorv::library {
 
 namespace {
-
-template <class T>
-struct component
-{
-    using type = T;
-};
-template <class T>
-struct component<std::complex<T>>
-{
-    using type = T;
-};
-template <class T>
-using real_of = typename component<T>::type;
 
 template <class T>
 T square(T value)

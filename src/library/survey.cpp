@@ -7,22 +7,22 @@ namespace qorv::library {
 template <class T>
 survey_record survey_plain(const dm::image<const T>& image)
 {
-    survey_record record;
-    record.count = image.size();
+    double minimum = survey_record{}.minimum, maximum = survey_record{}.maximum;
+    double sum = 0, squares = 0, absolutes = 0;  // in registers; a record would be written for each pixel
     const std::ptrdiff_t step = image.strides()[0];
     for (std::ptrdiff_t z = 0; z < image.depth(); ++z)
         for (std::ptrdiff_t y = 0; y < image.height(); ++y) {
             const T* row = image.row(y, z);
             for (std::ptrdiff_t x = 0; x < image.width(); ++x) {
                 const auto v = static_cast<double>(row[x * step]);
-                record.minimum = v < record.minimum ? v : record.minimum;
-                record.maximum = v > record.maximum ? v : record.maximum;
-                record.sum += v;
-                record.sum_of_squares += v * v;
-                record.sum_of_absolutes += std::abs(v);
+                if (v < minimum) minimum = v;
+                if (v > maximum) maximum = v;
+                sum += v;
+                squares += v * v;
+                absolutes += std::abs(v);
             }
         }
-    return record;
+    return {image.size(), minimum, maximum, sum, squares, absolutes};
 }
 
 template <class T>

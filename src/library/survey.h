@@ -33,7 +33,17 @@ using survey_kernel = survey_record(const dm::image<const T>& image);
 template <class T>
 survey_record survey_plain(const dm::image<const T>& image);
 
+/// Adds each row in lanes; images without contiguous rows go to the plain variant.
+survey_kernel<float> survey_sse;
+survey_kernel<double> survey_sse;
+
 template <class T>
 inline constexpr dm::variant<survey_kernel<T>> survey_variants[] = {{"plain", dm::cpu::none, survey_plain<T>}};
+template <>
+inline constexpr dm::variant<survey_kernel<float>> survey_variants<float>[] = {
+    {"sse2", dm::cpu::sse2, survey_sse}, {"plain", dm::cpu::none, survey_plain<float>}};
+template <>
+inline constexpr dm::variant<survey_kernel<double>> survey_variants<double>[] = {
+    {"sse2", dm::cpu::sse2, survey_sse}, {"plain", dm::cpu::none, survey_plain<double>}};
 
 }  // namespace qorv::library

@@ -113,10 +113,8 @@ void for_all_sizes(Check check)
     for (std::ptrdiff_t n = 1; n <= 67; ++n)
         for (const extents& sizes : {extents{n, 9, 2}, extents{13, n, 1}, extents{17, 3, n}})
             for (std::ptrdiff_t r : {std::ptrdiff_t{0}, std::ptrdiff_t{1}, n / 3, n, radii[n % 11]})
-                for (const auto& [from, to] : layouts) {
-                    if (n % 5 != 0 && (from.step != 1 || to.step != 1)) continue;
-                    check(sizes, r, from, to);
-                }
+                for (std::ptrdiff_t k = 0; k < 4; ++k)  // a few sizes with all layouts, the others with one or two
+                    if (n % 8 == 1 || k == 0 || k == n % 4) check(sizes, r, layouts[k].from, layouts[k].to);
 }
 
 TYPED_TEST(moving_average_test, PassVariantsAgreeToTheBit)

@@ -1,0 +1,377 @@
+#include "image/overlap.h"
+#include "library/moving_average_down.h"
+#include "library/moving_average_parts.h"
+
+#include <emmintrin.h>
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+/// Sums that run along x depend on their left neighbour; several rows at a time as lanes of vectors run independent
+/// sums side by side. Rows are turned into lanes and back by blocks, through a strip of a few rows.
+namespace qorv::library {
+
+namespace {
+
+template <class R>
+struct vector_of;
+template <>
+struct vector_of<float>
+{
+    using type = __m128;
+    static type load(const float* p) { return _mm_loadu_ps(p); }
+    static void store(float* p, type v) { _mm_storeu_ps(p, v); }
+    static type all(float v) { return _mm_set1_ps(v); }
+};
+template <>
+struct vector_of<double>
+{
+    using type = __m128d;
+    static type load(const double* p) { return _mm_loadu_pd(p); }
+    static void store(double* p, type v) { _mm_storeu_pd(p, v); }
+    static type all(double v) { return _mm_set1_pd(v); }
+};
+
+/// A vector's pixels and, for a strip, the number of vectors with one pixel of each row: enough independent sums to
+/// hide the additions' latency.
+template <class T>
+struct lanes : vector_of<real_of<T>>
+{
+    using real = real_of<T>;
+    using vec = typename vector_of<real>::type;
+    static constexpr int pixels = 16 / sizeof(T);
+    static constexpr int groups = pixels == 1 ? 4 : 2;
+    static constexpr int rows = groups * pixels;
+    static constexpr int reals = 16 / sizeof(real);
+    static constexpr int tile = 4 * pixels;  ///< one cache line of each row at a time: rows may lie 4 KB apart
+};
+
+void transpose(__m128 (&block)[4]) { _MM_TRANSPOSE4_PS(block[0], block[1], block[2], block[3]); }
+void transpose(__m128d (&block)[2])
+{
+    const __m128d low = _mm_unpacklo_pd(block[0], block[1]);
+    block[1] = _mm_unpackhi_pd(block[0], block[1]);
+    block[0] = low;
+}
+void transpose(__m128 (&block)[2])  // two complex numbers each
+{
+    const __m128d a = _mm_castps_pd(block[0]), b = _mm_castps_pd(block[1]);
+    block[0] = _mm_castpd_ps(_mm_unpacklo_pd(a, b));
+    block[1] = _mm_castpd_ps(_mm_unpackhi_pd(a, b));
+}
+void transpose(__m128d (&)[1]) {}
+
+/// Up to one vector of pixels; zeros behind the last of `count`.
+template <class T>
+auto load_some(const T* from, std::ptrdiff_t count)
+{
+    using L = lanes<T>;
+    if (count >= L::pixels) return L::load(reinterpret_cast<const typename L::real*>(from));
+    typename L::real room[L::reals] = {};
+    std::memcpy(room, static_cast<const void*>(from),
+                static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0)) * sizeof(T));
+    return L::load(room);
+}
+
+template <class T>
+void store_some(T* to, typename lanes<T>::vec value, std::ptrdiff_t count)
+{
+    using L = lanes<T>;
+    if (count >= L::pixels) return L::store(reinterpret_cast<typename L::real*>(to), value);
+    typename L::real room[L::reals];
+    L::store(room, value);
+    std::memcpy(static_cast<void*>(to), room, static_cast<std::size_t>(count) * sizeof(T));
+}
+
+/// Some rows side by side: for each x one pixel of every row. Zeros on both sides stand for the samples that a window
+/// does not have; adding or taking away +0 changes no sum, because a sum that began with +0 never becomes -0.
+template <class T>
+class strip
+{
+    using L = lanes<T>;
+    using vec = typename L::vec;
+    static constexpr std::ptrdiff_t pitch = L::groups * L::reals;
+
+  public:
+    using row_pointers = T * [L::rows];
+
+    strip(std::ptrdiff_t width, std::ptrdiff_t radius)
+        : width_{width},
+          radius_{std::min(radius, width)},
+          data_(static_cast<std::size_t>((width + 2 * radius_ + 1 + L::tile) * pitch))
+    {}
+
+    /// Lanes of group `g` at `x`.
+    typename L::real* at(std::ptrdiff_t x, int g) { return data_.data() + (x + radius_ + 1) * pitch + g * L::reals; }
+
+    /// Moves the sums along x; `step(sum, entering, leaving)` gives the new sum, `finish(x, g, sum)` the result, which
+    /// goes to the rows `to`.
+    template <class Step, class Finish>
+    void run(Step step, Finish finish, const row_pointers& to)
+    {
+        vec sums[L::groups];
+        for (vec& sum : sums) sum = L::all(0);
+        for (std::ptrdiff_t x = 0; x < radius_; ++x)
+            for (int g = 0; g < L::groups; ++g) sums[g] = sums[g] + L::load(at(x, g));
+
+        for (std::ptrdiff_t start = 0; start < width_; start += L::pixels) {
+            vec results[L::groups][L::pixels];
+            for (int j = 0; j < L::pixels; ++j)
+                for (int g = 0; g < L::groups; ++g) {
+                    const std::ptrdiff_t x = start + j;
+                    sums[g] = step(sums[g], L::load(at(x + radius_, g)), L::load(at(x - radius_ - 1, g)));
+                    results[g][j] = finish(x, g, sums[g]);
+                }
+            for (int g = 0; g < L::groups; ++g) {
+                transpose(results[g]);
+                for (int j = 0; j < L::pixels; ++j)
+                    store_some(to[g * L::pixels + j] + start, results[g][j], width_ - start);
+            }
+        }
+    }
+
+    std::ptrdiff_t width() const { return width_; }
+    std::ptrdiff_t radius() const { return radius_; }
+
+  private:
+    std::ptrdiff_t width_, radius_;  ///< a radius beyond the width meets the same samples as the width
+    std::vector<typename L::real> data_;
+};
+
+/// The pass along x: all rows of all planes, in place or not. The rows that the last strip lacks repeat its last one.
+template <class T>
+void average_rows(const dm::image<const T>& from, const dm::image<T>& to, std::ptrdiff_t radius)
+{
+    using L = lanes<T>;
+    const std::ptrdiff_t width = from.width(), height = from.height();
+    const std::ptrdiff_t count = height * std::min(from.depth(), to.depth());
+    strip<T> pixels{width, radius};
+    const pass_scale<typename L::real> scale{width, radius, L::pixels};
+    const auto inverse = L::all(scale.inverse());
+    for (std::ptrdiff_t first = 0; first < count; first += L::rows) {
+        const T* source[L::rows];
+        T* result[L::rows];
+        for (int k = 0; k < L::rows; ++k) {
+            const std::ptrdiff_t row = std::min(first + k, count - 1);
+            source[k] = from.row(row % height, row / height);
+            result[k] = to.row(row % height, row / height);
+        }
+        for (std::ptrdiff_t x = 0; x < width; x += L::pixels)
+            for (int g = 0; g < L::groups; ++g) {
+                typename L::vec block[L::pixels];
+                for (int j = 0; j < L::pixels; ++j) block[j] = load_some(source[g * L::pixels + j] + x, width - x);
+                transpose(block);
+                for (int j = 0; j < L::pixels; ++j) L::store(pixels.at(x + j, g), block[j]);
+            }
+        pixels.run([](auto sum, auto entering, auto leaving) { return sum + (entering - leaving); },
+                   [&](std::ptrdiff_t x, int, auto sum) { return sum * inverse * L::all(scale[x]); }, result);
+    }
+}
+
+/// What the filter averages: the pixels or their squares, as vectors of pixels of type T.
+template <class T>
+struct values
+{
+    static auto of(typename lanes<T>::vec v) { return v; }
+};
+
+template <class T>
+struct squares_of_values
+{
+    static auto of(typename lanes<T>::vec v) { return v * v; }
+};
+template <>
+struct squares_of_values<std::complex<float>>  // (re re - im im, re im + im re)
+{
+    static __m128 of(__m128 v)
+    {
+        const __m128 re = _mm_shuffle_ps(v, v, _MM_SHUFFLE(2, 2, 0, 0));
+        const __m128 im = _mm_shuffle_ps(v, v, _MM_SHUFFLE(3, 3, 1, 1));
+        const __m128 swapped = _mm_shuffle_ps(v, v, _MM_SHUFFLE(2, 3, 0, 1));
+        return re * v + _mm_xor_ps(im * swapped, _mm_set_ps(0.0f, -0.0f, 0.0f, -0.0f));
+    }
+};
+template <>
+struct squares_of_values<std::complex<double>>
+{
+    static __m128d of(__m128d v)
+    {
+        const __m128d re = _mm_unpacklo_pd(v, v), im = _mm_unpackhi_pd(v, v), swapped = _mm_shuffle_pd(v, v, 1);
+        return re * v + _mm_xor_pd(im * swapped, _mm_set_pd(0.0, -0.0));
+    }
+};
+
+/// The true number of pixels in the windows of a strip's rows.
+template <class T>
+class window_sizes
+{
+    using L = lanes<T>;
+    using real = typename L::real;
+
+  public:
+    window_sizes(std::ptrdiff_t width, std::ptrdiff_t radius, const std::ptrdiff_t (&heights)[L::rows])
+        : width_{width}, radius_{radius}, heights_{heights}
+    {
+        for (int g = 0; g < L::groups; ++g) inside_[g] = sizes(2 * radius + 1, g);
+    }
+
+    /// As divisors of the lanes of group `g` at `x`.
+    auto at(std::ptrdiff_t x, int g) const
+    {
+        if (x >= radius_ && x < width_ - radius_) return inside_[g];
+        return sizes(std::min(width_, x + radius_ + 1) - std::max<std::ptrdiff_t>(0, x - radius_), g);
+    }
+
+  private:
+    typename L::vec sizes(std::ptrdiff_t columns, int g) const
+    {
+        constexpr int parts = sizeof(T) / sizeof(real);
+        real room[L::reals];
+        for (int k = 0; k < L::reals; ++k) room[k] = static_cast<real>(columns * heights_[g * L::pixels + k / parts]);
+        return L::load(room);
+    }
+
+    std::ptrdiff_t width_, radius_;
+    const std::ptrdiff_t (&heights_)[L::rows];
+    typename L::vec inside_[L::groups];
+};
+
+/// The two-dimensional filter of one plane, a strip of rows at a time.
+template <class T, template <class> class Rule>
+class plane_filter
+{
+    using L = lanes<T>;
+    using vec = typename L::vec;
+    using real = typename L::real;
+
+  public:
+    plane_filter(const dm::image<const T>& from, const dm::image<T>& to, std::ptrdiff_t radius)
+        : from_{from},
+          to_{to},
+          radius_{std::min(radius, from.height())},
+          pixels_{from.width(), radius},
+          columns_(static_cast<std::size_t>((from.width() + L::tile) * (sizeof(T) / sizeof(real)))),
+          zeros_(static_cast<std::size_t>(from.width()))
+    {
+        for (std::ptrdiff_t y = 0; y < radius_; ++y)
+            for (std::ptrdiff_t x = 0; x < from.width(); x += L::pixels) {
+                const vec row = Rule<T>::of(load_some(from.row(y) + x, from.width() - x));
+                L::store(column(x), L::load(column(x)) + row);
+            }
+    }
+
+    /// Rows `first`, first + 1, ...; strips must follow each other. The rows that the last one lacks repeat row ny - 1.
+    void average_strip(std::ptrdiff_t first)
+    {
+        const std::ptrdiff_t height = from_.height(), width = from_.width();
+        const T *leaving[L::rows], *entering[L::rows];
+        T* result[L::rows];
+        std::ptrdiff_t heights[L::rows];
+        for (int k = 0; k < L::rows; ++k) {
+            const std::ptrdiff_t y = std::min(first + k, height - 1);
+            const bool moves = first + k < height;
+            leaving[k] = moves && y > radius_ ? from_.row(y - radius_ - 1) : zeros_.data();
+            entering[k] = moves && y + radius_ < height ? from_.row(y + radius_) : zeros_.data();
+            result[k] = to_.row(y);
+            heights[k] = std::min(height, y + radius_ + 1) - std::max<std::ptrdiff_t>(0, y - radius_);
+        }
+        std::ptrdiff_t x = 0;
+        const auto direct = [](const T* p, std::ptrdiff_t) { return L::load(reinterpret_cast<const real*>(p)); };
+        for (; x + L::tile <= width; x += L::tile) sum_tile(leaving, entering, x, direct);
+        if (x < width) sum_tile(leaving, entering, x, load_some<T>);
+
+        const window_sizes<T> sizes{width, pixels_.radius(), heights};
+        pixels_.run([](vec sum, vec in, vec out) { return sum - out + in; },
+                    [&](std::ptrdiff_t at, int g, vec sum) { return sum / sizes.at(at, g); }, result);
+    }
+
+  private:
+    real* column(std::ptrdiff_t x)
+    {
+        return columns_.data() + x * static_cast<std::ptrdiff_t>(sizeof(T) / sizeof(real));
+    }
+
+    /// Moves the column sums of one tile down the strip's rows and lays them into the strip.
+    template <class Load>
+    void sum_tile(const T* const (&leaving)[L::rows], const T* const (&entering)[L::rows], std::ptrdiff_t start,
+                  Load load)
+    {
+        const auto value = [&](const T* row, int v) {
+            const std::ptrdiff_t x = start + v * L::pixels;
+            return Rule<T>::of(load(row + x, from_.width() - x));
+        };
+        vec sums[L::rows][4];
+        for (int v = 0; v < 4; ++v) {
+            vec sum = L::load(column(start + v * L::pixels));
+            for (int k = 0; k < L::rows; ++k) sums[k][v] = sum = sum - value(leaving[k], v) + value(entering[k], v);
+            L::store(column(start + v * L::pixels), sum);
+        }
+        for (int v = 0; v < 4; ++v)
+            for (int g = 0; g < L::groups; ++g) {
+                vec block[L::pixels];
+                for (int j = 0; j < L::pixels; ++j) block[j] = sums[g * L::pixels + j][v];
+                transpose(block);
+                for (int j = 0; j < L::pixels; ++j) L::store(pixels_.at(start + v * L::pixels + j, g), block[j]);
+            }
+    }
+
+    const dm::image<const T>& from_;
+    const dm::image<T>& to_;
+    std::ptrdiff_t radius_;  ///< a radius beyond the height meets the same rows as the height
+    strip<T> pixels_;
+    std::vector<real> columns_;
+    std::vector<T> zeros_;  ///< the row above the first and below the last
+};
+
+template <class... Images>
+bool contiguous_rows(const Images&... images)
+{
+    return ((images.strides()[0] == 1) && ...);
+}
+
+}  // namespace
+
+template <class T>
+void box_pass_sse(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius)
+{
+    const bool lanes_fit = contiguous_rows(from, to) && (dm::same_pixels(from, to) || !dm::overlap(from, to));
+    if (!lanes_fit) return box_pass_plain<T>(from, to, along, radius);
+    if (along != axis::x) return box_pass_down<T>(from, to, along, radius);
+    average_rows(from, to, radius);
+}
+
+template <class T>
+void box_slice_sse(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius)
+{
+    if (!contiguous_rows(from, mean)) return box_slice_plain<T>(from, mean, radius);
+    plane_filter<T, values> filter{from, mean, radius};
+    for (std::ptrdiff_t y = 0; y < from.height(); y += lanes<T>::rows) filter.average_strip(y);
+}
+
+template <class T>
+void box_slice2_sse(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
+                    std::ptrdiff_t radius)
+{
+    if (!contiguous_rows(from, mean, squares)) return box_slice2_plain<T>(from, mean, squares, radius);
+    plane_filter<T, values> filter{from, mean, radius};
+    plane_filter<T, squares_of_values> second{from, squares, radius};
+    for (std::ptrdiff_t y = 0; y < from.height(); y += lanes<T>::rows) {
+        filter.average_strip(y);
+        second.average_strip(y);
+    }
+}
+
+template box_pass_kernel<float> box_pass_sse<float>;
+template box_slice_kernel<float> box_slice_sse<float>;
+template box_slice2_kernel<float> box_slice2_sse<float>;
+template box_pass_kernel<double> box_pass_sse<double>;
+template box_slice_kernel<double> box_slice_sse<double>;
+template box_slice2_kernel<double> box_slice2_sse<double>;
+template box_pass_kernel<std::complex<float>> box_pass_sse<std::complex<float>>;
+template box_slice_kernel<std::complex<float>> box_slice_sse<std::complex<float>>;
+template box_slice2_kernel<std::complex<float>> box_slice2_sse<std::complex<float>>;
+template box_pass_kernel<std::complex<double>> box_pass_sse<std::complex<double>>;
+template box_slice_kernel<std::complex<double>> box_slice_sse<std::complex<double>>;
+template box_slice2_kernel<std::complex<double>> box_slice2_sse<std::complex<double>>;
+
+}  // namespace qorv::library
