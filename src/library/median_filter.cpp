@@ -13,7 +13,7 @@ void median_plain(const dm::image<const T>& source, std::ptrdiff_t radius, paddi
     std::vector<T> window;
     for (std::ptrdiff_t y = 0; y < source.height(); ++y)
         if (outside == padding::none && y > 0 &&
-            window_span{y, radius, source.height()} == window_span{y - 1, radius, source.height()})
+            window_around(y, radius, source.height()) == window_around(y - 1, radius, source.height()))
             for (std::ptrdiff_t x = 0; x < source.width(); ++x) destination(x, y) = destination(x, y - 1);
         else
             median_stretch(source, radius, outside, destination, y, 0, source.width(), window);

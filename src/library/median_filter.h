@@ -30,8 +30,15 @@ template <class T>
 void median_plain(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
                   const dm::image<T>& destination);
 
+/// Radius 1 and 2 by comparison networks, others by sliding sets of ranks, O(radius) a pixel. Rows must be contiguous,
+/// others go the plain way, and so do windows with a NaN or a -0.
 template <class T>
-inline constexpr dm::variant<median_kernel<T>> median_variants[] = {{"plain", dm::cpu::none, median_plain<T>}};
+void median_vector(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                   const dm::image<T>& destination);
+
+template <class T>
+inline constexpr dm::variant<median_kernel<T>> median_variants[] = {{"vector", dm::cpu::sse2, median_vector<T>},
+                                                                    {"plain", dm::cpu::none, median_plain<T>}};
 
 /// source       any size, up to three dimensions; several planes are filtered plane by plane
 /// radius       pixels, from 0 (copies) to beyond the image

@@ -9,25 +9,28 @@
 
 namespace qorv::library {
 
-/// One direction of a window: the positions from centre - radius to centre + radius that lie within 0 .. size - 1.
-struct window_span
+/// Positions begin .. end - 1 along one direction.
+struct window_range
 {
     std::ptrdiff_t begin, end;
 
-    window_span(std::ptrdiff_t centre, std::ptrdiff_t radius, std::ptrdiff_t size)
-        : begin{centre - std::min(radius, centre)}, end{centre + std::min(radius, size - 1 - centre) + 1}
-    {}
     std::ptrdiff_t count() const { return end - begin; }
-    bool operator==(const window_span&) const = default;
+    bool operator==(const window_range&) const = default;
 };
+
+/// One direction of a window: the positions from centre - radius to centre + radius that lie within 0 .. size - 1.
+inline window_range window_around(std::ptrdiff_t centre, std::ptrdiff_t radius, std::ptrdiff_t size)
+{
+    return {centre - std::min(radius, centre), centre + std::min(radius, size - 1 - centre) + 1};
+}
 
 /// Collects the window around (x, y) row by row and returns its median.
 template <class T>
 T window_median(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside, std::ptrdiff_t x,
                 std::ptrdiff_t y, std::vector<T>& window)
 {
-    const window_span across{x, radius, source.width()};
-    const window_span down{y, radius, source.height()};
+    const window_range across = window_around(x, radius, source.width());
+    const window_range down = window_around(y, radius, source.height());
     window.clear();
     const auto zeros = [&](std::ptrdiff_t count) {
         window.insert(window.end(), static_cast<std::size_t>(count), T(0));
@@ -62,7 +65,7 @@ void median_stretch(const dm::image<const T>& source, std::ptrdiff_t radius, pad
     for (std::ptrdiff_t x = begin; x < end; ++x) {
         // A window as wide as the image holds the same values in the same order as the one before.
         const bool same = outside == padding::none && x > begin &&
-                          window_span{x, radius, source.width()} == window_span{x - 1, radius, source.width()};
+                          window_around(x, radius, source.width()) == window_around(x - 1, radius, source.width());
         destination(x, y) = same ? destination(x - 1, y) : window_median(source, radius, outside, x, y, window);
     }
 }

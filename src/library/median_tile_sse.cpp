@@ -1,0 +1,201 @@
+#include "library/median_forms.h"
+#include "library/median_window.h"
+#include "library/rank_keys.h"
+#include "library/rank_window_sse.h"
+
+#include <array>
+
+namespace qorv::library {
+namespace {
+
+/// Tiles of outputs are this wide and high, or twice the radius: the margin is ranked for every tile again, and the
+/// window's set of ranks should fit the first-level cache.
+constexpr std::ptrdiff_t tile_side = 96;
+
+template <class T>
+struct keyed
+{
+    rank_key<T> key;
+    std::uint32_t index;
+};
+
+/// Sorts by key, digit by digit from the lowest; digits that all keys share are passed over.
+template <class T>
+void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
+{
+    constexpr int digit_bits = 11;
+    constexpr int digits = (8 * sizeof(T) + digit_bits - 1) / digit_bits;
+    constexpr std::size_t buckets = std::size_t(1) << digit_bits;
+    std::vector<std::array<std::uint32_t, buckets>> counts(digits);
+    const auto digit = [](rank_key<T> key, int d) { return std::size_t(key >> (d * digit_bits)) & (buckets - 1); };
+    for (const auto& item : items)
+        for (int d = 0; d < digits; ++d) ++counts[std::size_t(d)][digit(item.key, d)];
+
+    scratch.resize(items.size());
+    for (int d = 0; d < digits; ++d) {
+        auto& starts = counts[std::size_t(d)];
+        if (starts[digit(items[0].key, d)] == items.size()) continue;
+        std::uint32_t next = 0;
+        for (std::uint32_t& start : starts) next += std::exchange(start, next);
+        for (const auto& item : items) scratch[starts[digit(item.key, d)]++] = item;
+        items.swap(scratch);
+    }
+}
+
+/// The pixels that a tile's windows can see, ranked. Columns are contiguous: a window that moves along a row takes a
+/// piece of one in and gives one up.
+template <class T>
+class ranked_tile
+{
+  public:
+    /// Positions of `across` and `down` outside the plane count as zeros.
+    void rank(const dm::image<const T>& plane, window_range across, window_range down)
+    {
+        across_ = across;
+        down_ = down;
+        items_.clear();
+        for (std::ptrdiff_t x = across.begin; x < across.end; ++x)
+            for (std::ptrdiff_t y = down.begin; y < down.end; ++y) {
+                const bool inside = x >= 0 && x < plane.width() && y >= 0 && y < plane.height();
+                items_.push_back({key_of(inside ? plane(x, y) : T(0)), static_cast<std::uint32_t>(items_.size())});
+            }
+        sort_keys(items_, scratch_);
+        ranks_.resize(items_.size());
+        for (std::size_t i = 0; i < items_.size(); ++i) ranks_[items_[i].index] = static_cast<std::uint32_t>(i);
+    }
+
+    std::size_t size() const { return items_.size(); }
+    const std::uint32_t* column(std::ptrdiff_t x, std::ptrdiff_t y) const
+    {
+        return ranks_.data() + (x - across_.begin) * down_.count() + (y - down_.begin);
+    }
+    T value(std::uint32_t rank) const { return value_of<T>(items_[rank].key); }
+
+    window_range across() const { return across_; }
+    window_range down() const { return down_; }
+
+  private:
+    window_range across_{}, down_{};
+    std::vector<keyed<T>> items_, scratch_;
+    std::vector<std::uint32_t> ranks_;
+};
+
+/// A square window on its way over a tile.
+template <class T>
+class sliding_window
+{
+  public:
+    sliding_window(const ranked_tile<T>& tile, std::ptrdiff_t radius, std::ptrdiff_t x, std::ptrdiff_t y)
+        : tile_{tile},
+          radius_{radius},
+          set_{tile.size()},
+          across_{visible(x, tile.across())},
+          down_{visible(y, tile.down())}
+    {
+        for (std::ptrdiff_t u = across_.begin; u < across_.end; ++u) add_column(u);
+    }
+
+    void move_x(std::ptrdiff_t x)
+    {
+        const window_range next = visible(x, tile_.across());
+        if (next.end > across_.end) add_column(across_.end);
+        if (next.begin < across_.begin) add_column(next.begin);
+        if (next.begin > across_.begin) remove_column(across_.begin);
+        if (next.end < across_.end) remove_column(next.end);
+        across_ = next;
+    }
+
+    void move_down(std::ptrdiff_t y)
+    {
+        const window_range next = visible(y, tile_.down());
+        for (std::ptrdiff_t u = across_.begin; u < across_.end; ++u) {
+            if (next.end > down_.end) set_.add(*tile_.column(u, down_.end));
+            if (next.begin > down_.begin) set_.remove(*tile_.column(u, down_.begin));
+        }
+        down_ = next;
+    }
+
+    T median()
+    {
+        const auto count = static_cast<std::uint32_t>(across_.count() * down_.count());
+        const T middle = tile_.value(set_.at(count / 2));
+        return count % 2 != 0 ? middle : (middle + tile_.value(set_.at(count / 2 - 1))) * T(0.5);
+    }
+
+  private:
+    window_range visible(std::ptrdiff_t centre, window_range tile) const
+    {
+        const window_range window = window_around(centre - tile.begin, radius_, tile.count());
+        return {window.begin + tile.begin, window.end + tile.begin};
+    }
+    void add_column(std::ptrdiff_t x)
+    {
+        const std::uint32_t* ranks = tile_.column(x, down_.begin);
+        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.add(ranks[i]);
+    }
+    void remove_column(std::ptrdiff_t x)
+    {
+        const std::uint32_t* ranks = tile_.column(x, down_.begin);
+        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.remove(ranks[i]);
+    }
+
+    const ranked_tile<T>& tile_;
+    std::ptrdiff_t radius_;
+    rank_window set_;
+    window_range across_, down_;
+};
+
+/// Goes over the outputs row by row, to the right and back.
+template <class T>
+void filter_tile(const ranked_tile<T>& tile, std::ptrdiff_t radius, const dm::image<T>& destination, window_range xs,
+                 window_range ys)
+{
+    sliding_window<T> window{tile, radius, xs.begin, ys.begin};
+    bool right = true;
+    for (std::ptrdiff_t y = ys.begin; y < ys.end; ++y, right = !right) {
+        if (y > ys.begin) window.move_down(y);
+        const std::ptrdiff_t step = right ? 1 : -1;
+        std::ptrdiff_t x = right ? xs.begin : xs.end - 1;
+        destination(x, y) = window.median();
+        for (std::ptrdiff_t i = 1; i < xs.count(); ++i) {
+            window.move_x(x += step);
+            destination(x, y) = window.median();
+        }
+    }
+}
+
+}  // namespace
+
+template <class T>
+void median_plane_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                           const dm::image<T>& destination)
+{
+    const std::ptrdiff_t width = source.width();
+    const std::ptrdiff_t height = source.height();
+    const std::ptrdiff_t reach_x = outside == padding::none ? std::min(radius, width) : radius;
+    const std::ptrdiff_t reach_y = outside == padding::none ? std::min(radius, height) : radius;
+    const auto seen_from = [&](window_range outputs, std::ptrdiff_t reach, std::ptrdiff_t size) {
+        outputs.begin -= reach;
+        outputs.end += reach;
+        if (outside == padding::none) {
+            outputs.begin = std::max<std::ptrdiff_t>(outputs.begin, 0);
+            outputs.end = std::min(outputs.end, size);
+        }
+        return outputs;
+    };
+    const std::ptrdiff_t side_x = std::max(tile_side, 2 * reach_x);
+    const std::ptrdiff_t side_y = std::max(tile_side, 2 * reach_y);
+    ranked_tile<T> tile;
+    for (std::ptrdiff_t y = 0; y < height; y += side_y)
+        for (std::ptrdiff_t x = 0; x < width; x += side_x) {
+            const window_range xs{x, std::min(x + side_x, width)};
+            const window_range ys{y, std::min(y + side_y, height)};
+            tile.rank(source, seen_from(xs, reach_x, width), seen_from(ys, reach_y, height));
+            filter_tile(tile, radius, destination, xs, ys);
+        }
+}
+
+template void median_plane_by_ranks(const dm::image<const float>&, std::ptrdiff_t, padding, const dm::image<float>&);
+template void median_plane_by_ranks(const dm::image<const double>&, std::ptrdiff_t, padding, const dm::image<double>&);
+
+}  // namespace qorv::library
