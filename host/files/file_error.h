@@ -13,8 +13,7 @@ class file_error : public std::runtime_error
   public:
     file_error(const std::filesystem::path& file, const std::string& problem)
         : std::runtime_error{file.string() + ": " + problem}
-    {
-    }
+    {}
 };
 
 }  // namespace zentrix::host

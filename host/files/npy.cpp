@@ -10,6 +10,7 @@
 #include "host/files/file_error.h"
 #include "host/files/npy_header.h"
 #include "host/files/pending_file.h"
+#include "host/value.h"
 
 namespace zentrix::host {
 
@@ -50,9 +51,10 @@ const dtype& dtype_of(const std::string& descr)
     const std::string_view symbol = std::string_view{descr}.substr(has_order ? 1 : 0);
     const auto found = std::find_if(dtypes.begin(), dtypes.end(), [&](const dtype& d) { return d.symbol == symbol; });
     if (found != dtypes.end()) return *found;
-    throw header_error{"its elements are of type '" + descr +
-                       "'; expected int8, uint8, int16, uint16, int32, uint32, float32, float64, complex64 or complex128 "
-                       "(in NumPy: array.astype(\"float32\"))"};
+    throw header_error{
+        "its elements are of type '" + descr +
+        "'; expected int8, uint8, int16, uint16, int32, uint32, float32, float64, complex64 or complex128 "
+        "(in NumPy: array.astype(\"float32\"))"};
 }
 
 /// Sizes with x first, checked against the host's limits and without a multiplication that could overflow.
@@ -110,12 +112,9 @@ image_ref read(std::istream& stream, const std::filesystem::path& file)
 
     auto result = image::create(file.stem().string(), type.code, sizes);
     const bool swap = header.descr.front() == '>' && type.word > 1;
-    if (!swap && !header.fortran_order)
-    {
+    if (!swap && !header.fortran_order) {
         stream.read(static_cast<char*>(result->data()), static_cast<std::streamsize>(result->count() * element_bytes));
-    }
-    else
-    {
+    } else {
         std::vector<std::byte> raw(result->count() * element_bytes);
         stream.read(reinterpret_cast<char*>(raw.data()), static_cast<std::streamsize>(raw.size()));
         if (swap) reverse_words(raw, type.word);
@@ -135,15 +134,11 @@ image_ref read_npy(const std::filesystem::path& file)
     std::ifstream stream{file, std::ios::binary};
     if (!stream || std::filesystem::is_directory(file))
         throw file_error{file, std::filesystem::exists(file) ? "cannot be read" : "there is no such file"};
-    try
-    {
+    try {
         return read(stream, file);
-    }
-    catch (const header_error& problem)
-    {
+    } catch (const header_error& problem) {
         throw file_error{file, problem.what()};
-    }
-    catch (const script_error& problem)  // the image's own limits and memory
+    } catch (const script_error& problem)  // the image's own limits and memory
     {
         throw file_error{file, problem.what()};
     }

@@ -52,8 +52,7 @@ class literal_reader
     {
         std::vector<std::uint64_t> values;
         expect('(');
-        while (!skip(')'))
-        {
+        while (!skip(')')) {
             values.push_back(number());
             if (skip(',')) continue;
             expect(')');
@@ -96,17 +95,13 @@ npy_header parse(std::string_view text)
     npy_header header;
     bool has_descr = false, has_order = false, has_shape = false;
     reader.expect('{');
-    while (!reader.skip('}'))
-    {
+    while (!reader.skip('}')) {
         const std::string key = reader.quoted();
         reader.expect(':');
-        if (key == "descr")
-        {
-            if (reader.skip('['))
-                throw header_error{"it holds records with several fields; expected plain numbers"};
+        if (key == "descr") {
+            if (reader.skip('[')) throw header_error{"it holds records with several fields; expected plain numbers"};
             header.descr = reader.quoted(), has_descr = true;
-        }
-        else if (key == "fortran_order")
+        } else if (key == "fortran_order")
             header.fortran_order = reader.truth(), has_order = true;
         else if (key == "shape")
             header.shape = reader.tuple(), has_shape = true;
@@ -147,8 +142,8 @@ npy_header read_npy_header(std::istream& stream)
 
 std::string npy_header_text(const npy_header& header)
 {
-    std::string text = "{'descr': '" + header.descr + "', 'fortran_order': " + (header.fortran_order ? "True" : "False") +
-                       ", 'shape': (";
+    std::string text = "{'descr': '" + header.descr +
+                       "', 'fortran_order': " + (header.fortran_order ? "True" : "False") + ", 'shape': (";
     for (const std::uint64_t length : header.shape) text += std::to_string(length) + ",";
     text += "), }";
     constexpr std::size_t before = 10, alignment = 64;  // magic, version and length come first; a line feed comes last

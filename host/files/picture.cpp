@@ -30,8 +30,7 @@ constexpr std::pair<const char*, display_mode> mode_words[] = {{"real", display_
 
 float displayed(std::complex<double> value, display_mode mode)
 {
-    switch (mode)
-    {
+    switch (mode) {
         case display_mode::real: return static_cast<float>(value.real());
         case display_mode::imaginary: return static_cast<float>(value.imag());
         case display_mode::modulus: return static_cast<float>(std::abs(value));
@@ -54,8 +53,7 @@ std::array<std::uint8_t, 3> colour_of(float phase)
 {
     std::array<std::uint8_t, 3> channels{};
     if (std::isnan(phase)) return channels;
-    for (std::size_t i = 0; i < channels.size(); ++i)
-    {
+    for (std::size_t i = 0; i < channels.size(); ++i) {
         const double turned = phase - static_cast<double>(i) * 2 * std::numbers::pi / 3;
         channels[i] = static_cast<std::uint8_t>(std::lround(127.5 + 127.5 * std::cos(turned)));
     }
@@ -98,16 +96,15 @@ grey_limits robust_limits(std::vector<float> values)
     return {black, values[static_cast<std::size_t>(last - cut)]};
 }
 
-void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode)
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)
 {
     if (pixels.dimensions() > 2) throw file_error{file, "a volume cannot be shown as one picture"};
     const auto values = displayed_values(pixels, mode);
-    const bool coloured = mode == display_mode::phase;
+    const bool coloured = shades == palette::cyclic;
     const grey_limits limits = coloured ? grey_limits{} : robust_limits(values);
     std::vector<std::uint8_t> bytes;
     bytes.reserve(values.size() * (coloured ? 3 : 1));
-    for (const float value : values)
-    {
+    for (const float value : values) {
         if (coloured)
             for (const std::uint8_t channel : colour_of(value)) bytes.push_back(channel);
         else

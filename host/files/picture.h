@@ -12,7 +12,22 @@
 namespace zentrix::host {
 
 /// What is shown of a pixel; the panel offers the same five.
-enum class display_mode { real, imaginary, modulus, log_modulus, phase };
+enum class display_mode
+{
+    real,
+    imaginary,
+    modulus,
+    log_modulus,
+    phase
+};
+
+/// How values become shades. `cyclic` is for phases: colours that come round after a full turn, from red at 0 over
+/// green at 120 degrees to blue at 240, so that the step from pi to -pi does not show.
+enum class palette
+{
+    grey,
+    cyclic
+};
 
 /// Reads "real", "imaginary", "modulus", "log" or "phase"; nothing for another word.
 std::optional<display_mode> parse_display_mode(const std::string& word);
@@ -30,9 +45,9 @@ struct grey_limits
 };
 grey_limits robust_limits(std::vector<float> values);
 
-/// Writes a picture of an image as .png: grey between robust limits; a phase in colours that come round after a full
-/// turn, from red at 0 over green at 120 degrees to blue at 240. A pixel that is not a number is black.
-/// Throws  file_error, also for an image of three dimensions
-void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode);
+/// Writes a picture of an image as .png, grey between robust limits or in cyclic colours. A pixel that is not a number
+/// is black. Throws  file_error, also for an image of three dimensions
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
+               palette shades = palette::grey);
 
 }  // namespace zentrix::host

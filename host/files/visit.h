@@ -20,8 +20,7 @@ void visit_plane(const image& pixels, std::uint32_t z, F each)
                 each(std::complex<double>(plane[y * pixels.stride(1) + x * pixels.stride(0)]));
     };
     const void* const data = pixels.data();
-    switch (pixels.code())
-    {
+    switch (pixels.code()) {
         case 9: return walk(static_cast<const std::int8_t*>(data));
         case 6: return walk(static_cast<const std::uint8_t*>(data));
         case 1: return walk(static_cast<const std::int16_t*>(data));

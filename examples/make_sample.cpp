@@ -1,0 +1,156 @@
+// Makes an exit wave with known aberrations for the demonstration: a thin crystal seen along a channel direction, with
+// a dislocation, a wedge edge to vacuum and a few adatoms, imaged by a lens out of trim.
+//
+// The aberrations are put in here in double precision by the textbook formula, not by the library, so that the wave
+// which the library gives back can be held against the one that went in.
+
+#include <cmath>
+#include <complex>
+#include <iostream>
+#include <numbers>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "companion/electron.h"
+#include "host/fft/fft.h"
+#include "host/files/npy.h"
+
+namespace {
+
+using complex = std::complex<double>;
+constexpr double pi = std::numbers::pi;
+
+constexpr int size = 512;
+constexpr double pixel = 0.02;  // nm
+constexpr double kilovolts = 300;
+constexpr double nm = 1, um = 1e3, mm = 1e6;
+
+struct point
+{
+    double x, y;  // nm, y downwards
+};
+
+class specimen
+{
+  public:
+    specimen() : phase_(std::size_t{size} * size) {}
+
+    /// An atom column: a Gaussian phase of that height [rad], 0.035 nm rms as thermal motion leaves it.
+    void add(point at, double height)
+    {
+        constexpr double rms = 0.035;
+        const int reach = static_cast<int>(5 * rms / pixel);
+        const int column = static_cast<int>(std::lround(at.x / pixel)),
+                  row = static_cast<int>(std::lround(at.y / pixel));
+        for (int y = row - reach; y <= row + reach; ++y)
+            for (int x = column - reach; x <= column + reach; ++x) {
+                if (x < 0 || y < 0 || x >= size || y >= size) continue;
+                const double dx = x * pixel - at.x, dy = y * pixel - at.y;
+                phase_[static_cast<std::size_t>(y * size + x)] +=
+                    height * std::exp(-(dx * dx + dy * dy) / (2 * rms * rms));
+            }
+    }
+
+    /// The wave behind it: a pure phase change of the illuminating plane wave.
+    std::vector<complex> wave() const
+    {
+        std::vector<complex> result;
+        for (const double phase : phase_) result.push_back(std::polar(1.0, phase));
+        return result;
+    }
+
+  private:
+    std::vector<double> phase_;
+};
+
+/// Where an edge dislocation moves a column to: the displacement field of isotropic elasticity (Hirth, Lothe, Theory of
+/// Dislocations), Burgers vector `b` along x, Poisson's ratio 0.3.
+point displaced(point at, point core, double b)
+{
+    constexpr double poisson = 0.3;
+    const double x = at.x - core.x, y = at.y - core.y, r2 = x * x + y * y + 1e-6;
+    const double ux = b / (2 * pi) * (std::atan2(y, x) + x * y / (2 * (1 - poisson) * r2));
+    const double uy =
+        -b / (2 * pi) *
+        ((1 - 2 * poisson) / (4 * (1 - poisson)) * std::log(r2) + (x * x - y * y) / (4 * (1 - poisson) * r2));
+    return {at.x + ux, at.y + uy};
+}
+
+/// Dumbbells, two columns 0.136 nm apart on a centred rectangle of 0.384 x 0.543 nm, ending at a slanted edge.
+specimen thin_crystal()
+{
+    constexpr double width = 0.384, height = 0.543, dumbbell = 0.136;
+    const point core{4.6, 5.4};
+    specimen crystal;
+    for (int row = -4; row < 60; ++row)
+        for (int column = -4; column < 40; ++column) {
+            const point centre = displaced({(column + 0.5 * (row % 2)) * width, row * height / 2}, core, width);
+            const double edge = 7.6 + 0.25 * centre.y - centre.x;  // nm from the edge
+            if (edge < 0) continue;
+            const double columns_height = 0.45 * (1 - std::exp(-(edge + 0.6) / 2.5));  // the wedge
+            crystal.add({centre.x, centre.y - dumbbell / 2}, columns_height);
+            crystal.add({centre.x, centre.y + dumbbell / 2}, columns_height);
+        }
+    std::mt19937 random{20};
+    std::uniform_real_distribution<double> anywhere{0, size * pixel};
+    for (int i = 0; i < 14; ++i) {
+        const double x = anywhere(random), y = anywhere(random);
+        if (x > 8.0 + 0.25 * y) crystal.add({x, y}, 0.2);  // adatoms on what holds the crystal
+    }
+    return crystal;
+}
+
+/// The aberration function of the displayed image, w = scattering angle with the imaginary part up [rad]. demo.sh
+/// removes these very coefficients.
+double chi(complex w)
+{
+    const auto turned = [](double modulus, double degrees) { return std::polar(modulus, degrees * pi / 180); };
+    const complex conj = std::conj(w);
+    const double s = std::norm(w);
+    const complex sum = -62 * nm * s / 2.0 + turned(14 * nm, 35) * conj * conj / 2.0 +
+                        turned(380 * nm, 110) * s * conj + turned(290 * nm, -20) * conj * conj * conj / 3.0 +
+                        0.15 * mm * s * s / 4.0 + turned(2.5 * um, 75) * s * conj * conj;
+    return 2 * pi / zentrix::companion::electron_wavelength(kilovolts) * sum.real();
+}
+
+void aberrate(std::vector<complex>& wave)
+{
+    const double wavelength = zentrix::companion::electron_wavelength(kilovolts);
+    zentrix::host::forward_fft(wave.data(), size, size);
+    for (int row = 0; row < size; ++row)
+        for (int column = 0; column < size; ++column) {
+            const complex w{(column - size / 2) * wavelength / (size * pixel),
+                            (size / 2 - row) * wavelength / (size * pixel)};
+            wave[static_cast<std::size_t>(row * size + column)] *= std::polar(1.0, -chi(w));
+        }
+    zentrix::host::backward_fft(wave.data(), size, size);
+}
+
+void save(const std::string& file, const std::vector<complex>& wave)
+{
+    using namespace zentrix::host;
+    const std::uint32_t sizes[] = {size, size};
+    const auto image = image::create("sample", code_of(element_class::complex, 8), sizes);
+    auto* out = static_cast<std::complex<float>*>(image->data());
+    for (const complex& value : wave) *out++ = std::complex<float>{value};
+    write_npy(file, *image);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+try {
+    if (argc != 3) {
+        std::cerr << "Usage: make_sample ABERRATED.npy UNDISTURBED.npy\n";
+        return 2;
+    }
+    auto wave = thin_crystal().wave();
+    save(argv[2], wave);
+    aberrate(wave);
+    save(argv[1], wave);
+    return 0;
+} catch (const std::exception& problem) {
+    std::cerr << "make_sample: " << problem.what() << '\n';
+    return 1;
+}

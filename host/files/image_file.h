@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+
+#include "host/files/picture.h"
+#include "host/image.h"
+
+namespace zentrix::host {
+
+/// Reads an image file by its extension: .npy.
+/// Throws  file_error, also for another extension
+image_ref read_image(const std::filesystem::path& file);
+
+/// Writes an image by the file's extension: .npy keeps every value; .png is a picture of it in that mode.
+/// Throws  file_error, also for another extension
+void write_image(const std::filesystem::path& file, const image& pixels, display_mode shown = display_mode::real,
+                 palette shades = palette::grey);
+
+/// Throws  what write_image would throw for this file's extension, before any work is done
+void require_writable_kind(const std::filesystem::path& file);
+
+}  // namespace zentrix::host

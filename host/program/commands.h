@@ -1,0 +1,17 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "host/program/session.h"
+
+/// One function for each command: adds it to the command line, with what runs when it is chosen. `global` is read when
+/// the command runs and has to live as long as `app`.
+namespace zentrix::program {
+
+void add_functions_command(CLI::App& app, const global_options& global);
+void add_call_command(CLI::App& app, const global_options& global);
+void add_info_command(CLI::App& app, const global_options& global);
+void add_correct_command(CLI::App& app, const global_options& global);
+void add_unwrap_command(CLI::App& app, const global_options& global);
+
+}  // namespace zentrix::program

@@ -1,0 +1,197 @@
+#include <cmath>
+#include <iostream>
+#include <optional>
+
+#include "companion/electron.h"
+#include "companion/numbers.h"
+#include "companion/transfer.h"
+#include "host/fft/fft.h"
+#include "host/files/file_error.h"
+#include "host/files/image_file.h"
+#include "host/program/commands.h"
+#include "host/program/describe.h"
+#include "host/program/json.h"
+#include "host/program/picture_options.h"
+
+namespace zentrix::program {
+
+namespace {
+
+struct correct_request
+{
+    std::string wave;
+    std::string output;
+    std::optional<double> kilovolts;
+    companion::optics setup;
+    bool remove = false;
+    companion::damping envelope = companion::damping::automatic;
+    picture_options picture;
+};
+
+/// The wave as two floats a pixel, which is what the transfer function takes.
+host::image_ref read_wave(const std::string& file)
+{
+    auto wave = host::read_image(file);
+    if (wave->type().meaning != host::element_class::complex)
+        throw host::file_error{file, "holds " + one_line(*wave) + "; expected a complex wave"};
+    if (wave->dimensions() != 2)
+        throw host::file_error{file, "holds " + one_line(*wave) + "; expected a wave of two dimensions"};
+    if (wave->type().bytes == 8) return wave;
+    const std::uint32_t sizes[] = {wave->size(0), wave->size(1)};
+    auto narrow = host::image::create(wave->name(), host::code_of(host::element_class::complex, 8), sizes);
+    const auto* from = static_cast<const std::complex<double>*>(wave->data());
+    std::copy_n(from, wave->count(), static_cast<std::complex<float>*>(narrow->data()));
+    return narrow;
+}
+
+/// The arguments of "ZXWTFMulDLL" in its order, the spectrum as source and destination.
+std::vector<host::script_value> script_arguments(const host::image_ref& spectrum,
+                                                 const companion::transfer_arguments& a)
+{
+    const host::object_ref image = spectrum;
+    return {image,  a.lambda, a.step, a.c20, a.c22,  a.c40, a.c60,
+            a.c31,  a.c33,    a.c42,  a.c44, a.c51,  a.c53, a.c55,
+            a.c62,  a.c64,    a.c66,  a.c2s, a.bdiv, a.vib, std::int64_t{a.envelope},
+            a.tilt, image};
+}
+
+void multiply_spectrum(const host::image_ref& wave, const companion::transfer_arguments& arguments,
+                       const global_options& global)
+{
+    auto* const pixels = static_cast<std::complex<float>*>(wave->data());
+    const auto width = std::ptrdiff_t{wave->size(0)}, height = std::ptrdiff_t{wave->size(1)};
+    session zentrix{global};
+    host::forward_fft(pixels, width, height);
+    zentrix.engine().call("ZXWTFMulDLL", script_arguments(wave, arguments));
+    host::backward_fft(pixels, width, height);
+}
+
+/// The coefficients that are not zero, "C1 -50 nm, A1 12@30 nm".
+std::string stated(const companion::aberrations& lens)
+{
+    std::string text;
+    for (const auto& about : companion::all_coefficients) {
+        const companion::polar& value = lens[about.which];
+        if (value.modulus == 0) continue;
+        text += (text.empty() ? "" : ", ") + std::string{about.name} + " " + plain_number(value.modulus);
+        if (about.symmetry != 0) text += "@" + plain_number(value.angle_degrees);
+        text += " " + std::string{about.unit};
+    }
+    return text.empty() ? "no aberration" : text;
+}
+
+void run(correct_request& request, const global_options& global)
+{
+    companion::optics& setup = request.setup;
+    if (!request.kilovolts && setup.wavelength_nm == 0) throw usage_error{"--kv is required (or --wavelength)"};
+    if (request.kilovolts) setup.wavelength_nm = companion::electron_wavelength(*request.kilovolts);
+    check_names(request.output, request.picture);
+    const auto wave = read_wave(request.wave);
+    const auto way = request.remove ? companion::direction::remove : companion::direction::apply;
+    const auto arguments = companion::arguments_for(setup, static_cast<int>(wave->size(0)),
+                                                    static_cast<int>(wave->size(1)), way, request.envelope);
+    multiply_spectrum(wave, arguments, global);
+    write_result(request.output, request.picture, *wave);
+
+    if (global.json)
+        std::cout << json_object({{"result", as_json(*wave, request.output)},
+                                  {"wavelength_nm", json_number(setup.wavelength_nm)},
+                                  {"removed", request.remove ? "true" : "false"},
+                                  {"envelope", arguments.envelope ? "true" : "false"}})
+                  << '\n';
+    else
+        std::cout << (request.remove ? "removed " : "applied ") << stated(setup.lens)
+                  << (arguments.envelope ? ", with the envelope" : "") << ", wavelength "
+                  << plain_number(std::round(setup.wavelength_nm * 1e7) / 1e4) << " pm: " << one_line(*wave) << " -> "
+                  << request.output << '\n';
+}
+
+void add_microscope(CLI::App& command, correct_request& request)
+{
+    const auto positive = CLI::PositiveNumber;
+    auto* const voltage =
+        command.add_option("--kv", request.kilovolts, "Accelerating voltage [kV]; this or --wavelength is needed");
+    voltage->check(positive);
+    command.add_option("--wavelength", request.setup.wavelength_nm, "Wavelength [nm], for waves other than electrons")
+        ->check(positive)
+        ->excludes(voltage);
+    command.add_option("--pixel", request.setup.pixel_nm, "Pixel size [nm]")->required()->check(positive);
+    command
+        .add_option_function<std::string>(
+            "--tilt",
+            [&](const std::string& word) {
+                const auto pair = companion::parse_pair(word);
+                if (!pair) throw usage_error{"--tilt is RIGHT,UP in mrad, not \"" + word + "\""};
+                request.setup.tilt_mrad = {pair->first, pair->second};
+            },
+            "Beam tilt as seen on the displayed image, right and up [mrad]")
+        ->type_name("X,Y");
+}
+
+void add_coefficients(CLI::App& command, correct_request& request)
+{
+    for (const auto& about : companion::all_coefficients) {
+        const auto take = [&request, which = about.which](const std::string& word) {
+            try {
+                request.setup.lens[which] = companion::parse_coefficient(which, word);
+            } catch (const std::invalid_argument& problem) {
+                throw usage_error{problem.what()};
+            }
+        };
+        command
+            .add_option_function<std::string>("--" + std::string{about.name}, take,
+                                              std::string{about.meaning} + " [" + std::string{about.unit} + "]")
+            ->type_name(about.symmetry == 0 ? "NUMBER" : "MODULUS@DEGREES")
+            ->group("Aberrations, angles counter-clockwise on the displayed image");
+    }
+}
+
+void add_coherence(CLI::App& command, correct_request& request)
+{
+    const char* const group = "Envelope: rms widths. 1/e half-width = rms * 1.4142, FWHM = rms * 2.3548";
+    companion::coherence& spread = request.setup.spread;
+    const auto not_negative = CLI::NonNegativeNumber;
+    command.add_option("--focus-spread", spread.focus_spread_nm, "Focus spread, rms [nm]")
+        ->check(not_negative)
+        ->group(group);
+    command.add_option("--convergence", spread.convergence_mrad, "Beam convergence, rms along each axis [mrad]")
+        ->check(not_negative)
+        ->group(group);
+    command.add_option("--vibration", spread.vibration_nm, "Vibration, rms along each axis [nm]")
+        ->check(not_negative)
+        ->group(group);
+    command
+        .add_option_function<std::string>(
+            "--envelope",
+            [&](const std::string& word) {
+                request.envelope = word == "auto" ? companion::damping::automatic
+                                   : word == "on" ? companion::damping::on
+                                                  : companion::damping::off;
+            },
+            "Damp by these widths (auto: when applying, not when removing, as damping cannot be undone)")
+        ->check(CLI::IsMember({"auto", "on", "off"}).description(""))
+        ->type_name("auto|on|off")
+        ->group(group);
+}
+
+}  // namespace
+
+void add_correct_command(CLI::App& app, const global_options& global)
+{
+    CLI::App* const command = app.add_subcommand(
+        "correct", "Apply lens aberrations to a complex wave, or with --remove correct a wave for them");
+    auto request = std::make_shared<correct_request>();
+    command->add_option("WAVE", request->wave, "The complex wave (.npy, two dimensions)")->required();
+    command->add_option("-o,--output", request->output, "The resulting wave (.npy, or .png for its picture alone)")
+        ->required()
+        ->type_name("FILE");
+    command->add_flag("--remove", request->remove, "Correct for the aberrations instead of applying them");
+    add_microscope(*command, *request);
+    add_coefficients(*command, *request);
+    add_coherence(*command, *request);
+    add_picture_options(*command, request->picture);
+    command->footer("C1 < 0 is underfocus. docs/conventions.md has axes, signs and formulas.");
+    command->callback([&global, request] { run(*request, global); });
+}
+
+}  // namespace zentrix::program

@@ -1,0 +1,73 @@
+#include <exception>
+#include <iostream>
+#include <new>
+#include <string>
+
+#include "host/program/commands.h"
+
+using namespace zentrix::program;
+
+namespace {
+
+constexpr int success = 0;
+constexpr int failure = 1;
+constexpr int bad_usage = 2;
+
+void add_global_options(CLI::App& app, global_options& global)
+{
+    app.add_flag("--json", global.json, "Print results as JSON");
+    app.add_option("--library", global.library, "The library file (default: beside this program)")->type_name("FILE");
+    app.add_option_function<std::string>(
+           "--simd", [&](const std::string& word) { global.use_simd = word == "on"; },
+           "Vector instructions of the library's kernels (on)")
+        ->check(CLI::IsMember({"on", "off"}).description(""))
+        ->type_name("on|off");
+}
+
+int run(int argc, char** argv)
+{
+    global_options global;
+    CLI::App app{
+        "Zentrix64 on the command line: corrects lens aberrations of electron waves, unwraps phases, and calls "
+        "every script function of the library.",
+        "zentrix"};
+    app.require_subcommand(1);
+    app.fallthrough();
+    app.footer("Exit code: 0 done, 1 a file or a function failed, 2 the command line cannot be understood.");
+    add_global_options(app, global);
+    add_functions_command(app, global);
+    add_call_command(app, global);
+    add_info_command(app, global);
+    add_correct_command(app, global);
+    add_unwrap_command(app, global);
+    try {
+        app.parse(argc, argv);
+        return success;
+    } catch (const CLI::CallForHelp&) {
+        const auto chosen = app.get_subcommands();
+        std::cout << (chosen.empty() ? app.help() : chosen.front()->help());
+        return success;
+    } catch (const CLI::ParseError& problem) {
+        const auto chosen = app.get_subcommands();
+        std::cerr << "zentrix: " << problem.what() << "\nTry: zentrix "
+                  << (chosen.empty() ? "" : chosen.front()->get_name() + " ") << "--help\n";
+        return bad_usage;
+    } catch (const usage_error& problem) {
+        std::cerr << "zentrix: " << problem.what() << "\n";
+        return bad_usage;
+    }
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try {
+        return run(argc, argv);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "zentrix: there is not enough memory for images of this size\n";
+    } catch (const std::exception& problem) {
+        std::cerr << "zentrix: " << problem.what() << "\n";
+    }
+    return failure;
+}

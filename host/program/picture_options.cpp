@@ -1,0 +1,37 @@
+#include "host/program/picture_options.h"
+
+#include "host/files/file_error.h"
+#include "host/files/image_file.h"
+
+namespace zentrix::program {
+
+void add_picture_options(CLI::App& command, picture_options& picture)
+{
+    command.add_option("--png", picture.png, "Also write a picture of the result")->type_name("FILE");
+    command
+        .add_option_function<std::string>(
+            "--show", [&](const std::string& word) { picture.shown = host::parse_display_mode(word).value(); },
+            "What a picture shows: real, imaginary, modulus, log (of the modulus) or phase")
+        ->check(CLI::IsMember({"real", "imaginary", "modulus", "log", "phase"}).description(""))
+        ->type_name("MODE");
+    command.add_flag_function(
+        "--colour", [&](std::int64_t) { picture.shades = host::palette::cyclic; },
+        "Show a phase in colours that come round after a full turn");
+}
+
+void check_names(const std::string& output, const picture_options& picture)
+{
+    host::require_writable_kind(output);
+    if (picture.png.empty()) return;
+    host::require_writable_kind(picture.png);
+    if (!picture.png.ends_with(".png") && !picture.png.ends_with(".PNG"))
+        throw host::file_error{picture.png, "cannot be the picture: expected a name ending in .png"};
+}
+
+void write_result(const std::string& output, const picture_options& picture, const host::image& pixels)
+{
+    host::write_image(output, pixels, picture.shown, picture.shades);
+    if (!picture.png.empty()) host::write_image(picture.png, pixels, picture.shown, picture.shades);
+}
+
+}  // namespace zentrix::program

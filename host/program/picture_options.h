@@ -1,0 +1,27 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "host/files/picture.h"
+
+namespace zentrix::program {
+
+/// What the commands with a picture share: where it goes and what it shows.
+struct picture_options
+{
+    std::string png;
+    host::display_mode shown = host::display_mode::modulus;
+    host::palette shades = host::palette::grey;
+};
+
+/// Adds --png FILE, --show MODE and --colour; `picture` has to live as long as `command`.
+void add_picture_options(CLI::App& command, picture_options& picture);
+
+/// Throws  host::file_error when a name has the wrong ending, before any work is done
+void check_names(const std::string& output, const picture_options& picture);
+
+/// Writes the result to `output`, by its extension, and the picture if one is asked for.
+void write_result(const std::string& output, const picture_options& picture, const host::image& pixels);
+
+}  // namespace zentrix::program

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include "host/engine.h"
+#include "host/library.h"
+
+namespace zentrix::program {
+
+/// What every command obeys.
+struct global_options
+{
+    std::string library;  ///< file of the library; empty: beside the program, see host::find_library_file
+    bool use_simd = true;
+    bool json = false;
+};
+
+/// The command line cannot be understood; the program ends with code 2.
+class usage_error : public std::runtime_error
+{
+  public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The stand-alone host with the library running in it, for the length of a command. What the library writes to the
+/// output window, its dialogs and its errors go to standard error.
+class session
+{
+  public:
+    /// Throws  host::script_error when the library is not found or does not start
+    explicit session(const global_options& options);
+    /// Closes the library and reports on standard error what it still holds.
+    ~session();
+    session(const session&) = delete;
+    session& operator=(const session&) = delete;
+
+    host::engine& engine() { return engine_; }
+
+  private:
+    host::engine engine_;
+    std::unique_ptr<host::library> library_;
+};
+
+}  // namespace zentrix::program

@@ -1,0 +1,107 @@
+#include "host/files/picture.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <numbers>
+#include <vector>
+
+#define STB_IMAGE_IMPLEMENTATION
+#define STB_IMAGE_STATIC
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wunused-function"
+#include <stb/stb_image.h>
+#pragma GCC diagnostic pop
+
+#include "files/scratch.h"
+#include "host/files/file_error.h"
+
+using namespace zentrix::host;
+using support::scratch_folder;
+
+namespace {
+
+using sizes = std::vector<std::uint32_t>;
+constexpr float not_a_number = std::numeric_limits<float>::quiet_NaN();
+
+image_ref waves(const std::vector<std::complex<float>>& values)
+{
+    auto made = image::create("waves", 3, sizes{static_cast<std::uint32_t>(values.size()), 1});
+    for (std::size_t i = 0; i < values.size(); ++i)
+        made->at<std::complex<float>>(static_cast<std::ptrdiff_t>(i)) = values[i];
+    return made;
+}
+
+/// The channels of all pixels of a written picture.
+std::vector<int> seen(const std::filesystem::path& file, int wanted_channels)
+{
+    int width = 0, height = 0, channels = 0;
+    stbi_uc* const bytes = stbi_load(file.string().c_str(), &width, &height, &channels, 0);
+    if (bytes == nullptr || channels != wanted_channels) return {};
+    std::vector<int> result(bytes, bytes + width * height * channels);
+    stbi_image_free(bytes);
+    return result;
+}
+
+}  // namespace
+
+TEST(picture, shows_what_the_mode_says)
+{
+    const auto pixels = waves({{3, -4}, {0, 1}});
+    const float half_turn = std::numbers::pi_v<float> / 2;
+    struct row
+    {
+        const char* word;
+        std::vector<float> values;
+    };
+    for (const auto& [word, values] :
+         {row{"real", {3, 0}}, row{"imaginary", {-4, 1}}, row{"modulus", {5, 1}}, row{"log", {std::log(5.0F), 0}},
+          row{"phase", {std::atan2(-4.0F, 3.0F), half_turn}}}) {
+        const auto got = displayed_values(*pixels, parse_display_mode(word).value());
+        ASSERT_EQ(got.size(), 2u);
+        for (std::size_t i = 0; i < 2; ++i) EXPECT_FLOAT_EQ(got[i], values[i]) << word;
+    }
+    EXPECT_FALSE(parse_display_mode("Real"));
+}
+
+TEST(picture, greys_span_the_values_without_the_wild_ones)
+{
+    const scratch_folder folder;
+    std::vector<std::complex<float>> values;
+    for (int i = 0; i < 5000; ++i) values.emplace_back(static_cast<float>(i % 100), 0.0F);
+    values[0] = 1e9F, values[1] = -1e9F, values[2] = not_a_number, values[3] = std::numeric_limits<float>::infinity();
+    write_png(folder / "grey.png", *waves(values), display_mode::real);
+    const auto greys = seen(folder / "grey.png", 1);
+    ASSERT_EQ(greys.size(), values.size());
+    EXPECT_EQ((std::vector<int>{greys.begin(), greys.begin() + 4}), (std::vector<int>{255, 0, 0, 255}));
+    for (std::size_t i = 4; i < greys.size(); ++i) ASSERT_EQ(greys[i], std::lround(values[i].real() / 99 * 255)) << i;
+
+    write_png(folder / "flat.png", *waves({2.0F, 2.0F, not_a_number}), display_mode::real);
+    EXPECT_EQ(seen(folder / "flat.png", 1), (std::vector<int>{128, 128, 0}));
+}
+
+TEST(picture, phases_come_round_in_colour)
+{
+    const scratch_folder folder;
+    const auto turned = [](double degrees) {
+        return std::complex<float>{std::polar(2.0, degrees * std::numbers::pi / 180)};
+    };
+    write_png(folder / "phase.png", *waves({turned(0), turned(120), turned(240), turned(180), turned(-180)}),
+              display_mode::phase, palette::cyclic);
+    EXPECT_EQ(seen(folder / "phase.png", 3),
+              (std::vector<int>{255, 64, 64, 64, 255, 64, 64, 64, 255, 0, 191, 191, 0, 191, 191}));
+}
+
+TEST(picture, rows_keep_their_order_and_volumes_are_refused)
+{
+    const scratch_folder folder;
+    auto pixels = image::create("two rows", 6, sizes{3, 2});
+    for (int i = 0; i < 6; ++i) pixels->at<std::uint8_t>(i % 3, i / 3) = static_cast<std::uint8_t>(51 * i);
+    write_png(folder / "rows.png", *pixels, display_mode::real);
+    EXPECT_EQ(seen(folder / "rows.png", 1), (std::vector<int>{0, 51, 102, 153, 204, 255}));
+    EXPECT_THROW(write_png(folder / "volume.png", *image::create("v", 2, sizes{2, 2, 2}), display_mode::real),
+                 file_error);
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"rows.png"});
+}
