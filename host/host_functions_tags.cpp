@@ -45,7 +45,7 @@ void add_readers(engine::inside& to)
         const arguments given{list};
         const auto group = given.tags(0);
         const auto index = given.integer(1);
-        const auto found = index < 0 ? std::nullopt : group->get(static_cast<std::size_t>(index));
+        const auto found = index < 0 ? std::nullopt : group->get_at(static_cast<std::size_t>(index));
         const auto* held = found ? std::get_if<tag_group_ref>(&*found) : nullptr;
         return answer(given, held ? std::optional<object_ref>{*held} : std::nullopt);
     });

@@ -118,8 +118,9 @@ class parser
             if (list.size() > 0 && list.back().variadic) fail("\"...\" stands before the last parameter");
             prototype_parameter one;
             one.type = type();
+            one.variadic = take("...");  // before or behind the name
             one.name = word();
-            one.variadic = take("...");
+            one.variadic = one.variadic || take("...");
             list.push_back(std::move(one));
         } while (take(","));
         if (list.size() == 1 && list[0].type.kind == HOST_VOID && list[0].name.empty()) return {};

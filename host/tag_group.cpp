@@ -42,7 +42,7 @@ std::vector<step> steps_of(std::string_view path)
 
 std::optional<tag> get_step(const tag_group& in, const step& wanted)
 {
-    return wanted.index ? in.get(*wanted.index) : in.get(wanted.name);
+    return wanted.index ? in.get_at(*wanted.index) : in.get(wanted.name);
 }
 
 void set_step(tag_group& in, const step& where, tag value)
@@ -174,7 +174,7 @@ std::optional<tag> memory_tag_group::get(const std::string& name) const
     return std::nullopt;
 }
 
-std::optional<tag> memory_tag_group::get(std::size_t index) const
+std::optional<tag> memory_tag_group::get_at(std::size_t index) const
 {
     return index < tags_.size() ? std::optional{tags_[index].second} : std::nullopt;
 }

@@ -36,7 +36,7 @@ class tag_group : public object
     /// The tag of that name; nothing when there is none, and always for a list.
     virtual std::optional<tag> get(const std::string& name) const = 0;
     /// The tag of that number in the group's order; nothing beyond the end.
-    virtual std::optional<tag> get(std::size_t index) const = 0;
+    virtual std::optional<tag> get_at(std::size_t index) const = 0;
     /// Sets or replaces the tag of that name; for groups only.
     virtual void set(const std::string& name, tag value) = 0;
     /// Puts a tag before number `index` (or at the end, from count() on), or replaces that number; for lists only.
@@ -79,7 +79,7 @@ class memory_tag_group : public tag_group
     bool is_list() const override { return is_list_; }
     std::size_t count() const override { return tags_.size(); }
     std::optional<tag> get(const std::string& name) const override;
-    std::optional<tag> get(std::size_t index) const override;
+    std::optional<tag> get_at(std::size_t index) const override;
     void set(const std::string& name, tag value) override;
     void insert(std::size_t index, tag value) override;
     void replace(std::size_t index, tag value) override;

@@ -1,0 +1,117 @@
+#include "host/engine.h"
+#include "support/same_bytes.h"
+
+#include <map>
+
+namespace {
+
+using namespace zentrix::host;
+
+TEST(tags, convert_as_a_script_expects)
+{
+    struct row
+    {
+        tag written;
+        std::optional<std::int32_t> as_long;
+        std::optional<float> as_float;
+        std::optional<std::string> as_string;
+    };
+    const row rows[] = {{std::int32_t{-7}, -7, -7.0f, {}},
+                        {2.75f, 2, 2.75f, {}},
+                        {-2.75f, -2, -2.75f, {}},
+                        {3e9f, {}, 3e9f, {}},
+                        {1e300, {}, {}, {}},
+                        {0.1, 0, 0.1f, {}},
+                        {std::string{"12"}, {}, {}, "12"},
+                        {memory_tag_group::make_group(), {}, {}, {}}};
+    const auto group = memory_tag_group::make_group();
+    for (const auto& r : rows) {
+        group->write("key", r.written);
+        EXPECT_EQ(group->read_long("key"), r.as_long) << text_of(r.written);
+        EXPECT_EQ(group->read_float("key"), r.as_float) << text_of(r.written);
+        EXPECT_EQ(group->read_string("key"), r.as_string) << text_of(r.written);
+    }
+    EXPECT_EQ(group->count(), 1u);
+    EXPECT_FALSE(group->read_long("Key"));
+}
+
+TEST(tags, are_reached_by_paths_through_groups_and_lists)
+{
+    const auto root = memory_tag_group::make_group();
+    std::string log;
+    root->on_write(
+        [&](std::string_view path, const tag& value) { log += std::string{path} + "=" + text_of(value) + "\n"; });
+    root->write("a:b:c", 0.25f);
+    root->write("list", memory_tag_group::make_list());
+    root->write("list:[0]", std::int32_t{5});
+    root->write("list:[1]:name", std::string{"x"});
+    root->write("list:[0]", std::int32_t{6});
+    EXPECT_EQ(log, "a:b:c=0.25\nlist=tag list of 0\nlist:[0]=5\nlist:[1]:name=\"x\"\nlist:[0]=6\n");
+    EXPECT_EQ(root->read_float("a:b:c"), 0.25f);
+    EXPECT_EQ(root->read_string("list:[1]:name"), "x");
+    EXPECT_EQ(root->read_long("list:[0]"), 6);
+    EXPECT_EQ(root->read_group("list").value()->count(), 2u);
+    for (const auto* missing : {"", ":", "a:", "a:b:c:d", "list:[2]", "list:name", "list:[-1]", "[7]"})
+        EXPECT_FALSE(root->find(missing)) << missing;
+    EXPECT_EQ(support::message_of([&] { root->write("a:b:c:d", std::int32_t{1}); }), "The tag \"c\" is not a group.");
+    EXPECT_EQ(support::message_of([&] { root->write("list:[4]", std::int32_t{1}); }),
+              "The tag list of 2 has no place for a tag \"[4]\".");
+}
+
+/// A dictionary that another language might own.
+class borrowed_tags : public memory_tag_group
+{
+  public:
+    explicit borrowed_tags(std::map<std::string, double>& owner) : memory_tag_group{false}, owner_{owner} {}
+    std::size_t count() const override { return owner_.size(); }
+    std::optional<tag> get(const std::string& name) const override
+    {
+        const auto found = owner_.find(name);
+        return found == owner_.end() ? std::nullopt : std::optional<tag>{found->second};
+    }
+    void set(const std::string& name, tag value) override { owner_[name] = std::get<std::int32_t>(value); }
+
+  private:
+    std::map<std::string, double>& owner_;
+};
+
+TEST(tag_functions, read_write_and_leave_outputs_alone_where_there_is_no_tag)
+{
+    std::string log;
+    engine_options options;
+    options.listening.tag_write = [&](std::string_view path, const std::string& value) {
+        log += std::string{path} + "=" + value + ";";
+    };
+    engine host{options};
+    const auto number = [](std::int64_t n) { return script_value{n}; };
+    std::map<std::string, double> owned{{"DisplayMode", 3.0}};
+    const auto tags = std::make_shared<borrowed_tags>(owned);
+    const script_value key = std::string{"DisplayMode"}, missing = std::string{"ModA1"};
+    const auto out = make_cell(number(42));
+    EXPECT_EQ(host.call("TagGroupGetTagAsLong", {tags, missing, out}), number(0));
+    EXPECT_EQ(out->value, number(42));
+    EXPECT_EQ(host.call("TagGroupGetTagAsLong", {tags, key, out}), number(1));
+    EXPECT_EQ(out->value, number(3));
+    EXPECT_EQ(host.call("TagGroupGetTagAsFloat", {tags, key, out}), number(1));
+    EXPECT_EQ(out->value, script_value{3.0});
+    host.call("TagGroupSetTagAsLong", {tags, key, number(5)});
+    EXPECT_EQ(owned["DisplayMode"], 5.0);
+    EXPECT_EQ(log, "DisplayMode=5;");
+
+    const auto list = host.call("NewTagList", {});
+    for (const int place : {-1, 99, 0}) {
+        const auto group = host.call("NewTagGroup", {});
+        host.call("TagGroupSetTagAsString", {group, std::string{"n"}, std::to_string(place)});
+        host.call("TagGroupInsertTagAsTagGroup", {list, number(place), group});
+    }
+    std::string order;
+    for (int i = 0; host.call("TagGroupGetIndexedTagAsTagGroup", {list, number(i), out}) == number(1); ++i) {
+        const auto text = make_cell();
+        EXPECT_EQ(host.call("TagGroupGetTagAsString", {out->value, std::string{"n"}, text}), number(1));
+        order += std::get<std::string>(text->value) + " ";
+    }
+    EXPECT_EQ(order, "0 -1 99 ");
+    EXPECT_EQ(host.call("TagGroupCountTags", {list}), number(3));
+}
+
+}  // namespace
