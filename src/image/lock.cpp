@@ -3,6 +3,7 @@
 #include <exception>
 #include <utility>
 
+#include "plugin/host/call.h"
 #include "plugin/host/host_functions.h"
 
 namespace qorv::dm {
@@ -15,6 +16,7 @@ image_lock::image_lock(const host::image_ref& source, access mode)
     made->mode = mode;
     const std::uint32_t host_mode = mode == access::write ? HOST_LOCK_WRITE : HOST_LOCK_READ;
     host::script_object_ref lock = host::ImageGetLockedData(source, host_mode, {});
+    made->unlock_method = host::find_UnlockMemory(lock);
     host::LockMemory(lock);
     made->lock = std::move(lock);  // from here on the destructor unlocks
     const host::image_slice slice = host::ImageData_GetSlice(made->lock, 0);
@@ -40,7 +42,7 @@ void image_lock::state::unlock()
     } catch (...) {
         notification_failed = std::current_exception();
     }
-    host::UnlockMemory(ended);
+    host::call<void>(unlock_method, ended);
     if (notification_failed) std::rethrow_exception(notification_failed);
 }
 

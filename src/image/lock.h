@@ -59,7 +59,8 @@ class image_lock
 
         host::image_ref source;
         access mode;
-        host::script_object_ref lock;
+        host::script_object_ref lock;  ///< set while the memory is locked
+        host::function_ref unlock_method;
         void* data = nullptr;
         std::uint32_t code = 0;
         std::uint32_t dimensions = 0;

@@ -141,6 +141,13 @@ Result call(function_slot& slot, const Arguments&... arguments)
 ///         function, with the method's prototype, when the object has no such method
 function_ref find_method(const script_object_ref& object, std::string_view name, std::string_view prototype);
 
+/// Calls a method that was found before; the object it belongs to comes first.
+template <class Result, class... Arguments>
+Result call(const function_ref& method, const script_object_ref& object, const Arguments&... arguments)
+{
+    return details::call<Result>(method, object, arguments...);
+}
+
 /// Calls a method by name and prototype; the object itself is the first argument.
 template <class Result, class... Arguments>
 Result call_method(const script_object_ref& object, std::string_view name, std::string_view prototype,

@@ -131,9 +131,9 @@ void LockMemory(const script_object_ref& lock)
     call_method<void>(lock, "LockMemory", "void LockMemory( ScriptObject self )");
 }
 
-void UnlockMemory(const script_object_ref& lock)
+function_ref find_UnlockMemory(const script_object_ref& lock)
 {
-    call_method<void>(lock, "UnlockMemory", "void UnlockMemory( ScriptObject self )");
+    return find_method(lock, "UnlockMemory", "void UnlockMemory( ScriptObject self )");
 }
 
 std::uint32_t ImageData_CountSlices(const script_object_ref& lock)

@@ -39,7 +39,8 @@ bool IsRealDataType(const image_ref& image, std::int32_t bytes);
 // Image data.
 script_object_ref ImageGetLockedData(const image_ref& image, std::uint32_t mode, const script_object_ref& listener);
 void LockMemory(const script_object_ref& lock);
-void UnlockMemory(const script_object_ref& lock);
+/// The method that gives the memory back. Found before the memory is locked, so that nothing can hinder its call later.
+function_ref find_UnlockMemory(const script_object_ref& lock);
 std::uint32_t ImageData_CountSlices(const script_object_ref& lock);
 /// A slice's memory: data pointer, dimensions, element code, packing, and a size and a stride (in elements) for each
 /// dimension; 1 and 0 beyond the image's own dimensions.

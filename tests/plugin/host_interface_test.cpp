@@ -1,0 +1,282 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "host/engine.h"
+#include "host/script_object.h"
+#include "image/lock.h"
+#include "plugin/host/call.h"
+#include "plugin/host/host_functions.h"
+#include "plugin/host/native.h"
+#include "sdk/link.h"
+#include "support/same_bytes.h"
+
+// The plug-in's calls of host functions, answered by the stand-alone host.
+namespace {
+
+using namespace qorv::host;
+using zentrix::host::engine;
+using zentrix::host::engine_options;
+using zentrix::host::fault_point;
+
+struct linked
+{
+    explicit linked(engine_options options = {}) : host{std::move(options)}
+    {
+        Gatan::PlugIn::on_link_change(function_slot::forget_all);
+        Gatan::PlugIn::set_current_link(host.link());
+    }
+    ~linked() { Gatan::PlugIn::set_current_link(nullptr); }
+    engine host;
+};
+
+image_ref ramp(std::int32_t width, std::int32_t height)
+{
+    image_ref image = RealImage("ramp", 4, static_cast<std::uint32_t>(width), static_cast<std::uint32_t>(height));
+    qorv::dm::write_lock lock{image};
+    const auto pixels = lock.view<float>();
+    for (std::ptrdiff_t i = 0; i < pixels.size(); ++i) pixels.data()[i] = static_cast<float>(i);
+    lock.release();
+    return image;
+}
+
+struct host_call
+{
+    const char* prototype;
+    std::function<void()> call;
+};
+
+/// One call of every host function, each with its effect checked.
+std::vector<host_call> all_calls()
+{
+    return {
+        {"ComplexImagePtr ComplexImage( string, long, long, long )",
+         [] { EXPECT_TRUE(IsComplexDataType(ComplexImage("c", 16, 3, 2), 16)); }},
+        {"void ConvertToFloat( ImageRef )",
+         [] {
+             const image_ref image = IntegerImage("i", 2, true, 3, 2);
+             ConvertToFloat(image);
+             EXPECT_EQ(ImageGetDataType(image), 2u);
+         }},
+        {"bool DoesFileExist( dm_string )", [] { EXPECT_FALSE(DoesFileExist("/no/such/file")); }},
+        {"short GetDataType( ImageRef )", [] { EXPECT_EQ(GetDataType(IntegerImage("i", 4, false, 1, 1)), 11); }},
+        {"void GetSize( ImageRef, long *, long * )",
+         [] {
+             std::int32_t width = 0, height = 0;
+             GetSize(ramp(3, 2), width, height);
+             EXPECT_EQ(std::pair(width, height), std::pair(3, 2));
+         }},
+        {"ImageRef ImageClone( ImageRef )",
+         [] { EXPECT_EQ(qorv::dm::read_lock{ImageClone(ramp(3, 2))}.view<float>()(2, 1), 5.f); }},
+        {"void ImageDataChanged( ImageRef )", [] { ImageDataChanged(ramp(1, 1)); }},
+        {"uint32 ImageGetDataElementByteSize( ImageRef )",
+         [] { EXPECT_EQ(ImageGetDataElementByteSize(ComplexImage("", 16, 1, 1)), 16u); }},
+        {"uint32 ImageGetDataType( ImageRef )", [] { EXPECT_EQ(ImageGetDataType(ramp(1, 1)), 2u); }},
+        {"uint32 ImageGetDimensionSize( ImageRef, uint32 )",
+         [] { EXPECT_EQ(ImageGetDimensionSize(ramp(3, 2), 1), 2u); }},
+        {"dm_string ImageGetName( ImageRef )", [] { EXPECT_EQ(ImageGetName(ramp(1, 1)), "ramp"); }},
+        {"uint32 ImageGetNumDimensions( ImageRef )",
+         [] {
+             EXPECT_EQ(ImageGetNumDimensions(NewImage("v", 12, {2, 3, 4})), 3u);
+         }},
+        {"Boolean ImageIsValid( ImageRef )", [] { EXPECT_TRUE(ImageIsValid(ramp(1, 1))); }},
+        {"RealImagePtr IntegerImage( string, long, Boolean, long, long )",
+         [] { EXPECT_EQ(ImageGetDataType(IntegerImage("i", 1, true, 2, 2)), 9u); }},
+        {"Boolean IsComplexDataType( ImageRef, long )", [] { EXPECT_FALSE(IsComplexDataType(ramp(1, 1), 8)); }},
+        {"Boolean IsRealDataType( ImageRef, long )", [] { EXPECT_TRUE(IsRealDataType(ramp(1, 1), 4)); }},
+        {"TagGroup NewTagGroup(  )", [] { EXPECT_EQ(TagGroupCountTags(NewTagGroup()), 0); }},
+        {"TagGroup NewTagList(  )", [] { EXPECT_EQ(TagGroupCountTags(NewTagList()), 0); }},
+        {"void OkDialog( string )", [] { OkDialog("read me"); }},
+        {"BasicImage OpenImage( dm_string )", [] { EXPECT_EQ(ImageGetName(OpenImage("a file")), "a file"); }},
+        {"RealImagePtr RealImage( dm_string, uint32, uint32, uint32 )",
+         [] { EXPECT_EQ(ImageGetDataType(RealImage("", 8, 1, 1)), 12u); }},
+        {"uint64 RegisterCustomTool( uint64, string, uint64 )",
+         [] { UnregisterCustomTool(RegisterCustomTool(1, "tool", 2)); }},
+        {"void UnregisterCustomTool( uint64 )", [] { UnregisterCustomTool(RegisterCustomTool(1, "tool", 2)); }},
+        {"void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )",
+         [] { WriteOutputWindow("test", 1, "a line\n"); }},
+        {"void ShowAlert( dm_string, long )", [] { ShowAlert("careful", 2); }},
+        {"long TagGroupCountTags( TagGroup )", [] { EXPECT_EQ(TagGroupCountTags(NewTagList()), 0); }},
+        {"Boolean TagGroupGetIndexedTagAsTagGroup( TagGroup, long, TagGroup * )",
+         [] {
+             const tag_group_ref list = NewTagList(), inside = NewTagGroup();
+             TagGroupInsertTagAsTagGroup(list, 0, inside);
+             tag_group_ref found;
+             EXPECT_TRUE(TagGroupGetIndexedTagAsTagGroup(list, 0, found));
+             EXPECT_TRUE(found == inside);
+         }},
+        {"Boolean TagGroupGetTagAsFloat( TagGroup, string, float * )",
+         [] {
+             float value = -1;
+             EXPECT_FALSE(TagGroupGetTagAsFloat(NewTagGroup(), "none", value));
+             EXPECT_EQ(value, -1.f);
+         }},
+        {"Boolean TagGroupGetTagAsLong( TagGroup, string, long * )",
+         [] {
+             std::int32_t value = -1;
+             EXPECT_FALSE(TagGroupGetTagAsLong(NewTagGroup(), "none", value));
+             EXPECT_EQ(value, -1);
+         }},
+        {"Boolean TagGroupGetTagAsString( TagGroup, string, dm_string * )",
+         [] {
+             const tag_group_ref group = NewTagGroup();
+             TagGroupSetTagAsString(group, "name", "A1");
+             std::string value;
+             EXPECT_TRUE(TagGroupGetTagAsString(group, "name", value));
+             EXPECT_EQ(value, "A1");
+         }},
+        {"void TagGroupInsertTagAsTagGroup( TagGroup, long, TagGroup )",
+         [] { TagGroupInsertTagAsTagGroup(NewTagList(), 0, NewTagGroup()); }},
+        {"void TagGroupSetTagAsFloat( TagGroup, string, float )",
+         [] {
+             const tag_group_ref group = NewTagGroup();
+             TagGroupSetTagAsFloat(group, "ModA1", 2.5f);
+             float value = 0;
+             EXPECT_TRUE(TagGroupGetTagAsFloat(group, "ModA1", value));
+             EXPECT_EQ(value, 2.5f);
+         }},
+        {"void TagGroupSetTagAsLong( TagGroup, string, long )",
+         [] {
+             const tag_group_ref group = NewTagGroup();
+             TagGroupSetTagAsLong(group, "AngA1", 359);
+             std::int32_t value = 0;
+             EXPECT_TRUE(TagGroupGetTagAsLong(group, "AngA1", value));
+             EXPECT_EQ(value, 359);
+         }},
+        {"void TagGroupSetTagAsString( TagGroup, string, dm_string )",
+         [] { TagGroupSetTagAsString(NewTagGroup(), "name", "text"); }},
+        {"Throwable NewThrowableFromString( dm_string )", [] { EXPECT_TRUE(NewThrowableFromString("oops")); }},
+        {"BasicImage NewImage( dm_string, uint32, uint32... )",
+         [] {
+             EXPECT_EQ(ImageGetDimensionSize(NewImage("line", 3, {7}), 0), 7u);
+             EXPECT_EQ(support::message_of([] { NewImage("", 2, {1, 1, 1, 1}); }), "num_dim <= kMaxDim");
+         }},
+        {"ScriptObject ImageGetLockedData( BasicImage, ulong, ScriptObject )",
+         [] { EXPECT_EQ(qorv::dm::read_lock{ramp(3, 2)}.height(), 2); }},
+        {"uint32 ImageData_CountSlices( ScriptObject img_src )",
+         [] {
+             const script_object_ref lock = ImageGetLockedData(ramp(3, 2), HOST_LOCK_READ, {});
+             EXPECT_EQ(ImageData_CountSlices(lock), 1u);
+         }},
+        {"void *ImageData_GetSlice( ScriptObject img_src, uint32 slice_index, uint32 des_num_dim, uint32 *act_num_dim, "
+         "uint32 *data_type, uint32 *pack_style, sint32 *dimension_info...)",
+         [] {
+             const qorv::dm::read_lock lock{NewImage("v", 2, {2, 3, 4})};
+             EXPECT_EQ(lock.strides(), (qorv::dm::image<char>::extents{1, 2, 6}));
+             EXPECT_EQ(lock.sizes(), (qorv::dm::image<char>::extents{2, 3, 4}));
+         }},
+        {"ScriptObject NewImageDataSlice( uint32, uint32, long... )",
+         [] {
+             const host_data_slice slice{2, 2, {1, 2, 0}, {3, 4, 0}};
+             const auto back = ExtractImageDataSequenceFromScriptObjectOrFail(NewImageDataSlice(slice));
+             EXPECT_EQ(std::tie(back.num_dim, back.start[1], back.extent[0]), std::tuple(2u, 2, 3));
+         }},
+        {"void ExtractImageDataSequenceFromScriptObjectOrFail( ScriptObject, void * )",
+         [] {
+             ExtractImageDataSequenceFromScriptObjectOrFail(NewImageDataSlice({2, 1, {}, {5, 0, 0}}));
+         }},
+        {"Function NewAbstractMethod( dm_string, dm_string )",
+         [] { EXPECT_TRUE(NewAbstractMethod("OnApply", "void OnApply( ScriptObject self )")); }},
+    };
+}
+
+TEST(HostInterface, EveryFunctionIsFoundByItsTextAndCalled)
+{
+    linked to{{.open_image = [](const std::string& path) {
+        return zentrix::host::image::create(path, 2, std::array{1u, 1u});
+    }}};
+    for (const auto& [prototype, call] : all_calls()) {
+        to.host.faults().clear();
+        EXPECT_EQ(support::message_of(call), "") << prototype;
+        EXPECT_EQ(support::message_of(call), "") << prototype << ", again from its slot";
+    }
+    EXPECT_EQ(to.host.records().dialogs().size(), 4u);
+    EXPECT_EQ(to.host.records().output().size(), 2u);
+    Gatan::PlugIn::set_current_link(nullptr);
+    EXPECT_EQ(to.host.report().text(), "");
+}
+
+TEST(HostInterface, MissingFunctionsAreNamed)
+{
+    for (const auto& [prototype, call] : all_calls()) {
+        if (std::string_view{prototype}.find("WriteOutputWindow") != std::string_view::npos) continue;
+        linked to{{.withheld = {prototype}}};
+        EXPECT_EQ(support::message_of(call),
+                  std::string{"A function of the following prototype can not be found:\n\n"} + prototype);
+        Gatan::PlugIn::set_current_link(nullptr);
+        EXPECT_THAT(to.host.report().references, testing::IsEmpty()) << prototype;
+    }
+}
+
+TEST(HostInterface, FailingCallsCarryTheHostsText)
+{
+    for (const auto& [prototype, call] : all_calls()) {
+        linked to{{.open_image = [](const std::string& path) {
+            return zentrix::host::image::create(path, 2, std::array{1u, 1u});
+        }}};
+        to.host.faults().plan({fault_point::call, 1, prototype, "no such luck"});
+        EXPECT_EQ(support::message_of(call), "no such luck") << prototype;
+        Gatan::PlugIn::set_current_link(nullptr);
+        EXPECT_EQ(to.host.report().text(), "") << prototype;
+    }
+}
+
+TEST(HostInterface, MethodsAreFoundByNameAndPrototype)
+{
+    EXPECT_EQ(support::message_of([] { call_method<void>({}, "OnApply", "void OnApply( ScriptObject self )"); }),
+              "Attempt to dispatch off a null object.");
+    linked to;
+    const script_object_ref lock = ImageGetLockedData(ramp(1, 1), HOST_LOCK_READ, {});
+    EXPECT_EQ(support::message_of([&] { call_method<void>(lock, "Fly", "void Fly( ScriptObject self )"); }),
+              "A function of the following prototype can not be found:\n\nvoid Fly( ScriptObject self )");
+}
+
+TEST(HostInterface, WithoutAnOutputWindowTheDebuggerGetsALine)
+{
+    linked to{{.has_output_window = false}};
+#ifndef _WIN32
+    testing::internal::CaptureStderr();
+    WriteOutputWindow("test", 1, "a line\n");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "No DM output window\n");
+#endif
+    EXPECT_EQ(to.host.records().output().size(), 0u);
+}
+
+TEST(ImageLock, CopiesShareOneLockAndTheLastGivesItBack)
+{
+    linked to;
+    const image_ref image = ramp(3, 2);
+    {
+        qorv::dm::write_lock lock{image};
+        const auto view = lock.view<float>();
+        EXPECT_EQ(to.host.report().locks.size(), 1u);
+        {
+            const qorv::dm::write_lock copy = lock;
+        }
+        EXPECT_EQ(to.host.report().locks.size(), 1u);
+        EXPECT_EQ(support::message_of([&] { lock.view<double>(); }), "Invalid data type.");
+        lock.release();
+        EXPECT_EQ(to.host.report().locks.size(), 0u);
+        lock.release();
+    }
+    EXPECT_EQ(support::message_of([] { qorv::dm::read_lock{image_ref{}}; }), "Parameters are invalid.");
+}
+
+// The check that a native function fits its prototype.
+std::int32_t takes_long(std::int32_t) { return 0; }
+void gives_double(output<double>) {}
+
+TEST(Registration, MisfitsAreRefused)
+{
+    linked to;
+    Gatan::PlugIn::PlugInMain plug_in;
+    for (const char* prototype : {"double F(long n)", "long F(double n)", "long F(long n, long m)", "long F()"})
+        EXPECT_EQ(support::message_of([&] { add_function<takes_long>(plug_in, prototype); }),
+                  "The native function does not fit the prototype \"" + std::string{prototype} + "\".");
+    EXPECT_EQ(support::message_of([&] { add_function<takes_long>(plug_in, "long F(long n)"); }), "");
+    EXPECT_NE(support::message_of([&] { add_function<gives_double>(plug_in, "void G(float * x)"); }), "");
+    EXPECT_EQ(support::message_of([&] { add_function<gives_double>(plug_in, "void G(double * x)"); }), "");
+}
+
+}  // namespace

@@ -1,0 +1,123 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <complex>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <optional>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/engine.h"
+#include "host/library.h"
+#include "image/element_type.h"
+
+/// The built library, loaded into the stand-alone host as any program loads it.
+namespace script {
+
+using namespace zentrix::host;
+using integer = std::int64_t;
+
+/// A host with the library in it. Its end fails the test when anything is still held or the contract was breached.
+class script_host
+{
+  public:
+    explicit script_host(engine_options options = with_checks()) : engine_{std::move(options)}
+    {
+        library_.emplace(engine_, find_library_file());
+    }
+    ~script_host()
+    {
+        library_.reset();
+        EXPECT_EQ(engine_.report().text(), "");
+    }
+
+    engine& host() { return engine_; }
+    script_value call(std::string_view name, const std::vector<script_value>& arguments)
+    {
+        return engine_.call(name, arguments);
+    }
+    image_ref call_image(std::string_view name, const std::vector<script_value>& arguments)
+    {
+        return object_in<image>(call(name, arguments));
+    }
+    /// The text with which the call fails; empty when it does not.
+    std::string failure(std::string_view name, const std::vector<script_value>& arguments)
+    {
+        try {
+            call(name, arguments);
+        } catch (const script_error& error) {
+            return error.what();
+        }
+        return {};
+    }
+    void use_simd(bool on) { call("ZXSetUseSIMD", {integer{on}}); }
+
+    static engine_options with_checks()
+    {
+        engine_options options;
+        options.check_read_locks = true;
+        options.file_exists = [](const std::string&) { return true; };
+        return options;
+    }
+
+  private:
+    engine engine_;
+    std::optional<library> library_;
+};
+
+/// An image of element type T filled from `pixels` (x fastest); the rest stays zero.
+template <class T>
+image_ref image_of(const std::vector<T>& pixels, std::vector<std::uint32_t> sizes)
+{
+    auto made = image::create("test", static_cast<std::uint32_t>(qorv::dm::data_type_of<T>), sizes);
+    std::memcpy(made->data(), pixels.data(), std::min(pixels.size(), made->count()) * sizeof(T));
+    return made;
+}
+
+template <class T>
+std::vector<T> pixels_of(const image_ref& picture)
+{
+    EXPECT_EQ(picture->code(), static_cast<std::uint32_t>(qorv::dm::data_type_of<T>));
+    const auto* data = static_cast<const T*>(picture->data());
+    return {data, data + picture->count()};
+}
+
+/// An image of the host's element code, filled with repeatable noise that is finite for every type.
+inline image_ref noise(std::uint32_t code, std::vector<std::uint32_t> sizes, unsigned seed = 1)
+{
+    auto made = image::create("noise", code, sizes);
+    std::mt19937 random{seed};
+    const auto fill = [&]<class T>(T) {
+        auto* values = static_cast<T*>(made->data());
+        const std::size_t count = made->count() * made->type().bytes / sizeof(T);
+        std::uniform_real_distribution<double> spread{std::is_signed_v<T> ? -100. : 0., 100.};
+        for (std::size_t i = 0; i < count; ++i) values[i] = static_cast<T>(spread(random));
+    };
+    switch (code) {
+        case 1: fill(std::int16_t{}); break;
+        case 2:
+        case 3: fill(float{}); break;
+        case 7: fill(std::int32_t{}); break;
+        case 9: fill(std::int8_t{}); break;
+        case 10: fill(std::uint16_t{}); break;
+        case 11: fill(std::uint32_t{}); break;
+        case 12:
+        case 13: fill(double{}); break;
+        default: fill(std::uint8_t{});
+    }
+    return made;
+}
+
+/// All bytes of a contiguous image.
+inline std::vector<unsigned char> bytes_of(const image_ref& picture)
+{
+    const auto* data = static_cast<const unsigned char*>(picture->data());
+    return {data, data + picture->count() * picture->type().bytes};
+}
+
+}  // namespace script
