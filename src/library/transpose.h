@@ -50,6 +50,11 @@ using transpose_kernel = void(const voxels& from, const voxels& to, std::size_t 
 /// Element by element in the destination's order.
 transpose_kernel transpose_plain;
 
-inline constexpr dm::variant<transpose_kernel> transpose_variants[] = {{"plain", dm::cpu::none, transpose_plain}};
+/// Long stretches of rows through small blocks; x and z of elements with 1, 2, 4, 8 or 16 bytes, y and z of any. Volumes
+/// without contiguous rows and other elements go to the plain variant.
+transpose_kernel transpose_sse;
+
+inline constexpr dm::variant<transpose_kernel> transpose_variants[] = {{"sse2", dm::cpu::sse2, transpose_sse},
+                                                                       {"plain", dm::cpu::none, transpose_plain}};
 
 }  // namespace qorv::library
