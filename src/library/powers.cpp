@@ -1,0 +1,53 @@
+#include "library/powers.h"
+
+#include "numeric/arrays.h"
+#include "numeric/log.h"
+#include "numeric/pow.h"
+
+#include <cmath>
+
+namespace qorv::library {
+namespace {
+
+float power(float base, float exponent) { return numeric::pow(base, exponent); }
+double power(double base, double exponent) { return std::pow(base, exponent); }
+float natural_logarithm(float x) { return numeric::log(x); }
+double natural_logarithm(double x) { return std::log(x); }
+
+constexpr double one_over_log_of_2 = 1 / 0.693147180559945309417;
+
+}  // namespace
+
+template <class T>
+void exp2_plain(const T* a, T* dst, std::ptrdiff_t count)
+{
+    for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = power(T{2}, a[i]);
+}
+
+void exp2_vector(const float* a, float* dst, std::ptrdiff_t count) { numeric::exp2(a, dst, count); }
+
+template <class T>
+void pow_plain(const T* a, const T* b, T* dst, std::ptrdiff_t count)
+{
+    for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = power(a[i], b[i]);
+}
+
+void pow_vector(const float* a, const float* b, float* dst, std::ptrdiff_t count) { numeric::pow(a, b, dst, count); }
+
+template <class T>
+void log2(const T* a, T* dst, std::ptrdiff_t count)
+{
+    constexpr auto s = static_cast<T>(one_over_log_of_2);
+#pragma GCC ivdep
+    for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = natural_logarithm(a[i]) * s;
+}
+
+#define INSTANTIATE(T)                                               \
+    template void exp2_plain(const T*, T*, std::ptrdiff_t);          \
+    template void pow_plain(const T*, const T*, T*, std::ptrdiff_t); \
+    template void log2(const T*, T*, std::ptrdiff_t);
+INSTANTIATE(float)
+INSTANTIATE(double)
+#undef INSTANTIATE
+
+}  // namespace qorv::library

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "image/processor.h"
+
+#include <cstddef>
+
+/// Powers and logarithms of real images, float and double, as `count` elements in one flat sequence. Each function works
+/// in place: the result may be one of its sources; other overlaps are not allowed. Special values follow C's tables for
+/// pow and log.
+///
+/// Exactness  float: numeric/pow.h, numeric/log.h; double: the C library's, within 1 ulp. Rows of a table agree to the bit.
+namespace qorv::library {
+
+template <class T>
+using one_source = void(const T* a, T* dst, std::ptrdiff_t count);
+template <class T>
+using two_sources = void(const T* a, const T* b, T* dst, std::ptrdiff_t count);
+
+/// 2^a as pow(2, a).
+template <class T>
+one_source<T> exp2_plain;
+one_source<float> exp2_vector;  // without the logarithm of 2, which is 1 exactly
+
+/// a^b
+template <class T>
+two_sources<T> pow_plain;
+two_sources<float> pow_vector;
+
+template <class T>
+inline constexpr dm::variant<one_source<T>> exp2_variants[] = {{"plain", dm::cpu::none, exp2_plain<T>}};
+template <>
+inline constexpr dm::variant<one_source<float>> exp2_variants<float>[] = {
+    {"sse2", dm::cpu::sse2, exp2_vector},
+    {"plain", dm::cpu::none, exp2_plain<float>},
+};
+template <class T>
+inline constexpr dm::variant<two_sources<T>> pow_variants[] = {{"plain", dm::cpu::none, pow_plain<T>}};
+template <>
+inline constexpr dm::variant<two_sources<float>> pow_variants<float>[] = {
+    {"sse2", dm::cpu::sse2, pow_vector},
+    {"plain", dm::cpu::none, pow_plain<float>},
+};
+
+/// dst = 2^a
+template <class T>
+void exp2(const T* a, T* dst, std::ptrdiff_t count)
+{
+    dm::choose(exp2_variants<T>).function(a, dst, count);
+}
+
+/// dst = a^b
+template <class T>
+void pow(const T* a, const T* b, T* dst, std::ptrdiff_t count)
+{
+    dm::choose(pow_variants<T>).function(a, b, dst, count);
+}
+
+/// dst = ln(a) * s, s = 1 / ln 2 computed in double precision and rounded to T: two roundings, so that the logarithm of
+/// a power of two need not be an integer to the last bit. One loop for all processors: the compiler vectorises it.
+template <class T>
+void log2(const T* a, T* dst, std::ptrdiff_t count);
+
+}  // namespace qorv::library

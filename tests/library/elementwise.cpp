@@ -1,0 +1,316 @@
+#include "image/processor.h"
+#include "library/modulus.h"
+#include "library/norm.h"
+#include "library/polar.h"
+#include "library/powers.h"
+#include "support/same_bytes.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+namespace library = qorv::library;
+using qorv::dm::runnable;
+
+template <class T>
+using complex = std::complex<T>;
+template <class T>
+constexpr T infinity = std::numeric_limits<T>::infinity();
+template <class T>
+constexpr T nan = std::numeric_limits<T>::quiet_NaN();
+template <class T>
+constexpr T huge = std::numeric_limits<T>::max() / 2;
+template <class T>
+constexpr T tiny = std::numeric_limits<T>::denorm_min() * 8;
+
+template <class T>
+std::vector<T> noise(std::size_t count, T scale = 10)
+{
+    std::mt19937 generator{11};
+    std::normal_distribution<T> values;
+    std::vector<T> result(count);
+    for (T& x : result) x = scale * values(generator);
+    return result;
+}
+
+template <class T>
+std::vector<complex<T>> complex_noise(std::size_t count)
+{
+    const std::vector<T> parts = noise<T>(2 * count);
+    std::vector<complex<T>> result(count);
+    for (std::size_t i = 0; i < count; ++i) result[i] = {parts[2 * i], parts[2 * i + 1]};
+    return result;
+}
+
+/// Distance from the truth in units of the last place of a number of that size.
+template <class T>
+T ulps(T got, long double truth)
+{
+    const int last = std::ilogb(truth) - std::numeric_limits<T>::digits + 1;
+    return static_cast<T>(std::abs(std::ldexp(got - truth, -last)));
+}
+
+template <class T>
+void expect_same_kind(T got, T wanted, const char* what)
+{
+    if (std::isnan(wanted))
+        EXPECT_TRUE(std::isnan(got)) << what << ": " << got;
+    else
+        EXPECT_EQ(got, wanted) << what;
+}
+
+template <class T>
+struct Elementwise : testing::Test
+{
+    void SetUp() override { qorv::dm::read_processor_features(); }
+};
+using precisions = testing::Types<float, double>;
+TYPED_TEST_SUITE(Elementwise, precisions);
+
+TYPED_TEST(Elementwise, ModulusIsWithinTheLastPlaces)
+{
+    using T = TypeParam;
+    const auto src = complex_noise<T>(5000);
+    for (const auto& variant : runnable(library::modulus_variants<T>)) {
+        std::vector<T> got(src.size());
+        variant.function(src.data(), got.data(), static_cast<std::ptrdiff_t>(src.size()));
+        for (std::size_t i = 0; i < src.size(); ++i) {
+            const long double re = src[i].real(), im = src[i].imag();
+            ASSERT_LE(ulps(got[i], std::sqrt(re * re + im * im)), 1.5) << variant.name << src[i];
+        }
+    }
+}
+
+TYPED_TEST(Elementwise, SafeModulusKeepsItsScaleAndItsSpecialValues)
+{
+    using T = TypeParam;
+    const struct
+    {
+        complex<T> z;
+        T modulus, vector_modulus;
+    } table[] = {
+        {{3, -4}, 5, 5},
+        {{0, -0.0}, 0, 0},
+        {{-huge<T>, 0}, huge<T>, infinity<T>},
+        {{huge<T> / 8 * 3, huge<T> / 2}, huge<T> / 8 * 5, infinity<T>},
+        {{tiny<T> * 3, tiny<T> * 4}, tiny<T> * 5, 0},
+        {{infinity<T>, nan<T>}, infinity<T>, nan<T>},
+        {{nan<T>, -infinity<T>}, infinity<T>, nan<T>},
+        {{nan<T>, 1}, nan<T>, nan<T>},
+        {{infinity<T>, 1}, infinity<T>, infinity<T>},
+    };
+    for (const auto& row : table) {
+        T plain, vector, with_phase, phase;
+        library::modulus_plain(&row.z, &plain, 1);
+        library::modulus_vector(&row.z, &vector, 1);
+        library::modulus_and_phase(&row.z, &with_phase, &phase, 1);
+        expect_same_kind(plain, row.modulus, "plain");
+        expect_same_kind(with_phase, row.modulus, "with phase");
+        expect_same_kind(vector, row.vector_modulus, "vector");
+    }
+}
+
+TYPED_TEST(Elementwise, PolarIsUndoneByModulusAndPhase)
+{
+    using T = TypeParam;
+    const std::size_t count = 3001;
+    std::vector<T> rho = noise<T>(count), theta(count), rho_back(count), theta_back(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        rho[i] = std::abs(rho[i]) + 1;
+        theta[i] = static_cast<T>((double(i) / 1500 - 1) * 3.14159);
+    }
+    std::vector<complex<T>> z(count);
+    library::polar(rho.data(), theta.data(), z.data(), count);
+    library::modulus_and_phase(z.data(), rho_back.data(), theta_back.data(), count);
+    const T epsilon = std::numeric_limits<T>::epsilon();
+    for (std::size_t i = 0; i < count; ++i) {
+        ASSERT_NEAR(rho_back[i] / rho[i], 1, 3 * epsilon) << i;
+        ASSERT_NEAR(theta_back[i], theta[i], 4 * epsilon) << i;
+    }
+}
+
+TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
+{
+    using T = TypeParam;
+    std::vector<T> theta = noise<T>(2000, 1000);
+    theta.insert(theta.end(), {0, static_cast<T>(1e6), static_cast<T>(-22), static_cast<T>(355)});
+    std::vector<complex<T>> z(theta.size());
+    library::polar(T{-2}, theta.data(), z.data(), static_cast<std::ptrdiff_t>(theta.size()));
+    for (std::size_t i = 0; i < theta.size(); ++i) {
+        const double tolerance = 4 * std::numeric_limits<T>::epsilon();
+        ASSERT_NEAR(z[i].real(), -2 * std::cos(static_cast<long double>(theta[i])), tolerance) << theta[i];
+        ASSERT_NEAR(z[i].imag(), -2 * std::sin(static_cast<long double>(theta[i])), tolerance) << theta[i];
+    }
+    const T never = infinity<T>;
+    library::polar(T{1}, &never, z.data(), 1);
+    EXPECT_TRUE(std::isnan(z[0].real()) && std::isnan(z[0].imag()));
+}
+
+TYPED_TEST(Elementwise, PhaseCoversAllQuadrants)
+{
+    using T = TypeParam;
+    const T pi = static_cast<T>(3.14159265358979323846L);
+    const struct
+    {
+        complex<T> z;
+        T phase;
+    } table[] = {{{2, 2}, pi / 4},   {{0, 5}, pi / 2},         {{-1, 1}, pi * 3 / 4},          {{-3, 0}, pi},
+                 {{-3, -T{0}}, -pi}, {{0, -tiny<T>}, -pi / 2}, {{huge<T>, -huge<T>}, -pi / 4}, {{0, 0}, 0}};
+    for (const auto& row : table) {
+        T modulus, phase;
+        library::modulus_and_phase(&row.z, &modulus, &phase, 1);
+        EXPECT_NEAR(phase, row.phase, 2 * std::numeric_limits<T>::epsilon()) << row.z;
+    }
+}
+
+TYPED_TEST(Elementwise, UnitPhaseHasModulusOneAndTheSameDirection)
+{
+    using T = TypeParam;
+    std::vector<complex<T>> z = complex_noise<T>(1000);
+    const std::vector<complex<T>> src = z;
+    library::unit_phase(z.data(), z.data(), static_cast<std::ptrdiff_t>(z.size()));
+    for (std::size_t i = 0; i < z.size(); ++i)
+        ASSERT_LT(std::abs(z[i] - src[i] / std::abs(src[i])), 4 * std::numeric_limits<T>::epsilon()) << src[i];
+
+    const complex<T> extremes[] = {{huge<T>, -huge<T>}, {0, tiny<T>}, {-tiny<T>, tiny<T>}, {0, 0}};
+    const T half = std::sqrt(T{2}) / 2;
+    const complex<T> wanted[] = {{half, -half}, {0, 1}, {-half, half}, {0, 0}};
+    complex<T> got[4];
+    library::unit_phase(extremes, got, 4);
+    for (int i = 0; i < 4; ++i)
+        EXPECT_LT(std::abs(got[i] - wanted[i]), 2 * std::numeric_limits<T>::epsilon()) << extremes[i];
+}
+
+TYPED_TEST(Elementwise, PowersAndLogarithmsHaveTheirValues)
+{
+    using T = TypeParam;
+    const std::vector<T> a{0, 1, 10, -3, T{0.5}, -infinity<T>, infinity<T>, nan<T>};
+    const std::vector<T> powers_of_2{1, 2, 1024, T{0.125}, std::sqrt(T{2}), 0, infinity<T>, nan<T>};
+    const std::vector<T> b{0, 8, -infinity<T>, T{0.25}, -1, infinity<T>, -0.0, nan<T>};
+    const std::vector<T> logarithms_of_b{-infinity<T>, 3, nan<T>, -2, nan<T>, infinity<T>, -infinity<T>, nan<T>};
+    const std::vector<T> a_to_b{1, 1, 0, nan<T>, 2, infinity<T>, 1, nan<T>};
+    const auto expect = [&](const std::vector<T>& got, const std::vector<T>& wanted, const char* what) {
+        for (std::size_t i = 0; i < wanted.size(); ++i)
+            if (std::isfinite(wanted[i]))
+                EXPECT_NEAR(got[i], wanted[i], 4 * std::numeric_limits<T>::epsilon() * std::abs(wanted[i]))
+                    << what << i;
+            else
+                expect_same_kind(got[i], wanted[i], what);
+    };
+    std::vector<T> got(a.size());
+    for (const auto& variant : runnable(library::exp2_variants<T>)) {
+        variant.function(a.data(), got.data(), 8);
+        expect(got, powers_of_2, variant.name);
+    }
+    for (const auto& variant : runnable(library::pow_variants<T>)) {
+        variant.function(a.data(), b.data(), got.data(), 8);
+        expect(got, a_to_b, variant.name);
+    }
+    library::log2(b.data(), got.data(), 8);
+    expect(got, logarithms_of_b, "log2");
+}
+
+TYPED_TEST(Elementwise, LogarithmIsTheNaturalOneTimesARoundedFactor)
+{
+    using T = TypeParam;
+    const T x = 3, factor = static_cast<T>(1.4426950408889634);
+    T got;
+    library::log2(&x, &got, 1);
+    EXPECT_EQ(got, static_cast<T>(1.0986122886681098) * factor);
+}
+
+TYPED_TEST(Elementwise, NormIsTheScaledSumOfSquares)
+{
+    using T = TypeParam;
+    const double scale = 0.1;  // not a float
+    std::vector<complex<T>> src = complex_noise<T>(70);
+    for (std::size_t count = 0; count <= 67; ++count) {
+        support::framed<T> real{count};
+        support::framed<complex<T>> apart{count};
+        std::vector<complex<T>> in_place(src.begin(), src.begin() + static_cast<std::ptrdiff_t>(count));
+        const auto n = static_cast<std::ptrdiff_t>(count);
+        library::norm(src.data(), scale, real.inside(), n);
+        library::norm(src.data(), scale, apart.inside(), n);
+        library::norm(in_place.data(), scale, in_place.data(), n);
+        std::vector<T> wanted;
+        std::vector<complex<T>> wanted_complex;
+        for (std::size_t i = 0; i < count; ++i) {
+            const T re = src[i].real(), im = src[i].imag();
+            wanted.push_back((re * re + im * im) * static_cast<T>(scale));
+            wanted_complex.push_back(wanted.back());
+        }
+        EXPECT_TRUE(support::same_bytes(real.copy(), wanted));
+        EXPECT_TRUE(support::same_bytes(apart.copy(), wanted_complex));
+        EXPECT_TRUE(support::same_bytes(in_place, wanted_complex));
+        EXPECT_TRUE(real.frame_untouched() && apart.frame_untouched());
+    }
+}
+
+/// Runs `call(result, count)` into guarded memory and compares with the result of one element at a time.
+template <class R, class Call, class Single>
+void expect_same_at_every_count(const char* what, Call&& call, Single&& single)
+{
+    for (std::size_t count = 0; count <= 67; ++count) {
+        support::framed<R> result{count};
+        call(result.inside(), static_cast<std::ptrdiff_t>(count));
+        std::vector<R> wanted(count);
+        for (std::size_t i = 0; i < count; ++i) single(&wanted[i], i);
+        ASSERT_TRUE(support::same_bytes(result.copy(), wanted)) << what << " of " << count;
+        ASSERT_TRUE(result.frame_untouched()) << what;
+    }
+}
+
+TYPED_TEST(Elementwise, EveryCountGivesTheBitsOfSingleElementsAndOfThePlainKernel)
+{
+    using T = TypeParam;
+    std::vector<T> a = noise<T>(67, 3), b = noise<T>(67, 2);
+    std::vector<complex<T>> z = complex_noise<T>(67);
+    a[3] = 0, b[4] = infinity<T>, a[9] = -2, b[9] = 3, a[20] = tiny<T>, z[5] = {huge<T>, tiny<T>},
+    z[6] = {tiny<T>, tiny<T>}, z[7] = 0;
+    std::vector<T> phase(67);
+    for (const auto& variant : runnable(library::modulus_variants<T>))
+        expect_same_at_every_count<T>(
+            variant.name, [&](T* result, auto n) { variant.function(z.data(), result, n); },
+            [&](T* result, std::size_t i) { variant.function(&z[i], result, 1); });
+    for (const auto& variant : runnable(library::exp2_variants<T>))
+        expect_same_at_every_count<T>(
+            "exp2", [&](T* result, auto n) { variant.function(a.data(), result, n); },
+            [&](T* result, std::size_t i) { library::exp2_plain(&a[i], result, 1); });
+    for (const auto& variant : runnable(library::pow_variants<T>))
+        expect_same_at_every_count<T>(
+            "pow", [&](T* result, auto n) { variant.function(a.data(), b.data(), result, n); },
+            [&](T* result, std::size_t i) { library::pow_plain(&a[i], &b[i], result, 1); });
+    expect_same_at_every_count<T>(
+        "log2", [&](T* result, auto n) { library::log2(a.data(), result, n); },
+        [&](T* result, std::size_t i) { library::log2(&a[i], result, 1); });
+    expect_same_at_every_count<T>(
+        "phase", [&](T* result, auto n) { library::modulus_and_phase(z.data(), phase.data(), result, n); },
+        [&](T* result, std::size_t i) { library::modulus_and_phase(&z[i], phase.data(), result, 1); });
+    expect_same_at_every_count<complex<T>>(
+        "polar", [&](complex<T>* result, auto n) { library::polar(a.data(), b.data(), result, n); },
+        [&](complex<T>* result, std::size_t i) { library::polar(a[i], &b[i], result, 1); });
+    expect_same_at_every_count<complex<T>>(
+        "unit phase", [&](complex<T>* result, auto n) { library::unit_phase(z.data(), result, n); },
+        [&](complex<T>* result, std::size_t i) { library::unit_phase(&z[i], result, 1); });
+}
+
+TYPED_TEST(Elementwise, ThePowersWorkInPlace)
+{
+    using T = TypeParam;
+    const std::vector<T> a = noise<T>(67, 1), b = noise<T>(67, 2);
+    std::vector<T> wanted(67), got = b;
+    library::pow(a.data(), b.data(), wanted.data(), 67);
+    library::pow(a.data(), got.data(), got.data(), 67);
+    EXPECT_TRUE(support::same_bytes(got, wanted));
+    got = a;
+    library::pow(got.data(), b.data(), got.data(), 67);
+    EXPECT_TRUE(support::same_bytes(got, wanted));
+}
+
+}  // namespace
