@@ -99,7 +99,7 @@ TEST(tag_functions, read_write_and_leave_outputs_alone_where_there_is_no_tag)
     EXPECT_EQ(log, "DisplayMode=5;");
 
     const auto list = host.call("NewTagList", {});
-    for (const int place : {-1, 99, 0}) {
+    for (const int place : {99, -1, 0}) {
         const auto group = host.call("NewTagGroup", {});
         host.call("TagGroupSetTagAsString", {group, std::string{"n"}, std::to_string(place)});
         host.call("TagGroupInsertTagAsTagGroup", {list, number(place), group});
@@ -110,7 +110,7 @@ TEST(tag_functions, read_write_and_leave_outputs_alone_where_there_is_no_tag)
         EXPECT_EQ(host.call("TagGroupGetTagAsString", {out->value, std::string{"n"}, text}), number(1));
         order += std::get<std::string>(text->value) + " ";
     }
-    EXPECT_EQ(order, "0 -1 99 ");
+    EXPECT_EQ(order, "0 99 -1 ");
     EXPECT_EQ(host.call("TagGroupCountTags", {list}), number(3));
 }
 
