@@ -2,7 +2,6 @@
 // leaves this file when its own entry arrives.
 #include <stdexcept>
 
-#include "library/elementwise_entry.h"
 #include "library/files_entry.h"
 #include "library/reciprocal_entry.h"
 #include "library/statistics_entry.h"
@@ -31,17 +30,6 @@ image_ref OpenImageDM(const std::string&, std::int32_t, std::int32_t, std::int32
     not_available_yet();
 }
 void SortNumberedNameDM(tag_group_ref) { not_available_yet(); }
-
-// elementwise_entry.h
-image_ref Polar1DM(image_ref, image_ref, image_ref) { not_available_yet(); }
-image_ref Polar2DM(double, image_ref, image_ref) { not_available_yet(); }
-void AbsArgDM(image_ref, output<image_ref>, output<image_ref>) { not_available_yet(); }
-image_ref AbsDM(image_ref, image_ref) { not_available_yet(); }
-image_ref Exp2DM(image_ref, image_ref) { not_available_yet(); }
-image_ref Log2DM(image_ref, image_ref) { not_available_yet(); }
-image_ref PowDM(image_ref, image_ref, image_ref) { not_available_yet(); }
-image_ref CArgDM(image_ref, image_ref) { not_available_yet(); }
-image_ref CNormDM(image_ref, double, image_ref) { not_available_yet(); }
 
 // statistics_entry.h
 void SurveyDifferenceDM(image_ref, image_ref, output<double>, output<double>, output<double>, output<double>,

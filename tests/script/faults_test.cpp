@@ -106,6 +106,42 @@ const case_row rows[] = {
      [] {
          return std::vector<script_value>{picture(6, {8, 4}), cell(), cell(), cell(), cell()};
      }},
+    {"ZXPolar",
+     [] {
+         return std::vector<script_value>{picture(2, {8, 4}), picture(2, {8, 4}), null()};
+     }},
+    {"ZXPolar",
+     [] {
+         return std::vector<script_value>{2.5, picture(12, {8, 4}), picture(13, {8, 4})};
+     }},
+    {"ZXAbsArg",
+     [] {
+         return std::vector<script_value>{picture(3, {8, 4}), cell(), cell()};
+     }},
+    {"ZXAbs",
+     [] {
+         return std::vector<script_value>{picture(13, {8, 4}), null()};
+     }},
+    {"ZXExp2",
+     [] {
+         return std::vector<script_value>{picture(2, {8, 4}), null()};
+     }},
+    {"ZXLog2",
+     [] {
+         return std::vector<script_value>{picture(12, {8, 4}), picture(12, {8, 4})};
+     }},
+    {"ZXPow",
+     [] {
+         return std::vector<script_value>{picture(2, {8, 4}), picture(2, {8, 4}), null()};
+     }},
+    {"ZXCArg",
+     [] {
+         return std::vector<script_value>{picture(3, {8, 4}), null()};
+     }},
+    {"ZXNorm",
+     [] {
+         return std::vector<script_value>{picture(3, {8, 4}), 0.5, picture(2, {8, 4})};
+     }},
     {"ZXTransposeXZ",
      [] {
          return std::vector<script_value>{picture(13, {2, 3, 4}), null()};
