@@ -35,8 +35,8 @@ window ft_window_of(std::int32_t mode);
 /// Exactness  double, to the last bits of the system's cosine
 /// Source     Harris, Proc. IEEE 66 (1978) 51-83 (Hann, Hamming, Blackman, Tukey, Kaiser, Blackman-Harris);
 ///            Nuttall, IEEE Trans. ASSP 29 (1981) 84-91 (four terms, lowest side lobes);
-///            D'Antona, Ferrero, Digital Signal Processing for Measurement Systems, Springer (2006) 70-72 (flat top);
-///            Princen, Bradley, IEEE Trans. ASSP 34 (1986) 1153-1161 (sine); Xiph.org, Vorbis I, 1.3.2 (Vorbis)
+///            D'Antona, Ferrero, Digital Signal Processing for Measurement Systems, Springer (2006) 70 (flat top);
+///            Princen, Bradley, IEEE Trans. ASSP 34 (1986) 1153-1161 (sine); Xiph.org, Vorbis I, 4.3.1 (Vorbis)
 std::vector<double> window_curve(window shape, std::ptrdiff_t size);
 
 /// The numbers of ((element - a) * window) * b + c.

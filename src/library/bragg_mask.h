@@ -13,8 +13,9 @@ struct lattice
     double origin_x, origin_y;
 
     /// From a matrix of two rows: x = m11 h + m12 k + m13, y = m21 h + m22 k + m23. Without a third column the origin
-    /// is pixel (width / 2, height / 2), where a centred transform has its own. matrix  2 or 3 wide, 2 high Throws
-    /// errors::invalid_matrix_size; errors::parameters_invalid for an element that is not finite
+    /// is pixel (width / 2, height / 2), where a centred transform has its own.
+    /// matrix  2 or 3 wide, 2 high
+    /// Throws  errors::invalid_matrix_size; errors::parameters_invalid for an element that is not finite
     template <class Element>
     static lattice from(const dm::image<const Element>& matrix, std::ptrdiff_t width, std::ptrdiff_t height);
 };
@@ -25,8 +26,8 @@ struct disc
     double radius;  ///< [pixel] >= 0
     double rim;     ///< half the width of the soft rim, [pixel] >= 0
 
-    /// 1 up to radius - rim, 0 from radius + rim on, between them half a period of a cosine: (1 - sin(pi/2 (d - radius)
-    /// / rim)) / 2. Without a rim 1 up to the radius itself.
+    /// 1 up to radius - rim and 0 from radius + rim on; between them half a period of a cosine,
+    /// (1 - sin(pi/2 (distance - radius) / rim)) / 2. Without a rim 1 up to the radius itself.
     double at(double distance) const;
 };
 
@@ -41,8 +42,7 @@ using mask_plane = std::vector<double>;
 
 /// Discs about every point of the lattice that reaches into the image.
 /// Throws  errors::parameters_invalid for a radius or rim that is negative or not finite, and for lattice vectors that
-/// are
-///         parallel or zero
+///         are parallel or zero
 mask_plane lattice_mask(const lattice& points, const disc& shape, std::ptrdiff_t width, std::ptrdiff_t height);
 
 /// Discs about each peak, in pixels. A peak that is not finite has no disc.

@@ -24,9 +24,7 @@ struct position
 /// or the cycles are used up. A pixel's mass is its value minus the threshold; one at or below it, or NaN, has none.
 /// source     one plane, any strides, any of the eight real element types
 /// center     in: where to start; out: the centre found. Left alone when the result is 0.
-/// Returns    the cycles used, the one that found the centre at rest included; 0 when a cycle found no mass, or
-/// infinite
-///            mass
+/// Returns    the cycles used, with the one that found the centre at rest; 0 when a cycle found no mass or infinite mass
 /// Throws     errors::invalid_image_size for more than one plane; errors::parameters_invalid for a radius that is not
 ///            above 0, no cycle, or a start or threshold that is not finite
 /// Exactness  summed in double in storage order, one partial sum for each row

@@ -28,16 +28,15 @@ struct correlation_filter
 
 /// Cross-spectrum target * conj(reference) with a difference of defocus taken out and a low-pass:
 /// destination = target * conj(reference) * exp(+i pi defocus g^2) where g <= radius, and 0 elsewhere. A lens with
-/// defocus C1 multiplies a spectrum by exp(-i pi lambda C1 g^2), so the positive sign undoes it in the target. target,
-/// reference, destination   same size, any strides, complex of float or double; the destination may be one of the
-///            others. Each plane of a volume is a spectrum of its own.
+/// defocus C1 multiplies a spectrum by exp(-i pi lambda C1 g^2), so the positive sign undoes it in the target.
+/// target, reference, destination   same size, any strides, complex of float or double; the destination may be one of
+///            the others. Each plane of a volume is a spectrum of its own.
 /// Returns    the mean modulus of the written elements within the radius, 0 when there are none: times the number of
-///            pixels it is the height of the correlation peak of equal images
+///            those elements it is the height of the correlation peak of equal images
 /// Throws     errors::different_size; errors::parameters_invalid for a scale or defocus that is not finite and for a
-/// radius
-///            that is negative or NaN
+///            radius that is negative or NaN
 /// Exactness  computed in double, rounded once. A NaN stays in its pixel and makes the mean NaN.
-/// Source     Meyer, Kirkland, Saxton, Ultramicroscopy 92 (2002) 89-109 (defocus compensated and mutual correlation)
+/// Source     Meyer, Kirkland, Saxton, Ultramicroscopy 92 (2002) 89-109 (correlation with compensated defocus)
 template <class T>
 double cross_correlation_mask(const dm::image<const T>& target, const dm::image<const T>& reference,
                               const correlation_filter& filter, correlation_mode mode, const dm::image<T>& destination);

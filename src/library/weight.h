@@ -21,11 +21,13 @@ enum class weight_mode : std::int32_t
 weight_mode weight_mode_of(std::int32_t number);
 
 /// Multiplies every pixel by a curve read at the pixel's radius: element r of the curve belongs to radius r, the last
-/// one to all radii beyond. An inverse mode divides instead; where the curve is 0 the result is 0. source       any
-/// strides; float, double or complex of these curve        one row for all planes, or a row for each plane; one element
-/// or more destination  size of the source; may be the source Throws       errors::different_size;
-/// errors::invalid_image_size for a curve of another shape Exactness    the factor (in an inverse mode the reciprocal)
-/// and the product are formed in double and rounded once
+/// to all radii beyond. An inverse mode divides instead; where the curve is 0 the result is 0.
+/// source       any strides; float, double or complex of these
+/// curve        one row for all planes, or a row for each plane; one element or more
+/// destination  size of the source; may be the source
+/// Throws       errors::different_size; errors::invalid_image_size for a curve of another shape;
+///              errors::parameters_invalid for a scale that is not finite
+/// Exactness    the factor (in an inverse mode the reciprocal) and the product are formed in double and rounded once
 template <class T, class Curve>
 void weight(const dm::image<const T>& source, const dm::image<const Curve>& curve, const radial_grid& grid,
             weight_mode mode, const dm::image<T>& destination);

@@ -12,13 +12,11 @@
 ///
 /// T is float, double, std::complex<float> or std::complex<double>; the complex variants interpolate real and imaginary
 /// parts. All functions share these rules:
-/// - Element (x, y, z) of the destination is read at a place of the source. Between pixel centres (whole coordinates)
-/// the
-///   value is linear along each axis, weighted with the distances to the 2, 4 or 8 pixels around.
+/// - Element (x, y, z) of the destination is read at a place of the source. Between pixel centres, which lie on whole
+///   coordinates, the value is linear along each axis: a weighted mean of the 2, 4 or 8 pixels around.
 /// - A place below 0 or above size - 1 along an axis, or NaN, is outside: the element becomes `fill`.
 /// - A whole coordinate takes the pixel as it is, to the bit, and reads no neighbour: a shift by whole pixels is exact,
-/// the
-///   identity copies, and a NaN or infinity next to the place does not enter.
+///   the identity copies, and a NaN or infinity next to the place does not enter.
 /// - Computed in double and rounded once to T.
 /// - Views may have any strides. Source and destination may differ in size but must not overlap in memory.
 /// - The destination is returned. When a check fails nothing was written.

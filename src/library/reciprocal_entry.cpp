@@ -1,0 +1,107 @@
+#include "library/reciprocal_entry.h"
+
+#include <vector>
+
+#include "image/frame.h"
+#include "image/timing_scope.h"
+#include "image/visit.h"
+#include "library/bragg_mask.h"
+#include "library/cross_correlation_mask.h"
+
+namespace qorv::library {
+namespace {
+
+using both_complex = dm::element_list<std::complex<float>, std::complex<double>>;
+
+std::uint32_t required_complex(const image_ref& image)
+{
+    dm::require_image(image);
+    const std::uint32_t type = host::ImageGetDataType(image);
+    dm::require(has_type(both_complex{}, type), dm::errors::all_complex);
+    return type;
+}
+
+/// Every element as a place: real part x, imaginary part y.
+std::vector<peak> peaks_in(const image_ref& list)
+{
+    dm::read_lock from{list};
+    std::vector<peak> peaks;
+    visit(both_complex{}, from.host_code(), [&]<class T>() {
+        const auto places = from.view<T>();
+        for (std::ptrdiff_t z = 0; z < places.depth(); ++z)
+            for (std::ptrdiff_t y = 0; y < places.height(); ++y)
+                for (std::ptrdiff_t x = 0; x < places.width(); ++x)
+                    peaks.push_back({places(x, y, z).real(), places(x, y, z).imag()});
+    });
+    from.release();
+    return peaks;
+}
+
+lattice lattice_in(const image_ref& matrix, std::ptrdiff_t width, std::ptrdiff_t height)
+{
+    dm::read_lock from{matrix};
+    lattice points{};
+    visit(dm::float_or_double{}, from.host_code(),
+          [&]<class T>() { points = lattice::from<T>(from.view<T>(), width, height); });
+    from.release();
+    return points;
+}
+
+}  // namespace
+
+image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float fRad, float fH, image_ref cimDst)
+{
+    const dm::timing_scope timing{"MaskDM"};
+    const std::uint32_t type = required_complex(cimSrc);
+    dm::require(cimPeaks || imgMtx, dm::errors::parameters_invalid);
+    if (cimPeaks) required_complex(cimPeaks);
+    if (imgMtx)
+        dm::require(has_type(dm::float_or_double{}, host::ImageGetDataType(imgMtx)),
+                    dm::errors::should_be_real4_or_real8);
+    cimDst = dm::or_clone_of(std::move(cimDst), cimSrc);
+    dm::require(host::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
+
+    dm::read_lock from{cimSrc};
+    const std::ptrdiff_t width = from.width(), height = from.height();
+    const disc shape{fRad, fH};
+    mask_plane mask;
+    if (cimPeaks && imgMtx)
+        mask = peak_mask(placed(peaks_in(cimPeaks), lattice_in(imgMtx, width, height)), shape, width, height);
+    else if (cimPeaks)
+        mask = peak_mask(peaks_in(cimPeaks), shape, width, height);
+    else
+        mask = lattice_mask(lattice_in(imgMtx, width, height), shape, width, height);
+
+    dm::write_lock to{cimDst};
+    visit(both_complex{}, type, [&]<class T>() { apply_mask<T>(from.view<T>(), mask, to.view<T>()); });
+    to.release();
+    from.release();
+    return cimDst;
+}
+
+image_ref CrossCorrelationMaskWithDefocusDM(image_ref cimTarg, image_ref cimRef, std::int32_t nCX, std::int32_t nCY,
+                                            float fScaleX, float fScaleY, float f, float fRad, std::int32_t eMode,
+                                            output<double> fMean, image_ref cimDst)
+{
+    const dm::timing_scope timing{"CrossCorrelationMaskWithDefocusDM"};
+    const std::uint32_t type = required_complex(cimTarg);
+    const std::uint32_t reference_type = required_complex(cimRef);
+    cimDst = dm::or_clone_of(std::move(cimDst), cimTarg);
+    dm::require(reference_type == type && host::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
+    const correlation_mode mode = correlation_mode_of(eMode);
+
+    dm::read_lock target{cimTarg}, reference{cimRef};
+    dm::write_lock to{cimDst};
+    const correlation_filter filter{{nCX, nCY, fScaleX, fScaleY}, f, fRad};
+    double mean = 0;
+    visit(both_complex{}, type, [&]<class T>() {
+        mean = cross_correlation_mask<T>(target.view<T>(), reference.view<T>(), filter, mode, to.view<T>());
+    });
+    to.release();
+    reference.release();
+    target.release();
+    fMean.set(mean);
+    return cimDst;
+}
+
+}  // namespace qorv::library
