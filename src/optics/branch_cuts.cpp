@@ -13,14 +13,12 @@ struct position
     std::int32_t x, y;
 };
 
-/// Residues lie at pixel corners: along each axis the end nearer to the origin moves up by one, unless it is on the
-/// edge.
+/// Residues lie at pixel corners: along each axis the end nearer to the origin moves up by one, unless it is on the edge.
 void move_nearer_end(std::int32_t& a, std::int32_t& b)
 {
-    if (1 <= a && a < b)
-        ++a;
-    else if (1 <= b && b < a)
-        ++b;
+    const bool a_is_nearer = (1 <= a) & (a < b), b_is_nearer = (1 <= b) & (b < a);  // without jumps: no order is usual
+    a += a_is_nearer;
+    b += b_is_nearer;
 }
 
 /// Marks a digital straight line; `major` and `minor` are the lengths along the two axes, `step` the index steps.
@@ -122,14 +120,12 @@ class cut_grower
         if (right >= width_ - 1)  // the first row ends on the edge
             return visit_row(top, width_ - 2) || cut_to_edge(centre);
         const bool meets_bottom = bottom >= height_ - 1;
-        const std::int32_t last_row = meets_bottom ? height_ - 2 : bottom;
         if (ring_only) {
-            const std::int32_t last_side = meets_bottom ? last_row : bottom - 1;
-            if (visit_row(top, right) || visit_sides(left, right, top + 1, last_side, centre)) return true;
-            if (!meets_bottom && visit_row(bottom, right)) return true;
-        } else
-            for (std::int32_t y = top; y <= last_row; ++y)
-                if (visit_row(y, right)) return true;
+            if (visit_row(top, right) || visit_sides(left, right, top + 1, bottom - 1, centre)) return true;
+            return meets_bottom ? cut_to_edge(centre) : visit_row(bottom, right);
+        }
+        for (std::int32_t y = top; y <= std::min(bottom, height_ - 2); ++y)
+            if (visit_row(y, right)) return true;
         return meets_bottom && cut_to_edge(centre);
     }
 
