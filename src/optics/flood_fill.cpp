@@ -51,7 +51,9 @@ class filler
         *flag_ = pixel_flags::unwrapped;
         visit();
         while (top_ != stack_) {
-            go_to(*--top_);
+            const std::uint32_t index = *--top_;
+            if (is_surrounded(flags_ + index)) continue;  // as half the pixels of a smooth phase are by then
+            go_to(index);
             visit();
         }
     }
@@ -64,6 +66,11 @@ class filler
         flag_ = flags_ + index;
         p_ = phase_ + (index - x);
         q_ = result_ + (index - x);
+    }
+
+    bool is_surrounded(const std::uint8_t* flag) const
+    {
+        return flag[-pitch_] && flag[pitch_] && flag[-1] && flag[1];
     }
 
     void move(std::ptrdiff_t rows)
