@@ -76,19 +76,18 @@ TEST(shifter, follows_the_sign_rule_at_every_size_in_every_variant)
 TEST(shifter, large_images_are_the_same_in_any_number_of_threads_and_at_any_alignment)
 {
     const int before = omp_get_max_threads();
-    for (const int threads : {1, 2})
-        for (auto [w, h] : {std::pair{1508, 1408}, {1523, 1427}, {1, 2'100'001}, {2'100'001, 1}, {300, 200}}) {
+    for (auto [w, h] : {std::pair{1508, 1408}, {1523, 1427}, {1, 2'100'001}, {2'100'001, 1}, {300, 200}}) {
+        const auto source = noise<float>(w * h);
+        const auto wanted = flipped(source, w);
+        for (auto [threads, offset] : {std::pair{1, 0}, {1, 1}, {2, 0}, {2, 1}}) {
             omp_set_num_threads(threads);
-            const auto source = noise<float>(w * h);
-            const auto wanted = flipped(source, w);
-            for (const int offset : {0, 1}) {
-                framed<std::complex<float>> out(w * h + offset);
-                shift_half_sse(source.data(), out.inside() + offset, w, h, w * h);
-                const auto got = out.copy();
-                EXPECT_TRUE(support::same_bytes({got.begin() + offset, got.end()}, wanted)) << w << ' ' << h;
-                EXPECT_TRUE(out.frame_untouched());
-            }
+            framed<std::complex<float>> out(w * h + offset);
+            shift_half_sse(source.data(), out.inside() + offset, w, h, w * h);
+            const auto got = out.copy();
+            EXPECT_TRUE(support::same_bytes({got.begin() + offset, got.end()}, wanted)) << w << ' ' << h;
+            EXPECT_TRUE(out.frame_untouched());
         }
+    }
     omp_set_num_threads(before);
 }
 
