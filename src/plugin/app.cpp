@@ -5,6 +5,7 @@
 #endif
 
 #include "plugin/module.h"
+#include "sdk/error_manager.h"
 
 namespace {
 
@@ -24,3 +25,15 @@ int CZXApp::InitInstance()
 #endif
     return CWinApp::InitInstance();
 }
+
+#ifdef _WIN32
+LRESULT CZXApp::ProcessWndProcException(std::exception_ptr error, UINT message)
+{
+    try {
+        std::rethrow_exception(error);
+    } catch (...) {
+        Gatan::report_current_exception();
+    }
+    return message == WM_CREATE ? -1 : 0;
+}
+#endif

@@ -2,6 +2,7 @@
 
 #include "panel/rules/panel_link.h"
 
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string>
@@ -29,7 +30,12 @@ class recording_link final : public qorv::panel::panel_link
     std::optional<std::int32_t> read_long(const char* key) const override { return find(longs, key); }
     void write_float(const char* key, float value) override { write(floats, key, value); }
     void write_long(const char* key, std::int32_t value) override { write(longs, key, value); }
-    void call(const qorv::panel::handler_method& method) override { events.push_back(method.name); }
+    std::function<void()> on_call;  ///< what the handler does
+    void call(const qorv::panel::handler_method& method) override
+    {
+        events.push_back(method.name);
+        if (on_call) on_call();
+    }
     void call(const qorv::panel::handler_method& method, std::uint32_t argument) override
     {
         events.push_back(std::string{method.name} + " " + std::to_string(argument));

@@ -1,0 +1,3 @@
+#include "afx/controls.h"
+
+IMPLEMENT_DYNAMIC(CSliderCtrl, CWnd)

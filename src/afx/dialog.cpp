@@ -1,0 +1,43 @@
+#include "afx/dialog.h"
+
+#include "afx/app.h"
+
+IMPLEMENT_DYNAMIC(CDialog, CWnd)
+
+BEGIN_MESSAGE_MAP(CDialog, CWnd)
+ON_BN_CLICKED(IDOK, &CDialog::OnOK)
+ON_BN_CLICKED(IDCANCEL, &CDialog::OnCancel)
+END_MESSAGE_MAP()
+
+BOOL CDialog::Create(UINT template_id, CWnd* parent)
+{
+    const AfxHookWindowCreate hook{this};
+    return ::CreateDialogParam(AfxGetResourceHandle(), MAKEINTRESOURCE(template_id), parent ? parent->m_hWnd : nullptr,
+                               &AfxDlgProc, 0) != nullptr;
+}
+
+BOOL CDialog::OnInitDialog()
+{
+    UpdateData(FALSE);
+    return TRUE;
+}
+
+void CDialog::OnOK()
+{
+    if (UpdateData(TRUE)) ::EndDialog(m_hWnd, IDOK);
+}
+
+void CDialog::OnCancel() { ::EndDialog(m_hWnd, IDCANCEL); }
+
+INT_PTR CALLBACK AfxDlgProc(HWND dialog, UINT message, WPARAM, LPARAM)
+{
+    if (message != WM_INITDIALOG) return FALSE;
+    auto* const object = dynamic_cast<CDialog*>(CWnd::FromHandlePermanent(dialog));
+    try {
+        return object ? object->OnInitDialog() : TRUE;
+    } catch (...) {
+        // The system called; what is thrown here must not pass through its frames.
+        if (CWinApp* const app = AfxGetApp()) app->ProcessWndProcException(std::current_exception(), message);
+        return TRUE;
+    }
+}

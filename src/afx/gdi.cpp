@@ -1,0 +1,29 @@
+#include "afx/gdi.h"
+
+#include "afx/app.h"
+#include "afx/wnd.h"
+
+BOOL CGdiObject::DeleteObject()
+{
+    const HGDIOBJ object = Detach();
+    return object && ::DeleteObject(object);
+}
+
+BOOL CGdiObject::Attach(HGDIOBJ object)
+{
+    DeleteObject();
+    m_hObject = object;
+    return object != nullptr;
+}
+
+BOOL CBitmap::LoadBitmap(UINT id) { return Attach(::LoadBitmap(AfxGetResourceHandle(), MAKEINTRESOURCE(id))); }
+
+void CDC::FillSolidRect(const RECT* area, COLORREF colour)
+{
+    ::SetBkColor(m_hDC, colour);
+    ::ExtTextOut(m_hDC, 0, 0, ETO_OPAQUE, area, nullptr, 0, nullptr);
+}
+
+CPaintDC::CPaintDC(CWnd* window) : window_{window->m_hWnd} { m_hDC = ::BeginPaint(window_, &m_ps); }
+
+CPaintDC::~CPaintDC() { ::EndPaint(window_, &m_ps); }

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <array>
+#include <span>
+
+#include "afx/afx.h"
+#include "panel/round_slider.h"
+#include "panel/rules/load.h"
+#include "panel/rules/tag_record.h"
+
+namespace qorv::panel {
+
+/// Control ids of one row. A row of a round coefficient has a unit label in place of knob and angle spin.
+struct row_controls
+{
+    UINT modulus, modulus_spin, step, knob, angle_spin, label;
+    UINT unit = 0;
+};
+
+/// What tells one page from another.
+struct page_design
+{
+    page_id page;
+    UINT template_id;
+    std::span<const row_controls> rows;
+    std::span<const UINT> headers;
+    int angle_spin_maximum;
+};
+
+/// A page of coefficients. It shows what the tags say whenever it comes to the front; every edit goes into the tags at
+/// once, and a changed value is announced to the handler by OnChange.
+class CZXPage : public CPropertyPage
+{
+    DECLARE_DYNAMIC(CZXPage)
+    DECLARE_MESSAGE_MAP()
+  public:
+    explicit CZXPage(const page_design& design);
+
+    /// Takes over what has changed in the tags, if anything, and whether the page is to be greyed.
+    void LoadFromTags();
+
+    BOOL OnInitDialog() override;
+    BOOL OnSetActive() override;
+
+  protected:
+    void DoDataExchange(CDataExchange* exchange) override;
+    void OnEditChange(UINT id);
+    void OnDeltaPos(UINT id, NMHDR* header, LRESULT* result);
+    void OnHScroll(UINT code, UINT position, CWnd* knob);
+
+  private:
+    /// The dialog is not there, is being filled, or is in use.
+    enum class stage
+    {
+        before,
+        filling,
+        in_use
+    };
+
+    struct row_windows
+    {
+        CRoundSliderCtrl knob;
+        CSpinButtonCtrl modulus_spin, angle_spin;
+    };
+
+    std::size_t row_count() const { return design_.rows.size(); }
+    const coefficient& coefficient_of(std::size_t row) const { return rows_of(design_.page)[row]; }
+    void enable_page(bool enable);
+    void set_accelerations();
+    void set_spin_ranges();
+    void spin_modulus_of(std::size_t row, int delta);
+    void spin_angle_of(std::size_t row, int delta);
+
+    const page_design& design_;
+    std::array<row_windows, most_rows> rows_;
+    page_values values_;
+    bool enabled_ = true;
+    stage stage_ = stage::before;
+};
+
+}  // namespace qorv::panel

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "afx/afx.h"
+#include "panel/rules/knob_geometry.h"
+
+namespace qorv::panel {
+
+class CRoundSliderCtrl;
+
+/// The small field in the middle of a round slider. What is typed moves the slider at once.
+class CRoundSliderEdit : public CEdit
+{
+    DECLARE_MESSAGE_MAP()
+  public:
+    void SetOwner(CRoundSliderCtrl* owner) { owner_ = owner; }
+
+  protected:
+    void OnChange();
+
+  private:
+    CRoundSliderCtrl* owner_ = nullptr;
+    bool in_change_ = false;
+};
+
+/// Whether a round slider shows its position as text, and lets it be typed.
+enum class edit_mode
+{
+    hidden,
+    read_only,
+    editable
+};
+
+/// A knob in place of a linear slider: a small disc runs round a shaded ring, drawn by the mouse, by keys or by typing.
+/// To its parent it is a slider: range, position, line and page size, and a WM_HSCROLL for every change, which is
+/// posted, so that the parent has finished with whatever moved the knob when it comes.
+class CRoundSliderCtrl : public CSliderCtrl
+{
+    DECLARE_DYNAMIC(CRoundSliderCtrl)
+    DECLARE_MESSAGE_MAP()
+  public:
+    virtual void SetFormat(const CString& format);  ///< of the text, for one long
+    virtual CString GetFormat() const { return format_; }
+    virtual CString FormatPos() const { return FormatPos(GetPos()); }
+    virtual CString FormatPos(int position) const;
+    virtual void SetKnobRadius(int pixels) { knob_radius_ = pixels; }  ///< shows from the next layout on
+    virtual int GetKnobRadius() const { return knob_radius_; }
+    virtual void SetZero(int degrees);
+    virtual int GetZero() const { return zero_; }
+    virtual void SetInverted(bool inverted);
+    virtual bool GetInverted() const { return inverted_; }
+    virtual void SetEditMode(edit_mode mode);
+    virtual edit_mode GetEditMode() const { return edit_mode_; }
+    virtual CRect GetEditRect() const;
+    /// Fits ring, window shape and inline edit to the client area. The edit is made here, the first time.
+    virtual void Layout();
+    /// Moves to where the mouse points; true when that is another position.
+    virtual bool SetPos(CPoint mouse);
+    virtual void NotifyParent(int code);
+    using CSliderCtrl::SetPos;
+
+  protected:
+    virtual LRESULT OnSetPos(WPARAM redraw, LPARAM position);
+    virtual LRESULT OnSetFont(WPARAM font, LPARAM redraw);
+    virtual void PlaceEdit();
+
+  public:
+    virtual void SetEditStyle(DWORD style) { edit_style_ = style; }  ///< before the edit is made
+
+    /// Erases, paints and shows at once, as a drag wants it.
+    void Redraw();
+
+  protected:
+    BOOL PreCreateWindow(CREATESTRUCT& create) override;
+    void PreSubclassWindow() override;
+    int OnCreate(LPCREATESTRUCT create);
+    void OnSize(UINT type, int width, int height);
+    void OnPaint();
+    BOOL OnEraseBkgnd(CDC* dc);
+    void OnEnable(BOOL enable);
+    void OnLButtonDown(UINT flags, CPoint mouse);
+    void OnMouseMove(UINT flags, CPoint mouse);
+    void OnLButtonUp(UINT flags, CPoint mouse);
+    void OnCaptureChanged(CWnd* other);
+    void OnKeyDown(UINT key, UINT repeat, UINT flags);
+    void OnKeyUp(UINT key, UINT repeat, UINT flags);
+    void OnSetFocus(CWnd* former);
+    void OnKillFocus(CWnd* next);
+
+  private:
+    void set_up();
+    void show_edit();
+    void make_edit();
+    dial scale() const;
+    void paint(CDC& dc);
+    void paint_knob(CDC& dc);
+
+    knob_layout layout_{};
+    int zero_ = 0;
+    bool inverted_ = false;
+    CString format_{TEXT("%ld")};
+    edit_mode edit_mode_ = edit_mode::hidden;
+    CRoundSliderEdit edit_;
+    int knob_radius_ = 7;
+    bool dragging_ = false, moved_ = false;
+    DWORD edit_style_ = 0;
+    bool being_created_ = false;
+};
+
+}  // namespace qorv::panel

@@ -1,0 +1,104 @@
+#include "panel/round_slider.h"
+
+namespace qorv::panel {
+
+void CRoundSliderCtrl::Redraw()
+{
+    Invalidate();
+    UpdateWindow();
+}
+
+void CRoundSliderCtrl::OnLButtonDown(UINT, CPoint mouse)
+{
+    if (dragging_) return;
+    dragging_ = true;
+    moved_ = false;
+    SetCapture();
+    SetFocus();
+    if (SetPos(mouse)) {
+        moved_ = true;
+        NotifyParent(TB_THUMBTRACK);
+    }
+    Redraw();
+}
+
+void CRoundSliderCtrl::OnMouseMove(UINT flags, CPoint mouse)
+{
+    if (!dragging_) return CSliderCtrl::OnMouseMove(flags, mouse);
+    if (!SetPos(mouse)) return;
+    moved_ = true;
+    NotifyParent(TB_THUMBTRACK);
+    Redraw();
+}
+
+void CRoundSliderCtrl::OnLButtonUp(UINT flags, CPoint mouse)
+{
+    if (!dragging_) return CSliderCtrl::OnLButtonUp(flags, mouse);
+    dragging_ = false;
+    ::ReleaseCapture();
+    if (SetPos(mouse)) {
+        NotifyParent(TB_THUMBTRACK);
+        moved_ = true;
+    }
+    if (moved_) {
+        NotifyParent(TB_THUMBPOSITION);
+        moved_ = false;
+    }
+    Redraw();
+}
+
+void CRoundSliderCtrl::OnCaptureChanged(CWnd* other)
+{
+    CSliderCtrl::OnCaptureChanged(other);
+    if (!dragging_) return;
+    dragging_ = moved_ = false;  // somebody else took the mouse; its button-up will not come here
+    Redraw();
+}
+
+void CRoundSliderCtrl::OnKeyDown(UINT key, UINT repeat, UINT flags)
+{
+    int change = 0, code = 0;
+    switch (key) {
+        case VK_PRIOR: change = -GetPageSize(), code = TB_PAGEUP; break;
+        case VK_NEXT: change = GetPageSize(), code = TB_PAGEDOWN; break;
+        case VK_LEFT:
+        case VK_UP: change = -GetLineSize(), code = TB_LINEUP; break;
+        case VK_RIGHT:
+        case VK_DOWN: change = GetLineSize(), code = TB_LINEDOWN; break;
+        case VK_HOME:
+        case VK_END: return;  // a circle has neither
+        default: return CSliderCtrl::OnKeyDown(key, repeat, flags);
+    }
+    SetPos(scale().wrap(GetPos() + change));
+    NotifyParent(code);
+    Redraw();
+}
+
+void CRoundSliderCtrl::OnKeyUp(UINT key, UINT repeat, UINT flags)
+{
+    switch (key) {
+        case VK_PRIOR:
+        case VK_NEXT:
+        case VK_LEFT:
+        case VK_UP:
+        case VK_RIGHT:
+        case VK_DOWN: return NotifyParent(TB_ENDTRACK);
+        case VK_HOME:
+        case VK_END: return;
+        default: CSliderCtrl::OnKeyUp(key, repeat, flags);
+    }
+}
+
+void CRoundSliderCtrl::OnSetFocus(CWnd* former)
+{
+    CSliderCtrl::OnSetFocus(former);
+    Invalidate(FALSE);  // the dotted circle
+}
+
+void CRoundSliderCtrl::OnKillFocus(CWnd* next)
+{
+    CSliderCtrl::OnKillFocus(next);
+    Invalidate(FALSE);
+}
+
+}  // namespace qorv::panel

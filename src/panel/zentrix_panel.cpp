@@ -1,0 +1,162 @@
+#include "panel/zentrix_panel.h"
+
+#include "panel/current.h"
+#include "panel/rules/panel_layout.h"
+#include "resources/resource.h"
+
+namespace qorv::panel {
+
+panel_link* current::link = nullptr;
+CZentrixPanel* current::panel = nullptr;
+CZXSheet* current::sheet = nullptr;
+
+namespace {
+
+extent size_of(const CWnd& window)
+{
+    CRect place;
+    window.GetWindowRect(place);
+    return {place.Width(), place.Height()};
+}
+
+void move_to(CWnd& window, const rectangle& place)
+{
+    window.MoveWindow(CRect{place.left, place.top, place.right, place.bottom});
+}
+
+}  // namespace
+
+IMPLEMENT_DYNCREATE(CZentrixPanel, CDialog)
+
+BEGIN_MESSAGE_MAP(CZentrixPanel, CDialog)
+ON_WM_SHOWWINDOW()
+ON_BN_CLICKED(IDOK, &CZentrixPanel::OnApply)
+ON_BN_CLICKED(IDC_PREFERENCES, &CZentrixPanel::OnPreferences)
+ON_BN_CLICKED(IDC_PCTF, &CZentrixPanel::OnPCTF)
+ON_CBN_SELCHANGE(IDC_DISPLAY, &CZentrixPanel::OnChangeDisplay)
+END_MESSAGE_MAP()
+
+BOOL CZentrixPanel::Create(CWnd* parent) { return CDialog::Create(IDD_PANEL, parent); }
+
+BOOL CZentrixPanel::OnInitDialog()
+{
+    const BOOL focus = CDialog::OnInitDialog();
+    for (const char* name : display_names) {
+        ::SendMessageA(display_.m_hWnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
+    }
+    UpdateData(FALSE);
+    // The sheet waits outside of every visible window and joins the panel when that is first shown.
+    return sheet_.Create(CWnd::FromHandle(HWND_MESSAGE), WS_CHILD, WS_EX_CONTROLPARENT) && focus;
+}
+
+void CZentrixPanel::DoDataExchange(CDataExchange* exchange)
+{
+    CDialog::DoDataExchange(exchange);
+    DDX_Control(exchange, IDC_DISPLAY, display_);
+    DDX_Control(exchange, IDOK, apply_);
+    DDX_Control(exchange, IDC_PCTF, pctf_);
+    DDX_CBIndex(exchange, IDC_DISPLAY, display_entry_);
+}
+
+void CZentrixPanel::PostNcDestroy()
+{
+    if (current::panel == this) current::panel = nullptr;
+}
+
+void CZentrixPanel::RefreshFromTags()
+{
+    if (!current::link->has_handler()) return enable_row(false);
+    if (!current::link->has_tags()) return;
+    const panel_load loaded = load_panel(*current::link);
+    display_entry_ = loaded.display_entry;
+    UpdateData(FALSE);
+    enable_row(loaded.enabled);
+    pctf_.SetCheck(loaded.has_pctf);
+}
+
+void CZentrixPanel::enable_row(bool enable)
+{
+    if (enable == enabled_) return;
+    enabled_ = enable;
+    for (const int id : {IDOK, IDC_DISPLAY_LABEL, IDC_DISPLAY, IDC_PCTF}) GetDlgItem(id)->EnableWindow(enable);
+}
+
+void CZentrixPanel::OnShowWindow(BOOL show, UINT status)
+{
+    CDialog::OnShowWindow(show, status);
+    if (!show) return current::link->call(on_close);
+    if (sheet_.m_hWnd && sheet_.GetParent() != this) first_showing();
+}
+
+void CZentrixPanel::first_showing()
+{
+    current::panel = this;
+    std::exception_ptr failure;
+    try {
+        RefreshFromTags();
+        current::link->call(on_change);
+    } catch (...) {
+        failure = std::current_exception();  // a handler's mistake must not leave an empty panel
+    }
+    lay_out();
+    if (failure) std::rethrow_exception(failure);
+}
+
+void CZentrixPanel::lay_out()
+{
+    CRect client;
+    GetClientRect(client);
+    client.bottom = panel_height(size_of(sheet_), size_of(apply_), size_of(*GetDlgItem(IDC_DISPLAY_LABEL)));
+    CRect window = client;
+    ::AdjustWindowRectEx(window, GetStyle(), FALSE, GetExStyle());
+    SetWindowPos(nullptr, 0, 0, window.Width(), window.Height(), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    place_sheet();
+    place_controls();
+}
+
+void CZentrixPanel::place_sheet()
+{
+    const extent size = size_of(sheet_);
+    CRect place{0, 0, size.width, size.height};
+    sheet_.SetParent(this);
+    sheet_.MoveWindow(place);
+    sheet_.GetTabControl()->AdjustRect(FALSE, place);
+    for (int index = sheet_.GetPageCount() - 1; index >= 0; --index) {
+        sheet_.SetActivePage(index);  // makes the page if need be
+        sheet_.GetPage(index)->MoveWindow(place);
+    }
+    sheet_.ShowWindow(SW_SHOW);
+}
+
+void CZentrixPanel::place_controls()
+{
+    CRect client;
+    GetClientRect(client);
+    CWnd& label = *GetDlgItem(IDC_DISPLAY_LABEL);
+    const auto row = lay_out_controls({client.left, client.top, client.right, client.bottom}, size_of(label),
+                                      size_of(display_), size_of(apply_), size_of(pctf_));
+    if (!pctf_bitmap_.GetSafeHandle()) {
+        ring_.LoadBitmap(IDB_RING);
+        pctf_bitmap_.LoadBitmap(IDB_PCTF);
+    }
+    pctf_.SetBitmap(pctf_bitmap_);
+    move_to(label, row.label);
+    move_to(display_, row.combo);
+    move_to(apply_, row.apply);
+    move_to(pctf_, row.pctf);
+}
+
+void CZentrixPanel::OnApply() { current::link->call(on_apply); }
+void CZentrixPanel::OnPreferences() { current::link->call(on_preferences); }
+void CZentrixPanel::OnPCTF() { current::link->call(on_pctf); }
+
+void CZentrixPanel::OnChangeDisplay()
+{
+    UpdateData(TRUE);
+    if (!current::link->has_tags()) return;
+    const auto mode = display_mode_of_entry(display_entry_);
+    current::link->write_long(display_mode_key, mode);
+    current::link->call(on_change_display, static_cast<std::uint32_t>(mode));
+}
+
+}  // namespace qorv::panel
