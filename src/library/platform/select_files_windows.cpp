@@ -1,7 +1,8 @@
 #include "library/platform/select_files.h"
 
-#include <commdlg.h>
 #include <windows.h>
+
+#include <commdlg.h>  // needs the former
 
 #include <algorithm>
 #include <array>
