@@ -28,7 +28,7 @@ direction<double> towards(double theta)
 #ifdef _WIN32
     // The C library takes the x87 unit's sine, which loses digits near multiples of pi and all of them at 1e9. Both lanes
     // get the same angle, since xsimd reduces them by the larger one.
-    const auto [sine, cosine] = xsimd::sincos(xsimd::batch<double, xsimd::sse2>{theta});
+    const auto [sine, cosine] = xsimd::sincos(xsimd::batch<double, xsimd::sse2>(theta));
     return {cosine.get(0), sine.get(0)};
 #else
     return {std::cos(theta), std::sin(theta)};

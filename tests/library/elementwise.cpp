@@ -139,7 +139,7 @@ TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
 {
     using T = TypeParam;
     std::vector<T> theta = noise<T>(2000, 1000);
-    theta.insert(theta.end(), {0, static_cast<T>(1e6), static_cast<T>(-22), static_cast<T>(355)});
+    theta.insert(theta.end(), {0, -22, 355});
     std::vector<complex<T>> z(theta.size());
     library::polar(T{-2}, theta.data(), z.data(), static_cast<std::ptrdiff_t>(theta.size()));
     for (std::size_t i = 0; i < theta.size(); ++i) {
@@ -147,6 +147,11 @@ TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
         ASSERT_NEAR(z[i].real(), -2 * std::cos(static_cast<long double>(theta[i])), tolerance) << theta[i];
         ASSERT_NEAR(z[i].imag(), -2 * std::sin(static_cast<long double>(theta[i])), tolerance) << theta[i];
     }
+    // Far out the Windows C library's long double is no truth any more, so one angle stands here with its value.
+    const T far = 1000000;
+    library::polar(T{1}, &far, z.data(), 1);
+    EXPECT_NEAR(z[0].real(), 0.93675212753314474, std::numeric_limits<T>::epsilon());
+    EXPECT_NEAR(z[0].imag(), -0.34999350217129294, std::numeric_limits<T>::epsilon());
     const T never = infinity<T>;
     library::polar(T{1}, &never, z.data(), 1);
     EXPECT_TRUE(std::isnan(z[0].real()) && std::isnan(z[0].imag()));
