@@ -43,7 +43,7 @@ class block_transposer
 {
     static constexpr std::ptrdiff_t size = bytes;
     static constexpr std::ptrdiff_t lanes = 16 / size;  // elements in a vector, vectors in a register square
-    static constexpr std::ptrdiff_t side = bytes <= 2 ? 64 : bytes <= 8 ? 32 : 16;  // 4 or 8 KB
+    static constexpr std::ptrdiff_t side = bytes == 1 ? 128 : bytes <= 4 ? 64 : 256 / size;  // 4 to 16 KB
     static constexpr std::ptrdiff_t pitch = side * size;
     using block = std::byte[side * pitch];
 
@@ -52,8 +52,8 @@ class block_transposer
     {
         alignas(64) block stage;
         for (std::ptrdiff_t z = 0; z < from.sizes[2]; z += side)
-            for (std::ptrdiff_t x = 0; x < from.sizes[0]; x += side)
-                for (std::ptrdiff_t y = 0; y < from.sizes[1]; ++y) {  // innermost, as neighbouring rows share pages
+            for (std::ptrdiff_t y = 0; y < from.sizes[1]; ++y)
+                for (std::ptrdiff_t x = 0; x < from.sizes[0]; x += side) {  // innermost: reads on along the same rows
                     const std::ptrdiff_t width = std::min(side, from.sizes[0] - x);
                     const std::ptrdiff_t depth = std::min(side, from.sizes[2] - z);
                     read(at(from, x, y, z), from.strides[2], width, depth, stage);
@@ -66,8 +66,8 @@ class block_transposer
         alignas(64) block stage, mirrored;
         const std::ptrdiff_t n = volume.sizes[0], step = volume.strides[2];
         for (std::ptrdiff_t z = 0; z < n; z += side)
-            for (std::ptrdiff_t x = 0; x <= z; x += side)
-                for (std::ptrdiff_t y = 0; y < volume.sizes[1]; ++y) {
+            for (std::ptrdiff_t y = 0; y < volume.sizes[1]; ++y)
+                for (std::ptrdiff_t x = 0; x <= z; x += side) {
                     const std::ptrdiff_t width = std::min(side, n - x), depth = std::min(side, n - z);
                     read(at(volume, x, y, z), step, width, depth, stage);
                     read(at(volume, z, y, x), step, depth, width, mirrored);

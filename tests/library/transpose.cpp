@@ -40,7 +40,7 @@ extents transposed(extents sizes, transposition which)
 }
 
 const extents volumes[] = {{1, 1, 1},   {7, 5, 1},    {1, 5, 7},     {9, 1, 4},    {67, 3, 67},
-                           {64, 2, 65}, {33, 31, 17}, {130, 1, 300}, {16, 16, 16}, {5, 70, 66}};
+                           {64, 2, 65}, {33, 31, 17}, {130, 2, 300}, {16, 16, 16}, {5, 70, 66}};
 
 TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
 {
