@@ -1,9 +1,9 @@
 #include "library/extreme_filter.h"
 
 #include "image/errors.h"
+#include "image/overlap.h"
 #include "library/extreme_order.h"
 #include "library/extreme_stretch.h"
-#include "library/rank_views.h"
 
 #include <algorithm>
 
@@ -31,7 +31,7 @@ void extreme_filter(const dm::image<const T>& source, extreme which, std::int32_
                 dm::errors::parameters_invalid);
     dm::require(source.width() == destination.width() && source.height() == destination.height(),
                 dm::errors::different_size);
-    dm::require(!overlap(source, destination), dm::errors::out_of_place);
+    dm::require(!dm::overlap(source, destination), dm::errors::out_of_place);
 
     const auto& filter = dm::choose(extreme_variants<T>);
     const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());

@@ -1,8 +1,8 @@
 #include "library/median_filter.h"
 
 #include "image/errors.h"
+#include "image/overlap.h"
 #include "library/median_window.h"
-#include "library/rank_views.h"
 
 namespace qorv::library {
 
@@ -29,7 +29,7 @@ void median_filter(const dm::image<const T>& source, std::int32_t radius, paddin
     dm::require(outside == padding::none || side * side <= std::vector<T>().max_size(), vector_too_long);
     dm::require(source.width() == destination.width() && source.height() == destination.height(),
                 dm::errors::different_size);
-    dm::require(!overlap(source, destination), dm::errors::out_of_place);
+    dm::require(!dm::overlap(source, destination), dm::errors::out_of_place);
 
     const auto& filter = dm::choose(median_variants<T>);
     const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());

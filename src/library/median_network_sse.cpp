@@ -1,5 +1,5 @@
 #include "library/median_forms.h"
-#include "library/median_packs_sse.h"
+#include "library/rank_packs_sse.h"
 
 #include <algorithm>
 #include <cstring>

@@ -18,8 +18,15 @@ using median_z_kernel = void(const dm::image<const T>& stack, const dm::image<T>
 template <class T>
 void median_z_plain(const dm::image<const T>& stack, const dm::image<T>& destination);
 
+/// Neighbouring positions together through a sorting network. Stacks of more than 512 planes are selected like plain,
+/// from copies of several columns at once, and so are columns beside one with a NaN or a -0; positions that are not
+/// contiguous along x go the plain way.
 template <class T>
-inline constexpr dm::variant<median_z_kernel<T>> median_z_variants[] = {{"plain", dm::cpu::none, median_z_plain<T>}};
+void median_z_vector(const dm::image<const T>& stack, const dm::image<T>& destination);
+
+template <class T>
+inline constexpr dm::variant<median_z_kernel<T>> median_z_variants[] = {{"vector", dm::cpu::sse2, median_z_vector<T>},
+                                                                        {"plain", dm::cpu::none, median_z_plain<T>}};
 
 /// stack        width x height x planes; one plane is copied, of two the mean is taken
 /// destination  width x height x 1; may be one of the stack's planes, must not overlap the stack otherwise

@@ -30,7 +30,7 @@ template <class T>
 struct ranked
 {
     T at;
-    T before;  ///< meaningful only if asked for
+    T before;  ///< 0 if not asked for
 };
 
 enum class neighbour
@@ -46,8 +46,15 @@ using rank_kernel = ranked<T>(const dm::image<const T>& values, std::ptrdiff_t r
 template <class T>
 ranked<T> rank_plain(const dm::image<const T>& values, std::ptrdiff_t rank, neighbour also);
 
+/// Brackets the rank between two values of a sample, counts what lies below in one pass and selects among what lies
+/// inside. Images of few pixels or with pixels apart in a row go the plain way, and so do those with a NaN, or with a -0
+/// when the result is a zero.
 template <class T>
-inline constexpr dm::variant<rank_kernel<T>> rank_variants[] = {{"plain", dm::cpu::none, rank_plain<T>}};
+ranked<T> rank_vector(const dm::image<const T>& values, std::ptrdiff_t rank, neighbour also);
+
+template <class T>
+inline constexpr dm::variant<rank_kernel<T>> rank_variants[] = {{"vector", dm::cpu::sse2, rank_vector<T>},
+                                                                {"plain", dm::cpu::none, rank_plain<T>}};
 
 /// The value at index n, counted from 0, of all values of the image in ascending order. The image keeps its order.
 /// Throws  errors::parameters_invalid for null data or n outside 0 .. size - 1
