@@ -142,6 +142,60 @@ const case_row rows[] = {
      [] {
          return std::vector<script_value>{picture(3, {8, 4}), 0.5, picture(2, {8, 4})};
      }},
+    {"ZXSurveyDifference",
+     [] {
+         return std::vector<script_value>{
+             picture(2, {8, 4}), picture(2, {8, 4}), cell(), cell(), cell(), cell(), cell(), cell(), cell()};
+     }},
+    {"ZXMinMax",
+     [] {
+         return std::vector<script_value>{
+             picture(1, {8, 4}), cell(), cell(), cell(), cell(), cell(), cell(), cell(), cell()};
+     }},
+    {"ZXMax",
+     [] {
+         return std::vector<script_value>{picture(12, {8, 4}), cell(), cell(), cell()};
+     }},
+    {"ZXRadialSurvey",
+     [] {
+         return std::vector<script_value>{picture(2, {8, 4, 2}), integer{4}, integer{2}, 1., 1.};
+     }},
+    {"ZXWeight",
+     [] {
+         return std::vector<script_value>{picture(3, {8, 4}), picture(2, {5}), integer{4}, integer{2}, 1., 1.,
+                                          integer{3},         null()};
+     }},
+    {"ZXFTWindow",
+     [] {
+         return std::vector<script_value>{picture(3, {8, 4}), integer{4}, null()};
+     }},
+    {"ZXHanningWindow",
+     [] {
+         return std::vector<script_value>{picture(2, {8, 4}), 1., 2., 3., null()};
+     }},
+    {"ZXSineWindow",
+     [] {
+         const std::complex<double> number{1, 2};
+         return std::vector<script_value>{picture(2, {8, 4}), number, number, number, null()};
+     }},
+    {"ZXMask",
+     [] {
+         return std::vector<script_value>{picture(3, {8, 4}), picture(13, {3}), picture(2, {3, 2}), 2., 1., null()};
+     }},
+    {"ZXCrossCorrelationMaskWithDefocus",
+     [] {
+         return std::vector<script_value>{picture(3, {8, 4}),
+                                          picture(3, {8, 4}),
+                                          integer{4},
+                                          integer{2},
+                                          1.,
+                                          1.,
+                                          1.,
+                                          3.,
+                                          integer{2},
+                                          cell(),
+                                          null()};
+     }},
     {"ZXTransposeXZ",
      [] {
          return std::vector<script_value>{picture(13, {2, 3, 4}), null()};

@@ -1,0 +1,313 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+
+#include "image/errors.h"
+#include "script/script_host.h"
+
+// Statistics, windows, weights and masks as a script meets them: types, texts and their order, outputs, destinations.
+// What they compute is tested with their kernels.
+namespace {
+
+using namespace script;
+namespace errors = qorv::dm::errors;
+using arguments = std::vector<script_value>;
+
+const script_value null{};
+constexpr double inf = std::numeric_limits<double>::infinity();
+const std::complex<double> i{0, 1};
+
+arguments with_cells(arguments given, int count)
+{
+    for (int k = 0; k < count; ++k) given.emplace_back(make_cell());
+    return given;
+}
+
+/// The cells' values as numbers.
+std::vector<double> outputs_of(const arguments& given)
+{
+    std::vector<double> values;
+    for (const auto& argument : given)
+        if (const auto* out = std::get_if<cell_ref>(&argument)) {
+            const auto& value = (*out)->value;
+            if (const auto* whole = std::get_if<integer>(&value)) values.push_back(static_cast<double>(*whole));
+            if (const auto* real = std::get_if<double>(&value)) values.push_back(*real);
+        }
+    return values;
+}
+
+const std::set<std::uint32_t> eight_reals{1, 2, 6, 7, 9, 10, 11, 12}, floats{2, 12}, complexes{3, 13},
+    real_or_complex{2, 3, 12, 13};
+
+/// A function with the images that it takes besides its source, as far as their types follow the source's.
+struct function_row
+{
+    const char* name;
+    std::set<std::uint32_t> taken;
+    const char* refusal;
+    std::function<arguments(image_ref source)> given;
+};
+
+image_ref curve() { return image_of<float>({1, 2, 3}, {3}); }
+image_ref matrix() { return image_of<double>({4, 0, 0, 4}, {2, 2}); }
+image_ref peaks() { return image_of<std::complex<float>>({{1, 2}, {5, 3}}, {2}); }
+
+const function_row rows[] = {
+    {"ZXSurveyDifference", eight_reals, errors::all_real,
+     [](image_ref s) {
+         return with_cells({s, s}, 7);
+     }},
+    {"ZXMinMaxStable", eight_reals, errors::should_be_real, [](image_ref s) { return with_cells({s}, 8); }},
+    {"ZXMinMax", eight_reals, errors::should_be_real, [](image_ref s) { return with_cells({s}, 8); }},
+    {"ZXMin", eight_reals, errors::should_be_real, [](image_ref s) { return with_cells({s}, 3); }},
+    {"ZXMax", eight_reals, errors::should_be_real, [](image_ref s) { return with_cells({s}, 3); }},
+    {"ZXRadialSurvey", eight_reals, errors::should_be_real,
+     [](image_ref s) {
+         return arguments{s, integer{3}, integer{2}, 1.0, 1.0};
+     }},
+    {"ZXGetCenterOfMass", eight_reals, errors::should_be_real,
+     [](image_ref s) { return arguments{s, make_cell(4.0), make_cell(2.0), inf, integer{5}, -1000.0}; }},
+    {"ZXWeight", real_or_complex, errors::all_real_or_complex,
+     [](image_ref s) { return arguments{s, curve(), integer{3}, integer{2}, 1.0, 1.0, integer{1}, null}; }},
+    {"ZXFTWindow", real_or_complex, errors::all_real_or_complex,
+     [](image_ref s) {
+         return arguments{s, integer{0}, null};
+     }},
+    {"ZXHanningWindow", floats, errors::should_be_real4_or_real8,
+     [](image_ref s) {
+         return arguments{s, 0.5, 2.0, 1.0, null};
+     }},
+    {"ZXSineWindow", real_or_complex, errors::all_real_or_complex,
+     [](image_ref s) {
+         return arguments{s, 0.5 * i, i, 1.0 + i, null};
+     }},
+    {"ZXVorbisWindow", floats, errors::should_be_real4_or_real8,
+     [](image_ref s) {
+         return arguments{s, 0.5, 2.0, 1.0, null};
+     }},
+    {"ZXMask", complexes, errors::all_complex,
+     [](image_ref s) { return arguments{s, null, matrix(), 1.0, 0.5, null}; }},
+    {"ZXCrossCorrelationMaskWithDefocus", complexes, errors::all_complex,
+     [](image_ref s) {
+         return arguments{s, s, integer{4}, integer{2}, 0.1, 0.1, 20.0, 0.3, integer{1}, make_cell(), null};
+     }},
+};
+
+TEST(StatisticsWindowsMasks, TakeTheirTypesAndRefuseTheOthers)
+{
+    script_host script;
+    for (const auto& row : rows)
+        for (const std::uint32_t code : {1u, 2u, 3u, 6u, 7u, 9u, 10u, 11u, 12u, 13u, 14u, 23u}) {
+            const auto source = noise(code, {9, 4});
+            const auto before = bytes_of(source);
+            const std::string text = script.failure(row.name, row.given(source));
+            EXPECT_EQ(text, row.taken.contains(code) ? "" : row.refusal) << row.name << ", type " << code;
+            EXPECT_EQ(bytes_of(source), before) << row.name;
+            EXPECT_GE(script.host()
+                          .records()
+                          .traces()
+                          .at(std::string{row.name}.substr(2) +
+                              (row.name == std::string{"ZXSineWindow"} ? "ComplexDM" : "DM"))
+                          .reports,
+                      1u);
+        }
+}
+
+TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
+{
+    script_host script;
+    const auto f = [](std::uint32_t w = 6, std::uint32_t h = 4) { return noise(2, {w, h}); };
+    const auto c = [](std::uint32_t w = 6, std::uint32_t h = 4) { return noise(3, {w, h}); };
+    const auto d = [](std::uint32_t w = 6, std::uint32_t h = 4) { return noise(12, {w, h}); };
+    const integer no_mode = 99;
+    struct refusal
+    {
+        const char* function;
+        arguments given;
+        std::string text;
+    };
+    const auto weight = [&](script_value s, script_value w, integer mode, script_value to, double scale = 1) {
+        return arguments{s, w, integer{0}, integer{0}, scale, 1.0, mode, to};
+    };
+    const auto correlation = [&](script_value t, script_value r, integer mode, script_value to, double radius = 1) {
+        return arguments{t, r, integer{0}, integer{0}, 1.0, 1.0, 0.0, radius, mode, make_cell(), to};
+    };
+    const auto mass = [&](script_value s, double radius, integer cycles) {
+        return arguments{s, make_cell(0.0), make_cell(0.0), radius, cycles, 0.0};
+    };
+    const refusal refusals[] = {
+        {"ZXSurveyDifference", with_cells({null, c()}, 7), errors::parameters_invalid},
+        {"ZXSurveyDifference", with_cells({f(), c(3)}, 7), errors::all_real},
+        {"ZXSurveyDifference", with_cells({f(), d(3)}, 7), errors::invalid_image_type},
+        {"ZXSurveyDifference", with_cells({f(), f(4, 6)}, 7), errors::different_size},
+        {"ZXRadialSurvey", {f(), integer{0}, integer{0}, inf, 1.0}, errors::parameters_invalid},
+        {"ZXGetCenterOfMass", mass(noise(2, {3, 3, 2}), 0, 0), errors::invalid_image_size},
+        {"ZXGetCenterOfMass", mass(f(), 0, 1), errors::parameters_invalid},
+        {"ZXGetCenterOfMass", mass(f(), 1, 0), errors::parameters_invalid},
+        {"ZXWeight", weight(noise(1, {3, 3}), c(), no_mode, d()), errors::all_real_or_complex},
+        {"ZXWeight", weight(f(), c(), no_mode, d()), errors::should_be_real4_or_real8},
+        {"ZXWeight", weight(f(), f(3, 2), no_mode, d()), errors::invalid_image_type},
+        {"ZXWeight", weight(f(), f(3, 2), no_mode, f(2)), errors::invalid_mode},
+        {"ZXWeight", weight(f(), f(3, 2), 0, f(2), inf), errors::different_size},
+        {"ZXWeight", weight(f(), f(3, 2), 0, null, inf), errors::invalid_image_size},
+        {"ZXWeight", weight(f(), f(3, 1), 0, null, inf), errors::parameters_invalid},
+        {"ZXFTWindow", {f(), no_mode, d(2)}, errors::invalid_image_type},
+        {"ZXFTWindow", {f(), no_mode, f(2)}, errors::invalid_mode},
+        {"ZXFTWindow", {f(), integer{8}, null}, errors::invalid_mode},
+        {"ZXFTWindow", {f(), integer{7}, f(2)}, errors::different_size},
+        {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, d(2)}, errors::invalid_image_type},
+        {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, f(2)}, errors::different_size},
+        {"ZXVorbisWindow", {f(), i, i, i, noise(13, {6, 4})}, errors::invalid_image_type},
+        {"ZXVorbisWindow", {f(), i, i, i, c(2)}, errors::different_size},
+        {"ZXMask", {f(), null, null, 1.0, 0.0, null}, errors::all_complex},
+        {"ZXMask", {c(), null, null, 1.0, 0.0, null}, errors::parameters_invalid},
+        {"ZXMask", {c(), f(), c(), 1.0, 0.0, null}, errors::all_complex},
+        {"ZXMask", {c(), c(), c(), 1.0, 0.0, f()}, errors::should_be_real4_or_real8},
+        {"ZXMask", {c(), null, f(), -1.0, 0.0, f()}, errors::all_same_complex},
+        {"ZXMask", {c(), null, f(), -1.0, 0.0, c(2)}, errors::invalid_matrix_size},
+        {"ZXMask", {c(), null, matrix(), -1.0, 0.0, c(2)}, errors::parameters_invalid},
+        {"ZXMask", {c(), null, matrix(), 1.0, 0.0, c(2)}, errors::different_size},
+        {"ZXCrossCorrelationMaskWithDefocus", correlation(c(), f(), no_mode, f()), errors::all_complex},
+        {"ZXCrossCorrelationMaskWithDefocus", correlation(c(), c(3), no_mode, f()), errors::all_same_complex},
+        {"ZXCrossCorrelationMaskWithDefocus", correlation(c(), c(3), no_mode, null), errors::invalid_mode},
+        {"ZXCrossCorrelationMaskWithDefocus", correlation(c(), c(3), 0, null, -1), errors::different_size},
+        {"ZXCrossCorrelationMaskWithDefocus", correlation(c(), c(), 0, null, -1), errors::parameters_invalid},
+    };
+    for (const auto& r : refusals) {
+        std::map<image_ref, std::vector<unsigned char>> before;
+        for (const auto& argument : r.given)
+            if (const auto picture = object_in<image>(argument)) before[picture] = bytes_of(picture);
+        EXPECT_EQ(script.failure(r.function, r.given), r.text) << r.function;
+        for (const auto& [picture, bytes] : before) EXPECT_EQ(bytes_of(picture), bytes) << r.function << ": " << r.text;
+    }
+}
+
+TEST(Statistics, StoreEachOutputInItsPlace)
+{
+    script_host script;
+    auto sums = with_cells({image_of<float>({1, 2, 3, 4}, {2, 2}), image_of<float>({1, 0, 5, 4}, {2, 2})}, 7);
+    script.call("ZXSurveyDifference", sums);
+    EXPECT_EQ(outputs_of(sums), (std::vector<double>{10, 30, 10, 42, 0, 8, 4}));
+
+    std::vector<std::int32_t> volume(4 * 3 * 2, 5);
+    volume[2 + 4 * (1 + 3 * 1)] = -8, volume[3 + 4 * 2] = 90, volume[23] = 90;
+    const auto source = image_of(volume, {4, 3, 2});
+    for (const char* name : {"ZXMinMax", "ZXMinMaxStable"}) {
+        auto places = with_cells({source}, 8);
+        script.call(name, places);
+        EXPECT_EQ(outputs_of(places), (std::vector<double>{2, 1, 1, -8, 3, 2, 0, 90})) << name;
+    }
+    auto place = with_cells({source}, 3);
+    EXPECT_EQ(std::get<double>(script.call("ZXMin", place)), -8);
+    EXPECT_EQ(outputs_of(place), (std::vector<double>{2, 1, 1}));
+    EXPECT_EQ(std::get<double>(script.call("ZXMax", place)), 90);
+    EXPECT_EQ(outputs_of(place), (std::vector<double>{3, 2, 0}));
+
+    std::vector<float> spot(16 * 16);
+    for (int y = 9; y < 12; ++y)
+        for (int x = 4; x < 7; ++x) spot[static_cast<std::size_t>(x + 16 * y)] = 5;
+    arguments given{image_of(spot, {16, 16}), make_cell(8.0), make_cell(8.0), 5.0, integer{20}, 0.0};
+    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", given)), 2);
+    EXPECT_EQ(outputs_of(given), (std::vector<double>{5, 10}));
+    given[5] = 5.0;
+    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", given)), 0);
+    EXPECT_EQ(outputs_of(given), (std::vector<double>{5, 10}));
+}
+
+TEST(RadialSurvey, MakesProfilesThatWeightTakes)
+{
+    script_host script;
+    for (const std::uint32_t code : eight_reals)
+        for (const std::uint32_t depth : {1u, 3u}) {
+            auto source = noise(code, depth == 1 ? std::vector{7u, 5u} : std::vector{7u, 5u, depth});
+            const auto profile = script.call_image("ZXRadialSurvey", {source, integer{3}, integer{2}, 1.0, 1.0});
+            EXPECT_EQ(profile->code(), code == 7 || code == 11 || code == 12 ? 12u : 2u) << "type " << code;
+            EXPECT_EQ(profile->dimensions(), depth == 1 ? 1u : 2u);
+            EXPECT_EQ(profile->size(0), 5u);  // the corner lies at sqrt(13)
+            EXPECT_EQ(profile->size(1), depth);
+            if (!floats.contains(code)) continue;
+            const auto weighed =
+                script.call_image("ZXWeight", {source, profile, integer{3}, integer{2}, 1.0, 1.0, integer{2}, source});
+            EXPECT_EQ(weighed, source);
+            const auto flat = script.call_image("ZXRadialSurvey", {source, integer{3}, integer{2}, 1.0, 1.0});
+            for (std::size_t k = 0; k < flat->count(); ++k)
+                EXPECT_NEAR(code == 2 ? pixels_of<float>(flat)[k] : pixels_of<double>(flat)[k], 1, 1e-4);
+        }
+}
+
+TEST(Windows, FillGivenDestinationsAndMakeMissingOnes)
+{
+    script_host script;
+    const auto source = noise(2, {5, 3, 4});
+    const auto complex_form = script.call_image("ZXHanningWindow", {source, i, 2.0 * i, 3.0 + i, null});
+    EXPECT_EQ(complex_form->code(), 3u);
+    EXPECT_EQ(complex_form->size(2), 4u);
+    EXPECT_EQ(complex_form->name(), source->name());
+    const auto real_form = script.call_image("ZXHanningWindow", {source, 0.0, 2.0, 1.0, null});
+    const auto by_mode = script.call_image("ZXFTWindow", {source, integer{0}, null});
+    const auto p = pixels_of<float>(real_form), hann = pixels_of<float>(by_mode);
+    const auto z = pixels_of<std::complex<float>>(complex_form);
+    for (std::size_t k = 0; k < p.size(); ++k) {
+        EXPECT_NEAR(p[k], 2 * hann[k] + 1, 1e-4);
+        EXPECT_NEAR(z[k].imag(), 2 * hann[k] + 1, 1e-4) << "2i (s - i) w + 3 + i";
+        EXPECT_GE(z[k].real(), 3);
+    }
+    const auto destination = noise(2, {5, 3, 4}, 2);
+    EXPECT_EQ(script.call_image("ZXSineWindow", {source, 0.0, 1.0, 0.0, destination}), destination);
+    EXPECT_EQ(destination->changes(), 1u);
+    const auto wave = noise(3, {8, 8});
+    EXPECT_EQ(script.call_image("ZXVorbisWindow", {wave, 0.0 * i, 1.0 + 0.0 * i, 0.0 * i, wave}), wave) << "in place";
+}
+
+TEST(Windows, HaveTheirNamesShapes)
+{
+    script_host script;
+    const auto ones = image_of<double>({1, 1, 1, 1}, {4, 1});
+    const double s = std::sin(M_PI / 8);
+    const std::pair<const char*, double> first_elements[] = {
+        {"ZXHanningWindow", 0}, {"ZXSineWindow", s}, {"ZXVorbisWindow", std::sin(M_PI_2 * s * s)}};
+    for (const auto& [name, first] : first_elements) {
+        EXPECT_NEAR(pixels_of<double>(script.call_image(name, {ones, 0.0, 1.0, 0.0, null}))[0], first, 1e-15) << name;
+        const auto turned = pixels_of<std::complex<double>>(script.call_image(name, {ones, 0.0 * i, i, 0.0 * i, null}));
+        EXPECT_NEAR(turned[0].imag(), first, 1e-15) << name;
+    }
+}
+
+TEST(Mask, ReadsPeaksAndMatrixTogether)
+{
+    script_host script;
+    const auto spectrum = image_of(std::vector<std::complex<double>>(9 * 9, {1, 2}), {9, 9});
+    const auto kept = [&](script_value peak_list, script_value lattice) {
+        const auto masked = script.call_image("ZXMask", {spectrum, peak_list, lattice, 0.5, 0.0, null});
+        std::vector<std::size_t> places;
+        const auto pixels = pixels_of<std::complex<double>>(masked);
+        for (std::size_t k = 0; k < pixels.size(); ++k)
+            if (pixels[k] != 0.0) places.push_back(k);
+        return places;
+    };
+    using testing::ElementsAre;
+    EXPECT_THAT(kept(peaks(), null), ElementsAre(1 + 9 * 2, 5 + 9 * 3));
+    EXPECT_THAT(kept(null, matrix()), ElementsAre(0, 4, 8, 36, 40, 44, 72, 76, 80));
+    const auto placed = image_of<float>({1, 0, 2, 0, 1, 1}, {3, 2});  // origin (2, 1)
+    EXPECT_THAT(kept(peaks(), placed), ElementsAre(3 + 9 * 3, 7 + 9 * 4));
+}
+
+TEST(CrossCorrelationMask, MeasuresWhatItWrote)
+{
+    script_host script;
+    const auto target = image_of<std::complex<double>>({2.0 * i, 3, 4}, {3});
+    const auto reference = image_of<std::complex<double>>({1, i, 1}, {3});
+    arguments given{target, reference, integer{0}, integer{0}, 1.0, 1.0, 0.0, 1.0, integer{0}, make_cell(), null};
+    const auto result = pixels_of<std::complex<double>>(script.call_image("ZXCrossCorrelationMaskWithDefocus", given));
+    EXPECT_EQ(result, (std::vector<std::complex<double>>{2.0 * i, -3.0 * i, 0}));
+    EXPECT_EQ(outputs_of(given), std::vector<double>{2.5});
+    given[10] = target;
+    given[6] = 0.5;  // exp(i pi / 2) at frequency 1
+    EXPECT_EQ(script.call_image("ZXCrossCorrelationMaskWithDefocus", given), object_in<image>(target)) << "in place";
+    EXPECT_NEAR(std::abs(pixels_of<std::complex<double>>(target)[1] - 3.0), 0, 1e-15);
+}
+
+}  // namespace
