@@ -175,6 +175,12 @@ TEST(linear_warp, gives_the_fill_where_the_displacement_is_nan_and_spreads_a_nan
     EXPECT_TRUE(std::isnan(result[2]));
     EXPECT_EQ(result[3], 4.0f) << "on a pixel its neighbour does not enter";
     EXPECT_EQ(result[4], 9.0f) << "a quarter pixel beyond the last one";
+    // Between columns but on a row: the NaN of the next row, or what lies behind the last one, does not enter.
+    const vector<float> square{1, 2, nan, nan};
+    const float half = 0.5f;
+    image<float> corner{result.data(), 1, 1};
+    warp::LinearWarpX<float>({square.data(), 2, 2}, {&half, 1}, corner);
+    EXPECT_EQ(result[0], 1.5f);
 }
 
 TEST(warps, refuse_in_this_order_and_write_nothing)
