@@ -7,8 +7,8 @@
 #include "image/image.h"
 
 /// Linear resampling of typed images along given displacements or by an affine map. The library exports these
-/// functions; a module that uses them includes this header and links Zentrix64. It has to come from the same compiler,
-/// since names and image<T> are C++.
+/// functions; a module that uses them includes this header and links Zentrix64 (on Windows with ZENTRIX_WARP_IMPORT
+/// defined). It has to come from the same compiler, since names, image<T> and the thrown errors are C++.
 ///
 /// T is float, double, std::complex<float> or std::complex<double>; the complex variants interpolate real and imaginary
 /// parts. All functions share these rules:
