@@ -93,7 +93,9 @@ grey_limits robust_limits(std::vector<float> values)
     std::nth_element(values.begin(), values.begin() + cut, values.end());
     const float black = values[static_cast<std::size_t>(cut)];
     std::nth_element(values.begin(), values.begin() + (last - cut), values.end());
-    return {black, values[static_cast<std::size_t>(last - cut)]};
+    const float white = values[static_cast<std::size_t>(last - cut)];
+    const bool flat = white - black < 1e-5F * std::max(std::abs(black), std::abs(white));
+    return {black, flat ? black : white};
 }
 
 void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)

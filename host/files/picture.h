@@ -37,7 +37,8 @@ std::optional<display_mode> parse_display_mode(const std::string& word);
 std::vector<float> displayed_values(const image& pixels, display_mode mode);
 
 /// Black and white of a picture: the 0.1 % and 99.9 % quantiles of the finite values, so that a few wild pixels do not
-/// take all the contrast. Both 0 when no value is finite.
+/// take all the contrast. Equal where they lie closer together than 1e-5 of their size, which is the noise of rounding
+/// and no picture; both 0 when no value is finite.
 struct grey_limits
 {
     float black = 0;

@@ -1,0 +1,228 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+
+#include "program/pictures.h"
+#include "program/run.h"
+
+using support::pixels_of;
+using support::workbench;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+float hill(int x, int y)
+{
+    return 9.0F * std::exp(-static_cast<float>((x - 20) * (x - 20) + (y - 14) * (y - 14)) / 200.0F);
+}
+
+}  // namespace
+
+TEST(functions, are_listed_in_the_order_of_their_registration)
+{
+    const workbench bench;
+    const auto plain = bench.zentrix({"functions"});
+    EXPECT_EQ(plain.code, 0) << plain.err;
+    EXPECT_THAT(plain.out, StartsWith("void ZXSetUseSIMD(long isUseSIMD)\nlong ZXPadSize(long n)\n"));
+    EXPECT_THAT(plain.out, HasSubstr("\nImageRef ZXGoldstain(Image * imgSrc, long nMaxBoxSize)\n"));
+    EXPECT_EQ(std::count(plain.out.begin(), plain.out.end(), '\n'), 64);
+    const auto json = bench.zentrix({"functions", "--json"});
+    EXPECT_THAT(json.out, StartsWith("[\"void ZXSetUseSIMD(long isUseSIMD)\", \"long ZXPadSize(long n)\", "));
+}
+
+TEST(call, converts_words_by_the_prototype_and_prints_what_comes_back)
+{
+    const workbench bench;
+    support::write_real(bench / "a.npy", 3, 2, [](int x, int y) { return x - 3 * y; });
+    struct row
+    {
+        std::vector<std::string> words;
+        int code;
+        std::string out, err;
+    };
+    for (const auto& [words, code, out, err] : {
+             row{{"ZXPadSize", "1025"}, 0, "1152\n", ""},
+             row{{"ZXPadSize", "1025", "--json"}, 0, "{\"result\": 1152, \"outputs\": {}}\n", ""},
+             row{{"ZXToDMDataType", "-1"}, 0, "-1\n", ""},
+             row{{"ZXSurvey", "a.npy", "_", "_", "_", "null"}, 0, "fMin = -3\nfMax = 2\nfSum = -3\n", ""},
+             row{{"--json", "ZXSurvey", "a.npy", "_", "_", "_", "_", "_"},
+                 0,
+                 "{\"result\": null, \"outputs\": {\"fMin\": -3, \"fMax\": 2, \"fSum\": -3, \"fSqsum\": 19, "
+                 "\"fSumAbs\": 9}}\n",
+                 ""},
+             row{{"ZXMaximumFilter", "a.npy", "1", "null"}, 0, "float32 3 x 2, not written: -o FILE does\n", ""},
+             row{{"ZXToDMDataType", "10"}, 1, "", "zentrix: Unknown data type.\n"},
+             row{{"ZXPadSize", "1.5"},
+                 1,
+                 "",
+                 "zentrix: ZXPadSize, argument 1 (long n): expected a whole number from -2147483648 to 2147483647, not "
+                 "\"1.5\"\n"},
+             row{{"ZXPadSize", "2147483648"},
+                 1,
+                 "",
+                 "zentrix: ZXPadSize, argument 1 (long n): expected a whole number from -2147483648 to 2147483647, not "
+                 "\"2147483648\"\n"},
+             row{{"ZXPadSize"}, 1, "", "zentrix: ZXPadSize does not take 0 arguments:\n  long ZXPadSize(long n)\n"},
+             row{{"ZXNone", "1"},
+                 1,
+                 "",
+                 "zentrix: there is no script function ZXNone; zentrix functions lists those that there are\n"},
+             row{{"ZXMedian", "none.npy"}, 1, "", "zentrix: none.npy: there is no such file\n"},
+             row{{"ZXMedian", "a.npy", "-o", "m.npy"}, 1, "", "zentrix: -o m.npy: ZXMedian gives no image back\n"},
+             row{{"ZXMaximumFilter", "a.npy", "1", "null", "-o", "m.jpg"},
+                 1,
+                 "",
+                 "zentrix: m.jpg: cannot be written: expected a name ending in .npy or .png\n"},
+             row{{"ZXMaximumFilter", "a.npy", "1", "null", "-o", "none/m.npy"},
+                 1,
+                 "",
+                 "zentrix: none/m.npy: cannot be written: No such file or directory\n"},
+         }) {
+        auto all = words;
+        all.insert(all.begin(), "call");
+        const auto done = bench.zentrix(all);
+        EXPECT_EQ(done.code, code) << words.front();
+        EXPECT_EQ(done.out, out);
+        EXPECT_EQ(done.err, err);
+    }
+    EXPECT_EQ(bench.folder().files(), std::vector<std::string>{"a.npy"});
+}
+
+TEST(call, images_go_to_their_files_and_in_place_works)
+{
+    const workbench bench;
+    support::write_real(bench / "a.npy", 40, 30, hill);
+    ASSERT_EQ(bench
+                  .zentrix({"call", "ZXMovingAverage2", "a.npy", "2", "_", "_", "-o", "imgDst2=sd.png", "-o",
+                            "imgDst1=mean.npy"})
+                  .code,
+              0);
+    ASSERT_EQ(bench.zentrix({"call", "ZXMovingAverage", "a.npy", "2", "null", "-o", "single.npy"}).code, 0);
+    ASSERT_EQ(bench.zentrix({"--simd", "off", "call", "ZXMaximumFilter", "a.npy", "2", "null", "-o", "plain.npy"}).code,
+              0);
+    ASSERT_EQ(bench.zentrix({"call", "ZXMaximumFilter", "a.npy", "2", "null", "-o", "vector.npy"}).code, 0);
+    EXPECT_EQ(pixels_of<float>(bench / "plain.npy"), pixels_of<float>(bench / "vector.npy"));
+    EXPECT_LT(support::largest_difference(pixels_of<float>(bench / "mean.npy"), pixels_of<float>(bench / "single.npy")),
+              1e-5);
+    EXPECT_EQ(bench.folder().files(),
+              (std::vector<std::string>{"a.npy", "mean.npy", "plain.npy", "sd.png", "single.npy", "vector.npy"}));
+
+    // The spectrum shifter twice over is the identity; once, a source that is its own destination changes.
+    support::write_wave(bench / "w.npy", 8, 6, [](int x, int y) { return std::complex<float>(x + 1, y); });
+    for (const char* from : {"w.npy", "once.npy"})
+        ASSERT_EQ(bench
+                      .zentrix({"call", "ZXImageShifterForSemper", from, "0", "0", "0", "0", "1", from, "-o",
+                                from == std::string{"w.npy"} ? "once.npy" : "twice.npy"})
+                      .err,
+                  "");
+    EXPECT_NE(pixels_of<std::complex<float>>(bench / "once.npy"), pixels_of<std::complex<float>>(bench / "w.npy"));
+    EXPECT_EQ(pixels_of<std::complex<float>>(bench / "twice.npy"), pixels_of<std::complex<float>>(bench / "w.npy"));
+}
+
+TEST(unwrap, joins_a_phase_and_says_what_it_cannot_take)
+{
+    const workbench bench;
+    support::write_real(bench / "hill.npy", 40, 30, hill);
+    support::write_wave(bench / "wave.npy", 40, 30,
+                        [](int x, int y) { return std::complex<float>{std::polar(2.0F, hill(x, y))}; });
+    support::write_real(bench / "phase.npy", 40, 30,
+                        [](int x, int y) { return std::arg(std::polar(1.0F, hill(x, y))); });
+    support::write_image_of<std::int32_t>(bench / "whole.npy", 7, 4, 4, [](int x, int) { return x; });
+    const auto truth = pixels_of<float>(bench / "hill.npy");
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"phase.npy"},
+                                                  {"wave.npy", "--phase"},
+                                                  {"phase.npy", "--box", "9", "--png", "u.png"}}) {
+        std::vector<std::string> all{"unwrap", "-o", "u.npy"};
+        all.insert(all.end(), words.begin(), words.end());
+        const auto done = bench.zentrix(all);
+        EXPECT_EQ(done.code, 0) << done.err;
+        const auto got = pixels_of<float>(bench / "u.npy");
+        const float offset = got[0] - truth[0];
+        double largest = 0;
+        for (std::size_t i = 0; i < got.size(); ++i)
+            largest = std::max<double>(largest, std::abs(got[i] - truth[i] - offset));
+        EXPECT_LT(largest, 1e-5) << words[0];
+    }
+    struct row
+    {
+        std::vector<std::string> words;
+        std::string err;
+    };
+    for (const auto& [words, err] :
+         {row{{"wave.npy"},
+              "wave.npy: holds complex64 40 x 30; expected a real phase in radians (--phase takes the argument of a "
+              "complex "
+              "wave first)\n"},
+          row{{"phase.npy", "--phase"}, "phase.npy: holds float32 40 x 30; --phase needs a complex wave\n"},
+          row{{"whole.npy"}, "whole.npy: holds int32 4 x 4; expected float32 or float64, in radians\n"},
+          row{{"phase.npy", "--png", "a.jpg"}, "a.jpg: cannot be written: expected a name ending in .npy or .png\n"}}) {
+        std::vector<std::string> all{"unwrap", "-o", "refused.npy"};
+        all.insert(all.end(), words.begin(), words.end());
+        const auto done = bench.zentrix(all);
+        EXPECT_EQ(done.code, 1);
+        EXPECT_EQ(done.err, "zentrix: " + err);
+    }
+    EXPECT_FALSE(std::filesystem::exists(bench / "refused.npy"));
+}
+
+TEST(command_line, bad_usage_is_code_2_and_touches_nothing)
+{
+    const workbench bench;
+    support::write_wave(bench / "w.npy", 4, 4, [](int, int) { return 1; });
+    const std::vector<std::string> correct{"correct", "w.npy", "-o", "o.npy", "--pixel", "0.1"};
+    struct row
+    {
+        std::vector<std::string> words;
+        const char* said;
+    };
+    for (const auto& [words, said] :
+         {row{{}, "A subcommand is required"}, row{{"corect"}, "corect"},
+          row{{"call", "ZXPadSize", "3", "--jsno"}, "--jsno"}, row{{"--simd", "maybe", "functions"}, "maybe"},
+          row{{"correct", "w.npy", "-o", "o.npy", "--kv", "300"}, "--pixel is required"},
+          row{correct, "--kv is required"}}) {
+        const auto done = bench.zentrix(words);
+        EXPECT_EQ(done.code, 2) << said;
+        EXPECT_THAT(done.err, HasSubstr(said));
+        EXPECT_EQ(done.out, "");
+    }
+    for (const auto& [words, said] :
+         {row{{"--kv", "300", "--C1", "5@20"}, "C1 is a number in nm, not \"5@20\""},
+          row{{"--kv", "300", "--A1", "5@"}, "A1 is MODULUS or MODULUS@DEGREES in nm, not \"5@\""},
+          row{{"--kv", "300", "--tilt", "3"}, "--tilt is RIGHT,UP in mrad, not \"3\""},
+          row{{"--kv", "300", "--show", "colour"}, "colour"}, row{{"--kv", "-300"}, "-300"},
+          row{{"--kv", "300", "--wavelength", "0.002"}, "--wavelength"}}) {
+        auto all = correct;
+        all.insert(all.end(), words.begin(), words.end());
+        const auto done = bench.zentrix(all);
+        EXPECT_EQ(done.code, 2) << said;
+        EXPECT_THAT(done.err, HasSubstr(said));
+    }
+    EXPECT_EQ(bench.folder().files(), std::vector<std::string>{"w.npy"});
+    EXPECT_EQ(bench.zentrix({"correct", "--help"}).code, 0);
+}
+
+TEST(command_line, names_the_file_that_it_cannot_use)
+{
+    const workbench bench;
+    support::write_real(bench / "real.npy", 4, 4, [](int, int) { return 1; });
+    bench.folder().write("torn.npy", "\x93NUMPY");
+    const auto correct = [&](const std::string& file) {
+        return bench.zentrix({"correct", file, "-o", "o.npy", "--kv", "300", "--pixel", "0.1"});
+    };
+    EXPECT_EQ(correct("real.npy").err, "zentrix: real.npy: holds float32 4 x 4; expected a complex wave\n");
+    EXPECT_EQ(correct("torn.npy").err,
+              "zentrix: torn.npy: it is not a .npy file: expected the first bytes \\x93NUMPY\n");
+    EXPECT_EQ(correct("wave.tiff").err, "zentrix: wave.tiff: there is no such file\n");
+    const auto no_library = bench.zentrix({"functions", "--library", "none.so"});
+    EXPECT_EQ(no_library.code, 1);
+    EXPECT_THAT(no_library.err, HasSubstr("none.so"));
+    const auto info = bench.zentrix({"info", "real.npy", "--json"});
+    EXPECT_EQ(
+        info.out,
+        "{\"type\": \"float32\", \"size\": [4, 4], \"file\": \"real.npy\", \"of\": \"value\", \"min\": 1, \"max\": 1, "
+        "\"mean\": 1, \"not_finite\": 0}\n");
+    EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"real.npy", "torn.npy"}));
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "files/scratch.h"
+
+namespace support {
+
+/// A file of the build, by the name that the build system gives it. A Windows program under Wine sees the machine's root
+/// as drive Z.
+inline std::filesystem::path built(const std::string& file)
+{
+#ifdef _WIN32
+    if (file.front() == '/') return std::filesystem::path{"Z:" + file}.make_preferred();
+#endif
+    return file;
+}
+
+/// What a program did: its exit code and all that it wrote.
+struct outcome
+{
+    int code = -1;
+    std::string out, err;
+};
+
+/// Runs programs in a scratch folder, where their files are named without a path.
+class workbench
+{
+  public:
+    /// Runs the program with these arguments, each quoted.
+    outcome run(const std::filesystem::path& program, const std::vector<std::string>& arguments) const
+    {
+        std::string command = change_folder + ("\"" + (folder_ / "").string() + "\" && ") + quoted(program.string());
+        for (const auto& argument : arguments) command += " " + quoted(argument);
+        command += " >\"" + texts_("out").string() + "\" 2>\"" + texts_("err").string() + "\"";
+        outcome result;
+#ifdef _WIN32
+        result.code = std::system(("\"" + command + "\"").c_str());  // the command processor drops the outer quotes
+#else
+        const int status = std::system(command.c_str());
+        result.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+#endif
+        result.out = without_returns(texts_.read("out"));
+        result.err = without_returns(texts_.read("err"));
+        return result;
+    }
+    outcome zentrix(const std::vector<std::string>& arguments) const { return run(built(ZENTRIX_PROGRAM), arguments); }
+
+    const scratch_folder& folder() const { return folder_; }
+    std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
+
+  private:
+    struct texts
+    {
+        scratch_folder folder;
+        std::filesystem::path operator()(const std::string& name) const { return folder / name; }
+        std::string read(const std::string& name) const { return folder.read(name); }
+    };
+#ifdef _WIN32
+    static constexpr const char* change_folder = "cd /d ";
+#else
+    static constexpr const char* change_folder = "cd ";
+#endif
+    static std::string quoted(const std::string& word) { return "\"" + word + "\""; }
+    static std::string without_returns(std::string text)
+    {
+        std::erase(text, '\r');
+        return text;
+    }
+
+    scratch_folder folder_;
+    texts texts_;
+};
+
+}  // namespace support
