@@ -58,7 +58,7 @@ std::string tag_text(const host::tag& value, bool json);
 std::string group_text(const host::tag_group& group, bool json)
 {
     std::vector<std::string> tags;
-    for (std::size_t i = 0; i < group.count(); ++i) tags.push_back(tag_text(*group.get(i), json));
+    for (std::size_t i = 0; i < group.count(); ++i) tags.push_back(tag_text(*group.get_at(i), json));
     return json_array(tags);
 }
 
