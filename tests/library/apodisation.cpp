@@ -5,6 +5,7 @@
 #include <cmath>
 #include <complex>
 #include <limits>
+#include <numbers>
 #include <random>
 #include <vector>
 
@@ -84,7 +85,8 @@ TEST(window_curve, mirrors_and_overlaps_to_one)
                     }
                 }
         }
-    EXPECT_NEAR(library::window_curve(window::vorbis, 4)[0], std::sin(M_PI_2 * std::pow(std::sin(M_PI / 8), 2)), 1e-15);
+    EXPECT_NEAR(library::window_curve(window::vorbis, 4)[0],
+                std::sin(std::numbers::pi / 2 * std::pow(std::sin(std::numbers::pi / 8), 2)), 1e-15);
 }
 
 TEST(apply_window, is_the_product_over_the_dimensions_between_the_offsets)

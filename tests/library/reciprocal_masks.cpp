@@ -3,6 +3,7 @@
 #include <cmath>
 #include <complex>
 #include <limits>
+#include <numbers>
 #include <random>
 #include <vector>
 
@@ -114,7 +115,8 @@ TEST(cross_correlation_mask, takes_out_the_defocus_that_a_lens_put_in)
     for (std::size_t i = 0; i < reference.size(); ++i) {
         const double gx = (static_cast<double>(i % 13) - 6) * 0.02, gy = (static_cast<double>(i / 13 % 10) - 5) * 0.03;
         reference[i] = {normal(random), normal(random)};
-        target[i] = c(std::complex<double>(reference[i]) * std::polar(1.0, -M_PI * defocus * (gx * gx + gy * gy)));
+        target[i] =
+            c(std::complex<double>(reference[i]) * std::polar(1.0, -std::numbers::pi * defocus * (gx * gx + gy * gy)));
     }
     using library::correlation_mode;
     const image<const c> t{target.data(), 13, 10, 2}, r{reference.data(), 13, 10, 2};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <numbers>
 #include <set>
 
 #include "image/errors.h"
@@ -266,9 +267,9 @@ TEST(Windows, HaveTheirNamesShapes)
 {
     script_host script;
     const auto ones = image_of<double>({1, 1, 1, 1}, {4, 1});
-    const double s = std::sin(M_PI / 8);
+    const double s = std::sin(std::numbers::pi / 8);
     const std::pair<const char*, double> first_elements[] = {
-        {"ZXHanningWindow", 0}, {"ZXSineWindow", s}, {"ZXVorbisWindow", std::sin(M_PI_2 * s * s)}};
+        {"ZXHanningWindow", 0}, {"ZXSineWindow", s}, {"ZXVorbisWindow", std::sin(std::numbers::pi / 2 * s * s)}};
     for (const auto& [name, first] : first_elements) {
         EXPECT_NEAR(pixels_of<double>(script.call_image(name, {ones, 0.0, 1.0, 0.0, null}))[0], first, 1e-15) << name;
         const auto turned = pixels_of<std::complex<double>>(script.call_image(name, {ones, 0.0 * i, i, 0.0 * i, null}));
