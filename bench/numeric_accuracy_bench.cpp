@@ -79,7 +79,7 @@ bool sine_and_cosine(std::uint64_t stride)
             if (std::abs(wide) <= 1e6 || !std::isfinite(x[i])) {
                 sine.take(ulps(s[i], truth), x[i]);
                 cosine.take(ulps(c[i], std::cos(wide)), x[i]);
-            } else if (std::abs(wide) < 0x1p51)  // one rounding of the result is not the angle's fault
+            } else if (std::abs(wide) < 0x1p40)  // one rounding of the result is not the angle's fault
                 beyond.take((std::abs(s[i] - truth) - 0x1p-25) / (std::abs(wide) * 0x1p-53), x[i]);
             else if (!(std::abs(s[i] * s[i] + c[i] * c[i] - 1.0f) < 1e-6f))
                 beyond.take(1e9, x[i]);

@@ -19,12 +19,11 @@ constexpr double one_over_log_of_2 = 1 / 0.693147180559945309417;
 }  // namespace
 
 template <class T>
-void exp2_plain(const T* a, T* dst, std::ptrdiff_t count)
+void exp2(const T* a, T* dst, std::ptrdiff_t count)
 {
+#pragma GCC ivdep
     for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = power(T{2}, a[i]);
 }
-
-void exp2_vector(const float* a, float* dst, std::ptrdiff_t count) { numeric::exp2(a, dst, count); }
 
 template <class T>
 void pow_plain(const T* a, const T* b, T* dst, std::ptrdiff_t count)
@@ -43,7 +42,7 @@ void log2(const T* a, T* dst, std::ptrdiff_t count)
 }
 
 #define INSTANTIATE(T)                                               \
-    template void exp2_plain(const T*, T*, std::ptrdiff_t);          \
+    template void exp2(const T*, T*, std::ptrdiff_t);                \
     template void pow_plain(const T*, const T*, T*, std::ptrdiff_t); \
     template void log2(const T*, T*, std::ptrdiff_t);
 INSTANTIATE(float)

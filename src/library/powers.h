@@ -12,27 +12,13 @@
 namespace qorv::library {
 
 template <class T>
-using one_source = void(const T* a, T* dst, std::ptrdiff_t count);
-template <class T>
 using two_sources = void(const T* a, const T* b, T* dst, std::ptrdiff_t count);
-
-/// 2^a as pow(2, a).
-template <class T>
-one_source<T> exp2_plain;
-one_source<float> exp2_vector;  // without the logarithm of 2, which is 1 exactly
 
 /// a^b
 template <class T>
 two_sources<T> pow_plain;
-two_sources<float> pow_vector;
+two_sources<float> pow_vector;  // logarithms of a block first, then their powers
 
-template <class T>
-inline constexpr dm::variant<one_source<T>> exp2_variants[] = {{"plain", dm::cpu::none, exp2_plain<T>}};
-template <>
-inline constexpr dm::variant<one_source<float>> exp2_variants<float>[] = {
-    {"sse2", dm::cpu::sse2, exp2_vector},
-    {"plain", dm::cpu::none, exp2_plain<float>},
-};
 template <class T>
 inline constexpr dm::variant<two_sources<T>> pow_variants[] = {{"plain", dm::cpu::none, pow_plain<T>}};
 template <>
@@ -41,13 +27,6 @@ inline constexpr dm::variant<two_sources<float>> pow_variants<float>[] = {
     {"plain", dm::cpu::none, pow_plain<float>},
 };
 
-/// dst = 2^a
-template <class T>
-void exp2(const T* a, T* dst, std::ptrdiff_t count)
-{
-    dm::choose(exp2_variants<T>).function(a, dst, count);
-}
-
 /// dst = a^b
 template <class T>
 void pow(const T* a, const T* b, T* dst, std::ptrdiff_t count)
@@ -55,8 +34,12 @@ void pow(const T* a, const T* b, T* dst, std::ptrdiff_t count)
     dm::choose(pow_variants<T>).function(a, b, dst, count);
 }
 
+/// dst = 2^a as pow(2, a). One loop for all processors: the compiler leaves the logarithm of 2 out and vectorises it.
+template <class T>
+void exp2(const T* a, T* dst, std::ptrdiff_t count);
+
 /// dst = ln(a) * s, s = 1 / ln 2 computed in double precision and rounded to T: two roundings, so that the logarithm of
-/// a power of two need not be an integer to the last bit. One loop for all processors: the compiler vectorises it.
+/// a power of two need not be an integer to the last bit. One loop for all processors.
 template <class T>
 void log2(const T* a, T* dst, std::ptrdiff_t count);
 

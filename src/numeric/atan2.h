@@ -13,29 +13,38 @@ namespace qorv::numeric {
 inline float atan2(float y, float x) noexcept
 {
     constexpr double quarter_pi = 0x1.921fb54442d18p-1;
-    constexpr double tangent_of_eighth_pi = 0x1.a827999fcef32p-2;
-    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr float tangent_of_eighth_pi = 0x1.a8279ap-2f;
+    constexpr float infinity = std::numeric_limits<float>::infinity();
 
-    const double ax = magnitude(x);
-    const double ay = magnitude(y);
-    const bool steep = ay > ax;
-    const double larger = steep ? ay : ax;
-    const double smaller = steep ? ax : ay;
+    const float ax = magnitude(x);
+    const float ay = magnitude(y);
+    const std::uint32_t steep = mask_of(ay > ax);
+    const float larger = select(steep, ay, ax);
+    const float smaller = select(steep, ax, ay);
     // Two infinities lie on the diagonal like two ones; two zeros need a divisor.
-    const double height = smaller == infinity ? 1.0 : smaller;
-    const double width = smaller == infinity ? 1.0 : (larger == 0.0 ? 1.0 : larger);
+    const std::uint32_t both_infinite = mask_of(smaller == infinity);
+    const float height = select(both_infinite, 1.0f, smaller);
+    const float width = select(both_infinite | mask_of(larger == 0.0f), 1.0f, larger);
 
-    // The upper half of the octant is turned back by pi/4, so that |t| <= tan(pi/8).
-    const bool turned = height > tangent_of_eighth_pi * width;
-    const double t = (turned ? height - width : height) / (turned ? height + width : width);
+    // The upper half of the octant is turned back by pi/4, so that |t| <= tan(pi/8). Octants that run against the angle
+    // take t and with it the arc with the other sign.
+    const std::uint32_t turned = mask_of(height > tangent_of_eighth_pi * width);
+    const std::uint32_t left = mask_of((bits_of(x) & sign_bit) != 0u);
+    const std::uint32_t reversed = (steep ^ left) & sign_bit;
+    const float from_turned = select(turned, 1.0f, 0.0f);
+    const float from_steep = select(steep, 2.0f - from_turned, from_turned);
+    const float eighths_of_turn = select(left, 4.0f - from_steep, from_steep);  // of pi/4 each
+
+    const double rise = float_of(bits_of(height) ^ reversed);
+    const double rise_of_turn = float_of(bits_of(select(turned, width, 0.0f)) ^ reversed);
+    const double run_of_turn = select(turned, height, 0.0f);
+    const double t = (rise - rise_of_turn) / (width + run_of_turn);
     const double z = t * t;
     const double z2 = z * z;
     const double correction = (-0.333333324991400697 + z * 0.199999039084617136) +
                               z2 * ((-0.142820077700480871 + z * 0.110446918210180568) +
                                     z2 * (-0.0847627075354123936 + z * 0.0474405244059550243));
-    const double octant = (turned ? quarter_pi : 0.0) + t * (1.0 + z * correction);
-    const double quadrant = steep ? 2.0 * quarter_pi - octant : octant;
-    const double half = (bits_of(x) & sign_bit) != 0u ? 4.0 * quarter_pi - quadrant : quadrant;
+    const double half = eighths_of_turn * quarter_pi + t * (1.0 + z * correction);
 
     const float angle = float_of(bits_of(static_cast<float>(half)) | (bits_of(y) & sign_bit));
     return select(mask_of(x != x) | mask_of(y != y), std::numeric_limits<float>::quiet_NaN(), angle);

@@ -5,12 +5,11 @@
 namespace qorv::numeric {
 
 /// 2^t with a relative error below 2^-34, for the functions of this folder: they round it to float once.
-/// t   any double; limited to [-200, 200], where a float is 0 or infinite. NaN stays NaN.
+/// t   in [-1000, 1000] or NaN, which stays NaN
 inline double exp2_unrounded(double t) noexcept
 {
-    const double within = limited(t, -200.0, 200.0);
-    const double shifted = within + rounding_shift;
-    const double r = within - (shifted - rounding_shift);  // in [-1/2, 1/2]
+    const double shifted = t + rounding_shift;
+    const double r = t - (shifted - rounding_shift);  // in [-1/2, 1/2]
     const double r2 = r * r;
     const double r4 = r2 * r2;
     const double p =
@@ -20,16 +19,16 @@ inline double exp2_unrounded(double t) noexcept
     return double_of(bits_of(p) + (bits_of(shifted) << 52));  // the exponent grows by the integer part
 }
 
-/// 2^x. Any float; at most 0.501 ulp, results below the normal range included; integers give exact powers.
+/// 2^x. Any float, since beyond 200 its power is infinite or 0 anyway; at most 0.501 ulp, results below the normal range included; integers give exact powers.
 /// Source: coefficients from tools/numeric_coefficients.py
-inline float exp2(float x) noexcept { return static_cast<float>(exp2_unrounded(x)); }
+inline float exp2(float x) noexcept { return static_cast<float>(exp2_unrounded(limited(x, -200.0f, 200.0f))); }
 
 /// e^x. Any float; at most 0.501 ulp, results below the normal range included.
 /// The product with log2(e) is off by at most 2^-46, so that it needs no second part.
 inline float exp(float x) noexcept
 {
     constexpr double log2_of_e = 0x1.71547652b82fep0;
-    return static_cast<float>(exp2_unrounded(x * log2_of_e));
+    return static_cast<float>(exp2_unrounded(limited(x, -200.0f, 200.0f) * log2_of_e));
 }
 
 }  // namespace qorv::numeric

@@ -18,13 +18,6 @@ inline constexpr std::uint32_t sign_bit = 0x80000000u;
 /// of the sum's pattern hold that integer in two's complement.
 inline constexpr double rounding_shift = 0x1.8p52;
 
-/// `x` limited to [low, high]; NaN stays NaN, hence the order of the comparisons.
-constexpr double limited(double x, double low, double high) noexcept
-{
-    const double from_below = low > x ? low : x;
-    return high < from_below ? high : from_below;
-}
-
 constexpr float magnitude(float x) noexcept { return float_of(bits_of(x) & ~sign_bit); }
 
 /// All bits where `condition` holds, none elsewhere. Conditions are combined as masks: the vectoriser gives up on
@@ -35,6 +28,20 @@ constexpr std::uint32_t mask_of(bool condition) noexcept { return condition ? ~0
 constexpr float select(std::uint32_t mask, float chosen, float otherwise) noexcept
 {
     return float_of((bits_of(chosen) & mask) | (bits_of(otherwise) & ~mask));
+}
+
+/// `x` limited to [low, high]; NaN stays NaN.
+constexpr float limited(float x, float low, float high) noexcept
+{
+    const float from_below = select(mask_of(x < low), low, x);
+    return select(mask_of(from_below > high), high, from_below);
+}
+
+/// The same without masks: of these, the vectoriser has none for double.
+constexpr double limited(double x, double low, double high) noexcept
+{
+    const double from_below = x < low ? low : x;
+    return from_below > high ? high : from_below;
 }
 
 }  // namespace qorv::numeric

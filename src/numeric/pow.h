@@ -29,7 +29,7 @@ inline double log2_of_base(float base_magnitude) noexcept
 /// special values that base and exponent call for.
 inline float power_of_logarithm(double logarithm, float base, float exponent) noexcept
 {
-    const float power = static_cast<float>(exp2_unrounded(logarithm));
+    const float power = static_cast<float>(exp2_unrounded(limited(logarithm, -200.0, 200.0)));
 
     // From 2^24 on every float is an even integer, infinity counts as one too.
     const float exponent_magnitude = magnitude(exponent);

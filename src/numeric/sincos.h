@@ -13,8 +13,8 @@ struct sine_cosine
 /// Sine and cosine of one angle together, branch-free.
 /// x         [rad], any float
 /// Exactness at most 0.501 ulp for |x| <= 1e6. Beyond, the angle left after the whole quarter turns is off by about
-///           |x| * 2^-53 rad up to |x| = 2^51, and means nothing further up; the result stays within [-1, 1] and sine
-///           and cosine belong to one angle for every finite x. Zeros keep their sign; infinities and NaN give NaN.
+///           |x| * 2^-53 rad; from |x| = 2^40 on, where neighbouring floats are 20861 turns apart, the angle counts as 0.
+///           Sine and cosine belong to one angle for every finite x. Zeros keep their sign; infinities and NaN give NaN.
 /// Source    Reduction by pi/2 in two parts: Cody, Waite, Software Manual for the Elementary Functions (1980);
 ///           coefficients from tools/numeric_coefficients.py
 inline sine_cosine sincos(float x) noexcept
@@ -23,12 +23,11 @@ inline sine_cosine sincos(float x) noexcept
     constexpr double quarter_turn_high = 0x1.921fb544p0;               // 33 bits of pi / 2: exact times 20-bit integers
     constexpr double quarter_turn_low = 0x1.0b4611a626331p-34;         // the rest
 
-    const double wide = x;
+    const double wide = select(mask_of(magnitude(x) < 0x1p40f), x, x * 0.0f);  // infinity * 0 is NaN
     const double shifted = wide * quarter_turns_per_radian + rounding_shift;
     const auto quadrant = static_cast<std::uint32_t>(bits_of(shifted));
     const double turns = shifted - rounding_shift;
-    // Within pi/4 but for rounding, until x is so large that nothing is left of the angle; the limit holds it there.
-    const double r = limited((wide - turns * quarter_turn_high) - turns * quarter_turn_low, -0.7854, 0.7854);
+    const double r = (wide - turns * quarter_turn_high) - turns * quarter_turn_low;
 
     const double z = r * r;
     const double z2 = z * z;
