@@ -14,6 +14,9 @@ namespace {
 /// Sizes and strides cross the contract as 32-bit signed integers.
 constexpr std::ptrdiff_t largest_stride = std::numeric_limits<std::int32_t>::max();
 
+/// A larger request is a mistake that the system need not even be asked for.
+constexpr std::uint64_t most_bytes = std::uint64_t{1} << 40;
+
 std::string size_text(const std::array<std::uint32_t, 3>& sizes, std::size_t dimensions)
 {
     std::string text = std::to_string(sizes[0]);
@@ -82,7 +85,8 @@ bool image::is_contiguous() const noexcept
 void image::own_memory()
 {
     const auto plane = std::uint64_t{sizes_[0]} * sizes_[1];
-    const bool fits = plane <= static_cast<std::uint64_t>(largest_stride) && sizes_[2] <= largest_stride;
+    const bool fits = plane <= static_cast<std::uint64_t>(largest_stride) && sizes_[2] <= largest_stride &&
+                      plane * sizes_[2] <= most_bytes / type_->bytes;
     void* bytes = fits ? std::calloc(plane * sizes_[2], type_->bytes) : nullptr;
     if (!bytes)
         throw script_error{"There is no memory for an image of " + size_text(sizes_, dimensions_) + " elements of " +
