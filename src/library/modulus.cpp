@@ -66,13 +66,13 @@ void unit_phase(const std::complex<T>* src, std::complex<T>* dst, std::ptrdiff_t
     }
 }
 
-#define INSTANTIATE(T)                                                               \
-    template void modulus_plain(const std::complex<T>*, T*, std::ptrdiff_t);         \
-    template void modulus_vector(const std::complex<T>*, T*, std::ptrdiff_t);        \
-    template void modulus_and_phase(const std::complex<T>*, T*, T*, std::ptrdiff_t); \
-    template void unit_phase(const std::complex<T>*, std::complex<T>*, std::ptrdiff_t);
-INSTANTIATE(float)
-INSTANTIATE(double)
-#undef INSTANTIATE
+template void modulus_plain(const std::complex<float>*, float*, std::ptrdiff_t);
+template void modulus_plain(const std::complex<double>*, double*, std::ptrdiff_t);
+template void modulus_vector(const std::complex<float>*, float*, std::ptrdiff_t);
+template void modulus_vector(const std::complex<double>*, double*, std::ptrdiff_t);
+template void modulus_and_phase(const std::complex<float>*, float*, float*, std::ptrdiff_t);
+template void modulus_and_phase(const std::complex<double>*, double*, double*, std::ptrdiff_t);
+template void unit_phase(const std::complex<float>*, std::complex<float>*, std::ptrdiff_t);
+template void unit_phase(const std::complex<double>*, std::complex<double>*, std::ptrdiff_t);
 
 }  // namespace qorv::library

@@ -41,12 +41,11 @@ void log2(const T* a, T* dst, std::ptrdiff_t count)
     for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = natural_logarithm(a[i]) * s;
 }
 
-#define INSTANTIATE(T)                                               \
-    template void exp2(const T*, T*, std::ptrdiff_t);                \
-    template void pow_plain(const T*, const T*, T*, std::ptrdiff_t); \
-    template void log2(const T*, T*, std::ptrdiff_t);
-INSTANTIATE(float)
-INSTANTIATE(double)
-#undef INSTANTIATE
+template void exp2(const float*, float*, std::ptrdiff_t);
+template void exp2(const double*, double*, std::ptrdiff_t);
+template void pow_plain(const float*, const float*, float*, std::ptrdiff_t);
+template void pow_plain(const double*, const double*, double*, std::ptrdiff_t);
+template void log2(const float*, float*, std::ptrdiff_t);
+template void log2(const double*, double*, std::ptrdiff_t);
 
 }  // namespace qorv::library
