@@ -5,6 +5,7 @@
 
 #include "plugin/host/call.h"
 #include "plugin/host/host_functions.h"
+#include "plugin/host/log.h"
 
 namespace qorv::dm {
 
@@ -50,7 +51,8 @@ image_lock::state::~state()
 {
     try {
         unlock();
-    } catch (...) {  // a destructor has nobody to tell; `release` is there for who wants to know
+    } catch (const std::exception& error) {  // a destructor cannot throw it; `release` is there for who wants to
+        host::log_lost_error("An image's lock", error);
     }
 }
 

@@ -263,6 +263,21 @@ TEST(ImageLock, CopiesShareOneLockAndTheLastGivesItBack)
     EXPECT_EQ(support::message_of([] { qorv::dm::read_lock{image_ref{}}; }), "Parameters are invalid.");
 }
 
+TEST(ImageLock, AnErrorThatADestructorMeetsIsLogged)
+{
+    linked to;
+    const image_ref image = ramp(2, 2);
+    {
+        const qorv::dm::write_lock lock{image};
+        to.host.faults().plan({fault_point::call, 1, "void ImageDataChanged( ImageRef )", "no redraw"});
+    }
+    const auto lines = to.host.records().output();
+    ASSERT_EQ(lines.size(), 1u);
+    EXPECT_EQ(lines[0].module + lines[0].text, "ZentrixAn image's lock ended with an error: no redraw\n");
+    EXPECT_EQ(lines[0].type, 1u);
+    EXPECT_THAT(to.host.report().locks, testing::IsEmpty());
+}
+
 // The check that a native function fits its prototype.
 std::int32_t takes_long(std::int32_t) { return 0; }
 void gives_double(output<double>) {}
