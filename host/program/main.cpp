@@ -24,6 +24,15 @@ void add_global_options(CLI::App& app, global_options& global)
         ->type_name("on|off");
 }
 
+/// "functions, call, info, ..."
+std::string commands_of(const CLI::App& app)
+{
+    std::string names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        names += (names.empty() ? "" : ", ") + command->get_name();
+    return names;
+}
+
 int run(int argc, char** argv)
 {
     global_options global;
@@ -45,12 +54,15 @@ int run(int argc, char** argv)
         return success;
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();
-        std::cout << (chosen.empty() ? app.help() : chosen.front()->help());
+        std::cout << (chosen.empty() ? app.help() : chosen.front()->help("zentrix"));
         return success;
     } catch (const CLI::ParseError& problem) {
         const auto chosen = app.get_subcommands();
-        std::cerr << "zentrix: " << problem.what() << "\nTry: zentrix "
-                  << (chosen.empty() ? "" : chosen.front()->get_name() + " ") << "--help\n";
+        if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&problem) != nullptr)
+            std::cerr << "zentrix: a command is expected: " << commands_of(app) << "\n";
+        else
+            std::cerr << "zentrix: " << problem.what() << "\n";
+        std::cerr << "Try: zentrix " << (chosen.empty() ? "" : chosen.front()->get_name() + " ") << "--help\n";
         return bad_usage;
     } catch (const usage_error& problem) {
         std::cerr << "zentrix: " << problem.what() << "\n";

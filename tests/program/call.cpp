@@ -111,10 +111,10 @@ TEST(call, images_go_to_their_files_and_in_place_works)
               (std::vector<std::string>{"a.npy", "mean.npy", "plain.npy", "sd.png", "single.npy", "vector.npy"}));
 
     // The spectrum shifter twice over is the identity; once, a source that is its own destination changes.
-    support::write_wave(bench / "w.npy", 8, 6, [](int x, int y) { return std::complex<float>(x + 1, y); });
+    support::write_wave(bench / "w.npy", 8, 8, [](int x, int y) { return std::complex<float>(x + 1, y); });
     for (const char* from : {"w.npy", "once.npy"})
         ASSERT_EQ(bench
-                      .zentrix({"call", "ZXImageShifterForSemper", from, "0", "0", "0", "0", "1", from, "-o",
+                      .zentrix({"call", "ZXImageShifterForSemper", from, "0", "0", "4", "4", "1", from, "-o",
                                 from == std::string{"w.npy"} ? "once.npy" : "twice.npy"})
                       .err,
                   "");
@@ -179,7 +179,8 @@ TEST(command_line, bad_usage_is_code_2_and_touches_nothing)
         const char* said;
     };
     for (const auto& [words, said] :
-         {row{{}, "A subcommand is required"}, row{{"corect"}, "corect"},
+         {row{{}, "a command is expected: functions, call, info, correct"},
+          row{{"corect"}, "a command is expected: functions, call, info, correct"},
           row{{"call", "ZXPadSize", "3", "--jsno"}, "--jsno"}, row{{"--simd", "maybe", "functions"}, "maybe"},
           row{{"correct", "w.npy", "-o", "o.npy", "--kv", "300"}, "--pixel is required"},
           row{correct, "--kv is required"}}) {

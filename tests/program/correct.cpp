@@ -53,7 +53,7 @@ TEST(correct, removing_undoes_applying_in_any_size_with_tilt)
                                         "--C3",  "-0.013", "--S3",    "2@11",  "--A3",   "1.5@5",    "--B4",
                                         "20@99", "--D4",   "12@-8",   "--A4",  "15@200", "--C5",     "2",
                                         "--A5",  "1@44",   "--R5",    "1@-66", "--S5",   "0.8@3"};
-    for (const auto [width, height] : {std::pair{128, 64}, {75, 64}, {64, 51}, {33, 45}}) {
+    for (const auto& [width, height] : {std::pair{128, 64}, {75, 64}, {64, 51}, {33, 45}}) {
         const workbench bench;
         write_noise(bench / "wave.npy", width, height);
         ASSERT_EQ(bench.zentrix(joined({"correct", "wave.npy", "-o", "there.npy"}, lens)).code, 0);
