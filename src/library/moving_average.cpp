@@ -48,7 +48,7 @@ void moving_average(const dm::image<const std::type_identity_t<T>>& from, const 
     require_data(from, to);
     dm::require(radius >= 0, dm::errors::parameters_invalid);
     const std::ptrdiff_t planes = std::min(from.depth(), to.depth());
-    if (radius == 0) {  // by sums and differences of neighbours only nearly the same, and NaNs would spread
+    if (radius == 0) {  // a running sum would spread a NaN and lose the sign of a zero
         if (!dm::same_pixels(from, to)) copy_planes(from, to, planes);
         return;
     }

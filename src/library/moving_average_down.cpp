@@ -8,6 +8,8 @@
 
 namespace qorv::library {
 
+using namespace box;
+
 namespace {
 
 /// `n` rows of real numbers, `pitch` apart.

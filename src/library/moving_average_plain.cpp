@@ -6,6 +6,8 @@
 
 namespace qorv::library {
 
+using namespace box;
+
 namespace {
 
 template <class T>

@@ -195,6 +195,10 @@ TYPED_TEST(moving_average_test, RadiusZeroKeepsEveryPixel)
 {
     for (const bool in_place : {false, true}) {
         const canvas<TypeParam> from{{19, 7, 3}}, to{{19, 7, 3}, gapped, in_place ? 1u : 2u};
+        for (const auto& image : {from.view(), to.view()}) {
+            image(4, 2, 1) = std::numeric_limits<float>::quiet_NaN();
+            image(5, 5, 0) = -0.0f;
+        }
         moving_average(in_place ? to.view() : from.view(), to.view(), 0);
         EXPECT_TRUE(support::same_bytes(to.pixels(), from.pixels()));
     }
