@@ -22,6 +22,12 @@ BEGIN_MESSAGE_MAP(CRoundSliderEdit, CEdit)
 ON_CONTROL_REFLECT(EN_CHANGE, &CRoundSliderEdit::OnChange)
 END_MESSAGE_MAP()
 
+void CRoundSliderEdit::SetFont(HFONT font, BOOL redraw)
+{
+    SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font), redraw);
+    SendMessage(EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);  // three digits need every pixel
+}
+
 void CRoundSliderEdit::OnChange()
 {
     if (!owner_ || in_change_ || (GetStyle() & ES_READONLY)) return;
@@ -103,7 +109,7 @@ void CRoundSliderCtrl::make_edit()
     if (!edit_.Create(WS_CHILD | ES_READONLY | edit_style_, CRect{}, this, 0)) return;
     edit_.SetOwner(this);
     const HFONT font = font_of(*GetParent());
-    edit_.SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    edit_.SetFont(font, FALSE);
     edit_.SetWindowText(FormatPos());
     edit_.EnableWindow(IsWindowEnabled());
     PlaceEdit();
@@ -203,7 +209,7 @@ LRESULT CRoundSliderCtrl::OnSetFont(WPARAM font, LPARAM redraw)
     const auto inside = edit_rectangle(layout_, knob_radius_, height);
     edit_.MoveWindow(CRect{inside.left, inside.top, inside.right, inside.bottom}, FALSE);
     PlaceEdit();
-    edit_.SendMessage(WM_SETFONT, font, redraw);
+    edit_.SetFont(reinterpret_cast<HFONT>(font), static_cast<BOOL>(redraw));
     return 0;
 }
 

@@ -13,6 +13,7 @@ class CRoundSliderEdit : public CEdit
     DECLARE_MESSAGE_MAP()
   public:
     void SetOwner(CRoundSliderCtrl* owner) { owner_ = owner; }
+    void SetFont(HFONT font, BOOL redraw);
 
   protected:
     void OnChange();

@@ -47,9 +47,9 @@ void CRoundSliderCtrl::OnLButtonUp(UINT flags, CPoint mouse)
     Redraw();
 }
 
-void CRoundSliderCtrl::OnCaptureChanged(CWnd* other)
+void CRoundSliderCtrl::OnCaptureChanged(CWnd*)
 {
-    CSliderCtrl::OnCaptureChanged(other);
+    // Not for the linear slider inside, which would announce the end of a drag that it knows nothing of.
     if (!dragging_) return;
     dragging_ = moved_ = false;  // somebody else took the mouse; its button-up will not come here
     Redraw();

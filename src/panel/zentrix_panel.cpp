@@ -120,6 +120,9 @@ void CZentrixPanel::place_sheet()
     CRect place{0, 0, size.width, size.height};
     sheet_.SetParent(this);
     sheet_.MoveWindow(place);
+    // The tabs fill the sheet, so that the area below fits them: the toolkit left a margin around, by which the pages
+    // would cover the frame.
+    sheet_.GetTabControl()->MoveWindow(place);
     sheet_.GetTabControl()->AdjustRect(FALSE, place);
     for (int index = sheet_.GetPageCount() - 1; index >= 0; --index) {
         sheet_.SetActivePage(index);  // makes the page if need be

@@ -33,12 +33,13 @@ class recording_link final : public qorv::panel::panel_link
     std::function<void()> on_call;  ///< what the handler does
     void call(const qorv::panel::handler_method& method) override
     {
+        if (!handler) return;
         events.push_back(method.name);
         if (on_call) on_call();
     }
     void call(const qorv::panel::handler_method& method, std::uint32_t argument) override
     {
-        events.push_back(std::string{method.name} + " " + std::to_string(argument));
+        if (handler) events.push_back(std::string{method.name} + " " + std::to_string(argument));
     }
 
   private:
@@ -53,6 +54,7 @@ class recording_link final : public qorv::panel::panel_link
     template <class T>
     void write(std::map<std::string, T>& values, const char* key, T value)
     {
+        if (!tags) return;
         values[key] = value;
         std::ostringstream text;
         text << key << " = " << value;

@@ -7,6 +7,14 @@
 
 namespace windows_tests {
 
+HWND the_frame()
+{
+    // Without a window manager each new one costs seconds of waiting for an answer from it.
+    static const HWND frame = CreateWindowW(L"STATIC", L"Zentrix", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 40, 40, 188,
+                                            320, nullptr, nullptr, nullptr, nullptr);
+    return frame;
+}
+
 void pump()
 {
     MSG message;
@@ -67,7 +75,7 @@ void control::key(WPARAM key) const
     pump();
 }
 
-panel_window::panel_window()
+panel_window::panel_window() : frame{the_frame()}
 {
     for (const auto& rule : qorv::panel::tag_record()) {
         const std::string key = rule.key;
@@ -77,15 +85,12 @@ panel_window::panel_window()
             link.longs[key] = key.ends_with("IsEnabled") || key.ends_with("Accel") || key == "DisplayMode";
         }
     }
-    frame = CreateWindowW(L"STATIC", L"Zentrix", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 40, 40, 188, 320, nullptr,
-                          nullptr, nullptr, nullptr);
     panel = qorv::panel::create_floating_panel(frame, link);
 }
 
 panel_window::~panel_window()
 {
     qorv::panel::destroy_floating_panel(panel);
-    DestroyWindow(frame);
     pump();
 }
 

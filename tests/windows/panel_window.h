@@ -64,8 +64,12 @@ class panel_window : public testing::Test
     void screenshot(const std::string& name) const;
 
     support::recording_link link;
-    HWND frame = nullptr, panel = nullptr;
+    const HWND frame;
+    HWND panel = nullptr;
 };
+
+/// A visible window, the same for all tests.
+HWND the_frame();
 
 /// The pixels of a window's client area as the screen shows them, rows from the top, 0x00bbggrr.
 std::vector<COLORREF> pixels_of(HWND window, int width, int height);

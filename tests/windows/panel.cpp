@@ -1,0 +1,197 @@
+// The panel as a whole: showing, hiding, its own controls, the handler's calls.
+#include "afx/afx.h"
+#include "windows/page_tables.h"
+
+#include <psapi.h>
+
+#include <stdexcept>
+
+namespace windows_tests {
+namespace {
+
+TEST_F(panel_window, is_open_from_its_first_showing_on)
+{
+    using namespace qorv::panel;
+    EXPECT_FALSE(palette_open());
+    EXPECT_EQ(window_visible(), 0);
+    update_panel();
+    EXPECT_EQ(heard(), events{});
+    const struct
+    {
+        bool show;
+        events wanted;
+    } steps[] = {{true, {"OnChange"}}, {true, {}}, {false, {"OnClose"}}, {false, {}}, {true, {}}, {false, {"OnClose"}}};
+    for (const auto& step : steps) {
+        show_panel(step.show);
+        EXPECT_EQ(heard(), step.wanted);
+        EXPECT_TRUE(palette_open());
+        EXPECT_EQ(window_visible() != 0, step.show);
+    }
+    link.handler = false;
+    show_panel(true);
+    show_panel(false);
+    EXPECT_EQ(heard(), events{});
+    destroy_floating_panel(panel);
+    EXPECT_FALSE(palette_open());
+    EXPECT_EQ(window_visible(), 0);
+}
+
+TEST_F(panel_window, calls_the_handler_for_each_of_its_controls)
+{
+    show_panel();
+    heard();
+    const auto click = [&](int id) { of_panel(id).send(BM_CLICK); };
+    click(1);
+    EXPECT_EQ(heard(), events{"OnApply"});
+    click(5099);
+    EXPECT_EQ(heard(), events{"OnPreferences"});
+    click(5100);
+    EXPECT_EQ(heard(), events{"OnPCTF"});
+    for (int entry = 4; entry >= 0; --entry) {
+        of_panel(5111).send(CB_SETCURSEL, static_cast<WPARAM>(entry));
+        SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(of_panel(5111).window));
+        const auto mode = std::to_string(entry + 1);
+        EXPECT_EQ(heard(), (events{"DisplayMode = " + mode, "OnChangeDisplay " + mode}));
+    }
+    SendMessageW(panel, WM_COMMAND, IDCANCEL, 0);
+    EXPECT_TRUE(IsWindowVisible(panel)) << "Escape hides no panel";
+}
+
+TEST_F(panel_window, shows_what_the_tags_say_and_updates_the_page_in_front)
+{
+    link.longs["DisplayMode"] = 4;
+    link.longs["hasPCTF"] = 1;
+    link.longs["ApplyIsEnabled"] = 0;
+    show_panel();
+    const int row[] = {1, 5113, 5111, 5100};
+    EXPECT_EQ(of_panel(5111).send(CB_GETCURSEL), 3);
+    EXPECT_EQ(of_panel(5100).send(BM_GETCHECK), BST_CHECKED);
+    for (const int id : row) EXPECT_FALSE(of_panel(id).enabled()) << id;
+    EXPECT_TRUE(of_panel(5099).enabled());
+
+    go_to_page(3);
+    link.longs = {{"DisplayMode", 0}, {"ApplyIsEnabled", 1}, {"FourthPaneIsEnabled", 1}, {"AngD4", 77}};
+    link.floats = {{"ModA4", 1.5f}};
+    heard();
+    qorv::panel::update_panel();
+    EXPECT_EQ(of_panel(5111).send(CB_GETCURSEL), 0);
+    EXPECT_EQ(of_panel(5100).send(BM_GETCHECK), BST_UNCHECKED);
+    for (const int id : row) EXPECT_TRUE(of_panel(id).enabled()) << id;
+    EXPECT_EQ(of_page(5081).text(), "1.5");
+    EXPECT_EQ(of_page(5079).send(TBM_GETPOS), 77);
+    EXPECT_EQ(heard(), events{});
+
+    link.handler = false;
+    qorv::panel::update_panel();
+    for (const int id : row) EXPECT_FALSE(of_panel(id).enabled()) << id;
+}
+
+TEST_F(panel_window, updates_while_its_own_edit_is_being_handled)
+{
+    show_panel();
+    go_to_page(1);
+    heard();
+    link.on_call = [&] {
+        link.floats["ModA2"] = 9;
+        qorv::panel::update_panel();
+    };
+    of_page(5088).type("4");
+    EXPECT_EQ(heard(), (events{"ModA1 = 4", "OnChange"}));
+    EXPECT_EQ(of_page(5088).text() + " " + of_page(5095).text(), "4 9");
+}
+
+TEST_F(panel_window, nothing_that_a_handler_throws_gets_into_the_system)
+{
+    struct : CWinApp
+    {
+        std::vector<std::string> reported;
+        LRESULT ProcessWndProcException(std::exception_ptr error, UINT) override
+        {
+            try {
+                std::rethrow_exception(error);
+            } catch (const std::exception& e) {
+                reported.push_back(e.what());
+            }
+            return 0;
+        }
+    } app;
+    link.on_call = [] { throw std::runtime_error{"The script failed."}; };
+    show_panel();
+    EXPECT_TRUE(IsWindowVisible(sheet())) << "the panel is laid out all the same";
+    go_to_page(1);
+    of_page(5088).type("4");
+    of_page(5089).click_spin(1);
+    of_panel(1).send(BM_CLICK);
+    EXPECT_EQ(heard(), (events{"OnChange", "ModA1 = 4", "OnChange", "ModA1 = 5", "OnChange", "OnApply"}));
+    EXPECT_EQ(app.reported, std::vector<std::string>(4, "The script failed."));
+    link.on_call = nullptr;
+}
+
+/// Live entries of the process's table of graphics objects.
+int graphics_objects()
+{
+    struct entry
+    {
+        std::uint64_t object;
+        std::uint16_t process, count, unique;
+        std::uint8_t type, flags;
+        std::uint64_t user;
+    };
+    constexpr int entries = 0x4000, table_offset = 0xf8;  // in the process environment block
+    const auto block = reinterpret_cast<const char*>(__readgsqword(0x60));
+    const auto* const table = *reinterpret_cast<const entry* const*>(block + table_offset);
+    int live = 0;
+    for (int i = 0; i < entries; ++i) live += table[i].type != 0;
+    return live;
+}
+
+int window_count()
+{
+    int count = 0;
+    const auto each = [](HWND, LPARAM counter) -> BOOL { return ++*reinterpret_cast<int*>(counter), TRUE; };
+    EnumThreadWindows(
+        GetCurrentThreadId(),
+        [](HWND window, LPARAM counter) -> BOOL {
+            ++*reinterpret_cast<int*>(counter);
+            EnumChildWindows(
+                window, [](HWND, LPARAM c) -> BOOL { return ++*reinterpret_cast<int*>(c), TRUE; }, counter);
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&count));
+    EnumChildWindows(HWND_MESSAGE, each, reinterpret_cast<LPARAM>(&count));
+    return count;
+}
+
+std::size_t private_bytes()
+{
+    PROCESS_MEMORY_COUNTERS_EX counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
+    return counters.PrivateUsage;
+}
+
+TEST_F(panel_window, a_thousand_rounds_leave_nothing_behind)
+{
+    const auto round = [&](int number) {
+        show_panel(number % 2 == 0);
+        if (number % 100 == 50) {  // the whole panel anew
+            qorv::panel::destroy_floating_panel(panel);
+            panel = qorv::panel::create_floating_panel(frame, link);
+        }
+        SendMessageW(sheet(), PSM_SETCURSEL, static_cast<WPARAM>(number % 5), 0);
+        RedrawWindow(panel, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+    };
+    for (int i = 0; i < 200; ++i) round(i);
+    const int objects = graphics_objects(), windows = window_count();
+    const std::size_t memory = private_bytes();
+    for (int i = 0; i < 1000; ++i) round(i);
+    EXPECT_EQ(graphics_objects(), objects);
+    EXPECT_EQ(window_count(), windows);
+    EXPECT_LE(private_bytes(), memory + (512u << 10));
+    RecordProperty("graphics_objects", objects);
+    EXPECT_GT(objects, 20) << "the table of graphics objects is not where it was";
+    link.events.clear();
+}
+
+}  // namespace
+}  // namespace windows_tests
