@@ -179,6 +179,11 @@ std::optional<tag> memory_tag_group::get_at(std::size_t index) const
     return index < tags_.size() ? std::optional{tags_[index].second} : std::nullopt;
 }
 
+std::string memory_tag_group::name_at(std::size_t index) const
+{
+    return index < tags_.size() ? tags_[index].first : std::string{};
+}
+
 void memory_tag_group::set(const std::string& name, tag value)
 {
     if (is_list_) throw script_error{"A tag list has no named tags."};

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -25,7 +26,7 @@ std::string text_of(const tag& value);
 /// "Zentrix:Pages:[2]:Title". Names keep their case.
 ///
 /// The virtual functions deal with the group's own tags only; all that paths and conversions need is done on top of
-/// them, so another language's dictionary can serve by overriding these five.
+/// them, so another language's dictionary can serve by overriding these six.
 class tag_group : public object
 {
   public:
@@ -37,6 +38,8 @@ class tag_group : public object
     virtual std::optional<tag> get(const std::string& name) const = 0;
     /// The tag of that number in the group's order; nothing beyond the end.
     virtual std::optional<tag> get_at(std::size_t index) const = 0;
+    /// The name of the tag of that number; empty in a list and beyond the end.
+    virtual std::string name_at(std::size_t index) const = 0;
     /// Sets or replaces the tag of that name; for groups only.
     virtual void set(const std::string& name, tag value) = 0;
     /// Puts a tag before number `index` (or at the end, from count() on), or replaces that number; for lists only.
@@ -80,6 +83,7 @@ class memory_tag_group : public tag_group
     std::size_t count() const override { return tags_.size(); }
     std::optional<tag> get(const std::string& name) const override;
     std::optional<tag> get_at(std::size_t index) const override;
+    std::string name_at(std::size_t index) const override;
     void set(const std::string& name, tag value) override;
     void insert(std::size_t index, tag value) override;
     void replace(std::size_t index, tag value) override;

@@ -1,0 +1,217 @@
+#include "python/arrays.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <limits>
+#include <span>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace zentrix::python {
+
+namespace {
+
+constexpr char capsule_name[] = "zentrix image";
+
+constexpr char kind_of(host::element_class meaning)
+{
+    switch (meaning) {
+        case host::element_class::signed_integer: return 'i';
+        case host::element_class::unsigned_integer: return 'u';
+        case host::element_class::real: return 'f';
+        case host::element_class::complex: return 'c';
+        case host::element_class::other: break;
+    }
+    return 0;
+}
+
+/// The host's element type of a dtype; null when it has none.
+const host::element* element_of(const py::dtype& type)
+{
+    const auto all = host::all_elements();
+    const auto found = std::ranges::find_if(all, [&](const host::element& one) {
+        return kind_of(one.meaning) == type.kind() && one.bytes == static_cast<std::size_t>(type.itemsize());
+    });
+    return found == all.end() ? nullptr : &*found;
+}
+
+bool has_flag(const py::array& array, int flag) { return (array.flags() & flag) != 0; }
+
+/// Sizes and strides in elements, x first as the host has them.
+struct layout
+{
+    std::vector<std::uint32_t> sizes;
+    std::vector<std::ptrdiff_t> strides;
+};
+
+/// Whether two elements could lie at one address: never wrong when it says no.
+bool may_overlap_itself(const layout& of)
+{
+    std::vector<std::pair<std::ptrdiff_t, std::ptrdiff_t>> steps;  // stride, extent beyond the first element
+    for (std::size_t d = 0; d < of.sizes.size(); ++d)
+        if (of.sizes[d] > 1) steps.emplace_back(std::abs(of.strides[d]), std::ptrdiff_t{of.sizes[d]} - 1);
+    std::ranges::sort(steps);
+    std::ptrdiff_t reach = 0;
+    for (const auto& [stride, extent] : steps) {
+        if (stride <= reach) return true;
+        reach += stride * extent;
+    }
+    return false;
+}
+
+bool is_masked(const py::array& array)
+{
+    static const auto& masked_array = *new py::object{py::module_::import("numpy.ma").attr("MaskedArray")};
+    return py::isinstance(array, masked_array);
+}
+
+std::string shape_text(const py::array& array) { return py::str(array.attr("shape")).cast<std::string>(); }
+
+/// Throws  for an array that no image can be made of
+void check(const py::array& array)
+{
+    const std::string type = py::str(array.dtype()).cast<std::string>();
+    if (!element_of(array.dtype()))
+        throw py::type_error{"An array of " + type +
+                             " cannot be an image: convert it with astype() to (u)int8, (u)int16, (u)int32, float32, "
+                             "float64, complex64 or complex128."};
+    if (!array.dtype().attr("isnative").cast<bool>())
+        throw py::type_error{
+            "An array of " + type +
+            " has its bytes in the other order: convert it with astype(array.dtype.newbyteorder('='))."};
+    if (!has_flag(array, py::detail::npy_api::NPY_ARRAY_ALIGNED_))
+        throw py::value_error{"An array with unaligned elements cannot be an image: pass a copy()."};
+    if (is_masked(array)) throw py::type_error{"A masked array cannot be an image: pass its filled() values."};
+    if (array.ndim() < 1 || array.ndim() > static_cast<py::ssize_t>(host::max_dimensions))
+        throw py::value_error{"An array of shape " + shape_text(array) +
+                              " cannot be an image: it needs 1 to 3 dimensions."};
+    if (array.size() == 0)
+        throw py::value_error{"An array of shape " + shape_text(array) + " cannot be an image: it has no element."};
+}
+
+/// Throws  for strides that are no whole elements and for sizes and strides beyond 32 bits
+layout layout_of(const py::array& array)
+{
+    constexpr auto largest = std::numeric_limits<std::int32_t>::max();
+    layout found;
+    for (py::ssize_t d = array.ndim(); d-- > 0;) {
+        if (array.strides(d) % array.itemsize() != 0)
+            throw py::value_error{"An array with strides of " + py::str(array.attr("strides")).cast<std::string>() +
+                                  " bytes, no whole elements, cannot be an image: pass a copy()."};
+        const py::ssize_t stride = array.strides(d) / array.itemsize();
+        if (array.shape(d) > largest || std::abs(stride) > largest)
+            throw py::value_error{"An array of shape " + shape_text(array) +
+                                  " cannot be an image: its sizes and strides have to fit 32 bits."};
+        found.sizes.push_back(static_cast<std::uint32_t>(array.shape(d)));
+        found.strides.push_back(stride);
+    }
+    return found;
+}
+
+host::access access_of(const py::array& array, const layout& arranged)
+{
+    return array.writeable() && !may_overlap_itself(arranged) ? host::access::write : host::access::read;
+}
+
+/// Counts for arrays whose images come and go with the calls.
+struct notification_count
+{
+    std::uint64_t times = 0;
+    py::object until_gone;  ///< a weak reference that takes the count away when the array dies
+};
+
+using notification_counts = std::unordered_map<PyObject*, notification_count>;
+
+notification_counts& the_counts()
+{
+    static auto& counts = *new notification_counts;
+    return counts;
+}
+
+/// The host tells of changed pixels, on its main thread and without the interpreter lock.
+void count_notification(PyObject* array)
+{
+    const py::gil_scoped_acquire locked;
+    auto& count = the_counts()[array];
+    ++count.times;
+    if (!count.until_gone)
+        count.until_gone = py::weakref(py::handle{array}, py::cpp_function{[array](const py::handle&) {
+                                           const auto node = the_counts().extract(array);  // holds the reference still
+                                       }});
+}
+
+/// The image that an array from array_of shows; null for other arrays.
+host::image_ref image_beneath(const py::array& array)
+{
+    const py::object base = array.base();
+    if (!base || !PyCapsule_IsValid(base.ptr(), capsule_name)) return nullptr;
+    return *static_cast<host::image_ref*>(PyCapsule_GetPointer(base.ptr(), capsule_name));
+}
+
+/// The image in use for the array, if the array has not been given another shape or flag since.
+host::image_ref present_image(const py::array& array, host::access allowed)
+{
+    auto image = image_beneath(array);
+    if (!image) image = std::dynamic_pointer_cast<host::image>(find_stand_in(array));
+    const bool same = image && shows(array, *image) && image->is_writable() == (allowed == host::access::write);
+    return same ? image : nullptr;
+}
+
+}  // namespace
+
+bool shows(const py::array& array, const host::image& image)
+{
+    const auto* element = element_of(array.dtype());
+    if (!element || element->code != image.code() || array.data() != image.data()) return false;
+    if (static_cast<std::size_t>(array.ndim()) != image.dimensions()) return false;
+    for (std::size_t d = 0; d < image.dimensions(); ++d) {
+        const auto axis = array.ndim() - 1 - static_cast<py::ssize_t>(d);
+        if (array.shape(axis) != image.size(d)) return false;
+        if (array.strides(axis) != image.stride(d) * array.itemsize()) return false;
+    }
+    return true;
+}
+
+host::image_ref image_of(const py::array& array)
+{
+    check(array);
+    const layout arranged = layout_of(array);
+    const auto allowed = access_of(array, arranged);
+    if (auto present = present_image(array, allowed)) return present;
+    auto* const data = const_cast<void*>(array.data());  // `allowed` says whether it may be written
+    auto image = host::image::over("array", element_of(array.dtype())->code, data, arranged.sizes, arranged.strides,
+                                   allowed, std::make_shared<python_owner>(array));
+    image->on_changed([array = array.ptr()](host::image&) { count_notification(array); });
+    remember_stand_in(array, image);
+    return image;
+}
+
+py::array array_of(const host::image_ref& image)
+{
+    const host::element& element = image->type();
+    const char kind = kind_of(element.meaning);
+    if (kind == 0) throw py::type_error{"NumPy has no element type for " + image->describe() + "."};
+    std::vector<py::ssize_t> shape, strides;
+    for (std::size_t d = image->dimensions(); d-- > 0;) {
+        shape.push_back(image->size(d));
+        strides.push_back(image->stride(d) * static_cast<py::ssize_t>(element.bytes));
+    }
+    const py::capsule keeper{new host::image_ref{image}, capsule_name, [](PyObject* capsule) {
+                                 delete static_cast<host::image_ref*>(PyCapsule_GetPointer(capsule, capsule_name));
+                             }};
+    py::array array{py::dtype{kind + std::to_string(element.bytes)}, shape, strides, image->data(), keeper};
+    if (!image->is_writable()) array.attr("flags").attr("writeable") = false;
+    return array;
+}
+
+std::uint64_t notifications(const py::array& array)
+{
+    std::uint64_t times = 0;
+    if (const auto image = image_beneath(array)) times += image->changes();
+    const auto found = the_counts().find(array.ptr());
+    return found == the_counts().end() ? times : times + found->second.times;
+}
+
+}  // namespace zentrix::python

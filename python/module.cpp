@@ -1,0 +1,74 @@
+#include <pybind11/stl.h>
+
+#include "host/fft/fft.h"
+#include "python/arrays.h"
+#include "python/session.h"
+#include "python/tags.h"
+#include "python/values.h"
+
+namespace zentrix::python {
+
+namespace {
+
+void add_session(py::module_& to)
+{
+    py::class_<session>(to, "Session")
+        .def(py::init<std::string, py::object>())
+        .def("call", &session::call)
+        .def("functions", &session::functions)
+        .def("trace", &session::traces)
+        .def("held",
+             [](const session& of) {
+                 const auto report = of.held();
+                 return py::make_tuple(report.references, report.locks, report.others, report.violations);
+             })
+        .def("is_open", &session::is_open)
+        .def("close", &session::close);
+}
+
+void add_values(py::module_& to)
+{
+    py::class_<reference>(to, "Ref",
+                          "An output parameter: holds a value that a script function may read and writes anew.")
+        .def(py::init([](py::object initial) { return reference{std::move(initial)}; }),
+             py::arg("initial") = py::none())
+        .def_readwrite("value", &reference::value, "What the function stored, or what it is to find.")
+        .def("__repr__", [](const reference& of) { return "Ref(" + py::repr(of.value).cast<std::string>() + ")"; });
+    py::class_<tags_view>(to, "Tags")
+        .def("__len__", [](const tags_view& of) { return of.held->count(); })
+        .def("get",
+             [](const tags_view& of, py::handle name) -> py::object {
+                 const auto found = of.held->get(text_from_python(name));
+                 if (!found) throw py::key_error{py::repr(name).cast<std::string>()};
+                 return tag_to_python(*found);
+             })
+        .def("get_at",
+             [](const tags_view& of, std::size_t index) -> py::object {
+                 const auto found = of.held->get_at(index);
+                 if (!found) throw py::index_error{"There is no tag of that number."};
+                 return tag_to_python(*found);
+             })
+        .def("name_at", [](const tags_view& of, std::size_t index) { return text_to_python(of.held->name_at(index)); });
+}
+
+}  // namespace
+
+PYBIND11_MODULE(_core, module)
+{
+    module.doc() = "The stand-alone host for Python; use the package zentrix.";
+    // The class is a static of this kind because pybind's translators have no captures; it lives as long as the process.
+    static const auto& script_error = *new py::exception<host::script_error>{module, "ScriptError", PyExc_RuntimeError};
+    py::register_exception_translator([](std::exception_ptr thrown) {
+        try {
+            if (thrown) std::rethrow_exception(thrown);
+        } catch (const host::script_error& stopped) {
+            PyErr_SetObject(script_error.ptr(), text_to_python(stopped.what()).ptr());
+        }
+    });
+    add_values(module);
+    add_session(module);
+    module.def("notifications", &notifications);
+    module.def("find_library_file", &host::find_library_file);
+}
+
+}  // namespace zentrix::python

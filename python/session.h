@@ -1,0 +1,58 @@
+#pragma once
+
+#include <pybind11/pybind11.h>
+
+#include <memory>
+#include <string>
+
+#include "host/engine.h"
+#include "host/library.h"
+#include "python/python_object.h"
+
+namespace zentrix::python {
+
+/// The stand-alone host with the library running in it. The thread that makes a session is the host's main thread; every
+/// function but `traces` fails on another one. All functions need the interpreter lock; `call` gives it back while the
+/// library computes.
+class session
+{
+  public:
+    /// `log(level, text)` hears of the library's errors ("error"), dialogs ("warning") and output ("info").
+    /// Throws  host::script_error when the library does not start
+    session(const std::string& file, py::object log);
+    ~session();
+    session(const session&) = delete;
+    session& operator=(const session&) = delete;
+
+    bool is_open() const noexcept { return library_ != nullptr; }
+
+    /// Calls a script function. See call_arguments for the conversions.
+    /// Throws  host::script_error with the script's message, whose cause is what a callback raised; what the conversion
+    ///         of an argument throws
+    py::object call(const std::string& name, const py::args& given);
+
+    /// The library's prototypes in the order of registration.
+    std::vector<std::string> functions() const;
+    /// counter name -> (reports, ticks)
+    py::dict traces() const;
+    /// What the library holds now; after close what it still held.
+    host::held_report held() const;
+
+    /// Runs the library's shut-down. Does nothing when closed already.
+    /// Throws  host::script_error while a script function runs
+    void close();
+
+    host::engine& engine() noexcept { return *engine_; }
+    /// Throws  host::script_error on another thread, or when closed
+    void require_usable() const;
+
+  private:
+    void require_main_thread() const;
+
+    std::unique_ptr<host::engine> engine_;
+    std::unique_ptr<host::library> library_;
+    host::held_report left_;
+    int running_calls_ = 0;
+};
+
+}  // namespace zentrix::python

@@ -1,0 +1,119 @@
+"""Script functions for the correction of electron waves, on NumPy arrays.
+
+    import numpy, zentrix
+    zx = zentrix.load()
+    smooth = zx.ZXMedianFilter(numpy.random.rand(512, 512), 2, None)
+
+`load` starts a host with the library in it; each script function is an attribute of what it returns. `correct` applies or
+removes a lens's aberrations in physical units.
+"""
+
+import atexit
+import logging
+import os
+import pathlib
+from typing import NamedTuple
+
+from . import _core
+from ._core import Ref, ScriptError
+from ._tags import TagGroup, TagList
+
+__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "load"]
+
+ScriptError.__module__ = "zentrix"  # where users find it
+_open_host = None
+
+
+class Held(NamedTuple):
+    """What the library holds of the host, a line for each; all empty when it has cleaned up."""
+
+    references: list  #: host objects
+    locks: list  #: image locks
+    others: list  #: registered functions, windows and links
+    violations: list  #: breaches of the contract so far
+
+
+class Host:
+    """The host with the library running in it. Every script function is an attribute; `functions` lists them."""
+
+    def __init__(self, core):
+        self._core = core
+        prototypes = {}
+        for text in core.functions():
+            prototypes.setdefault(text.split("(")[0].split()[-1], []).append(text)
+        for name, texts in prototypes.items():
+            setattr(self, name, _script_function(core, name, texts))
+
+    def functions(self):
+        """The prototypes of all script functions, in the order of their registration."""
+        return self._core.functions()
+
+    def trace(self):
+        """How often each function reported its time: counter name -> (reports, ticks)."""
+        return self._core.trace()
+
+    def notifications(self, array):
+        """How often the host was told that the pixels of this array's image changed."""
+        return _core.notifications(array)
+
+    def held(self):
+        """What the library holds now; after `close`, what it left behind. See `Held`."""
+        return Held(*self._core.held())
+
+    def close(self):
+        """Shuts the library down. Closing twice does nothing."""
+        self._core.close()
+
+    def __repr__(self):
+        return f"<zentrix.Host, {'open' if self._core.is_open() else 'closed'}>"
+
+
+def load(path=None):
+    """Starts the host with the library in it and returns it; the one that runs already if there is one.
+
+    path    the library's file; otherwise the environment's ZENTRIX_LIBRARY, or the file that came with this module
+
+    The calling thread becomes the host's main thread, the only one that may call script functions.
+    Raises ScriptError when the library is not found or does not start.
+    """
+    global _open_host
+    file = os.path.realpath(_library_file() if path is None else os.fspath(path))
+    if _open_host is not None and _open_host._core.is_open():
+        if path is not None and file != _open_host._file:
+            raise ScriptError(f'A host is running already, with the library "{_open_host._file}": close() it first.')
+        return _open_host
+    _open_host = Host(_core.Session(file, _log))
+    _open_host._file = file
+    return _open_host
+
+
+def _library_file():
+    """Beside the module in a build's folder, two or more above it in an installed tree."""
+    if not os.environ.get("ZENTRIX_LIBRARY"):
+        folders = pathlib.Path(__file__).resolve().parents
+        for folder in folders[1:4]:
+            if (folder / "Zentrix64.so").exists():
+                return folder / "Zentrix64.so"
+    return _core.find_library_file()
+
+
+def _script_function(core, name, prototypes):
+    def call(*arguments):
+        return core.call(name, *arguments)
+
+    call.__name__ = call.__qualname__ = name
+    call.__doc__ = "\n".join(prototypes)
+    return call
+
+
+def _log(level, text):
+    getattr(logging.getLogger("zentrix"), level)("%s", text.rstrip("\n"))
+
+
+@atexit.register
+def _close_at_exit():
+    if _open_host is not None:
+        try:
+            _open_host.close()
+        except ScriptError:  # loaded on another thread, which alone could close it
+            pass
