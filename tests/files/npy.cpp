@@ -12,6 +12,7 @@
 #include "files/scratch.h"
 #include "host/files/file_error.h"
 #include "host/files/npy_header.h"
+#include "host/files/pending_file.h"
 
 using namespace zentrix::host;
 using support::scratch_folder;
@@ -165,4 +166,22 @@ TEST(npy, a_file_that_cannot_be_written_leaves_nothing_and_keeps_the_former_one)
     EXPECT_THROW(write_npy(folder / "missing" / "a.npy", *grey), file_error);
     EXPECT_EQ(folder.files(), (std::vector<std::string>{"folder.npy", "former.npy"}));
     EXPECT_EQ(folder.read("former.npy"), "as it was");
+}
+
+TEST(pending_file, appears_whole_or_not_at_all)
+{
+    const scratch_folder folder;
+    folder.write("a", "former");
+    {
+        pending_file given_up{folder / "a"};
+        given_up.write("half", 4);
+    }
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"a"});
+    EXPECT_EQ(folder.read("a"), "former");
+    pending_file finished{folder / "a"};
+    finished.write("whole", 5);
+    EXPECT_EQ(folder.read("a"), "former");
+    finished.commit();
+    EXPECT_EQ(folder.files(), std::vector<std::string>{"a"});
+    EXPECT_EQ(folder.read("a"), "whole");
 }

@@ -55,6 +55,7 @@ TEST(call, converts_words_by_the_prototype_and_prints_what_comes_back)
                  ""},
              row{{"ZXMaximumFilter", "a.npy", "1", "null"}, 0, "float32 3 x 2, not written: -o FILE does\n", ""},
              row{{"ZXToDMDataType", "10"}, 1, "", "zentrix: Unknown data type.\n"},
+             row{{"ZXMaximumFilter", "a.npy", "1", "a.npy"}, 1, "", "zentrix: Output should be out-of-place.\n"},
              row{{"ZXPadSize", "1.5"},
                  1,
                  "",
