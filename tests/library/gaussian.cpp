@@ -4,6 +4,7 @@
 #include "support/canvas.h"
 #include "support/same_bytes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -104,10 +105,15 @@ TYPED_TEST(gaussian_test, CopiesForOneWeightAndKeepsConstants)
         gaussian_blur(from.view(), to.view(), sigma, order);
         EXPECT_TRUE(support::same_bytes(to.pixels(), from.pixels()));
     }
-    const canvas<TypeParam> flat{{40, 40, 1}};
-    for (std::ptrdiff_t i = 0; i < 1600; ++i) flat.view().data()[i] = TypeParam(3.25);
-    gaussian_blur(flat.view(), flat.view(), 2.5, 4);
-    for (const TypeParam value : flat.pixels()) ASSERT_NEAR(value, 3.25, 1e-6);
+    for (const TypeParam constant : {TypeParam(3.25), TypeParam(-0.0)}) {
+        const canvas<TypeParam> flat{{40, 40, 1}};
+        std::fill_n(flat.view().data(), 1600, constant);
+        gaussian_blur(flat.view(), flat.view(), 2.5, 4);
+        for (const TypeParam value : flat.pixels()) {
+            ASSERT_NEAR(value, constant, 1e-6);
+            ASSERT_EQ(std::signbit(value), std::signbit(constant));  // a zero beyond the border keeps the sign
+        }
+    }
 }
 
 TYPED_TEST(gaussian_test, RefusalsLeaveTheDestinationAlone)
