@@ -45,6 +45,7 @@ script_value value_in_cell(handle_table& handles, journal& told, const host_valu
 void store(std::vector<output>& outputs, handle_table& handles)
 {
     std::vector<host_value> fresh;
+    fresh.reserve(outputs.size());
     for (auto& one : outputs) fresh.push_back(counted_for_library(handles, one.cell->value, one.type));
     for (std::size_t i = 0; i < outputs.size(); ++i) {
         if (is_object(outputs[i].type.kind)) handles.release(outputs[i].place->as.object);

@@ -96,7 +96,8 @@ class engine
     void* open(std::string_view title, void* parent);
     void close(std::string_view title);
 
-    /// What the library holds now. After its shut-down and DMPlugIn_Link_2(null) this has to be clean.
+    /// What the library holds now. After its shut-down and DMPlugIn_Link_2(null) this has to be clean; before, it has the
+    /// host functions that the library keeps for their next call, and what it registered.
     held_report report() const;
     /// Drops what the library holds, so that one engine can go on after a report.
     void forget_held();

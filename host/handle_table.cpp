@@ -75,7 +75,7 @@ object_ref handle_table::take(host_object* handle)
 {
     if (!handle) return nullptr;
     auto& taken = require(handle, "handed over");
-    const auto held = taken.held;
+    auto held = taken.held;
     release(handle);
     return held;
 }
@@ -123,6 +123,7 @@ std::vector<std::string> handle_table::held() const
         if (one.references > 0) ordered.emplace_back(number & ~base_mask, &one);
     std::ranges::sort(ordered);
     std::vector<std::string> lines;
+    lines.reserve(ordered.size());
     for (const auto& [number, one] : ordered)
         lines.push_back(one->held->describe() + ": " + std::to_string(one->references) +
                         (one->references == 1 ? " reference" : " references"));
