@@ -4,6 +4,7 @@
 #include "image/processor.h"
 #include "support/same_bytes.h"
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -14,25 +15,26 @@
 /// Pictures that are hard to rank, and the types and variants to rank them in.
 namespace rank_pictures {
 
-using sizes_t = std::array<std::ptrdiff_t, 3>;
-
 enum class content
 {
     noise,       ///< hardly two alike, both signs
     few_levels,  ///< ties everywhere
     ramp,        ///< sorted
     infinities,  ///< noise with a third of infinities of both signs
+    halves,      ///< the lowest value or -inf, then the highest or +inf
     zeros,       ///< noise with zeros of both signs, scattered in one quarter of the picture
     nans,        ///< noise with a few NaN of different payloads
 };
 
 inline std::vector<content> contents_without_special()
 {
-    return {content::noise, content::few_levels, content::ramp, content::infinities};
+    return {content::noise, content::few_levels, content::ramp, content::infinities, content::halves};
 }
 inline std::vector<content> all_contents()
 {
-    return {content::noise, content::few_levels, content::ramp, content::infinities, content::zeros, content::nans};
+    auto all = contents_without_special();
+    all.insert(all.end(), {content::zeros, content::nans});
+    return all;
 }
 
 /// Integers know no infinity and no NaN; they get the ends of their range and zeros instead.
@@ -40,6 +42,8 @@ template <class T>
 std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
 {
     using limits = std::numeric_limits<T>;
+    constexpr T lowest = limits::has_infinity ? -limits::infinity() : limits::lowest();
+    constexpr T highest = limits::has_infinity ? limits::infinity() : limits::max();
     std::mt19937 random{seed};
     std::vector<T> pixels(static_cast<std::size_t>(count));
     for (std::size_t i = 0; i < pixels.size(); ++i) {
@@ -50,9 +54,8 @@ std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
         if (what == content::few_levels) p = static_cast<T>(1 + r % 3);
         if (what == content::ramp) p = static_cast<T>(i);
         const unsigned rare = random();
-        if (what == content::infinities && rare % 3 == 0)
-            p = rare % 2 == 0 ? (limits::has_infinity ? limits::infinity() : limits::max())
-                              : (limits::has_infinity ? -limits::infinity() : limits::lowest());
+        if (what == content::infinities && rare % 3 == 0) p = rare % 2 == 0 ? lowest : highest;
+        if (what == content::halves) p = i < pixels.size() / 2 ? lowest : highest;
         if (what == content::zeros && i < pixels.size() / 4 && rare % 3 == 0)
             p = rare % 2 == 0 ? T(0) : static_cast<T>(-T(0));
         if (what == content::nans && rare % 23 == 0)
@@ -73,7 +76,7 @@ auto variants(const qorv::dm::variant<Function> (&table)[n])
 inline std::vector<std::array<std::ptrdiff_t, 2>> planes()
 {
     std::vector<std::array<std::ptrdiff_t, 2>> all;
-    for (std::ptrdiff_t n = 1; n <= 67; ++n) all.push_back({n, 1 + (n * 29) % 67});
+    for (std::ptrdiff_t n = 1; n <= 67; n += n < 19 || n > 60 ? 1 : 5) all.push_back({n, 1 + (n * 29) % 67});
     for (std::array<std::ptrdiff_t, 2> more : {std::array<std::ptrdiff_t, 2>{67, 1}, {1, 67}, {2, 2}, {3, 3}, {5, 4}})
         all.push_back(more);
     return all;
