@@ -10,7 +10,7 @@ namespace {
 
 /// Tiles of outputs are this wide and high, or twice the radius: the margin is ranked for every tile again, and the
 /// window's set of ranks should fit the first-level cache.
-constexpr std::ptrdiff_t tile_side = 96;
+constexpr std::ptrdiff_t tile_side = 64;
 
 template <class T>
 struct keyed
