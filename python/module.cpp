@@ -1,7 +1,7 @@
 #include <pybind11/stl.h>
 
-#include "host/fft/fft.h"
 #include "python/arrays.h"
+#include "python/correction.h"
 #include "python/session.h"
 #include "python/tags.h"
 #include "python/values.h"
@@ -67,6 +67,7 @@ PYBIND11_MODULE(_core, module)
     });
     add_values(module);
     add_session(module);
+    add_correction(module);
     module.def("notifications", &notifications);
     module.def("find_library_file", &host::find_library_file);
 }

@@ -40,33 +40,6 @@ host::engine_options options_with(const std::shared_ptr<python_owner>& log)
     return options;
 }
 
-/// One more of something as long as it lives.
-class counted
-{
-  public:
-    explicit counted(int& counter) : counter_{counter} { ++counter_; }
-    ~counted() { --counter_; }
-    counted(const counted&) = delete;
-    counted& operator=(const counted&) = delete;
-
-  private:
-    int& counter_;
-};
-
-/// Raises ScriptError with the error of a callback as its cause; KeyboardInterrupt and the like go on as they are.
-[[noreturn]] void raise(const host::script_error& stopped, const py::object& cause)
-{
-    if (!cause) throw stopped;
-    if (!py::isinstance(cause, py::handle{PyExc_Exception})) {
-        PyErr_SetObject(py::type::of(cause).ptr(), cause.ptr());
-        throw py::error_already_set{};
-    }
-    const py::object error = script_error_class()(text_to_python(stopped.what()));
-    PyException_SetCause(error.ptr(), py::object{cause}.release().ptr());
-    PyErr_SetObject(script_error_class().ptr(), error.ptr());
-    throw py::error_already_set{};
-}
-
 /// A callback failed and the library went on regardless: Python shows the error, as nobody else would.
 void show(const py::object& swallowed)
 {
@@ -98,23 +71,29 @@ void session::require_usable() const
     if (!is_open()) throw host::script_error{"The library is closed."};
 }
 
+/// Raises ScriptError with the error of a callback as its cause; KeyboardInterrupt and the like go on as they are.
+void session::raise(const host::script_error& stopped)
+{
+    const py::object cause = take_kept_error();
+    if (!cause) throw stopped;
+    if (!py::isinstance(cause, py::handle{PyExc_Exception})) {
+        PyErr_SetObject(py::type::of(cause).ptr(), cause.ptr());
+        throw py::error_already_set{};
+    }
+    const py::object error = script_error_class()(text_to_python(stopped.what()));
+    PyException_SetCause(error.ptr(), py::object{cause}.release().ptr());
+    PyErr_SetObject(script_error_class().ptr(), error.ptr());
+    throw py::error_already_set{};
+}
+
 py::object session::call(const std::string& name, const py::args& given)
 {
     require_usable();
     const call_arguments arguments{given};
-    const counted one_more{running_calls_};
-    const auto run = [&] {
-        const py::gil_scoped_release others_may_run;
-        return engine_->call(name, arguments.values());
-    };
-    try {
-        const auto answer = run();
-        if (const auto swallowed = take_kept_error()) show(swallowed);
-        arguments.store_outputs();
-        return arguments.to_python(answer);
-    } catch (const host::script_error& stopped) {
-        raise(stopped, take_kept_error());
-    }
+    const auto answer = run([&](host::engine& engine) { return engine.call(name, arguments.values()); });
+    if (const auto swallowed = take_kept_error()) show(swallowed);
+    arguments.store_outputs();
+    return arguments.to_python(answer);
 }
 
 std::vector<std::string> session::functions() const

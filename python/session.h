@@ -42,12 +42,38 @@ class session
     /// Throws  host::script_error while a script function runs
     void close();
 
-    host::engine& engine() noexcept { return *engine_; }
-    /// Throws  host::script_error on another thread, or when closed
-    void require_usable() const;
+    /// Runs `body(host::engine&)`, which calls the library, without the interpreter lock.
+    /// Throws  as call
+    template <class Body>
+    auto run(Body body)
+    {
+        require_usable();
+        const counted one_more{running_calls_};
+        try {
+            const py::gil_scoped_release others_may_run;
+            return body(*engine_);
+        } catch (const host::script_error& stopped) {
+            raise(stopped);
+        }
+    }
 
   private:
+    /// One more of something as long as it lives.
+    class counted
+    {
+      public:
+        explicit counted(int& counter) : counter_{counter} { ++counter_; }
+        ~counted() { --counter_; }
+        counted(const counted&) = delete;
+        counted& operator=(const counted&) = delete;
+
+      private:
+        int& counter_;
+    };
+
     void require_main_thread() const;
+    void require_usable() const;
+    [[noreturn]] static void raise(const host::script_error& stopped);
 
     std::unique_ptr<host::engine> engine_;
     std::unique_ptr<host::library> library_;

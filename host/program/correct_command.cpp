@@ -5,7 +5,7 @@
 #include "companion/electron.h"
 #include "companion/numbers.h"
 #include "companion/transfer.h"
-#include "host/fft/fft.h"
+#include "host/correction/multiply_spectrum.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/program/commands.h"
@@ -44,28 +44,6 @@ host::image_ref read_wave(const std::string& file)
     return narrow;
 }
 
-/// The arguments of "ZXWTFMulDLL" in its order, the spectrum as source and destination.
-std::vector<host::script_value> script_arguments(const host::image_ref& spectrum,
-                                                 const companion::transfer_arguments& a)
-{
-    const host::object_ref image = spectrum;
-    return {image,  a.lambda, a.step, a.c20, a.c22,  a.c40, a.c60,
-            a.c31,  a.c33,    a.c42,  a.c44, a.c51,  a.c53, a.c55,
-            a.c62,  a.c64,    a.c66,  a.c2s, a.bdiv, a.vib, std::int64_t{a.envelope},
-            a.tilt, image};
-}
-
-void multiply_spectrum(const host::image_ref& wave, const companion::transfer_arguments& arguments,
-                       const global_options& global)
-{
-    auto* const pixels = static_cast<std::complex<float>*>(wave->data());
-    const auto width = std::ptrdiff_t{wave->size(0)}, height = std::ptrdiff_t{wave->size(1)};
-    session zentrix{global};
-    host::forward_fft(pixels, width, height);
-    zentrix.engine().call("ZXWTFMulDLL", script_arguments(wave, arguments));
-    host::backward_fft(pixels, width, height);
-}
-
 /// The coefficients that are not zero, "C1 -50 nm, A1 12@30 nm".
 std::string stated(const companion::aberrations& lens)
 {
@@ -90,7 +68,10 @@ void run(correct_request& request, const global_options& global)
     const auto way = request.remove ? companion::direction::remove : companion::direction::apply;
     const auto arguments = companion::arguments_for(setup, static_cast<int>(wave->size(0)),
                                                     static_cast<int>(wave->size(1)), way, request.envelope);
-    multiply_spectrum(wave, arguments, global);
+    {
+        session zentrix{global};
+        host::multiply_spectrum(zentrix.engine(), wave, arguments);
+    }
     write_result(request.output, request.picture, *wave);
 
     if (global.json)

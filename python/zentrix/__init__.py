@@ -16,9 +16,10 @@ from typing import NamedTuple
 
 from . import _core
 from ._core import Ref, ScriptError
+from ._correct import correct
 from ._tags import TagGroup, TagList
 
-__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "load"]
+__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "correct", "load"]
 
 ScriptError.__module__ = "zentrix"  # where users find it
 _open_host = None

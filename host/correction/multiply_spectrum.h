@@ -1,0 +1,15 @@
+#pragma once
+
+#include "companion/transfer.h"
+#include "host/engine.h"
+
+namespace zentrix::host {
+
+/// Multiplies a wave's spectrum by the transfer function: forward transform, "ZXWTFMulDLL" of the library in `engine`,
+/// backward transform.
+/// wave       complex of two floats a pixel, two dimensions, contiguous; replaced by the result
+/// arguments  companion::arguments_for of the wave's size
+/// Throws  script_error with the library's message; the wave is then its spectrum
+void multiply_spectrum(engine& engine, const image_ref& wave, const companion::transfer_arguments& arguments);
+
+}  // namespace zentrix::host
