@@ -1,5 +1,6 @@
 #pragma once
 
+#include "image/errors.h"
 #include "image/image.h"
 
 #include <algorithm>
@@ -50,6 +51,17 @@ bool same_pixels(const image<A>& a, const image<B>& b) noexcept
         same = same && (!steps || a.strides()[axis] == b.strides()[axis]);
     }
     return same;
+}
+
+/// Fails with errors::out_of_place unless the result is the source, pixel by pixel, or lies apart from it: images that
+/// overlap otherwise would be read after they were written.
+template <class A, class B>
+void require_in_place_or_apart(const image<A>& source, const image<B>& result)
+{
+    bool in_place = false;
+    if constexpr (std::is_same_v<std::remove_const_t<A>, std::remove_const_t<B>>)
+        in_place = same_pixels(source, result);
+    require(in_place || !overlap(source, result), errors::out_of_place);
 }
 
 }  // namespace qorv::dm

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "image/frame.h"
+#include "image/overlap.h"
 #include "image/runs.h"
 #include "image/timing_scope.h"
 #include "image/visit.h"
@@ -52,6 +53,22 @@ void require_up_to_3d(const image_ref& image)
     dm::require(host::ImageGetNumDimensions(image) <= host::kMaxDim, dm::errors::up_to_3d);
 }
 
+/// Two sources agree along every axis: what one of them lacks could not be computed.
+void require_same_volume(const image_ref& a, const image_ref& b)
+{
+    for (std::uint32_t axis = 0; axis < host::kMaxDim; ++axis)
+        dm::require(dm::size_along(a, axis) == dm::size_along(b, axis), dm::errors::different_size);
+}
+
+/// compute(count, source..., result) for flat stretches of all the images.
+/// Throws  errors::out_of_place when the result overlaps a source without being the same pixels
+template <class Compute, class Result, class... Source>
+void fill(const dm::image<Result>& result, Compute compute, const dm::image<Source>&... sources)
+{
+    (dm::require_in_place_or_apart(sources, result), ...);
+    dm::for_runs(compute, sources..., result);
+}
+
 /// Destination of both Polar functions: new where none was given, else of the phase's precision and size.
 image_ref polar_destination(image_ref destination, const image_ref& theta, std::uint32_t real_type)
 {
@@ -75,19 +92,16 @@ image_ref of_one_real(const image_ref& source, image_ref destination, Compute co
     if (!is_float_or_double(type)) return {};  // neither a result nor an error: scripts rely on it
     dm::read_lock from{source};
     dm::write_lock to{destination};
-    visit(dm::float_or_double{}, type, [&]<class T>() { dm::for_runs(compute, from.view<T>(), to.view<T>()); });
+    visit(dm::float_or_double{}, type, [&]<class T>() { fill(to.view<T>(), compute, from.view<T>()); });
     to.release();
     from.release();
     return destination;
 }
 
-/// An output image of AbsArg: the one that the script gave, if it fits, or a new one.
-image_ref real_output(const image_ref& given, std::string_view name, const image_ref& source, std::uint32_t type)
+/// An output image of AbsArg: the one that the script gave or a new one.
+image_ref real_output(image_ref given, std::string_view name, const image_ref& source, std::uint32_t type)
 {
-    if (!given) return new_image(name, real_of(type), source);
-    dm::require_same_size(source, given);
-    dm::require(host::ImageGetDataType(given) == real_of(type), dm::errors::invalid_image_type);
-    return given;
+    return given ? std::move(given) : new_image(name, real_of(type), source);
 }
 
 }  // namespace
@@ -101,14 +115,15 @@ image_ref Polar1DM(image_ref imgRho, image_ref imgTheta, image_ref cimDst)
     dm::require(is_float_or_double(type) && host::ImageGetDataType(imgTheta) == type, rho_and_theta_real);
     require_up_to_3d(imgRho);
     cimDst = polar_destination(std::move(cimDst), imgTheta, type);
-    for (std::uint32_t axis = 0; axis < host::kMaxDim; ++axis)
-        dm::require(dm::size_along(imgRho, axis) == dm::size_along(imgTheta, axis), dm::errors::different_size);
+    require_same_volume(imgRho, imgTheta);
     dm::read_lock rho{imgRho};
     dm::read_lock theta{imgTheta};
     dm::write_lock to{cimDst};
     visit(dm::float_or_double{}, type, [&]<class T>() {
-        dm::for_runs([](auto count, auto* modulus, auto* phase, auto* result) { polar(modulus, phase, result, count); },
-                     rho.view<T>(), theta.view<T>(), to.view<std::complex<T>>());
+        fill(
+            to.view<std::complex<T>>(),
+            [](auto count, auto* modulus, auto* phase, auto* result) { polar(modulus, phase, result, count); },
+            rho.view<T>(), theta.view<T>());
     });
     to.release();
     theta.release();
@@ -126,9 +141,10 @@ image_ref Polar2DM(double fRho, image_ref imgTheta, image_ref cimDst)
     dm::read_lock theta{imgTheta};
     dm::write_lock to{cimDst};
     visit(dm::float_or_double{}, type, [&]<class T>() {
-        dm::for_runs([&](auto count, const T* phase,
-                         std::complex<T>* result) { polar(static_cast<T>(fRho), phase, result, count); },
-                     theta.view<T>(), to.view<std::complex<T>>());
+        fill(
+            to.view<std::complex<T>>(),
+            [&](auto count, auto* phase, auto* result) { polar(static_cast<T>(fRho), phase, result, count); },
+            theta.view<T>());
     });
     to.release();
     theta.release();
@@ -143,14 +159,21 @@ void AbsArgDM(image_ref cimSrc, output<image_ref> imgRho, output<image_ref> imgT
     dm::require(is_complex(type), source_complex);
     image_ref rho = real_output(imgRho.get(), "Rho", cimSrc, type);
     image_ref theta = real_output(imgTheta.get(), "Theta", cimSrc, type);
+    dm::require_same_size(cimSrc, rho);
+    dm::require_same_size(cimSrc, theta);
+    dm::require(host::ImageGetDataType(rho) == real_of(type) && host::ImageGetDataType(theta) == real_of(type),
+                dm::errors::invalid_image_type);
     dm::require(!(rho == theta), dm::errors::out_of_place);
     dm::read_lock from{cimSrc};
     dm::write_lock to_rho{rho};
     dm::write_lock to_theta{theta};
     visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
-        dm::for_runs([](auto count, auto* source, auto* modulus,
-                        auto* phase) { modulus_and_phase(source, modulus, phase, count); },
-                     from.view<std::complex<T>>(), to_rho.view<T>(), to_theta.view<T>());
+        const auto source = from.view<std::complex<T>>();
+        const auto modulus = to_rho.view<T>(), phase = to_theta.view<T>();
+        dm::require_in_place_or_apart(source, modulus);
+        dm::require_in_place_or_apart(source, phase);
+        dm::for_runs([](auto count, auto* z, auto* length, auto* angle) { modulus_and_phase(z, length, angle, count); },
+                     source, modulus, phase);
     });
     to_theta.release();
     to_rho.release();
@@ -171,8 +194,9 @@ image_ref AbsDM(image_ref cimSrc, image_ref imgDst)
     dm::read_lock from{cimSrc};
     dm::write_lock to{imgDst};
     visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
-        dm::for_runs([](auto count, const std::complex<T>* source, T* result) { modulus<T>(source, result, count); },
-                     from.view<std::complex<T>>(), to.view<T>());
+        fill(
+            to.view<T>(), [](auto count, auto* source, auto* result) { modulus<T>(source, result, count); },
+            from.view<std::complex<T>>());
     });
     to.release();
     from.release();
@@ -202,15 +226,16 @@ image_ref PowDM(image_ref imgA, image_ref imgB, image_ref imgDst)
     imgDst = dm::or_clone_of(std::move(imgDst), imgA);
     dm::require(host::ImageGetDataType(imgB) == type && host::ImageGetDataType(imgDst) == type,
                 dm::errors::invalid_image_type);
-    dm::require_same_size(imgA, imgB);
+    require_same_volume(imgA, imgB);
     dm::require_same_size(imgA, imgDst);
     dm::require(is_float_or_double(type), dm::errors::all_real);
     dm::read_lock base{imgA};
     dm::read_lock exponent{imgB};
     dm::write_lock to{imgDst};
     visit(dm::float_or_double{}, type, [&]<class T>() {
-        dm::for_runs([](auto count, const T* a, const T* b, T* result) { pow<T>(a, b, result, count); }, base.view<T>(),
-                     exponent.view<T>(), to.view<T>());
+        fill(
+            to.view<T>(), [](auto count, auto* a, auto* b, auto* result) { pow<T>(a, b, result, count); },
+            base.view<T>(), exponent.view<T>());
     });
     to.release();
     exponent.release();
@@ -229,9 +254,10 @@ image_ref CArgDM(image_ref cimSrc, image_ref cimDst)
     dm::read_lock from{cimSrc};
     dm::write_lock to{cimDst};
     visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
-        dm::for_runs([](auto count, const std::complex<T>* source,
-                        std::complex<T>* result) { unit_phase<T>(source, result, count); },
-                     from.view<std::complex<T>>(), to.view<std::complex<T>>());
+        fill(
+            to.view<std::complex<T>>(),
+            [](auto count, auto* source, auto* result) { unit_phase<T>(source, result, count); },
+            from.view<std::complex<T>>());
     });
     to.release();
     from.release();
@@ -254,9 +280,9 @@ image_ref CNormDM(image_ref cimSrc, double fScale, image_ref imgDst)
     visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
         const auto source = from.view<std::complex<T>>();
         if (result_type == type)
-            dm::for_runs(compute, source, to.view<std::complex<T>>());
+            fill(to.view<std::complex<T>>(), compute, source);
         else
-            dm::for_runs(compute, source, to.view<T>());
+            fill(to.view<T>(), compute, source);
     });
     to.release();
     from.release();

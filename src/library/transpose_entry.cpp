@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "image/frame.h"
+#include "image/overlap.h"
 #include "image/timing_scope.h"
 #include "library/transpose.h"
 
@@ -23,6 +24,9 @@ voxels voxels_of(const dm::image_lock& lock, std::size_t element_bytes)
     return volume;
 }
 
+/// The volume as bytes, for comparing places in memory.
+dm::image<std::byte> places_of(const voxels& volume) { return {volume.data, volume.sizes, volume.strides}; }
+
 image_ref transposed(const image_ref& source, image_ref destination, transposition which)
 {
     dm::require_image(source);
@@ -39,8 +43,10 @@ image_ref transposed(const image_ref& source, image_ref destination, transpositi
     const std::uint32_t element_bytes = host::ImageGetDataElementByteSize(source);
     dm::read_lock from{source};
     dm::write_lock to{destination};
+    const voxels original = voxels_of(from, element_bytes), result = voxels_of(to, element_bytes);
+    dm::require_in_place_or_apart(places_of(original), places_of(result));
     const auto transpose = which == transposition::xz ? transpose_xz : transpose_yz;
-    transpose(voxels_of(from, element_bytes), voxels_of(to, element_bytes), element_bytes);
+    transpose(original, result, element_bytes);
     to.release();
     from.release();
     return destination;
