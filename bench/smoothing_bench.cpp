@@ -32,7 +32,7 @@ void compare(const std::string& what, const dm::variant<Kernel> (&table)[n], dm:
     run(table[n - 1].function, from, view(data.wanted));
     const auto count = static_cast<double>(data.from.size());
     const auto time = [&](Kernel* kernel, int runs) {
-        return bench::measure(
+        return bench::measure<bench::processor_clock>(
             count, [&] { run(kernel, from, view(data.to)); }, runs);
     };
     const auto plain = time(table[n - 1].function, 5);

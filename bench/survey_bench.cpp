@@ -22,7 +22,7 @@ void compare(const std::string& what)
     double plain = 0;
     for (auto rows = dm::runnable(library::survey_variants<T>); !rows.empty(); rows.pop_back()) {
         library::survey_record record;
-        const auto taken = bench::measure(n * n, [&] { record = rows.back().function(image); });
+        const auto taken = bench::measure<bench::processor_clock>(n * n, [&] { record = rows.back().function(image); });
         bench::check(record.count == n * n && std::abs(record.sum - sum) <= 1e-12 * sum, what.c_str());
         if (plain == 0) plain = taken.median_ns;
         bench::print(what, rows.back().name, taken, plain);

@@ -18,7 +18,8 @@ void compare(const std::string& type)
     std::mt19937_64 random{1};
     for (auto& v : from) v = static_cast<T>(random());
     const auto view = [](std::vector<T>& pixels) { return library::voxels_of(dm::image<T>{pixels.data(), n, n, n}); };
-    const auto copy = bench::measure(count, [&] { std::memcpy(to.data(), from.data(), count * sizeof(T)); });
+    const auto copy =
+        bench::measure<bench::processor_clock>(count, [&] { std::memcpy(to.data(), from.data(), count * sizeof(T)); });
     bench::print("copy " + type, "memcpy", copy);
     for (const auto& [name, which] :
          {std::pair{"XZ ", library::transposition::xz}, {"YZ ", library::transposition::yz}}) {
@@ -28,13 +29,13 @@ void compare(const std::string& type)
                 row.function(view(source), view(result), sizeof(T), w);
             };
             bench::print(name + type, row.name,
-                         bench::measure(
+                         bench::measure<bench::processor_clock>(
                              count, [&] { run(from, to); }, 5),
                          copy.median_ns);
             bench::check(std::memcmp(to.data(), wanted.data(), count * sizeof(T)) == 0, name);
             // Each measured run undoes the one before; the warm-up makes their number even.
             bench::print(name + type + " in place", row.name,
-                         bench::measure(
+                         bench::measure<bench::processor_clock>(
                              count, [&] { run(to, to); }, 5),
                          copy.median_ns);
             bench::check(std::memcmp(to.data(), wanted.data(), count * sizeof(T)) == 0, name);

@@ -175,12 +175,14 @@ class plane_filter
             const std::ptrdiff_t x = start + v * L::pixels;
             return Rule<T>::of(load(row + x, from_.width() - x));
         };
-        vec sums[L::rows][4];
-        for (int v = 0; v < 4; ++v) {
-            vec sum = L::load(column(start + v * L::pixels));
-            for (int k = 0; k < L::rows; ++k) sums[k][v] = sum = sum - value(leaving[k], v) + value(entering[k], v);
-            L::store(column(start + v * L::pixels), sum);
-        }
+        vec sum[4], sums[L::rows][4];
+        for (int v = 0; v < 4; ++v) sum[v] = L::load(column(start + v * L::pixels));
+        for (int k = 0; k < L::rows; ++k)
+            for (int v = 0; v < 4; ++v) {
+                sum[v] = sum[v] - value(leaving[k], v) + value(entering[k], v);
+                sums[k][v] = sum[v];
+            }
+        for (int v = 0; v < 4; ++v) L::store(column(start + v * L::pixels), sum[v]);
         for (int v = 0; v < 4; ++v)
             for (int g = 0; g < L::groups; ++g) {
                 vec block[L::pixels];
