@@ -31,6 +31,8 @@ struct point
     double x, y;  // nm, y downwards
 };
 
+constexpr std::size_t index(std::size_t x, std::size_t y) { return y * size + x; }
+
 class specimen
 {
   public:
@@ -47,8 +49,7 @@ class specimen
             for (int x = column - reach; x <= column + reach; ++x) {
                 if (x < 0 || y < 0 || x >= size || y >= size) continue;
                 const double dx = x * pixel - at.x, dy = y * pixel - at.y;
-                phase_[static_cast<std::size_t>(y * size + x)] +=
-                    height * std::exp(-(dx * dx + dy * dy) / (2 * rms * rms));
+                phase_[index(x, y)] += height * std::exp(-(dx * dx + dy * dy) / (2 * rms * rms));
             }
     }
 
@@ -117,12 +118,13 @@ double chi(complex w)
 void aberrate(std::vector<complex>& wave)
 {
     const double wavelength = zentrix::companion::electron_wavelength(kilovolts);
+    const double angle_per_pixel = wavelength / (size * pixel);
+    constexpr int centre = size / 2;
     zentrix::host::forward_fft(wave.data(), size, size);
     for (int row = 0; row < size; ++row)
         for (int column = 0; column < size; ++column) {
-            const complex w{(column - size / 2) * wavelength / (size * pixel),
-                            (size / 2 - row) * wavelength / (size * pixel)};
-            wave[static_cast<std::size_t>(row * size + column)] *= std::polar(1.0, -chi(w));
+            const complex w{(column - centre) * angle_per_pixel, (centre - row) * angle_per_pixel};
+            wave[index(column, row)] *= std::polar(1.0, -chi(w));
         }
     zentrix::host::backward_fft(wave.data(), size, size);
 }

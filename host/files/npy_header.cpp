@@ -127,10 +127,10 @@ npy_header read_npy_header(std::istream& stream)
     if (version < 1 || version > 3)
         throw header_error{"it has .npy format version " + std::to_string(version) + "; expected 1, 2 or 3"};
 
-    const int length_bytes = version == 1 ? 2 : 4;
-    stream.read(reinterpret_cast<char*>(start.data()) + 8, length_bytes);
+    const std::size_t length_bytes = version == 1 ? 2 : 4;
+    stream.read(reinterpret_cast<char*>(start.data()) + 8, static_cast<std::streamsize>(length_bytes));
     std::uint32_t length = 0;
-    for (int i = length_bytes; i-- > 0;) length = length * 256 + start[static_cast<std::size_t>(8 + i)];
+    for (std::size_t i = length_bytes; i-- > 0;) length = length * 256 + start[8 + i];
     if (stream && length > longest_header)
         throw header_error{"its header is " + std::to_string(length) + " bytes long; expected at most " +
                            std::to_string(longest_header)};

@@ -47,7 +47,7 @@ bool is_list(const std::string& word) { return word.starts_with(list_mark); }
 
 host::tag_group_ref read_list(const std::string& word)
 {
-    const auto list = host::memory_tag_group::make_list();
+    auto list = host::memory_tag_group::make_list();
     const std::string inside = word.substr(list_mark.size());
     for (std::size_t begin = 0; begin < inside.size();) {
         const auto end = std::min(inside.find(',', begin), inside.size());

@@ -33,6 +33,11 @@ bool is_image_output(const host::prototype& signature, const std::string& name)
     return false;
 }
 
+[[noreturn]] void refuse_second_place(const std::string& output, const std::string& place)
+{
+    throw host::script_error{"-o " + output + ": the same image is written already to " + place};
+}
+
 /// Checked before the call, so that no work is lost on a misspelt name.
 destinations sort_out(const call_request& request, const host::prototype& signature)
 {
@@ -45,8 +50,7 @@ destinations sort_out(const call_request& request, const host::prototype& signat
         if (!named && signature.result.kind != HOST_IMAGE)
             throw host::script_error{"-o " + output + ": " + signature.name + " gives no image back" +
                                      (name.empty() ? "" : " and has no image output parameter " + name)};
-        if (!place.empty())
-            throw host::script_error{"-o " + output + ": the same image is written already to " + place};
+        if (!place.empty()) refuse_second_place(output, place);
         place = named ? output.substr(equals + 1) : output;
         host::require_writable_kind(place);
     }
