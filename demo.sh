@@ -23,14 +23,16 @@ if [ $# -gt 0 ]; then
     wave=$1
     shift
     options=("$@")
-    say="your wave"
+    before="your wave as it is"
+    after="the same after zentrix correct ${options[*]}"
 else
     "$here/build/release/examples/make_sample" "$output/aberrated.npy" "$output/undisturbed.npy"
     wave=$output/aberrated.npy
     # What examples/make_sample.cpp puts in. In nm and um; C3 in mm; angles in degrees.
     options=(--kv 300 --pixel 0.02 --remove
              --C1 -62 --A1 14@35 --B2 380@110 --A2 290@-20 --C3 0.15 --S3 2.5@75)
-    say="atom columns of a thin crystal, pairs 0.136 nm apart, with a dislocation in the middle and a wedge edge to the right"
+    before="atom columns of a thin crystal, pairs 0.136 nm apart, with a dislocation and a wedge edge, as a bad lens images it"
+    after="the same with the aberrations removed"
 fi
 
 # Without an aberration the wave only goes through the transform and back: its picture is the picture before.
@@ -44,8 +46,8 @@ done
 cat <<EOF
 
 Pictures in $output
-  before-phase.png, before-modulus.png   $say, as the lens imaged it
-  after-phase.png, after-modulus.png     the same with the aberrations removed
+  before-phase.png, before-modulus.png   $before
+  after-phase.png, after-modulus.png     $after
   after.npy                              the corrected wave
 EOF
 if [ "$wave" = "$output/aberrated.npy" ]; then
