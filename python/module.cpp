@@ -15,6 +15,7 @@ void add_session(py::module_& to)
     py::class_<session>(to, "Session")
         .def(py::init<std::string, py::object>())
         .def("call", &session::call)
+        .def("call_method", &session::call_method)
         .def("functions", &session::functions)
         .def("trace", &session::traces)
         .def("held",
@@ -26,14 +27,8 @@ void add_session(py::module_& to)
         .def("close", &session::close);
 }
 
-void add_values(py::module_& to)
+void add_tags(py::module_& to)
 {
-    py::class_<reference>(to, "Ref",
-                          "An output parameter: holds a value that a script function may read and writes anew.")
-        .def(py::init([](py::object initial) { return reference{std::move(initial)}; }),
-             py::arg("initial") = py::none())
-        .def_readwrite("value", &reference::value, "What the function stored, or what it is to find.")
-        .def("__repr__", [](const reference& of) { return "Ref(" + py::repr(of.value).cast<std::string>() + ")"; });
     py::class_<tags_view>(to, "Tags")
         .def("__len__", [](const tags_view& of) { return of.held->count(); })
         .def("get",
@@ -65,7 +60,7 @@ PYBIND11_MODULE(_core, module)
             PyErr_SetObject(script_error.ptr(), text_to_python(stopped.what()).ptr());
         }
     });
-    add_values(module);
+    add_tags(module);
     add_session(module);
     add_correction(module);
     module.def("notifications", &notifications);

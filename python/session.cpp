@@ -4,11 +4,18 @@
 
 #include "host/files/image_file.h"
 #include "host/system_path.h"
+#include "python/handlers.h"
 #include "python/values.h"
 
 namespace zentrix::python {
 
 namespace {
+
+/// What the functions answer that know no strides.
+constexpr char refused_parameters[] = "Parameters are invalid.";
+constexpr char advice_on_scattered[] =
+    "An array among the arguments is not C-contiguous, which some functions need: pass numpy.ascontiguousarray() of "
+    "it.";
 
 /// The library misses its companion package, a file beside it that brings the panel's handler, with a dialog at each
 /// start. Here a handler is a Python object, so the package is vouched for.
@@ -72,28 +79,43 @@ void session::require_usable() const
 }
 
 /// Raises ScriptError with the error of a callback as its cause; KeyboardInterrupt and the like go on as they are.
-void session::raise(const host::script_error& stopped)
+void session::raise(const host::script_error& stopped, const char* advice)
 {
     const py::object cause = take_kept_error();
-    if (!cause) throw stopped;
-    if (!py::isinstance(cause, py::handle{PyExc_Exception})) {
+    if (cause && !py::isinstance(cause, py::handle{PyExc_Exception})) {
         PyErr_SetObject(py::type::of(cause).ptr(), cause.ptr());
         throw py::error_already_set{};
     }
     const py::object error = script_error_class()(text_to_python(stopped.what()));
-    PyException_SetCause(error.ptr(), py::object{cause}.release().ptr());
+    if (cause) PyException_SetCause(error.ptr(), py::object{cause}.release().ptr());
+    if (advice && std::string_view{stopped.what()} == refused_parameters && py::hasattr(error, "add_note"))
+        error.attr("add_note")(advice);  // beside the text, which stays to the letter
     PyErr_SetObject(script_error_class().ptr(), error.ptr());
     throw py::error_already_set{};
 }
 
-py::object session::call(const std::string& name, const py::args& given)
+/// Converts the arguments, runs `body(engine, values)`, converts what came out.
+template <class Body>
+py::object session::answer(const py::args& given, Body body)
 {
     require_usable();
     const call_arguments arguments{given};
-    const auto answer = run([&](host::engine& engine) { return engine.call(name, arguments.values()); });
+    const auto result = run([&](host::engine& engine) { return body(engine, arguments.values()); },
+                            arguments.has_scattered_array() ? advice_on_scattered : nullptr);
     if (const auto swallowed = take_kept_error()) show(swallowed);
     arguments.store_outputs();
-    return arguments.to_python(answer);
+    return arguments.to_python(result);
+}
+
+py::object session::call(const std::string& name, const py::args& given)
+{
+    return answer(given, [&](host::engine& engine, const auto& values) { return engine.call(name, values); });
+}
+
+py::object session::call_method(py::handle object, const std::string& prototype, const py::args& given)
+{
+    const auto self = handler_of(object);
+    return answer(given, [&](host::engine&, const auto& values) { return host::call_method(self, prototype, values); });
 }
 
 std::vector<std::string> session::functions() const

@@ -31,6 +31,10 @@ class session
     ///         of an argument throws
     py::object call(const std::string& name, const py::args& given);
 
+    /// Calls a method of a Python object as the library would, by the prototype that the library has for it.
+    /// Throws  as call
+    py::object call_method(py::handle object, const std::string& prototype, const py::args& given);
+
     /// The library's prototypes in the order of registration.
     std::vector<std::string> functions() const;
     /// counter name -> (reports, ticks)
@@ -43,9 +47,9 @@ class session
     void close();
 
     /// Runs `body(host::engine&)`, which calls the library, without the interpreter lock.
-    /// Throws  as call
+    /// Throws  as call; `advice` goes with a refusal of parameters as the exception's note
     template <class Body>
-    auto run(Body body)
+    auto run(Body body, const char* advice = nullptr)
     {
         require_usable();
         const counted one_more{running_calls_};
@@ -53,7 +57,7 @@ class session
             const py::gil_scoped_release others_may_run;
             return body(*engine_);
         } catch (const host::script_error& stopped) {
-            raise(stopped);
+            raise(stopped, advice);
         }
     }
 
@@ -71,9 +75,11 @@ class session
         int& counter_;
     };
 
+    template <class Body>
+    py::object answer(const py::args& given, Body body);
     void require_main_thread() const;
     void require_usable() const;
-    [[noreturn]] static void raise(const host::script_error& stopped);
+    [[noreturn]] static void raise(const host::script_error& stopped, const char* advice);
 
     std::unique_ptr<host::engine> engine_;
     std::unique_ptr<host::library> library_;

@@ -155,7 +155,7 @@ py::object tag_to_python(const host::tag& value)
 
 std::optional<host::tag> tag_from_python(py::handle value)
 {
-    if (py::isinstance<py::array>(value) || py::isinstance<reference>(value)) return std::nullopt;
+    if (py::isinstance<py::array>(value) || is_reference(value)) return std::nullopt;
     const auto read = result_from_python(value);
     if (const auto* number = std::get_if<std::int64_t>(&read)) return number_tag(*number);
     if (const auto* number = std::get_if<double>(&read)) return *number;

@@ -11,9 +11,16 @@ namespace zentrix::python {
 
 namespace {
 
-const py::object& complex_scalar_class()
+/// Classes of NumPy's scalars, looked up once.
+struct scalar_classes
 {
-    static const auto& found = *new py::object{py::module_::import("numpy").attr("complexfloating")};
+    py::object truth = py::module_::import("numpy").attr("bool_");
+    py::object complex = py::module_::import("numpy").attr("complexfloating");
+};
+
+const scalar_classes& numpy_scalars()
+{
+    static const auto& found = *new scalar_classes;
     return found;
 }
 
@@ -33,13 +40,20 @@ host::script_value whole_number(py::handle given)
 
 bool is_complex(py::handle given)
 {
-    return PyComplex_Check(given.ptr()) || py::isinstance(given, complex_scalar_class());
+    return PyComplex_Check(given.ptr()) || py::isinstance(given, numpy_scalars().complex);
 }
 
 bool is_real(py::handle given)
 {
     const auto* numeric = Py_TYPE(given.ptr())->tp_as_number;
     return numeric && numeric->nb_float;
+}
+
+double real_number(py::handle given)
+{
+    const double number = PyFloat_AsDouble(given.ptr());
+    if (number == -1 && PyErr_Occurred()) throw py::error_already_set{};
+    return number;
 }
 
 bool is_path(py::handle given) { return py::hasattr(given, "__fspath__"); }
@@ -50,6 +64,7 @@ py::object text_of_path(py::handle path) { return py::reinterpret_steal<py::obje
 std::optional<host::script_value> plain_value(py::handle given)
 {
     if (given.is_none()) return host::script_value{};
+    if (py::isinstance(given, numpy_scalars().truth)) return std::int64_t{PyObject_IsTrue(given.ptr())};
     if (PyIndex_Check(given.ptr()) && !py::isinstance<py::array>(given)) return whole_number(given);
     if (PyFloat_Check(given.ptr())) return PyFloat_AS_DOUBLE(given.ptr());
     if (is_complex(given)) {
@@ -62,15 +77,11 @@ std::optional<host::script_value> plain_value(py::handle given)
 
 host::script_value object_from_python(py::handle given)
 {
+    if (is_real(given)) return real_number(given);
     if (PyObject_CheckBuffer(given.ptr()))
         throw py::type_error{"Bytes are no script value: decode() them to a text or view them as a NumPy array."};
     if (is_tags(given)) return host::object_ref{tags_of(given)};
     if (is_path(given)) return plain_value(text_of_path(given)).value();
-    if (is_real(given)) {
-        const double number = PyFloat_AsDouble(given.ptr());
-        if (number == -1 && PyErr_Occurred()) throw py::error_already_set{};
-        return number;
-    }
     return host::object_ref{handler_of(given)};
 }
 
@@ -98,6 +109,12 @@ struct to_python_visitor
 
 }  // namespace
 
+bool is_reference(py::handle object)
+{
+    static const auto& ref_class = *new py::object{py::module_::import("zentrix._ref").attr("Ref")};
+    return py::isinstance(object, ref_class);
+}
+
 std::string text_from_python(py::handle text)
 {
     const auto bytes =
@@ -120,7 +137,7 @@ call_arguments::call_arguments(const py::args& given)
 
 host::script_value call_arguments::from_python(py::handle given)
 {
-    if (py::isinstance<reference>(given)) return cell_for(given);
+    if (is_reference(given)) return cell_for(given);
     if (py::isinstance<py::array>(given)) {
         const auto array = py::reinterpret_borrow<py::array>(given);
         auto image = image_of(array);
@@ -135,8 +152,8 @@ host::script_value call_arguments::cell_for(py::handle given)
     const auto same = [&](const auto& one) { return one.first.is(given); };
     const auto found = std::ranges::find_if(references_, same);
     if (found != references_.end()) return found->second;
-    const py::object initial = given.cast<reference&>().value;
-    if (py::isinstance<reference>(initial)) throw py::type_error{"A Ref cannot hold a Ref."};
+    const py::object initial = given.attr("value");
+    if (is_reference(initial)) throw py::type_error{"A Ref cannot hold a Ref."};
     auto cell = host::make_cell(from_python(initial));
     references_.emplace_back(py::reinterpret_borrow<py::object>(given), cell);
     return cell;
@@ -144,7 +161,12 @@ host::script_value call_arguments::cell_for(py::handle given)
 
 void call_arguments::store_outputs() const
 {
-    for (const auto& [ref, cell] : references_) ref.cast<reference&>().value = to_python(cell->value);
+    for (const auto& [ref, cell] : references_) ref.attr("value") = to_python(cell->value);
+}
+
+bool call_arguments::has_scattered_array() const
+{
+    return std::ranges::any_of(arrays_, [](const auto& one) { return !one.second->is_contiguous(); });
 }
 
 py::object call_arguments::to_python(const host::script_value& value) const

@@ -11,11 +11,8 @@
 /// Python values as script values and back.
 namespace zentrix::python {
 
-/// An output parameter, the class zentrix.Ref.
-struct reference
-{
-    py::object value;
-};
+/// Whether it is an output parameter, a zentrix.Ref.
+bool is_reference(py::handle object);
 
 /// What one script call got from Python. Each Ref becomes one cell and each array one image, however often it is given.
 class call_arguments
@@ -37,6 +34,9 @@ class call_arguments
 
     /// Puts what the cells hold now into the Refs.
     void store_outputs() const;
+
+    /// Whether an argument is an array with gaps or of another order than rows.
+    bool has_scattered_array() const;
 
     /// A script value for Python: an image that an argument's array shows becomes that very array.
     py::object to_python(const host::script_value& value) const;

@@ -15,13 +15,15 @@ import pathlib
 from typing import NamedTuple
 
 from . import _core
-from ._core import Ref, ScriptError
+from ._core import ScriptError
 from ._correct import correct
+from ._ref import Ref
 from ._tags import TagGroup, TagList
 
 __all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "correct", "load"]
 
-ScriptError.__module__ = "zentrix"  # where users find it
+for _public in (Ref, ScriptError, TagGroup, TagList, correct):
+    _public.__module__ = "zentrix"  # where users find them
 _open_host = None
 
 
@@ -44,6 +46,14 @@ class Host:
             prototypes.setdefault(text.split("(")[0].split()[-1], []).append(text)
         for name, texts in prototypes.items():
             setattr(self, name, _script_function(core, name, texts))
+
+    def call(self, name, *arguments):
+        """Calls a function by name: a script function, or one of the host such as "TagGroupCountTags"."""
+        return self._core.call(name, *arguments)
+
+    def call_method(self, handler, prototype, *arguments):
+        """Calls a handler's method as the library would: call_method(handler, "void OnChange( ScriptObject self )")."""
+        return self._core.call_method(handler, prototype, *arguments)
 
     def functions(self):
         """The prototypes of all script functions, in the order of their registration."""
