@@ -49,14 +49,6 @@ inline image_ref whole_numbers(std::uint32_t code, const extents& sizes, unsigne
     return made;
 }
 
-/// The hash of Fowler, Noll and Vo (FNV-1a) of all bytes, for comparing platforms.
-inline std::uint64_t digest(const image_ref& picture)
-{
-    std::uint64_t hash = 0xcbf29ce484222325;
-    for (unsigned char byte : bytes_of(picture)) hash = (hash ^ byte) * 0x100000001b3;
-    return hash;
-}
-
 /// An image whose pixels have gaps between them; the memory with the gaps.
 struct spread_image
 {

@@ -46,13 +46,6 @@ std::vector<script_value> lens(script_value source, bool envelope, std::complex<
             std::move(destination)};
 }
 
-std::uint64_t digest(const image_ref& picture)
-{
-    std::uint64_t hash = 0xcbf29ce484222325;  // FNV-1a
-    for (unsigned char byte : bytes_of(picture)) hash = (hash ^ byte) * 0x100000001b3;
-    return hash;
-}
-
 TEST(WaveTransfer, ChecksInOrderAndLeavesEverythingAsItWas)
 {
     script_host script;

@@ -120,4 +120,12 @@ inline std::vector<unsigned char> bytes_of(const image_ref& picture)
     return {data, data + picture->count() * picture->type().bytes};
 }
 
+/// The hash of Fowler, Noll and Vo (FNV-1a) of all bytes, for comparing platforms.
+inline std::uint64_t digest(const image_ref& picture)
+{
+    std::uint64_t hash = 0xcbf29ce484222325;
+    for (unsigned char byte : bytes_of(picture)) hash = (hash ^ byte) * 0x100000001b3;
+    return hash;
+}
+
 }  // namespace script
