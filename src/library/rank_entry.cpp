@@ -1,6 +1,7 @@
 #include "library/rank_entry.h"
 
 #include "image/frame.h"
+#include "image/overlap.h"
 #include "image/timing_scope.h"
 #include "image/visit.h"
 #include "library/extreme_filter.h"
@@ -86,6 +87,15 @@ double chosen(const image_ref& source, Choose choose)
     return found;
 }
 
+/// Fails with errors::out_of_place when the result overlaps the stack without being one of its planes.
+template <class T>
+void require_plane_or_apart(const dm::image<const T>& stack, const dm::image<T>& result)
+{
+    for (std::ptrdiff_t z = 0; z < stack.depth(); ++z)
+        if (dm::same_pixels(stack.plane(z), result)) return;
+    dm::require(!dm::overlap(stack, result), dm::errors::out_of_place);
+}
+
 }  // namespace
 
 image_ref MaximumFilterDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst)
@@ -136,7 +146,10 @@ image_ref MedianZDM(image_ref imgSrc, image_ref imgDst)
     dm::require(host::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
     dm::read_lock from{stack};
     dm::write_lock to{imgDst};
-    visit(dm::float_or_double{}, type, [&]<class T>() { median_z<T>(from.view<T>(), to.view<T>()); });
+    visit(dm::float_or_double{}, type, [&]<class T>() {
+        require_plane_or_apart<T>(from.view<T>(), to.view<T>());
+        median_z<T>(from.view<T>(), to.view<T>());
+    });
     to.release();
     from.release();
     return imgDst;

@@ -137,11 +137,26 @@ TEST(Ranks, MedianAlongZComesFromSortedColumns)
                 EXPECT_EQ(*to.memory, *spread(made, step).memory);
             }
         }
-    const auto plane = whole_numbers(2, {5, 3});
-    const auto before = bytes_of(plane);
-    EXPECT_EQ(script.call_image("ZXMedianZ", {plane, plane}), plane);
-    EXPECT_EQ(bytes_of(plane), before);
-    EXPECT_EQ(script.host().records().traces().at("MedianZDM").reports, 201u);
+    EXPECT_EQ(script.host().records().traces().at("MedianZDM").reports, 200u);
+}
+
+TEST(Ranks, MedianAlongZMayOverwriteAPlaneOfItsStack)
+{
+    auto options = script_host::with_checks();
+    options.check_read_locks = false;  // two images share the memory
+    script_host script{options};
+    const auto stack = whole_numbers(2, {5, 3, 4}), original = stack->clone();
+    const auto part = [&](int elements) {  // as many elements into the stack
+        return image::over("part", 2, &stack->at<float>(elements), extents{5, 3}, std::vector<std::ptrdiff_t>{1, 5},
+                           access::write, stack);
+    };
+    EXPECT_EQ(script.failure("ZXMedianZ", {stack, part(14)}), errors::out_of_place);
+    EXPECT_EQ(bytes_of(stack), bytes_of(original));
+    const auto wanted = bytes_of(script.call_image("ZXMedianZ", {stack, null}));
+    for (const int plane : {0, 2, 3}) {
+        std::memcpy(stack->data(), original->data(), bytes_of(original).size());
+        EXPECT_EQ(bytes_of(script.call_image("ZXMedianZ", {stack, part(15 * plane)})), wanted);
+    }
 }
 
 TEST(Ranks, RefuseInOrder)

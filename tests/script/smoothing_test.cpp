@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <cmath>
+#include <cstdlib>
 #include <limits>
 
 #include "image/errors.h"
@@ -181,30 +181,6 @@ TEST(Smoothing, BothMeansFillTwoOutputsThatFitOrMakeTwo)
         }
     }
     EXPECT_EQ(script.host().records().traces().at("MovingAverageDM2").reports, 28u);
-}
-
-TEST(Smoothing, BlursByRenormalisedWeights)
-{
-    script_host script;
-    const int w = 11, h = 8;
-    const auto source = whole_numbers(12, {w, h});
-    for (const auto& [sigma, order] : {std::pair{1.5, 3}, {0.8, 2}, {6., 4}}) {
-        const auto got = script.call_image("ZXGaussianBlur", {source, sigma, integer{order}, null});
-        const int reach = static_cast<int>(std::ceil(order * sigma + 1)) - 1;  // 5 for the first
-        const auto weight = [sigma = sigma, reach](int d) {
-            return std::abs(d) <= reach ? std::exp(-d * d / (2 * sigma * sigma)) : 0;
-        };
-        for (int y = 0; y < h; ++y)
-            for (int x = 0; x < w; ++x) {
-                double sum = 0, weights = 0;
-                for (int v = 0; v < h; ++v)
-                    for (int u = 0; u < w; ++u) {
-                        sum += weight(u - x) * weight(v - y) * number_at(source, u, v);
-                        weights += weight(u - x) * weight(v - y);
-                    }
-                ASSERT_NEAR(number_at(got, x, y), sum / weights, 1e-13);
-            }
-    }
 }
 
 TEST(Smoothing, RefusesInOrder)

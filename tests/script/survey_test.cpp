@@ -51,19 +51,6 @@ TEST(Survey, IsTheDirectSum)
     EXPECT_EQ(script.host().records().traces().at("SurveyDM").reports, calls);
 }
 
-TEST(Survey, ReachesTheLimitsOfEachIntegerType)
-{
-    script_host script;
-    for (const std::uint32_t code : integer_types)
-        qorv::dm::visit(qorv::dm::eight_reals{}, code, [&]<class T>() {
-            constexpr T low = std::numeric_limits<T>::min(), high = std::numeric_limits<T>::max();
-            const auto values = survey(script, image_of<T>({high, low}, {2}));
-            EXPECT_EQ(values[0], static_cast<double>(low));
-            EXPECT_EQ(values[1], static_cast<double>(high));
-            EXPECT_EQ(values[4], std::abs(static_cast<double>(low)) + static_cast<double>(high));
-        });
-}
-
 TEST(Survey, HasTheSameExtremesWithTheSwitchOnAndOff)
 {
     script_host script;
