@@ -84,7 +84,7 @@ class python_tags : public host::tag_group
     void set(const std::string& name, host::tag value) override
     {
         if (is_list_) throw host::script_error{"A tag list has no named tags."};
-        call_back([&] { owner_.get().attr("__setitem__")(text_to_python(name), tag_to_python(value)); });
+        call_back([&] { set_item(text_to_python(name), tag_to_python(value)); });
     }
 
     void insert(std::size_t index, host::tag value) override
@@ -96,7 +96,7 @@ class python_tags : public host::tag_group
     void replace(std::size_t index, host::tag value) override
     {
         if (!is_list_) throw host::script_error{"The tag list has no tag of that number."};
-        call_back([&] { owner_.get().attr("__setitem__")(index, tag_to_python(value)); });
+        call_back([&] { set_item(py::int_{index}, tag_to_python(value)); });
     }
 
   private:
@@ -105,6 +105,11 @@ class python_tags : public host::tag_group
         auto keys = py::iter(owner_.get());
         for (std::size_t i = 0; i < index; ++i) ++keys;
         return py::reinterpret_borrow<py::object>(*keys);
+    }
+
+    void set_item(const py::object& key, const py::object& value) const
+    {
+        if (PyObject_SetItem(owner_.get().ptr(), key.ptr(), value.ptr()) != 0) throw py::error_already_set{};
     }
 
     python_owner owner_;
