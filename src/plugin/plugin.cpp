@@ -23,7 +23,9 @@ void check_companion_package()
 {
     void* const module = qorv::dm::module_handle();
     if (!module) return;
-    const std::string package = qorv::dm::with_extension(qorv::dm::module_path(module), companion_extension);
+    const std::string path = qorv::dm::module_path(module);
+    if (path.empty()) return;
+    const std::string package = qorv::dm::with_extension(path, companion_extension);
     if (!qorv::host::DoesFileExist(package)) qorv::host::OkDialog(companion_missing);
 }
 

@@ -151,8 +151,13 @@ TEST_F(lifecycle, CompanionPackageStandsBesideTheLibraryUnderItsStem)
 #endif
         EXPECT_EQ(script_functions(host), 64u);
     }
-    EXPECT_EQ(qorv::dm::with_extension("/a.b/Renamed.dll", ".gtk"), "/a.b/Renamed.gtk");
-    EXPECT_EQ(qorv::dm::with_extension("/a.b/Renamed", ".gtk"), "/a.b/Renamed.gtk");
+#ifdef _WIN32
+    const std::string folder = "C:\\a.b\\";
+#else
+    const std::string folder = "/a.b/";
+#endif
+    EXPECT_EQ(qorv::dm::with_extension(folder + "Renamed.dll", ".gtk"), folder + "Renamed.gtk");
+    EXPECT_EQ(qorv::dm::with_extension(folder + "Renamed", ".gtk"), folder + "Renamed.gtk");
 }
 
 TEST_F(lifecycle, EveryRefusedRegistrationIsReportedAndTakenBack)
