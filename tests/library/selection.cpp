@@ -87,6 +87,27 @@ TYPED_TEST(Selection, EveryVariantGivesThePlainBitsWithNaNsAndBothZeros)
             }
 }
 
+TEST(SelectionOfAnImage, FindsRanksThatItsSampleMisses)
+{
+    for (float sampled : {-1e30f, 1e30f})
+        for (std::ptrdiff_t k : {1000, 32000, 64000}) {
+            auto values = picture<float>(content::noise, 65536);
+            std::uint32_t random = 1;  // the vector form's own generator: it sees nothing but these pixels
+            for (std::size_t start = 0; start < values.size(); start += 8) {
+                random = random * 1664525u + 1013904223u;
+                values[start + (random >> 8) % 8] = sampled;
+            }
+            const dm::image<const float> view{values.data(), 256, 256};
+            auto sorted = values;
+            std::sort(sorted.begin(), sorted.end());
+            for (const auto& v : variants(rank_variants<float>)) {
+                const auto found = v.function(view, k, neighbour::before);
+                EXPECT_EQ(found.at, sorted[std::size_t(k)]) << v.name;
+                EXPECT_EQ(found.before, sorted[std::size_t(k - 1)]) << v.name;
+            }
+        }
+}
+
 TEST(SelectionOfAnImage, MedianIsTheMiddleOrTheMeanOfTwo)
 {
     const float largest = std::numeric_limits<float>::max();
