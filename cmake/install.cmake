@@ -1,0 +1,14 @@
+# cmake --install build/release --prefix WHERE: program and library side by side as the program looks for them, the Python
+# module where Debian's interpreter looks below its own prefixes, what a C++ module needs to call the warps.
+install(TARGETS zentrix_program RUNTIME DESTINATION bin)
+install(TARGETS Zentrix64 RUNTIME DESTINATION bin LIBRARY DESTINATION lib ARCHIVE DESTINATION lib)
+install(FILES src/warp/warp.h DESTINATION include/zentrix64/warp)
+install(FILES src/image/image.h DESTINATION include/zentrix64/image)
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION share/doc/zentrix64)
+install(DIRECTORY docs examples DESTINATION share/doc/zentrix64
+    PATTERN CMakeLists.txt EXCLUDE PATTERN __pycache__ EXCLUDE)
+if(NOT WIN32)
+    set(python_folder lib/python${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}/dist-packages/zentrix)
+    install(TARGETS zentrix_python LIBRARY DESTINATION ${python_folder})
+    install(FILES ${python_package_files} DESTINATION ${python_folder})
+endif()

@@ -1,0 +1,47 @@
+"""The package as a whole: its types, its installation."""
+
+import ast
+import os
+import pathlib
+import subprocess
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+
+
+def test_the_stubs_have_every_prototype(zx):
+    made = subprocess.run([sys.executable, ROOT / "tools/python_stubs.py"], capture_output=True, text=True, check=True)
+    stub = (ROOT / "python/zentrix/_functions.pyi").read_text("utf-8")
+    assert made.stdout == stub, "run tools/python_stubs.py"
+    methods = [one.name for one in ast.walk(ast.parse(stub)) if isinstance(one, ast.FunctionDef)]
+    assert methods == [text.split("(")[0].split()[1] for text in zx.functions()]
+
+
+def test_the_stubs_have_what_the_package_has(zx):
+    import zentrix
+
+    stub = ast.parse((ROOT / "python/zentrix/__init__.pyi").read_text("utf-8"))
+    names = {one.name for one in stub.body if isinstance(one, (ast.ClassDef, ast.FunctionDef))}
+    assert names == set(zentrix.__all__)
+    host = next(one for one in stub.body if getattr(one, "name", "") == "Host")
+    assert {one.name for one in host.body} == {name for name in vars(zentrix.Host) if not name.startswith("_")}
+
+
+def test_an_installed_tree_works_by_itself(tmp_path):
+    build = pathlib.Path(os.environ["ZENTRIX_BUILD"])
+    subprocess.run(["cmake", "--install", build, "--prefix", tmp_path], capture_output=True, check=True)
+    module = next(tmp_path.glob("lib/python3*/dist-packages"))
+    program = "import zentrix; zx = zentrix.load(); print(zx._file, zx.ZXPadSize(100))"
+    told = subprocess.run(
+        [sys.executable, "-c", program],
+        env={**os.environ, "PYTHONPATH": str(module)},
+        cwd=tmp_path,
+        capture_output=True,
+        text=True,
+        check=True,
+    )
+    assert told.stdout.split() == [str(tmp_path / "lib/Zentrix64.so"), "112"]
+    called = subprocess.run([tmp_path / "bin/zentrix", "call", "ZXPadSize", "100"], capture_output=True, text=True)
+    assert (called.returncode, called.stdout, called.stderr) == (0, "112\n", "")
+    for file in ("include/zentrix64/warp/warp.h", "share/doc/zentrix64/LICENSE", "share/doc/zentrix64/docs/python.md"):
+        assert (tmp_path / file).is_file()

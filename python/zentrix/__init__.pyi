@@ -1,0 +1,71 @@
+"""Types of the package; the docstrings are in __init__.py and _correct.py."""
+
+import os
+from collections.abc import Iterator, Mapping, Sequence
+from typing import Any, Literal, NamedTuple
+
+import numpy as np
+from numpy.typing import ArrayLike, NDArray
+
+from ._functions import ScriptFunctions
+
+Coefficient = float | tuple[float, float]
+
+class ScriptError(RuntimeError): ...
+
+class Ref:
+    value: Any
+    def __init__(self, initial: Any = None) -> None: ...
+
+class TagGroup(Mapping[str, Any]):
+    def __getitem__(self, name: str) -> Any: ...
+    def __iter__(self) -> Iterator[str]: ...
+    def __len__(self) -> int: ...
+
+class TagList(Sequence[Any]):
+    def __getitem__(self, index: Any) -> Any: ...
+    def __len__(self) -> int: ...
+
+class Held(NamedTuple):
+    references: list[str]
+    locks: list[str]
+    others: list[str]
+    violations: list[str]
+
+class Host(ScriptFunctions):
+    def call(self, name: str, *arguments: Any) -> Any: ...
+    def call_method(self, handler: object, prototype: str, *arguments: Any) -> Any: ...
+    def functions(self) -> list[str]: ...
+    def trace(self) -> dict[str, tuple[int, int]]: ...
+    def notifications(self, array: NDArray[Any]) -> int: ...
+    def held(self) -> Held: ...
+    def close(self) -> None: ...
+
+def load(path: str | os.PathLike[str] | None = None) -> Host: ...
+def correct(
+    wave: ArrayLike,
+    *,
+    pixel: float,
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: float = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: float = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: float = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: float = 0.0,
+    convergence: float = 0.0,
+    vibration: float = 0.0,
+    tilt: tuple[float, float] = (0.0, 0.0),
+    remove: bool = True,
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> NDArray[np.complex64]: ...
