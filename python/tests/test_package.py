@@ -45,3 +45,11 @@ def test_an_installed_tree_works_by_itself(tmp_path):
     assert (called.returncode, called.stdout, called.stderr) == (0, "112\n", "")
     for file in ("include/zentrix64/warp/warp.h", "share/doc/zentrix64/LICENSE", "share/doc/zentrix64/docs/python.md"):
         assert (tmp_path / file).is_file()
+
+
+def test_the_example_corrects_and_plots(tmp_path):
+    picture = tmp_path / "picture.png"
+    example = ROOT / "examples/correct_wave.py"
+    told = subprocess.run([sys.executable, example, picture], capture_output=True, text=True, check=False)
+    assert told.returncode == 0, told.stdout + told.stderr
+    assert picture.read_bytes().startswith(b"\x89PNG") and picture.stat().st_size > 30_000

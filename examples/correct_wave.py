@@ -1,0 +1,67 @@
+#!/usr/bin/python3
+"""Makes a wave behind a thin crystal, lets a lens out of trim image it, corrects it and plots all three.
+
+    PYTHONPATH=build/release/python examples/correct_wave.py [PICTURE.png]
+"""
+
+import sys
+
+import matplotlib
+
+matplotlib.use("Agg")
+import matplotlib.pyplot as plt
+import numpy as np
+
+import zentrix
+
+SIZE = 384
+PIXEL = 0.02  # nm
+LENS = dict(kv=300, pixel=PIXEL, C1=-40, A1=(9, 20), B2=(250, -130), A2=(200, 70), C3=0.12)
+
+
+def crystal():
+    """Phase of a hexagonal lattice of atom columns, 0.25 nm apart, that ends at a rough edge."""
+    random = np.random.default_rng(5)
+    y, x = np.indices((SIZE, SIZE)) * PIXEL
+    phase = np.zeros((SIZE, SIZE))
+    for row in range(36):
+        for column in range(32):
+            at_x, at_y = (column + 0.5 * (row % 2)) * 0.25, row * 0.2165
+            if at_x + 0.5 * at_y < 7.6 + 0.3 * random.normal():
+                near = (abs(x - at_x) < 0.2) & (abs(y - at_y) < 0.2)
+                square = (x[near] - at_x) ** 2 + (y[near] - at_y) ** 2
+                phase[near] += 0.5 * np.exp(-square / (2 * 0.035**2))
+    return phase
+
+
+def unwrapped_phase(zx, wave):
+    return zx.ZXGoldstain(np.angle(wave).astype(np.float32), 0)
+
+
+def plot(pictures, file):
+    figure, axes = plt.subplots(1, len(pictures), figsize=(4 * len(pictures), 4.4), sharex=True, sharey=True)
+    for axis, (title, picture) in zip(axes, pictures):
+        shown = axis.imshow(picture, cmap="gray", extent=(0, SIZE * PIXEL, SIZE * PIXEL, 0))
+        axis.set_title(title)
+        axis.set_xlabel("nm")
+        figure.colorbar(shown, ax=axis, orientation="horizontal", label="phase [rad]")
+    figure.tight_layout()
+    figure.savefig(file, dpi=120)
+
+
+def main():
+    zx = zentrix.load()
+    ideal = np.exp(1j * crystal()).astype(np.complex64)
+    seen = zentrix.correct(ideal, remove=False, **LENS)
+    corrected = zentrix.correct(seen, **LENS)
+    error = abs(corrected - ideal).max()
+    print(f"greatest difference from the wave that went in: {abs(seen - ideal).max():.2g} before, {error:.2g} after")
+    waves = {"behind the crystal": ideal, "as the lens images it": seen, "corrected": corrected}
+    file = sys.argv[1] if len(sys.argv) > 1 else "correct_wave.png"
+    plot([(title, unwrapped_phase(zx, wave)) for title, wave in waves.items()], file)
+    print(f"pictures in {file}")
+    return 0 if error < 1e-4 else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
