@@ -33,10 +33,12 @@ tag_group_ref selected(const output<std::string>& path, const std::string& filte
                        const output<std::int32_t>& height, const output<std::int32_t>& type, const std::string& owner)
 {
     const std::string start = path.get();
-    const auto files = lists_files(start) ? expanded(start, filter) : platform::choose_files(start, filter, owner);
+    const bool is_listed = lists_files(start);  // then nobody is asked anything
+    const auto files = is_listed ? expanded(start, filter) : platform::choose_files(start, filter, owner);
     platform::raw_format format{width.get(), height.get(), type.get()};
     const bool any_raw = std::any_of(files.begin(), files.end(), [](const std::string& file) { return is_raw(file); });
-    if (files.empty() || (any_raw && !platform::choose_raw_format(format, owner))) return host::NewTagList();
+    if (files.empty()) return host::NewTagList();
+    if (any_raw && !is_listed && !platform::choose_raw_format(format, owner)) return host::NewTagList();
     const auto [folder, names] = grouped(files);
     tag_group_ref list = list_of(names);
     path.set(folder);
