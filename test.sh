@@ -4,7 +4,6 @@
 set -eu
 cd "$(dirname "$0")"
 tools/install-packages
-tools/check-format
 
 failed=()
 for preset in release checked windows; do

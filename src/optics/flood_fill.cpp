@@ -68,10 +68,7 @@ class filler
         q_ = result_ + (index - x);
     }
 
-    bool is_surrounded(const std::uint8_t* flag) const
-    {
-        return flag[-pitch_] && flag[pitch_] && flag[-1] && flag[1];
-    }
+    bool is_surrounded(const std::uint8_t* flag) const { return flag[-pitch_] && flag[pitch_] && flag[-1] && flag[1]; }
 
     void move(std::ptrdiff_t rows)
     {

@@ -19,9 +19,9 @@ testing::AssertionResult same_bytes(const std::vector<T>& got, const std::vector
         return testing::AssertionFailure() << "sizes differ: " << got.size() << " and " << wanted.size();
     for (std::size_t i = 0; i < got.size(); ++i)
         if (std::memcmp(&got[i], &wanted[i], sizeof(T)) != 0)
-            return testing::AssertionFailure() << "element " << i << " of " << got.size() << ": "
-                                               << testing::PrintToString(got[i]) << " instead of "
-                                               << testing::PrintToString(wanted[i]);
+            return testing::AssertionFailure()
+                   << "element " << i << " of " << got.size() << ": " << testing::PrintToString(got[i])
+                   << " instead of " << testing::PrintToString(wanted[i]);
     return testing::AssertionSuccess();
 }
 
@@ -38,10 +38,7 @@ class framed
     std::size_t size() const { return all_.size() - 2 * guard; }
     std::vector<T> copy() const { return {all_.begin() + guard, all_.end() - guard}; }
 
-    bool frame_untouched() const
-    {
-        return untouched(0, guard) && untouched(all_.size() - guard, all_.size());
-    }
+    bool frame_untouched() const { return untouched(0, guard) && untouched(all_.size() - guard, all_.size()); }
     /// No element still holds the fill pattern.
     bool all_written() const
     {
@@ -67,12 +64,9 @@ class framed
 template <class Call>
 std::string message_of(Call&& call)
 {
-    try
-    {
+    try {
         call();
-    }
-    catch (const std::exception& error)
-    {
+    } catch (const std::exception& error) {
         return error.what();
     }
     return {};
