@@ -6,6 +6,7 @@ cd "$(dirname "$0")"
 tools/install-packages
 
 failed=()
+tools/check-format || failed+=("clang-format")
 for preset in release checked windows; do
     echo "== $preset"
     cmake --preset "$preset" >/dev/null
