@@ -56,7 +56,7 @@ py::object take_kept_error() { return std::exchange(the_kept_error(), py::object
 
 std::string error_text(const py::error_already_set& raised)
 {
-    const auto text = py::str(raised.value()).cast<std::string>();
+    auto text = py::str(raised.value()).cast<std::string>();
     if (raised.matches(script_error_class())) return text;
     const auto name = raised.type().attr("__name__").cast<std::string>();
     return text.empty() ? name : name + ": " + text;

@@ -56,9 +56,9 @@ auto call_back(Body body) -> decltype(body())
     try {
         return body();
     } catch (py::error_already_set& raised) {
-        auto text = error_text(raised);
+        const auto text = error_text(raised);
         keep_error(raised);
-        throw host::script_error{std::move(text)};
+        throw host::script_error{text};
     }
 }
 

@@ -27,6 +27,9 @@ class Handler:
     def OnChange(self):
         pass
 
+    def OnBad(self):
+        return 1 / 0
+
 
 #: (function, arguments, counter); no counter where the function is not timed. In the order of registration.
 CALLS = [

@@ -159,6 +159,7 @@ def test_nothing_is_kept_by_calls_and_errors(zx):
         zx.call_method(handler, prototype)
         refused(zx.ZXExp2, source, wrong)
         refused(zx.ZXMedian, handler)
+        refused(zx.call_method, handler, "void OnBad( ScriptObject self )")
         refused(zx.call_method, handler, "void Missing( ScriptObject self )")
 
     watched = [source, destination, wrong, names, handler, ref]
