@@ -49,10 +49,10 @@ void require_count(std::uint32_t got, std::size_t wanted)
 
 void require_fit(const std::string& prototype, const signature& shape)
 {
-    const auto read = Gatan::PlugIn::read_prototype(prototype);
-    bool fits = read.result == shape.result && read.parameters.size() == shape.count;
+    const auto read = contract::parse_prototype(prototype);
+    bool fits = read.result.kind == shape.result && read.parameters.size() == shape.count;
     for (std::size_t i = 0; fits && i < shape.count; ++i)
-        fits = parameter_kind{read.parameters[i].kind, read.parameters[i].cell} == shape.parameters[i];
+        fits = parameter_kind{read.parameters[i].type.kind, read.parameters[i].type.cell_kind} == shape.parameters[i];
     if (!fits) throw std::logic_error{"The native function does not fit the prototype \"" + prototype + "\"."};
 }
 
