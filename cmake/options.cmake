@@ -19,4 +19,4 @@ endif()
 add_library(zentrix_kernel_options INTERFACE)
 target_link_libraries(zentrix_kernel_options INTERFACE zentrix_options)
 target_compile_options(zentrix_kernel_options INTERFACE -fno-math-errno -fno-trapping-math
-    $<$<CONFIG:Release,RelWithDebInfo>:-O3>)
+    $<$<CONFIG:Release>:-O3>)

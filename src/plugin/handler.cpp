@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "image/timing_scope.h"
 
@@ -10,6 +11,21 @@ namespace {
 
 host::script_object_ref* the_handler = nullptr;
 host::tag_group_ref* the_tag_group = nullptr;
+
+/// A pair of holders that a later call replaced.
+struct earlier_holders
+{
+    host::script_object_ref* handler;
+    host::tag_group_ref* tag_group;
+};
+
+/// The earlier holders, never deleted: the host counts them as held until the process ends. Kept in sight, so that they
+/// are no stray memory.
+std::vector<earlier_holders>& earlier()
+{
+    static auto& all = *new std::vector<earlier_holders>;
+    return all;
+}
 
 }  // namespace
 
@@ -20,9 +36,10 @@ const host::tag_group_ref* held_tag_group() noexcept { return the_tag_group; }
 void SetZentrixHandlerDM(host::script_object_ref hander, host::tag_group_ref tag)
 {
     const timing_scope timing{"SetZentrixHandlerDM"};
-    // Both holders exist before either global changes. The former ones are left on purpose, see the declaration.
+    // Both holders exist before either global changes. The former ones stay on purpose, see the declaration.
     auto handler = std::make_unique<host::script_object_ref>(std::move(hander));
     auto tag_group = std::make_unique<host::tag_group_ref>(std::move(tag));
+    if (the_handler) earlier().push_back({the_handler, the_tag_group});
     the_handler = handler.release();
     the_tag_group = tag_group.release();
 }
