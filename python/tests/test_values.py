@@ -133,6 +133,16 @@ def test_a_failed_call_leaves_all_as_it_was(zx):
                                "    double ZXMedian(ImageRef imgSrc)"),
         ("ZXMedian", (object(),), 'ZXMedian cannot be called with (script object "object"). Its prototype is:\n'
                                   "    double ZXMedian(ImageRef imgSrc)"),
+        ("ZXSortNumberedName", (np.zeros(2),),
+         'ZXSortNumberedName cannot be called with (image "array" (2, Real 8 Byte)). Its prototype is:\n'
+         "    void ZXSortNumberedName(TagGroup tFiles)"),
+        ("ZXSetZentrixHandler", ({}, object()),
+         'ZXSetZentrixHandler cannot be called with (tag group of 0, script object "object"). Its prototype is:\n'
+         "    void ZXSetZentrixHandler( ScriptObject hander, TagGroup tag )"),
+        ("ZXMin", (np.zeros(2), 5, None, None),
+         'ZXMin cannot be called with (image "array" (2, Real 8 Byte), integer 5, null, null). Its prototype is:\n'
+         "    double ZXMin(ImageRef imgSrc, long * nX, long * nY, long * nZ)"),
+        ("ZXSortNumberedName", (None,), "Parameters are invalid."),
         ("ZXMedian", (None,), "Parameters are invalid."),
         ("ZXPolar", (np.zeros(2), 1, None),
          'ZXPolar cannot be called with (image "array" (2, Real 8 Byte), integer 1, null). Its prototypes are:\n'

@@ -1,5 +1,14 @@
 #include <gmock/gmock.h>
 
+#ifndef _WIN32
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <chrono>
+#include <filesystem>
+#include <thread>
+#endif
+
 #include "script/script_host.h"
 
 // What the library registers, and the small functions that need no image.
@@ -171,6 +180,22 @@ TEST(Utilities, CommandsRunAndNeverReport)
     for (const char* function : {"ZXExec", "ZXExecWait"})
         EXPECT_EQ(script.failure(function, {std::string{"no-such-program-anywhere --now"}}), "");
 }
+
+#ifndef _WIN32
+TEST(Utilities, ACommandInTheBackgroundIsNobodysChild)
+{
+    script_host script;
+    const std::string file = "exec_test.txt";
+    std::remove(file.c_str());
+    script.call("ZXExec", {"sleep 0.2; echo done > " + file});
+    EXPECT_FALSE(std::filesystem::exists(file));  // nobody waited
+    EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+    EXPECT_EQ(errno, ECHILD);
+    for (int k = 0; k < 500 && !std::filesystem::exists(file); ++k)
+        std::this_thread::sleep_for(std::chrono::milliseconds{20});
+    EXPECT_EQ(std::remove(file.c_str()), 0);
+}
+#endif
 
 TEST(CoreFunctions, WithoutAPanelQueriesAnswerZero)
 {
