@@ -4,6 +4,7 @@
 
 #include "plugin/app.h"
 #include "plugin/guarded.h"
+#include "plugin/handler.h"
 #include "plugin/host/call.h"
 #include "plugin/plugin.h"
 #include "sdk/link.h"
@@ -46,6 +47,13 @@ void end()
     the_plug_in().tear_down();
 }
 
+/// Objects belong to the link that they came through: once it is gone nobody could release them.
+void let_go_of_host_objects() noexcept
+{
+    qorv::dm::release_held();
+    qorv::host::function_slot::forget_all();
+}
+
 }  // namespace
 
 void HOST_CALL PlugInRegisterFloatingWindows() { guarded("PlugIn_RegisterFloatingWindows", register_floating_windows); }
@@ -85,6 +93,6 @@ std::int32_t HOST_CALL DMPlugIn_GetVersion() { return HOST_LINK_PROTOCOL; }
 
 void HOST_CALL DMPlugIn_Link_2(host_link* link)
 {
-    Gatan::PlugIn::on_link_change(qorv::host::function_slot::forget_all);
+    Gatan::PlugIn::on_link_change(let_go_of_host_objects);
     Gatan::PlugIn::set_current_link(link);
 }

@@ -115,6 +115,18 @@ TEST_F(lifecycle, LinkIsCountedOnceAndReplacedInOrder)
     EXPECT_EQ(DMPlugIn_GetVersion(), 2);
 }
 
+TEST_F(lifecycle, HeldHandlerAndTagsGoWithTheLink)
+{
+    engine host;
+    DMPlugIn_Link_2(host.link());
+    PlugInStartup();
+    host.call("ZXSetZentrixHandler", {std::make_shared<script_object>("handler"), memory_tag_group::make_group()});
+    DMPlugIn_Link_2(nullptr);  // without a shut-down
+    EXPECT_THAT(host.report().references, testing::IsEmpty());
+    EXPECT_THAT(host.report().violations, testing::IsEmpty());
+    PlugInShutdown();
+}
+
 TEST_F(lifecycle, HostVersionIsCheckedAndStartGoesOn)
 {
     struct row
