@@ -87,9 +87,20 @@ void run(correct_request& request, const global_options& global)
                   << request.output << '\n';
 }
 
+/// The parser's own checks let "nan" pass and answer a wrong number with all digits of the largest one.
+CLI::Validator finite_number(const char* expected, const char* shown, bool zero_too)
+{
+    const auto complaint = [=](const std::string& word) -> std::string {
+        const auto number = companion::parse_number(word);
+        const bool fits = number && (*number > 0 || (zero_too && *number == 0));
+        return fits ? "" : std::string{"expected "} + expected + ", not \"" + word + "\"";
+    };
+    return CLI::Validator{complaint, shown};
+}
+
 void add_microscope(CLI::App& command, correct_request& request)
 {
-    const auto positive = CLI::PositiveNumber;
+    const auto positive = finite_number("a positive number", "POSITIVE", false);
     auto* const voltage =
         command.add_option("--kv", request.kilovolts, "Accelerating voltage [kV]; this or --wavelength is needed");
     voltage->check(positive);
@@ -131,7 +142,7 @@ void add_coherence(CLI::App& command, correct_request& request)
 {
     const char* const group = "Envelope: rms widths. 1/e half-width = rms * 1.4142, FWHM = rms * 2.3548";
     companion::coherence& spread = request.setup.spread;
-    const auto not_negative = CLI::NonNegativeNumber;
+    const auto not_negative = finite_number("a number that is not negative", "NONNEGATIVE", true);
     command.add_option("--focus-spread", spread.focus_spread_nm, "Focus spread, rms [nm]")
         ->check(not_negative)
         ->group(group);

@@ -1,7 +1,10 @@
+#include <algorithm>
 #include <exception>
 #include <iostream>
 #include <new>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "host/program/commands.h"
 
@@ -33,6 +36,19 @@ std::string commands_of(const CLI::App& app)
     return names;
 }
 
+/// The words behind the program's name, last one first as the parser takes them. It knows "-5" for a number but takes
+/// "-.5" for an option, so that gets its zero.
+std::vector<std::string> words_of(int argc, char** argv)
+{
+    std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    for (auto& word : words)
+        if (word.size() > 2 && word.starts_with("-.") &&
+            std::string_view{"0123456789"}.find(word[2]) != std::string::npos)
+            word.insert(1, "0");
+    std::reverse(words.begin(), words.end());
+    return words;
+}
+
 int run(int argc, char** argv)
 {
     global_options global;
@@ -50,7 +66,7 @@ int run(int argc, char** argv)
     add_correct_command(app, global);
     add_unwrap_command(app, global);
     try {
-        app.parse(argc, argv);
+        app.parse(words_of(argc, argv));
         return success;
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();

@@ -47,6 +47,10 @@ TEST(call, converts_words_by_the_prototype_and_prints_what_comes_back)
              row{{"ZXPadSize", "1025"}, 0, "1152\n", ""},
              row{{"ZXPadSize", "1025", "--json"}, 0, "{\"result\": 1152, \"outputs\": {}}\n", ""},
              row{{"ZXToDMDataType", "-1"}, 0, "-1\n", ""},
+             row{{"ZXHanningWindow", "a.npy", "-.5", "-1.5", "1", "null"},
+                 0,
+                 "float32 3 x 2, not written: -o FILE does\n",
+                 ""},
              row{{"ZXSurvey", "a.npy", "_", "_", "_", "null"}, 0, "fMin = -3\nfMax = 2\nfSum = -3\n", ""},
              row{{"--json", "ZXSurvey", "a.npy", "_", "_", "_", "_", "_"},
                  0,
@@ -194,7 +198,10 @@ TEST(command_line, bad_usage_is_code_2_and_touches_nothing)
          {row{{"--kv", "300", "--C1", "5@20"}, "C1 is a number in nm, not \"5@20\""},
           row{{"--kv", "300", "--A1", "5@"}, "A1 is MODULUS or MODULUS@DEGREES in nm, not \"5@\""},
           row{{"--kv", "300", "--tilt", "3"}, "--tilt is RIGHT,UP in mrad, not \"3\""},
-          row{{"--kv", "300", "--show", "colour"}, "colour"}, row{{"--kv", "-300"}, "-300"},
+          row{{"--kv", "300", "--show", "colour"}, "colour"},
+          row{{"--kv", "-300"}, "--kv: expected a positive number, not \"-300\""},
+          row{{"--kv", "nan"}, "--kv: expected a positive number, not \"nan\""},
+          row{{"--kv", "300", "--vibration", "-1"}, "--vibration: expected a number that is not negative, not \"-1\""},
           row{{"--kv", "300", "--wavelength", "0.002"}, "--wavelength"}}) {
         auto all = correct;
         all.insert(all.end(), words.begin(), words.end());
