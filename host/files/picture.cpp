@@ -44,7 +44,8 @@ std::uint8_t grey_of(float value, grey_limits limits)
 {
     if (std::isnan(value)) return 0;
     if (limits.white <= limits.black) return 128;
-    const float share = (std::clamp(value, limits.black, limits.white) - limits.black) / (limits.white - limits.black);
+    const double black = limits.black;  // in double, where the difference of two floats cannot overflow
+    const double share = (std::clamp(value, limits.black, limits.white) - black) / (limits.white - black);
     return static_cast<std::uint8_t>(std::lround(255 * share));
 }
 

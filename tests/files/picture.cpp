@@ -80,6 +80,9 @@ TEST(picture, greys_span_the_values_without_the_wild_ones)
 
     write_png(folder / "flat.png", *waves({2.0F, 2.000002F, not_a_number}), display_mode::real);
     EXPECT_EQ(seen(folder / "flat.png", 1), (std::vector<int>{128, 128, 0}));
+
+    write_png(folder / "wide.png", *waves({-3e38F, 0.0F, 3e38F}), display_mode::real);
+    EXPECT_EQ(seen(folder / "wide.png", 1), (std::vector<int>{0, 128, 255}));
 }
 
 TEST(picture, phases_come_round_in_colour)
