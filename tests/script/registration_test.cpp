@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <chrono>
 #include <filesystem>
+#include <fstream>
+#include <optional>
 #include <thread>
 #endif
 
@@ -182,6 +184,50 @@ TEST(Utilities, CommandsRunAndNeverReport)
 }
 
 #ifndef _WIN32
+/// An environment variable with another value for a while.
+class changed_variable
+{
+  public:
+    changed_variable(const char* name, const std::string& value) : name_{name}
+    {
+        if (const char* old = std::getenv(name)) before_ = old;
+        setenv(name, value.c_str(), 1);
+    }
+    ~changed_variable()
+    {
+        if (before_)
+            setenv(name_, before_->c_str(), 1);
+        else
+            unsetenv(name_);
+    }
+
+  private:
+    const char* name_;
+    std::optional<std::string> before_;
+};
+
+TEST(Utilities, TheUsersFoldersAreFoundAndMade)
+{
+    script_host script;
+    const auto home = std::filesystem::absolute("special_directory_home");
+    std::filesystem::remove_all(home);
+    std::filesystem::create_directories(home / "settings");
+    const changed_variable at_home{"HOME", home}, settings{"XDG_CONFIG_HOME", home / "settings"};
+    std::ofstream{home / "settings/user-dirs.dirs"} << "# made by hand\n\nXDG_DOCUMENTS_DIR=\"$HOME/My papers\"\n"
+                                                    << "XDG_MUSIC_DIR=\"" << (home / "tunes").string() << "\"\n";
+    const auto folder = [&](integer type, integer make) {
+        return std::get<std::string>(script.call("ZXGetSpecialDirectory", {type, make}));
+    };
+    for (const auto& [type, name] : std::vector<std::pair<integer, const char*>>{
+             {0x05, "My papers/"}, {0x0d, "tunes/"}, {0x27, "Pictures/"}, {0x1a, "settings/"}}) {
+        const std::string path = home / name;
+        EXPECT_EQ(folder(type, 0), std::filesystem::is_directory(path) ? path : "");
+        EXPECT_EQ(folder(type, 1), path);
+        EXPECT_EQ(folder(type, 0), path);
+    }
+    std::filesystem::remove_all(home);
+}
+
 TEST(Utilities, ACommandInTheBackgroundIsNobodysChild)
 {
     script_host script;
