@@ -69,14 +69,23 @@ std::vector<std::string> patterns_of(std::string_view filter)
 
 bool matches(std::string_view pattern, std::string_view name)
 {
-    if (pattern.empty()) return name.empty();
-    if (pattern.front() == '*') {
-        for (std::size_t taken = 0; taken <= name.size(); ++taken)
-            if (matches(pattern.substr(1), name.substr(taken))) return true;
-        return false;
+    // Only the last star that was met can have to take more: what the former ones took is as good as any. Without going
+    // back to those, many stars cost no more than one.
+    std::size_t p = 0, n = 0, after_star = pattern.npos, taken_to = 0;
+    while (n < name.size()) {
+        if (p < pattern.size() && pattern[p] == '*') {
+            after_star = ++p;
+            taken_to = n;
+        } else if (p < pattern.size() && (pattern[p] == '?' || folded(pattern[p]) == folded(name[n]))) {
+            ++p, ++n;
+        } else if (after_star != pattern.npos) {
+            p = after_star;
+            n = ++taken_to;
+        } else {
+            return false;
+        }
     }
-    if (name.empty() || (pattern.front() != '?' && folded(pattern.front()) != folded(name.front()))) return false;
-    return matches(pattern.substr(1), name.substr(1));
+    return pattern.find_first_not_of('*', p) == pattern.npos;
 }
 
 bool lists_files(std::string_view text) { return text.find_first_of("*?;\r\n") != std::string_view::npos; }

@@ -134,10 +134,12 @@ TEST(FileSelection, ReadsFiltersAndPatterns)
     EXPECT_THAT(patterns_of("*.raw"), ElementsAre("*.raw"));
     EXPECT_THAT(patterns_of(""), ElementsAre("*"));
     const std::tuple<const char*, const char*, bool> table[] = {
-        {"*", "", true},        {"*.raw", "A.RAW", true}, {"a?c*", "abcd", true}, {"a?c", "ac", false},
-        {"*b*b", "abcb", true}, {"*.raw", "raw", false},  {"a*", "ba", false},    {"", "a", false},
+        {"*", "", true},        {"*.raw", "A.RAW", true},   {"a?c*", "abcd", true}, {"a?c", "ac", false},
+        {"*b*b", "abcb", true}, {"*.raw", "raw", false},    {"a*", "ba", false},    {"", "a", false},
+        {"a**", "a", true},     {"*ab*b?", "aabbbc", true},
     };
     for (const auto& [pattern, name, fits] : table) EXPECT_EQ(matches(pattern, name), fits) << pattern << " " << name;
+    EXPECT_FALSE(matches("*a*a*a*a*a*a*a*a*a*a*a*a*b", std::string(200, 'a'))) << "before the user gives up";
 }
 
 TEST(SortNumberedName, SortsGroupsAndTexts)
