@@ -37,6 +37,10 @@ random = np.random.default_rng(1)
 IMAGE = random.normal(size=(WIDTH, WIDTH)).astype(np.float32)
 WHOLE = random.integers(0, 65536, (WIDTH, WIDTH)).astype(np.uint16)
 WAVE = (random.normal(size=(WIDTH, WIDTH)) + 1j * random.normal(size=(WIDTH, WIDTH))).astype(np.complex64)
+POSITIVE = np.abs(IMAGE)
+FLIPPED = np.ascontiguousarray(WAVE[::-1])
+HANN, SINE = signal.get_window("hann", WIDTH), signal.windows.cosine(WIDTH)
+CURVE = random.uniform(1, 2, WIDTH).astype(np.float32)
 VOLUME = random.normal(size=(15, WIDTH // 4, WIDTH // 4)).astype(np.float32)
 Y, X = np.indices((WIDTH, WIDTH)) * (12 / WIDTH)
 PHASE = np.angle(np.exp(1j * (4 * np.sin(X) * np.cos(Y) + X * Y))).astype(np.float32)
@@ -68,6 +72,60 @@ def survey(zx):
 def numpy_survey():
     wide = IMAGE.astype(np.float64)
     return wide.min(), wide.max(), wide.sum(), (wide * wide).sum(), np.abs(wide).sum()
+
+
+def centre_of_mass(zx):
+    x, y = zentrix.Ref(0.0), zentrix.Ref(0.0)
+    zx.ZXGetCenterOfMass(POSITIVE, x, y, np.inf, 1, 0.0)
+    return y.value, x.value
+
+
+def extremes(zx):
+    refs = [zentrix.Ref() for _ in range(8)]
+    zx.ZXMinMaxStable(IMAGE, *refs)
+    return [one.value for one in refs]
+
+
+def numpy_extremes():
+    found = []
+    for index in (IMAGE.argmin(), IMAGE.argmax()):
+        y, x = np.unravel_index(index, IMAGE.shape)
+        found += [x, y, 0, IMAGE[y, x]]
+    return found
+
+
+def survey_difference(zx):
+    refs = [zentrix.Ref() for _ in range(7)]
+    zx.ZXSurveyDifference(IMAGE, POSITIVE, *refs)
+    return [one.value for one in refs]
+
+
+def numpy_survey_difference():
+    one, two = IMAGE.astype(np.float64), POSITIVE.astype(np.float64)
+    d = one - two
+    return [one.sum(), (one**2).sum(), two.sum(), (two**2).sum(), d.sum(), (d**2).sum(), np.abs(d).sum()]
+
+
+def radii():
+    rows, columns = np.indices(IMAGE.shape)
+    return np.hypot(columns - WIDTH // 2, rows - WIDTH // 2)
+
+
+def numpy_rings():
+    radius = (radii() + 0.5).astype(int).ravel()
+    return np.bincount(radius, POSITIVE.ravel()) / np.maximum(np.bincount(radius), 1)
+
+
+def lattice_mask():
+    """Discs of radius 4 with a rim of 2 about every sixteenth pixel from the centre."""
+    off = [(place - WIDTH // 2 + 8) % 16 - 8 for place in np.indices(WAVE.shape)]
+    return (1 - np.sin(np.pi / 4 * np.clip(np.hypot(*off) - 4, -2, 2))) / 2
+
+
+def numpy_correlation():
+    cross = WAVE * FLIPPED.conj()
+    radius = radii() / WIDTH
+    return np.where(radius <= 0.25, cross / np.abs(cross) * np.exp(1j * np.pi * 50 * radius**2), 0)
 
 
 def with_offset_of(reference, unwrapped):
@@ -102,6 +160,21 @@ def comparisons(zx):
     yield "median of all", lambda: zx.ZXMedian(IMAGE), 1e-6, {"numpy": lambda: np.median(IMAGE.astype(np.float64))}
     yield "median along z, 15 planes", lambda: zx.ZXMedianZ(VOLUME, None), 0, {"numpy": lambda: np.median(VOLUME, axis=0)}
     yield "survey", lambda: survey(zx), 1e-9, {"numpy": numpy_survey}
+    yield "survey of a difference", lambda: survey_difference(zx), 1e-9, {"numpy": numpy_survey_difference}
+    yield "extremes and their places", lambda: extremes(zx), 0, {"numpy": numpy_extremes}
+    yield "centre of mass", lambda: centre_of_mass(zx), 1e-4, {"scipy": lambda: ndimage.center_of_mass(POSITIVE)}
+    half = WIDTH // 2
+    yield "rotational average", lambda: zx.ZXRadialSurvey(POSITIVE, half, half, 1.0, 1.0), 1e-6, {"numpy": numpy_rings}
+    yield "weight by a curve", lambda: zx.ZXWeight(IMAGE, CURVE[None], half, half, 1.0, 1.0, 1, None), 1e-6, {
+        "numpy": lambda: IMAGE * np.interp(radii(), np.arange(WIDTH), CURVE)
+    }
+    matrix = np.float64([[16, 0], [0, 16]])
+    yield "bragg mask", lambda: zx.ZXMask(WAVE, None, matrix, 4.0, 2.0, None), 1e-6, {
+        "numpy": lambda: WAVE * lattice_mask()
+    }
+    yield "correlation mask", lambda: zx.ZXCrossCorrelationMaskWithDefocus(
+        WAVE, FLIPPED, half, half, 1 / WIDTH, 1 / WIDTH, 50.0, 0.25, 1, zentrix.Ref(), None
+    ), 1e-5, {"numpy": numpy_correlation}
     yield "transpose x, z", lambda: zx.ZXTransposeXZ(VOLUME, None), 0, {
         "numpy": lambda: np.ascontiguousarray(VOLUME.transpose())
     }
@@ -110,6 +183,14 @@ def comparisons(zx):
     yield "window", lambda: zx.ZXFTWindow(IMAGE, 0, None), 1e-6, {
         "numpy": lambda: IMAGE * np.outer(*[signal.get_window("hann", WIDTH).astype(np.float32)] * 2)
     }
+    for name, function, shape in (
+        ("hann", zx.ZXHanningWindow, HANN),
+        ("sine", zx.ZXSineWindow, SINE),
+        ("vorbis", zx.ZXVorbisWindow, np.sin(np.pi / 2 * SINE**2)),
+    ):
+        yield f"{name} window, offsets", lambda f=function: f(IMAGE, 1.0, 2.0, 3.0, None), 1e-6, {
+            "numpy": lambda w=shape: (IMAGE - 1) * np.outer(w, w) * 2 + 3
+        }
     yield "unwrap", lambda: zx.ZXGoldstain(PHASE, 0), 1e-5, {
         "skimage": restoration and (lambda: with_offset_of(PHASE, restoration.unwrap_phase(PHASE)))
     }
