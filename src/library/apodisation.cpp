@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "image/errors.h"
+#include "image/overlap.h"
 
 namespace qorv::library {
 namespace {
@@ -124,6 +125,7 @@ void apply_window(const image<const From>& source, window shape, const window_of
                   const image<To>& destination)
 {
     dm::require(source.sizes() == destination.sizes(), dm::errors::different_size);
+    dm::require_in_place_or_apart(source, destination);
     const auto along_x = window_curve(shape, source.width());
     const auto along_y = window_curve(shape, source.height());
     const auto along_z = window_curve(shape, source.depth());

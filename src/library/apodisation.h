@@ -50,7 +50,7 @@ struct window_offsets
 /// source       any strides; float, double or complex of these
 /// offsets      real, or complex for a complex destination
 /// destination  size of the source; its type, or the complex type of its precision; may be the source
-/// Throws       errors::different_size
+/// Throws       errors::different_size; errors::out_of_place for a destination that overlaps the source otherwise
 /// Exactness    computed in double, rounded once. A NaN stays where it is.
 template <class From, class To, class Number>
 void apply_window(const dm::image<const From>& source, window shape, const window_offsets<Number>& offsets,

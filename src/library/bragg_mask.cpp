@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "image/errors.h"
+#include "image/overlap.h"
 
 namespace qorv::library {
 namespace {
@@ -155,6 +156,7 @@ void apply_mask(const image<const T>& source, const mask_plane& mask, const imag
     dm::require(source.sizes() == destination.sizes() &&
                     mask.size() == static_cast<std::size_t>(source.width() * source.height()),
                 dm::errors::different_size);
+    dm::require_in_place_or_apart(source, destination);
     for (std::ptrdiff_t z = 0; z < source.depth(); ++z)
         for (std::ptrdiff_t y = 0; y < source.height(); ++y)
             for (std::ptrdiff_t x = 0; x < source.width(); ++x)

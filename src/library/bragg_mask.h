@@ -55,7 +55,7 @@ std::vector<peak> placed(const std::vector<peak>& indices, const lattice& points
 /// Multiplies each plane by the mask. Where it is 0 the result is 0 and where it is 1 the element itself, NaN or not.
 /// source       any strides, planes of the mask's size; complex of float or double
 /// destination  size of the source; may be the source
-/// Throws       errors::different_size
+/// Throws       errors::different_size; errors::out_of_place for a destination that overlaps the source otherwise
 template <class T>
 void apply_mask(const dm::image<const T>& source, const mask_plane& mask, const dm::image<T>& destination);
 

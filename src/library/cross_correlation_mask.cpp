@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "image/errors.h"
+#include "image/overlap.h"
 
 namespace qorv::library {
 namespace {
@@ -62,6 +63,8 @@ double cross_correlation_mask(const image<const T>& target, const image<const T>
                 dm::errors::different_size);
     dm::require(std::isfinite(grid.scale_x) && std::isfinite(grid.scale_y) && std::isfinite(defocus) && radius >= 0,
                 dm::errors::parameters_invalid);
+    dm::require_in_place_or_apart(target, destination);
+    dm::require_in_place_or_apart(reference, destination);
 
     std::vector<double> squares;
     std::vector<wide> phases;  // g^2 is a sum over the axes, so its phase factor is a product

@@ -34,7 +34,7 @@ struct correlation_filter
 /// Returns    the mean modulus of the written elements within the radius, 0 when there are none: times the number of
 ///            those elements it is the height of the correlation peak of equal images
 /// Throws     errors::different_size; errors::parameters_invalid for a scale or defocus that is not finite and for a
-///            radius that is negative or NaN
+///            radius that is negative or NaN; errors::out_of_place for a destination that overlaps otherwise
 /// Exactness  computed in double, rounded once. A NaN stays in its pixel and makes the mean NaN.
 /// Source     Meyer, Kirkland, Saxton, Ultramicroscopy 92 (2002) 89-109 (correlation with compensated defocus)
 template <class T>

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "image/errors.h"
+#include "image/overlap.h"
 
 namespace qorv::library {
 namespace {
@@ -75,6 +76,7 @@ void weight(const image<const T>& source, const image<const Curve>& curve, const
     dm::require(curve.width() > 0 && curve.depth() == 1 && (curve.height() == 1 || curve.height() == source.depth()),
                 dm::errors::invalid_image_size);
     dm::require(std::isfinite(grid.scale_x) && std::isfinite(grid.scale_y), dm::errors::parameters_invalid);
+    dm::require_in_place_or_apart(source, destination);
 
     std::vector<reader> readers;
     for (std::ptrdiff_t row = 0; row < curve.height(); ++row) readers.emplace_back(curve, row, mode);

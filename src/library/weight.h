@@ -26,7 +26,8 @@ weight_mode weight_mode_of(std::int32_t number);
 /// curve        one row for all planes, or a row for each plane; one element or more
 /// destination  size of the source; may be the source
 /// Throws       errors::different_size; errors::invalid_image_size for a curve of another shape;
-///              errors::parameters_invalid for a scale that is not finite
+///              errors::parameters_invalid for a scale that is not finite; errors::out_of_place for a destination that
+///              overlaps the source otherwise
 /// Exactness    the factor (in an inverse mode the reciprocal) and the product are formed in double and rounded once
 template <class T, class Curve>
 void weight(const dm::image<const T>& source, const dm::image<const Curve>& curve, const radial_grid& grid,

@@ -2,14 +2,17 @@
 
 #include <cmath>
 #include <complex>
+#include <functional>
 #include <limits>
 #include <numbers>
 #include <random>
 #include <vector>
 
 #include "image/errors.h"
+#include "library/apodisation.h"
 #include "library/bragg_mask.h"
 #include "library/cross_correlation_mask.h"
+#include "library/weight.h"
 #include "support/same_bytes.h"
 
 namespace {
@@ -166,6 +169,33 @@ TEST(cross_correlation_mask, conjugates_the_reference_and_survives_odd_values)
                       one({1, 1}, {1, 1}, correlation_mode::plain, radius);
                   }),
                   dm::errors::parameters_invalid);
+}
+
+TEST(factors, refuse_a_destination_that_is_the_source_moved_by_a_pixel)
+{
+    using c = std::complex<float>;
+    vector<c> pixels{1, 2, 3, 4, 5}, other(4);
+    const auto before = pixels;
+    const vector<float> ones{1};
+    const image<const c> source{pixels.data(), 4}, apart{other.data(), 4};
+    const image<c> moved{pixels.data() + 1, 4};
+    const library::radial_grid grid{0, 0, 1, 1};
+    const auto mode = library::correlation_mode::plain;
+    const std::function<void()> calls[] = {
+        [&] { library::apply_window<c, c, double>(source, library::window::hann, {}, moved); },
+        [&] {
+            library::weight<c, float>(source, {ones.data(), 1}, grid, library::weight_mode::nearest, moved);
+        },
+        [&] { library::apply_mask<c>(source, vector<double>(4), moved); },
+        [&] {
+            library::cross_correlation_mask<c>(source, apart, {grid, 0, inf}, mode, moved);
+        },
+        [&] {
+            library::cross_correlation_mask<c>(apart, source, {grid, 0, inf}, mode, moved);
+        },
+    };
+    for (const auto& call : calls) EXPECT_EQ(message_of(call), dm::errors::out_of_place);
+    EXPECT_EQ(pixels, before);
 }
 
 }  // namespace
