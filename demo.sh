@@ -6,6 +6,10 @@
 #   ./demo.sh WAVE.npy OPTION...     a wave of yours with the options of "zentrix correct", for example
 #                                    ./demo.sh wave.npy --kv 300 --pixel 0.05 --remove --C1 -40 --A1 12@30
 set -eu
+if [ $# -eq 1 ]; then
+    echo "A wave of your own needs its voltage and pixel size, for example: ./demo.sh $1 --kv 300 --pixel 0.05 --remove --C1 -40" >&2
+    exit 2
+fi
 here=$(cd "$(dirname "$0")" && pwd)
 "$here/tools/install-packages"
 (

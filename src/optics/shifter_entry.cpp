@@ -3,6 +3,7 @@
 #include <complex>
 
 #include "image/frame.h"
+#include "image/overlap.h"
 #include "image/timing_scope.h"
 #include "optics/shifter.h"
 
@@ -17,6 +18,7 @@ bool both_complex(const host::image_ref& a, const host::image_ref& b, std::int32
 template <class T>
 void shift(dm::read_lock& from, dm::write_lock& to)
 {
+    dm::require_in_place_or_apart(from.view<std::complex<T>>(), to.view<std::complex<T>>());
     shift_half(dm::flat_plane(from.view<std::complex<T>>()), dm::flat_plane(to.view<std::complex<T>>()), from.width(),
                from.height(), to.width() * to.height());
 }

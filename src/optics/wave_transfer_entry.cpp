@@ -1,6 +1,7 @@
 #include "optics/wave_transfer_entry.h"
 
 #include "image/frame.h"
+#include "image/overlap.h"
 #include "image/timing_scope.h"
 #include "optics/wave_transfer.h"
 
@@ -29,6 +30,7 @@ host::image_ref WTFMulDM(host::image_ref source, float lambda, float step, float
     dm::read_lock from{source};
     dm::write_lock to{destination};
     dm::require_same_size(from, to);
+    dm::require_in_place_or_apart(from.view<complex_float>(), to.view<complex_float>());
 
     const wave_parameters parameters{c20,         narrow(c22), c40,         c60,         narrow(c31),
                                      narrow(c33), narrow(c42), narrow(c44), narrow(c51), narrow(c53),

@@ -160,4 +160,17 @@ TEST(Goldstein, UnwrapsARampAndRefusesOtherTypes)
         EXPECT_EQ(script.failure("ZXGoldstain", {noise(code, {4, 4}), integer{0}}), "Data type should be Real 4.");
 }
 
+TEST(CoreFunctions, RefuseADestinationThatOverlapsItsSourceInPart)
+{
+    script_host script;
+    std::vector<complex_float> memory(9 * 8);
+    const auto at_row = [&](std::size_t row) -> script_value {
+        return image::over("rows", 3, &memory[8 * row], std::array{8u, 8u}, std::array<std::ptrdiff_t, 2>{1, 8},
+                           access::write, nullptr);
+    };
+    EXPECT_EQ(script.failure("ZXWTFMulDLL", lens(at_row(0), false, 0, at_row(1))), "Output should be out-of-place.");
+    EXPECT_EQ(script.failure("ZXImageShifterForSemper", {at_row(1), integer{0}, integer{0}, 4., 4., 1., at_row(0)}),
+              "Output should be out-of-place.");
+}
+
 }  // namespace
