@@ -4,25 +4,22 @@
 
 namespace zentrix::host {
 
-namespace {
-
-/// The arguments of "ZXWTFMulDLL" in its order, the spectrum as source and destination.
-std::vector<script_value> script_arguments(const object_ref& spectrum, const companion::transfer_arguments& a)
+void multiply_by_transfer(engine& engine, const image_ref& source, const image_ref& destination,
+                          const companion::transfer_arguments& a)
 {
-    return {spectrum, a.lambda, a.step, a.c20, a.c22,  a.c40, a.c60,
-            a.c31,    a.c33,    a.c42,  a.c44, a.c51,  a.c53, a.c55,
-            a.c62,    a.c64,    a.c66,  a.c2s, a.bdiv, a.vib, std::int64_t{a.envelope},
-            a.tilt,   spectrum};
+    const std::vector<script_value> in_order{source, a.lambda,   a.step, a.c20, a.c22,  a.c40, a.c60,
+                                             a.c31,  a.c33,      a.c42,  a.c44, a.c51,  a.c53, a.c55,
+                                             a.c62,  a.c64,      a.c66,  a.c2s, a.bdiv, a.vib, std::int64_t{a.envelope},
+                                             a.tilt, destination};
+    engine.call("ZXWTFMulDLL", in_order);
 }
-
-}  // namespace
 
 void multiply_spectrum(engine& engine, const image_ref& wave, const companion::transfer_arguments& arguments)
 {
     auto* const pixels = static_cast<std::complex<float>*>(wave->data());
     const auto width = std::ptrdiff_t{wave->size(0)}, height = std::ptrdiff_t{wave->size(1)};
     forward_fft(pixels, width, height);
-    engine.call("ZXWTFMulDLL", script_arguments(wave, arguments));
+    multiply_by_transfer(engine, wave, wave, arguments);
     backward_fft(pixels, width, height);
 }
 

@@ -99,29 +99,37 @@ grey_limits robust_limits(std::vector<float> values)
     return {black, flat ? black : white};
 }
 
-void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)
+picture make_picture(const image& pixels, display_mode mode, palette shades, std::optional<grey_limits> limits)
 {
-    if (pixels.dimensions() > 2) throw file_error{file, "a volume cannot be shown as one picture"};
     const auto values = displayed_values(pixels, mode);
-    const bool coloured = shades == palette::cyclic;
-    const grey_limits limits = coloured ? grey_limits{} : robust_limits(values);
-    std::vector<std::uint8_t> bytes;
-    bytes.reserve(values.size() * (coloured ? 3 : 1));
-    for (const float value : values) {
-        if (coloured)
-            for (const std::uint8_t channel : colour_of(value)) bytes.push_back(channel);
-        else
-            bytes.push_back(grey_of(value, limits));
+    picture made{
+        static_cast<int>(pixels.size(0)), static_cast<int>(pixels.size(1)), shades == palette::cyclic ? 3 : 1, {}};
+    made.bytes.reserve(values.size() * static_cast<std::size_t>(made.channels));
+    if (shades == palette::cyclic) {
+        for (const float value : values)
+            for (const std::uint8_t channel : colour_of(value)) made.bytes.push_back(channel);
+        return made;
     }
+    const grey_limits between = limits ? *limits : robust_limits(values);
+    for (const float value : values) made.bytes.push_back(grey_of(value, between));
+    return made;
+}
 
-    const int width = static_cast<int>(pixels.size(0)), height = static_cast<int>(pixels.size(1));
-    const int channels = coloured ? 3 : 1;
+void write_png(const std::filesystem::path& file, const picture& shown)
+{
     std::vector<std::uint8_t> png;
     pending_file output{file};
-    if (!stbi_write_png_to_func(append, &png, width, height, channels, bytes.data(), width * channels))
+    if (!stbi_write_png_to_func(append, &png, shown.width, shown.height, shown.channels, shown.bytes.data(),
+                                shown.width * shown.channels))
         throw file_error{file, "cannot be made into a picture: out of memory"};
     output.write(png.data(), png.size());
     output.commit();
+}
+
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)
+{
+    if (pixels.dimensions() > 2) throw file_error{file, "a volume cannot be shown as one picture"};
+    write_png(file, make_picture(pixels, mode, shades));
 }
 
 }  // namespace zentrix::host

@@ -46,8 +46,25 @@ struct grey_limits
 };
 grey_limits robust_limits(std::vector<float> values);
 
-/// Writes a picture of an image as .png, grey between robust limits or in cyclic colours. A pixel that is not a number
-/// is black. Throws  file_error, also for an image of three dimensions
+/// A picture: rows from the top, without gaps, of grey (1 channel) or red, green and blue (3).
+struct picture
+{
+    int width = 0;
+    int height = 0;
+    int channels = 1;
+    std::vector<std::uint8_t> bytes;
+};
+
+/// The first plane of an image as a picture, in cyclic colours or in grey between `limits`, else the robust ones. A pixel
+/// that is not a number is black.
+picture make_picture(const image& pixels, display_mode mode, palette shades,
+                     std::optional<grey_limits> limits = std::nullopt);
+
+/// Writes a picture as .png. Throws  file_error
+void write_png(const std::filesystem::path& file, const picture& shown);
+
+/// Writes a picture of an image as .png, grey between robust limits or in cyclic colours.
+/// Throws  file_error, also for an image of three dimensions
 void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
                palette shades = palette::grey);
 

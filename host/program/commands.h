@@ -13,5 +13,6 @@ void add_call_command(CLI::App& app, const global_options& global);
 void add_info_command(CLI::App& app, const global_options& global);
 void add_correct_command(CLI::App& app, const global_options& global);
 void add_unwrap_command(CLI::App& app, const global_options& global);
+void add_panel_command(CLI::App& app, const global_options& global);
 
 }  // namespace zentrix::program

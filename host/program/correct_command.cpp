@@ -6,12 +6,11 @@
 #include "companion/numbers.h"
 #include "companion/transfer.h"
 #include "host/correction/multiply_spectrum.h"
-#include "host/files/file_error.h"
-#include "host/files/image_file.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/json.h"
 #include "host/program/picture_options.h"
+#include "host/program/wave_file.h"
 
 namespace zentrix::program {
 
@@ -27,22 +26,6 @@ struct correct_request
     companion::damping envelope = companion::damping::automatic;
     picture_options picture;
 };
-
-/// The wave as two floats a pixel, which is what the transfer function takes.
-host::image_ref read_wave(const std::string& file)
-{
-    auto wave = host::read_image(file);
-    if (wave->type().meaning != host::element_class::complex)
-        throw host::file_error{file, "holds " + one_line(*wave) + "; expected a complex wave"};
-    if (wave->dimensions() != 2)
-        throw host::file_error{file, "holds " + one_line(*wave) + "; expected a wave of two dimensions"};
-    if (wave->type().bytes == 8) return wave;
-    const std::uint32_t sizes[] = {wave->size(0), wave->size(1)};
-    auto narrow = host::image::create(wave->name(), host::code_of(host::element_class::complex, 8), sizes);
-    const auto* from = static_cast<const std::complex<double>*>(wave->data());
-    std::copy_n(from, wave->count(), static_cast<std::complex<float>*>(narrow->data()));
-    return narrow;
-}
 
 /// The coefficients that are not zero, "C1 -50 nm, A1 12@30 nm".
 std::string stated(const companion::aberrations& lens)

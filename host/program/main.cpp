@@ -65,6 +65,7 @@ int run(int argc, char** argv)
     add_info_command(app, global);
     add_correct_command(app, global);
     add_unwrap_command(app, global);
+    add_panel_command(app, global);
     try {
         app.parse(words_of(argc, argv));
         return success;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "companion/aberrations.h"
+
+/// The record of tags that the control panel and its handler share, seen from the handler's side.
+namespace zentrix::companion {
+
+/// A tag and the value it starts with.
+struct panel_tag
+{
+    std::string key;
+    bool whole;  ///< a long; otherwise a float
+    double start;
+};
+
+/// Every tag of the record: coefficients zero, all pages and controls enabled, the modulus shown. A step of a modulus
+/// turns the phase at 25 mrad and 300 kV by a few tenths of a radian, so that a click is seen and does not overwhelm;
+/// an angle goes in steps of 5 degrees.
+std::vector<panel_tag> panel_tags();
+
+/// "ModA1"; of a round coefficient its name alone, "C1".
+std::string modulus_key(coefficient which);
+/// "AngA1"; empty for a round coefficient.
+std::string angle_key(coefficient which);
+
+inline constexpr char display_mode_key[] =
+    "DisplayMode";                                 ///< 1 real, 2 imaginary, 3 modulus, 4 log of modulus, 5 phase
+inline constexpr char has_pctf_key[] = "hasPCTF";  ///< whether the phase contrast transfer function is shown
+
+/// The coefficients in the tags. `value_of` gives a tag's value by its key, 0 where there is none.
+/// A tag is a float, which cannot hold 2.3; what is meant is the shortest decimal number that the float stands for,
+/// since that is what the user typed and reads, and what the command line is given for the same correction.
+aberrations read_aberrations(const std::function<float(const std::string& key)>& value_of);
+
+}  // namespace zentrix::companion

@@ -1,0 +1,51 @@
+#include "host/correction/live_correction.h"
+
+#include <algorithm>
+
+#include "host/correction/multiply_spectrum.h"
+#include "host/fft/fft.h"
+
+namespace zentrix::host {
+
+namespace {
+
+std::complex<float>* pixels_of(const image_ref& wave) { return static_cast<std::complex<float>*>(wave->data()); }
+
+}  // namespace
+
+live_correction::live_correction(engine& engine, const image_ref& wave)
+    : engine_{engine}, spectrum_{wave->clone()}, result_{wave->clone()}
+{
+    keep_transform_of(wave);
+}
+
+void live_correction::keep_transform_of(const image_ref& wave)
+{
+    std::copy_n(pixels_of(wave), wave->count(), pixels_of(spectrum_));
+    forward_fft(pixels_of(spectrum_), width(), height());
+}
+
+void live_correction::ask(const companion::transfer_arguments& arguments)
+{
+    arguments_ = arguments;
+    stale_ = true;
+}
+
+const image_ref& live_correction::result()
+{
+    if (!stale_) return result_;
+    stale_ = false;  // what fails now would fail again
+    using clock = std::chrono::steady_clock;
+    const auto start = clock::now();
+    multiply_by_transfer(engine_, spectrum_, result_, arguments_);
+    const auto multiplied = clock::now();
+    backward_fft(pixels_of(result_), width(), height());
+    spent_.transfer += multiplied - start;
+    spent_.transform += clock::now() - multiplied;
+    ++spent_.computed;
+    return result_;
+}
+
+void live_correction::accept() { keep_transform_of(result()); }
+
+}  // namespace zentrix::host

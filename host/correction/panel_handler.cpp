@@ -1,0 +1,123 @@
+#include "host/correction/panel_handler.h"
+
+#include <algorithm>
+
+#include "companion/electron.h"
+#include "companion/panel_tags.h"
+#include "host/correction/multiply_spectrum.h"
+
+namespace zentrix::host {
+
+std::shared_ptr<panel_handler> panel_handler::make(engine& engine, const image_ref& wave, const microscope& scope,
+                                                   panel_view& view)
+{
+    std::shared_ptr<panel_handler> made{new panel_handler{engine, wave, scope, view}};
+    made->change();
+    return made;
+}
+
+panel_handler::panel_handler(engine& engine, const image_ref& wave, const microscope& scope, panel_view& view)
+    : script_object{"panel handler"}, engine_{engine}, view_{&view}, scope_{scope}, correction_{engine, wave}
+{
+    fill_tags();
+    add_methods();
+}
+
+void panel_handler::fill_tags()
+{
+    for (const auto& [key, whole, start] : companion::panel_tags())
+        tags_->write(key, whole ? tag{static_cast<std::int32_t>(start)} : tag{static_cast<float>(start)});
+}
+
+void panel_handler::add_methods()
+{
+    // The handler owns its methods, so they may hold a plain pointer to it.
+    const auto add = [this](const std::string& name, const char* parameters, auto body) {
+        add_method("void " + name + "( ScriptObject self" + parameters + " )",
+                   [this, name, body](std::span<const script_value> given) -> script_value {
+                       if (!view_) return {};
+                       const auto* const argument = given.size() > 1 ? std::get_if<std::int64_t>(&given[1]) : nullptr;
+                       if (told_) told_(argument ? name + " " + std::to_string(*argument) : name);
+                       body(argument ? *argument : 0);
+                       return {};
+                   });
+    };
+    add("OnChange", "", [this](std::int64_t) { change(); });
+    add("OnApply", "", [this](std::int64_t) { apply(); });
+    add("OnChangeDisplay", ", uint32 nMode", [this](std::int64_t mode) { change_display(mode); });
+    add("OnPCTF", "",
+        [this](std::int64_t) { set_transfer_function(tags_->read_long(companion::has_pctf_key).value_or(0) == 0); });
+    add("OnPreferences", "", [this](std::int64_t) { edit_microscope(); });
+    add("OnClose", "", [this](std::int64_t) { view_->panel_closed(); });
+}
+
+companion::optics panel_handler::optics() const
+{
+    companion::optics setup;
+    setup.wavelength_nm = companion::electron_wavelength(scope_.kilovolts);
+    setup.pixel_nm = scope_.pixel_nm;
+    setup.spread = scope_.spread;
+    setup.lens =
+        companion::read_aberrations([&](const std::string& key) { return tags_->read_float(key).value_or(0.0F); });
+    return setup;
+}
+
+void panel_handler::change()
+{
+    const auto damping = scope_.damped ? companion::damping::on : companion::damping::off;
+    correction_.ask(companion::arguments_for(optics(), correction_.width(), correction_.height(),
+                                             companion::direction::remove, damping));
+    view_->pictures_changed();
+}
+
+void panel_handler::apply()
+{
+    correction_.accept();
+    for (const auto& about : companion::all_coefficients) {
+        tags_->write(companion::modulus_key(about.which), 0.0F);
+        if (about.symmetry != 0) tags_->write(companion::angle_key(about.which), std::int32_t{0});
+    }
+    change();
+    update_panel();
+}
+
+void panel_handler::change_display(std::int64_t mode)
+{
+    view_->show_mode(static_cast<display_mode>(std::clamp<std::int64_t>(mode, 1, 5) - 1));
+}
+
+void panel_handler::set_transfer_function(bool shown)
+{
+    tags_->write(companion::has_pctf_key, std::int32_t{shown});
+    view_->show_transfer_function(shown);
+    update_panel();
+}
+
+void panel_handler::edit_microscope()
+{
+    if (asking_) return;  // the panel stays usable while the question is open
+    asking_ = true;
+    const auto edited = view_->ask_microscope(scope_);
+    asking_ = false;
+    if (!edited) return;
+    scope_ = *edited;
+    change();
+}
+
+image_ref panel_handler::transfer_function() const
+{
+    const std::uint32_t sizes[] = {static_cast<std::uint32_t>(correction_.width()),
+                                   static_cast<std::uint32_t>(correction_.height())};
+    const auto spectrum = image::create("transfer function", code_of(element_class::complex, 8), sizes);
+    auto* const factors = static_cast<std::complex<float>*>(spectrum->data());
+    std::fill_n(factors, spectrum->count(), std::complex<float>{1});
+    multiply_by_transfer(
+        engine_, spectrum, spectrum,
+        companion::arguments_for(optics(), correction_.width(), correction_.height(), companion::direction::apply));
+    auto shown = image::create("phase contrast transfer function", code_of(element_class::real, 4), sizes);
+    std::transform(factors, factors + spectrum->count(), static_cast<float*>(shown->data()),
+                   [](std::complex<float> factor) { return -factor.imag(); });  // the factor is exp(-i chi)
+    return shown;
+}
+
+}  // namespace zentrix::host

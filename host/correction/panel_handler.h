@@ -1,0 +1,84 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "host/correction/live_correction.h"
+#include "host/files/picture.h"
+
+namespace zentrix::host {
+
+/// What a correction needs to know besides the coefficients.
+struct microscope
+{
+    double kilovolts = 0;
+    double pixel_nm = 0;
+    companion::coherence spread;
+    bool damped = false;  ///< damp by `spread` although aberrations are removed, see companion::damping
+};
+
+/// Where a panel_handler shows what it has.
+class panel_view
+{
+  public:
+    virtual ~panel_view() = default;
+    /// panel_handler::result and ::transfer_function have changed; to be asked for when there is time to draw, so that
+    /// of several changes in a row only the last is computed.
+    virtual void pictures_changed() = 0;
+    virtual void show_mode(display_mode mode) = 0;
+    virtual void show_transfer_function(bool shown) = 0;
+    /// Lets the user edit; nothing when he does not want to.
+    virtual std::optional<microscope> ask_microscope(const microscope& present) = 0;
+    /// The panel was hidden.
+    virtual void panel_closed() = 0;
+};
+
+/// The handler that the control panel calls: six methods, and the tags that panel and handler share. It corrects a wave
+/// for the aberrations in the tags.
+class panel_handler : public script_object
+{
+  public:
+    /// `wave` as live_correction takes it. `view` and `engine` have to live until `detach` is called: the library may
+    /// hold the handler longer.
+    /// Throws  std::invalid_argument for a voltage or pixel size that is not positive
+    static std::shared_ptr<panel_handler> make(engine& engine, const image_ref& wave, const microscope& scope,
+                                               panel_view& view);
+
+    const tag_group_ref& tags() const noexcept { return tags_; }
+    /// Called with the method's name (and argument) before each.
+    void on_call(std::function<void(const std::string& call)> told) { told_ = std::move(told); }
+
+    /// The corrected wave. Throws as live_correction::result.
+    const image_ref& result() { return correction_.result(); }
+    /// sin(chi) of the present coefficients, damped by the envelope: real, of the wave's size, zero frequency at
+    /// (width / 2, height / 2), from -1 to 1.
+    image_ref transfer_function() const;
+    const live_correction& correction() const noexcept { return correction_; }
+
+    /// What the panel's hidden button does, for a menu.
+    void edit_microscope();
+    /// Shows the transfer function or not, and lets the panel's button say so.
+    void set_transfer_function(bool shown);
+    /// From now on calls do nothing.
+    void detach() noexcept { view_ = nullptr; }
+
+  private:
+    panel_handler(engine& engine, const image_ref& wave, const microscope& scope, panel_view& view);
+    void add_methods();
+    void fill_tags();
+    companion::optics optics() const;
+    void change();
+    void apply();
+    void change_display(std::int64_t mode);
+    void update_panel() { engine_.call("ZXZentrixPanelUpdate", {}); }
+
+    engine& engine_;
+    panel_view* view_;
+    microscope scope_;
+    bool asking_ = false;
+    live_correction correction_;
+    tag_group_ref tags_ = memory_tag_group::make_group();
+    std::function<void(const std::string&)> told_;
+};
+
+}  // namespace zentrix::host

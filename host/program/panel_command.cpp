@@ -1,0 +1,78 @@
+#ifdef _WIN32
+#include "host/windows/panel_program.h"
+#endif
+
+#include <iostream>
+#include <optional>
+#include <stdexcept>
+
+#include "host/program/commands.h"
+#include "host/program/wave_file.h"
+#include "host/system_path.h"
+
+namespace zentrix::program {
+
+namespace {
+
+struct panel_request
+{
+    std::string wave;
+    double kilovolts = 0, pixel_nm = 0;
+    std::string log, screenshot, screenshot_of_all;
+    std::optional<unsigned> quit_after_ms;
+};
+
+#ifdef _WIN32
+
+void run(const panel_request& request, const global_options& global)
+{
+    const auto wave = read_wave(request.wave);
+    session zentrix{global};
+    host::microscope scope;
+    scope.kilovolts = request.kilovolts;
+    scope.pixel_nm = request.pixel_nm;
+    host::panel_program program{
+        zentrix.engine(),
+        wave,
+        scope,
+        {host::utf8_path(host::system_path(request.wave).filename()), host::system_path(request.log),
+         host::system_path(request.screenshot), host::system_path(request.screenshot_of_all), request.quit_after_ms}};
+    program.run();
+    std::cout << program.costs() << '\n';
+}
+
+#else
+
+void run(const panel_request&, const global_options&)
+{
+    throw std::runtime_error{
+        "the panel needs windows of Microsoft Windows: run zentrix.exe there or under Wine (./demo.sh --panel does)"};
+}
+
+#endif
+
+}  // namespace
+
+void add_panel_command(CLI::App& app, const global_options& global)
+{
+    CLI::App* const command = app.add_subcommand(
+        "panel", "Correct a complex wave by hand, with the control panel beside its picture (Windows)");
+    auto request = std::make_shared<panel_request>();
+    command->add_option("WAVE", request->wave, "The complex wave (.npy, two dimensions)")->required();
+    command->add_option("--kv", request->kilovolts, "Accelerating voltage [kV]")
+        ->required()
+        ->check(CLI::PositiveNumber);
+    command->add_option("--pixel", request->pixel_nm, "Pixel size [nm]")->required()->check(CLI::PositiveNumber);
+    command->add_option("--log", request->log, "Write each change of a tag, call and alert here")->type_name("FILE");
+    command->add_option("--screenshot", request->screenshot, "Save a picture of the panel once it is painted (.png)")
+        ->type_name("FILE");
+    command
+        ->add_option("--screenshot-of-all", request->screenshot_of_all,
+                     "Save a picture of the panel beside the wave once both are painted (.png)")
+        ->type_name("FILE");
+    command->add_option("--quit-after", request->quit_after_ms, "Quit by itself [ms]")->type_name("MS");
+    command->footer("The panel removes the aberrations that it shows, as zentrix correct --remove does.");
+    command->callback([&global, request] { run(*request, global); });
+}
+
+}  // namespace zentrix::program

@@ -1,0 +1,27 @@
+#include "host/program/wave_file.h"
+
+#include <algorithm>
+#include <complex>
+
+#include "host/files/file_error.h"
+#include "host/files/image_file.h"
+#include "host/program/describe.h"
+
+namespace zentrix::program {
+
+host::image_ref read_wave(const std::string& file)
+{
+    auto wave = host::read_image(file);
+    if (wave->type().meaning != host::element_class::complex)
+        throw host::file_error{file, "holds " + one_line(*wave) + "; expected a complex wave"};
+    if (wave->dimensions() != 2)
+        throw host::file_error{file, "holds " + one_line(*wave) + "; expected a wave of two dimensions"};
+    if (wave->type().bytes == 8) return wave;
+    const std::uint32_t sizes[] = {wave->size(0), wave->size(1)};
+    auto narrow = host::image::create(wave->name(), host::code_of(host::element_class::complex, 8), sizes);
+    const auto* from = static_cast<const std::complex<double>*>(wave->data());
+    std::copy_n(from, wave->count(), static_cast<std::complex<float>*>(narrow->data()));
+    return narrow;
+}
+
+}  // namespace zentrix::program

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "host/image.h"
+
+namespace zentrix::program {
+
+/// The wave in a file as complex numbers of two floats, which is what the transfer function takes.
+/// Throws  host::file_error, also when it holds no complex wave of two dimensions
+host::image_ref read_wave(const std::string& file);
+
+}  // namespace zentrix::program

@@ -1,0 +1,91 @@
+#include "host/windows/microscope_dialog.h"
+
+#include <charconv>
+
+#include "companion/numbers.h"
+#include "host/windows/resource.h"
+#include "host/windows/window.h"
+
+namespace zentrix::host {
+
+namespace {
+
+struct field
+{
+    int id;
+    double microscope::*value;
+    double companion::coherence::*width;
+    bool may_be_zero;
+};
+
+constexpr field fields[] = {
+    {IDC_KILOVOLTS, &microscope::kilovolts, nullptr, false},
+    {IDC_PIXEL, &microscope::pixel_nm, nullptr, false},
+    {IDC_FOCUS_SPREAD, nullptr, &companion::coherence::focus_spread_nm, true},
+    {IDC_CONVERGENCE, nullptr, &companion::coherence::convergence_mrad, true},
+    {IDC_VIBRATION, nullptr, &companion::coherence::vibration_nm, true},
+};
+
+double& value_of(microscope& scope, const field& one) { return one.value ? scope.*one.value : scope.spread.*one.width; }
+
+void fill(HWND dialog, microscope& scope)
+{
+    for (const field& one : fields) {
+        char text[64] = {};
+        std::to_chars(text, text + sizeof text - 1, value_of(scope, one));
+        SetDlgItemTextA(dialog, one.id, text);
+    }
+    CheckDlgButton(dialog, IDC_DAMPED, scope.damped ? BST_CHECKED : BST_UNCHECKED);
+}
+
+/// The field that cannot be read, or 0 when all could.
+int read(HWND dialog, microscope& scope)
+{
+    for (const field& one : fields) {
+        wchar_t typed[64] = {};
+        GetDlgItemTextW(dialog, one.id, typed, static_cast<int>(std::size(typed)));
+        const auto number = companion::parse_number(utf8(typed));
+        if (!number || *number < 0 || (*number == 0 && !one.may_be_zero)) return one.id;
+        value_of(scope, one) = *number;
+    }
+    scope.damped = IsDlgButtonChecked(dialog, IDC_DAMPED) == BST_CHECKED;
+    return 0;
+}
+
+void accept(HWND dialog, microscope& scope)
+{
+    const int wrong = read(dialog, scope);
+    if (wrong == 0) {
+        EndDialog(dialog, IDOK);
+        return;
+    }
+    MessageBeep(MB_ICONWARNING);
+    const HWND edit = GetDlgItem(dialog, wrong);
+    SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
+    SendMessageW(edit, EM_SETSEL, 0, -1);
+}
+
+INT_PTR CALLBACK procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept
+{
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrW(dialog, DWLP_USER, lparam);
+        fill(dialog, *reinterpret_cast<microscope*>(lparam));
+        return TRUE;
+    }
+    if (message != WM_COMMAND) return FALSE;
+    if (LOWORD(wparam) == IDOK) accept(dialog, *reinterpret_cast<microscope*>(GetWindowLongPtrW(dialog, DWLP_USER)));
+    if (LOWORD(wparam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
+    return TRUE;
+}
+
+}  // namespace
+
+std::optional<microscope> ask_microscope(HWND owner, const microscope& present)
+{
+    microscope edited = present;
+    const auto answer = DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_MICROSCOPE), owner, &procedure,
+                                        reinterpret_cast<LPARAM>(&edited));
+    return answer == IDOK ? std::optional{edited} : std::nullopt;
+}
+
+}  // namespace zentrix::host

@@ -1,0 +1,244 @@
+#include "host/windows/panel_program.h"
+
+#include <commdlg.h>
+
+#include <algorithm>
+#include <cstdio>
+
+#include "host/files/image_file.h"
+#include "host/system_path.h"
+#include "host/windows/microscope_dialog.h"
+#include "host/windows/resource.h"
+#include "host/windows/screenshot.h"
+
+namespace zentrix::host {
+
+namespace {
+
+constexpr LONG largest_picture = 640;  // pixels of the screen that the wave's window takes at first
+constexpr LONG margin = 24;
+constexpr UINT_PTR screenshot_timer = 1, quit_timer = 2;
+constexpr UINT time_to_paint_ms = 300;  // for a window system that answers by another process
+
+}  // namespace
+
+panel_program::panel_program(engine& engine, const image_ref& wave, const microscope& scope,
+                             panel_program_options options)
+    : engine_{engine}, options_{std::move(options)}
+{
+    if (!options_.log.empty()) {
+        log_.open(options_.log, std::ios::binary);
+        if (!log_) throw std::runtime_error{utf8_path(options_.log) + ": cannot be written"};
+    }
+    size_ = zoomed_to_fit({static_cast<LONG>(wave->size(0)), static_cast<LONG>(wave->size(1))},
+                          {largest_picture, largest_picture});
+    handler_ = panel_handler::make(engine, wave, scope, *this);
+    make_windows();
+    listen();
+    engine.call("ZXSetZentrixHandler", {object_ref{handler_}, object_ref{handler_->tags()}});
+}
+
+panel_program::~panel_program()
+{
+    frame_->close();
+    handler_->detach();
+    handler_->on_call({});
+    handler_->tags()->on_write({});
+    window::on_failure({});
+    engine_.records().listening = former_;
+}
+
+void panel_program::listen()
+{
+    former_ = engine_.records().listening;
+    engine_.records().listening.dialog = [this](const dialog_record& shown) { alert(shown.text); };
+    engine_.records().listening.error = [this](const error_record& error) { alert(error.text); };
+    window::on_failure([this](const std::string& text) { alert(text); });
+    handler_->on_call([this](const std::string& call) { log("call " + call); });
+    handler_->tags()->on_write(
+        [this](std::string_view path, const tag& value) { log("tag " + std::string{path} + " = " + text_of(value)); });
+}
+
+void panel_program::make_windows()
+{
+    wave_window_ =
+        std::make_unique<image_window>(options_.title, nullptr, size_, [this] { return handler_->result(); });
+    const HINSTANCE module = GetModuleHandleW(nullptr);
+    keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
+    SetMenu(wave_window_->handle(), LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU)));
+    wave_window_->on_close([] { PostQuitMessage(0); });
+    wave_window_->on_command([this](unsigned id) { command(id); });
+    const auto& registered = engine_.windows();
+    if (registered.empty()) throw script_error{"The library has registered no floating window."};
+    frame_ = std::make_unique<floating_frame>(engine_, registered.front().title, wave_window_->handle());
+}
+
+void panel_program::place_windows()
+{
+    const auto move = [](HWND window, LONG left, LONG top) {
+        SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    };
+    // The menu has taken its height from the picture.
+    RECT around{0, 0, size_.cx, size_.cy};
+    AdjustWindowRect(&around, WS_OVERLAPPEDWINDOW, TRUE);
+    SetWindowPos(wave_window_->handle(), nullptr, margin, margin, around.right - around.left,
+                 around.bottom - around.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    move(frame_->handle(), margin + around.right - around.left + margin / 2, margin);
+}
+
+void panel_program::run()
+{
+    place_windows();
+    ShowWindow(wave_window_->handle(), SW_SHOW);
+    show_panel(true);
+    if (options_.quit_after_ms) SetTimer(wave_window_->handle(), quit_timer, *options_.quit_after_ms, nullptr);
+    if (!options_.screenshot.empty() || !options_.screenshot_of_all.empty())
+        SetTimer(wave_window_->handle(), screenshot_timer, time_to_paint_ms, nullptr);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) dispatch(message);
+}
+
+bool panel_program::work_off_messages()
+{
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) return false;
+        dispatch(message);
+    }
+    return true;
+}
+
+void panel_program::dispatch(MSG& message)
+{
+    const bool own_timer = message.message == WM_TIMER && message.hwnd == wave_window_->handle();
+    if (own_timer && message.wParam == quit_timer) return PostQuitMessage(0);
+    if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
+    const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
+    if (for_us && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
+    if (frame_->takes(message)) return;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+}
+
+void panel_program::show_panel(bool shown)
+{
+    if (shown)
+        frame_->show();
+    else
+        frame_->hide();
+}
+
+void panel_program::command(unsigned id)
+{
+    switch (id) {
+        case IDM_SAVE: return save();
+        case IDM_QUIT: return PostQuitMessage(0);
+        case IDM_PANEL: return show_panel(!frame_->visible());
+        case IDM_MICROSCOPE: return handler_->edit_microscope();
+        case IDM_PHASE_COLOURS: return toggle_phase_colours();
+    }
+}
+
+void panel_program::toggle_phase_colours()
+{
+    const bool coloured = wave_window_->phase_palette() == palette::cyclic;
+    wave_window_->set_phase_palette(coloured ? palette::grey : palette::cyclic);
+    CheckMenuItem(GetMenu(wave_window_->handle()), IDM_PHASE_COLOURS, coloured ? MF_UNCHECKED : MF_CHECKED);
+}
+
+void panel_program::save()
+{
+    wchar_t file[MAX_PATH] = L"corrected.npy";
+    OPENFILENAMEW question{};
+    question.lStructSize = sizeof question;
+    question.hwndOwner = wave_window_->handle();
+    question.lpstrFilter = L"Wave (*.npy)\0*.npy\0";
+    question.lpstrDefExt = L"npy";
+    question.lpstrFile = file;
+    question.nMaxFile = MAX_PATH;
+    question.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
+    if (GetSaveFileNameW(&question)) write_image(file, *handler_->result());
+}
+
+void panel_program::pictures_changed()
+{
+    if (wave_window_) wave_window_->refresh();
+    if (transfer_window_) transfer_window_->refresh();
+}
+
+void panel_program::show_mode(display_mode mode) { wave_window_->set_mode(mode); }
+
+void panel_program::show_transfer_function(bool shown)
+{
+    if (shown && !transfer_window_) make_transfer_window();
+    if (!transfer_window_) return;
+    if (shown) transfer_window_->refresh();
+    ShowWindow(transfer_window_->handle(), shown ? SW_SHOWNOACTIVATE : SW_HIDE);
+}
+
+void panel_program::make_transfer_window()
+{
+    transfer_window_ = std::make_unique<image_window>("Phase contrast transfer function", wave_window_->handle(),
+                                                      SIZE{size_.cx / 2, size_.cy / 2},
+                                                      [this] { return handler_->transfer_function(); });
+    transfer_window_->set_limits({-1, 1});
+    transfer_window_->on_close([this] { handler_->set_transfer_function(false); });
+    RECT beside;
+    GetWindowRect(frame_->handle(), &beside);
+    SetWindowPos(transfer_window_->handle(), nullptr, beside.left, beside.bottom + margin / 2, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+std::optional<microscope> panel_program::ask_microscope(const microscope& present)
+{
+    return host::ask_microscope(wave_window_->handle(), present);
+}
+
+void panel_program::panel_closed()
+{
+    if (transfer_window_ && transfer_window_->visible()) handler_->set_transfer_function(false);
+}
+
+void panel_program::take_screenshots()
+{
+    KillTimer(wave_window_->handle(), screenshot_timer);
+    for (const HWND window : {wave_window_->handle(), frame_->handle()})
+        RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    if (!options_.screenshot.empty()) write_png(options_.screenshot, picture_of_client(frame_->handle()));
+    if (!options_.screenshot_of_all.empty())
+        write_png(options_.screenshot_of_all, picture_of_screen({wave_window_->handle(), frame_->handle()}));
+}
+
+void panel_program::log(const std::string& line)
+{
+    if (log_.is_open()) log_ << line << '\n' << std::flush;
+}
+
+void panel_program::alert(const std::string& text)
+{
+    log("alert " + text);
+    std::fprintf(stderr, "zentrix: %s\n", text.c_str());
+    if (alerting_ || options_.quit_after_ms) return;  // one box at a time, none where nobody watches
+    alerting_ = true;
+    MessageBoxW(wave_window_->handle(), wide(text).c_str(), L"Zentrix", MB_OK | MB_ICONWARNING);
+    alerting_ = false;
+}
+
+std::string panel_program::costs() const
+{
+    const auto& computed = handler_->correction().spent();
+    const auto& drawn = wave_window_->spent();
+    const auto each = [](std::chrono::duration<double> sum, int count) {
+        return count == 0 ? 0 : 1000 * sum.count() / count;
+    };
+    const double transfer = each(computed.transfer, computed.computed);
+    const double transform = each(computed.transform, computed.computed);
+    const double shades = each(drawn.mapping, drawn.drawn), screen = each(drawn.painting, drawn.drawn);
+    char text[200];
+    std::snprintf(text, sizeof text,
+                  "%d pictures, %.1f ms each: transfer function %.1f, transform %.1f, shades %.1f, screen %.1f",
+                  computed.computed, transfer + transform + shades + screen, transfer, transform, shades, screen);
+    return text;
+}
+
+}  // namespace zentrix::host

@@ -1,0 +1,18 @@
+#pragma once
+
+/* Identifiers of windows.rc. Those of the menu are commands. */
+#define IDR_PROGRAM_MENU 100
+#define IDR_PROGRAM_KEYS 101
+#define IDM_SAVE 110
+#define IDM_QUIT 111
+#define IDM_PANEL 112
+#define IDM_MICROSCOPE 113
+#define IDM_PHASE_COLOURS 114
+
+#define IDD_MICROSCOPE 200
+#define IDC_KILOVOLTS 201
+#define IDC_PIXEL 202
+#define IDC_FOCUS_SPREAD 203
+#define IDC_CONVERGENCE 204
+#define IDC_VIBRATION 205
+#define IDC_DAMPED 206
