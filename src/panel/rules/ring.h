@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include "panel/rules/knob_geometry.h"
 
 /// The shaded rings and the dotted circle of the round slider, pixel by pixel.
