@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <limits>
 #include <numbers>
+#include <random>
 #include <vector>
 
 #define STB_IMAGE_IMPLEMENTATION
@@ -64,6 +66,47 @@ TEST(picture, shows_what_the_mode_says)
         for (std::size_t i = 0; i < 2; ++i) EXPECT_FLOAT_EQ(got[i], values[i]) << word;
     }
     EXPECT_FALSE(parse_display_mode("Real"));
+}
+
+TEST(picture, phases_and_logarithms_bear_every_number)
+{
+    const double infinite = std::numeric_limits<double>::infinity();
+    const std::vector<std::complex<double>> values{{0, 0},           {-1, 0},      {-1, -0.0},  {infinite, -infinite},
+                                                   {1e200, 0},       {0, -1e-200}, {1e-310, 0}, {-3e-5, 1e5},
+                                                   {not_a_number, 1}};
+    for (const std::size_t count : {values.size(), values.size() - 1}) {  // odd and even
+        const auto pixels = image::create("numbers", 13, sizes{static_cast<std::uint32_t>(count), 1});
+        for (std::size_t i = 0; i < count; ++i)
+            pixels->at<std::complex<double>>(static_cast<std::ptrdiff_t>(i)) = values[i];
+        const auto phases = displayed_values(*pixels, display_mode::phase);
+        const auto logarithms = displayed_values(*pixels, display_mode::log_modulus);
+        ASSERT_TRUE(phases.size() == count && logarithms.size() == count);
+        for (std::size_t i = 0; i + 1 < values.size(); ++i) {
+            EXPECT_FLOAT_EQ(phases[i], static_cast<float>(std::arg(values[i]))) << values[i];
+            EXPECT_FLOAT_EQ(logarithms[i], static_cast<float>(std::log(std::abs(values[i])))) << values[i];
+        }
+        if (count == values.size()) {
+            EXPECT_TRUE(std::isnan(phases.back()) && std::isnan(logarithms.back()));
+        }
+    }
+}
+
+TEST(picture, limits_are_the_quantiles_of_the_finite_values)
+{
+    std::mt19937 random{3};
+    std::normal_distribution<float> normal;
+    for (const int count : {1, 2, 999, 1000, 4321}) {
+        std::vector<float> values;
+        for (int i = 0; i < count; ++i) values.push_back(std::ldexp(normal(random), i % 40 - 20));
+        auto sorted = values;
+        std::sort(sorted.begin(), sorted.end());
+        values.push_back(not_a_number);
+        values.push_back(-std::numeric_limits<float>::infinity());
+        const auto limits = robust_limits(values);
+        EXPECT_EQ(limits.black, sorted[static_cast<std::size_t>(count / 1000)]) << count;
+        EXPECT_EQ(limits.white, sorted[static_cast<std::size_t>(count - 1 - count / 1000)]) << count;
+    }
+    EXPECT_EQ(robust_limits({not_a_number}).white, 0);
 }
 
 TEST(picture, greys_span_the_values_without_the_wild_ones)
