@@ -11,7 +11,7 @@ enum class fft_direction
     backward
 };
 
-/// The plain transform beneath forward_fft and backward_fft: frequency zero at (0, 0), in place, without a factor
+/// What is beneath forward_fft and backward_fft: in place, frequency zero of the spectrum in the middle, without a factor
 /// either way. One of transform_fftw.cpp and transform_eigen.cpp is built.
 template <class T>
 void transform(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t height, fft_direction direction);

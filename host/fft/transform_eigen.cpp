@@ -1,6 +1,8 @@
 #include <unsupported/Eigen/FFT>
 
 #include <algorithm>
+#include <future>
+#include <thread>
 #include <vector>
 
 #include "host/fft/transform.h"
@@ -30,31 +32,102 @@ class line_transform
     fft_direction direction_;
 };
 
+/// A line with its zero frequency in the middle, to or from one that begins with it.
+template <class T>
+void to_middle(const std::complex<T>* line, std::complex<T>* centred, std::ptrdiff_t length)
+{
+    std::rotate_copy(line, line + (length - length / 2), line + length, centred);
+}
+template <class T>
+void from_middle(const std::complex<T>* centred, std::complex<T>* line, std::ptrdiff_t length)
+{
+    std::rotate_copy(centred, centred + length / 2, centred + length, line);
+}
+
+/// One line's transform with the spectrum's zero frequency in the middle, in place.
+template <class T>
+class centred_transform
+{
+  public:
+    centred_transform(fft_direction direction, std::ptrdiff_t longest)
+        : direction_{direction}, transform_{direction}, from_(static_cast<std::size_t>(longest)), to_(from_.size())
+    {}
+
+    void operator()(std::complex<T>* line, std::ptrdiff_t length)
+    {
+        if (direction_ == fft_direction::forward) {
+            transform_(to_.data(), line, length);
+            to_middle(to_.data(), line, length);
+        } else {
+            from_middle(line, from_.data(), length);
+            transform_(line, from_.data(), length);
+        }
+    }
+
+  private:
+    fft_direction direction_;
+    line_transform<T> transform_;
+    std::vector<std::complex<T>> from_, to_;
+};
+
+template <class T>
+void transform_rows(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t first, std::ptrdiff_t last,
+                    fft_direction direction)
+{
+    centred_transform<T> fft{direction, width};
+    for (std::ptrdiff_t y = first; y < last; ++y) fft(pixels + y * width, width);
+}
+
+/// Columns go in strips of a cache line's width: a lone column would fetch each line of memory for one pixel.
+constexpr std::ptrdiff_t strip_width = 16;
+
+template <class T>
+void transform_strips(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t height, std::ptrdiff_t first,
+                      std::ptrdiff_t last, fft_direction direction)
+{
+    centred_transform<T> fft{direction, height};
+    const std::ptrdiff_t stride = height + 8;  // columns a cache line apart, or those of a power of two would share one
+    std::vector<std::complex<T>> strip(static_cast<std::size_t>(strip_width * stride));
+    for (std::ptrdiff_t left = first * strip_width; left < std::min(last * strip_width, width); left += strip_width) {
+        const std::ptrdiff_t count = std::min(strip_width, width - left);
+        for (std::ptrdiff_t y = 0; y < height; ++y)
+            for (std::ptrdiff_t x = 0; x < count; ++x) strip[x * stride + y] = pixels[y * width + left + x];
+        for (std::ptrdiff_t x = 0; x < count; ++x) fft(&strip[x * stride], height);
+        for (std::ptrdiff_t y = 0; y < height; ++y)
+            for (std::ptrdiff_t x = 0; x < count; ++x) pixels[y * width + left + x] = strip[x * stride + y];
+    }
+}
+
+/// Calls work(first, last) on `parts` parts of 0 to `count` at the same time; throws what one of them throws.
+template <class F>
+void in_parts(std::ptrdiff_t count, std::ptrdiff_t parts, F work)
+{
+    std::vector<std::future<void>> others;
+    for (std::ptrdiff_t part = 1; part < parts; ++part)
+        others.push_back(std::async(std::launch::async, work, count * part / parts, count * (part + 1) / parts));
+    work(std::ptrdiff_t{0}, count / parts);
+    for (auto& other : others) other.get();
+}
+
+/// Lines are independent, so each processor takes its share; a small picture is done before a thread is awake.
+std::ptrdiff_t parts_for(std::ptrdiff_t pixel_count)
+{
+    constexpr std::ptrdiff_t worth_a_thread = 1 << 16;
+    const std::ptrdiff_t processors = std::max(1U, std::thread::hardware_concurrency());
+    return std::clamp<std::ptrdiff_t>(pixel_count / worth_a_thread, 1, processors);
+}
+
 }  // namespace
 
 template <class T>
 void transform(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t height, fft_direction direction)
 {
-    line_transform<T> fft{direction};
-    std::vector<std::complex<T>> line(static_cast<std::size_t>(std::max(width, height)));
-    for (std::ptrdiff_t y = 0; y < height; ++y) {
-        fft(line.data(), pixels + y * width, width);
-        std::copy_n(line.data(), width, pixels + y * width);
-    }
-    // Columns go in strips of a cache line's width: a lone column would fetch each line of memory for one pixel.
-    constexpr std::ptrdiff_t strip_width = 16;
-    std::vector<std::complex<T>> strip(static_cast<std::size_t>(strip_width * height));
-    for (std::ptrdiff_t left = 0; left < width; left += strip_width) {
-        const std::ptrdiff_t count = std::min(strip_width, width - left);
-        for (std::ptrdiff_t y = 0; y < height; ++y)
-            for (std::ptrdiff_t x = 0; x < count; ++x) strip[x * height + y] = pixels[y * width + left + x];
-        for (std::ptrdiff_t x = 0; x < count; ++x) {
-            fft(line.data(), &strip[x * height], height);
-            std::copy_n(line.data(), height, &strip[x * height]);
-        }
-        for (std::ptrdiff_t y = 0; y < height; ++y)
-            for (std::ptrdiff_t x = 0; x < count; ++x) pixels[y * width + left + x] = strip[x * height + y];
-    }
+    const std::ptrdiff_t parts = parts_for(width * height), strips = (width + strip_width - 1) / strip_width;
+    in_parts(height, parts,
+             [=](std::ptrdiff_t first, std::ptrdiff_t last) { transform_rows(pixels, width, first, last, direction); });
+    in_parts(strips, parts, [=](std::ptrdiff_t first, std::ptrdiff_t last) {
+        transform_strips(pixels, width, height, first, last, direction);
+    });
 }
 
 template void transform(std::complex<float>*, std::ptrdiff_t, std::ptrdiff_t, fft_direction);

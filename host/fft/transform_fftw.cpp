@@ -1,5 +1,6 @@
 #include <fftw3.h>
 
+#include <algorithm>
 #include <memory>
 #include <new>
 
@@ -31,6 +32,18 @@ struct fftw<double>
     static constexpr auto destroy = fftw_destroy_plan;
 };
 
+/// Moves pixel (x, y) to ((x + right) mod width, (y + down) mod height).
+template <class T>
+void roll(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t height, std::ptrdiff_t right,
+          std::ptrdiff_t down)
+{
+    for (std::ptrdiff_t y = 0; y < height; ++y) {
+        std::complex<T>* const row = pixels + y * width;
+        std::rotate(row, row + (width - right), row + width);
+    }
+    std::rotate(pixels, pixels + (height - down) * width, pixels + height * width);
+}
+
 }  // namespace
 
 template <class T>
@@ -44,7 +57,9 @@ void transform(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t hei
     if (plan == nullptr) throw std::bad_alloc{};
     const std::unique_ptr<std::remove_pointer_t<decltype(plan)>, decltype(fftw<T>::destroy)> owned{plan,
                                                                                                    fftw<T>::destroy};
+    if (direction == fft_direction::backward) roll(pixels, width, height, width - width / 2, height - height / 2);
     fftw<T>::execute(plan);
+    if (direction == fft_direction::forward) roll(pixels, width, height, width / 2, height / 2);
 }
 
 template void transform(std::complex<float>*, std::ptrdiff_t, std::ptrdiff_t, fft_direction);
