@@ -81,9 +81,21 @@ BOOL CZXPage::OnInitDialog()
     for (row_windows& r : rows_) {
         if (r.knob.m_hWnd) r.knob.SendMessage(WM_SETFONT, static_cast<WPARAM>(font), TRUE);
     }
+    narrow_margins();
     set_spin_ranges();
     set_accelerations();
     return focus;
+}
+
+void CZXPage::narrow_margins()
+{
+    // The fields are a few digits wide: the usual margins would cut "0.01".
+    for (const row_controls& ids : design_.rows) {
+        for (const UINT edit : {ids.modulus, ids.step}) {
+            ::SendMessage(::GetDlgItem(m_hWnd, static_cast<int>(edit)), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN,
+                          0);
+        }
+    }
 }
 
 void CZXPage::set_spin_ranges()

@@ -67,6 +67,7 @@ class CZXPage : public CPropertyPage
     const coefficient& coefficient_of(std::size_t row) const { return rows_of(design_.page)[row]; }
     void enable_page(bool enable);
     void set_accelerations();
+    void narrow_margins();
     void set_spin_ranges();
     void spin_modulus_of(std::size_t row, int delta);
     void spin_angle_of(std::size_t row, int delta);

@@ -118,7 +118,7 @@ TEST(number_text, shows_six_digits_and_reads_what_is_typed)
         EXPECT_TRUE(read_number(t.text, value)) << t.text;
         EXPECT_EQ(value, t.value) << t.text;
     }
-    for (const char* text : {"", "-", "+", "+-1", ".", "  ", "abc", "1e99"}) {
+    for (const char* text : {"", "-", "+", "+-1", ".", "  ", "abc", "1e99", "nan", "inf", "-infinity"}) {
         float value = 42;
         EXPECT_FALSE(read_number(text, value)) << text;
         EXPECT_EQ(value, 42);
