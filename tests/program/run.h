@@ -38,7 +38,10 @@ class workbench
         command += " >\"" + texts_("out").string() + "\" 2>\"" + texts_("err").string() + "\"";
         outcome result;
 #ifdef _WIN32
-        result.code = std::system(("\"" + command + "\"").c_str());  // the command processor drops the outer quotes
+        // The command processor drops the outer quotes. Wine now and then fails to start it, which is -1; no program of
+        // ours ends with that.
+        for (int attempt = 0; attempt < 3 && result.code == -1; ++attempt)
+            result.code = std::system(("\"" + command + "\"").c_str());
 #else
         const int status = std::system(command.c_str());
         result.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
