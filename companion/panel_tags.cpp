@@ -2,6 +2,9 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
 
 namespace zentrix::companion {
 
@@ -18,7 +21,7 @@ constexpr std::array<step, coefficient_count> steps{{
     {coefficient::A1, 0.5},
     {coefficient::B2, 5},
     {coefficient::A2, 10},
-    {coefficient::C3, 0.001},
+    {coefficient::C3, 0.01},
     {coefficient::S3, 0.1},
     {coefficient::A3, 0.5},
     {coefficient::B4, 5},
@@ -30,6 +33,25 @@ constexpr std::array<step, coefficient_count> steps{{
     {coefficient::S5, 1},
 }};
 constexpr double angle_step_degrees = 5;
+
+void require(bool holds, coefficient which, const char* text)
+{
+    if (!holds) throw std::invalid_argument{std::string{traits(which).name} + text};
+}
+
+double modulus_for_tag(coefficient which, double modulus)
+{
+    require(std::abs(modulus) <= std::numeric_limits<float>::max(), which, " is too large for the panel.");
+    return modulus;
+}
+
+/// From 0 to 359.
+double angle_for_tag(coefficient which, double degrees)
+{
+    require(std::trunc(degrees) == degrees, which, " needs an angle of whole degrees on the panel.");
+    const double rest = std::fmod(degrees, 360);
+    return rest < 0 ? rest + 360 : rest;
+}
 
 double as_typed(float value)
 {
@@ -54,21 +76,21 @@ std::string angle_key(coefficient which)
     return about.symmetry == 0 ? std::string{} : "Ang" + std::string{about.name};
 }
 
-std::vector<panel_tag> panel_tags()
+std::vector<panel_tag> panel_tags(const aberrations& lens, int mode)
 {
     std::vector<panel_tag> tags;
     for (const auto& [which, modulus] : steps) {
-        tags.push_back({modulus_key(which), false, 0});
+        tags.push_back({modulus_key(which), false, modulus_for_tag(which, lens[which].modulus)});
         tags.push_back({modulus_key(which) + "Accel", false, modulus});
         if (traits(which).symmetry == 0) continue;
-        tags.push_back({angle_key(which), true, 0});
+        tags.push_back({angle_key(which), true, angle_for_tag(which, lens[which].angle_degrees)});
         tags.push_back({angle_key(which) + "Accel", true, angle_step_degrees});
     }
     for (const char* page : {"Rotation", "Basic", "Third", "Fourth", "Fifth"})
         tags.push_back({std::string{page} + "PaneIsEnabled", true, 1});
     tags.push_back({"ApplyIsEnabled", true, 1});
     tags.push_back({has_pctf_key, true, 0});
-    tags.push_back({display_mode_key, true, 3});
+    tags.push_back({display_mode_key, true, static_cast<double>(mode)});
     return tags;
 }
 

@@ -17,10 +17,12 @@ struct panel_tag
     double start;
 };
 
-/// Every tag of the record: coefficients zero, all pages and controls enabled, the modulus shown. A step of a modulus
+/// Every tag of the record: coefficients as in `lens`, all pages and controls enabled, the `mode` of display (1 to 5). A
+/// step of a modulus
 /// turns the phase at 25 mrad and 300 kV by a few tenths of a radian, so that a click is seen and does not overwhelm;
 /// an angle goes in steps of 5 degrees.
-std::vector<panel_tag> panel_tags();
+/// Throws  std::invalid_argument when `lens` has an angle between degrees, or a modulus beyond a float
+std::vector<panel_tag> panel_tags(const aberrations& lens, int mode);
 
 /// "ModA1"; of a round coefficient its name alone, "C1".
 std::string modulus_key(coefficient which);

@@ -9,9 +9,10 @@
 namespace zentrix::host {
 
 std::shared_ptr<panel_handler> panel_handler::make(engine& engine, const image_ref& wave, const microscope& scope,
-                                                   panel_view& view)
+                                                   const panel_start& start, panel_view& view)
 {
     std::shared_ptr<panel_handler> made{new panel_handler{engine, wave, scope, view}};
+    made->fill_tags(start);
     made->change();
     return made;
 }
@@ -19,14 +20,13 @@ std::shared_ptr<panel_handler> panel_handler::make(engine& engine, const image_r
 panel_handler::panel_handler(engine& engine, const image_ref& wave, const microscope& scope, panel_view& view)
     : script_object{"panel handler"}, engine_{engine}, view_{&view}, scope_{scope}, correction_{engine, wave}
 {
-    fill_tags();
     add_methods();
 }
 
-void panel_handler::fill_tags()
+void panel_handler::fill_tags(const panel_start& start)
 {
-    for (const auto& [key, whole, start] : companion::panel_tags())
-        tags_->write(key, whole ? tag{static_cast<std::int32_t>(start)} : tag{static_cast<float>(start)});
+    for (const auto& [key, whole, value] : companion::panel_tags(start.lens, static_cast<int>(start.shown) + 1))
+        tags_->write(key, whole ? tag{static_cast<std::int32_t>(value)} : tag{static_cast<float>(value)});
 }
 
 void panel_handler::add_methods()

@@ -17,6 +17,13 @@ struct microscope
     bool damped = false;  ///< damp by `spread` although aberrations are removed, see companion::damping
 };
 
+/// What the panel shows at first.
+struct panel_start
+{
+    companion::aberrations lens;
+    display_mode shown = display_mode::modulus;
+};
+
 /// Where a panel_handler shows what it has.
 class panel_view
 {
@@ -40,9 +47,9 @@ class panel_handler : public script_object
   public:
     /// `wave` as live_correction takes it. `view` and `engine` have to live until `detach` is called: the library may
     /// hold the handler longer.
-    /// Throws  std::invalid_argument for a voltage or pixel size that is not positive
+    /// Throws  std::invalid_argument for a voltage or pixel size that is not positive, and as companion::panel_tags
     static std::shared_ptr<panel_handler> make(engine& engine, const image_ref& wave, const microscope& scope,
-                                               panel_view& view);
+                                               const panel_start& start, panel_view& view);
 
     const tag_group_ref& tags() const noexcept { return tags_; }
     /// Called with the method's name (and argument) before each.
@@ -65,7 +72,7 @@ class panel_handler : public script_object
   private:
     panel_handler(engine& engine, const image_ref& wave, const microscope& scope, panel_view& view);
     void add_methods();
-    void fill_tags();
+    void fill_tags(const panel_start& start);
     companion::optics optics() const;
     void change();
     void apply();

@@ -9,6 +9,7 @@
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/json.h"
+#include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
 
@@ -70,27 +71,15 @@ void run(correct_request& request, const global_options& global)
                   << request.output << '\n';
 }
 
-/// The parser's own checks let "nan" pass and answer a wrong number with all digits of the largest one.
-CLI::Validator finite_number(const char* expected, const char* shown, bool zero_too)
-{
-    const auto complaint = [=](const std::string& word) -> std::string {
-        const auto number = companion::parse_number(word);
-        const bool fits = number && (*number > 0 || (zero_too && *number == 0));
-        return fits ? "" : std::string{"expected "} + expected + ", not \"" + word + "\"";
-    };
-    return CLI::Validator{complaint, shown};
-}
-
 void add_microscope(CLI::App& command, correct_request& request)
 {
-    const auto positive = finite_number("a positive number", "POSITIVE", false);
     auto* const voltage =
         command.add_option("--kv", request.kilovolts, "Accelerating voltage [kV]; this or --wavelength is needed");
-    voltage->check(positive);
+    voltage->check(positive_number());
     command.add_option("--wavelength", request.setup.wavelength_nm, "Wavelength [nm], for waves other than electrons")
-        ->check(positive)
+        ->check(positive_number())
         ->excludes(voltage);
-    command.add_option("--pixel", request.setup.pixel_nm, "Pixel size [nm]")->required()->check(positive);
+    command.add_option("--pixel", request.setup.pixel_nm, "Pixel size [nm]")->required()->check(positive_number());
     command
         .add_option_function<std::string>(
             "--tilt",
@@ -103,38 +92,8 @@ void add_microscope(CLI::App& command, correct_request& request)
         ->type_name("X,Y");
 }
 
-void add_coefficients(CLI::App& command, correct_request& request)
+void add_envelope(CLI::App& command, correct_request& request)
 {
-    for (const auto& about : companion::all_coefficients) {
-        const auto take = [&request, which = about.which](const std::string& word) {
-            try {
-                request.setup.lens[which] = companion::parse_coefficient(which, word);
-            } catch (const std::invalid_argument& problem) {
-                throw usage_error{problem.what()};
-            }
-        };
-        command
-            .add_option_function<std::string>("--" + std::string{about.name}, take,
-                                              std::string{about.meaning} + " [" + std::string{about.unit} + "]")
-            ->type_name(about.symmetry == 0 ? "NUMBER" : "MODULUS@DEGREES")
-            ->group("Aberrations, angles counter-clockwise on the displayed image");
-    }
-}
-
-void add_coherence(CLI::App& command, correct_request& request)
-{
-    const char* const group = "Envelope: rms widths. 1/e half-width = rms * 1.4142, FWHM = rms * 2.3548";
-    companion::coherence& spread = request.setup.spread;
-    const auto not_negative = finite_number("a number that is not negative", "NONNEGATIVE", true);
-    command.add_option("--focus-spread", spread.focus_spread_nm, "Focus spread, rms [nm]")
-        ->check(not_negative)
-        ->group(group);
-    command.add_option("--convergence", spread.convergence_mrad, "Beam convergence, rms along each axis [mrad]")
-        ->check(not_negative)
-        ->group(group);
-    command.add_option("--vibration", spread.vibration_nm, "Vibration, rms along each axis [nm]")
-        ->check(not_negative)
-        ->group(group);
     command
         .add_option_function<std::string>(
             "--envelope",
@@ -146,7 +105,7 @@ void add_coherence(CLI::App& command, correct_request& request)
             "Damp by these widths (auto: when applying, not when removing, as damping cannot be undone)")
         ->check(CLI::IsMember({"auto", "on", "off"}).description(""))
         ->type_name("auto|on|off")
-        ->group(group);
+        ->group(widths_group);
 }
 
 }  // namespace
@@ -162,8 +121,9 @@ void add_correct_command(CLI::App& app, const global_options& global)
         ->type_name("FILE");
     command->add_flag("--remove", request->remove, "Correct for the aberrations instead of applying them");
     add_microscope(*command, *request);
-    add_coefficients(*command, *request);
-    add_coherence(*command, *request);
+    add_coefficients(*command, request->setup.lens);
+    add_widths(*command, request->setup.spread);
+    add_envelope(*command, *request);
     add_picture_options(*command, request->picture);
     command->footer("C1 < 0 is underfocus. docs/conventions.md has axes, signs and formulas.");
     command->callback([&global, request] { run(*request, global); });

@@ -6,7 +6,10 @@
 #include <optional>
 #include <stdexcept>
 
+#include "host/correction/panel_handler.h"
 #include "host/program/commands.h"
+#include "host/program/lens_options.h"
+#include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
 #include "host/system_path.h"
 
@@ -17,7 +20,9 @@ namespace {
 struct panel_request
 {
     std::string wave;
-    double kilovolts = 0, pixel_nm = 0;
+    host::microscope scope;
+    host::panel_start start;
+    host::palette phase_palette = host::palette::grey;
     std::string log, screenshot, screenshot_of_all;
     std::optional<unsigned> quit_after_ms;
 };
@@ -28,15 +33,15 @@ void run(const panel_request& request, const global_options& global)
 {
     const auto wave = read_wave(request.wave);
     session zentrix{global};
-    host::microscope scope;
-    scope.kilovolts = request.kilovolts;
-    scope.pixel_nm = request.pixel_nm;
-    host::panel_program program{
-        zentrix.engine(),
-        wave,
-        scope,
-        {host::utf8_path(host::system_path(request.wave).filename()), host::system_path(request.log),
-         host::system_path(request.screenshot), host::system_path(request.screenshot_of_all), request.quit_after_ms}};
+    host::panel_program_options options;
+    options.title = host::utf8_path(host::system_path(request.wave).filename());
+    options.log = host::system_path(request.log);
+    options.screenshot = host::system_path(request.screenshot);
+    options.screenshot_of_all = host::system_path(request.screenshot_of_all);
+    options.quit_after_ms = request.quit_after_ms;
+    options.start = request.start;
+    options.phase_palette = request.phase_palette;
+    host::panel_program program{zentrix.engine(), wave, request.scope, options};
     program.run();
     std::cout << program.costs() << '\n';
 }
@@ -59,10 +64,14 @@ void add_panel_command(CLI::App& app, const global_options& global)
         "panel", "Correct a complex wave by hand, with the control panel beside its picture (Windows)");
     auto request = std::make_shared<panel_request>();
     command->add_option("WAVE", request->wave, "The complex wave (.npy, two dimensions)")->required();
-    command->add_option("--kv", request->kilovolts, "Accelerating voltage [kV]")
+    command->add_option("--kv", request->scope.kilovolts, "Accelerating voltage [kV]")
         ->required()
-        ->check(CLI::PositiveNumber);
-    command->add_option("--pixel", request->pixel_nm, "Pixel size [nm]")->required()->check(CLI::PositiveNumber);
+        ->check(positive_number());
+    command->add_option("--pixel", request->scope.pixel_nm, "Pixel size [nm]")->required()->check(positive_number());
+    add_coefficients(*command, request->start.lens);
+    add_widths(*command, request->scope.spread);
+    command->add_flag("--damp", request->scope.damped, "Damp the corrected wave by these widths")->group(widths_group);
+    add_display_options(*command, request->start.shown, request->phase_palette);
     command->add_option("--log", request->log, "Write each change of a tag, call and alert here")->type_name("FILE");
     command->add_option("--screenshot", request->screenshot, "Save a picture of the panel once it is painted (.png)")
         ->type_name("FILE");
@@ -71,7 +80,10 @@ void add_panel_command(CLI::App& app, const global_options& global)
                      "Save a picture of the panel beside the wave once both are painted (.png)")
         ->type_name("FILE");
     command->add_option("--quit-after", request->quit_after_ms, "Quit by itself [ms]")->type_name("MS");
-    command->footer("The panel removes the aberrations that it shows, as zentrix correct --remove does.");
+    command->footer(
+        "The panel removes the aberrations that it shows, as zentrix correct --remove does. It starts with those given "
+        "here; its "
+        "angles are whole degrees.");
     command->callback([&global, request] { run(*request, global); });
 }
 

@@ -5,18 +5,23 @@
 
 namespace zentrix::program {
 
-void add_picture_options(CLI::App& command, picture_options& picture)
+void add_display_options(CLI::App& command, host::display_mode& shown, host::palette& shades)
 {
-    command.add_option("--png", picture.png, "Also write a picture of the result")->type_name("FILE");
     command
         .add_option_function<std::string>(
-            "--show", [&](const std::string& word) { picture.shown = host::parse_display_mode(word).value(); },
+            "--show", [&](const std::string& word) { shown = host::parse_display_mode(word).value(); },
             "What a picture shows: real, imaginary, modulus, log (of the modulus) or phase")
         ->check(CLI::IsMember({"real", "imaginary", "modulus", "log", "phase"}).description(""))
         ->type_name("MODE");
     command.add_flag_function(
-        "--colour", [&](std::int64_t) { picture.shades = host::palette::cyclic; },
+        "--colour", [&](std::int64_t) { shades = host::palette::cyclic; },
         "Show a phase in colours that come round after a full turn");
+}
+
+void add_picture_options(CLI::App& command, picture_options& picture)
+{
+    command.add_option("--png", picture.png, "Also write a picture of the result")->type_name("FILE");
+    add_display_options(command, picture.shown, picture.shades);
 }
 
 void check_names(const std::string& output, const picture_options& picture)

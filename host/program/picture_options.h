@@ -15,6 +15,8 @@ struct picture_options
     host::palette shades = host::palette::grey;
 };
 
+/// Adds --show MODE and --colour; what they fill has to live as long as `command`.
+void add_display_options(CLI::App& command, host::display_mode& shown, host::palette& shades);
 /// Adds --png FILE, --show MODE and --colour; `picture` has to live as long as `command`.
 void add_picture_options(CLI::App& command, picture_options& picture);
 

@@ -32,7 +32,7 @@ panel_program::panel_program(engine& engine, const image_ref& wave, const micros
     }
     size_ = zoomed_to_fit({static_cast<LONG>(wave->size(0)), static_cast<LONG>(wave->size(1))},
                           {largest_picture, largest_picture});
-    handler_ = panel_handler::make(engine, wave, scope, *this);
+    handler_ = panel_handler::make(engine, wave, scope, options_.start, *this);
     make_windows();
     listen();
     engine.call("ZXSetZentrixHandler", {object_ref{handler_}, object_ref{handler_->tags()}});
@@ -66,6 +66,8 @@ void panel_program::make_windows()
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
     SetMenu(wave_window_->handle(), LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU)));
+    wave_window_->set_mode(options_.start.shown);
+    colour_phases(options_.phase_palette == palette::cyclic);
     wave_window_->on_close([] { PostQuitMessage(0); });
     wave_window_->on_command([this](unsigned id) { command(id); });
     const auto& registered = engine_.windows();
@@ -86,11 +88,16 @@ void panel_program::place_windows()
     move(frame_->handle(), margin + around.right - around.left + margin / 2, margin);
 }
 
-void panel_program::run()
+void panel_program::show()
 {
     place_windows();
     ShowWindow(wave_window_->handle(), SW_SHOW);
     show_panel(true);
+}
+
+void panel_program::run()
+{
+    show();
     if (options_.quit_after_ms) SetTimer(wave_window_->handle(), quit_timer, *options_.quit_after_ms, nullptr);
     if (!options_.screenshot.empty() || !options_.screenshot_of_all.empty())
         SetTimer(wave_window_->handle(), screenshot_timer, time_to_paint_ms, nullptr);
@@ -135,15 +142,14 @@ void panel_program::command(unsigned id)
         case IDM_QUIT: return PostQuitMessage(0);
         case IDM_PANEL: return show_panel(!frame_->visible());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
-        case IDM_PHASE_COLOURS: return toggle_phase_colours();
+        case IDM_PHASE_COLOURS: return colour_phases(wave_window_->phase_palette() == palette::grey);
     }
 }
 
-void panel_program::toggle_phase_colours()
+void panel_program::colour_phases(bool coloured)
 {
-    const bool coloured = wave_window_->phase_palette() == palette::cyclic;
-    wave_window_->set_phase_palette(coloured ? palette::grey : palette::cyclic);
-    CheckMenuItem(GetMenu(wave_window_->handle()), IDM_PHASE_COLOURS, coloured ? MF_UNCHECKED : MF_CHECKED);
+    wave_window_->set_phase_palette(coloured ? palette::cyclic : palette::grey);
+    CheckMenuItem(GetMenu(wave_window_->handle()), IDM_PHASE_COLOURS, coloured ? MF_CHECKED : MF_UNCHECKED);
 }
 
 void panel_program::save()

@@ -18,6 +18,8 @@ struct panel_program_options
     std::filesystem::path screenshot;         ///< of the panel once it is painted; empty: none
     std::filesystem::path screenshot_of_all;  ///< of the panel and the wave's window; empty: none
     std::optional<unsigned> quit_after_ms = {};
+    panel_start start = {};
+    palette phase_palette = palette::grey;
 };
 
 /// The library's control panel beside a window with the wave that it corrects.
@@ -28,12 +30,15 @@ class panel_program : private panel_view
 {
   public:
     /// `wave` as live_correction takes it. The handler is given to the library.
-    /// Throws  std::runtime_error when the log cannot be written; script_error as floating_frame::show
+    /// Throws  std::runtime_error when the log cannot be written; script_error as floating_frame::show;
+    ///         std::invalid_argument as panel_handler::make
     panel_program(engine& engine, const image_ref& wave, const microscope& scope, panel_program_options options);
     /// Closes all windows. The library lets go of the handler when it is shut down.
     ~panel_program() override;
 
-    /// Shows the windows and works until the user quits or the time is over.
+    /// Shows the windows.
+    void show();
+    /// The same, then works until the user quits or the time is over.
     void run();
     void show_panel(bool shown);
     /// Deals with the messages that are waiting; false when it is time to quit.
@@ -45,7 +50,7 @@ class panel_program : private panel_view
     /// Null until the transfer function is first shown; then shown or hidden.
     image_window* transfer_window() { return transfer_window_.get(); }
 
-    /// "41 pictures, 80.2 ms each: transfer function 30.1, transform 31.0, shades 15.2, screen 3.9"
+    /// "96 pictures, 42.1 ms each: transfer function 5.9, transform 16.2, shades 12.9, screen 7.1"
     std::string costs() const;
 
   private:
@@ -61,7 +66,7 @@ class panel_program : private panel_view
     void place_windows();
     void dispatch(MSG& message);
     void command(unsigned id);
-    void toggle_phase_colours();
+    void colour_phases(bool coloured);
     void save();
     void take_screenshots();
     void log(const std::string& line);

@@ -177,15 +177,14 @@ TEST_F(panel_window, pictures)
         go_to_page(page.index);
         screenshot(page.tab);
     }
-    for (const auto& [key, value] : {std::pair{"AngA1", 35}, {"AngB2", 210}, {"AngA2", 300}}) link.longs[key] = value;
-    for (const auto& [key, value] : {std::pair{"ModA1", 2.5f}, {"ModB2", 120.f}, {"ModA2", 40.f}})
-        link.floats[key] = value;
+    for (const auto& [key, value] : {std::pair{"AngA1", 35}, {"AngB2", 210}, {"AngA2", 300}}) host.set(key, value);
+    for (const auto& [key, value] : {std::pair{"ModA1", 2.5f}, {"ModB2", 120.f}, {"ModA2", 40.f}}) host.set(key, value);
     go_to_page(1);
     const control knob = of_page(5004);
     knob.mouse(WM_LBUTTONDOWN, 40, 15);
     screenshot("drag");
     knob.mouse(WM_LBUTTONUP, 40, 15);
-    EXPECT_NE(link.longs["AngA1"], 0);
+    EXPECT_NE(host.long_at("AngA1"), 0);
 }
 
 }  // namespace

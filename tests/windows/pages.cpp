@@ -94,7 +94,7 @@ TEST_F(every_row, turns_the_angle_by_spin_and_goes_round)
 {
     for (const page_table& page : pages) {
         for (const row_table& row : page.rows) {
-            if (row.knob) link.longs[row.angle_step_key()] = 7;
+            if (row.knob) host.set(row.angle_step_key(), 7);
         }
     }
     for_each_knob([&](const row_table& row) {
@@ -206,9 +206,9 @@ TEST_F(panel_window, pages_reload_when_they_come_to_the_front_and_only_then)
     go_to_page(2);
     go_to_page(1);
     EXPECT_EQ(of_page(5092).text(), "-") << "nothing has changed, so nothing is shown anew";
-    link.floats["ModB2"] = 12.25f;
-    link.longs["AngA2"] = 123;
-    link.longs["AngA1Accel"] = 30;
+    host.set("ModB2", 12.25f);
+    host.set("AngA2", 123);
+    host.set("AngA1Accel", 30);
     EXPECT_EQ(of_page(5092).text(), "-");
     go_to_page(0);
     go_to_page(1);
@@ -222,7 +222,7 @@ TEST_F(panel_window, pages_reload_when_they_come_to_the_front_and_only_then)
 
 TEST_F(panel_window, an_angle_beyond_the_dial_is_brought_back_and_stored)
 {
-    link.longs["AngB2"] = 400;
+    host.set("AngB2", 400);
     show_panel();  // makes every page
     EXPECT_EQ(heard(), (events{"OnChange", "AngB2 = 359", "OnChange"}));
 }
@@ -231,9 +231,9 @@ TEST_F(panel_window, enable_keys_grey_their_page_whole_and_no_other)
 {
     show_panel();
     for (const page_table& page : pages) {
-        for (const LONG enable : {0, 5, 0}) {
-            link.longs[page.enable_key] = enable;
-            qorv::panel::update_panel();
+        for (const int enable : {0, 5, 0}) {
+            host.set(page.enable_key, enable);
+            host.update_panel();
             go_to_page(page.index);
             for (HWND child = GetWindow(active_page(), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
                 const int id = GetDlgCtrlID(child);
@@ -250,8 +250,7 @@ TEST_F(panel_window, enable_keys_grey_their_page_whole_and_no_other)
 
 TEST_F(panel_window, missing_keys_tags_and_handler_are_borne_in_silence)
 {
-    link.floats.clear();
-    link.longs.clear();
+    host.clear_tags();
     show_panel();
     EXPECT_EQ(heard(), events{"OnChange"});
     go_to_page(1);
@@ -261,18 +260,17 @@ TEST_F(panel_window, missing_keys_tags_and_handler_are_borne_in_silence)
     of_page(5004).send(TBM_SETPOS, TRUE, 12);  // an absent angle counts as 0
     EXPECT_EQ(heard(), (events{"AngA1 = 12", "OnChange"}));
 
-    link.tags = false;
+    host.hand_over(true, false);
     of_page(5004).send(TBM_SETPOS, TRUE, 13);
     SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE), reinterpret_cast<LPARAM>(of_panel(5111).window));
-    qorv::panel::update_panel();
+    host.update_panel();
     EXPECT_EQ(heard(), events{});
 
-    link.tags = true;
-    link.handler = false;
-    link.reads.clear();
-    qorv::panel::update_panel();
+    host.hand_over(false, true);
+    host.take_reads();
+    host.update_panel();
     go_to_page(2);
-    EXPECT_TRUE(link.reads.empty());
+    EXPECT_EQ(host.take_reads(), events{});
     EXPECT_FALSE(of_page(5057).enabled());
 }
 

@@ -1,20 +1,16 @@
 // The panel as a whole: showing, hiding, its own controls, the handler's calls.
-#include "afx/afx.h"
 #include "windows/page_tables.h"
 
 #include <psapi.h>
-
-#include <stdexcept>
 
 namespace windows_tests {
 namespace {
 
 TEST_F(panel_window, is_open_from_its_first_showing_on)
 {
-    using namespace qorv::panel;
-    EXPECT_FALSE(palette_open());
-    EXPECT_EQ(window_visible(), 0);
-    update_panel();
+    EXPECT_FALSE(host.palette_open());
+    EXPECT_FALSE(host.window_visible());
+    host.update_panel();
     EXPECT_EQ(heard(), events{});
     const struct
     {
@@ -24,16 +20,16 @@ TEST_F(panel_window, is_open_from_its_first_showing_on)
     for (const auto& step : steps) {
         show_panel(step.show);
         EXPECT_EQ(heard(), step.wanted);
-        EXPECT_TRUE(palette_open());
-        EXPECT_EQ(window_visible() != 0, step.show);
+        EXPECT_TRUE(host.palette_open());
+        EXPECT_EQ(host.window_visible(), step.show);
     }
-    link.handler = false;
+    host.hand_over(false, true);
     show_panel(true);
     show_panel(false);
     EXPECT_EQ(heard(), events{});
-    destroy_floating_panel(panel);
-    EXPECT_FALSE(palette_open());
-    EXPECT_EQ(window_visible(), 0);
+    host.close_panel();
+    EXPECT_FALSE(host.palette_open());
+    EXPECT_FALSE(host.window_visible());
 }
 
 TEST_F(panel_window, calls_the_handler_for_each_of_its_controls)
@@ -60,9 +56,9 @@ TEST_F(panel_window, calls_the_handler_for_each_of_its_controls)
 
 TEST_F(panel_window, shows_what_the_tags_say_and_updates_the_page_in_front)
 {
-    link.longs["DisplayMode"] = 4;
-    link.longs["hasPCTF"] = 1;
-    link.longs["ApplyIsEnabled"] = 0;
+    host.set("DisplayMode", 4);
+    host.set("hasPCTF", 1);
+    host.set("ApplyIsEnabled", 0);
     show_panel();
     const int row[] = {1, 5113, 5111, 5100};
     EXPECT_EQ(of_panel(5111).send(CB_GETCURSEL), 3);
@@ -71,10 +67,13 @@ TEST_F(panel_window, shows_what_the_tags_say_and_updates_the_page_in_front)
     EXPECT_TRUE(of_panel(5099).enabled());
 
     go_to_page(3);
-    link.longs = {{"DisplayMode", 0}, {"ApplyIsEnabled", 1}, {"FourthPaneIsEnabled", 1}, {"AngD4", 77}};
-    link.floats = {{"ModA4", 1.5f}};
+    host.clear_tags();
+    for (const auto& [key, value] :
+         {std::pair{"DisplayMode", 0}, {"ApplyIsEnabled", 1}, {"FourthPaneIsEnabled", 1}, {"AngD4", 77}})
+        host.set(key, value);
+    host.set("ModA4", 1.5f);
     heard();
-    qorv::panel::update_panel();
+    host.update_panel();
     EXPECT_EQ(of_panel(5111).send(CB_GETCURSEL), 0);
     EXPECT_EQ(of_panel(5100).send(BM_GETCHECK), BST_UNCHECKED);
     for (const int id : row) EXPECT_TRUE(of_panel(id).enabled()) << id;
@@ -82,8 +81,8 @@ TEST_F(panel_window, shows_what_the_tags_say_and_updates_the_page_in_front)
     EXPECT_EQ(of_page(5079).send(TBM_GETPOS), 77);
     EXPECT_EQ(heard(), events{});
 
-    link.handler = false;
-    qorv::panel::update_panel();
+    host.hand_over(false, true);
+    host.update_panel();
     for (const int id : row) EXPECT_FALSE(of_panel(id).enabled()) << id;
 }
 
@@ -92,9 +91,9 @@ TEST_F(panel_window, updates_while_its_own_edit_is_being_handled)
     show_panel();
     go_to_page(1);
     heard();
-    link.on_call = [&] {
-        link.floats["ModA2"] = 9;
-        qorv::panel::update_panel();
+    host.on_call = [&] {
+        host.set("ModA2", 9);
+        host.update_panel();
     };
     of_page(5088).type("4");
     EXPECT_EQ(heard(), (events{"ModA1 = 4", "OnChange"}));
@@ -103,20 +102,7 @@ TEST_F(panel_window, updates_while_its_own_edit_is_being_handled)
 
 TEST_F(panel_window, nothing_that_a_handler_throws_gets_into_the_system)
 {
-    struct : CWinApp
-    {
-        std::vector<std::string> reported;
-        LRESULT ProcessWndProcException(std::exception_ptr error, UINT) override
-        {
-            try {
-                std::rethrow_exception(error);
-            } catch (const std::exception& e) {
-                reported.push_back(e.what());
-            }
-            return 0;
-        }
-    } app;
-    link.on_call = [] { throw std::runtime_error{"The script failed."}; };
+    host.on_call = [] { throw zentrix::host::script_error{"The script failed."}; };
     show_panel();
     EXPECT_TRUE(IsWindowVisible(sheet())) << "the panel is laid out all the same";
     go_to_page(1);
@@ -124,8 +110,7 @@ TEST_F(panel_window, nothing_that_a_handler_throws_gets_into_the_system)
     of_page(5089).click_spin(1);
     of_panel(1).send(BM_CLICK);
     EXPECT_EQ(heard(), (events{"OnChange", "ModA1 = 4", "OnChange", "ModA1 = 5", "OnChange", "OnApply"}));
-    EXPECT_EQ(app.reported, std::vector<std::string>(4, "The script failed."));
-    link.on_call = nullptr;
+    EXPECT_EQ(host.take_errors(), events(4, "The script failed."));
 }
 
 /// Live entries of the process's table of graphics objects.
@@ -175,13 +160,13 @@ TEST_F(panel_window, a_thousand_rounds_leave_nothing_behind)
     const auto round = [&](int number) {
         show_panel(number % 2 == 0);
         if (number % 100 == 50) {  // the whole panel anew
-            qorv::panel::destroy_floating_panel(panel);
-            panel = qorv::panel::create_floating_panel(frame, link);
+            host.close_panel();
+            panel = host.open_panel(frame);
         }
         SendMessageW(sheet(), PSM_SETCURSEL, static_cast<WPARAM>(number % 5), 0);
         RedrawWindow(panel, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
     };
-    for (int i = 0; i < 200; ++i) round(i);
+    for (int i = 0; i < 60; ++i) round(i);
     const int objects = graphics_objects(), windows = window_count();
     const std::size_t memory = private_bytes();
     for (int i = 0; i < 1000; ++i) round(i);
@@ -190,7 +175,6 @@ TEST_F(panel_window, a_thousand_rounds_leave_nothing_behind)
     EXPECT_LE(private_bytes(), memory + (512u << 10));
     RecordProperty("graphics_objects", objects);
     EXPECT_GT(objects, 20) << "the table of graphics objects is not where it was";
-    link.events.clear();
 }
 
 }  // namespace

@@ -15,82 +15,22 @@ HWND the_frame()
     return frame;
 }
 
-void pump()
-{
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-    }
-}
-
-std::string control::text() const
-{
-    char text[256] = {};
-    GetWindowTextA(window, text, sizeof text);
-    return text;
-}
-
-std::string control::class_name() const
-{
-    char name[64] = {};
-    GetClassNameA(window, name, sizeof name);
-    return name;
-}
-
-RECT control::client() const
-{
-    RECT area;
-    GetClientRect(window, &area);
-    return area;
-}
-
-RECT control::place() const
-{
-    RECT area;
-    GetWindowRect(window, &area);
-    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&area), 2);
-    return area;
-}
-
-void control::type(const std::string& text) const
-{
-    SetWindowTextA(window, text.c_str());
-    pump();
-}
-
-void control::click_spin(int direction) const
-{
-    const RECT area = client();
-    const int y = direction > 0 ? area.bottom / 4 : area.bottom * 3 / 4;
-    mouse(WM_LBUTTONDOWN, area.right / 2, y);
-    mouse(WM_LBUTTONUP, area.right / 2, y);
-    pump();
-}
-
-void control::key(WPARAM key) const
-{
-    send(WM_KEYDOWN, key, 1);
-    send(WM_KEYUP, key, 1);
-    pump();
-}
-
 panel_window::panel_window() : frame{the_frame()}
 {
     for (const auto& rule : qorv::panel::tag_record()) {
         const std::string key = rule.key;
         if (rule.type == qorv::panel::tag_type::float32) {
-            link.floats[key] = key.ends_with("Accel") ? 1.0f : 0.0f;
+            host.set(key, key.ends_with("Accel") ? 1.0f : 0.0f);
         } else {
-            link.longs[key] = key.ends_with("IsEnabled") || key.ends_with("Accel") || key == "DisplayMode";
+            host.set(key, int{key.ends_with("IsEnabled") || key.ends_with("Accel") || key == "DisplayMode"});
         }
     }
-    panel = qorv::panel::create_floating_panel(frame, link);
+    panel = host.open_panel(frame);
 }
 
 panel_window::~panel_window()
 {
-    qorv::panel::destroy_floating_panel(panel);
+    host.close_panel();
     pump();
 }
 
@@ -119,25 +59,7 @@ HWND panel_window::go_to_page(int index)
 events panel_window::heard()
 {
     pump();
-    return link.take_events();
-}
-
-std::vector<COLORREF> pixels_of(HWND window, int width, int height)
-{
-    std::vector<COLORREF> pixels(static_cast<std::size_t>(width) * height);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    const HDC from = GetDC(window), memory = CreateCompatibleDC(from);
-    const HBITMAP bitmap = CreateCompatibleBitmap(from, width, height);
-    const HGDIOBJ former = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, from, 0, 0, SRCCOPY);
-    SelectObject(memory, former);
-    GetDIBits(from, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(window, from);
-    for (COLORREF& p : pixels) p = RGB((p >> 16) & 0xff, (p >> 8) & 0xff, p & 0xff);
-    return pixels;
+    return host.take_events();
 }
 
 void panel_window::screenshot(const std::string& name) const

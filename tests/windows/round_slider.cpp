@@ -98,8 +98,8 @@ TEST_F(panel_window, knob_is_painted_by_the_rules_to_the_pixel)
     knob.mouse(WM_LBUTTONUP, cx + 3, cy + 18);
     expect_picture(knob, right, true, true, false);
     SetFocus(other.window);
-    link.longs["BasicPaneIsEnabled"] = 0;
-    update_panel();
+    host.set("BasicPaneIsEnabled", 0);
+    host.update_panel();
     expect_picture(knob, right, false, false, false);
 }
 
@@ -239,19 +239,7 @@ TEST_F(panel_window, knob_follows_the_real_mouse)
     const control knob = of_page(5004);
     POINT centre{knob.client().right / 2, knob.client().bottom / 2};
     ClientToScreen(knob.window, &centre);
-    const auto move = [&](int dx, int dy, DWORD button) {
-        const auto scaled = [](int pixel, int size) { return static_cast<LONG>((pixel * 65536LL + 32768) / size); };
-        INPUT input{};
-        input.type = INPUT_MOUSE;
-        input.mi.dx = scaled(centre.x + dx, GetSystemMetrics(SM_CXSCREEN));
-        input.mi.dy = scaled(centre.y + dy, GetSystemMetrics(SM_CYSCREEN));
-        input.mi.dwFlags = MOUSEEVENTF_ABSOLUTE | MOUSEEVENTF_MOVE | button;
-        ASSERT_EQ(SendInput(1, &input, sizeof input), 1u);
-        for (int i = 0; i < 20; ++i) {
-            pump();
-            Sleep(5);
-        }
-    };
+    const auto move = [&](int dx, int dy, DWORD button) { real_mouse({centre.x + dx, centre.y + dy}, button); };
     move(12, 0, 0);
     move(12, 0, MOUSEEVENTF_LEFTDOWN);
     move(12, -12, 0);

@@ -1,0 +1,59 @@
+#include "host/program/lens_options.h"
+
+#include "companion/numbers.h"
+#include "host/program/session.h"
+
+namespace zentrix::program {
+
+namespace {
+
+CLI::Validator finite_number(const char* expected, const char* shown, bool zero_too)
+{
+    const auto complaint = [=](const std::string& word) -> std::string {
+        const auto number = companion::parse_number(word);
+        const bool fits = number && (*number > 0 || (zero_too && *number == 0));
+        return fits ? "" : std::string{"expected "} + expected + ", not \"" + word + "\"";
+    };
+    return CLI::Validator{complaint, shown};
+}
+
+}  // namespace
+
+const char* const widths_group = "Envelope: rms widths. 1/e half-width = rms * 1.4142, FWHM = rms * 2.3548";
+
+CLI::Validator positive_number() { return finite_number("a positive number", "POSITIVE", false); }
+
+void add_coefficients(CLI::App& command, companion::aberrations& lens)
+{
+    for (const auto& about : companion::all_coefficients) {
+        const auto take = [&lens, which = about.which](const std::string& word) {
+            try {
+                lens[which] = companion::parse_coefficient(which, word);
+            } catch (const std::invalid_argument& problem) {
+                throw usage_error{problem.what()};
+            }
+        };
+        command
+            .add_option_function<std::string>("--" + std::string{about.name}, take,
+                                              std::string{about.meaning} + " [" + std::string{about.unit} + "]")
+            ->type_name(about.symmetry == 0 ? "NUMBER" : "MODULUS@DEGREES")
+            ->group("Aberrations, angles counter-clockwise on the displayed image");
+    }
+}
+
+void add_widths(CLI::App& command, companion::coherence& spread)
+{
+    const struct
+    {
+        const char *name, *meaning;
+        double& width;
+    } widths[] = {{"--focus-spread", "Focus spread, rms [nm]", spread.focus_spread_nm},
+                  {"--convergence", "Beam convergence, rms along each axis [mrad]", spread.convergence_mrad},
+                  {"--vibration", "Vibration, rms along each axis [nm]", spread.vibration_nm}};
+    for (const auto& [name, meaning, width] : widths)
+        command.add_option(name, width, meaning)
+            ->check(finite_number("a number that is not negative", "NONNEGATIVE", true))
+            ->group(widths_group);
+}
+
+}  // namespace zentrix::program

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "host/engine.h"
+#include "host/library.h"
+
+#include <windows.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace windows_tests {
+
+using events = std::vector<std::string>;
+
+/// The built library in the stand-alone host, with a handler and a tag group that keep account of what they are asked.
+class panel_host
+{
+  public:
+    /// Handler and tags are there and handed over; no tag is set.
+    panel_host();
+    /// Fails the test when the library broke the contract or keeps more than a replaced handler.
+    ~panel_host();
+
+    /// The script function ZXSetZentrixHandler, with these or with null references.
+    void hand_over(bool handler, bool tags);
+    void set(const std::string& key, float value) { tags_->set(key, value); }
+    void set(const std::string& key, int value) { tags_->set(key, std::int32_t{value}); }
+    void clear_tags() { tags_->values.clear(); }
+    std::int32_t long_at(const std::string& key) const { return tags_->read_long(key).value_or(-1); }
+
+    HWND open_panel(HWND parent) { return static_cast<HWND>(engine_.open("Zentrix", parent)); }
+    void close_panel() { engine_.close("Zentrix"); }
+    /// ZXZentrixPanelUpdate, ZXIsPaletteOpen, ZXIsWindowVisible.
+    void update_panel() { engine_.call("ZXZentrixPanelUpdate", {}); }
+    std::int64_t palette_open() { return std::get<std::int64_t>(engine_.call("ZXIsPaletteOpen", {})); }
+    bool window_visible() { return std::get<std::int64_t>(engine_.call("ZXIsWindowVisible", {})) != 0; }
+
+    /// "ModA1 = 2.5" for a tag that the library wrote, "OnChange" for a call of the handler, in order, since last asked.
+    events take_events() { return std::exchange(events_, {}); }
+    /// The keys that were asked for since last asked.
+    events take_reads() { return std::exchange(tags_->reads, {}); }
+    /// What the error manager was told since last asked.
+    events take_errors();
+    std::function<void()> on_call;  ///< what the handler does at each call
+
+  private:
+    struct recorded_tags : zentrix::host::memory_tag_group
+    {
+        recorded_tags() : memory_tag_group{false} {}
+        std::optional<zentrix::host::tag> get(const std::string& name) const override;
+        void set(const std::string& name, zentrix::host::tag value) override { values[name] = std::move(value); }
+
+        std::map<std::string, zentrix::host::tag> values;
+        mutable events reads;
+    };
+
+    zentrix::host::engine engine_;
+    std::shared_ptr<recorded_tags> tags_ = std::make_shared<recorded_tags>();
+    std::shared_ptr<zentrix::host::script_object> handler_ =
+        std::make_shared<zentrix::host::script_object>("test handler");
+    events events_;
+    int handed_over_ = 0;
+    std::optional<zentrix::host::library> library_;
+};
+
+}  // namespace windows_tests

@@ -1,0 +1,419 @@
+// The program with the control panel, as its user has it: the built library in the real host, the companion's handler,
+// the wave's window. What it shows has to be what "zentrix correct" computes.
+#include "host/windows/panel_program.h"
+
+#include "host/library.h"
+#include "host/windows/resource.h"
+#include "program/pictures.h"
+#include "program/run.h"
+#include "windows/control.h"
+#include "windows/page_tables.h"
+
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <numbers>
+
+namespace windows_tests {
+namespace {
+
+using namespace zentrix::host;
+using complex = std::complex<float>;
+
+/// A crystal of two periods with an edge: something in every part of the spectrum.
+complex wave_at(int x, int y)
+{
+    const double phase = 0.4 * std::cos(0.7 * x) + 0.3 * std::cos(0.5 * x + 0.9 * y) + (x > 20 ? 0.5 : 0.0);
+    return complex{std::polar(1.0 + 0.1 * std::sin(0.3 * y), phase)};
+}
+
+/// Answers the next dialog of this thread from within its own message loop.
+class answer
+{
+  public:
+    /// `act` gets the dialog once it is visible; called again and again until it is gone.
+    explicit answer(std::function<void(HWND dialog)> act) : timer_{SetTimer(nullptr, 0, 20, &answer::look)}
+    {
+        act_ = std::move(act);
+    }
+    ~answer()
+    {
+        KillTimer(nullptr, timer_);
+        act_ = nullptr;
+    }
+    answer(const answer&) = delete;
+    answer& operator=(const answer&) = delete;
+
+  private:
+    static void CALLBACK look(HWND, UINT, UINT_PTR, DWORD)
+    {
+        HWND dialog = nullptr;
+        EnumThreadWindows(
+            GetCurrentThreadId(),
+            [](HWND window, LPARAM found) -> BOOL {
+                if (control{window}.class_name() != "#32770" || !IsWindowVisible(window)) return TRUE;
+                *reinterpret_cast<HWND*>(found) = window;
+                return FALSE;
+            },
+            reinterpret_cast<LPARAM>(&dialog));
+        if (dialog && act_) act_(dialog);
+    }
+
+    static inline std::function<void(HWND)> act_;
+    UINT_PTR timer_;
+};
+
+class at_the_panel : public testing::Test
+{
+  protected:
+    at_the_panel() : engine_{with_companion()}, library_{std::in_place, engine_, find_library_file()} {}
+
+    ~at_the_panel() override
+    {
+        program_.reset();
+        library_.reset();
+        EXPECT_EQ(engine_.report().text(), "");
+    }
+
+    void start(int width = 64, int height = 48)
+    {
+        support::write_wave(bench_ / "wave.npy", width, height, wave_at);
+        panel_program_options options;
+        options.title = "wave.npy";
+        options.log = bench_ / "log";
+        options.quit_after_ms = 600000;  // nobody watches: no message boxes
+        program_.emplace(engine_, read_npy(bench_ / "wave.npy"), microscope{300, 0.05, {}, false}, options);
+        program_->show();
+        settle();
+        EXPECT_EQ(logged(), events{"call OnChange"});
+    }
+
+    /// Lets all messages arrive, those that follow from painting included.
+    void settle()
+    {
+        for (int i = 0; i < 3; ++i) {
+            EXPECT_TRUE(program_->work_off_messages());
+            Sleep(5);
+        }
+    }
+
+    /// The lines of the log since last asked.
+    events logged()
+    {
+        settle();
+        const std::string all = bench_.folder().read("log");
+        events lines;
+        for (std::size_t end; (end = all.find('\n', log_read_)) != std::string::npos; log_read_ = end + 1)
+            lines.push_back(all.substr(log_read_, end - log_read_));
+        return lines;
+    }
+
+    HWND panel() { return program_->frame().content(); }
+    control of_panel(int id) { return {GetDlgItem(panel(), id)}; }
+    HWND page(int index)
+    {
+        const HWND sheet = FindWindowExW(panel(), nullptr, L"#32770", nullptr);
+        SendMessageW(sheet, PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
+        return reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
+    }
+    control of_page(int index, int id) { return {GetDlgItem(page(index), id)}; }
+
+    void press(HWND window, WPARAM key)
+    {
+        PostMessageW(window, WM_KEYDOWN, key, 1);
+        PostMessageW(window, WM_KEYUP, key, 1);
+        settle();
+    }
+
+    void choose_mode(int entry)
+    {
+        of_panel(5111).send(CB_SETCURSEL, static_cast<WPARAM>(entry));
+        SendMessageW(panel(), WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE),
+                     reinterpret_cast<LPARAM>(of_panel(5111).window));
+    }
+
+    /// The corrected wave that the program shows.
+    std::vector<complex> result()
+    {
+        const auto& image = program_->handler().result();
+        const auto* const begin = static_cast<const complex*>(image->data());
+        return {begin, begin + image->count()};
+    }
+
+    /// What the command computes of the wave in a file.
+    std::vector<complex> commanded(const std::vector<std::string>& options, const std::string& wave = "wave.npy")
+    {
+        std::vector<std::string> words{"correct", wave, "-o", "out.npy", "--remove"};
+        words.insert(words.end(), options.begin(), options.end());
+        const auto done = bench_.zentrix(words);
+        EXPECT_EQ(done.code, 0) << done.err;
+        return support::pixels_of<complex>(bench_ / "out.npy");
+    }
+
+    static bool same_bytes(const std::vector<complex>& a, const std::vector<complex>& b)
+    {
+        return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(complex)) == 0;
+    }
+
+    std::vector<std::uint8_t> shown() { return program_->wave_window().shown().bytes; }
+
+    static engine_options with_companion()
+    {
+        engine_options options;
+        options.file_exists = [](const std::string&) { return true; };
+        return options;
+    }
+
+    const support::workbench bench_;
+    engine engine_;
+    std::optional<library> library_;
+    std::optional<panel_program> program_;
+    std::size_t log_read_ = 0;
+};
+
+const std::vector<std::string> microscope_options{"--kv", "300", "--pixel", "0.05"};
+
+std::vector<std::string> with(const std::vector<std::string>& more)
+{
+    auto words = microscope_options;
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
+TEST_F(at_the_panel, dragging_a_knob_turns_the_picture_into_what_the_command_computes)
+{
+    start();
+    const auto before = shown();
+    of_page(1, 5088).type("12.5");
+    EXPECT_EQ(logged(), (events{"tag ModA1 = 12.5", "call OnChange"}));
+
+    SetForegroundWindow(program_->frame().handle());
+    const control knob = of_page(1, 5004);
+    const auto at = [&](int right, int up) {
+        POINT to{knob.client().right / 2 + right, knob.client().bottom / 2 - up};
+        ClientToScreen(knob.window, &to);
+        return to;
+    };
+    std::vector<std::vector<std::uint8_t>> pictures{before};
+    real_mouse(at(12, 0), MOUSEEVENTF_LEFTDOWN);
+    for (const POINT to : {at(12, 12), at(0, 14), at(-14, 14)}) {
+        real_mouse(to);
+        pictures.push_back(shown());
+        EXPECT_NE(pictures[pictures.size() - 1], pictures[pictures.size() - 2]);
+    }
+    real_mouse(at(-14, 14), MOUSEEVENTF_LEFTUP);
+    EXPECT_EQ(logged(), (events{"tag AngA1 = 45", "call OnChange", "tag AngA1 = 90", "call OnChange", "tag AngA1 = 135",
+                                "call OnChange"}));
+    EXPECT_TRUE(same_bytes(result(), commanded(with({"--A1", "12.5@135"}))));
+}
+
+/// Every row once, all together, on sizes with and without a centre pixel.
+TEST_F(at_the_panel, every_coefficient_reaches_the_picture)
+{
+    start(51, 38);
+    std::vector<std::string> options = microscope_options;
+    for (const page_table& one : pages) {
+        for (const row_table& row : one.rows) {
+            const std::string name = row.knob ? std::string{row.key}.substr(3) : row.key;
+            const std::string modulus = one.index == 4 ? "2" : name == "C3" ? "0.25" : "3.25";
+            of_page(one.index, row.modulus).type(modulus);
+            options.insert(options.end(), {"--" + name, modulus});
+            if (!row.knob) continue;
+            of_page(one.index, row.knob).send(TBM_SETPOS, TRUE, 7 * row.knob % 360);
+            options.back() += "@" + std::to_string(7 * row.knob % 360);
+            settle();
+        }
+    }
+    EXPECT_TRUE(same_bytes(result(), commanded(options)));
+}
+
+TEST_F(at_the_panel, what_a_newer_request_overtook_is_never_computed)
+{
+    start();
+    const int computed = program_->handler().correction().spent().computed;
+    for (const char* typed : {"1", "2", "3", "4"}) SetWindowTextA(of_page(0, 5003).window, typed);
+    EXPECT_EQ(program_->handler().correction().spent().computed, computed);
+    settle();
+    EXPECT_EQ(program_->handler().correction().spent().computed, computed + 1);
+    EXPECT_TRUE(same_bytes(result(), commanded(with({"--C1", "4"}))));
+}
+
+TEST_F(at_the_panel, apply_makes_the_result_the_source_and_clears_the_coefficients)
+{
+    start();
+    of_page(0, 5003).type("-20");
+    of_page(1, 5088).type("5");
+    of_page(1, 5004).send(TBM_SETPOS, TRUE, 30);
+    logged();
+    const auto first = result();
+    write_npy(bench_ / "first.npy", *program_->handler().result());
+    of_panel(1).send(BM_CLICK);
+    EXPECT_EQ(logged().front(), "call OnApply");
+    EXPECT_EQ(of_page(1, 5088).text() + of_page(0, 5003).text(), "00");
+    EXPECT_EQ(of_page(1, 5004).send(TBM_GETPOS), 0);
+    EXPECT_LT(support::largest_difference(result(), first), 1e-6);
+    of_page(1, 5092).type("40");
+    EXPECT_TRUE(same_bytes(result(), commanded(with({"--B2", "40"}), "first.npy")));
+}
+
+TEST_F(at_the_panel, shows_what_the_display_list_says)
+{
+    start();
+    const char* const names[] = {"Real", "Imaginary", "Modulus", "Log of Modulus", "Phase"};
+    for (int entry = 0; entry < 5; ++entry) {
+        choose_mode(entry);
+        const auto mode = std::to_string(entry + 1);
+        EXPECT_EQ(logged(), (events{"tag DisplayMode = " + mode, "call OnChangeDisplay " + mode}));
+        EXPECT_EQ(control{program_->wave_window().handle()}.text(), std::string{"wave.npy - "} + names[entry]);
+        EXPECT_EQ(shown(),
+                  make_picture(*program_->handler().result(), static_cast<display_mode>(entry), palette::grey).bytes);
+    }
+    for (const auto wanted : {palette::cyclic, palette::grey}) {
+        press(program_->wave_window().handle(), VK_F4);
+        EXPECT_EQ(shown(), make_picture(*program_->handler().result(), display_mode::phase, wanted).bytes);
+    }
+    EXPECT_EQ(logged(), events{});
+}
+
+TEST_F(at_the_panel, shows_the_phase_contrast_transfer_function)
+{
+    start();
+    of_page(0, 5003).type("-30");
+    of_panel(5100).send(BM_CLICK);
+    EXPECT_EQ(logged(), (events{"tag C1 = -30", "call OnChange", "call OnPCTF", "tag hasPCTF = 1"}));
+    ASSERT_TRUE(program_->transfer_window() && program_->transfer_window()->visible());
+    const auto& picture = program_->transfer_window()->shown();
+    // sin(pi lambda C1 g^2) at 300 kV, from the zero frequency in the centre along a row.
+    const double wavelength = 0.0019687489006848795;
+    for (int k = 0; k < 32; ++k) {
+        const double g = k / (64 * 0.05), value = std::sin(std::numbers::pi * wavelength * -30 * g * g);
+        EXPECT_NEAR(picture.bytes[24 * 64 + 32 + k], 127.5 + 127.5 * value, 1) << k;
+    }
+    SendMessageW(program_->transfer_window()->handle(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(logged(), events{"tag hasPCTF = 0"});
+    EXPECT_EQ(of_panel(5100).send(BM_GETCHECK), BST_UNCHECKED);
+    of_panel(5100).send(BM_CLICK);
+    program_->show_panel(false);
+    EXPECT_EQ(logged(), (events{"call OnPCTF", "tag hasPCTF = 1", "call OnClose", "tag hasPCTF = 0"}));
+    EXPECT_FALSE(program_->transfer_window()->visible());
+}
+
+TEST_F(at_the_panel, asks_for_the_microscope_and_takes_sensible_answers_only)
+{
+    start();
+    of_page(0, 5003).type("-30");
+    logged();
+    const auto type_and_press = [](const char* kilovolts, WPARAM button) {
+        return [=](HWND dialog) {
+            SetDlgItemTextA(dialog, IDC_KILOVOLTS, kilovolts);
+            SendMessageW(dialog, WM_COMMAND, button, 0);
+        };
+    };
+    {
+        const answer never{type_and_press("80", IDCANCEL)};
+        of_panel(5099).send(BM_CLICK);
+    }
+    EXPECT_EQ(logged(), events{"call OnPreferences"});
+    EXPECT_TRUE(same_bytes(result(), commanded(with({"--C1", "-30"}))));
+    {
+        int refused = 0;
+        const answer wrong_then_right{[&](HWND dialog) {
+            const char* const wrong[] = {"0", "-5", "abc", "inf"};
+            type_and_press(refused < 4 ? wrong[refused] : "80", IDOK)(dialog);
+            ++refused;
+        }};
+        press(program_->wave_window().handle(), VK_F3);
+        EXPECT_EQ(refused, 5);
+    }
+    EXPECT_TRUE(same_bytes(result(), commanded({"--kv", "80", "--pixel", "0.05", "--C1", "-30"})));
+}
+
+TEST_F(at_the_panel, saves_what_it_shows)
+{
+    start();
+    of_page(1, 5092).type("50");
+    const answer named{[&](HWND dialog) {
+        const LRESULT name = SendDlgItemMessageW(dialog, 0x47c, CBEM_GETEDITCONTROL, 0, 0);
+        SetWindowTextW(reinterpret_cast<HWND>(name), (bench_ / "saved.npy").wstring().c_str());
+        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+    }};
+    SendMessageW(program_->wave_window().handle(), WM_COMMAND, IDM_SAVE, 0);
+    EXPECT_TRUE(same_bytes(support::pixels_of<complex>(bench_ / "saved.npy"), commanded(with({"--B2", "50"}))));
+}
+
+TEST_F(at_the_panel, hides_shows_and_obeys_the_keyboard)
+{
+    start();
+    SendMessageW(program_->frame().handle(), WM_CLOSE, 0, 0);
+    EXPECT_EQ(logged(), events{"call OnClose"});
+    EXPECT_FALSE(program_->frame().visible());
+    press(program_->wave_window().handle(), VK_F2);
+    EXPECT_TRUE(program_->frame().visible());
+    EXPECT_TRUE(IsWindowVisible(panel()));
+    EXPECT_EQ(logged(), events{}) << "shown again as it was";
+
+    const control first = of_page(1, 5088), step = of_page(1, 5090);
+    SetForegroundWindow(program_->frame().handle());
+    SetFocus(first.window);
+    press(first.window, VK_TAB);
+    EXPECT_EQ(GetFocus(), step.window);
+    press(step.window, VK_ESCAPE);
+    press(step.window, VK_RETURN);
+    EXPECT_TRUE(IsWindowVisible(panel()) && IsWindowVisible(step.window)) << "neither key closes the panel";
+    press(step.window, VK_F2);
+    EXPECT_FALSE(program_->frame().visible());
+}
+
+TEST_F(at_the_panel, a_correction_that_fails_is_told_once_and_leaves_the_picture)
+{
+    start();
+    const auto before = shown();
+    engine_.faults().plan({fault_point::call, 0, "void ImageDataChanged( ImageRef )"});
+    of_page(0, 5003).type("-30");
+    EXPECT_EQ(logged(), (events{"tag C1 = -30", "call OnChange", "alert This host call was made to fail."}));
+    EXPECT_EQ(shown(), before);
+    engine_.faults().clear();
+    of_page(0, 5003).type("-31");
+    EXPECT_EQ(logged(), (events{"tag C1 = -31", "call OnChange"}));
+    EXPECT_TRUE(same_bytes(result(), commanded(with({"--C1", "-31"}))));
+}
+
+TEST(panel_command, logs_takes_its_picture_and_quits)
+{
+    const support::workbench bench;
+    support::write_wave(bench / "wave.npy", 40, 30, wave_at);
+    const auto done =
+        bench.zentrix({"panel", "wave.npy", "--kv", "300", "--pixel", "0.05", "--log", "log", "--screenshot",
+                       "panel.png", "--screenshot-of-all", "all.png", "--quit-after", "1500"});
+    EXPECT_EQ(done.code, 0);
+    EXPECT_EQ(done.err, "");
+    EXPECT_TRUE(done.out.find(" pictures, ") != std::string::npos) << done.out;
+    EXPECT_EQ(bench.folder().read("log"), "call OnChange\ncall OnClose\n");
+    EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"all.png", "log", "panel.png", "wave.npy"}));
+}
+
+TEST(panel_command, refuses_what_it_cannot_show)
+{
+    const support::workbench bench;
+    support::write_wave(bench / "wave.npy", 8, 8, wave_at);
+    support::write_real(bench / "real.npy", 8, 8, [](int, int) { return 1; });
+    const struct
+    {
+        std::vector<std::string> words;
+        int code;
+    } cases[] = {{{"real.npy", "--kv", "300", "--pixel", "1"}, 1},
+                 {{"none.npy", "--kv", "300", "--pixel", "1"}, 1},
+                 {{"wave.npy", "--kv", "300", "--pixel", "1", "--log", "no/such/folder/log"}, 1},
+                 {{"wave.npy", "--kv", "0", "--pixel", "1"}, 2},
+                 {{"wave.npy", "--kv", "300"}, 2}};
+    for (const auto& [words, code] : cases) {
+        std::vector<std::string> all{"panel", "--quit-after", "1"};
+        all.insert(all.end(), words.begin(), words.end());
+        const auto done = bench.zentrix(all);
+        EXPECT_EQ(done.code, code) << words.front();
+        EXPECT_NE(done.err, "");
+    }
+}
+
+}  // namespace
+}  // namespace windows_tests
