@@ -37,7 +37,7 @@ build() {
 }
 
 # What examples/make_sample.cpp puts in. In nm and um; C3 in mm; angles in degrees.
-sample_aberrations=(--C1 -62 --A1 14@35 --B2 380@110 --A2 290@-20 --C3 0.15 --S3 2.5@75)
+sample_aberrations=(--C1 -62 --A1 14@35 --B2 380@110 --A2 290@340 --C3 0.15 --S3 2.5@75)
 
 correct() {
     local wave options before after

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
+#include <string>
 
 namespace zentrix::companion {
 
@@ -25,6 +26,9 @@ void check(const optics& setup)
     require(not_negative(setup.spread.vibration_nm), "The vibration must not be negative.");
 }
 
+/// [rad] at an angle of 1 rad. Far beyond every lens, and far from overflow in what is computed of it.
+constexpr double largest_coefficient = 1e30;
+
 /// The spectrum's zero frequency minus the function's own zero of the angle, in pixels.
 double centre_offset(int size) { return size % 2 != 0 ? 0.5 : 0.0; }
 
@@ -36,7 +40,10 @@ transfer_arguments arguments_for(const optics& setup, int width, int height, dir
     const double sign = way == direction::remove ? -1 : 1;
     const double wave_number = 2 * std::numbers::pi / setup.wavelength_nm;
     const auto scaled = [&](coefficient which) {
-        return sign * wave_number / traits(which).divisor * setup.lens.in_nanometres(which);
+        const auto value = sign * wave_number / traits(which).divisor * setup.lens.in_nanometres(which);
+        if (!(std::abs(value) <= largest_coefficient))
+            throw std::invalid_argument{std::string{traits(which).name} + " is too large."};
+        return value;
     };
 
     transfer_arguments a;

@@ -64,7 +64,8 @@ struct transfer_arguments
 /// exactly. In an odd size the function's own zero of the angle lies half a pixel beside the spectrum's zero frequency;
 /// the tilt makes up for that, so that odd sizes are as right as even ones.
 ///
-/// Throws  std::invalid_argument when wavelength or pixel is not positive and finite or a width of `spread` is negative
+/// Throws  std::invalid_argument when wavelength or pixel is not positive and finite or a width of `spread` is negative,
+///         and "C1 is too large." for a coefficient beyond 1e30 rad
 transfer_arguments arguments_for(const optics& setup, int width, int height, direction way,
                                  damping envelope = damping::automatic);
 

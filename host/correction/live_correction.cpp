@@ -29,15 +29,28 @@ void live_correction::ask(const companion::transfer_arguments& arguments)
 {
     arguments_ = arguments;
     stale_ = true;
+    failure_.clear();
+}
+
+void live_correction::refuse(const std::string& why)
+{
+    stale_ = false;
+    failure_ = why;
 }
 
 const image_ref& live_correction::result()
 {
+    if (!failure_.empty()) throw script_error{failure_};
     if (!stale_) return result_;
-    stale_ = false;  // what fails now would fail again
+    stale_ = false;
     using clock = std::chrono::steady_clock;
     const auto start = clock::now();
-    multiply_by_transfer(engine_, spectrum_, result_, arguments_);
+    try {
+        multiply_by_transfer(engine_, spectrum_, result_, arguments_);
+    } catch (const script_error& problem) {
+        failure_ = problem.what();  // it would fail again, and half done is no result
+        throw;
+    }
     const auto multiplied = clock::now();
     backward_fft(pixels_of(result_), width(), height());
     spent_.transfer += multiplied - start;

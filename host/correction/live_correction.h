@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 #include "companion/transfer.h"
 #include "host/engine.h"
@@ -18,12 +19,12 @@ class live_correction
 
     /// Asks for another correction; `arguments` are those of companion::arguments_for of the wave's size.
     void ask(const companion::transfer_arguments& arguments);
-    /// Whether `result` would have to compute.
-    bool is_stale() const noexcept { return stale_; }
+    /// What was asked for last cannot be computed: `result` fails with this text until asked for anew.
+    void refuse(const std::string& why);
     /// The wave under the correction last asked for; the same image each time.
-    /// Throws  script_error with the library's message, once: the result is then of no use until asked for anew
+    /// Throws  script_error with the library's message, each time until another correction is asked for
     const image_ref& result();
-    /// Makes the result the source of further corrections.
+    /// Makes the result the source of further corrections. Throws as `result`, and nothing has changed then
     void accept();
 
     int width() const noexcept { return static_cast<int>(spectrum_->size(0)); }
@@ -44,6 +45,7 @@ class live_correction
     image_ref spectrum_, result_;
     companion::transfer_arguments arguments_;
     bool stale_ = false;
+    std::string failure_;  ///< of the correction last asked for
     costs spent_;
 };
 

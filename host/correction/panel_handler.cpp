@@ -1,6 +1,8 @@
 #include "host/correction/panel_handler.h"
 
 #include <algorithm>
+#include <stdexcept>
+#include <utility>
 
 #include "companion/electron.h"
 #include "companion/panel_tags.h"
@@ -65,8 +67,13 @@ companion::optics panel_handler::optics() const
 void panel_handler::change()
 {
     const auto damping = scope_.damped ? companion::damping::on : companion::damping::off;
-    correction_.ask(companion::arguments_for(optics(), correction_.width(), correction_.height(),
-                                             companion::direction::remove, damping));
+    try {
+        correction_.ask(companion::arguments_for(optics(), correction_.width(), correction_.height(),
+                                                 companion::direction::remove, damping));
+    } catch (const std::invalid_argument& problem) {
+        correction_.refuse(problem.what());
+        throw;
+    }
     view_->pictures_changed();
 }
 
@@ -77,8 +84,8 @@ void panel_handler::apply()
         tags_->write(companion::modulus_key(about.which), 0.0F);
         if (about.symmetry != 0) tags_->write(companion::angle_key(about.which), std::int32_t{0});
     }
-    change();
     update_panel();
+    change();
 }
 
 void panel_handler::change_display(std::int64_t mode)
@@ -100,8 +107,14 @@ void panel_handler::edit_microscope()
     const auto edited = view_->ask_microscope(scope_);
     asking_ = false;
     if (!edited) return;
-    scope_ = *edited;
-    change();
+    const microscope former = std::exchange(scope_, *edited);
+    try {
+        change();
+    } catch (...) {
+        scope_ = former;
+        change();
+        throw;
+    }
 }
 
 image_ref panel_handler::transfer_function() const

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "host/files/image_file.h"
+#include "host/system_path.h"
 #include "host/tag_group.h"
 
 namespace zentrix::program {
@@ -140,7 +141,7 @@ host::script_value read_argument(const std::string& word, const host::prototype_
         case HOST_IMAGE: {
             if (word == "null") return {};
             host::image_ref& known = images[word];
-            if (!known) known = host::read_image(word);
+            if (!known) known = host::read_image(host::system_path(word));
             return host::object_ref{known};
         }
         case HOST_TAG_GROUP: return word == "null" ? host::script_value{} : host::object_ref{read_list(word)};

@@ -5,6 +5,7 @@
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/json.h"
+#include "host/system_path.h"
 #include "host/tag_group.h"
 
 namespace zentrix::program {
@@ -52,7 +53,7 @@ destinations sort_out(const call_request& request, const host::prototype& signat
                                      (name.empty() ? "" : " and has no image output parameter " + name)};
         if (!place.empty()) refuse_second_place(output, place);
         place = named ? output.substr(equals + 1) : output;
-        host::require_writable_kind(place);
+        host::require_writable_kind(host::system_path(place));
     }
     return result;
 }
@@ -78,7 +79,7 @@ std::string tag_text(const host::tag& value, bool json)
 std::string deliver(const host::script_value& value, const std::string& file, bool json)
 {
     if (const auto image = host::object_in<host::image>(value)) {
-        if (!file.empty()) host::write_image(file, *image);
+        if (!file.empty()) host::write_image(host::system_path(file), *image);
         if (json) return as_json(*image, file);
         return one_line(*image) + (file.empty() ? ", not written: -o FILE does" : " -> " + file);
     }

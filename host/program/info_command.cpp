@@ -8,6 +8,7 @@
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/json.h"
+#include "host/system_path.h"
 
 namespace zentrix::program {
 
@@ -70,7 +71,7 @@ void add_info_command(CLI::App& app, const global_options& global)
     CLI::App* const command = app.add_subcommand("info", "Print type, size and range of an image file");
     auto file = std::make_shared<std::string>();
     command->add_option("FILE", *file, "The image file (.npy)")->required();
-    command->callback([&global, file] { print(*file, *host::read_image(*file), global.json); });
+    command->callback([&global, file] { print(*file, *host::read_image(host::system_path(*file)), global.json); });
 }
 
 }  // namespace zentrix::program

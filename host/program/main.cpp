@@ -1,12 +1,20 @@
+#ifdef _WIN32
+#include <windows.h>
+
+#include <shellapi.h>
+#endif
+
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <new>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/program/commands.h"
+#include "host/system_path.h"
 
 using namespace zentrix::program;
 
@@ -36,11 +44,28 @@ std::string commands_of(const CLI::App& app)
     return names;
 }
 
+/// The command line's words in UTF-8.
+std::vector<std::string> given_words(int argc, char** argv)
+{
+#ifdef _WIN32
+    // main's own are in the system's code page, which lacks letters that file names have.
+    int count = 0;
+    const std::unique_ptr<LPWSTR, decltype(&LocalFree)> wide{CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree};
+    if (wide) {
+        std::vector<std::string> words;
+        for (int i = 0; i < count; ++i) words.push_back(zentrix::host::utf8_path(wide.get()[i]));
+        return words;
+    }
+#endif
+    return {argv, argv + argc};
+}
+
 /// The words behind the program's name, last one first as the parser takes them. It knows "-5" for a number but takes
 /// "-.5" for an option, so that gets its zero.
 std::vector<std::string> words_of(int argc, char** argv)
 {
-    std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+    auto words = given_words(argc, argv);
+    if (!words.empty()) words.erase(words.begin());
     for (auto& word : words)
         if (word.size() > 2 && word.starts_with("-.") &&
             std::string_view{"0123456789"}.find(word[2]) != std::string::npos)
@@ -92,6 +117,9 @@ int run(int argc, char** argv)
 int main(int argc, char** argv)
 {
     try {
+#ifdef _WIN32
+        SetConsoleOutputCP(CP_UTF8);  // all texts are
+#endif
         return run(argc, argv);
     } catch (const std::bad_alloc&) {
         std::cerr << "zentrix: there is not enough memory for images of this size\n";

@@ -31,6 +31,8 @@ struct panel_request
 
 void run(const panel_request& request, const global_options& global)
 {
+    check_picture_name(request.screenshot);
+    check_picture_name(request.screenshot_of_all);
     const auto wave = read_wave(request.wave);
     session zentrix{global};
     host::panel_program_options options;

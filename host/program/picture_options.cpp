@@ -2,6 +2,7 @@
 
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
+#include "host/system_path.h"
 
 namespace zentrix::program {
 
@@ -24,19 +25,22 @@ void add_picture_options(CLI::App& command, picture_options& picture)
     add_display_options(command, picture.shown, picture.shades);
 }
 
+void check_picture_name(const std::string& name)
+{
+    if (!name.empty() && !name.ends_with(".png") && !name.ends_with(".PNG"))
+        throw host::file_error{host::system_path(name), "cannot be the picture: expected a name ending in .png"};
+}
+
 void check_names(const std::string& output, const picture_options& picture)
 {
-    host::require_writable_kind(output);
-    if (picture.png.empty()) return;
-    host::require_writable_kind(picture.png);
-    if (!picture.png.ends_with(".png") && !picture.png.ends_with(".PNG"))
-        throw host::file_error{picture.png, "cannot be the picture: expected a name ending in .png"};
+    host::require_writable_kind(host::system_path(output));
+    check_picture_name(picture.png);
 }
 
 void write_result(const std::string& output, const picture_options& picture, const host::image& pixels)
 {
-    host::write_image(output, pixels, picture.shown, picture.shades);
-    if (!picture.png.empty()) host::write_image(picture.png, pixels, picture.shown, picture.shades);
+    host::write_image(host::system_path(output), pixels, picture.shown, picture.shades);
+    if (!picture.png.empty()) host::write_image(host::system_path(picture.png), pixels, picture.shown, picture.shades);
 }
 
 }  // namespace zentrix::program

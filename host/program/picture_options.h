@@ -20,6 +20,9 @@ void add_display_options(CLI::App& command, host::display_mode& shown, host::pal
 /// Adds --png FILE, --show MODE and --colour; `picture` has to live as long as `command`.
 void add_picture_options(CLI::App& command, picture_options& picture);
 
+/// Throws  host::file_error when `name` is neither empty nor ends in .png
+void check_picture_name(const std::string& name);
+
 /// Throws  host::file_error when a name has the wrong ending, before any work is done
 void check_names(const std::string& output, const picture_options& picture);
 

@@ -10,6 +10,7 @@
 #include "host/program/describe.h"
 #include "host/program/json.h"
 #include "host/program/picture_options.h"
+#include "host/system_path.h"
 
 namespace zentrix::program {
 
@@ -27,18 +28,19 @@ struct unwrap_request
 /// The wrapped phase as 4-byte floats.
 host::image_ref read_phase(const unwrap_request& request)
 {
-    auto read = host::read_image(request.phase);
+    const auto file = host::system_path(request.phase);
+    auto read = host::read_image(file);
     const bool complex = read->type().meaning == host::element_class::complex;
     if (read->dimensions() != 2)
-        throw host::file_error{request.phase, "holds " + one_line(*read) + "; expected a phase of two dimensions"};
+        throw host::file_error{file, "holds " + one_line(*read) + "; expected a phase of two dimensions"};
     if (complex && !request.take_argument)
-        throw host::file_error{request.phase, "holds " + one_line(*read) +
-                                                  "; expected a real phase in radians (--phase takes the argument of a "
-                                                  "complex wave first)"};
+        throw host::file_error{file, "holds " + one_line(*read) +
+                                         "; expected a real phase in radians (--phase takes the argument of a "
+                                         "complex wave first)"};
     if (!complex && request.take_argument)
-        throw host::file_error{request.phase, "holds " + one_line(*read) + "; --phase needs a complex wave"};
+        throw host::file_error{file, "holds " + one_line(*read) + "; --phase needs a complex wave"};
     if (!complex && read->type().meaning != host::element_class::real)
-        throw host::file_error{request.phase, "holds " + one_line(*read) + "; expected float32 or float64, in radians"};
+        throw host::file_error{file, "holds " + one_line(*read) + "; expected float32 or float64, in radians"};
     if (read->code() == host::code_of(host::element_class::real, 4)) return read;
 
     const std::uint32_t sizes[] = {read->size(0), read->size(1)};

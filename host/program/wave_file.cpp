@@ -6,11 +6,13 @@
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/program/describe.h"
+#include "host/system_path.h"
 
 namespace zentrix::program {
 
-host::image_ref read_wave(const std::string& file)
+host::image_ref read_wave(const std::string& name)
 {
+    const auto file = host::system_path(name);
     auto wave = host::read_image(file);
     if (wave->type().meaning != host::element_class::complex)
         throw host::file_error{file, "holds " + one_line(*wave) + "; expected a complex wave"};

@@ -4,6 +4,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cwchar>
+#include <utility>
+#include <vector>
 
 #include "host/files/image_file.h"
 #include "host/system_path.h"
@@ -17,6 +20,7 @@ namespace {
 
 constexpr LONG largest_picture = 640;  // pixels of the screen that the wave's window takes at first
 constexpr LONG margin = 24;
+constexpr std::size_t longest_path = 32768;  // of the system
 constexpr UINT_PTR screenshot_timer = 1, quit_timer = 2;
 constexpr UINT time_to_paint_ms = 300;  // for a window system that answers by another process
 
@@ -35,13 +39,23 @@ panel_program::panel_program(engine& engine, const image_ref& wave, const micros
     handler_ = panel_handler::make(engine, wave, scope, options_.start, *this);
     make_windows();
     listen();
-    engine.call("ZXSetZentrixHandler", {object_ref{handler_}, object_ref{handler_->tags()}});
+    try {
+        engine.call("ZXSetZentrixHandler", {object_ref{handler_}, object_ref{handler_->tags()}});
+    } catch (...) {
+        stop_listening();
+        throw;
+    }
 }
 
 panel_program::~panel_program()
 {
     frame_->close();
     handler_->detach();
+    stop_listening();
+}
+
+void panel_program::stop_listening()
+{
     handler_->on_call({});
     handler_->tags()->on_write({});
     window::on_failure({});
@@ -85,7 +99,8 @@ void panel_program::place_windows()
     AdjustWindowRect(&around, WS_OVERLAPPEDWINDOW, TRUE);
     SetWindowPos(wave_window_->handle(), nullptr, margin, margin, around.right - around.left,
                  around.bottom - around.top, SWP_NOZORDER | SWP_NOACTIVATE);
-    move(frame_->handle(), margin + around.right - around.left + margin / 2, margin);
+    GetWindowRect(wave_window_->handle(), &around);  // a narrow one is made wider than asked for
+    move(frame_->handle(), around.right + margin / 2, margin);
 }
 
 void panel_program::show()
@@ -98,11 +113,19 @@ void panel_program::show()
 void panel_program::run()
 {
     show();
-    if (options_.quit_after_ms) SetTimer(wave_window_->handle(), quit_timer, *options_.quit_after_ms, nullptr);
-    if (!options_.screenshot.empty() || !options_.screenshot_of_all.empty())
-        SetTimer(wave_window_->handle(), screenshot_timer, time_to_paint_ms, nullptr);
+    start_timers();
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) dispatch(message);
+    take_screenshots();  // if the end came before their time
+}
+
+void panel_program::start_timers()
+{
+    // A procedure of its own is called by the loops of dialogs and menus too.
+    const auto quit = [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(0); };
+    if (options_.quit_after_ms) SetTimer(wave_window_->handle(), quit_timer, *options_.quit_after_ms, quit);
+    if (!options_.screenshot.empty() || !options_.screenshot_of_all.empty())
+        SetTimer(wave_window_->handle(), screenshot_timer, time_to_paint_ms, nullptr);
 }
 
 bool panel_program::work_off_messages()
@@ -118,7 +141,6 @@ bool panel_program::work_off_messages()
 void panel_program::dispatch(MSG& message)
 {
     const bool own_timer = message.message == WM_TIMER && message.hwnd == wave_window_->handle();
-    if (own_timer && message.wParam == quit_timer) return PostQuitMessage(0);
     if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
     const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
     if (for_us && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
@@ -154,16 +176,19 @@ void panel_program::colour_phases(bool coloured)
 
 void panel_program::save()
 {
-    wchar_t file[MAX_PATH] = L"corrected.npy";
+    std::vector<wchar_t> file(longest_path);
+    wcscpy(file.data(), L"corrected.npy");
     OPENFILENAMEW question{};
     question.lStructSize = sizeof question;
     question.hwndOwner = wave_window_->handle();
     question.lpstrFilter = L"Wave (*.npy)\0*.npy\0";
     question.lpstrDefExt = L"npy";
-    question.lpstrFile = file;
-    question.nMaxFile = MAX_PATH;
+    question.lpstrFile = file.data();
+    question.nMaxFile = static_cast<DWORD>(file.size());
     question.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
-    if (GetSaveFileNameW(&question)) write_image(file, *handler_->result());
+    if (GetSaveFileNameW(&question)) return write_image(file.data(), *handler_->result());
+    if (const DWORD error = CommDlgExtendedError(); error != 0)  // not just "Cancel"
+        alert("The system could not ask for a file's name (error " + std::to_string(error) + ").");
 }
 
 void panel_program::pictures_changed()
@@ -210,9 +235,10 @@ void panel_program::take_screenshots()
     KillTimer(wave_window_->handle(), screenshot_timer);
     for (const HWND window : {wave_window_->handle(), frame_->handle()})
         RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    if (!options_.screenshot.empty()) write_png(options_.screenshot, picture_of_client(frame_->handle()));
-    if (!options_.screenshot_of_all.empty())
-        write_png(options_.screenshot_of_all, picture_of_screen({wave_window_->handle(), frame_->handle()}));
+    if (const auto file = std::exchange(options_.screenshot, {}); !file.empty())
+        write_png(file, picture_of_client(frame_->handle()));
+    if (const auto file = std::exchange(options_.screenshot_of_all, {}); !file.empty())
+        write_png(file, picture_of_screen({wave_window_->handle(), frame_->handle()}));
 }
 
 void panel_program::log(const std::string& line)

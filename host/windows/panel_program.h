@@ -61,6 +61,7 @@ class panel_program : private panel_view
     void panel_closed() override;
 
     void listen();
+    void stop_listening();
     void make_windows();
     void make_transfer_window();
     void place_windows();
@@ -68,6 +69,7 @@ class panel_program : private panel_view
     void command(unsigned id);
     void colour_phases(bool coloured);
     void save();
+    void start_timers();
     void take_screenshots();
     void log(const std::string& line);
     void alert(const std::string& text);

@@ -24,13 +24,14 @@ void DDX_Control(CDataExchange* exchange, int id, CWnd& control)
 void DDX_Text(CDataExchange* exchange, int id, CString& text)
 {
     const HWND control = exchange->PrepareCtrl(id);
-    if (!exchange->m_bSaveAndValidate) {
-        ::SetWindowText(control, text);
-        return;
-    }
     std::vector<TCHAR> room(static_cast<std::size_t>(::GetWindowTextLength(control)) + 1);
     ::GetWindowText(control, room.data(), static_cast<int>(room.size()));
-    text = CString{room.data()};
+    const CString shown{room.data()};
+    if (exchange->m_bSaveAndValidate) {
+        text = shown;
+    } else if (!(shown == text)) {  // else the caret would jump to the front
+        ::SetWindowText(control, text);
+    }
 }
 
 void DDX_Slider(CDataExchange* exchange, int id, int& position)

@@ -4,6 +4,7 @@
 
 #include <uxtheme.h>
 
+#include <exception>
 #include <string>
 
 #include "panel/current.h"
@@ -24,12 +25,16 @@ std::string text_in(HWND edit)
     return text;
 }
 
-/// A number field. Half-typed numbers leave the member as it was: nobody wants a message while typing a sign.
+/// A number field. Half-typed numbers leave the member as it was: nobody wants a message while typing a sign. A field that
+/// shows the member already is left alone both ways: the caret stays where it is, and the digits that are not shown stay.
 void DDX_Number(CDataExchange* exchange, UINT id, float& value)
 {
     const HWND edit = exchange->PrepareCtrl(static_cast<int>(id));
+    const std::string shown = text_in(edit);
+    float number = 0;
+    if (read_number(shown, number) && text_of(number) == text_of(value)) return;
     if (exchange->m_bSaveAndValidate) {
-        read_number(text_in(edit), value);
+        read_number(shown, value);
     } else {
         ::SetWindowTextA(edit, text_of(value).c_str());
     }
@@ -69,7 +74,12 @@ void CZXPage::DoDataExchange(CDataExchange* exchange)
 BOOL CZXPage::OnInitDialog()
 {
     stage_ = stage::filling;
-    LoadFromTags();
+    std::exception_ptr failure;
+    try {
+        LoadFromTags();
+    } catch (...) {
+        failure = std::current_exception();  // told when the page can be used
+    }
     for (row_windows& r : rows_) {  // the range 0..359 is what each knob sets itself up with
         r.knob.SetEditMode(edit_mode::editable);
         r.knob.SetKnobRadius(5);
@@ -84,6 +94,7 @@ BOOL CZXPage::OnInitDialog()
     narrow_margins();
     set_spin_ranges();
     set_accelerations();
+    if (failure) std::rethrow_exception(failure);
     return focus;
 }
 

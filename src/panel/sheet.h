@@ -10,6 +10,7 @@ class CZXSheet : public CPropertySheet
     DECLARE_DYNAMIC(CZXSheet)
   public:
     CZXSheet();
+    ~CZXSheet() override { DestroyWindow(); }  // while this is still a CZXSheet, to be forgotten as the current one
 
     /// Reloads the page in front; the others reload when they come to the front.
     void RefreshFromTags();

@@ -91,6 +91,7 @@ void CZentrixPanel::OnShowWindow(BOOL show, UINT status)
 void CZentrixPanel::first_showing()
 {
     current::panel = this;
+    const HWND window = m_hWnd;
     std::exception_ptr failure;
     try {
         RefreshFromTags();
@@ -98,7 +99,8 @@ void CZentrixPanel::first_showing()
     } catch (...) {
         failure = std::current_exception();  // a handler's mistake must not leave an empty panel
     }
-    lay_out();
+    // A handler may close the panel, and then there is nothing left to lay out.
+    if (current::panel == this && ::IsWindow(window)) lay_out();
     if (failure) std::rethrow_exception(failure);
 }
 

@@ -12,7 +12,7 @@ namespace qorv::dm {
 /// Does nothing without a tag group or while there is no panel.
 void ZentrixPanelUpdateDM();
 
-/// Script function ZXIsPaletteOpen: 1 once a panel exists, also while it is hidden; else 0.
+/// Script function ZXIsPaletteOpen: 1 once the panel was shown, also while it is hidden again; else 0.
 std::int32_t IsPaletteOpenDM();
 
 /// Script function ZXIsWindowVisible: non-zero while the panel's window is visible; 0 without a panel.

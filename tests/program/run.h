@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "files/scratch.h"
+#include "host/system_path.h"
 
 namespace support {
 
@@ -41,7 +42,7 @@ class workbench
         // The command processor drops the outer quotes. Wine now and then fails to start it, which is -1; no program of
         // ours ends with that.
         for (int attempt = 0; attempt < 3 && result.code == -1; ++attempt)
-            result.code = std::system(("\"" + command + "\"").c_str());
+            result.code = _wsystem(zentrix::host::system_path("\"" + command + "\"").wstring().c_str());
 #else
         const int status = std::system(command.c_str());
         result.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;

@@ -32,6 +32,13 @@ void expect_control(HWND dialog, const wanted_control& wanted)
     }
 }
 
+void expect_range(const control& spin, int low, int high)
+{
+    int is_low = -1, is_high = -1;
+    spin.send(UDM_GETRANGE32, reinterpret_cast<WPARAM>(&is_low), reinterpret_cast<LPARAM>(&is_high));
+    EXPECT_TRUE(is_low == low && is_high == high) << is_low << ".." << is_high;
+}
+
 int children_of(HWND dialog)
 {
     int count = 0;
@@ -68,6 +75,7 @@ TEST_F(panel_window, pages_have_every_control_in_its_place)
             EXPECT_EQ(spin_style & 0xff, UDS_AUTOBUDDY | UDS_ARROWKEYS | UDS_NOTHOUSANDS);
             EXPECT_EQ(reinterpret_cast<HWND>(of_page(row.modulus_spin).send(UDM_GETBUDDY)),
                       of_page(row.modulus).window);
+            expect_range(of_page(row.modulus_spin), 0, 9999);
             for (const int edit : {row.modulus, row.step}) {
                 EXPECT_EQ((style_of(dialog, edit) & ES_NUMBER) != 0, page.index == 4) << edit;
             }
@@ -75,11 +83,7 @@ TEST_F(panel_window, pages_have_every_control_in_its_place)
                 expect({row.knob, "msctls_trackbar32", "", 54, y - 11, 36, 36});
                 expect({row.angle_spin, "msctls_updown32", "", 88, y - 2, 10, 14});
                 EXPECT_EQ(style_of(dialog, row.angle_spin) & 0xff, UDS_ARROWKEYS);
-                int low = -1, high = -1;
-                of_page(row.angle_spin)
-                    .send(UDM_GETRANGE32, reinterpret_cast<WPARAM>(&low), reinterpret_cast<LPARAM>(&high));
-                EXPECT_EQ(low, 0);
-                EXPECT_EQ(high, page.index == 4 ? 259 : 359);
+                expect_range(of_page(row.angle_spin), 0, page.index == 4 ? 259 : 359);
                 EXPECT_EQ(of_page(row.knob).send(TBM_GETRANGEMAX), 359);
                 const control edit{GetWindow(of_page(row.knob).window, GW_CHILD)};
                 const RECT place = edit.place(), wanted{17, 20, 39, 35};

@@ -1,5 +1,8 @@
 // What each page writes and calls when it is used.
+#include "panel/rules/tag_record.h"
 #include "windows/page_tables.h"
+
+#include <set>
 
 namespace windows_tests {
 namespace {
@@ -227,6 +230,52 @@ TEST_F(panel_window, an_angle_beyond_the_dial_is_brought_back_and_stored)
     EXPECT_EQ(heard(), (events{"OnChange", "AngB2 = 359", "OnChange"}));
 }
 
+TEST_F(every_row, touches_the_tags_as_the_record_says)
+{
+    std::set<std::string> written, asked_by_knobs;
+    for_each_row([&](const row_table& row) {
+        of_page(row.modulus).type("2");
+        of_page(row.step).type("3");
+        pump();
+        if (row.knob) {
+            host.take_reads();
+            of_page(row.knob).send(TBM_SETPOS, TRUE, 12);
+            pump();
+            for (const auto& key : host.take_reads()) asked_by_knobs.insert(key);
+        }
+        of_page(row.modulus_spin).click_spin(1);
+        for (const auto& event : heard()) written.insert(event.substr(0, event.find(" = ")));
+    });
+    written.erase("OnChange");
+    of_panel(5111).send(CB_SETCURSEL, 2);
+    SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE), reinterpret_cast<LPARAM>(of_panel(5111).window));
+    EXPECT_EQ(heard().front(), "DisplayMode = 3");
+    for (const auto& rule : qorv::panel::tag_record()) {
+        using enum qorv::panel::tag_written;
+        const std::string key = rule.key;
+        if (rule.written != display_pick) {
+            EXPECT_EQ(written.contains(key), rule.written != never) << key;
+        }
+        EXPECT_EQ(asked_by_knobs.contains(key), rule.read == qorv::panel::tag_read::page_load_and_knob) << key;
+    }
+}
+
+TEST_F(panel_window, a_page_whose_tags_could_not_be_read_recovers)
+{
+    host.break_tags(true);
+    show_panel();
+    EXPECT_FALSE(host.take_errors().empty());
+    EXPECT_TRUE(IsWindowVisible(sheet()));
+    host.break_tags(false);
+    host.set("ModA1", 2.5f);
+    go_to_page(2);
+    go_to_page(1);
+    heard();
+    EXPECT_EQ(of_page(5088).text(), "2.5");
+    of_page(5088).type("4");
+    EXPECT_EQ(heard(), (events{"ModA1 = 4", "OnChange"}));
+}
+
 TEST_F(panel_window, enable_keys_grey_their_page_whole_and_no_other)
 {
     show_panel();
@@ -262,6 +311,10 @@ TEST_F(panel_window, missing_keys_tags_and_handler_are_borne_in_silence)
 
     host.hand_over(true, false);
     of_page(5004).send(TBM_SETPOS, TRUE, 13);
+    EXPECT_EQ(heard(), events{});
+    of_page(5088).type("4");
+    of_page(5090).type("2");
+    EXPECT_EQ(heard(), events{"OnChange"}) << "for the value, not for the step";
     SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE), reinterpret_cast<LPARAM>(of_panel(5111).window));
     host.update_panel();
     EXPECT_EQ(heard(), events{});

@@ -100,6 +100,48 @@ TEST_F(panel_window, updates_while_its_own_edit_is_being_handled)
     EXPECT_EQ(of_page(5088).text() + " " + of_page(5095).text(), "4 9");
 }
 
+TEST_F(panel_window, the_caret_stays_while_the_handler_updates_the_panel)
+{
+    host.set("ModB2", 0.33333334f);  // more digits than its field shows
+    show_panel();
+    go_to_page(1);
+    host.on_call = [&] { host.update_panel(); };
+    SetFocus(of_page(5088).window);
+    of_page(5088).send(EM_SETSEL, 0, -1);
+    for (const char c : {'1', '2', '.', '5'}) of_page(5088).send(WM_CHAR, static_cast<WPARAM>(c), 1);
+    EXPECT_EQ(of_page(5088).text(), "12.5");
+    of_page(5093).click_spin(1);
+    EXPECT_EQ(of_page(5092).text(), "1.33333");
+    host.on_call = nullptr;
+}
+
+TEST_F(panel_window, a_handler_may_close_the_panel)
+{
+    const auto close = [&] { host.close_panel(); };
+    host.on_call = close;
+    ShowWindow(panel, SW_SHOW);
+    pump();
+    EXPECT_FALSE(IsWindow(panel));
+    EXPECT_FALSE(host.palette_open());
+    for (const int id : {5088, 5089, 5100}) {
+        host.on_call = nullptr;
+        panel = host.open_panel(frame);
+        show_panel();
+        go_to_page(1);
+        host.on_call = close;
+        if (id == 5089)
+            of_page(id).click_spin(1);
+        else if (id == 5088)
+            of_page(id).type("3");
+        else
+            of_panel(id).send(BM_CLICK);
+        EXPECT_FALSE(IsWindow(panel)) << id;
+    }
+    host.on_call = nullptr;
+    host.take_events();
+    EXPECT_EQ(host.take_errors(), events{});
+}
+
 TEST_F(panel_window, nothing_that_a_handler_throws_gets_into_the_system)
 {
     host.on_call = [] { throw zentrix::host::script_error{"The script failed."}; };

@@ -19,6 +19,7 @@ engine_options with_companion()
 
 std::optional<tag> panel_host::recorded_tags::get(const std::string& name) const
 {
+    if (broken) throw script_error{"This tag cannot be read."};
     reads.push_back(name);
     const auto found = values.find(name);
     return found == values.end() ? std::nullopt : std::optional{found->second};

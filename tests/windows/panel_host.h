@@ -46,6 +46,8 @@ class panel_host
     /// What the error manager was told since last asked.
     events take_errors();
     std::function<void()> on_call;  ///< what the handler does at each call
+    /// Whether reading a tag fails with "This tag cannot be read.".
+    void break_tags(bool broken) { tags_->broken = broken; }
 
   private:
     struct recorded_tags : zentrix::host::memory_tag_group
@@ -56,6 +58,7 @@ class panel_host
 
         std::map<std::string, zentrix::host::tag> values;
         mutable events reads;
+        bool broken = false;
     };
 
     zentrix::host::engine engine_;

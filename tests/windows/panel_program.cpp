@@ -75,13 +75,13 @@ class at_the_panel : public testing::Test
         EXPECT_EQ(engine_.report().text(), "");
     }
 
-    void start(int width = 64, int height = 48)
+    void start(int width = 64, int height = 48, std::optional<unsigned> quit_after_ms = 600000)
     {
         support::write_wave(bench_ / "wave.npy", width, height, wave_at);
         panel_program_options options;
         options.title = "wave.npy";
         options.log = bench_ / "log";
-        options.quit_after_ms = 600000;  // nobody watches: no message boxes
+        options.quit_after_ms = quit_after_ms;  // with it nobody watches: no message boxes
         program_.emplace(engine_, read_npy(bench_ / "wave.npy"), microscope{300, 0.05, {}, false}, options);
         program_->show();
         settle();
@@ -378,6 +378,61 @@ TEST_F(at_the_panel, a_correction_that_fails_is_told_once_and_leaves_the_picture
     EXPECT_TRUE(same_bytes(result(), commanded(with({"--C1", "-31"}))));
 }
 
+TEST_F(at_the_panel, a_failed_correction_is_neither_applied_nor_saved)
+{
+    start();
+    engine_.faults().plan({fault_point::call, 0, "void ImageDataChanged( ImageRef )"});
+    of_page(0, 5003).type("-30");
+    engine_.faults().clear();
+    const struct
+    {
+        const char *typed, *told;
+    } failures[] = {{nullptr, "alert This host call was made to fail."}, {"3e38", "alert C1 is too large."}};
+    for (const auto& [typed, told] : failures) {
+        if (typed) of_page(0, 5003).type(typed);
+        EXPECT_EQ(logged().back(), told);
+        const auto value = of_page(0, 5003).text();
+        of_panel(1).send(BM_CLICK);
+        EXPECT_EQ(logged(), (events{"call OnApply", told}));
+        EXPECT_EQ(of_page(0, 5003).text(), value);
+        EXPECT_THROW(result(), script_error);
+    }
+    of_page(0, 5003).type("-31");
+    EXPECT_TRUE(same_bytes(result(), commanded(with({"--C1", "-31"}))));
+}
+
+TEST_F(at_the_panel, tells_a_user_by_one_box_at_a_time)
+{
+    start(64, 48, std::nullopt);
+    int boxes = 0;
+    const answer read_and_ok{[&](HWND box) {
+        EXPECT_EQ(control{box}.text(), "Zentrix");
+        if (++boxes == 1) SetWindowTextA(of_page(0, 5003).window, "-3e38");  // the same again, under the open box
+        SendMessageW(box, WM_COMMAND, IDOK, 0);
+    }};
+    of_page(0, 5003).type("3e38");
+    EXPECT_EQ(logged(), (events{"tag C1 = 3e+38", "call OnChange", "alert C1 is too large.", "tag C1 = -3e+38",
+                                "call OnChange", "alert C1 is too large."}));
+    EXPECT_EQ(boxes, 1);
+}
+
+TEST_F(at_the_panel, quits_in_time_though_a_question_is_open)
+{
+    start(64, 48, 300);
+    PostMessageW(program_->wave_window().handle(), WM_COMMAND, IDM_MICROSCOPE, 0);
+    program_->run();  // or the test would not end
+    EXPECT_TRUE(same_bytes(result(), commanded(microscope_options)));
+}
+
+TEST_F(at_the_panel, stands_beside_the_narrowest_wave)
+{
+    start(1, 200);
+    RECT wave, frame, common;
+    GetWindowRect(program_->wave_window().handle(), &wave);
+    GetWindowRect(program_->frame().handle(), &frame);
+    EXPECT_FALSE(IntersectRect(&common, &wave, &frame));
+}
+
 TEST(panel_command, logs_takes_its_picture_and_quits)
 {
     const support::workbench bench;
@@ -392,6 +447,21 @@ TEST(panel_command, logs_takes_its_picture_and_quits)
     EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"all.png", "log", "panel.png", "wave.npy"}));
 }
 
+TEST(panel_command, knows_files_by_any_name_and_takes_its_picture_before_it_quits)
+{
+    const support::workbench bench;
+    support::write_wave(bench / "wave.npy", 40, 30, wave_at);
+    std::filesystem::rename(bench / "wave.npy", bench.folder() / "" / u8"w\u00e9ll\u00e9 \u03bb.npy");
+    const auto name = [](const char8_t* text) { return std::string{reinterpret_cast<const char*>(text)}; };
+    const auto done = bench.zentrix({"panel", name(u8"w\u00e9ll\u00e9 \u03bb.npy"), "--kv", "300", "--pixel", "0.05",
+                                     "--log", name(u8"\u00f6.log"), "--screenshot", "panel.png", "--quit-after", "1"});
+    EXPECT_EQ(done.code, 0) << done.err;
+    EXPECT_TRUE(std::filesystem::exists(bench.folder() / "" / u8"\u00f6.log"));
+    EXPECT_TRUE(std::filesystem::exists(bench / "panel.png"));
+    const auto refused = bench.zentrix({"info", name(u8"\u03bb.npy")});
+    EXPECT_NE(refused.err.find(name(u8"\u03bb.npy: there is no such file")), std::string::npos) << refused.err;
+}
+
 TEST(panel_command, refuses_what_it_cannot_show)
 {
     const support::workbench bench;
@@ -404,6 +474,8 @@ TEST(panel_command, refuses_what_it_cannot_show)
     } cases[] = {{{"real.npy", "--kv", "300", "--pixel", "1"}, 1},
                  {{"none.npy", "--kv", "300", "--pixel", "1"}, 1},
                  {{"wave.npy", "--kv", "300", "--pixel", "1", "--log", "no/such/folder/log"}, 1},
+                 {{"wave.npy", "--kv", "300", "--pixel", "1", "--screenshot", "panel.jpg"}, 1},
+                 {{"wave.npy", "--kv", "300", "--pixel", "1", "--A1", "5@12.5"}, 1},
                  {{"wave.npy", "--kv", "0", "--pixel", "1"}, 2},
                  {{"wave.npy", "--kv", "300"}, 2}};
     for (const auto& [words, code] : cases) {

@@ -84,12 +84,14 @@ TEST_F(panel_window, knob_is_painted_by_the_rules_to_the_pixel)
     const LONG right = of_page(5048).place().left - knob.place().left;
     for (const int position : {0, 45, 123, 200, 359}) {
         knob.send(TBM_SETPOS, TRUE, position);
-        InvalidateRect(knob.window, nullptr, TRUE);
         SetFocus(other.window);
         expect_picture(knob, right, true, false, false);
         SetFocus(knob.window);
         expect_picture(knob, right, true, true, false);
     }
+    const RECT part{5, 8, 30, 40};
+    InvalidateRect(knob.window, &part, FALSE);
+    expect_picture(knob, right, true, true, false);
     const int cx = knob.client().right / 2, cy = knob.client().bottom / 2;
     knob.mouse(WM_LBUTTONDOWN, cx - 15, cy - 8);
     expect_picture(knob, right, true, true, true);

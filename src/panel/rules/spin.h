@@ -1,14 +1,20 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 #include <cstdint>
+
 #include "panel/rules/knob_geometry.h"
 
 /// What a click on a spin button does to the value beside it.
 namespace qorv::panel {
 
-/// Moduli know no bounds: a click moves them by a step, also below zero.
-inline float spin_modulus(float modulus, float step, int delta) { return modulus + step * static_cast<float>(delta); }
+/// Moduli know no bounds: a click moves them by a step, also below zero. What would leave the numbers stays.
+inline float spin_modulus(float modulus, float step, int delta)
+{
+    const float moved = modulus + step * static_cast<float>(delta);
+    return std::isfinite(moved) ? moved : modulus;
+}
 
 enum class shift_key
 {
