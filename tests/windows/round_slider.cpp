@@ -89,7 +89,10 @@ TEST_F(panel_window, knob_is_painted_by_the_rules_to_the_pixel)
         SetFocus(knob.window);
         expect_picture(knob, right, true, true, false);
     }
-    const RECT part{5, 8, 30, 40};
+    const RECT part{30, 20, 50, 50};  // spoilt, and painted alone
+    const HDC on_knob = GetDC(knob.window);
+    FillRect(on_knob, &part, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+    ReleaseDC(knob.window, on_knob);
     InvalidateRect(knob.window, &part, FALSE);
     expect_picture(knob, right, true, true, false);
     const int cx = knob.client().right / 2, cy = knob.client().bottom / 2;
