@@ -174,21 +174,50 @@ TEST_F(panel_window, stacks_sheet_and_controls_when_first_shown)
     }
 }
 
-TEST_F(panel_window, pictures)
+/// Pixels that a control's text takes beyond its room; negative where it fits.
+LONG overhang(const control& of)
 {
+    const std::string text = of.text();
+    const HDC dc = GetDC(of.window);
+    const HGDIOBJ former = SelectObject(dc, reinterpret_cast<HGDIOBJ>(of.send(WM_GETFONT)));
+    SIZE needed{};
+    GetTextExtentPoint32A(dc, text.c_str(), static_cast<int>(text.size()), &needed);
+    SelectObject(dc, former);
+    ReleaseDC(of.window, dc);
+    RECT room = of.client();
+    if (of.class_name() == "Edit") of.send(EM_GETRECT, 0, reinterpret_cast<LPARAM>(&room));
+    return needed.cx - (room.right - room.left);
+}
+
+TEST_F(panel_window, cuts_no_text_and_no_usual_number)
+{
+    const struct
+    {
+        float modulus, step;
+        int angle;
+    } values[] = {{-62.5f, 0.5f, 35}, {0.15f, 0.01f, 210}, {1200, 10, 300}};
+    for (const page_table& page : pages) {
+        for (std::size_t i = 0; i < page.rows.size(); ++i) {
+            host.set(page.rows[i].key, values[i].modulus);
+            host.set(page.rows[i].step_key(), values[i].step);
+            if (page.rows[i].knob) host.set(page.rows[i].angle_key, values[i].angle);
+        }
+    }
     show_panel();
     for (const page_table& page : pages) {
-        go_to_page(page.index);
+        for (HWND child = GetWindow(go_to_page(page.index), GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+            if (!IsWindowVisible(child) || control{child}.class_name() == "msctls_trackbar32") continue;
+            EXPECT_LE(overhang({child}), 0) << page.tab << ": " << control{child}.text();
+        }
         screenshot(page.tab);
     }
-    for (const auto& [key, value] : {std::pair{"AngA1", 35}, {"AngB2", 210}, {"AngA2", 300}}) host.set(key, value);
-    for (const auto& [key, value] : {std::pair{"ModA1", 2.5f}, {"ModB2", 120.f}, {"ModA2", 40.f}}) host.set(key, value);
+    for (const int id : {1, 5113}) EXPECT_LE(overhang(of_panel(id)), 0) << id;
     go_to_page(1);
     const control knob = of_page(5004);
     knob.mouse(WM_LBUTTONDOWN, 40, 15);
+    EXPECT_LE(overhang({GetWindow(knob.window, GW_CHILD)}), 0);
     screenshot("drag");
     knob.mouse(WM_LBUTTONUP, 40, 15);
-    EXPECT_NE(host.long_at("AngA1"), 0);
 }
 
 }  // namespace
