@@ -3,6 +3,7 @@
 #include <cmath>
 #include <complex>
 #include <cstddef>
+#include <limits>
 #include <numbers>
 #include <vector>
 
@@ -35,7 +36,7 @@ double modulus(wide v)
 double scale_of(double m, correlation_mode mode)
 {
     if (mode == correlation_mode::plain) return 1;
-    if (m == 0) return 0;
+    if (m < std::numeric_limits<double>::min()) return 0;  // nothing, or so little that 1 / m would overflow
     return mode == correlation_mode::phase_only ? 1 / m : 1 / std::sqrt(m);
 }
 

@@ -11,7 +11,7 @@ namespace qorv::library {
 enum class correlation_mode : std::int32_t
 {
     plain = 0,       ///< kept
-    phase_only = 1,  ///< 1, and 0 where m is 0
+    phase_only = 1,  ///< 1, and 0 where m is 0 or no normal number
     mutual = 2,      ///< sqrt(m)
 };
 

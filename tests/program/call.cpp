@@ -163,7 +163,7 @@ TEST(unwrap, joins_a_phase_and_says_what_it_cannot_take)
               "wave first)\n"},
           row{{"phase.npy", "--phase"}, "phase.npy: holds float32 40 x 30; --phase needs a complex wave\n"},
           row{{"whole.npy"}, "whole.npy: holds int32 4 x 4; expected float32 or float64, in radians\n"},
-          row{{"phase.npy", "--png", "a.jpg"}, "a.jpg: cannot be written: expected a name ending in .npy or .png\n"}}) {
+          row{{"phase.npy", "--png", "a.jpg"}, "a.jpg: cannot be the picture: expected a name ending in .png\n"}}) {
         std::vector<std::string> all{"unwrap", "-o", "refused.npy"};
         all.insert(all.end(), words.begin(), words.end());
         const auto done = bench.zentrix(all);

@@ -1,0 +1,116 @@
+// How fluid a drag is: the A1 knob of the real panel turned on a wave of 1024 x 1024, with the wave's window drawn as it
+// follows. Windows, or under Wine with a display.
+#include "host/windows/panel_program.h"
+
+#include <prsht.h>
+
+#include <cmath>
+#include <complex>
+#include <cstring>
+#include <random>
+
+#include "bench.h"
+#include "companion/electron.h"
+#include "host/correction/multiply_spectrum.h"
+#include "host/library.h"
+
+namespace {
+
+using namespace zentrix::host;
+constexpr int size = 1024, basic_page = 1, modulus_field = 5088, knob = 5004;
+constexpr microscope scope{300, 0.05, {}, false};
+
+image_ref noise()
+{
+    const std::uint32_t sizes[] = {size, size};
+    auto wave = image::create("noise", 3, sizes);
+    std::mt19937 random{1};
+    std::normal_distribution<float> normal{0, 0.3F};
+    auto* const pixels = static_cast<std::complex<float>*>(wave->data());
+    std::generate_n(pixels, wave->count(), [&] { return std::complex<float>{1 + normal(random), normal(random)}; });
+    return wave;
+}
+
+/// The knob as a hand turns it: a button pressed on its rim and moved round.
+class hand
+{
+  public:
+    explicit hand(HWND panel)
+    {
+        const HWND sheet = FindWindowExW(panel, nullptr, L"#32770", nullptr);
+        SendMessageW(sheet, PSM_SETCURSEL, basic_page, 0);
+        const auto page = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
+        SetWindowTextA(GetDlgItem(page, modulus_field), "14");
+        knob_ = GetDlgItem(page, knob);
+        GetClientRect(knob_, &client_);
+    }
+    void send(UINT message, double turns) const
+    {
+        const double angle = 6.283185307179586 * turns, reach = 0.4 * client_.right;
+        const auto x = std::lround(client_.right / 2 + reach * std::cos(angle));
+        const auto y = std::lround(client_.bottom / 2 - reach * std::sin(angle));
+        SendMessageW(knob_, message, MK_LBUTTON, MAKELPARAM(x, y));
+    }
+    int degrees() const { return static_cast<int>(SendMessageW(knob_, WM_USER, 0, 0)); }  // TBM_GETPOS
+
+  private:
+    HWND knob_;
+    RECT client_;
+};
+
+void check_result(engine& host, const image_ref& wave, panel_program& program, int degrees)
+{
+    zentrix::companion::optics setup;
+    setup.wavelength_nm = zentrix::companion::electron_wavelength(scope.kilovolts);
+    setup.pixel_nm = scope.pixel_nm;
+    setup.lens[zentrix::companion::coefficient::A1] = {14, static_cast<double>(degrees)};
+    const auto expected = wave->clone();
+    std::memcpy(expected->data(), wave->data(), wave->count() * sizeof(std::complex<float>));
+    multiply_spectrum(host, expected,
+                      zentrix::companion::arguments_for(setup, size, size, zentrix::companion::direction::remove));
+    bench::check(std::memcmp(expected->data(), program.handler().result()->data(),
+                             wave->count() * sizeof(std::complex<float>)) == 0,
+                 "the panel's picture is not the correction's");
+}
+
+void drag(engine& host, const image_ref& wave, display_mode shown, const char* name)
+{
+    panel_program_options options;
+    options.title = name;
+    options.start.shown = shown;
+    options.quit_after_ms = 0;
+    panel_program program{host, wave, scope, options};
+    program.show();
+    const hand turning{program.frame().content()};
+    program.work_off_messages();
+    turning.send(WM_LBUTTONDOWN, 0);
+    using clock = std::chrono::steady_clock;
+    const int before = program.handler().correction().spent().computed;
+    const auto start = clock::now();
+    int moves = 0;
+    while (clock::now() - start < std::chrono::seconds{5}) {
+        turning.send(WM_MOUSEMOVE, 0.003 * ++moves);
+        program.work_off_messages();
+    }
+    const double seconds = std::chrono::duration<double>(clock::now() - start).count();
+    const int pictures = program.handler().correction().spent().computed - before;
+    turning.send(WM_LBUTTONUP, 0.003 * moves);
+    program.work_off_messages();
+    check_result(host, wave, program, turning.degrees());
+    std::printf("%-10s %5.1f pictures a second, %.1f ns/px; %s\n", name, pictures / seconds,
+                seconds * 1e9 / pictures / (double(size) * size), program.costs().c_str());
+}
+
+}  // namespace
+
+int main()
+{
+    engine_options options;
+    options.file_exists = [](const std::string&) { return true; };
+    engine host{options};
+    library zentrix{host, find_library_file()};
+    const auto wave = noise();
+    drag(host, wave, display_mode::modulus, "modulus");
+    drag(host, wave, display_mode::log_modulus, "log");
+    drag(host, wave, display_mode::phase, "phase");
+}
