@@ -83,6 +83,7 @@ int run(int argc, char** argv)
         "zentrix"};
     app.require_subcommand(1);
     app.fallthrough();
+    app.allow_windows_style_options(false);  // what begins with a slash is a path, under Wine above all
     app.footer("Exit code: 0 done, 1 a file or a function failed, 2 the command line cannot be understood.");
     add_global_options(app, global);
     add_functions_command(app, global);
