@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <limits>
@@ -73,18 +74,26 @@ struct Elementwise : testing::Test
 using precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(Elementwise, precisions);
 
-TYPED_TEST(Elementwise, ModulusIsWithinTheLastPlaces)
+TYPED_TEST(Elementwise, ModulusAndPhaseAreWithinTheLastPlaces)
 {
     using T = TypeParam;
     const auto src = complex_noise<T>(5000);
-    for (const auto& variant : runnable(library::modulus_variants<T>)) {
-        std::vector<T> got(src.size());
-        variant.function(src.data(), got.data(), static_cast<std::ptrdiff_t>(src.size()));
+    const auto count = static_cast<std::ptrdiff_t>(src.size());
+    std::vector<T> modulus(src.size()), phase(src.size());
+    const auto expect_modulus = [&](const char* name) {
         for (std::size_t i = 0; i < src.size(); ++i) {
             const long double re = src[i].real(), im = src[i].imag();
-            ASSERT_LE(ulps(got[i], std::sqrt(re * re + im * im)), 1.5) << variant.name << src[i];
+            ASSERT_LE(ulps(modulus[i], std::sqrt(re * re + im * im)), 1.5) << name << src[i];
         }
+    };
+    for (const auto& variant : runnable(library::modulus_variants<T>)) {
+        variant.function(src.data(), modulus.data(), count);
+        expect_modulus(variant.name);
     }
+    library::modulus_and_phase(src.data(), modulus.data(), phase.data(), count);
+    expect_modulus("with phase");
+    for (std::size_t i = 0; i < src.size(); ++i)
+        ASSERT_NEAR(phase[i], std::arg(complex<long double>(src[i])), 2 * std::numeric_limits<T>::epsilon()) << src[i];
 }
 
 TYPED_TEST(Elementwise, SafeModulusKeepsItsScaleAndItsSpecialValues)
@@ -116,25 +125,6 @@ TYPED_TEST(Elementwise, SafeModulusKeepsItsScaleAndItsSpecialValues)
     }
 }
 
-TYPED_TEST(Elementwise, PolarIsUndoneByModulusAndPhase)
-{
-    using T = TypeParam;
-    const std::size_t count = 3001;
-    std::vector<T> rho = noise<T>(count), theta(count), rho_back(count), theta_back(count);
-    for (std::size_t i = 0; i < count; ++i) {
-        rho[i] = std::abs(rho[i]) + 1;
-        theta[i] = static_cast<T>((double(i) / 1500 - 1) * 3.14159);
-    }
-    std::vector<complex<T>> z(count);
-    library::polar(rho.data(), theta.data(), z.data(), count);
-    library::modulus_and_phase(z.data(), rho_back.data(), theta_back.data(), count);
-    const T epsilon = std::numeric_limits<T>::epsilon();
-    for (std::size_t i = 0; i < count; ++i) {
-        ASSERT_NEAR(rho_back[i] / rho[i], 1, 3 * epsilon) << i;
-        ASSERT_NEAR(theta_back[i], theta[i], 4 * epsilon) << i;
-    }
-}
-
 TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
 {
     using T = TypeParam;
@@ -157,20 +147,17 @@ TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
     EXPECT_TRUE(std::isnan(z[0].real()) && std::isnan(z[0].imag()));
 }
 
-TYPED_TEST(Elementwise, PhaseCoversAllQuadrants)
+TYPED_TEST(Elementwise, PhaseOnTheAxesAndFarOut)
 {
     using T = TypeParam;
     const T pi = static_cast<T>(3.14159265358979323846L);
-    const struct
-    {
-        complex<T> z;
-        T phase;
-    } table[] = {{{2, 2}, pi / 4},   {{0, 5}, pi / 2},         {{-1, 1}, pi * 3 / 4},          {{-3, 0}, pi},
-                 {{-3, -T{0}}, -pi}, {{0, -tiny<T>}, -pi / 2}, {{huge<T>, -huge<T>}, -pi / 4}, {{0, 0}, 0}};
-    for (const auto& row : table) {
+    const std::pair<complex<T>, T> table[] = {
+        {{0, 5}, pi / 2}, {{-3, 0}, pi}, {{-3, -T{0}}, -pi}, {{0, -tiny<T>}, -pi / 2}, {{huge<T>, -huge<T>}, -pi / 4},
+        {{0, 0}, 0}};
+    for (const auto& [z, wanted] : table) {
         T modulus, phase;
-        library::modulus_and_phase(&row.z, &modulus, &phase, 1);
-        EXPECT_NEAR(phase, row.phase, 2 * std::numeric_limits<T>::epsilon()) << row.z;
+        library::modulus_and_phase(&z, &modulus, &phase, 1);
+        EXPECT_NEAR(phase, wanted, 2 * std::numeric_limits<T>::epsilon()) << z;
     }
 }
 
@@ -228,91 +215,81 @@ TYPED_TEST(Elementwise, LogarithmIsTheNaturalOneTimesARoundedFactor)
     EXPECT_EQ(got, static_cast<T>(1.0986122886681098) * factor);
 }
 
-TYPED_TEST(Elementwise, NormIsTheScaledSumOfSquares)
-{
-    using T = TypeParam;
-    const double scale = 0.1;  // not a float
-    std::vector<complex<T>> src = complex_noise<T>(70);
-    for (std::size_t count = 0; count <= 67; ++count) {
-        support::framed<T> real{count};
-        support::framed<complex<T>> apart{count};
-        std::vector<complex<T>> in_place(src.begin(), src.begin() + static_cast<std::ptrdiff_t>(count));
-        const auto n = static_cast<std::ptrdiff_t>(count);
-        library::norm(src.data(), scale, real.inside(), n);
-        library::norm(src.data(), scale, apart.inside(), n);
-        library::norm(in_place.data(), scale, in_place.data(), n);
-        std::vector<T> wanted;
-        std::vector<complex<T>> wanted_complex;
-        for (std::size_t i = 0; i < count; ++i) {
-            const T re = src[i].real(), im = src[i].imag();
-            wanted.push_back((re * re + im * im) * static_cast<T>(scale));
-            wanted_complex.push_back(wanted.back());
-        }
-        EXPECT_TRUE(support::same_bytes(real.copy(), wanted));
-        EXPECT_TRUE(support::same_bytes(apart.copy(), wanted_complex));
-        EXPECT_TRUE(support::same_bytes(in_place, wanted_complex));
-        EXPECT_TRUE(real.frame_untouched() && apart.frame_untouched());
-    }
-}
-
-/// Runs `call(result, count)` into guarded memory and compares with the result of one element at a time.
+/// Runs `call(first, result, count)` into guarded memory and compares with `single`, one element at a time.
 template <class R, class Call, class Single>
 void expect_same_at_every_count(const char* what, Call&& call, Single&& single)
 {
     for (std::size_t count = 0; count <= 67; ++count) {
         support::framed<R> result{count};
-        call(result.inside(), static_cast<std::ptrdiff_t>(count));
+        call(std::size_t{0}, result.inside(), static_cast<std::ptrdiff_t>(count));
         std::vector<R> wanted(count);
-        for (std::size_t i = 0; i < count; ++i) single(&wanted[i], i);
+        for (std::size_t i = 0; i < count; ++i) single(i, &wanted[i], 1);
         ASSERT_TRUE(support::same_bytes(result.copy(), wanted)) << what << " of " << count;
         ASSERT_TRUE(result.frame_untouched()) << what;
     }
 }
 
+template <class R, class Call>
+void expect_same_at_every_count(const char* what, Call&& call)
+{
+    expect_same_at_every_count<R>(what, call, call);
+}
+
 TYPED_TEST(Elementwise, EveryCountGivesTheBitsOfSingleElementsAndOfThePlainKernel)
 {
     using T = TypeParam;
-    std::vector<T> a = noise<T>(67, 3), b = noise<T>(67, 2);
+    std::vector<T> a = noise<T>(67, 3), b = noise<T>(67, 2), phase(67);
     std::vector<complex<T>> z = complex_noise<T>(67);
     a[3] = 0, b[4] = infinity<T>, a[9] = -2, b[9] = 3, a[20] = tiny<T>, z[5] = {huge<T>, tiny<T>},
     z[6] = {tiny<T>, tiny<T>}, z[7] = 0;
-    std::vector<T> phase(67);
     for (const auto& variant : runnable(library::modulus_variants<T>))
-        expect_same_at_every_count<T>(
-            variant.name, [&](T* result, auto n) { variant.function(z.data(), result, n); },
-            [&](T* result, std::size_t i) { variant.function(&z[i], result, 1); });
-    expect_same_at_every_count<T>(
-        "exp2", [&](T* result, auto n) { library::exp2(a.data(), result, n); },
-        [&](T* result, std::size_t i) { library::exp2(&a[i], result, 1); });
+        expect_same_at_every_count<T>(variant.name,
+                                      [&](std::size_t i, T* result, auto n) { variant.function(&z[i], result, n); });
+    expect_same_at_every_count<T>("exp2", [&](std::size_t i, T* result, auto n) { library::exp2(&a[i], result, n); });
+    expect_same_at_every_count<T>("log2", [&](std::size_t i, T* result, auto n) { library::log2(&a[i], result, n); });
     for (const auto& variant : runnable(library::pow_variants<T>))
         expect_same_at_every_count<T>(
-            "pow", [&](T* result, auto n) { variant.function(a.data(), b.data(), result, n); },
-            [&](T* result, std::size_t i) { library::pow_plain(&a[i], &b[i], result, 1); });
+            "pow", [&](std::size_t i, T* result, auto n) { variant.function(&a[i], &b[i], result, n); },
+            [&](std::size_t i, T* result, auto n) { library::pow_plain(&a[i], &b[i], result, n); });
     expect_same_at_every_count<T>(
-        "log2", [&](T* result, auto n) { library::log2(a.data(), result, n); },
-        [&](T* result, std::size_t i) { library::log2(&a[i], result, 1); });
-    expect_same_at_every_count<T>(
-        "phase", [&](T* result, auto n) { library::modulus_and_phase(z.data(), phase.data(), result, n); },
-        [&](T* result, std::size_t i) { library::modulus_and_phase(&z[i], phase.data(), result, 1); });
+        "phase", [&](std::size_t i, T* result, auto n) { library::modulus_and_phase(&z[i], phase.data(), result, n); });
     expect_same_at_every_count<complex<T>>(
-        "polar", [&](complex<T>* result, auto n) { library::polar(a.data(), b.data(), result, n); },
-        [&](complex<T>* result, std::size_t i) { library::polar(a[i], &b[i], result, 1); });
+        "polar", [&](std::size_t i, complex<T>* result, auto n) { library::polar(&a[i], &b[i], result, n); },
+        [&](std::size_t i, complex<T>* result, auto n) { library::polar(a[i], &b[i], result, n); });
     expect_same_at_every_count<complex<T>>(
-        "unit phase", [&](complex<T>* result, auto n) { library::unit_phase(z.data(), result, n); },
-        [&](complex<T>* result, std::size_t i) { library::unit_phase(&z[i], result, 1); });
+        "unit phase", [&](std::size_t i, complex<T>* result, auto n) { library::unit_phase(&z[i], result, n); });
+}
+
+TYPED_TEST(Elementwise, NormIsTheScaledSumOfSquaresIntoRealAndComplex)
+{
+    using T = TypeParam;
+    const double scale = 0.1;  // not a float
+    const std::vector<complex<T>> src = complex_noise<T>(67);
+    const auto norm = [&](std::size_t i, auto* result, auto n) { library::norm(&src[i], scale, result, n); };
+    const auto formula = [&](std::size_t i, auto* result, auto) {
+        *result = (src[i].real() * src[i].real() + src[i].imag() * src[i].imag()) * static_cast<T>(scale);
+    };
+    expect_same_at_every_count<T>("real", norm, formula);
+    expect_same_at_every_count<complex<T>>("complex", norm, formula);
+    expect_same_at_every_count<complex<T>>(
+        "in place",
+        [&](std::size_t, complex<T>* result, auto n) {
+            std::copy_n(src.data(), n, result);
+            library::norm(result, scale, result, n);
+        },
+        formula);
 }
 
 TYPED_TEST(Elementwise, ThePowersWorkInPlace)
 {
     using T = TypeParam;
     const std::vector<T> a = noise<T>(67, 1), b = noise<T>(67, 2);
-    std::vector<T> wanted(67), got = b;
+    std::vector<T> wanted(67), to_a = a, to_b = b;
     library::pow(a.data(), b.data(), wanted.data(), 67);
-    library::pow(a.data(), got.data(), got.data(), 67);
-    EXPECT_TRUE(support::same_bytes(got, wanted));
-    got = a;
-    library::pow(got.data(), b.data(), got.data(), 67);
-    EXPECT_TRUE(support::same_bytes(got, wanted));
+    library::pow(to_a.data(), b.data(), to_a.data(), 67);
+    library::pow(a.data(), to_b.data(), to_b.data(), 67);
+    EXPECT_TRUE(support::same_bytes(to_a, wanted));
+    EXPECT_TRUE(support::same_bytes(to_b, wanted));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -44,11 +45,10 @@ TEST(numbered_name, counts_as_a_person_does)
 
 TEST(numbered_name, keeps_the_order_of_equal_names)
 {
-    std::vector<std::string> names, wanted;
+    std::vector<std::string> names, wanted{"img0"};
     for (int zeros = 0; zeros < 40; ++zeros)
         names.push_back((zeros % 2 ? "IMG" : "img") + std::string(zeros * 7 % 40, '0') + "1");
-    wanted = names;
-    wanted.insert(wanted.begin(), "img0");
+    wanted.insert(wanted.end(), names.begin(), names.end());
     names.push_back("img0");
     library::sort_numbered_names(names);
     EXPECT_EQ(names, wanted);
@@ -78,8 +78,8 @@ TEST(raw_file, counts_bytes_and_refuses_sizes_that_are_none)
 {
     EXPECT_EQ(library::raw_bytes(element_type::complex128, 100000, 100000, 10), 1600000000000u);
     EXPECT_EQ(message_of([] { library::raw_bytes(element_type::none, 0, 1, 1); }), dm::errors::unknown_data_type);
-    for (const auto& [w, h, d] : {std::array{0, 1, 1}, {1, -1, 1}, {1, 1, 0}, {INT32_MAX, INT32_MAX, 3}})
-        EXPECT_EQ(message_of([&, w = w, h = h, d = d] { library::raw_bytes(element_type::float32, w, h, d); }),
+    for (const auto& s : {std::array{0, 1, 1}, {1, -1, 1}, {1, 1, 0}, {INT32_MAX, INT32_MAX, 3}})
+        EXPECT_EQ(message_of([&] { library::raw_bytes(element_type::float32, s[0], s[1], s[2]); }),
                   dm::errors::invalid_image_size);
 }
 

@@ -33,90 +33,47 @@ T by_sorting(const dm::image<const T>& source, std::ptrdiff_t radius, padding ou
     return window.size() % 2 != 0 ? middle : (middle + window[window.size() / 2 - 1]) * T(0.5);
 }
 
-template <class T>
-std::vector<T> run(median_kernel<T>* kernel, const std::vector<T>& pixels, std::array<std::ptrdiff_t, 2> size,
-                   std::ptrdiff_t radius, padding outside)
-{
-    support::framed<T> out{pixels.size()};
-    kernel({pixels.data(), size[0], size[1]}, radius, outside, {out.inside(), size[0], size[1]});
-    EXPECT_TRUE(out.frame_untouched());
-    return out.copy();
-}
-
 TYPED_TEST(MedianFilter, IsTheMiddleOfTheSortedWindow)
 {
     using T = TypeParam;
-    for (std::array<std::ptrdiff_t, 2> size :
-         {std::array<std::ptrdiff_t, 2>{1, 1}, {2, 3}, {7, 1}, {1, 9}, {13, 11}, {31, 33}})
+    for (const extent size : small_planes)
         for (std::ptrdiff_t radius : {0, 1, 2, 3, 5, 9, 13, 17})
             for (content what : {content::noise, content::few_levels, content::infinities})
                 for (padding outside : {padding::none, padding::zeros}) {
                     const auto pixels = picture<T>(what, size[0] * size[1]);
-                    const dm::image<const T> source{pixels.data(), size[0], size[1]};
-                    std::vector<T> wanted;
-                    for (std::ptrdiff_t y = 0; y < size[1]; ++y)
-                        for (std::ptrdiff_t x = 0; x < size[0]; ++x)
-                            wanted.push_back(by_sorting(source, radius, outside, x, y));
-                    for (const auto& v : variants(median_variants<T>))
-                        ASSERT_TRUE(support::same_bytes(run(v.function, pixels, size, radius, outside), wanted))
-                            << v.name << ", " << where(size[0], size[1], radius, what);
+                    const dm::image<const T> plane{pixels.data(), size[0], size[1]};
+                    const auto wanted = at_every_pixel(
+                        plane, [&](auto& p, auto x, auto y) { return by_sorting<T>(p, radius, outside, x, y); });
+                    ASSERT_TRUE(every_variant_gives(wanted, median_variants<T>, plane, radius, outside)) << int(what);
                 }
 }
 
 TYPED_TEST(MedianFilter, EveryVariantGivesThePlainBits)
 {
     using T = TypeParam;
-    for (auto size : planes())
-        for (std::ptrdiff_t radius : {0, 1, 2, 3, 5, 20, 66, 70, 2147483647}) {
-            if (size[0] * size[1] * std::min(radius, size[0]) * std::min(radius, size[1]) > 60000)
-                continue;  // too long for the plain one
-            for (content what : all_contents())
-                for (padding outside : {padding::none, padding::zeros}) {
-                    const auto pixels = picture<T>(what, size[0] * size[1], unsigned(radius));
-                    const auto wanted = run(&median_plain<T>, pixels, size, radius, outside);
-                    for (const auto& v : variants(median_variants<T>))
-                        ASSERT_TRUE(support::same_bytes(run(v.function, pixels, size, radius, outside), wanted))
-                            << v.name << ", " << where(size[0], size[1], radius, what);
-                }
-        }
-}
-
-TYPED_TEST(MedianFilter, LargePlanesAgreeToo)
-{
-    using T = TypeParam;
-    for (std::array<std::ptrdiff_t, 2> size : {std::array<std::ptrdiff_t, 2>{301, 90}, {90, 150}})
-        for (std::ptrdiff_t radius : {1, 2, 7})
-            for (content what : {content::noise, content::zeros})
-                for (padding outside : {padding::none, padding::zeros}) {
-                    const auto pixels = picture<T>(what, size[0] * size[1], unsigned(radius));
-                    const auto wanted = run(&median_plain<T>, pixels, size, radius, outside);
-                    for (const auto& v : variants(median_variants<T>))
-                        ASSERT_TRUE(support::same_bytes(run(v.function, pixels, size, radius, outside), wanted))
-                            << v.name << ", " << where(size[0], size[1], radius, what);
-                }
+    const auto expect = [](extent size, std::ptrdiff_t radius, const std::vector<content>& contents) {
+        for (content what : contents)
+            for (padding outside : {padding::none, padding::zeros}) {
+                const auto pixels = picture<T>(what, size[0] * size[1], unsigned(radius));
+                const dm::image<const T> plane{pixels.data(), size[0], size[1]};
+                const auto wanted = run(&median_plain<T>, plane, radius, outside);
+                ASSERT_TRUE(every_variant_gives(wanted, median_variants<T>, plane, radius, outside)) << int(what);
+            }
+    };
+    for (const extent size : planes())
+        for (std::ptrdiff_t radius : {0, 1, 2, 3, 5, 20, 66, 70, 2147483647})
+            if (size[0] * size[1] * std::min(radius, size[0]) * std::min(radius, size[1]) <= 60000)  // plain is slow
+                expect(size, radius, all_contents());
+    for (const extent size : {extent{301, 90}, {90, 150}})
+        for (std::ptrdiff_t radius : {1, 2, 7}) expect(size, radius, {content::noise, content::zeros});
 }
 
 TEST(MedianFilterEntry, TakesVolumesPlaneByPlaneAndStridedViews)
 {
-    const auto pixels = picture<float>(content::noise, 40 * 30 * 3);
-    const dm::image<float>::extents sizes{17, 13, 3};
-    for (const dm::image<float>::extents& strides :
-         {dm::image<float>::extents{1, 40, 1200}, {2, 40, 1200}, {40, 1, 1200}, {1, 120, 40}})
-        for (std::int32_t radius : {1, 2, 4})
-            for (std::int32_t use : {0, 1}) {
-                dm::set_use_simd(use);
-                const dm::image<const float> source{pixels.data(), sizes, strides};
-                std::vector<float> out(pixels.size(), 7);
-                const dm::image<float> destination{out.data(), sizes, strides};
-                median_filter<float>(source, radius, padding::none, destination);
-                for (std::ptrdiff_t z = 0; z < 3; ++z)
-                    for (std::ptrdiff_t y = 0; y < 13; ++y)
-                        for (std::ptrdiff_t x = 0; x < 17; ++x) {
-                            ASSERT_EQ(destination(x, y, z), by_sorting(source.plane(z), radius, padding::none, x, y));
-                            destination(x, y, z) = 7;
-                        }
-                ASSERT_EQ(out, std::vector<float>(pixels.size(), 7)) << "written between the strides";
-            }
+    for (std::int32_t radius : {1, 2, 4})
+        expect_filters_strided_volumes<float>(
+            [&](auto& source, auto& destination) { median_filter<float>(source, radius, padding::none, destination); },
+            [&](auto&& plane, auto x, auto y) { return by_sorting<float>(plane, radius, padding::none, x, y); });
 }
 
 TEST(MedianFilterEntry, RefusesInThisOrderAndWritesNothing)

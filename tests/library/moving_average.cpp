@@ -4,7 +4,7 @@
 #include "support/canvas.h"
 #include "support/same_bytes.h"
 
-#include <gmock/gmock.h>
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -12,11 +12,7 @@ namespace {
 
 using namespace qorv;
 using namespace qorv::library;
-using support::canvas;
-using support::dense;
-using support::gapped;
-using support::layout;
-using support::sparse;
+using namespace support;
 using extents = dm::image<float>::extents;
 
 template <class T>
@@ -86,17 +82,14 @@ TYPED_TEST(moving_average_test, PlaneDividesByThePixelsInTheClippedRectangle)
                 for (std::ptrdiff_t x = 0; x < nx; ++x) {
                     std::complex<double> sum = 0, sum2 = 0;
                     double count = 0;
-                    for (std::ptrdiff_t v = 0; v < ny; ++v)
-                        for (std::ptrdiff_t u = 0; u < nx; ++u)
-                            if (std::abs(u - x) <= r && std::abs(v - y) <= r) {
-                                const std::complex<double> value(from.view()(u, v));
-                                sum += value, sum2 += value * value, ++count;
-                            }
-                    const auto error = [](const TypeParam& got, std::complex<double> wanted) {
-                        return magnitude(std::complex<double>(got) - wanted);
-                    };
-                    ASSERT_LE(error(mean.view()(x, y), sum / count), tolerance<TypeParam>(nx + ny)) << r;
-                    ASSERT_LE(error(squares.view()(x, y), sum2 / count), 1000 * tolerance<TypeParam>(nx + ny)) << r;
+                    for (std::ptrdiff_t v = std::max<std::ptrdiff_t>(y - r, 0); v <= y + r && v < ny; ++v)
+                        for (std::ptrdiff_t u = std::max<std::ptrdiff_t>(x - r, 0); u <= x + r && u < nx; ++u) {
+                            const std::complex<double> value(from.view()(u, v));
+                            sum += value, sum2 += value * value, ++count;
+                        }
+                    const std::complex<double> one(mean.view()(x, y)), two(squares.view()(x, y));
+                    ASSERT_LE(std::abs(one - sum / count), tolerance<TypeParam>(nx + ny)) << r;
+                    ASSERT_LE(std::abs(two - sum2 / count), 1000 * tolerance<TypeParam>(nx + ny)) << r;
                 }
         }
 }
@@ -143,64 +136,59 @@ TYPED_TEST(moving_average_test, PlaneVariantsAgreeToTheBit)
         const canvas<TypeParam> from{sizes, how_from}, wanted{sizes}, wanted2{sizes};
         box_slice_plain<TypeParam>(from.view(), wanted.view(), r);
         box_slice2_plain<TypeParam>(from.view(), wanted.view(), wanted2.view(), r);
-        const canvas<TypeParam> mean{sizes, how_to}, mean2{sizes, how_to}, squares{sizes, how_to};
+        const canvas<TypeParam> mean{sizes, how_to}, squares{sizes, how_to};
+        const auto expect = [&](const char* name, const canvas<TypeParam>& got, const canvas<TypeParam>& truth) {
+            ASSERT_TRUE(support::same_bytes(got.pixels(), truth.pixels()))
+                << name << " r " << r << " " << testing::PrintToString(sizes);
+            ASSERT_TRUE(got.gaps_untouched());
+        };
         for (const auto& row : dm::runnable(box_slice_variants<TypeParam>)) {
             row.function(from.view(), mean.view(), r);
-            ASSERT_TRUE(support::same_bytes(mean.pixels(), wanted.pixels()))
-                << row.name << " r " << r << " " << testing::PrintToString(sizes);
-            ASSERT_TRUE(mean.gaps_untouched());
+            expect(row.name, mean, wanted);
         }
         for (const auto& row : dm::runnable(box_slice2_variants<TypeParam>)) {
-            row.function(from.view(), mean2.view(), squares.view(), r);
-            ASSERT_TRUE(support::same_bytes(mean2.pixels(), wanted.pixels())) << row.name << r;
-            ASSERT_TRUE(support::same_bytes(squares.pixels(), wanted2.pixels())) << row.name << r;
-            ASSERT_TRUE(mean2.gaps_untouched() && squares.gaps_untouched());
+            row.function(from.view(), mean.view(), squares.view(), r);
+            expect(row.name, mean, wanted);
+            expect(row.name, squares, wanted2);
         }
     });
 }
 
 TYPED_TEST(moving_average_test, NansReachTheSameResultsInAllVariants)
 {
-    const extents sizes{37, 29, 1};
-    const auto spoiled = [&](const canvas<TypeParam>& image) {
-        image.view()(20, 11) = std::numeric_limits<float>::quiet_NaN();
-        image.view()(5, 17) = std::numeric_limits<float>::infinity();
-    };
-    const auto is_nan = [](const std::vector<TypeParam>& pixels) {
+    const canvas<TypeParam> from{{37, 29, 1}}, to{{37, 29, 1}}, wanted{{37, 29, 1}};
+    from.view()(20, 11) = std::numeric_limits<float>::quiet_NaN();
+    from.view()(5, 17) = std::numeric_limits<float>::infinity();
+    const auto nan_parts = [](const canvas<TypeParam>& image) {
         std::vector<bool> result;
-        for (const auto& p : pixels)
+        for (const auto& p : image.pixels())
             for (const double part : {std::complex<double>(p).real(), std::complex<double>(p).imag()})
                 result.push_back(std::isnan(part));
         return result;
     };
-    const canvas<TypeParam> from{sizes}, to{sizes}, wanted{sizes};
-    spoiled(from);
-    for (const axis along : {axis::x, axis::y}) {
-        box_pass_plain<TypeParam>(from.view(), wanted.view(), along, 2);
-        EXPECT_TRUE(std::isnan(std::abs(wanted.view()(along == axis::x ? 36 : 20, along == axis::x ? 11 : 28))));
-        for (const auto& row : dm::runnable(box_pass_variants<TypeParam>)) {
-            row.function(from.view(), to.view(), along, 2);
-            EXPECT_EQ(is_nan(to.pixels()), is_nan(wanted.pixels())) << row.name;
+    const auto expect_reaches = [&](std::ptrdiff_t x, std::ptrdiff_t y, auto plain, const auto& rows, auto... how) {
+        plain(from.view(), wanted.view(), how..., 2);
+        EXPECT_TRUE(std::isnan(magnitude(wanted.view()(x, y))));
+        for (const auto& row : dm::runnable(rows)) {
+            row.function(from.view(), to.view(), how..., 2);
+            EXPECT_EQ(nan_parts(to), nan_parts(wanted)) << row.name;
         }
-    }
-    box_slice_plain<TypeParam>(from.view(), wanted.view(), 2);
-    EXPECT_TRUE(std::isnan(std::abs(wanted.view()(18, 28))));
-    for (const auto& row : dm::runnable(box_slice_variants<TypeParam>)) {
-        row.function(from.view(), to.view(), 2);
-        EXPECT_EQ(is_nan(to.pixels()), is_nan(wanted.pixels())) << row.name;
-    }
+    };
+    expect_reaches(36, 11, box_pass_plain<TypeParam>, box_pass_variants<TypeParam>, axis::x);
+    expect_reaches(20, 28, box_pass_plain<TypeParam>, box_pass_variants<TypeParam>, axis::y);
+    expect_reaches(18, 28, box_slice_plain<TypeParam>, box_slice_variants<TypeParam>);
 }
 
 TYPED_TEST(moving_average_test, RadiusZeroKeepsEveryPixel)
 {
-    for (const bool in_place : {false, true}) {
-        const canvas<TypeParam> from{{19, 7, 3}}, to{{19, 7, 3}, gapped, in_place ? 1u : 2u};
-        for (const auto& image : {from.view(), to.view()}) {
-            image(4, 2, 1) = std::numeric_limits<float>::quiet_NaN();
-            image(5, 5, 0) = -0.0f;
-        }
-        moving_average(in_place ? to.view() : from.view(), to.view(), 0);
-        EXPECT_TRUE(support::same_bytes(to.pixels(), from.pixels()));
+    const canvas<TypeParam> from{{19, 7, 3}}, to{{19, 7, 3}, gapped, 2}, before{{19, 7, 3}};
+    for (const auto& image : {from.view(), before.view()}) {
+        image(4, 2, 1) = std::numeric_limits<float>::quiet_NaN();
+        image(5, 5, 0) = -0.0f;
+    }
+    for (const auto& destination : {&to, &from}) {
+        moving_average(from.view(), destination->view(), 0);
+        EXPECT_TRUE(support::same_bytes(destination->pixels(), before.pixels()));
     }
 }
 
@@ -233,21 +221,16 @@ TYPED_TEST(moving_average_test, OutOfPlaceIsPlanesAndThenAPassOverTheWrittenPlan
 
 TYPED_TEST(moving_average_test, AxisFiltersSkipShortLinesAndSmallRadii)
 {
-    const struct
-    {
-        decltype(&moving_average_x<TypeParam>) filter;
-        extents one_sample;
-    } filters[] = {{moving_average_x<TypeParam>, {1, 5, 5}},
-                   {moving_average_y<TypeParam>, {5, 1, 5}},
-                   {moving_average_z<TypeParam>, {5, 5, 1}}};
-    for (const auto& [filter, one_sample] : filters)
-        for (const auto& [sizes, radius, skips] : {std::tuple{one_sample, 3, true},
-                                                   {extents{5, 5, 5}, 0, true},
-                                                   {extents{5, 5, 5}, -4, true},
-                                                   {extents{2, 2, 2}, 1, false}}) {
-            const canvas<TypeParam> from{sizes}, to{sizes, dense, 2}, before{sizes, dense, 2};
-            filter(from.view(), to.view(), radius);
-            EXPECT_EQ(bool(support::same_bytes(to.pixels(), before.pixels())), skips) << radius;
+    const decltype(&moving_average_x<TypeParam>) filters[] = {moving_average_x<TypeParam>, moving_average_y<TypeParam>,
+                                                              moving_average_z<TypeParam>};
+    for (int along = 0; along < 3; ++along)
+        for (const auto& [samples, radius] : {std::pair{1, 3}, {5, 0}, {5, -4}, {2, 1}}) {
+            extents sizes{5, 5, 5};
+            sizes[along] = samples;
+            const canvas<TypeParam> from{sizes}, to{sizes, dense, 2}, wanted{sizes, dense, 2};
+            filters[along](from.view(), to.view(), radius);
+            if (samples > 1 && radius > 0) box_pass_plain<TypeParam>(from.view(), wanted.view(), axis{along}, radius);
+            EXPECT_TRUE(support::same_bytes(to.pixels(), wanted.pixels())) << along << " " << radius;
         }
 }
 
@@ -267,7 +250,6 @@ TYPED_TEST(moving_average_test, RefusalsLeaveTheDestinationAlone)
         {[&] { moving_average(null, result, 1); }, dm::errors::parameters_invalid},
         {[&] { moving_average(source, null, 1); }, dm::errors::parameters_invalid},
         {[&] { moving_average(source, result, -1); }, dm::errors::parameters_invalid},
-        {[&] { moving_average(result, result, -1); }, dm::errors::parameters_invalid},
         {[&] { moving_average_z(source, null, 1); }, dm::errors::parameters_invalid},
         {[&] { moving_average2(source, null, result, 1); }, dm::errors::parameters_invalid},
         {[&] { moving_average2(source, result, null, 1); }, dm::errors::parameters_invalid},

@@ -72,20 +72,69 @@ auto variants(const qorv::dm::variant<Function> (&table)[n])
     return qorv::dm::runnable(table);
 }
 
+/// Width and height.
+using extent = std::array<std::ptrdiff_t, 2>;
+inline constexpr extent small_planes[] = {{1, 1}, {2, 3}, {7, 1}, {1, 9}, {13, 11}, {37, 29}};
+
 /// Widths and heights that meet every remainder of a vector, a stretch and a window at least once.
-inline std::vector<std::array<std::ptrdiff_t, 2>> planes()
+inline std::vector<extent> planes()
 {
-    std::vector<std::array<std::ptrdiff_t, 2>> all;
+    std::vector<extent> all{{67, 1}, {1, 67}, {2, 2}, {3, 3}, {5, 4}};
     for (std::ptrdiff_t n = 1; n <= 67; n += n < 19 || n > 60 ? 1 : 5) all.push_back({n, 1 + (n * 29) % 67});
-    for (std::array<std::ptrdiff_t, 2> more : {std::array<std::ptrdiff_t, 2>{67, 1}, {1, 67}, {2, 2}, {3, 3}, {5, 4}})
-        all.push_back(more);
     return all;
 }
 
-inline std::string where(std::ptrdiff_t width, std::ptrdiff_t height, std::ptrdiff_t radius, content what)
+template <class T, class Truth>
+std::vector<T> at_every_pixel(const qorv::dm::image<const T>& plane, Truth truth)
 {
-    return std::to_string(width) + " x " + std::to_string(height) + ", radius " + std::to_string(radius) +
-           ", content " + std::to_string(int(what));
+    std::vector<T> all;
+    for (std::ptrdiff_t y = 0; y < plane.height(); ++y)
+        for (std::ptrdiff_t x = 0; x < plane.width(); ++x) all.push_back(truth(plane, x, y));
+    return all;
+}
+
+/// What a kernel writes into guarded memory; `how` stands between its source and its destination.
+template <class T, class Kernel, class... How>
+std::vector<T> run(Kernel* kernel, const qorv::dm::image<const T>& plane, How... how)
+{
+    support::framed<T> out{static_cast<std::size_t>(plane.width() * plane.height())};
+    kernel(plane, how..., {out.inside(), plane.width(), plane.height()});
+    EXPECT_TRUE(out.frame_untouched());
+    return out.copy();
+}
+
+template <class T, class Kernel, std::size_t n, class... How>
+testing::AssertionResult every_variant_gives(const std::vector<T>& wanted, const qorv::dm::variant<Kernel> (&table)[n],
+                                             const qorv::dm::image<const T>& plane, How... how)
+{
+    for (const auto& v : variants(table))
+        if (auto same = support::same_bytes(run(v.function, plane, how...), wanted); !same)
+            return ((same << " by " << v.name << ", " << plane.width() << " x " << plane.height())
+                    << ... << (" " + std::to_string(static_cast<std::int64_t>(how))));
+    return testing::AssertionSuccess();
+}
+
+/// `filter` works plane by plane through any strides, writes nothing between them, and gives `truth` at every pixel.
+template <class T, class Filter, class Truth>
+void expect_filters_strided_volumes(Filter filter, Truth truth)
+{
+    const auto pixels = picture<T>(content::noise, 40 * 30 * 3);
+    using extents = typename qorv::dm::image<T>::extents;
+    for (const extents& strides : {extents{1, 40, 1200}, {2, 40, 1200}, {40, 1, 1200}, {1, 120, 40}})
+        for (std::int32_t use : {0, 1}) {
+            qorv::dm::set_use_simd(use);
+            const qorv::dm::image<const T> source{pixels.data(), {17, 13, 3}, strides};
+            std::vector<T> out(pixels.size(), T(7));
+            const qorv::dm::image<T> destination{out.data(), {17, 13, 3}, strides};
+            filter(source, destination);
+            for (std::ptrdiff_t z = 0; z < 3; ++z)
+                for (std::ptrdiff_t y = 0; y < 13; ++y)
+                    for (std::ptrdiff_t x = 0; x < 17; ++x) {
+                        ASSERT_EQ(destination(x, y, z), truth(source.plane(z), x, y));
+                        destination(x, y, z) = T(7);
+                    }
+            ASSERT_EQ(out, std::vector<T>(pixels.size(), T(7))) << "written between the strides";
+        }
 }
 
 }  // namespace rank_pictures

@@ -27,7 +27,7 @@ TYPED_TEST(survey_test, AgreesWithSortingAndExtendedSums)
     for (const auto& row : dm::runnable(survey_variants<TypeParam>))
         for (std::ptrdiff_t n = 1; n <= 67; ++n)
             for (const auto& how : {support::dense, support::gapped, support::sparse}) {
-                const canvas<TypeParam> image{{n, 3, 2}, how, static_cast<unsigned>(n)};
+                const canvas<TypeParam> image{{n, n == 1 ? 1 : 3, n == 1 ? 1 : 2}, how, static_cast<unsigned>(n)};
                 auto pixels = image.pixels();
                 std::sort(pixels.begin(), pixels.end());
                 long double sum = 0, squares = 0, absolutes = 0;
@@ -36,7 +36,7 @@ TYPED_TEST(survey_test, AgreesWithSortingAndExtendedSums)
                     sum += v, squares += v * v, absolutes += std::abs(v);
                 }
                 const survey_record got = row.function(image.view());
-                EXPECT_EQ(got.count, n * 6);
+                EXPECT_EQ(got.count, image.view().size());
                 EXPECT_EQ(got.minimum, double(pixels.front())) << row.name << n;
                 EXPECT_EQ(got.maximum, double(pixels.back())) << row.name << n;
                 EXPECT_NEAR(got.sum, double(sum), 1e-12 * double(absolutes)) << row.name << n;
@@ -45,16 +45,10 @@ TYPED_TEST(survey_test, AgreesWithSortingAndExtendedSums)
             }
 }
 
-TYPED_TEST(survey_test, OneElementAndNone)
+TYPED_TEST(survey_test, OfNoElementIsTheEmptyRange)
 {
+    TypeParam value{};
     for (const auto& row : dm::runnable(survey_variants<TypeParam>)) {
-        TypeParam value = static_cast<TypeParam>(-100);
-        const auto v = static_cast<double>(value);
-        const survey_record one = row.function(dm::image<const TypeParam>{&value, 1});
-        EXPECT_EQ(one.count, 1);
-        EXPECT_TRUE(one.minimum == v && one.maximum == v && one.sum == v) << row.name;
-        EXPECT_TRUE(one.sum_of_squares == v * v && one.sum_of_absolutes == std::abs(v)) << row.name;
-
         const survey_record none = row.function(dm::image<const TypeParam>{&value, 0, 3});
         EXPECT_EQ(none.count, 0);
         EXPECT_TRUE(none.minimum == 1.7976931348623157e308 && none.maximum == -1.7976931348623157e308) << row.name;

@@ -15,8 +15,7 @@ template <std::size_t n>
 struct element
 {
     std::array<std::uint8_t, n> bytes;
-    explicit element(double seed = 0) { std::memcpy(bytes.data(), &seed, std::min(n, sizeof seed)), scatter(seed); }
-    void scatter(double seed)
+    explicit element(double seed = 0)
     {
         std::uint32_t state = static_cast<std::uint32_t>(static_cast<std::int64_t>(seed * 1000)) * 2654435761u + 1;
         for (auto& b : bytes) b = static_cast<std::uint8_t>((state = state * 1664525u + 1013904223u) >> 24);
@@ -52,17 +51,15 @@ TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
                     row.function(voxels_of(from.view()), voxels_of(to.view()), sizeof(TypeParam), which);
                     for (std::ptrdiff_t z = 0; z < sizes[2]; ++z)
                         for (std::ptrdiff_t y = 0; y < sizes[1]; ++y)
-                            for (std::ptrdiff_t x = 0; x < sizes[0]; ++x) {
-                                const auto& moved =
-                                    which == transposition::xz ? to.view()(z, y, x) : to.view()(x, z, y);
-                                ASSERT_EQ(moved.bytes, from.view()(x, y, z).bytes)
+                            for (std::ptrdiff_t x = 0; x < sizes[0]; ++x)
+                                ASSERT_EQ((which == transposition::xz ? to.view()(z, y, x) : to.view()(x, z, y)).bytes,
+                                          from.view()(x, y, z).bytes)
                                     << row.name << " " << testing::PrintToString(sizes);
-                            }
                     ASSERT_TRUE(to.gaps_untouched());
                 }
 }
 
-TYPED_TEST(transpose_test, InPlaceIsTheSameAndTwiceIsTheIdentity)
+TYPED_TEST(transpose_test, InPlaceIsTheSame)
 {
     for (const auto& row : dm::runnable(transpose_variants))
         for (const auto which : {transposition::xz, transposition::yz})
@@ -74,8 +71,6 @@ TYPED_TEST(transpose_test, InPlaceIsTheSameAndTwiceIsTheIdentity)
                     const voxels own = voxels_of(image.view());
                     row.function(own, own, sizeof(TypeParam), which);
                     ASSERT_TRUE(support::same_bytes(image.pixels(), to.pixels())) << row.name << n;
-                    row.function(own, own, sizeof(TypeParam), which);
-                    ASSERT_TRUE(support::same_bytes(image.pixels(), from.pixels())) << row.name << n;
                     ASSERT_TRUE(image.gaps_untouched());
                 }
 }

@@ -20,27 +20,17 @@ struct layout
 inline constexpr layout dense{}, gapped{1, 3, 5}, sparse{2, 1, 4};
 
 template <class T>
-struct noise_of
+T noise(std::mt19937& random)
 {
-    std::mt19937 random;
-    T operator()()
-    {
-        if constexpr (std::is_integral_v<T>)
-            return static_cast<T>(random());
-        else
-            return static_cast<T>((static_cast<double>(random()) / 4294967296.0 - 0.4) * 1000);
-    }
-};
-template <class T>
-struct noise_of<std::complex<T>>
-{
-    noise_of<T> part;
-    std::complex<T> operator()()
-    {
-        const T re = part(), im = part();
+    if constexpr (requires { typename T::value_type; }) {  // complex
+        const auto re = noise<typename T::value_type>(random), im = noise<typename T::value_type>(random);
         return {re, im};
+    } else if constexpr (std::is_integral_v<T>) {
+        return static_cast<T>(random());
+    } else {
+        return static_cast<T>((static_cast<double>(random()) / 4294967296.0 - 0.4) * 1000);
     }
-};
+}
 
 template <class T>
 class canvas
@@ -53,8 +43,8 @@ class canvas
         : all_(room(sizes, how)), view_{all_.data() + guard, sizes, strides(sizes, how)}
     {
         std::memset(static_cast<void*>(all_.data()), pattern, all_.size() * sizeof(T));
-        noise_of<T> noise{std::mt19937{seed}};
-        each([&](T& pixel) { pixel = noise(); });
+        std::mt19937 random{seed};
+        each([&](T& pixel) { pixel = noise<T>(random); });
     }
     canvas(const canvas&) = delete;
     canvas& operator=(const canvas&) = delete;
