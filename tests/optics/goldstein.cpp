@@ -76,12 +76,8 @@ picture vortex(int width, int height, double x0, double y0)
 /// Phases out of their range, in few equal steps (so differences of exactly pi and zeros of both signs occur), or none.
 void spoil(picture& p, int how, std::mt19937& random)
 {
-    const float rare[] = {std::numeric_limits<float>::quiet_NaN(),
-                          std::numeric_limits<float>::infinity(),
-                          -std::numeric_limits<float>::infinity(),
-                          1e30f,
-                          -0.f,
-                          5000.f};
+    using limits = std::numeric_limits<float>;
+    const float rare[] = {limits::quiet_NaN(), limits::infinity(), -limits::infinity(), 1e30f, -0.f, 5000.f};
     for (float& value : p.pixels)
         if (how == 1)
             value = static_cast<float>(pi / 4) * static_cast<float>(std::lround(4 * value / pi));
@@ -143,32 +139,36 @@ TEST(goldstein, results_differ_from_the_phase_by_whole_turns)
 
 TEST(goldstein, refuses_what_it_cannot_hold_and_leaves_the_result)
 {
-    float pixel = 1;
-    float scratch = 0;
-    const auto message = [&](float* phase, float* result, int width, int height) {
-        return support::message_of([&] { unwrap_goldstein(phase, result, width, height, 0, &scratch); });
-    };
-    EXPECT_EQ(message(nullptr, &pixel, 1, 1), dm::errors::parameters_invalid);
-    EXPECT_EQ(message(&pixel, nullptr, 1, 1), dm::errors::parameters_invalid);
-    float result = 2;
-    EXPECT_EQ(message(&pixel, &result, 0, 1), dm::errors::parameters_invalid);
-    EXPECT_EQ(message(&pixel, &result, 65536, 65536), "vector<T> too long");
+    float phase = 1, result = 2, scratch = 0;
+    const struct
+    {
+        float *phase, *result;
+        int width, height;
+        const char* text;
+    } rows[] = {{nullptr, &result, 1, 1, dm::errors::parameters_invalid},
+                {&phase, nullptr, 1, 1, dm::errors::parameters_invalid},
+                {&phase, &result, 0, 1, dm::errors::parameters_invalid},
+                {&phase, &result, 65536, 65536, "vector<T> too long"}};
+    for (const auto& r : rows) {
+        const auto call = [&] { unwrap_goldstein(r.phase, r.result, r.width, r.height, 0, &scratch); };
+        EXPECT_EQ(support::message_of(call), r.text);
+    }
     EXPECT_EQ(result, 2);
 }
 
 // The reference itself, against figures worked out by hand.
 
+using points = std::vector<std::pair<int, int>>;
+
 /// The pixels with a flag, row by row.
-std::vector<std::pair<int, int>> pixels_with(const goldstein_literal& run, const picture& p, std::uint32_t flag)
+points pixels_with(const goldstein_literal& run, const picture& p, std::uint32_t flag)
 {
-    std::vector<std::pair<int, int>> found;
+    points found;
     for (int y = 0; y < p.height; ++y)
         for (int x = 0; x < p.width; ++x)
             if (run.flags_at(x, y) & flag) found.push_back({x, y});
     return found;
 }
-
-using points = std::vector<std::pair<int, int>>;
 
 TEST(goldstein_literal, a_lone_residue_is_cut_off_straight_to_the_edge)
 {
@@ -178,8 +178,7 @@ TEST(goldstein_literal, a_lone_residue_is_cut_off_straight_to_the_edge)
         const goldstein_literal run{p.pixels, 12, 9, box_limit};
         EXPECT_EQ(pixels_with(run, p, goldstein_literal::positive), (points{{3, 4}}));
         EXPECT_TRUE(pixels_with(run, p, goldstein_literal::negative).empty());
-        // The side is 3 columns away, the bottom 4 rows: the shorter way, left. The end on the residue moves only
-        // upwards.
+        // The side is 3 columns away, the bottom 4 rows: the shorter way, left. The end on the residue moves only up.
         EXPECT_EQ(pixels_with(run, p, goldstein_literal::branch_cut), (points{{0, 4}, {1, 4}, {2, 4}, {3, 4}}));
     }
 }
@@ -188,16 +187,11 @@ TEST(goldstein_literal, a_dipole_is_joined_by_one_short_cut_in_the_box_that_hold
 {
     const picture p =
         draw(20, 20, [](int x, int y) { return std::atan2(y - 9.5, x - 8.5) - std::atan2(y - 9.5, x - 10.5); });
-    const struct
-    {
-        int box_limit;
-        points cut;
-    } rows[] = {{5, {{9, 9}, {10, 9}}}, {0, {{9, 9}, {10, 9}}}};
-    for (const auto& row : rows) {
-        const goldstein_literal run{p.pixels, 20, 20, row.box_limit};
+    for (const int box_limit : {5, 0}) {
+        const goldstein_literal run{p.pixels, 20, 20, box_limit};
         EXPECT_EQ(pixels_with(run, p, goldstein_literal::positive), (points{{8, 9}}));
         EXPECT_EQ(pixels_with(run, p, goldstein_literal::negative), (points{{10, 9}}));
-        EXPECT_EQ(pixels_with(run, p, goldstein_literal::branch_cut), row.cut);
+        EXPECT_EQ(pixels_with(run, p, goldstein_literal::branch_cut), (points{{9, 9}, {10, 9}}));
     }
     // Two pixels apart, the 3 x 3 box does not see the other one: each is cut off on its own, down both halves.
     const goldstein_literal apart{p.pixels, 20, 20, 3};

@@ -127,14 +127,14 @@ class goldstein_literal
 
     void place_cut(int ax, int ay, int bx, int by)
     {
-        if (1 <= ax && ax < bx)
-            ++ax;
-        else if (1 <= bx && bx < ax)
-            ++bx;
-        if (1 <= ay && ay < by)
-            ++ay;
-        else if (1 <= by && by < ay)
-            ++by;
+        const auto approach = [](int& a, int& b) {
+            if (1 <= a && a < b)
+                ++a;
+            else if (1 <= b && b < a)
+                ++b;
+        };
+        approach(ax, bx);
+        approach(ay, by);
         draw(ax, ay, bx, by);
     }
 
@@ -142,19 +142,14 @@ class goldstein_literal
     {
         const int dx = std::abs(x2 - x1), dy = std::abs(y2 - y1);
         const int sx = x2 < x1 ? -1 : 1, sy = y2 < y1 ? -1 : 1;
-        int x = x1, y = y1;
-        if (dx >= dy)
-            for (int e = dx - (y2 < y1 ? 1 : 0), k = 0; k < dx; ++k, x += sx) {
-                if (e >= 2 * dx) e -= 2 * dx, y += sy;
-                e += 2 * dy;
-                at(x, y) |= branch_cut;
-            }
-        else
-            for (int e = dy - (x2 < x1 ? 1 : 0), k = 0; k < dy; ++k, y += sy) {
-                if (e >= 2 * dy) e -= 2 * dy, x += sx;
-                e += 2 * dx;
-                at(x, y) |= branch_cut;
-            }
+        const bool flat = dx >= dy;
+        const int steps = flat ? dx : dy, rise = flat ? dy : dx;
+        int x = x1, y = y1, e = steps - (flat ? y2 < y1 : x2 < x1);
+        for (int k = 0; k < steps; ++k, (flat ? x += sx : y += sy)) {
+            if (e >= 2 * steps) e -= 2 * steps, (flat ? y += sy : x += sx);
+            e += 2 * rise;
+            at(x, y) |= branch_cut;
+        }
         at(x2, y2) |= branch_cut;
     }
 
@@ -198,13 +193,12 @@ class goldstein_literal
         for (int y = 1; y < h; ++y)
             for (int x = 1; x < w; ++x) {
                 if (!(at(x, y) & branch_cut)) continue;
-                if (at(x - 1, y) & unwrapped)
-                    value(x, y) = static_cast<float>(value(x - 1, y) + wrap(phase(x, y) - phase(x - 1, y)));
-                else if (at(x, y - 1) & unwrapped)
-                    value(x, y) = static_cast<float>(value(x, y - 1) + wrap(phase(x, y) - phase(x, y - 1)));
-                else
-                    continue;
-                at(x, y) |= unwrapped;
+                for (const auto& [i, j] : {point{x - 1, y}, point{x, y - 1}}) {
+                    if (!(at(i, j) & unwrapped)) continue;
+                    value(x, y) = static_cast<float>(value(i, j) + wrap(phase(x, y) - phase(i, j)));
+                    at(x, y) |= unwrapped;
+                    break;
+                }
             }
     }
 

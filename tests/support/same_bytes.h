@@ -39,13 +39,6 @@ class framed
     std::vector<T> copy() const { return {all_.begin() + guard, all_.end() - guard}; }
 
     bool frame_untouched() const { return untouched(0, guard) && untouched(all_.size() - guard, all_.size()); }
-    /// No element still holds the fill pattern.
-    bool all_written() const
-    {
-        for (std::size_t i = guard; i < all_.size() - guard; ++i)
-            if (untouched(i, i + 1)) return false;
-        return true;
-    }
 
   private:
     static constexpr std::size_t guard = 64;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <complex>
 #include <limits>
@@ -110,46 +111,39 @@ TYPED_TEST(warps, reproduce_a_linear_ramp_between_the_pixels)
     for (ptrdiff_t z = 0; z < d; ++z)
         for (ptrdiff_t y = 0; y < h; ++y)
             for (ptrdiff_t x = 0; x < w; ++x) pixels.push_back(ramp(double(x), double(y), double(z)));
+    const T outside = TestFixture::some(-1000, 0);
+    image<T> to{result.data(), w, h, d};
+    const auto expect_ramp_at = [&](auto&& place) {
+        int inside = 0;
+        for (ptrdiff_t z = 0; z < d; ++z)
+            for (ptrdiff_t y = 0; y < h; ++y)
+                for (ptrdiff_t x = 0; x < w; ++x) {
+                    const auto [u, v, t] = place(x, y, z);
+                    const bool within = u >= 0 && u <= w - 1 && v >= 0 && v <= h - 1 && t >= 0 && t <= d - 1;
+                    EXPECT_EQ(to(x, y, z), within ? ramp(u, v, t) : outside) << x << " " << y << " " << z;
+                    inside += within;
+                }
+        EXPECT_GT(inside, 50);
+    };
     // A displacement for each element, for each row and for each plane.
     std::mt19937 random{2};
     vector<real> of_element(w * h * d), of_row(h), of_plane(d);
     for (auto* moves : {&of_element, &of_row, &of_plane})
         for (real& v : *moves) v = static_cast<real>(random() % 32) / 8 - 2;
-    const T outside = TestFixture::some(-1000, 0);
-    image<T> to{result.data(), w, h, d};
-    warp::LinearWarp<T>({pixels.data(), w, h, d}, {of_element.data(), w, h, d}, {of_row.data(), 1, h},
-                        {of_plane.data(), 1, 1, d}, to, outside);
-    int inside = 0;
-    for (ptrdiff_t z = 0; z < d; ++z)
-        for (ptrdiff_t y = 0; y < h; ++y)
-            for (ptrdiff_t x = 0; x < w; ++x) {
-                const double u = double(x) + of_element[std::size_t(x + w * (y + h * z))],
-                             v = double(y) + of_row[std::size_t(y)], t = double(z) + of_plane[std::size_t(z)];
-                const bool within = u >= 0 && u <= w - 1 && v >= 0 && v <= h - 1 && t >= 0 && t <= d - 1;
-                EXPECT_EQ(to(x, y, z), within ? ramp(u, v, t) : outside) << x << " " << y << " " << z;
-                inside += within;
-            }
-    EXPECT_GT(inside, 50);
-}
-
-TEST(affine_warp, agrees_with_the_displacements_of_the_same_map)
-{
-    const ptrdiff_t w = 31, h = 22;
-    const double c = std::cos(0.3), s = std::sin(0.3);
-    const auto turn = warp::affine_in_plane(1.1 * c, -s, 3, s, 0.9 * c, -4);
-    vector<double> pixels(w * h), by_matrix(w * h), by_moves(w * h), dx, dy;
-    std::mt19937 random{4};
-    for (double& v : pixels) v = random() % 1000;
-    for (ptrdiff_t y = 0; y < h; ++y)
-        for (ptrdiff_t x = 0; x < w; ++x) {
-            dx.push_back(1.1 * c * double(x) - s * double(y) + 3 - double(x));
-            dy.push_back(s * double(x) + 0.9 * c * double(y) - 4 - double(y));
-        }
-    image<double> one{by_matrix.data(), w, h}, other{by_moves.data(), w, h};
-    warp::AffineWarp<double>({pixels.data(), w, h}, turn, one, -1);
-    warp::LinearWarpXY<double>({pixels.data(), w, h}, {dx.data(), w, h}, {dy.data(), w, h}, other, -1);
-    for (std::size_t i = 0; i < by_matrix.size(); ++i) EXPECT_NEAR(by_matrix[i], by_moves[i], 1e-9);
-    EXPECT_GT(std::count_if(by_matrix.begin(), by_matrix.end(), [](double v) { return v >= 0; }), w * h / 3);
+    const image<const real> dx{of_element.data(), w, h, d}, dy{of_row.data(), 1, h}, dz{of_plane.data(), 1, 1, d};
+    warp::LinearWarp<T>({pixels.data(), w, h, d}, dx, dy, dz, to, outside);
+    expect_ramp_at([&](ptrdiff_t x, ptrdiff_t y, ptrdiff_t z) {
+        return std::array{double(x) + dx(x, y, z), double(y) + dy(0, y), double(z) + dz(0, 0, z)};
+    });
+    auto map = warp::affine_in_plane(0.75, -0.25, 1, 0.125, 0.5, 0.75);
+    map[0][2] = 0.5;
+    map[2] = {-0.0625, 0.25, 0.5, 0.5};
+    warp::AffineWarp<T>({pixels.data(), w, h, d}, map, to, outside);
+    expect_ramp_at([](auto... xyz) {
+        const auto [x, y, z] = std::array{double(xyz)...};
+        return std::array{0.75 * x - 0.25 * y + 0.5 * z + 1, 0.125 * x + 0.5 * y + 0.75,
+                          -0.0625 * x + 0.25 * y + 0.5 * z + 0.5};
+    });
 }
 
 TEST(affine_warp, turns_by_a_right_angle_into_an_image_of_another_shape)
