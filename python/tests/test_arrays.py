@@ -116,12 +116,9 @@ def half_steps():
     "make, error, text",
     [
         (lambda: np.zeros(3, np.int64), TypeError, "An array of int64 cannot be an image: convert it with astype()"),
-        (lambda: np.zeros(3, bool), TypeError, "An array of bool cannot"),
-        (lambda: np.zeros(3, np.float16), TypeError, "An array of float16 cannot"),
         (lambda: np.zeros(3, np.longdouble), TypeError, "An array of float128 cannot"),
         (lambda: np.zeros(3, object), TypeError, "An array of object cannot"),
         (lambda: np.zeros(3, "U4"), TypeError, "An array of <U4 cannot"),
-        (lambda: np.zeros(3, "M8[s]"), TypeError, "An array of datetime64[s] cannot"),
         (lambda: np.zeros(3, ">f4"), TypeError, "An array of >f4 has its bytes in the other order: convert it with"),
         (lambda: np.ma.zeros(3, np.float32), TypeError, "A masked array cannot be an image: pass its filled() values."),
         (lambda: np.zeros((), np.float32), ValueError, "An array of shape () cannot be an image: it needs 1 to 3"),

@@ -18,16 +18,13 @@ def read(zx, kind, tags, path):
 @pytest.mark.parametrize(
     "value, as_long, as_float, as_text",
     [
-        (3, 3, 3.0, None),
         (-7.9, -7, np.float32(-7.9), None),
         (True, 1, 1.0, None),
-        (np.float32(0.1), 0, np.float32(0.1), None),
         (2**31 - 1, 2**31 - 1, 2.0**31, None),
         (2**31, None, 2.0**31, None),
         (1e39, None, None, None),
         ("Å", None, None, "Å"),
         (None, None, None, None),
-        (1j, None, None, None),
         (np.zeros(2), None, None, None),
         ({}, None, None, None),
     ],
@@ -107,7 +104,7 @@ class Panel:
     def OnWrong(self):
         return "no number"
 
-    not_callable = 3
+    plain = 3  # not callable
 
 
 MANY_ARGUMENTS = "TagGroup OnMany( ScriptObject, long, double, string, TagGroup, ImageRef )"
@@ -128,16 +125,7 @@ def test_a_handlers_methods_are_called_with_python_values(zx):
         ("void OnNested( ScriptObject )", "Invalid mode.", ScriptError),
         ("void OnClose( ScriptObject )", "The library cannot be closed while one of its functions runs.", ScriptError),
         ("long OnWrong( ScriptObject )", 'text "no number" cannot be passed as 32-bit integer.', None),
-        (
-            "void OnMissing( ScriptObject )",
-            'script object "Panel" has no method "void OnMissing( ScriptObject )".',
-            None,
-        ),
-        (
-            "void not_callable( ScriptObject )",
-            'script object "Panel" has no method "void not_callable( ScriptObject )".',
-            None,
-        ),
+        ("void plain( ScriptObject )", 'script object "Panel" has no method "void plain( ScriptObject )".', None),
     ],
 )
 def test_what_a_handler_raises_stops_the_script(zx, prototype, text, cause):
