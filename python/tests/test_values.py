@@ -104,7 +104,6 @@ def test_a_failed_call_leaves_all_as_it_was(zx):
          'ZXPadSize cannot be called with (integer 5, complex number (0,1), text "1", tag list of 1, tag group of 0, '
          'script object "object", image "array" (2, Real 8 Byte), null). Its prototype is:\n    long ZXPadSize(long n)'),
         ("ZXSortNumberedName", (None,), "Parameters are invalid."),
-        ("ZXMedian", (None,), "Parameters are invalid."),
         ("ZXNone", (), 'There is no script function "ZXNone".'),
     ],
 )  # fmt: skip

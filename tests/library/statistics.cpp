@@ -50,22 +50,23 @@ TYPED_TEST_SUITE(real_statistics, real_types);
 
 constexpr image<float>::extents sizes[] = {{1, 1, 1}, {2, 1, 1}, {1, 5, 1}, {7, 3, 1}, {65, 4, 1}, {131, 3, 3}};
 
-TYPED_TEST(real_statistics, sums_of_whole_numbers_are_exact)
+TYPED_TEST(real_statistics, sums_of_two_images_are_right_to_the_last_bits)
 {
     for (const auto& size : sizes)
         for (const auto how : {support::dense, support::sparse}) {
-            const canvas<TypeParam> first{size, how}, second{size};
-            const auto a = few_values(first, 1), b = few_values(second, 2);
-            std::int64_t wanted[7] = {};
+            const canvas<TypeParam> first{size, how, 1}, second{size, support::dense, 2};
+            const auto a = first.pixels(), b = second.pixels();
+            long double wanted[7] = {}, magnitude[7] = {};
             for (std::size_t i = 0; i < a.size(); ++i) {
-                const auto u = static_cast<std::int64_t>(a[i]), v = static_cast<std::int64_t>(b[i]);
-                const std::int64_t terms[7] = {u, u * u, v, v * v, u - v, (u - v) * (u - v), std::abs(u - v)};
-                for (int k = 0; k < 7; ++k) wanted[k] += terms[k];
+                const long double u = a[i], v = b[i];
+                const long double terms[7] = {u, u * u, v, v * v, u - v, (u - v) * (u - v), std::abs(u - v)};
+                for (int k = 0; k < 7; ++k) wanted[k] += terms[k], magnitude[k] += std::abs(terms[k]);
             }
             const auto [sum1, square_sum1, sum2, square_sum2, difference, squares, absolutes] =
                 library::survey_difference<TypeParam>(first.view(), second.view());
             const double got[7] = {sum1, square_sum1, sum2, square_sum2, difference, squares, absolutes};
-            for (int k = 0; k < 7; ++k) EXPECT_EQ(got[k], static_cast<double>(wanted[k])) << "sum " << k;
+            for (int k = 0; k < 7; ++k)
+                EXPECT_LE(std::abs(got[k] - wanted[k]), 1e-13L * magnitude[k]) << "sum " << k << " of " << a.size();
         }
 }
 
@@ -116,28 +117,14 @@ TEST(min_max, nan_is_passed_over)
     }
 }
 
-TEST(survey_difference, float_sums_are_right_to_the_last_bits_and_nan_spreads)
+TEST(survey_difference, a_nan_spreads_into_the_sums_it_enters_and_other_sizes_are_refused)
 {
-    std::mt19937 random{3};
-    std::normal_distribution<float> normal{100.0f, 30.0f};
-    std::vector<float> a(1001), b(1001);
-    for (std::size_t i = 0; i < a.size(); ++i) a[i] = normal(random), b[i] = normal(random);
-    long double square = 0, absolute = 0;
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        const auto difference = static_cast<long double>(a[i]) - static_cast<long double>(b[i]);
-        square += difference * difference;
-        absolute += std::abs(difference);
-    }
-    const auto survey = [&] { return library::survey_difference<float>({a.data(), 91, 11}, {b.data(), 91, 11}); };
-    EXPECT_NEAR(survey().difference_square_sum, static_cast<double>(square), 1e-13 * static_cast<double>(square));
-    EXPECT_NEAR(survey().difference_absolute_sum, static_cast<double>(absolute), 1e-13 * static_cast<double>(absolute));
-    const double clean = survey().sum2;
-    a[500] = static_cast<float>(nan);
-    EXPECT_TRUE(std::isnan(survey().sum1) && std::isnan(survey().difference_absolute_sum));
-    EXPECT_EQ(survey().sum2, clean);
-    EXPECT_EQ(message_of([&] {
-                  library::survey_difference<float>({a.data(), 91, 11}, {b.data(), 11, 91});
-              }),
+    const canvas<float> a{{91, 11, 1}}, b{{91, 11, 1}}, turned{{11, 91, 1}};
+    a.view()(50, 5) = static_cast<float>(nan);
+    const auto got = library::survey_difference<float>(a.view(), b.view());
+    EXPECT_TRUE(std::isnan(got.sum1) && std::isnan(got.difference_absolute_sum));
+    EXPECT_TRUE(std::isfinite(got.sum2));
+    EXPECT_EQ(message_of([&] { library::survey_difference<float>(a.view(), turned.view()); }),
               dm::errors::different_size);
 }
 

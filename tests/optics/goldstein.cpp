@@ -16,6 +16,7 @@ using namespace qorv;
 using optics::unwrap_goldstein;
 using support::framed;
 using support::goldstein_literal;
+using support::one_nan;
 
 constexpr double pi = std::numbers::pi;
 
@@ -42,14 +43,6 @@ std::vector<float> unwrap(const picture& p, int box_limit)
     unwrap_goldstein(p.pixels.data(), result.inside(), p.width, p.height, box_limit, scratch.inside());
     EXPECT_TRUE(result.frame_untouched() && scratch.frame_untouched());
     return result.copy();
-}
-
-/// Every NaN is the same NaN: which of two operands' payloads survives an addition is the compiler's choice.
-std::vector<float> one_nan(std::vector<float> values)
-{
-    for (float& value : values)
-        if (value != value) value = std::numeric_limits<float>::quiet_NaN();
-    return values;
 }
 
 testing::AssertionResult same_as_literal(const picture& p, int box_limit)

@@ -2,10 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <exception>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -23,6 +25,17 @@ testing::AssertionResult same_bytes(const std::vector<T>& got, const std::vector
                    << "element " << i << " of " << got.size() << ": " << testing::PrintToString(got[i])
                    << " instead of " << testing::PrintToString(wanted[i]);
     return testing::AssertionSuccess();
+}
+
+/// Every NaN is the same NaN: which of two operands' payloads survives an addition is the compiler's choice.
+template <class T>
+std::vector<T> one_nan(std::vector<T> values)
+{
+    using part = decltype(std::real(T{}));
+    auto* parts = reinterpret_cast<part*>(values.data());
+    for (std::size_t i = 0; i < values.size() * (sizeof(T) / sizeof(part)); ++i)
+        if (parts[i] != parts[i]) parts[i] = std::numeric_limits<part>::quiet_NaN();
+    return values;
 }
 
 /// Pixels with a frame of guard elements before and behind, so that a stray write is seen. Inside starts as `fill` bytes.
