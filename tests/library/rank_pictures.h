@@ -2,6 +2,7 @@
 
 #include "image/image.h"
 #include "image/processor.h"
+#include "support/canvas.h"
 #include "support/same_bytes.h"
 
 #include <array>
@@ -127,12 +128,10 @@ void expect_filters_strided_volumes(Filter filter, Truth truth)
             std::vector<T> out(pixels.size(), T(7));
             const qorv::dm::image<T> destination{out.data(), {17, 13, 3}, strides};
             filter(source, destination);
-            for (std::ptrdiff_t z = 0; z < 3; ++z)
-                for (std::ptrdiff_t y = 0; y < 13; ++y)
-                    for (std::ptrdiff_t x = 0; x < 17; ++x) {
-                        ASSERT_EQ(destination(x, y, z), truth(source.plane(z), x, y));
-                        destination(x, y, z) = T(7);
-                    }
+            support::for_each_place(source.sizes(), [&](auto x, auto y, auto z) {
+                EXPECT_EQ(destination(x, y, z), truth(source.plane(z), x, y));
+                destination(x, y, z) = T(7);
+            });
             ASSERT_EQ(out, std::vector<T>(pixels.size(), T(7))) << "written between the strides";
         }
 }

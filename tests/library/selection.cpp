@@ -129,9 +129,7 @@ TEST(SelectionOfAnImage, SeesStridedVolumes)
     const auto all = picture<float>(content::noise, 4000);
     const dm::image<const float> view{all.data(), {11, 7, 5}, {2, 40, 700}};
     std::vector<float> seen;
-    for (int z = 0; z < 5; ++z)
-        for (int y = 0; y < 7; ++y)
-            for (int x = 0; x < 11; ++x) seen.push_back(view(x, y, z));
+    support::for_each_place(view.sizes(), [&](auto... place) { seen.push_back(view(place...)); });
     std::sort(seen.begin(), seen.end());
     for (std::int32_t use : {0, 1}) {
         dm::set_use_simd(use);

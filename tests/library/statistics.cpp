@@ -33,11 +33,9 @@ template <class T>
 std::vector<T> few_values(const canvas<T>& to, unsigned seed)
 {
     std::mt19937 random{seed};
-    const image<T>& view = to.view();
-    for (std::ptrdiff_t z = 0; z < view.depth(); ++z)
-        for (std::ptrdiff_t y = 0; y < view.height(); ++y)
-            for (std::ptrdiff_t x = 0; x < view.width(); ++x)
-                view(x, y, z) = static_cast<T>(static_cast<int>(random() % 100) - (std::is_signed_v<T> ? 50 : 0));
+    support::for_each_place(to.view().sizes(), [&](auto... place) {
+        to.view()(place...) = static_cast<T>(static_cast<int>(random() % 100) - (std::is_signed_v<T> ? 50 : 0));
+    });
     return to.pixels();
 }
 
@@ -140,15 +138,13 @@ TEST(radial_survey, is_the_mean_of_each_rounded_radius_in_each_plane)
             library::radial_survey<std::int16_t, float>(source.view(), g, {profile.inside(), length, depth});
             EXPECT_TRUE(profile.frame_untouched());
             std::vector<double> sums(profile.size()), counts(profile.size());
-            for (std::ptrdiff_t z = 0; z < depth; ++z)
-                for (std::ptrdiff_t y = 0; y < 13; ++y)
-                    for (std::ptrdiff_t x = 0; x < 17; ++x) {
-                        const double dx = static_cast<double>(x - g.center_x) * g.scale_x,
-                                     dy = static_cast<double>(y - g.center_y) * g.scale_y;
-                        const auto r = static_cast<std::size_t>(std::floor(std::hypot(dx, dy) + 0.5)) +
-                                       static_cast<std::size_t>(z * length);
-                        sums.at(r) += source.view()(x, y, z), ++counts.at(r);
-                    }
+            support::for_each_place({17, 13, depth}, [&](auto x, auto y, auto z) {
+                const double dx = static_cast<double>(x - g.center_x) * g.scale_x,
+                             dy = static_cast<double>(y - g.center_y) * g.scale_y;
+                const auto r = static_cast<std::size_t>(std::floor(std::hypot(dx, dy) + 0.5)) +
+                               static_cast<std::size_t>(z * length);
+                sums.at(r) += source.view()(x, y, z), ++counts.at(r);
+            });
             EXPECT_GT(counts.back(), 0) << "the farthest pixel sets the length";
             for (std::size_t r = 0; r < sums.size(); ++r)
                 EXPECT_EQ(profile.inside()[r], counts[r] == 0 ? 0 : static_cast<float>(sums[r] / counts[r])) << r;

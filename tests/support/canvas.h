@@ -2,6 +2,7 @@
 
 #include "image/image.h"
 
+#include <array>
 #include <complex>
 #include <cstring>
 #include <limits>
@@ -11,6 +12,24 @@
 
 /// Images with gaps between their elements, rows and planes, and a guard around them.
 namespace support {
+
+/// Calls `visit(x, y, z)` for every place, x fastest.
+template <class Visit>
+void for_each_place(const std::array<std::ptrdiff_t, 3>& sizes, Visit visit)
+{
+    for (std::ptrdiff_t z = 0; z < sizes[2]; ++z)
+        for (std::ptrdiff_t y = 0; y < sizes[1]; ++y)
+            for (std::ptrdiff_t x = 0; x < sizes[0]; ++x) visit(x, y, z);
+}
+
+/// The pixels alone, x fastest.
+template <class T>
+std::vector<T> pixels_of(const qorv::dm::image<T>& view)
+{
+    std::vector<T> result;
+    for_each_place(view.sizes(), [&](auto... place) { result.push_back(view(place...)); });
+    return result;
+}
 
 /// Elements from one pixel to the next, and extra elements behind each row and each plane.
 struct layout
@@ -51,13 +70,7 @@ class canvas
 
     const qorv::dm::image<T>& view() const { return view_; }
 
-    /// The pixels alone, x fastest.
-    std::vector<T> pixels() const
-    {
-        std::vector<T> result;
-        each([&](T& pixel) { result.push_back(pixel); });
-        return result;
-    }
+    std::vector<T> pixels() const { return pixels_of(view_); }
     bool gaps_untouched() const
     {
         std::vector<bool> used(all_.size());
@@ -85,9 +98,7 @@ class canvas
     template <class Visit>
     void each(Visit visit) const
     {
-        for (std::ptrdiff_t z = 0; z < view_.depth(); ++z)
-            for (std::ptrdiff_t y = 0; y < view_.height(); ++y)
-                for (std::ptrdiff_t x = 0; x < view_.width(); ++x) visit(view_(x, y, z));
+        for_each_place(view_.sizes(), [&](auto... place) { visit(view_(place...)); });
     }
 
     std::vector<T> all_;

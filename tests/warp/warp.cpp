@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "image/errors.h"
+#include "support/canvas.h"
 #include "support/same_bytes.h"
 
 namespace {
@@ -18,6 +19,7 @@ using namespace qorv;
 using dm::image;
 using std::ptrdiff_t;
 using std::vector;
+using support::for_each_place;
 using support::message_of;
 
 template <class T>
@@ -63,24 +65,19 @@ TYPED_TEST(warps, by_whole_pixels_move_every_bit)
     for (const auto& [sx, sy, sz] :
          {std::array{0, 0, 0}, {2, 0, 0}, {-1, 3, 0}, {0, -2, 1}, {-6, 4, -2}, {7, 0, 0}, {0, 0, 3}}) {
         vector<T> wanted;
-        for (ptrdiff_t z = 0; z < d; ++z)
-            for (ptrdiff_t y = 0; y < h; ++y)
-                for (ptrdiff_t x = 0; x < w; ++x) {
-                    const ptrdiff_t u = x + sx, v = y + sy, t = z + sz;
-                    const bool inside = u >= 0 && u < w && v >= 0 && v < h && t >= 0 && t < d;
-                    wanted.push_back(inside ? source(u, v, t) : fill);
-                }
+        for_each_place({w, h, d}, [&, sx = sx, sy = sy, sz = sz](ptrdiff_t x, ptrdiff_t y, ptrdiff_t z) {
+            const ptrdiff_t u = x + sx, v = y + sy, t = z + sz;
+            const bool inside = u >= 0 && u < w && v >= 0 && v < h && t >= 0 && t < d;
+            wanted.push_back(inside ? source(u, v, t) : fill);
+        });
         const real x_shift = static_cast<real>(sx), y_shift = static_cast<real>(sy), z_shift = static_cast<real>(sz);
         const image<const real> dx{&x_shift, 1}, dy{&y_shift, 1}, dz{&z_shift, 1};
         const auto expect = [&](const char* name, auto&& call) {
             support::framed<T> pixels_to{2 * w * h * d};
             image<T> to{pixels_to.inside(), {w, h, d}, {2, 2 * w, 2 * w * h}};
             EXPECT_EQ(&call(to), &to) << "returns what it was given";
-            vector<T> got;
-            for (ptrdiff_t z = 0; z < d; ++z)
-                for (ptrdiff_t y = 0; y < h; ++y)
-                    for (ptrdiff_t x = 0; x < w; ++x) got.push_back(to(x, y, z));
-            EXPECT_TRUE(support::same_bytes(got, wanted)) << name << " by " << sx << ", " << sy << ", " << sz;
+            EXPECT_TRUE(support::same_bytes(support::pixels_of(to), wanted))
+                << name << " by " << sx << ", " << sy << ", " << sz;
             EXPECT_TRUE(pixels_to.frame_untouched());
         };
         expect("affine", [&](image<T>& to) -> image<T>& {
@@ -108,21 +105,17 @@ TYPED_TEST(warps, reproduce_a_linear_ramp_between_the_pixels)
         return TestFixture::some(static_cast<real>(3 * x - 2 * y + 8 * z), static_cast<real>(x + 4 * y - z));
     };
     vector<T> pixels, result(w * h * d);
-    for (ptrdiff_t z = 0; z < d; ++z)
-        for (ptrdiff_t y = 0; y < h; ++y)
-            for (ptrdiff_t x = 0; x < w; ++x) pixels.push_back(ramp(double(x), double(y), double(z)));
+    for_each_place({w, h, d}, [&](auto... xyz) { pixels.push_back(ramp(double(xyz)...)); });
     const T outside = TestFixture::some(-1000, 0);
     image<T> to{result.data(), w, h, d};
     const auto expect_ramp_at = [&](auto&& place) {
         int inside = 0;
-        for (ptrdiff_t z = 0; z < d; ++z)
-            for (ptrdiff_t y = 0; y < h; ++y)
-                for (ptrdiff_t x = 0; x < w; ++x) {
-                    const auto [u, v, t] = place(x, y, z);
-                    const bool within = u >= 0 && u <= w - 1 && v >= 0 && v <= h - 1 && t >= 0 && t <= d - 1;
-                    EXPECT_EQ(to(x, y, z), within ? ramp(u, v, t) : outside) << x << " " << y << " " << z;
-                    inside += within;
-                }
+        for_each_place({w, h, d}, [&](ptrdiff_t x, ptrdiff_t y, ptrdiff_t z) {
+            const auto [u, v, t] = place(x, y, z);
+            const bool within = u >= 0 && u <= w - 1 && v >= 0 && v <= h - 1 && t >= 0 && t <= d - 1;
+            EXPECT_EQ(to(x, y, z), within ? ramp(u, v, t) : outside) << x << " " << y << " " << z;
+            inside += within;
+        });
         EXPECT_GT(inside, 50);
     };
     // A displacement for each element, for each row and for each plane.
