@@ -101,29 +101,14 @@ TEST_F(Files, SelectImageFilesTakesListsWithoutADialog)
         return std::tuple{names, std::get<std::string>(text(0)), std::get<integer>(text(2)),
                           std::get<integer>(text(4))};
     };
-    const std::string here = path("");
-    {
-        const auto [names, where, width, type] = select(path("img*.raw"), "");
-        EXPECT_THAT(names, ElementsAre("img2.RAW", "img10.raw"));
-        EXPECT_EQ(where, here);
-        EXPECT_EQ(width, 7);
-        EXPECT_EQ(type, 6);
-    }
-    {
-        const auto [names, where, width, type] = select(path("*.tif") + "\n", "", std::string{"Main window"});
-        EXPECT_THAT(names, ElementsAre("p1.tif"));
-        EXPECT_EQ(type, -1) << "pictures tell their type themselves";
-    }
-    {
-        const auto [names, where, width, type] = select(path("a.dat") + ";" + path("other"), "Raw|*.raw;*.img|All|*.*");
-        EXPECT_THAT(names, ElementsAre(path("a.dat"), path("other/img3.raw"))) << "of two folders";
-        EXPECT_EQ(where, "");
-    }
-    {
-        const auto [names, where, width, type] = select(path("none*"), "");
-        EXPECT_TRUE(names.empty());
-        EXPECT_EQ(where, path("none*")) << "untouched";
-    }
+    using names = std::vector<std::string>;
+    const std::string main_window = "Main window";
+    EXPECT_EQ(select(path("img*.raw"), ""), std::tuple(names{"img2.RAW", "img10.raw"}, path(""), 7, 6));
+    // Pictures tell their type themselves.
+    EXPECT_EQ(select(path("*.tif") + "\n", "", main_window), std::tuple(names{"p1.tif"}, path(""), 7, -1));
+    EXPECT_EQ(select(path("a.dat") + ";" + path("other"), "Raw|*.raw;*.img|All|*.*"),
+              std::tuple(names{path("a.dat"), path("other/img3.raw")}, "", 7, 6));
+    EXPECT_EQ(select(path("none*"), ""), std::tuple(names{}, path("none*"), 7, 6));
 }
 
 TEST(FileSelection, ReadsFiltersAndPatterns)

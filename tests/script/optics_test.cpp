@@ -2,7 +2,7 @@
 
 #include <numbers>
 
-#include "script/script_host.h"
+#include "script/destinations.h"
 
 // The core functions on images, called as scripts call them.
 namespace {
@@ -10,13 +10,15 @@ namespace {
 using namespace script;
 using complex_float = std::complex<float>;
 
+const script_value null{};
 constexpr char all_complex8[] = "All data type should be Complex 8.";
 constexpr char different_size[] = "Images of different size cannot appear in this function.";
 constexpr char all_same_complex[] = "All data type should be same Complex.";
 constexpr char power_of_2[] = "Size of image should be power of 2.";
+constexpr char out_of_place[] = "Output should be out-of-place.";
 
 /// A lens with every coefficient, scaled so that the phase reaches some tens of radians at the edge.
-std::vector<script_value> lens(script_value source, bool envelope, std::complex<double> tilt, script_value destination)
+arguments lens(script_value source, bool envelope, std::complex<double> tilt, script_value destination)
 {
     const auto c = [](double modulus, double degrees) {
         return script_value{std::polar(modulus, degrees * std::numbers::pi / 180)};
@@ -46,38 +48,56 @@ std::vector<script_value> lens(script_value source, bool envelope, std::complex<
             std::move(destination)};
 }
 
-TEST(WaveTransfer, ChecksInOrderAndLeavesEverythingAsItWas)
+arguments shifter(script_value source, double shift_x, double shift_y, script_value destination)
 {
-    script_host script;
-    const auto source = noise(3, {8, 6}), other_type = noise(13, {4, 4}), real = noise(2, {8, 6}),
-               other_size = noise(3, {8, 5});
-    const auto before = bytes_of(other_size);
-    const auto run = [&](const image_ref& from, const image_ref& to) {
-        return script.failure("ZXWTFMulDLL", lens(from, false, 0, to));
+    return {std::move(source), integer{9}, integer{-9}, shift_x, shift_y, -7., std::move(destination)};
+}
+
+TEST(CoreFunctions, RefuseInOrder)
+{
+    std::vector<complex_float> memory(9 * 8);
+    const auto at_row = [&](std::size_t row) -> script_value {  // 8 rows of 8, from that row on
+        return image::over("rows", 3, &memory[8 * row], extents{8, 8}, std::array<std::ptrdiff_t, 2>{1, 8},
+                           access::write, nullptr);
     };
-    EXPECT_EQ(run(source, other_type), all_complex8);  // its size differs too
-    EXPECT_EQ(run(real, other_size), all_complex8);
-    EXPECT_EQ(run(other_type, nullptr), all_complex8);
-    EXPECT_EQ(run(source, other_size), different_size);
-    EXPECT_NE(run(nullptr, source), "");
-    EXPECT_EQ(bytes_of(other_size), before);
-    EXPECT_EQ(script.host().records().traces().at("WTFMulDM").reports, 5u);
+    const auto transfer = [](const script_value& source, const script_value& destination) {
+        return lens(source, false, 0, destination);
+    };
+    const auto wave = noise(3, {8, 6}), large = noise(3, {256, 256});
+    expect_refusals({
+        // Rows with two faults fix the order.
+        {"ZXWTFMulDLL", transfer(wave, noise(13, {4, 4})), all_complex8},
+        {"ZXWTFMulDLL", transfer(noise(2, {8, 6}), noise(3, {8, 5})), all_complex8},
+        {"ZXWTFMulDLL", transfer(noise(13, {8, 6}), null), all_complex8},
+        {"ZXWTFMulDLL", transfer(wave, noise(3, {8, 5})), different_size},
+        {"ZXWTFMulDLL", transfer(at_row(0), at_row(1)), out_of_place},
+        {"ZXWTFMulDLL", transfer(null, wave), "Parameters are invalid."},
+        {"ZXImageShifterForSemper", shifter(noise(3, {10, 10}), 5, 5, noise(13, {8, 8})), all_same_complex},
+        {"ZXImageShifterForSemper", shifter(noise(2, {8, 8}), 4, 4, null), all_same_complex},
+        {"ZXImageShifterForSemper", shifter(noise(3, {10, 10}), 5, 5, noise(3, {8, 8})), power_of_2},
+        {"ZXImageShifterForSemper", shifter(large, 128.5, 128, null), power_of_2},
+        {"ZXImageShifterForSemper", shifter(large, 128, 128, noise(3, {8, 8})), different_size},
+        {"ZXImageShifterForSemper", shifter(at_row(1), 4, 4, at_row(0)), out_of_place},
+        {"ZXGoldstain", {noise(3, {4, 4}), integer{0}}, "Data type should be Real 4."},
+        {"ZXGoldstain", {noise(12, {4, 4}), integer{0}}, "Data type should be Real 4."},
+    });
 }
 
 TEST(WaveTransfer, NullDestinationInPlaceAndGivenDestinationAgree)
 {
     script_host script;
-    const auto source = noise(3, {17, 12});
-    const auto untouched = bytes_of(source);
-    const auto cloned = script.call_image("ZXWTFMulDLL", lens(source, true, {1e-3, -2e-3}, {}));
-    EXPECT_EQ(bytes_of(source), untouched);
-    EXPECT_EQ(source->changes(), 0u);
-    const auto given = noise(3, {17, 12}, 7);
-    EXPECT_EQ(script.call_image("ZXWTFMulDLL", lens(source, true, {1e-3, -2e-3}, given)), given);
-    EXPECT_EQ(given->changes(), 1u);
-    EXPECT_EQ(script.call_image("ZXWTFMulDLL", lens(source, true, {1e-3, -2e-3}, source)), source);
-    EXPECT_EQ(bytes_of(cloned), bytes_of(given));
-    EXPECT_EQ(bytes_of(cloned), bytes_of(source));
+    const auto source = noise(3, {17, 12}), given = noise(3, {17, 12}, 7), both = source->clone();
+    const auto run = [&](const image_ref& from, const image_ref& to) {
+        return script.call_image("ZXWTFMulDLL", lens(from, true, {1e-3, -2e-3}, to));
+    };
+    const auto made = run(source, nullptr);
+    EXPECT_EQ(run(source, given), given);
+    EXPECT_EQ(run(both, both), both);
+    EXPECT_EQ(bytes_of(made), bytes_of(given));
+    EXPECT_EQ(bytes_of(made), bytes_of(both));
+    EXPECT_EQ(bytes_of(source), bytes_of(noise(3, {17, 12})));
+    EXPECT_EQ(std::pair(source->changes(), given->changes()), std::pair(std::uint64_t{0}, std::uint64_t{1}));
+    EXPECT_EQ(script.host().records().traces().at("WTFMulDM").reports, 3u);
 }
 
 TEST(WaveTransfer, SameBitsWithTheSwitchOnAndOffAndOnEveryPlatform)
@@ -99,52 +119,23 @@ TEST(WaveTransfer, SameBitsWithTheSwitchOnAndOffAndOnEveryPlatform)
     }
 }
 
-TEST(Shifter, ChecksInOrder)
-{
-    script_host script;
-    struct row
-    {
-        image_ref source, destination;
-        double shift_x, shift_y;
-        const char* text;
-    };
-    const auto one = noise(3, {256, 256});
-    for (const row& r :
-         {row{noise(3, {10, 10}), noise(13, {8, 8}), 5, 5, all_same_complex},
-          row{noise(2, {8, 8}), nullptr, 4, 4, all_same_complex}, row{noise(3, {10, 10}), nullptr, 5, 5, power_of_2},
-          row{one, nullptr, 128.5, 128, power_of_2}, row{noise(3, {1, 64}), nullptr, 32, 0, power_of_2},
-          row{one, noise(3, {8, 8}), 128, 128, different_size}}) {
-        const auto before = bytes_of(r.destination ? r.destination : r.source);
-        EXPECT_EQ(script.failure("ZXImageShifterForSemper",
-                                 {r.source, integer{0}, integer{0}, r.shift_x, r.shift_y, 1., r.destination}),
-                  r.text);
-        EXPECT_EQ(bytes_of(r.destination ? r.destination : r.source), before);
-    }
-}
-
 TEST(Shifter, ConjugatesInACheckerboardAndTwiceIsTheIdentity)
 {
     script_host script;
-    for (const std::uint32_t code : {3u, 13u})
-        for (const auto& [w, h] : std::vector<std::pair<std::uint32_t, std::uint32_t>>{{12, 20}, {1, 64}, {7, 1}}) {
-            const auto source = noise(code, {w, h});
-            const auto shift = [&](const image_ref& from, const image_ref& to) {
-                return script.call_image("ZXImageShifterForSemper",
-                                         {from, integer{9}, integer{-9}, double(w / 2), double(h / 2), -7., to});
-            };
-            const auto once = shift(source, nullptr);
-            const auto first =
-                code == 3 ? std::complex<double>{source->at<complex_float>(0)} : source->at<std::complex<double>>(0);
-            const auto result =
-                code == 3 ? std::complex<double>{once->at<complex_float>(0)} : once->at<std::complex<double>>(0);
-            EXPECT_EQ(result, std::conj(first));
-            EXPECT_NE(bytes_of(once), bytes_of(source));
-            EXPECT_EQ(shift(once, once), once);
-            EXPECT_EQ(bytes_of(once), bytes_of(source));
-        }
+    for (const std::uint32_t code : complex_types) {
+        const auto source = noise(code, {12, 20});
+        const auto once = script.call_image("ZXImageShifterForSemper", shifter(source, 6, 10, null));
+        const auto first = [](const image_ref& picture) {
+            return picture->code() == 3 ? std::complex<double>{picture->at<complex_float>(0)}
+                                        : picture->at<std::complex<double>>(0);
+        };
+        EXPECT_EQ(first(once), std::conj(first(source)));
+        EXPECT_EQ(script.call_image("ZXImageShifterForSemper", shifter(once, 6, 10, once)), once);
+        EXPECT_EQ(bytes_of(once), bytes_of(source));
+    }
 }
 
-TEST(Goldstein, UnwrapsARampAndRefusesOtherTypes)
+TEST(Goldstein, UnwrapsARamp)
 {
     script_host script;
     auto ramp = image::create("ramp", 2, std::array{40u, 30u});
@@ -156,21 +147,6 @@ TEST(Goldstein, UnwrapsARampAndRefusesOtherTypes)
         for (int x = 0; x < 40; ++x) ASSERT_NEAR(unwrapped->at<float>(x, y), 0.7 * x - 0.4 * y, 1e-4);
     EXPECT_EQ(ramp->changes(), 0u);
     EXPECT_EQ(unwrapped->changes(), 1u);
-    for (const std::uint32_t code : {1u, 3u, 12u, 13u, 11u})
-        EXPECT_EQ(script.failure("ZXGoldstain", {noise(code, {4, 4}), integer{0}}), "Data type should be Real 4.");
-}
-
-TEST(CoreFunctions, RefuseADestinationThatOverlapsItsSourceInPart)
-{
-    script_host script;
-    std::vector<complex_float> memory(9 * 8);
-    const auto at_row = [&](std::size_t row) -> script_value {
-        return image::over("rows", 3, &memory[8 * row], std::array{8u, 8u}, std::array<std::ptrdiff_t, 2>{1, 8},
-                           access::write, nullptr);
-    };
-    EXPECT_EQ(script.failure("ZXWTFMulDLL", lens(at_row(0), false, 0, at_row(1))), "Output should be out-of-place.");
-    EXPECT_EQ(script.failure("ZXImageShifterForSemper", {at_row(1), integer{0}, integer{0}, 4., 4., 1., at_row(0)}),
-              "Output should be out-of-place.");
 }
 
 }  // namespace

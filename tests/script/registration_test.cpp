@@ -105,25 +105,8 @@ TEST(Registration, AllPrototypesInOrder)
 TEST(Utilities, PadSizes)
 {
     script_host script;
-    for (const auto& [n, size] : std::vector<std::pair<integer, integer>>{{0, 0},
-                                                                          {1, 1},
-                                                                          {7, 7},
-                                                                          {11, 12},
-                                                                          {13, 14},
-                                                                          {17, 18},
-                                                                          {100, 112},
-                                                                          {127, 128},
-                                                                          {500, 512},
-                                                                          {1000, 1024},
-                                                                          {1023, 1024},
-                                                                          {1025, 1152},
-                                                                          {1500, 1536},
-                                                                          {2000, 2048},
-                                                                          {3000, 3072},
-                                                                          {4000, 4096},
-                                                                          {4097, 4608},
-                                                                          {1 << 20, 1 << 20}})
-        EXPECT_EQ(script.call("ZXPadSize", {n}), script_value{size}) << n;
+    const std::pair<integer, integer> sizes[] = {{0, 0}, {11, 12}, {1025, 1152}, {1 << 20, 1 << 20}};
+    for (const auto& [n, size] : sizes) EXPECT_EQ(script.call("ZXPadSize", {n}), script_value{size}) << n;
 }
 
 TEST(Utilities, DataTypeCodes)
@@ -168,17 +151,13 @@ TEST(Utilities, SpecialDirectoriesEndInASeparator)
 TEST(Utilities, CommandsRunAndNeverReport)
 {
     script_host script;
+    const std::string file = "exec_wait_test.txt";
 #ifdef _WIN32
-    const std::string file = "exec_wait_test.txt", write = "cmd /c echo done> " + file;
+    script.call("ZXExecWait", {"cmd /c echo done> " + file});
 #else
-    const std::string file = "exec_wait_test.txt", write = "echo done > " + file;
+    script.call("ZXExecWait", {"echo done > " + file});
 #endif
-    std::remove(file.c_str());
-    script.call("ZXExecWait", {write});
-    std::FILE* written = std::fopen(file.c_str(), "r");
-    ASSERT_TRUE(written);
-    std::fclose(written);
-    std::remove(file.c_str());
+    EXPECT_EQ(std::remove(file.c_str()), 0) << "it was written";
     for (const char* function : {"ZXExec", "ZXExecWait"})
         EXPECT_EQ(script.failure(function, {std::string{"no-such-program-anywhere --now"}}), "");
 }
@@ -267,24 +246,6 @@ TEST(CoreFunctions, EarlierHandlersStayHeldAndNothingElseDoes)
     EXPECT_THAT(report.references, testing::UnorderedElementsAre(testing::HasSubstr("script object \"first\""),
                                                                  testing::HasSubstr("tag group")));
     EXPECT_TRUE(report.locks.empty() && report.others.empty() && report.violations.empty());
-}
-
-TEST(Conversion, WrongArgumentsNameThePrototypes)
-{
-    script_host script;
-    const auto wrong = [&](std::string_view name, std::vector<script_value> arguments) {
-        return script.failure(name, arguments);
-    };
-    EXPECT_THAT(
-        wrong("ZXMedianFilter", {integer{1}}),
-        testing::AllOf(testing::HasSubstr("ImageRef ZXMedianFilter(ImageRef imgSrc, long nRad, ImageRef imgDst)"),
-                       testing::HasSubstr("long nUseZeroPadding )")));
-    EXPECT_THAT(wrong("ZXPadSize", {std::string{"8"}}), testing::HasSubstr("long ZXPadSize(long n)"));
-    EXPECT_THAT(wrong("ZXPadSize", {integer{1} << 31}),
-                testing::HasSubstr("bad numeric conversion: positive overflow"));
-    EXPECT_THAT(wrong("ZXPadSize", {-(integer{1} << 31) - 1}),
-                testing::HasSubstr("bad numeric conversion: negative overflow"));
-    EXPECT_NE(wrong("ZXNoSuchFunction", {}), "");
 }
 
 }  // namespace
