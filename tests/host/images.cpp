@@ -1,13 +1,15 @@
 #include "host/image.h"
 
-#include "host/engine.h"
-#include "support/same_bytes.h"
+#include "host/calls.h"
 
 #include <numeric>
 
 namespace {
 
 using namespace zentrix::host;
+using support::arguments;
+using support::failure;
+using support::number;
 using sizes = std::vector<std::uint32_t>;
 
 TEST(images, come_zeroed_with_their_sizes_or_say_why_not)
@@ -81,25 +83,25 @@ TEST(images, convert_to_float_unless_complex_or_locked)
 TEST(image_functions, make_and_tell)
 {
     engine host;
-    const auto number = [](std::int64_t n) { return script_value{n}; };
     struct row
     {
         const char* maker;
-        std::vector<script_value> given;
+        arguments kind;
         std::uint32_t code;
     };
     const script_value name = std::string{"n"};
-    const row rows[] = {{"ComplexImage", {name, number(8), number(5), number(7)}, 3},
-                        {"ComplexImage", {name, number(16), number(5), number(7)}, 13},
-                        {"RealImage", {name, number(4), number(5), number(7)}, 2},
-                        {"RealImage", {name, number(8), number(5), number(7)}, 12},
-                        {"IntegerImage", {name, number(2), number(1), number(5), number(7)}, 1},
-                        {"IntegerImage", {name, number(2), number(0), number(5), number(7)}, 10},
-                        {"IntegerImage", {name, number(1), number(1), number(5), number(7)}, 9},
-                        {"IntegerImage", {name, number(4), number(0), number(5), number(7)}, 11},
-                        {"NewImage", {name, number(23), number(5), number(7)}, 23}};
+    const row rows[] = {{"ComplexImage", {number(8)}, 3},
+                        {"ComplexImage", {number(16)}, 13},
+                        {"RealImage", {number(4)}, 2},
+                        {"RealImage", {number(8)}, 12},
+                        {"IntegerImage", {number(2), number(1)}, 1},
+                        {"IntegerImage", {number(4), number(0)}, 11},
+                        {"NewImage", {number(23)}, 23}};
     for (const auto& r : rows) {
-        const auto made = object_in<image>(host.call(r.maker, r.given));
+        arguments given{name};
+        given.insert(given.end(), r.kind.begin(), r.kind.end());
+        given.insert(given.end(), {number(5), number(7)});
+        const auto made = object_in<image>(host.call(r.maker, given));
         ASSERT_TRUE(made);
         const auto width = make_cell(), height = make_cell();
         host.call("GetSize", {made, width, height});
@@ -118,22 +120,16 @@ TEST(image_functions, make_and_tell)
         EXPECT_EQ(host.call("ImageIsValid", {made}), number(0));
     }
     EXPECT_EQ(host.call("ImageIsValid", {script_value{}}), number(0));
-    EXPECT_EQ(support::message_of([&] { host.call("ImageClone", {script_value{}}); }),
-              "A null reference was passed where an object is needed.");
-    EXPECT_EQ(support::message_of([&] {
-                  host.call("RealImage", {name, number(2), number(5), number(7)});
-              }),
+    EXPECT_EQ(failure(host, "ImageClone", {script_value{}}), "A null reference was passed where an object is needed.");
+    EXPECT_EQ(failure(host, "RealImage", {name, number(2), number(5), number(7)}),
               "No such picture element has 2 bytes.");
-    EXPECT_EQ(support::message_of([&] {
-                  host.call("NewImage", {name, number(2), number(1), number(1), number(1), number(1)});
-              }),
+    EXPECT_EQ(failure(host, "NewImage", {name, number(2), number(1), number(1), number(1), number(1)}),
               "num_dim <= kMaxDim");
 }
 
 TEST(image_functions, lock_a_slice_of_an_image)
 {
     engine host;
-    const auto number = [](std::int64_t n) { return script_value{n}; };
     const auto volume = image::create("v", 1, sizes{5, 4, 3});
     const auto slice = host.call(
         "NewImageDataSlice", {number(1), number(3), number(1), number(2), number(2), number(2), number(0), number(3)});
@@ -160,14 +156,9 @@ TEST(image_functions, lock_a_slice_of_an_image)
     EXPECT_EQ(support::message_of(get), "The image data have no slice 1.");
     const auto outside = host.call(
         "NewImageDataSlice", {number(1), number(3), number(4), number(2), number(0), number(1), number(0), number(1)});
-    EXPECT_EQ(support::message_of([&] {
-                  host.call("ImageGetLockedData", {volume, number(1), outside});
-              }),
+    EXPECT_EQ(failure(host, "ImageGetLockedData", {volume, number(1), outside}),
               "The slice reaches outside image \"v\" (5 x 4 x 3, Integer 2 Byte Signed).");
-    EXPECT_EQ(support::message_of([&] {
-                  host.call("ImageGetLockedData", {volume, number(4), {}});
-              }),
-              "The access mode 4 is unknown.");
+    EXPECT_EQ(failure(host, "ImageGetLockedData", {volume, number(4), {}}), "The access mode 4 is unknown.");
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
-#include "host/engine.h"
-#include "support/same_bytes.h"
+#include "host/calls.h"
 
 #include <map>
 
 namespace {
 
 using namespace zentrix::host;
+using support::number;
 
 TEST(tags, convert_as_a_script_expects)
 {
@@ -83,7 +83,6 @@ TEST(tag_functions, read_write_and_leave_outputs_alone_where_there_is_no_tag)
         log += std::string{path} + "=" + value + ";";
     };
     engine host{options};
-    const auto number = [](std::int64_t n) { return script_value{n}; };
     std::map<std::string, double> owned{{"DisplayMode", 3.0}};
     const auto tags = std::make_shared<borrowed_tags>(owned);
     const script_value key = std::string{"DisplayMode"}, missing = std::string{"ModA1"};

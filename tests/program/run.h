@@ -27,6 +27,12 @@ struct outcome
     std::string out, err;
 };
 
+inline std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more)
+{
+    words.insert(words.end(), more.begin(), more.end());
+    return words;
+}
+
 /// Runs programs in a scratch folder, where their files are named without a path.
 class workbench
 {

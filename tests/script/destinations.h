@@ -19,7 +19,7 @@ inline std::uint32_t float_type(std::uint32_t) { return 2; }
 inline std::uint32_t complex_of(std::uint32_t real) { return real == 2 ? 3 : 13; }
 inline std::uint32_t real_of(std::uint32_t complex) { return complex == 3 ? 2 : 12; }
 
-/// Element i as a number, of an image of a real type or binary.
+/// Element (x, y, z) as a number, of an image of a real type or binary.
 inline double number_at(const image_ref& picture, std::ptrdiff_t x, std::ptrdiff_t y = 0, std::ptrdiff_t z = 0)
 {
     double number = 0;
@@ -27,6 +27,14 @@ inline double number_at(const image_ref& picture, std::ptrdiff_t x, std::ptrdiff
     qorv::dm::visit(qorv::dm::eight_reals{}, code,
                     [&]<class T>() { number = static_cast<double>(picture->at<T>(x, y, z)); });
     return number;
+}
+
+/// Element (x, y, z) as a complex number, of an image of a real or complex type.
+inline std::complex<double> complex_at(const image_ref& picture, std::ptrdiff_t x, std::ptrdiff_t y = 0,
+                                       std::ptrdiff_t z = 0)
+{
+    if (picture->code() == 3) return std::complex<double>{picture->at<std::complex<float>>(x, y, z)};
+    return picture->code() == 13 ? picture->at<std::complex<double>>(x, y, z) : number_at(picture, x, y, z);
 }
 
 /// Repeatable whole numbers from -6 (0 where the type has no sign) to 22, the same with every compiler.
@@ -207,6 +215,14 @@ inline void expect_destination_rules(const destination_row& row)
     const auto& traces = script.host().records().traces();
     ASSERT_TRUE(traces.contains(row.counter)) << row.counter;
     EXPECT_EQ(traces.at(row.counter).reports, calls) << row.counter;
+}
+
+/// The same arguments with outputs of their own.
+inline arguments with_new_outputs(arguments given)
+{
+    for (auto& argument : given)
+        if (const auto* out = std::get_if<cell_ref>(&argument)) argument = make_cell((*out)->value);
+    return given;
 }
 
 /// A call that fails.

@@ -4,20 +4,15 @@
 #include <fstream>
 #include <map>
 
-#include "script/script_host.h"
+#include "script/destinations.h"
 
 // Every call that a script function makes of the host fails once: the script gets a text, and nothing stays held or locked.
 namespace {
 
 using namespace script;
 
-using arguments = std::vector<script_value>;
-
 const script_value null{};
-script_value picture(std::uint32_t code, std::vector<std::uint32_t> sizes = {8, 4})
-{
-    return noise(code, std::move(sizes));
-}
+script_value picture(std::uint32_t code, const extents& sizes = {8, 4}) { return whole_numbers(code, sizes); }
 
 /// The transfer function's arguments between source and destination.
 arguments wave_transfer(script_value source, script_value destination)
@@ -103,14 +98,6 @@ std::vector<std::pair<const char*, arguments>> all_calls()
         {"ZXTransposeXZ", {picture(13, {2, 3, 4}), null}},
         {"ZXTransposeYZ", {picture(23, {2, 3, 4}), null}},
     };
-}
-
-/// The same arguments with outputs of their own.
-arguments with_new_outputs(arguments given)
-{
-    for (auto& argument : given)
-        if (const auto* out = std::get_if<cell_ref>(&argument)) argument = make_cell((*out)->value);
-    return given;
 }
 
 std::uint64_t trace_reports(engine& host)

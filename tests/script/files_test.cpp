@@ -6,7 +6,7 @@
 #include "image/errors.h"
 #include "library/file_selection.h"
 #include "library/raw_file.h"
-#include "script/script_host.h"
+#include "script/destinations.h"
 
 namespace {
 
@@ -42,7 +42,7 @@ TEST_F(Files, RawImagesComeBackInEveryType)
     const std::uint32_t codes[] = {9, 6, 1, 10, 7, 11, 2, 12, 3, 13};
     for (integer type = 0; type < 10; ++type)
         for (const std::uint32_t depth : {1u, 2u}) {
-            const auto original = noise(codes[type], {5, 3, depth});
+            const auto original = whole_numbers(codes[type], {5, 3, depth});
             const std::string file = write("raw.bin", bytes_of(original));
             const auto read = script.call_image("ZXOpenImage", {file, integer{5}, integer{3}, integer{depth}, type});
             EXPECT_EQ(read->code(), codes[type]);
@@ -56,7 +56,7 @@ TEST_F(Files, OpenImageRefusesInOrderAndLeavesPicturesToTheHost)
 {
     auto options = script_host::with_checks();
     options.open_image = [](const std::string& file) {
-        auto picture = noise(2, {2, 2});
+        auto picture = whole_numbers(2, {2, 2});
         picture->set_name(file);
         return picture;
     };

@@ -20,32 +20,13 @@ constexpr char out_of_place[] = "Output should be out-of-place.";
 /// A lens with every coefficient, scaled so that the phase reaches some tens of radians at the edge.
 arguments lens(script_value source, bool envelope, std::complex<double> tilt, script_value destination)
 {
-    const auto c = [](double modulus, double degrees) {
-        return script_value{std::polar(modulus, degrees * std::numbers::pi / 180)};
-    };
-    return {std::move(source),
-            0.00197,
-            0.05,
-            4e4,
-            c(2e4, 30),
-            6e7,
-            3e10,
-            c(6e5, 100),
-            c(5e5, 200),
-            c(3e7, 10),
-            c(2e7, 300),
-            c(1e9, 50),
-            c(8e8, 70),
-            c(5e8, 190),
-            c(1e10, 20),
-            c(2e10, 80),
-            c(1e10, 250),
-            4e3,
-            2e-5,
-            0.01,
-            integer{envelope},
-            tilt,
-            std::move(destination)};
+    constexpr double moduli[] = {2e4, 6e5, 5e5, 3e7, 2e7, 1e9, 8e8, 5e8, 1e10, 2e10, 1e10};
+    constexpr double degrees[] = {30, 100, 200, 10, 300, 50, 70, 190, 20, 80, 250};
+    arguments given{std::move(source), 0.00197, 0.05, 4e4};
+    for (int k = 0; k < 11; ++k) given.emplace_back(std::polar(moduli[k], degrees[k] * std::numbers::pi / 180));
+    given.insert(given.begin() + 5, {6e7, 3e10});  // the other round terms
+    given.insert(given.end(), {4e3, 2e-5, 0.01, integer{envelope}, tilt, std::move(destination)});
+    return given;
 }
 
 arguments shifter(script_value source, double shift_x, double shift_y, script_value destination)
@@ -63,30 +44,31 @@ TEST(CoreFunctions, RefuseInOrder)
     const auto transfer = [](const script_value& source, const script_value& destination) {
         return lens(source, false, 0, destination);
     };
-    const auto wave = noise(3, {8, 6}), large = noise(3, {256, 256});
+    const auto wave = whole_numbers(3, {8, 6}), large = whole_numbers(3, {256, 256});
     expect_refusals({
         // Rows with two faults fix the order.
-        {"ZXWTFMulDLL", transfer(wave, noise(13, {4, 4})), all_complex8},
-        {"ZXWTFMulDLL", transfer(noise(2, {8, 6}), noise(3, {8, 5})), all_complex8},
-        {"ZXWTFMulDLL", transfer(noise(13, {8, 6}), null), all_complex8},
-        {"ZXWTFMulDLL", transfer(wave, noise(3, {8, 5})), different_size},
+        {"ZXWTFMulDLL", transfer(wave, whole_numbers(13, {4, 4})), all_complex8},
+        {"ZXWTFMulDLL", transfer(whole_numbers(2, {8, 6}), whole_numbers(3, {8, 5})), all_complex8},
+        {"ZXWTFMulDLL", transfer(whole_numbers(13, {8, 6}), null), all_complex8},
+        {"ZXWTFMulDLL", transfer(wave, whole_numbers(3, {8, 5})), different_size},
         {"ZXWTFMulDLL", transfer(at_row(0), at_row(1)), out_of_place},
         {"ZXWTFMulDLL", transfer(null, wave), "Parameters are invalid."},
-        {"ZXImageShifterForSemper", shifter(noise(3, {10, 10}), 5, 5, noise(13, {8, 8})), all_same_complex},
-        {"ZXImageShifterForSemper", shifter(noise(2, {8, 8}), 4, 4, null), all_same_complex},
-        {"ZXImageShifterForSemper", shifter(noise(3, {10, 10}), 5, 5, noise(3, {8, 8})), power_of_2},
+        {"ZXImageShifterForSemper", shifter(whole_numbers(3, {10, 10}), 5, 5, whole_numbers(13, {8, 8})),
+         all_same_complex},
+        {"ZXImageShifterForSemper", shifter(whole_numbers(2, {8, 8}), 4, 4, null), all_same_complex},
+        {"ZXImageShifterForSemper", shifter(whole_numbers(3, {10, 10}), 5, 5, whole_numbers(3, {8, 8})), power_of_2},
         {"ZXImageShifterForSemper", shifter(large, 128.5, 128, null), power_of_2},
-        {"ZXImageShifterForSemper", shifter(large, 128, 128, noise(3, {8, 8})), different_size},
+        {"ZXImageShifterForSemper", shifter(large, 128, 128, whole_numbers(3, {8, 8})), different_size},
         {"ZXImageShifterForSemper", shifter(at_row(1), 4, 4, at_row(0)), out_of_place},
-        {"ZXGoldstain", {noise(3, {4, 4}), integer{0}}, "Data type should be Real 4."},
-        {"ZXGoldstain", {noise(12, {4, 4}), integer{0}}, "Data type should be Real 4."},
+        {"ZXGoldstain", {whole_numbers(3, {4, 4}), integer{0}}, "Data type should be Real 4."},
+        {"ZXGoldstain", {whole_numbers(12, {4, 4}), integer{0}}, "Data type should be Real 4."},
     });
 }
 
 TEST(WaveTransfer, NullDestinationInPlaceAndGivenDestinationAgree)
 {
     script_host script;
-    const auto source = noise(3, {17, 12}), given = noise(3, {17, 12}, 7), both = source->clone();
+    const auto source = whole_numbers(3, {17, 12}), given = whole_numbers(3, {17, 12}, 7), both = source->clone();
     const auto run = [&](const image_ref& from, const image_ref& to) {
         return script.call_image("ZXWTFMulDLL", lens(from, true, {1e-3, -2e-3}, to));
     };
@@ -95,7 +77,7 @@ TEST(WaveTransfer, NullDestinationInPlaceAndGivenDestinationAgree)
     EXPECT_EQ(run(both, both), both);
     EXPECT_EQ(bytes_of(made), bytes_of(given));
     EXPECT_EQ(bytes_of(made), bytes_of(both));
-    EXPECT_EQ(bytes_of(source), bytes_of(noise(3, {17, 12})));
+    EXPECT_EQ(bytes_of(source), bytes_of(whole_numbers(3, {17, 12})));
     EXPECT_EQ(std::pair(source->changes(), given->changes()), std::pair(std::uint64_t{0}, std::uint64_t{1}));
     EXPECT_EQ(script.host().records().traces().at("WTFMulDM").reports, 3u);
 }
@@ -123,13 +105,9 @@ TEST(Shifter, ConjugatesInACheckerboardAndTwiceIsTheIdentity)
 {
     script_host script;
     for (const std::uint32_t code : complex_types) {
-        const auto source = noise(code, {12, 20});
+        const auto source = whole_numbers(code, {12, 20});
         const auto once = script.call_image("ZXImageShifterForSemper", shifter(source, 6, 10, null));
-        const auto first = [](const image_ref& picture) {
-            return picture->code() == 3 ? std::complex<double>{picture->at<complex_float>(0)}
-                                        : picture->at<std::complex<double>>(0);
-        };
-        EXPECT_EQ(first(once), std::conj(first(source)));
+        EXPECT_EQ(complex_at(once, 0), std::conj(complex_at(source, 0)));
         EXPECT_EQ(script.call_image("ZXImageShifterForSemper", shifter(once, 6, 10, once)), once);
         EXPECT_EQ(bytes_of(once), bytes_of(source));
     }

@@ -7,7 +7,6 @@
 #include <cstring>
 #include <functional>
 #include <optional>
-#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -85,32 +84,6 @@ std::vector<T> pixels_of(const image_ref& picture)
     EXPECT_EQ(picture->code(), static_cast<std::uint32_t>(qorv::dm::data_type_of<T>));
     const auto* data = static_cast<const T*>(picture->data());
     return {data, data + picture->count()};
-}
-
-/// An image of the host's element code, filled with repeatable noise that is finite for every type.
-inline image_ref noise(std::uint32_t code, std::vector<std::uint32_t> sizes, unsigned seed = 1)
-{
-    auto made = image::create("noise", code, sizes);
-    std::mt19937 random{seed};
-    const auto fill = [&]<class T>(T) {
-        auto* values = static_cast<T*>(made->data());
-        const std::size_t count = made->count() * made->type().bytes / sizeof(T);
-        std::uniform_real_distribution<double> spread{std::is_signed_v<T> ? -100. : 0., 100.};
-        for (std::size_t i = 0; i < count; ++i) values[i] = static_cast<T>(spread(random));
-    };
-    switch (code) {
-        case 1: fill(std::int16_t{}); break;
-        case 2:
-        case 3: fill(float{}); break;
-        case 7: fill(std::int32_t{}); break;
-        case 9: fill(std::int8_t{}); break;
-        case 10: fill(std::uint16_t{}); break;
-        case 11: fill(std::uint32_t{}); break;
-        case 12:
-        case 13: fill(double{}); break;
-        default: fill(std::uint8_t{});
-    }
-    return made;
 }
 
 /// All bytes of a contiguous image.

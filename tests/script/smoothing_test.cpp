@@ -125,11 +125,11 @@ TEST(Smoothing, RefusesInOrder)
 TEST(Smoothing, HasTheSameBitsOnEveryPlatform)
 {
     script_host script;
-    const auto noise = [](std::uint32_t code) { return whole_numbers(code, {37, 29, 11}); };
+    const auto volume = [](std::uint32_t code) { return whole_numbers(code, {37, 29, 11}); };
     for (const auto& [name, given, wanted] : std::vector<std::tuple<const char*, arguments, std::uint64_t>>{
-             {"ZXMovingAverage", {noise(2), integer{3}, null}, 0xa75d865754ac7892},
-             {"ZXMovingAverageX", {noise(3), integer{3}, null}, 0x658404acb72250f9},
-             {"ZXMovingAverageZ", {noise(2), integer{3}, null}, 0x61addca05b6c2d5c},
+             {"ZXMovingAverage", {volume(2), integer{3}, null}, 0xa75d865754ac7892},
+             {"ZXMovingAverageX", {volume(3), integer{3}, null}, 0x658404acb72250f9},
+             {"ZXMovingAverageZ", {volume(2), integer{3}, null}, 0x61addca05b6c2d5c},
              {"ZXGaussianBlur", {whole_numbers(2, {67, 53}), 2., integer{3}, null}, 0x2fb170c1e81ac9a8}}) {
         const auto got = digest(script.call_image(name, given));
         EXPECT_EQ(got, wanted) << name << std::hex << " 0x" << got;

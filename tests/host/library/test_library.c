@@ -134,16 +134,6 @@ static int32_t get_slice(host_object* lock, float** data, int32_t* info, host_ob
     return 0;
 }
 
-/* "double TestSum( double a, double b )" */
-static int32_t HOST_CALL test_sum(void* context, const host_value* arguments, uint32_t count, host_value* result,
-                                  host_object** error)
-{
-    (void)context, (void)count, (void)error;
-    *result = object_value(HOST_FLOAT64, NULL);
-    result->as.f64 = arguments[0].as.f64 + arguments[1].as.f64;
-    return 0;
-}
-
 /* "long TestDivide( long a, long b, long * rest )" */
 static int32_t HOST_CALL test_divide(void* context, const host_value* arguments, uint32_t count, host_value* result,
                                      host_object** error)
@@ -154,18 +144,6 @@ static int32_t HOST_CALL test_divide(void* context, const host_value* arguments,
     *result = object_value(HOST_INT32, NULL);
     result->as.i32 = a / b;
     if (arguments[2].as.cell) arguments[2].as.cell->as.i32 = a % b;
-    return 0;
-}
-
-/* "dm_string TestExchange( dm_string * text )": returns the present text and stores another one */
-static int32_t HOST_CALL test_exchange(void* context, const host_value* arguments, uint32_t count, host_value* result,
-                                       host_object** error)
-{
-    host_object* fresh = make_string("exchanged");
-    (void)context, (void)count;
-    if (!fresh) return fail(error, "Out of memory.");
-    *result = object_value(HOST_STRING, arguments[0].as.cell->as.object); /* the cell's count goes to the result */
-    arguments[0].as.cell->as.object = fresh;
     return 0;
 }
 
@@ -249,9 +227,7 @@ struct script_function
     const char* context;
 };
 static const struct script_function functions[] = {
-    {"double TestSum( double a, double b )", test_sum, NULL},
     {"long TestDivide( long a, long b, long * rest )", test_divide, NULL},
-    {"dm_string TestExchange( dm_string * text )", test_exchange, NULL},
     {"dm_string TestOverload(double a)", test_overload, "double"},
     {"dm_string TestOverload(complex a)", test_overload, "complex"},
     {"ImageRef TestFill( ImageRef img, float value )", test_fill, NULL},
