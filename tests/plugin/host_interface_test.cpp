@@ -41,152 +41,131 @@ image_ref ramp(std::int32_t width, std::int32_t height)
     return image;
 }
 
-struct host_call
+/// Tags of every kind come back from a group that a list holds; outputs of tags that are not there keep their values.
+void keep_tags()
 {
-    const char* prototype;
-    std::function<void()> call;
+    const tag_group_ref list = NewTagList(), inside = NewTagGroup();
+    TagGroupSetTagAsFloat(inside, "ModA1", 2.5f);
+    TagGroupSetTagAsLong(inside, "AngA1", 359);
+    TagGroupSetTagAsString(inside, "name", "A1");
+    EXPECT_EQ(std::pair(TagGroupCountTags(list), TagGroupCountTags(inside)), std::pair(0, 3));
+    TagGroupInsertTagAsTagGroup(list, 0, inside);
+    tag_group_ref found;
+    EXPECT_TRUE(TagGroupGetIndexedTagAsTagGroup(list, 0, found) && found == inside);
+    float real = -1;
+    std::int32_t whole = -1;
+    std::string text;
+    EXPECT_FALSE(TagGroupGetTagAsFloat(inside, "none", real) || TagGroupGetTagAsLong(inside, "none", whole));
+    EXPECT_EQ(std::pair(real, whole), std::pair(-1.f, -1));
+    EXPECT_TRUE(TagGroupGetTagAsFloat(inside, "ModA1", real) && TagGroupGetTagAsLong(inside, "AngA1", whole));
+    EXPECT_TRUE(TagGroupGetTagAsString(inside, "name", text));
+    EXPECT_EQ(std::tuple(real, whole, text), std::tuple(2.5f, 359, "A1"));
+}
+
+void tell_of_an_image()
+{
+    const image_ref image = ramp(3, 2), clone = ImageClone(image), waves = ComplexImage("c", 16, 3, 2);
+    std::int32_t width = 0, height = 0;
+    GetSize(image, width, height);
+    EXPECT_EQ(std::pair(width, height), std::pair(3, 2));
+    EXPECT_EQ(std::pair(GetDataType(image), ImageGetDataType(waves)), std::pair(std::int16_t{2}, 13u));
+    EXPECT_EQ(qorv::dm::read_lock{clone}.view<float>()(2, 1), 5.f);
+    EXPECT_EQ(ImageGetDataElementByteSize(waves), 16u);
+    EXPECT_EQ(std::pair(ImageGetNumDimensions(image), ImageGetDimensionSize(image, 1)), std::pair(2u, 2u));
+    EXPECT_EQ(ImageGetName(clone), "ramp");
+    EXPECT_TRUE(ImageIsValid(image));
+    EXPECT_TRUE(IsRealDataType(image, 4) && IsComplexDataType(waves, 16));
+    EXPECT_FALSE(IsRealDataType(image, 8) || IsComplexDataType(waves, 8));
+}
+
+void make_images()
+{
+    EXPECT_EQ(ImageGetDataType(IntegerImage("i", 1, true, 2, 2)), 9u);
+    EXPECT_EQ(ImageGetDataType(IntegerImage("i", 4, false, 1, 1)), 11u);
+    EXPECT_EQ(ImageGetDataType(RealImage("", 8, 1, 1)), 12u);
+    EXPECT_EQ(ImageGetDimensionSize(NewImage("line", 3, {7}), 0), 7u);
+    EXPECT_EQ(support::message_of([] { NewImage("", 2, {1, 1, 1, 1}); }), "num_dim <= kMaxDim");
+    const image_ref image = IntegerImage("i", 2, true, 3, 2);
+    ConvertToFloat(image);
+    EXPECT_EQ(ImageGetDataType(image), 2u);
+}
+
+void lock_images()
+{
+    const qorv::dm::read_lock lock{NewImage("v", 2, {2, 3, 4})};
+    EXPECT_EQ(lock.strides(), (qorv::dm::image<char>::extents{1, 2, 6}));
+    EXPECT_EQ(lock.sizes(), (qorv::dm::image<char>::extents{2, 3, 4}));
+    EXPECT_EQ(ImageData_CountSlices(ImageGetLockedData(ramp(3, 2), HOST_LOCK_READ, {})), 1u);
+    const host_data_slice slice{2, 2, {1, 2, 0}, {3, 4, 0}};
+    const auto back = ExtractImageDataSequenceFromScriptObjectOrFail(NewImageDataSlice(slice));
+    EXPECT_EQ(std::tie(back.num_dim, back.start[1], back.extent[0]), std::tuple(2u, 2, 3));
+}
+
+void use_tool() { UnregisterCustomTool(RegisterCustomTool(1, "tool", 2)); }
+
+/// Every host function with a call that reaches it and checks its effect.
+const std::pair<const char*, std::function<void()>> all_calls[] = {
+    {"ComplexImagePtr ComplexImage( string, long, long, long )", tell_of_an_image},
+    {"void ConvertToFloat( ImageRef )", make_images},
+    {"bool DoesFileExist( dm_string )", [] { EXPECT_FALSE(DoesFileExist("/no/such/file")); }},
+    {"short GetDataType( ImageRef )", tell_of_an_image},
+    {"void GetSize( ImageRef, long *, long * )", tell_of_an_image},
+    {"ImageRef ImageClone( ImageRef )", tell_of_an_image},
+    {"void ImageDataChanged( ImageRef )", [] { ImageDataChanged(ramp(1, 1)); }},
+    {"uint32 ImageGetDataElementByteSize( ImageRef )", tell_of_an_image},
+    {"uint32 ImageGetDataType( ImageRef )", tell_of_an_image},
+    {"uint32 ImageGetDimensionSize( ImageRef, uint32 )", tell_of_an_image},
+    {"dm_string ImageGetName( ImageRef )", tell_of_an_image},
+    {"uint32 ImageGetNumDimensions( ImageRef )", tell_of_an_image},
+    {"Boolean ImageIsValid( ImageRef )", tell_of_an_image},
+    {"RealImagePtr IntegerImage( string, long, Boolean, long, long )", make_images},
+    {"Boolean IsComplexDataType( ImageRef, long )", tell_of_an_image},
+    {"Boolean IsRealDataType( ImageRef, long )", tell_of_an_image},
+    {"TagGroup NewTagGroup(  )", keep_tags},
+    {"TagGroup NewTagList(  )", keep_tags},
+    {"void OkDialog( string )", [] { OkDialog("read me"); }},
+    {"BasicImage OpenImage( dm_string )", [] { EXPECT_EQ(ImageGetName(OpenImage("a file")), "a file"); }},
+    {"RealImagePtr RealImage( dm_string, uint32, uint32, uint32 )", make_images},
+    {"uint64 RegisterCustomTool( uint64, string, uint64 )", use_tool},
+    {"void UnregisterCustomTool( uint64 )", use_tool},
+    {"void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )",
+     [] { WriteOutputWindow("test", 1, "a line\n"); }},
+    {"void ShowAlert( dm_string, long )", [] { ShowAlert("careful", 2); }},
+    {"long TagGroupCountTags( TagGroup )", keep_tags},
+    {"Boolean TagGroupGetIndexedTagAsTagGroup( TagGroup, long, TagGroup * )", keep_tags},
+    {"Boolean TagGroupGetTagAsFloat( TagGroup, string, float * )", keep_tags},
+    {"Boolean TagGroupGetTagAsLong( TagGroup, string, long * )", keep_tags},
+    {"Boolean TagGroupGetTagAsString( TagGroup, string, dm_string * )", keep_tags},
+    {"void TagGroupInsertTagAsTagGroup( TagGroup, long, TagGroup )", keep_tags},
+    {"void TagGroupSetTagAsFloat( TagGroup, string, float )", keep_tags},
+    {"void TagGroupSetTagAsLong( TagGroup, string, long )", keep_tags},
+    {"void TagGroupSetTagAsString( TagGroup, string, dm_string )", keep_tags},
+    {"Throwable NewThrowableFromString( dm_string )", [] { EXPECT_TRUE(NewThrowableFromString("oops")); }},
+    {"BasicImage NewImage( dm_string, uint32, uint32... )", make_images},
+    {"ScriptObject ImageGetLockedData( BasicImage, ulong, ScriptObject )", lock_images},
+    {"uint32 ImageData_CountSlices( ScriptObject img_src )", lock_images},
+    {"void *ImageData_GetSlice( ScriptObject img_src, uint32 slice_index, uint32 des_num_dim, uint32 *act_num_dim, "
+     "uint32 *data_type, uint32 *pack_style, sint32 *dimension_info...)",
+     lock_images},
+    {"ScriptObject NewImageDataSlice( uint32, uint32, long... )", lock_images},
+    {"void ExtractImageDataSequenceFromScriptObjectOrFail( ScriptObject, void * )", lock_images},
+    {"Function NewAbstractMethod( dm_string, dm_string )",
+     [] { EXPECT_TRUE(NewAbstractMethod("OnApply", "void OnApply( ScriptObject self )")); }},
 };
 
-/// One call of every host function, each with its effect checked.
-std::vector<host_call> all_calls()
+engine_options opening_any_file()
 {
-    return {
-        {"ComplexImagePtr ComplexImage( string, long, long, long )",
-         [] { EXPECT_TRUE(IsComplexDataType(ComplexImage("c", 16, 3, 2), 16)); }},
-        {"void ConvertToFloat( ImageRef )",
-         [] {
-             const image_ref image = IntegerImage("i", 2, true, 3, 2);
-             ConvertToFloat(image);
-             EXPECT_EQ(ImageGetDataType(image), 2u);
-         }},
-        {"bool DoesFileExist( dm_string )", [] { EXPECT_FALSE(DoesFileExist("/no/such/file")); }},
-        {"short GetDataType( ImageRef )", [] { EXPECT_EQ(GetDataType(IntegerImage("i", 4, false, 1, 1)), 11); }},
-        {"void GetSize( ImageRef, long *, long * )",
-         [] {
-             std::int32_t width = 0, height = 0;
-             GetSize(ramp(3, 2), width, height);
-             EXPECT_EQ(std::pair(width, height), std::pair(3, 2));
-         }},
-        {"ImageRef ImageClone( ImageRef )",
-         [] { EXPECT_EQ(qorv::dm::read_lock{ImageClone(ramp(3, 2))}.view<float>()(2, 1), 5.f); }},
-        {"void ImageDataChanged( ImageRef )", [] { ImageDataChanged(ramp(1, 1)); }},
-        {"uint32 ImageGetDataElementByteSize( ImageRef )",
-         [] { EXPECT_EQ(ImageGetDataElementByteSize(ComplexImage("", 16, 1, 1)), 16u); }},
-        {"uint32 ImageGetDataType( ImageRef )", [] { EXPECT_EQ(ImageGetDataType(ramp(1, 1)), 2u); }},
-        {"uint32 ImageGetDimensionSize( ImageRef, uint32 )",
-         [] { EXPECT_EQ(ImageGetDimensionSize(ramp(3, 2), 1), 2u); }},
-        {"dm_string ImageGetName( ImageRef )", [] { EXPECT_EQ(ImageGetName(ramp(1, 1)), "ramp"); }},
-        {"uint32 ImageGetNumDimensions( ImageRef )",
-         [] {
-             EXPECT_EQ(ImageGetNumDimensions(NewImage("v", 12, {2, 3, 4})), 3u);
-         }},
-        {"Boolean ImageIsValid( ImageRef )", [] { EXPECT_TRUE(ImageIsValid(ramp(1, 1))); }},
-        {"RealImagePtr IntegerImage( string, long, Boolean, long, long )",
-         [] { EXPECT_EQ(ImageGetDataType(IntegerImage("i", 1, true, 2, 2)), 9u); }},
-        {"Boolean IsComplexDataType( ImageRef, long )", [] { EXPECT_FALSE(IsComplexDataType(ramp(1, 1), 8)); }},
-        {"Boolean IsRealDataType( ImageRef, long )", [] { EXPECT_TRUE(IsRealDataType(ramp(1, 1), 4)); }},
-        {"TagGroup NewTagGroup(  )", [] { EXPECT_EQ(TagGroupCountTags(NewTagGroup()), 0); }},
-        {"TagGroup NewTagList(  )", [] { EXPECT_EQ(TagGroupCountTags(NewTagList()), 0); }},
-        {"void OkDialog( string )", [] { OkDialog("read me"); }},
-        {"BasicImage OpenImage( dm_string )", [] { EXPECT_EQ(ImageGetName(OpenImage("a file")), "a file"); }},
-        {"RealImagePtr RealImage( dm_string, uint32, uint32, uint32 )",
-         [] { EXPECT_EQ(ImageGetDataType(RealImage("", 8, 1, 1)), 12u); }},
-        {"uint64 RegisterCustomTool( uint64, string, uint64 )",
-         [] { UnregisterCustomTool(RegisterCustomTool(1, "tool", 2)); }},
-        {"void UnregisterCustomTool( uint64 )", [] { UnregisterCustomTool(RegisterCustomTool(1, "tool", 2)); }},
-        {"void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )",
-         [] { WriteOutputWindow("test", 1, "a line\n"); }},
-        {"void ShowAlert( dm_string, long )", [] { ShowAlert("careful", 2); }},
-        {"long TagGroupCountTags( TagGroup )", [] { EXPECT_EQ(TagGroupCountTags(NewTagList()), 0); }},
-        {"Boolean TagGroupGetIndexedTagAsTagGroup( TagGroup, long, TagGroup * )",
-         [] {
-             const tag_group_ref list = NewTagList(), inside = NewTagGroup();
-             TagGroupInsertTagAsTagGroup(list, 0, inside);
-             tag_group_ref found;
-             EXPECT_TRUE(TagGroupGetIndexedTagAsTagGroup(list, 0, found));
-             EXPECT_TRUE(found == inside);
-         }},
-        {"Boolean TagGroupGetTagAsFloat( TagGroup, string, float * )",
-         [] {
-             float value = -1;
-             EXPECT_FALSE(TagGroupGetTagAsFloat(NewTagGroup(), "none", value));
-             EXPECT_EQ(value, -1.f);
-         }},
-        {"Boolean TagGroupGetTagAsLong( TagGroup, string, long * )",
-         [] {
-             std::int32_t value = -1;
-             EXPECT_FALSE(TagGroupGetTagAsLong(NewTagGroup(), "none", value));
-             EXPECT_EQ(value, -1);
-         }},
-        {"Boolean TagGroupGetTagAsString( TagGroup, string, dm_string * )",
-         [] {
-             const tag_group_ref group = NewTagGroup();
-             TagGroupSetTagAsString(group, "name", "A1");
-             std::string value;
-             EXPECT_TRUE(TagGroupGetTagAsString(group, "name", value));
-             EXPECT_EQ(value, "A1");
-         }},
-        {"void TagGroupInsertTagAsTagGroup( TagGroup, long, TagGroup )",
-         [] { TagGroupInsertTagAsTagGroup(NewTagList(), 0, NewTagGroup()); }},
-        {"void TagGroupSetTagAsFloat( TagGroup, string, float )",
-         [] {
-             const tag_group_ref group = NewTagGroup();
-             TagGroupSetTagAsFloat(group, "ModA1", 2.5f);
-             float value = 0;
-             EXPECT_TRUE(TagGroupGetTagAsFloat(group, "ModA1", value));
-             EXPECT_EQ(value, 2.5f);
-         }},
-        {"void TagGroupSetTagAsLong( TagGroup, string, long )",
-         [] {
-             const tag_group_ref group = NewTagGroup();
-             TagGroupSetTagAsLong(group, "AngA1", 359);
-             std::int32_t value = 0;
-             EXPECT_TRUE(TagGroupGetTagAsLong(group, "AngA1", value));
-             EXPECT_EQ(value, 359);
-         }},
-        {"void TagGroupSetTagAsString( TagGroup, string, dm_string )",
-         [] { TagGroupSetTagAsString(NewTagGroup(), "name", "text"); }},
-        {"Throwable NewThrowableFromString( dm_string )", [] { EXPECT_TRUE(NewThrowableFromString("oops")); }},
-        {"BasicImage NewImage( dm_string, uint32, uint32... )",
-         [] {
-             EXPECT_EQ(ImageGetDimensionSize(NewImage("line", 3, {7}), 0), 7u);
-             EXPECT_EQ(support::message_of([] { NewImage("", 2, {1, 1, 1, 1}); }), "num_dim <= kMaxDim");
-         }},
-        {"ScriptObject ImageGetLockedData( BasicImage, ulong, ScriptObject )",
-         [] { EXPECT_EQ(qorv::dm::read_lock{ramp(3, 2)}.height(), 2); }},
-        {"uint32 ImageData_CountSlices( ScriptObject img_src )",
-         [] {
-             const script_object_ref lock = ImageGetLockedData(ramp(3, 2), HOST_LOCK_READ, {});
-             EXPECT_EQ(ImageData_CountSlices(lock), 1u);
-         }},
-        {"void *ImageData_GetSlice( ScriptObject img_src, uint32 slice_index, uint32 des_num_dim, uint32 *act_num_dim, "
-         "uint32 *data_type, uint32 *pack_style, sint32 *dimension_info...)",
-         [] {
-             const qorv::dm::read_lock lock{NewImage("v", 2, {2, 3, 4})};
-             EXPECT_EQ(lock.strides(), (qorv::dm::image<char>::extents{1, 2, 6}));
-             EXPECT_EQ(lock.sizes(), (qorv::dm::image<char>::extents{2, 3, 4}));
-         }},
-        {"ScriptObject NewImageDataSlice( uint32, uint32, long... )",
-         [] {
-             const host_data_slice slice{2, 2, {1, 2, 0}, {3, 4, 0}};
-             const auto back = ExtractImageDataSequenceFromScriptObjectOrFail(NewImageDataSlice(slice));
-             EXPECT_EQ(std::tie(back.num_dim, back.start[1], back.extent[0]), std::tuple(2u, 2, 3));
-         }},
-        {"void ExtractImageDataSequenceFromScriptObjectOrFail( ScriptObject, void * )",
-         [] {
-             ExtractImageDataSequenceFromScriptObjectOrFail(NewImageDataSlice({2, 1, {}, {5, 0, 0}}));
-         }},
-        {"Function NewAbstractMethod( dm_string, dm_string )",
-         [] { EXPECT_TRUE(NewAbstractMethod("OnApply", "void OnApply( ScriptObject self )")); }},
+    engine_options options;
+    options.open_image = [](const std::string& path) {
+        return zentrix::host::image::create(path, 2, std::array{1u, 1u});
     };
+    return options;
 }
 
 TEST(HostInterface, EveryFunctionIsFoundByItsTextAndCalled)
 {
-    linked to{{.open_image = [](const std::string& path) {
-        return zentrix::host::image::create(path, 2, std::array{1u, 1u});
-    }}};
-    for (const auto& [prototype, call] : all_calls()) {
+    linked to{opening_any_file()};
+    for (const auto& [prototype, call] : all_calls) {
         to.host.faults().clear();
         EXPECT_EQ(support::message_of(call), "") << prototype;
         EXPECT_EQ(support::message_of(call), "") << prototype << ", again from its slot";
@@ -199,7 +178,7 @@ TEST(HostInterface, EveryFunctionIsFoundByItsTextAndCalled)
 
 TEST(HostInterface, MissingFunctionsAreNamed)
 {
-    for (const auto& [prototype, call] : all_calls()) {
+    for (const auto& [prototype, call] : all_calls) {
         if (std::string_view{prototype}.find("WriteOutputWindow") != std::string_view::npos) continue;
         linked to{{.withheld = {prototype}}};
         EXPECT_EQ(support::message_of(call),
@@ -211,10 +190,8 @@ TEST(HostInterface, MissingFunctionsAreNamed)
 
 TEST(HostInterface, FailingCallsCarryTheHostsText)
 {
-    for (const auto& [prototype, call] : all_calls()) {
-        linked to{{.open_image = [](const std::string& path) {
-            return zentrix::host::image::create(path, 2, std::array{1u, 1u});
-        }}};
+    for (const auto& [prototype, call] : all_calls) {
+        linked to{opening_any_file()};
         to.host.faults().plan({fault_point::call, 1, prototype, "no such luck"});
         EXPECT_EQ(support::message_of(call), "no such luck") << prototype;
         Gatan::PlugIn::set_current_link(nullptr);

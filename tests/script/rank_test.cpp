@@ -57,7 +57,7 @@ TEST(Ranks, FindTheirPlaceInImagesOfEveryType)
         EXPECT_EQ(script.call("ZXMedian", {stack}), script_value{6.5});
         EXPECT_EQ(number_at(script.call_image("ZXMedianZ", {stack, null}), 0), 6.5);
         EXPECT_EQ(number_at(script.call_image("ZXMedianFilter", {five, integer{1}, null}), 1), 9);
-        EXPECT_EQ(number_at(script.call_image("ZXMedianFilter", {five, integer{1}, null, integer{1}}), 1), 0);
+        EXPECT_EQ(number_at(script.call_image("ZXMedianFilter", {five, integer{1}, null, integer{-1}}), 1), 0);
         EXPECT_EQ(five->changes() + stack->changes(), 0u);
     }
     EXPECT_EQ(script.host().records().traces().at("NthElementDM").reports, 8u);
