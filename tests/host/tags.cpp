@@ -1,7 +1,5 @@
 #include "host/calls.h"
 
-#include <map>
-
 namespace {
 
 using namespace zentrix::host;
@@ -58,23 +56,6 @@ TEST(tags, are_reached_by_paths_through_groups_and_lists)
               "The tag list of 2 has no place for a tag \"[4]\".");
 }
 
-/// A dictionary that another language might own.
-class borrowed_tags : public memory_tag_group
-{
-  public:
-    explicit borrowed_tags(std::map<std::string, double>& owner) : memory_tag_group{false}, owner_{owner} {}
-    std::size_t count() const override { return owner_.size(); }
-    std::optional<tag> get(const std::string& name) const override
-    {
-        const auto found = owner_.find(name);
-        return found == owner_.end() ? std::nullopt : std::optional<tag>{found->second};
-    }
-    void set(const std::string& name, tag value) override { owner_[name] = std::get<std::int32_t>(value); }
-
-  private:
-    std::map<std::string, double>& owner_;
-};
-
 TEST(tag_functions, read_write_and_leave_outputs_alone_where_there_is_no_tag)
 {
     std::string log;
@@ -83,8 +64,8 @@ TEST(tag_functions, read_write_and_leave_outputs_alone_where_there_is_no_tag)
         log += std::string{path} + "=" + value + ";";
     };
     engine host{options};
-    std::map<std::string, double> owned{{"DisplayMode", 3.0}};
-    const auto tags = std::make_shared<borrowed_tags>(owned);
+    const auto tags = memory_tag_group::make_group();
+    tags->write("DisplayMode", 3.0);
     const script_value key = std::string{"DisplayMode"}, missing = std::string{"ModA1"};
     const auto out = make_cell(number(42));
     EXPECT_EQ(host.call("TagGroupGetTagAsLong", {tags, missing, out}), number(0));
@@ -94,7 +75,7 @@ TEST(tag_functions, read_write_and_leave_outputs_alone_where_there_is_no_tag)
     EXPECT_EQ(host.call("TagGroupGetTagAsFloat", {tags, key, out}), number(1));
     EXPECT_EQ(out->value, script_value{3.0});
     host.call("TagGroupSetTagAsLong", {tags, key, number(5)});
-    EXPECT_EQ(owned["DisplayMode"], 5.0);
+    EXPECT_EQ(tags->read_long("DisplayMode"), 5);
     EXPECT_EQ(log, "DisplayMode=5;");
 
     const auto list = host.call("NewTagList", {});

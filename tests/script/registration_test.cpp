@@ -7,7 +7,6 @@
 #include <chrono>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 #include <thread>
 #endif
 
@@ -163,7 +162,7 @@ TEST(Utilities, CommandsRunAndNeverReport)
 }
 
 #ifndef _WIN32
-/// An environment variable with another value for a while.
+/// An environment variable with another value for a while; empty afterwards where there was none.
 class changed_variable
 {
   public:
@@ -172,17 +171,11 @@ class changed_variable
         if (const char* old = std::getenv(name)) before_ = old;
         setenv(name, value.c_str(), 1);
     }
-    ~changed_variable()
-    {
-        if (before_)
-            setenv(name_, before_->c_str(), 1);
-        else
-            unsetenv(name_);
-    }
+    ~changed_variable() { setenv(name_, before_.c_str(), 1); }
 
   private:
     const char* name_;
-    std::optional<std::string> before_;
+    std::string before_;
 };
 
 TEST(Utilities, TheUsersFoldersAreFoundAndMade)
