@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "image/errors.h"
 #include "script/destinations.h"
 
@@ -45,13 +47,8 @@ TEST(Ranks, OrderTheExtremesOfEveryType)
 TEST(Ranks, FindTheirPlaceInImagesOfEveryType)
 {
     script_host script;
-    for (const std::uint32_t code : real_types) {
-        const auto five = image::create("five", code, extents{5}),
-                   stack = image::create("stack", code, extents{1, 1, 4});
-        qorv::dm::visit(qorv::dm::eight_reals{}, code, [&]<class T>() {
-            std::ranges::copy(std::array<T, 5>{9, 100, 1, 4, 7}, static_cast<T*>(five->data()));
-            std::ranges::copy(std::array<T, 4>{9, 100, 1, 4}, static_cast<T*>(stack->data()));
-        });
+    const auto check = [&]<class T>() {
+        const auto five = image_of<T>({9, 100, 1, 4, 7}, {5}), stack = image_of<T>({9, 100, 1, 4}, {1, 1, 4});
         EXPECT_EQ(script.call("ZXNthElement", {five, integer{1}}), script_value{4.});
         EXPECT_EQ(script.call("ZXMedian", {five}), script_value{7.});
         EXPECT_EQ(script.call("ZXMedian", {stack}), script_value{6.5});
@@ -59,7 +56,8 @@ TEST(Ranks, FindTheirPlaceInImagesOfEveryType)
         EXPECT_EQ(number_at(script.call_image("ZXMedianFilter", {five, integer{1}, null}), 1), 9);
         EXPECT_EQ(number_at(script.call_image("ZXMedianFilter", {five, integer{1}, null, integer{-1}}), 1), 0);
         EXPECT_EQ(five->changes() + stack->changes(), 0u);
-    }
+    };
+    for (const std::uint32_t code : real_types) qorv::dm::visit(qorv::dm::eight_reals{}, code, check);
     EXPECT_EQ(script.host().records().traces().at("NthElementDM").reports, 8u);
     EXPECT_EQ(script.host().records().traces().at("MedianDM").reports, 16u);
 }
