@@ -5,9 +5,12 @@
 #include <cmath>
 #include <complex>
 #include <iterator>
+#include <map>
 #include <numbers>
+#include <string>
 
 #include "companion/electron.h"
+#include "companion/panel_tags.h"
 #include "support/same_bytes.h"
 
 using namespace zentrix::companion;
@@ -124,6 +127,42 @@ TEST(transfer_arguments, widths_are_rms_and_removal_leaves_the_envelope_out)
          {row{direction::apply, damping::automatic, true}, row{direction::apply, damping::off, false},
           row{direction::remove, damping::automatic, false}, row{direction::remove, damping::on, true}})
         EXPECT_EQ(arguments_for(setup, 8, 8, way, envelope).envelope, wanted);
+}
+
+TEST(transfer_arguments, refuse_a_coefficient_beyond_every_lens_by_name)
+{
+    for (const auto& about : all_coefficients) {
+        optics setup;
+        setup.wavelength_nm = 0.002, setup.pixel_nm = 0.05;
+        setup.lens[about.which].modulus = -1e20;
+        EXPECT_NO_THROW(arguments_for(setup, 8, 8, direction::remove));
+        setup.lens[about.which].modulus = 3e38;
+        try {
+            arguments_for(setup, 8, 8, direction::remove);
+            FAIL() << about.name;
+        } catch (const std::invalid_argument& problem) {
+            EXPECT_EQ(problem.what(), std::string{about.name} + " is too large.");
+        }
+    }
+}
+
+TEST(panel_tags, start_with_the_lens_in_whole_degrees)
+{
+    aberrations lens;
+    lens[coefficient::A1] = {2.5, -20};
+    lens[coefficient::C3] = {-0.013, 0};
+    std::map<std::string, double> tags;
+    for (const auto& tag : panel_tags(lens, 5)) EXPECT_TRUE(tags.emplace(tag.key, tag.start).second) << tag.key;
+    EXPECT_EQ(tags.size(), 3 * 2 + 11 * 4 + 5 + 3);
+    EXPECT_EQ(tags["ModA1"], 2.5);
+    EXPECT_EQ(tags["AngA1"], 340);
+    EXPECT_EQ(tags["C3"], -0.013);
+    EXPECT_EQ(tags["DisplayMode"], 5);
+    EXPECT_EQ(tags["FifthPaneIsEnabled"], 1);
+    for (const polar& wrong : {polar{1, 12.5}, polar{1e39, 0}}) {
+        lens[coefficient::A1] = wrong;
+        EXPECT_THROW(panel_tags(lens, 3), std::invalid_argument);
+    }
 }
 
 TEST(parse_coefficient, reads_modulus_and_angle_and_says_what_it_expected)
