@@ -2,7 +2,7 @@
 // follows. Windows, or under Wine with a display.
 #include "host/windows/panel_program.h"
 
-#include <prsht.h>
+#include <commctrl.h>
 
 #include <cmath>
 #include <complex>
@@ -51,7 +51,7 @@ class hand
         const auto y = std::lround(client_.bottom / 2 - reach * std::sin(angle));
         SendMessageW(knob_, message, MK_LBUTTON, MAKELPARAM(x, y));
     }
-    int degrees() const { return static_cast<int>(SendMessageW(knob_, WM_USER, 0, 0)); }  // TBM_GETPOS
+    int degrees() const { return static_cast<int>(SendMessageW(knob_, TBM_GETPOS, 0, 0)); }
 
   private:
     HWND knob_;
@@ -78,7 +78,7 @@ void drag(engine& host, const image_ref& wave, display_mode shown, const char* n
     panel_program_options options;
     options.title = name;
     options.start.shown = shown;
-    options.quit_after_ms = 0;
+    options.quit_after_ms = 0;  // no boxes; nothing ends before `run`
     panel_program program{host, wave, scope, options};
     program.show();
     const hand turning{program.frame().content()};

@@ -18,9 +18,8 @@ struct panel_tag
 };
 
 /// Every tag of the record: coefficients as in `lens`, all pages and controls enabled, the `mode` of display (1 to 5). A
-/// step of a modulus
-/// turns the phase at 25 mrad and 300 kV by a few tenths of a radian, so that a click is seen and does not overwhelm;
-/// an angle goes in steps of 5 degrees.
+/// step of a modulus turns the phase at 25 mrad and 300 kV by a few tenths of a radian, so that a click is seen and does
+/// not overwhelm (C3's by a few radians: its field has no room for a finer one); an angle goes in steps of 5 degrees.
 /// Throws  std::invalid_argument when `lens` has an angle between degrees, or a modulus beyond a float
 std::vector<panel_tag> panel_tags(const aberrations& lens, int mode);
 

@@ -31,11 +31,11 @@ void DDX_Number(CDataExchange* exchange, UINT id, float& value)
 {
     const HWND edit = exchange->PrepareCtrl(static_cast<int>(id));
     const std::string shown = text_in(edit);
+    if (shown == text_of(value)) return;
     float number = 0;
-    if (read_number(shown, number) && text_of(number) == text_of(value)) return;
     if (exchange->m_bSaveAndValidate) {
         read_number(shown, value);
-    } else {
+    } else if (!read_number(shown, number) || number != value) {
         ::SetWindowTextA(edit, text_of(value).c_str());
     }
 }

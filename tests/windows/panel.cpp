@@ -112,6 +112,11 @@ TEST_F(panel_window, the_caret_stays_while_the_handler_updates_the_panel)
     EXPECT_EQ(of_page(5088).text(), "12.5");
     of_page(5093).click_spin(1);
     EXPECT_EQ(of_page(5092).text(), "1.33333");
+    heard();
+    of_page(5092).type("100");
+    of_page(5092).type("100.0001");  // the same in as many digits as a field shows
+    EXPECT_EQ(heard(), (events{"ModB2 = 100", "OnChange", "ModB2 = 100.0001", "OnChange"}));
+    EXPECT_EQ(of_page(5092).text(), "100.0001");
     host.on_call = nullptr;
 }
 

@@ -315,6 +315,14 @@ TEST_F(at_the_panel, asks_for_the_microscope_and_takes_sensible_answers_only)
     }
     EXPECT_EQ(logged(), events{"call OnPreferences"});
     EXPECT_TRUE(same_bytes(result(), commanded(with({"--C1", "-30"}))));
+    logged();
+    {
+        const answer beyond_physics{type_and_press("1e300", IDOK)};
+        of_panel(5099).send(BM_CLICK);
+    }
+    EXPECT_EQ(logged(),
+              (events{"call OnPreferences", "alert The wavelength must be a positive number of nanometres."}));
+    EXPECT_TRUE(same_bytes(result(), commanded(with({"--C1", "-30"})))) << "the former settings hold";
     {
         int refused = 0;
         const answer wrong_then_right{[&](HWND dialog) {
