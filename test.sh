@@ -6,7 +6,8 @@ cd "$(dirname "$0")"
 tools/install-packages
 
 failed=()
-tools/check-format || failed+=("clang-format")
+tools/check-format || failed+=("format")
+tools/check-layers || failed+=("layers")
 for preset in release checked windows; do
     echo "== $preset"
     cmake --preset "$preset" >/dev/null

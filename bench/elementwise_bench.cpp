@@ -1,9 +1,9 @@
 #include "bench.h"
+#include "functions/elementwise/modulus.h"
+#include "functions/elementwise/norm.h"
+#include "functions/elementwise/polar.h"
+#include "functions/elementwise/powers.h"
 #include "image/processor.h"
-#include "library/modulus.h"
-#include "library/norm.h"
-#include "library/polar.h"
-#include "library/powers.h"
 
 #include <cmath>
 #include <complex>
@@ -15,7 +15,7 @@
 
 namespace {
 
-namespace library = qorv::library;
+namespace functions = qorv::functions;
 using complex = std::complex<float>;
 
 constexpr int size = 2048;
@@ -66,34 +66,34 @@ int main()
     std::vector<float> phase(count);
 
     compare<complex>(
-        "polar", "float", [&](complex* r) { library::polar(rho.data(), theta.data(), r, n); },
+        "polar", "float", [&](complex* r) { functions::polar(rho.data(), theta.data(), r, n); },
         [&](std::size_t i) {
             return complex{rho[i] * std::cos(theta[i]), rho[i] * std::sin(theta[i])};
         });
-    for (const auto& v : qorv::dm::runnable(library::modulus_variants<float>))
+    for (const auto& v : qorv::dm::runnable(functions::modulus_variants<float>))
         compare<float>(
             "abs", v.name, [&](float* r) { v.function(z.data(), r, n); },
             [&](std::size_t i) { return std::abs(z[i]); });
     compare<float>(
-        "abs and arg", "float", [&](float* r) { library::modulus_and_phase(z.data(), phase.data(), r, n); },
+        "abs and arg", "float", [&](float* r) { functions::modulus_and_phase(z.data(), phase.data(), r, n); },
         [&](std::size_t i) {
             phase[i] = std::abs(z[i]);
             return std::arg(z[i]);
         });
     compare<float>(
-        "exp2", "float", [&](float* r) { library::exp2(exponents.data(), r, n); },
+        "exp2", "float", [&](float* r) { functions::exp2(exponents.data(), r, n); },
         [&](std::size_t i) { return std::exp2(exponents[i]); });
     compare<float>(
-        "log2", "float", [&](float* r) { library::log2(positive.data(), r, n); },
+        "log2", "float", [&](float* r) { functions::log2(positive.data(), r, n); },
         [&](std::size_t i) { return std::log2(positive[i]); });
-    for (const auto& v : qorv::dm::runnable(library::pow_variants<float>))
+    for (const auto& v : qorv::dm::runnable(functions::pow_variants<float>))
         compare<float>(
             "pow", v.name, [&](float* r) { v.function(positive.data(), exponents.data(), r, n); },
             [&](std::size_t i) { return std::pow(positive[i], exponents[i]); });
     compare<complex>(
-        "carg", "float", [&](complex* r) { library::unit_phase(z.data(), r, n); },
+        "carg", "float", [&](complex* r) { functions::unit_phase(z.data(), r, n); },
         [&](std::size_t i) { return z[i] / std::abs(z[i]); });
     compare<float>(
-        "norm", "float", [&](float* r) { library::norm(z.data(), 0.5, r, n); },
+        "norm", "float", [&](float* r) { functions::norm(z.data(), 0.5, r, n); },
         [&](std::size_t i) { return std::norm(z[i]) * 0.5f; });
 }

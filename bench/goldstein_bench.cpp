@@ -1,5 +1,5 @@
 #include "bench.h"
-#include "optics/goldstein.h"
+#include "optics/unwrap/goldstein.h"
 #include "tests/support/goldstein_literal.h"
 
 #include <cmath>

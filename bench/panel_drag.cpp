@@ -10,9 +10,9 @@
 #include <random>
 
 #include "bench.h"
-#include "companion/electron.h"
 #include "host/correction/multiply_spectrum.h"
-#include "host/library.h"
+#include "host/engine/library.h"
+#include "lens/electron.h"
 
 namespace {
 
@@ -60,14 +60,14 @@ class hand
 
 void check_result(engine& host, const image_ref& wave, panel_program& program, int degrees)
 {
-    zentrix::companion::optics setup;
-    setup.wavelength_nm = zentrix::companion::electron_wavelength(scope.kilovolts);
+    zentrix::lens::optics setup;
+    setup.wavelength_nm = zentrix::lens::electron_wavelength(scope.kilovolts);
     setup.pixel_nm = scope.pixel_nm;
-    setup.lens[zentrix::companion::coefficient::A1] = {14, static_cast<double>(degrees)};
+    setup.lens[zentrix::lens::coefficient::A1] = {14, static_cast<double>(degrees)};
     const auto expected = wave->clone();
     std::memcpy(expected->data(), wave->data(), wave->count() * sizeof(std::complex<float>));
     multiply_spectrum(host, expected,
-                      zentrix::companion::arguments_for(setup, size, size, zentrix::companion::direction::remove));
+                      zentrix::lens::arguments_for(setup, size, size, zentrix::lens::direction::remove));
     bench::check(std::memcmp(expected->data(), program.handler().result()->data(),
                              wave->count() * sizeof(std::complex<float>)) == 0,
                  "the panel's picture is not the correction's");

@@ -1,8 +1,8 @@
 #include "bench.h"
-#include "library/extreme_filter.h"
-#include "library/median_filter.h"
-#include "library/median_z.h"
-#include "library/selection.h"
+#include "functions/rank/extreme_filter.h"
+#include "functions/rank/median_filter.h"
+#include "functions/rank/median_z.h"
+#include "functions/rank/selection.h"
 
 #include <cstring>
 #include <random>
@@ -10,7 +10,7 @@
 // Maximum, median and selection, each variant against the plain form, whose result it must have to the bit.
 
 using namespace qorv;
-using namespace qorv::library;
+using namespace qorv::functions;
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "bench.h"
-#include "library/gaussian.h"
-#include "library/moving_average.h"
+#include "functions/smoothing/gaussian.h"
+#include "functions/smoothing/moving_average.h"
 
 #include <cstring>
 #include <random>
@@ -49,23 +49,23 @@ template <class T>
 void boxes(const std::string& type, std::ptrdiff_t n)
 {
     for (const std::ptrdiff_t r : {1, 5, 20, 500})
-        compare<T>("box mean r = " + std::to_string(r) + " " + type, library::box_slice_variants<T>, {n, n, 1},
+        compare<T>("box mean r = " + std::to_string(r) + " " + type, functions::box_slice_variants<T>, {n, n, 1},
                    [r](auto* kernel, auto& from, const auto& to) { kernel(from, to, r); });
-    for (const auto& [name, along] : {std::pair{"x", library::axis::x}, {"y", library::axis::y}})
+    for (const auto& [name, along] : {std::pair{"x", functions::axis::x}, {"y", functions::axis::y}})
         for (const std::ptrdiff_t r : {5, 20})
             compare<T>(std::string("box ") + name + " r = " + std::to_string(r) + " " + type,
-                       library::box_pass_variants<T>, {n, n, 1},
+                       functions::box_pass_variants<T>, {n, n, 1},
                        [r, a = along](auto* kernel, auto& from, const auto& to) { kernel(from, to, a, r); });
-    compare<T>("box z r = 5 " + type, library::box_pass_variants<T>, {512, 512, 64 * n * n / 2048 / 2048},
-               [](auto* kernel, auto& from, const auto& to) { kernel(from, to, library::axis::z, 5); });
+    compare<T>("box z r = 5 " + type, functions::box_pass_variants<T>, {512, 512, 64 * n * n / 2048 / 2048},
+               [](auto* kernel, auto& from, const auto& to) { kernel(from, to, functions::axis::z, 5); });
 }
 
 template <class T>
 void gaussians(const std::string& type)
 {
     for (const auto& [sigma, order] : {std::pair{2.0, 3}, {10.0, 3}}) {
-        const auto weights = library::gaussian_weights(sigma, order, 2048);
-        compare<T>("Gaussian sigma " + std::to_string(int(sigma)) + " order 3 " + type, library::gaussian_variants<T>,
+        const auto weights = functions::gaussian_weights(sigma, order, 2048);
+        compare<T>("Gaussian sigma " + std::to_string(int(sigma)) + " order 3 " + type, functions::gaussian_variants<T>,
                    {2048, 2048, 1}, [&](auto* kernel, auto& from, const auto& to) { kernel(from, to, weights); });
     }
 }

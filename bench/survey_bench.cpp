@@ -1,5 +1,5 @@
 #include "bench.h"
-#include "library/survey.h"
+#include "functions/statistics/survey.h"
 
 #include <cmath>
 #include <random>
@@ -20,8 +20,8 @@ void compare(const std::string& what)
     for (auto& v : pixels) sum += static_cast<double>(v = static_cast<T>(random() % 1000));
     const dm::image<const T> image{pixels.data(), n, n};
     double plain = 0;
-    for (auto rows = dm::runnable(library::survey_variants<T>); !rows.empty(); rows.pop_back()) {
-        library::survey_record record;
+    for (auto rows = dm::runnable(functions::survey_variants<T>); !rows.empty(); rows.pop_back()) {
+        functions::survey_record record;
         const auto taken = bench::measure<bench::processor_clock>(n * n, [&] { record = rows.back().function(image); });
         bench::check(record.count == n * n && std::abs(record.sum - sum) <= 1e-12 * sum, what.c_str());
         if (plain == 0) plain = taken.median_ns;

@@ -1,5 +1,5 @@
 #include "bench.h"
-#include "library/transpose.h"
+#include "functions/transpose/transpose.h"
 
 #include <cstring>
 #include <random>
@@ -17,14 +17,14 @@ void compare(const std::string& type)
     std::vector<T> from(count), to(count), wanted(count);
     std::mt19937_64 random{1};
     for (auto& v : from) v = static_cast<T>(random());
-    const auto view = [](std::vector<T>& pixels) { return library::voxels_of(dm::image<T>{pixels.data(), n, n, n}); };
+    const auto view = [](std::vector<T>& pixels) { return functions::voxels_of(dm::image<T>{pixels.data(), n, n, n}); };
     const auto copy =
         bench::measure<bench::processor_clock>(count, [&] { std::memcpy(to.data(), from.data(), count * sizeof(T)); });
     bench::print("copy " + type, "memcpy", copy);
     for (const auto& [name, which] :
-         {std::pair{"XZ ", library::transposition::xz}, {"YZ ", library::transposition::yz}}) {
-        library::transpose_plain(view(from), view(wanted), sizeof(T), which);
-        for (const auto& row : dm::runnable(library::transpose_variants)) {
+         {std::pair{"XZ ", functions::transposition::xz}, {"YZ ", functions::transposition::yz}}) {
+        functions::transpose_plain(view(from), view(wanted), sizeof(T), which);
+        for (const auto& row : dm::runnable(functions::transpose_variants)) {
             const auto run = [&, w = which](std::vector<T>& source, std::vector<T>& result) {
                 row.function(view(source), view(result), sizeof(T), w);
             };

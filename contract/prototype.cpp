@@ -1,4 +1,4 @@
-#include "sdk/prototype.h"
+#include "contract/prototype.h"
 
 #include <algorithm>
 #include <optional>

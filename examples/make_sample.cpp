@@ -12,9 +12,9 @@
 #include <string>
 #include <vector>
 
-#include "companion/electron.h"
 #include "host/fft/fft.h"
 #include "host/files/npy.h"
+#include "lens/electron.h"
 
 namespace {
 
@@ -112,12 +112,12 @@ double chi(complex w)
     const complex sum = -62 * nm * s / 2.0 + turned(14 * nm, 35) * conj * conj / 2.0 +
                         turned(380 * nm, 110) * s * conj + turned(290 * nm, -20) * conj * conj * conj / 3.0 +
                         0.15 * mm * s * s / 4.0 + turned(2.5 * um, 75) * s * conj * conj;
-    return 2 * pi / zentrix::companion::electron_wavelength(kilovolts) * sum.real();
+    return 2 * pi / zentrix::lens::electron_wavelength(kilovolts) * sum.real();
 }
 
 void aberrate(std::vector<complex>& wave)
 {
-    const double wavelength = zentrix::companion::electron_wavelength(kilovolts);
+    const double wavelength = zentrix::lens::electron_wavelength(kilovolts);
     const double angle_per_pixel = wavelength / (size * pixel);
     constexpr int centre = size / 2;
     zentrix::host::forward_fft(wave.data(), size, size);

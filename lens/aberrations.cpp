@@ -1,12 +1,12 @@
-#include "companion/aberrations.h"
+#include "lens/aberrations.h"
 
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
 
-#include "companion/numbers.h"
+#include "lens/numbers.h"
 
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 // The order and the units are those of the panel's pages.
 const std::array<coefficient_traits, coefficient_count> all_coefficients{{
@@ -49,4 +49,4 @@ polar parse_coefficient(coefficient which, const std::string& text)
     return {*modulus, *angle};
 }
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

@@ -8,7 +8,7 @@
 
 /// Aberration coefficients as a microscopist states them: a name, a modulus in the unit of the panel's page and, unless
 /// the aberration is round, an angle.
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 enum class coefficient : std::size_t
 {
@@ -73,4 +73,4 @@ class aberrations
 /// Throws  std::invalid_argument with a text that names the coefficient, its unit and what was read
 polar parse_coefficient(coefficient which, const std::string& text);
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

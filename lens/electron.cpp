@@ -1,9 +1,9 @@
-#include "companion/electron.h"
+#include "lens/electron.h"
 
 #include <cmath>
 #include <stdexcept>
 
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 double electron_wavelength(double kilovolts)
 {
@@ -19,4 +19,4 @@ double electron_wavelength(double kilovolts)
     return planck * light_speed / std::sqrt(energy * (energy + 2 * rest_energy)) * 1e9;
 }
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

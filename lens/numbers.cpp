@@ -1,9 +1,9 @@
-#include "companion/numbers.h"
+#include "lens/numbers.h"
 
 #include <charconv>
 #include <cmath>
 
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 std::optional<double> parse_number(const std::string& text)
 {
@@ -27,4 +27,4 @@ std::optional<std::pair<double, double>> parse_pair(const std::string& text)
     return std::pair{*first, *second};
 }
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

@@ -1,4 +1,4 @@
-#include "companion/panel_tags.h"
+#include "lens/panel_tags.h"
 
 #include <array>
 #include <charconv>
@@ -6,7 +6,7 @@
 #include <limits>
 #include <stdexcept>
 
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 namespace {
 
@@ -104,4 +104,4 @@ aberrations read_aberrations(const std::function<float(const std::string& key)>&
     return lens;
 }
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

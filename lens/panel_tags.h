@@ -4,10 +4,10 @@
 #include <string>
 #include <vector>
 
-#include "companion/aberrations.h"
+#include "lens/aberrations.h"
 
 /// The record of tags that the control panel and its handler share, seen from the handler's side.
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 /// A tag and the value it starts with.
 struct panel_tag
@@ -37,4 +37,4 @@ inline constexpr char has_pctf_key[] = "hasPCTF";  ///< whether the phase contra
 /// since that is what the user typed and reads, and what the command line is given for the same correction.
 aberrations read_aberrations(const std::function<float(const std::string& key)>& value_of);
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

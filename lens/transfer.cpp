@@ -1,11 +1,11 @@
-#include "companion/transfer.h"
+#include "lens/transfer.h"
 
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
 #include <string>
 
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 namespace {
 
@@ -76,4 +76,4 @@ transfer_arguments arguments_for(const optics& setup, int width, int height, dir
     return a;
 }
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

@@ -2,11 +2,11 @@
 
 #include <complex>
 
-#include "companion/aberrations.h"
+#include "lens/aberrations.h"
 
 /// From a microscope's aberrations to the arguments of the wave transfer function `ZXWTFMulDLL`, which takes its
 /// coefficients scaled to radians and its zero frequency at the image centre.
-namespace zentrix::companion {
+namespace zentrix::lens {
 
 /// The beam's finite coherence and the specimen's unrest, each as the rms width (standard deviation) of a Gaussian.
 /// A 1/e half-width divided by sqrt(2), or a full width at half maximum divided by 2.3548, gives the rms width.
@@ -69,4 +69,4 @@ struct transfer_arguments
 transfer_arguments arguments_for(const optics& setup, int width, int height, direction way,
                                  damping envelope = damping::automatic);
 
-}  // namespace zentrix::companion
+}  // namespace zentrix::lens

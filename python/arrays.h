@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "host/image.h"
+#include "host/objects/image.h"
 #include "python/python_object.h"
 
 /// NumPy arrays as host images and back, over the same memory.

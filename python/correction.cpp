@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <map>
 
-#include "companion/electron.h"
-#include "companion/transfer.h"
 #include "host/correction/multiply_spectrum.h"
+#include "lens/electron.h"
+#include "lens/transfer.h"
 #include "python/arrays.h"
 #include "python/session.h"
 
@@ -19,32 +19,32 @@ namespace {
 /// Coefficient name -> (modulus in its unit, degrees).
 using coefficients = std::map<std::string, std::pair<double, double>>;
 
-companion::aberrations lens_of(const coefficients& given)
+lens::aberrations lens_of(const coefficients& given)
 {
-    companion::aberrations lens;
-    for (const auto& about : companion::all_coefficients)
+    lens::aberrations lens;
+    for (const auto& about : lens::all_coefficients)
         if (const auto found = given.find(std::string{about.name}); found != given.end())
             lens[about.which] = {found->second.first, found->second.second};
     return lens;
 }
 
-companion::damping damping_of(const std::string& word)
+lens::damping damping_of(const std::string& word)
 {
-    if (word == "auto") return companion::damping::automatic;
-    if (word == "on") return companion::damping::on;
-    if (word == "off") return companion::damping::off;
+    if (word == "auto") return lens::damping::automatic;
+    if (word == "on") return lens::damping::on;
+    if (word == "off") return lens::damping::off;
     throw py::value_error{"The envelope is \"auto\", \"on\" or \"off\", not \"" + word + "\"."};
 }
 
-/// In nm and mrad as companion::optics has them. `wave` is replaced by the result.
+/// In nm and mrad as lens::optics has them. `wave` is replaced by the result.
 void correct(session& host, const py::array& wave, double wavelength, double pixel, const coefficients& lens,
              const std::array<double, 3>& spread, std::complex<double> tilt, bool remove, const std::string& envelope)
 {
-    const companion::optics setup{wavelength, pixel, lens_of(lens), {spread[0], spread[1], spread[2]}, tilt};
-    const auto way = remove ? companion::direction::remove : companion::direction::apply;
+    const lens::optics setup{wavelength, pixel, lens_of(lens), {spread[0], spread[1], spread[2]}, tilt};
+    const auto way = remove ? lens::direction::remove : lens::direction::apply;
     const auto image = image_of(wave);
-    const auto arguments = companion::arguments_for(setup, static_cast<int>(image->size(0)),
-                                                    static_cast<int>(image->size(1)), way, damping_of(envelope));
+    const auto arguments = lens::arguments_for(setup, static_cast<int>(image->size(0)),
+                                               static_cast<int>(image->size(1)), way, damping_of(envelope));
     host.run([&](host::engine& engine) { host::multiply_spectrum(engine, image, arguments); });
 }
 
@@ -52,7 +52,7 @@ void correct(session& host, const py::array& wave, double wavelength, double pix
 py::dict coefficient_table()
 {
     py::dict table;
-    for (const auto& about : companion::all_coefficients)
+    for (const auto& about : lens::all_coefficients)
         table[py::str(std::string{about.name})] =
             py::make_tuple(std::string{about.meaning}, std::string{about.unit}, about.symmetry != 0);
     return table;
@@ -62,7 +62,7 @@ py::dict coefficient_table()
 
 void add_correction(py::module_& to)
 {
-    to.def("electron_wavelength", &companion::electron_wavelength);
+    to.def("electron_wavelength", &lens::electron_wavelength);
     to.def("coefficients", &coefficient_table);
     to.def("correct", &correct);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/script_object.h"
+#include "host/objects/script_object.h"
 #include "python/python_object.h"
 
 namespace zentrix::python {

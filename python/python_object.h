@@ -5,8 +5,8 @@
 #include <memory>
 #include <utility>
 
-#include "host/object.h"
-#include "host/value.h"
+#include "host/objects/object.h"
+#include "host/objects/value.h"
 
 /// What the host's objects and Python's share. Functions need the interpreter lock unless they say that they take it.
 namespace zentrix::python {

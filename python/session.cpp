@@ -3,7 +3,7 @@
 #include <filesystem>
 
 #include "host/files/image_file.h"
-#include "host/system_path.h"
+#include "host/text/system_path.h"
 #include "python/handlers.h"
 #include "python/values.h"
 

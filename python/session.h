@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "host/engine.h"
-#include "host/library.h"
+#include "host/engine/engine.h"
+#include "host/engine/library.h"
 #include "python/python_object.h"
 
 namespace zentrix::python {

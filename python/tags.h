@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/tag_group.h"
+#include "host/objects/tag_group.h"
 #include "python/python_object.h"
 
 /// Python's dictionaries and lists as the host's tag groups and lists, and back.

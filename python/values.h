@@ -3,8 +3,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/image.h"
-#include "host/value.h"
+#include "host/objects/image.h"
+#include "host/objects/value.h"
 #include "python/arrays.h"
 #include "python/python_object.h"
 

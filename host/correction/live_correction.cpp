@@ -25,7 +25,7 @@ void live_correction::keep_transform_of(const image_ref& wave)
     forward_fft(pixels_of(spectrum_), width(), height());
 }
 
-void live_correction::ask(const companion::transfer_arguments& arguments)
+void live_correction::ask(const lens::transfer_arguments& arguments)
 {
     arguments_ = arguments;
     stale_ = true;

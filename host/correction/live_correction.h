@@ -3,8 +3,8 @@
 #include <chrono>
 #include <string>
 
-#include "companion/transfer.h"
-#include "host/engine.h"
+#include "host/engine/engine.h"
+#include "lens/transfer.h"
 
 namespace zentrix::host {
 
@@ -17,8 +17,8 @@ class live_correction
     /// `wave` is complex of two floats a pixel, two dimensions, contiguous; it is not changed.
     live_correction(engine& engine, const image_ref& wave);
 
-    /// Asks for another correction; `arguments` are those of companion::arguments_for of the wave's size.
-    void ask(const companion::transfer_arguments& arguments);
+    /// Asks for another correction; `arguments` are those of lens::arguments_for of the wave's size.
+    void ask(const lens::transfer_arguments& arguments);
     /// What was asked for last cannot be computed: `result` fails with this text until asked for anew.
     void refuse(const std::string& why);
     /// The wave under the correction last asked for; the same image each time.
@@ -43,7 +43,7 @@ class live_correction
 
     engine& engine_;
     image_ref spectrum_, result_;
-    companion::transfer_arguments arguments_;
+    lens::transfer_arguments arguments_;
     bool stale_ = false;
     std::string failure_;  ///< of the correction last asked for
     costs spent_;

@@ -5,7 +5,7 @@
 namespace zentrix::host {
 
 void multiply_by_transfer(engine& engine, const image_ref& source, const image_ref& destination,
-                          const companion::transfer_arguments& a)
+                          const lens::transfer_arguments& a)
 {
     const std::vector<script_value> in_order{source, a.lambda,   a.step, a.c20, a.c22,  a.c40, a.c60,
                                              a.c31,  a.c33,      a.c42,  a.c44, a.c51,  a.c53, a.c55,
@@ -14,7 +14,7 @@ void multiply_by_transfer(engine& engine, const image_ref& source, const image_r
     engine.call("ZXWTFMulDLL", in_order);
 }
 
-void multiply_spectrum(engine& engine, const image_ref& wave, const companion::transfer_arguments& arguments)
+void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments)
 {
     auto* const pixels = static_cast<std::complex<float>*>(wave->data());
     const auto width = std::ptrdiff_t{wave->size(0)}, height = std::ptrdiff_t{wave->size(1)};

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "companion/transfer.h"
-#include "host/engine.h"
+#include "host/engine/engine.h"
+#include "lens/transfer.h"
 
 namespace zentrix::host {
 
@@ -9,13 +9,13 @@ namespace zentrix::host {
 /// source, destination  spectra of the size that `arguments` were made for; may be the same image
 /// Throws  script_error with the library's message
 void multiply_by_transfer(engine& engine, const image_ref& source, const image_ref& destination,
-                          const companion::transfer_arguments& arguments);
+                          const lens::transfer_arguments& arguments);
 
 /// Multiplies a wave's spectrum by the transfer function: forward transform, "ZXWTFMulDLL" of the library in `engine`,
 /// backward transform.
 /// wave       complex of two floats a pixel, two dimensions, contiguous; replaced by the result
-/// arguments  companion::arguments_for of the wave's size
+/// arguments  lens::arguments_for of the wave's size
 /// Throws  script_error with the library's message; the wave is then its spectrum
-void multiply_spectrum(engine& engine, const image_ref& wave, const companion::transfer_arguments& arguments);
+void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments);
 
 }  // namespace zentrix::host

@@ -4,9 +4,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "companion/electron.h"
-#include "companion/panel_tags.h"
 #include "host/correction/multiply_spectrum.h"
+#include "lens/electron.h"
+#include "lens/panel_tags.h"
 
 namespace zentrix::host {
 
@@ -27,7 +27,7 @@ panel_handler::panel_handler(engine& engine, const image_ref& wave, const micros
 
 void panel_handler::fill_tags(const panel_start& start)
 {
-    for (const auto& [key, whole, value] : companion::panel_tags(start.lens, static_cast<int>(start.shown) + 1))
+    for (const auto& [key, whole, value] : lens::panel_tags(start.lens, static_cast<int>(start.shown) + 1))
         tags_->write(key, whole ? tag{static_cast<std::int32_t>(value)} : tag{static_cast<float>(value)});
 }
 
@@ -48,28 +48,27 @@ void panel_handler::add_methods()
     add("OnApply", "", [this](std::int64_t) { apply(); });
     add("OnChangeDisplay", ", uint32 nMode", [this](std::int64_t mode) { change_display(mode); });
     add("OnPCTF", "",
-        [this](std::int64_t) { set_transfer_function(tags_->read_long(companion::has_pctf_key).value_or(0) == 0); });
+        [this](std::int64_t) { set_transfer_function(tags_->read_long(lens::has_pctf_key).value_or(0) == 0); });
     add("OnPreferences", "", [this](std::int64_t) { edit_microscope(); });
     add("OnClose", "", [this](std::int64_t) { view_->panel_closed(); });
 }
 
-companion::optics panel_handler::optics() const
+lens::optics panel_handler::optics() const
 {
-    companion::optics setup;
-    setup.wavelength_nm = companion::electron_wavelength(scope_.kilovolts);
+    lens::optics setup;
+    setup.wavelength_nm = lens::electron_wavelength(scope_.kilovolts);
     setup.pixel_nm = scope_.pixel_nm;
     setup.spread = scope_.spread;
-    setup.lens =
-        companion::read_aberrations([&](const std::string& key) { return tags_->read_float(key).value_or(0.0F); });
+    setup.lens = lens::read_aberrations([&](const std::string& key) { return tags_->read_float(key).value_or(0.0F); });
     return setup;
 }
 
 void panel_handler::change()
 {
-    const auto damping = scope_.damped ? companion::damping::on : companion::damping::off;
+    const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
     try {
-        correction_.ask(companion::arguments_for(optics(), correction_.width(), correction_.height(),
-                                                 companion::direction::remove, damping));
+        correction_.ask(
+            lens::arguments_for(optics(), correction_.width(), correction_.height(), lens::direction::remove, damping));
     } catch (const std::invalid_argument& problem) {
         correction_.refuse(problem.what());
         throw;
@@ -80,9 +79,9 @@ void panel_handler::change()
 void panel_handler::apply()
 {
     correction_.accept();
-    for (const auto& about : companion::all_coefficients) {
-        tags_->write(companion::modulus_key(about.which), 0.0F);
-        if (about.symmetry != 0) tags_->write(companion::angle_key(about.which), std::int32_t{0});
+    for (const auto& about : lens::all_coefficients) {
+        tags_->write(lens::modulus_key(about.which), 0.0F);
+        if (about.symmetry != 0) tags_->write(lens::angle_key(about.which), std::int32_t{0});
     }
     update_panel();
     change();
@@ -95,7 +94,7 @@ void panel_handler::change_display(std::int64_t mode)
 
 void panel_handler::set_transfer_function(bool shown)
 {
-    tags_->write(companion::has_pctf_key, std::int32_t{shown});
+    tags_->write(lens::has_pctf_key, std::int32_t{shown});
     view_->show_transfer_function(shown);
     update_panel();
 }
@@ -126,7 +125,7 @@ image_ref panel_handler::transfer_function() const
     std::fill_n(factors, spectrum->count(), std::complex<float>{1});
     multiply_by_transfer(
         engine_, spectrum, spectrum,
-        companion::arguments_for(optics(), correction_.width(), correction_.height(), companion::direction::apply));
+        lens::arguments_for(optics(), correction_.width(), correction_.height(), lens::direction::apply));
     auto shown = image::create("phase contrast transfer function", code_of(element_class::real, 4), sizes);
     std::transform(factors, factors + spectrum->count(), static_cast<float*>(shown->data()),
                    [](std::complex<float> factor) { return -factor.imag(); });  // the factor is exp(-i chi)

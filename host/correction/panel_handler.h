@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "host/correction/live_correction.h"
-#include "host/files/picture.h"
+#include "host/pictures/picture.h"
 
 namespace zentrix::host {
 
@@ -13,14 +13,14 @@ struct microscope
 {
     double kilovolts = 0;
     double pixel_nm = 0;
-    companion::coherence spread;
-    bool damped = false;  ///< damp by `spread` although aberrations are removed, see companion::damping
+    lens::coherence spread;
+    bool damped = false;  ///< damp by `spread` although aberrations are removed, see lens::damping
 };
 
 /// What the panel shows at first.
 struct panel_start
 {
-    companion::aberrations lens;
+    lens::aberrations lens;
     display_mode shown = display_mode::modulus;
 };
 
@@ -47,7 +47,7 @@ class panel_handler : public script_object
   public:
     /// `wave` as live_correction takes it. `view` and `engine` have to live until `detach` is called: the library may
     /// hold the handler longer.
-    /// Throws  std::invalid_argument for a voltage or pixel size that is not positive, and as companion::panel_tags
+    /// Throws  std::invalid_argument for a voltage or pixel size that is not positive, and as lens::panel_tags
     static std::shared_ptr<panel_handler> make(engine& engine, const image_ref& wave, const microscope& scope,
                                                const panel_start& start, panel_view& view);
 
@@ -73,7 +73,7 @@ class panel_handler : public script_object
     panel_handler(engine& engine, const image_ref& wave, const microscope& scope, panel_view& view);
     void add_methods();
     void fill_tags(const panel_start& start);
-    companion::optics optics() const;
+    lens::optics optics() const;
     void change();
     void apply();
     void change_display(std::int64_t mode);

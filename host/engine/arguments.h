@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/function.h"
-#include "host/image.h"
-#include "host/tag_group.h"
+#include "host/objects/function.h"
+#include "host/objects/image.h"
+#include "host/objects/tag_group.h"
 
 #include <boost/numeric/conversion/cast.hpp>
 

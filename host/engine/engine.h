@@ -1,11 +1,11 @@
 #pragma once
 
-#include "host/faults.h"
-#include "host/functions.h"
-#include "host/image.h"
-#include "host/journal.h"
-#include "host/script_object.h"
-#include "host/tag_group.h"
+#include "host/engine/faults.h"
+#include "host/engine/functions.h"
+#include "host/objects/image.h"
+#include "host/objects/journal.h"
+#include "host/objects/script_object.h"
+#include "host/objects/tag_group.h"
 
 #include <functional>
 #include <memory>

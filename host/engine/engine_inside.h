@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/engine.h"
-#include "host/handle_table.h"
-#include "host/image_lock.h"
+#include "host/engine/engine.h"
+#include "host/engine/handle_table.h"
+#include "host/objects/image_lock.h"
 
 #include <atomic>
 #include <map>

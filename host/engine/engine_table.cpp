@@ -1,5 +1,5 @@
-#include "host/crossing.h"
-#include "host/engine_inside.h"
+#include "host/engine/engine_inside.h"
+#include "host/engine/marshalling.h"
 
 // The contract's table. Each entry runs on the main thread unless it says otherwise, and each is guarded: an exception
 // becomes what the contract has for failure.

@@ -1,4 +1,4 @@
-#include "host/faults.h"
+#include "host/engine/faults.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
-#include "host/functions.h"
+#include "host/engine/functions.h"
 
-#include "host/conversion.h"
+#include "host/objects/conversion.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
-#include "host/handle_table.h"
+#include "host/engine/handle_table.h"
 
-#include "host/value.h"
+#include "host/objects/value.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/journal.h"
-#include "host/object.h"
+#include "host/objects/journal.h"
+#include "host/objects/object.h"
 
 #include <string>
 #include <unordered_map>

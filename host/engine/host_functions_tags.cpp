@@ -1,5 +1,5 @@
-#include "host/arguments.h"
-#include "host/engine_inside.h"
+#include "host/engine/arguments.h"
+#include "host/engine/engine_inside.h"
 
 namespace zentrix::host {
 

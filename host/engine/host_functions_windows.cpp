@@ -1,6 +1,6 @@
-#include "host/arguments.h"
-#include "host/engine_inside.h"
-#include "host/system_path.h"
+#include "host/engine/arguments.h"
+#include "host/engine/engine_inside.h"
+#include "host/text/system_path.h"
 
 namespace zentrix::host {
 

@@ -1,4 +1,4 @@
-#include "host/library.h"
+#include "host/engine/library.h"
 
 #include <cstdio>
 

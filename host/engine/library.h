@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/engine.h"
+#include "host/engine/engine.h"
 
 #include <memory>
 #include <string>

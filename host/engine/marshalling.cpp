@@ -1,6 +1,6 @@
-#include "host/crossing.h"
+#include "host/engine/marshalling.h"
 
-#include "host/conversion.h"
+#include "host/objects/conversion.h"
 
 namespace zentrix::host {
 

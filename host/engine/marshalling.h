@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/function.h"
-#include "host/handle_table.h"
+#include "host/engine/handle_table.h"
+#include "host/objects/function.h"
 
 namespace zentrix::host {
 

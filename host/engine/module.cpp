@@ -1,5 +1,5 @@
-#include "host/library.h"
-#include "host/system_path.h"
+#include "host/engine/library.h"
+#include "host/text/system_path.h"
 
 #include <cstdlib>
 

@@ -1,5 +1,5 @@
-#include "host/conversion.h"
-#include "host/crossing.h"
+#include "host/engine/marshalling.h"
+#include "host/objects/conversion.h"
 
 #include <cstring>
 

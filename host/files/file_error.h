@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/system_path.h"
+#include "host/text/system_path.h"
 
 namespace zentrix::host {
 

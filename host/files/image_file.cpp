@@ -5,6 +5,7 @@
 
 #include "host/files/file_error.h"
 #include "host/files/npy.h"
+#include "host/files/png.h"
 
 namespace zentrix::host {
 

@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "host/files/picture.h"
-#include "host/image.h"
+#include "host/objects/image.h"
+#include "host/pictures/picture.h"
 
 namespace zentrix::host {
 

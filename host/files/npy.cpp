@@ -10,7 +10,7 @@
 #include "host/files/file_error.h"
 #include "host/files/npy_header.h"
 #include "host/files/pending_file.h"
-#include "host/value.h"
+#include "host/objects/value.h"
 
 namespace zentrix::host {
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "host/image.h"
+#include "host/objects/image.h"
 
 /// Images as NumPy arrays on disk. An array of shape (height, width) is an image of that width and height, one of shape
 /// (depth, height, width) a volume, one of shape (width,) a line.

@@ -1,6 +1,6 @@
-#include "host/element.h"
+#include "host/objects/element.h"
 
-#include "host/value.h"
+#include "host/objects/value.h"
 
 #include <algorithm>
 

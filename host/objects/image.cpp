@@ -1,6 +1,6 @@
-#include "host/image.h"
+#include "host/objects/image.h"
 
-#include "host/value.h"
+#include "host/objects/value.h"
 
 #include <algorithm>
 #include <cstdlib>

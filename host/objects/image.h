@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/element.h"
-#include "host/object.h"
+#include "host/objects/element.h"
+#include "host/objects/object.h"
 
 #include <array>
 #include <cstddef>

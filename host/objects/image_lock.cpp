@@ -1,4 +1,4 @@
-#include "host/image_lock.h"
+#include "host/objects/image_lock.h"
 
 namespace zentrix::host {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/image.h"
-#include "host/journal.h"
-#include "host/script_object.h"
+#include "host/objects/image.h"
+#include "host/objects/journal.h"
+#include "host/objects/script_object.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
-#include "host/object.h"
+#include "host/objects/object.h"
 
-#include "host/value.h"
+#include "host/objects/value.h"
 
 #include <sstream>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/host_link.h"
+#include "contract/host_link.h"
 
 #include <memory>
 #include <string>

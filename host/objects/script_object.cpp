@@ -1,4 +1,4 @@
-#include "host/script_object.h"
+#include "host/objects/script_object.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/function.h"
+#include "host/objects/function.h"
 
 #include <map>
 #include <string>

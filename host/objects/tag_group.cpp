@@ -1,6 +1,6 @@
-#include "host/tag_group.h"
+#include "host/objects/tag_group.h"
 
-#include "host/value.h"
+#include "host/objects/value.h"
 
 #include <algorithm>
 #include <charconv>

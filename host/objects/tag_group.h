@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/object.h"
+#include "host/objects/object.h"
 
 #include <cstdint>
 #include <functional>

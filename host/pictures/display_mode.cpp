@@ -1,4 +1,4 @@
-#include "host/files/display_mode.h"
+#include "host/pictures/display_mode.h"
 
 #include <cmath>
 #include <complex>
@@ -6,7 +6,7 @@
 #include <utility>
 #include <xsimd/xsimd.hpp>
 
-#include "host/files/visit.h"
+#include "host/pictures/for_each_plane.h"
 
 namespace zentrix::host {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/image.h"
+#include "host/objects/image.h"
 
 namespace zentrix::host {
 

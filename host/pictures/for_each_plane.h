@@ -3,8 +3,8 @@
 #include <complex>
 #include <cstdint>
 
-#include "host/image.h"
-#include "host/value.h"
+#include "host/objects/image.h"
+#include "host/objects/value.h"
 
 namespace zentrix::host {
 

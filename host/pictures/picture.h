@@ -1,12 +1,11 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <vector>
 
-#include "host/files/display_mode.h"
-#include "host/files/shades.h"
+#include "host/pictures/display_mode.h"
+#include "host/pictures/shades.h"
 
 /// Pictures to look at: 8 bits a channel, row 0 on top.
 namespace zentrix::host {
@@ -24,13 +23,5 @@ struct picture
 /// that is not a number is black; in colours an infinite one too.
 picture make_picture(const image& pixels, display_mode mode, palette shades,
                      std::optional<grey_limits> limits = std::nullopt);
-
-/// Writes a picture as .png. Throws  file_error
-void write_png(const std::filesystem::path& file, const picture& shown);
-
-/// Writes a picture of an image as .png, grey between robust limits or in cyclic colours.
-/// Throws  file_error, also for an image of three dimensions
-void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
-               palette shades = palette::grey);
 
 }  // namespace zentrix::host

@@ -1,4 +1,4 @@
-#include "host/files/shades.h"
+#include "host/pictures/shades.h"
 
 #include <algorithm>
 #include <bit>

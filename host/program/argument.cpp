@@ -6,8 +6,8 @@
 #include <limits>
 
 #include "host/files/image_file.h"
-#include "host/system_path.h"
-#include "host/tag_group.h"
+#include "host/objects/tag_group.h"
+#include "host/text/system_path.h"
 
 namespace zentrix::program {
 

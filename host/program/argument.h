@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "host/function.h"
-#include "host/image.h"
+#include "host/objects/function.h"
+#include "host/objects/image.h"
 
 /// Words of a command line as arguments of a script function:
 ///   integer types      a whole number in the type's range

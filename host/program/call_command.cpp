@@ -1,12 +1,12 @@
 #include <iostream>
 
 #include "host/files/image_file.h"
+#include "host/objects/tag_group.h"
 #include "host/program/argument.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/json.h"
-#include "host/system_path.h"
-#include "host/tag_group.h"
+#include "host/text/system_path.h"
 
 namespace zentrix::program {
 

@@ -2,9 +2,6 @@
 #include <iostream>
 #include <optional>
 
-#include "companion/electron.h"
-#include "companion/numbers.h"
-#include "companion/transfer.h"
 #include "host/correction/multiply_spectrum.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
@@ -12,6 +9,9 @@
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
+#include "lens/electron.h"
+#include "lens/numbers.h"
+#include "lens/transfer.h"
 
 namespace zentrix::program {
 
@@ -22,18 +22,18 @@ struct correct_request
     std::string wave;
     std::string output;
     std::optional<double> kilovolts;
-    companion::optics setup;
+    lens::optics setup;
     bool remove = false;
-    companion::damping envelope = companion::damping::automatic;
+    lens::damping envelope = lens::damping::automatic;
     picture_options picture;
 };
 
 /// The coefficients that are not zero, "C1 -50 nm, A1 12@30 nm".
-std::string stated(const companion::aberrations& lens)
+std::string stated(const lens::aberrations& lens)
 {
     std::string text;
-    for (const auto& about : companion::all_coefficients) {
-        const companion::polar& value = lens[about.which];
+    for (const auto& about : lens::all_coefficients) {
+        const lens::polar& value = lens[about.which];
         if (value.modulus == 0) continue;
         text += (text.empty() ? "" : ", ") + std::string{about.name} + " " + plain_number(value.modulus);
         if (about.symmetry != 0) text += "@" + plain_number(value.angle_degrees);
@@ -44,14 +44,14 @@ std::string stated(const companion::aberrations& lens)
 
 void run(correct_request& request, const global_options& global)
 {
-    companion::optics& setup = request.setup;
+    lens::optics& setup = request.setup;
     if (!request.kilovolts && setup.wavelength_nm == 0) throw usage_error{"--kv is required (or --wavelength)"};
-    if (request.kilovolts) setup.wavelength_nm = companion::electron_wavelength(*request.kilovolts);
+    if (request.kilovolts) setup.wavelength_nm = lens::electron_wavelength(*request.kilovolts);
     check_names(request.output, request.picture);
     const auto wave = read_wave(request.wave);
-    const auto way = request.remove ? companion::direction::remove : companion::direction::apply;
-    const auto arguments = companion::arguments_for(setup, static_cast<int>(wave->size(0)),
-                                                    static_cast<int>(wave->size(1)), way, request.envelope);
+    const auto way = request.remove ? lens::direction::remove : lens::direction::apply;
+    const auto arguments = lens::arguments_for(setup, static_cast<int>(wave->size(0)), static_cast<int>(wave->size(1)),
+                                               way, request.envelope);
     {
         session zentrix{global};
         host::multiply_spectrum(zentrix.engine(), wave, arguments);
@@ -84,7 +84,7 @@ void add_microscope(CLI::App& command, correct_request& request)
         .add_option_function<std::string>(
             "--tilt",
             [&](const std::string& word) {
-                const auto pair = companion::parse_pair(word);
+                const auto pair = lens::parse_pair(word);
                 if (!pair) throw usage_error{"--tilt is RIGHT,UP in mrad, not \"" + word + "\""};
                 request.setup.tilt_mrad = {pair->first, pair->second};
             },
@@ -98,9 +98,9 @@ void add_envelope(CLI::App& command, correct_request& request)
         .add_option_function<std::string>(
             "--envelope",
             [&](const std::string& word) {
-                request.envelope = word == "auto" ? companion::damping::automatic
-                                   : word == "on" ? companion::damping::on
-                                                  : companion::damping::off;
+                request.envelope = word == "auto" ? lens::damping::automatic
+                                   : word == "on" ? lens::damping::on
+                                                  : lens::damping::off;
             },
             "Damp by these widths (auto: when applying, not when removing, as damping cannot be undone)")
         ->check(CLI::IsMember({"auto", "on", "off"}).description(""))

@@ -4,11 +4,11 @@
 #include <limits>
 
 #include "host/files/image_file.h"
-#include "host/files/visit.h"
+#include "host/pictures/for_each_plane.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/json.h"
-#include "host/system_path.h"
+#include "host/text/system_path.h"
 
 namespace zentrix::program {
 

@@ -1,7 +1,7 @@
 #include "host/program/lens_options.h"
 
-#include "companion/numbers.h"
 #include "host/program/session.h"
+#include "lens/numbers.h"
 
 namespace zentrix::program {
 
@@ -10,7 +10,7 @@ namespace {
 CLI::Validator finite_number(const char* expected, const char* shown, bool zero_too)
 {
     const auto complaint = [=](const std::string& word) -> std::string {
-        const auto number = companion::parse_number(word);
+        const auto number = lens::parse_number(word);
         const bool fits = number && (*number > 0 || (zero_too && *number == 0));
         return fits ? "" : std::string{"expected "} + expected + ", not \"" + word + "\"";
     };
@@ -23,12 +23,12 @@ const char* const widths_group = "Envelope: rms widths. 1/e half-width = rms * 1
 
 CLI::Validator positive_number() { return finite_number("a positive number", "POSITIVE", false); }
 
-void add_coefficients(CLI::App& command, companion::aberrations& lens)
+void add_coefficients(CLI::App& command, lens::aberrations& lens)
 {
-    for (const auto& about : companion::all_coefficients) {
+    for (const auto& about : lens::all_coefficients) {
         const auto take = [&lens, which = about.which](const std::string& word) {
             try {
-                lens[which] = companion::parse_coefficient(which, word);
+                lens[which] = lens::parse_coefficient(which, word);
             } catch (const std::invalid_argument& problem) {
                 throw usage_error{problem.what()};
             }
@@ -41,7 +41,7 @@ void add_coefficients(CLI::App& command, companion::aberrations& lens)
     }
 }
 
-void add_widths(CLI::App& command, companion::coherence& spread)
+void add_widths(CLI::App& command, lens::coherence& spread)
 {
     const struct
     {

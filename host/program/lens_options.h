@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "companion/transfer.h"
+#include "lens/transfer.h"
 
 /// Options of the commands that correct a wave for its lens. What they fill has to live as long as `command`.
 namespace zentrix::program {
@@ -11,10 +11,10 @@ namespace zentrix::program {
 CLI::Validator positive_number();
 
 /// --C1 NUMBER to --S5 MODULUS@DEGREES, an option for each coefficient in the panel's units.
-void add_coefficients(CLI::App& command, companion::aberrations& lens);
+void add_coefficients(CLI::App& command, lens::aberrations& lens);
 
 /// --focus-spread, --convergence and --vibration, all rms.
-void add_widths(CLI::App& command, companion::coherence& spread);
+void add_widths(CLI::App& command, lens::coherence& spread);
 /// The heading under which --help has the widths; --envelope belongs there too.
 extern const char* const widths_group;
 

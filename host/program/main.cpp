@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "host/program/commands.h"
-#include "host/system_path.h"
+#include "host/text/system_path.h"
 
 using namespace zentrix::program;
 

@@ -11,7 +11,7 @@
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
-#include "host/system_path.h"
+#include "host/text/system_path.h"
 
 namespace zentrix::program {
 

@@ -2,7 +2,7 @@
 
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
-#include "host/system_path.h"
+#include "host/text/system_path.h"
 
 namespace zentrix::program {
 

@@ -3,7 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
-#include "host/files/picture.h"
+#include "host/pictures/picture.h"
 
 namespace zentrix::program {
 

@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/engine.h"
-#include "host/library.h"
+#include "host/engine/engine.h"
+#include "host/engine/library.h"
 
 namespace zentrix::program {
 

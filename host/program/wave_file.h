@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/image.h"
+#include "host/objects/image.h"
 
 namespace zentrix::program {
 

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "host/engine.h"
+#include "host/engine/engine.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {

@@ -4,7 +4,7 @@
 #include <functional>
 #include <optional>
 
-#include "host/files/picture.h"
+#include "host/pictures/picture.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {

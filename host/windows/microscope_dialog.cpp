@@ -2,9 +2,9 @@
 
 #include <charconv>
 
-#include "companion/numbers.h"
 #include "host/windows/resource.h"
 #include "host/windows/window.h"
+#include "lens/numbers.h"
 
 namespace zentrix::host {
 
@@ -14,16 +14,16 @@ struct field
 {
     int id;
     double microscope::*value;
-    double companion::coherence::*width;
+    double lens::coherence::*width;
     bool may_be_zero;
 };
 
 constexpr field fields[] = {
     {IDC_KILOVOLTS, &microscope::kilovolts, nullptr, false},
     {IDC_PIXEL, &microscope::pixel_nm, nullptr, false},
-    {IDC_FOCUS_SPREAD, nullptr, &companion::coherence::focus_spread_nm, true},
-    {IDC_CONVERGENCE, nullptr, &companion::coherence::convergence_mrad, true},
-    {IDC_VIBRATION, nullptr, &companion::coherence::vibration_nm, true},
+    {IDC_FOCUS_SPREAD, nullptr, &lens::coherence::focus_spread_nm, true},
+    {IDC_CONVERGENCE, nullptr, &lens::coherence::convergence_mrad, true},
+    {IDC_VIBRATION, nullptr, &lens::coherence::vibration_nm, true},
 };
 
 double& value_of(microscope& scope, const field& one) { return one.value ? scope.*one.value : scope.spread.*one.width; }
@@ -44,7 +44,7 @@ int read(HWND dialog, microscope& scope)
     for (const field& one : fields) {
         wchar_t typed[64] = {};
         GetDlgItemTextW(dialog, one.id, typed, static_cast<int>(std::size(typed)));
-        const auto number = companion::parse_number(utf8(typed));
+        const auto number = lens::parse_number(utf8(typed));
         if (!number || *number < 0 || (*number == 0 && !one.may_be_zero)) return one.id;
         value_of(scope, one) = *number;
     }

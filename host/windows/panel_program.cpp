@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "host/files/image_file.h"
-#include "host/system_path.h"
+#include "host/text/system_path.h"
 #include "host/windows/microscope_dialog.h"
 #include "host/windows/resource.h"
 #include "host/windows/screenshot.h"

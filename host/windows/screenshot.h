@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "host/files/picture.h"
+#include "host/files/png.h"
 
 namespace zentrix::host {
 

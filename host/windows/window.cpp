@@ -1,6 +1,6 @@
 #include "host/windows/window.h"
 
-#include "host/value.h"
+#include "host/objects/value.h"
 
 namespace zentrix::host {
 

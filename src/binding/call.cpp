@@ -1,9 +1,9 @@
-#include "plugin/host/call.h"
+#include "binding/call.h"
 
-#include "sdk/link.h"
-#include "sdk/plugin_main.h"
+#include "framework/link.h"
+#include "framework/plugin_main.h"
 
-namespace qorv::host {
+namespace qorv::binding {
 namespace {
 
 constexpr char not_found[] = "A function of the following prototype can not be found:\n\n";
@@ -62,4 +62,4 @@ function_ref find_method(const script_object_ref& object, std::string_view name,
     return method;
 }
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

@@ -6,12 +6,12 @@
 #include <tuple>
 #include <utility>
 
-#include "plugin/host/object_ref.h"
-#include "plugin/host/values.h"
-#include "sdk/error_manager.h"
+#include "binding/object_ref.h"
+#include "binding/values.h"
+#include "framework/error_manager.h"
 
 /// Calls of host functions and of script objects' methods.
-namespace qorv::host {
+namespace qorv::binding {
 
 /// A call of the host failed. Keeps the host's throwable, so that it can be handed back as it came.
 class host_error : public Gatan::gatan_exception
@@ -156,4 +156,4 @@ Result call_method(const script_object_ref& object, std::string_view name, std::
     return details::call<Result>(find_method(object, name, prototype), object, arguments...);
 }
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

@@ -1,10 +1,10 @@
-#include "plugin/host/host_functions.h"
+#include "binding/host_functions.h"
 
 #include <stdexcept>
 
-#include "plugin/host/call.h"
+#include "binding/call.h"
 
-namespace qorv::host {
+namespace qorv::binding {
 
 image_ref ComplexImage(std::string_view name, std::int32_t bytes, std::int32_t width, std::int32_t height)
 {
@@ -293,4 +293,4 @@ function_ref ScriptClassAddMethod(const script_class_ref& script_class, const fu
     return call<function_ref>(slot, script_class, method);
 }
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

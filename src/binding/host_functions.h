@@ -5,12 +5,12 @@
 #include <string_view>
 #include <vector>
 
-#include "plugin/host/object_ref.h"
+#include "binding/object_ref.h"
 
 /// The host's own script functions that the library calls, under the host's names. Each looks its prototype up once.
 /// All of them throw Gatan::gatan_exception when the host has no such function, and host_error with the host's text
 /// when the call fails.
-namespace qorv::host {
+namespace qorv::binding {
 
 // Images: making, asking, telling.
 image_ref ComplexImage(std::string_view name, std::int32_t bytes, std::int32_t width, std::int32_t height);
@@ -88,4 +88,4 @@ throwable_ref NewThrowableFromString(std::string_view text);
 function_ref NewAbstractMethod(std::string_view name, std::string_view prototype);
 function_ref ScriptClassAddMethod(const script_class_ref& script_class, const function_ref& method);
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

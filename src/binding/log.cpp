@@ -1,8 +1,8 @@
-#include "plugin/host/log.h"
+#include "binding/log.h"
 
-#include "plugin/host/host_functions.h"
+#include "binding/host_functions.h"
 
-namespace qorv::host {
+namespace qorv::binding {
 namespace {
 
 constexpr char module_name[] = "Zentrix";
@@ -25,4 +25,4 @@ void log_lost_error(const char* what, const std::exception& error) noexcept
     }
 }
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

@@ -4,7 +4,7 @@
 #include <exception>
 #include <sstream>
 
-namespace qorv::host {
+namespace qorv::binding {
 
 /// How much a line in the host's output window matters; the number is the window's output type.
 enum class level : std::uint32_t
@@ -40,4 +40,4 @@ class log_line
 /// Notes an error that `what` ended with and that nobody can be told by a throw.
 void log_lost_error(const char* what, const std::exception& error) noexcept;
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

@@ -1,12 +1,12 @@
-#include "plugin/host/native.h"
+#include "binding/native.h"
 
 #include <stdexcept>
 
-#include "plugin/host/call.h"
-#include "plugin/host/host_functions.h"
-#include "sdk/prototype.h"
+#include "binding/call.h"
+#include "binding/host_functions.h"
+#include "contract/prototype.h"
 
-namespace qorv::host::details {
+namespace qorv::binding::details {
 namespace {
 
 host_object* throwable_with(const char* text) noexcept
@@ -56,4 +56,4 @@ void require_fit(const std::string& prototype, const signature& shape)
     if (!fits) throw std::logic_error{"The native function does not fit the prototype \"" + prototype + "\"."};
 }
 
-}  // namespace qorv::host::details
+}  // namespace qorv::binding::details

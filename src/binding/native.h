@@ -6,11 +6,11 @@
 #include <type_traits>
 #include <utility>
 
-#include "plugin/host/values.h"
-#include "sdk/plugin_main.h"
+#include "binding/values.h"
+#include "framework/plugin_main.h"
 
 /// Turns C++ functions into script functions: the contract's call form around a native function's own signature.
-namespace qorv::host {
+namespace qorv::binding {
 
 /// What a parameter is in the contract's terms; an output has HOST_OUTPUT and the kind of its cell.
 struct parameter_kind
@@ -104,4 +104,4 @@ void add_function(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prototy
     plug_in.AddFunction(prototype, &binding::template entry<function>);
 }
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

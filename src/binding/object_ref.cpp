@@ -1,11 +1,11 @@
-#include "plugin/host/object_ref.h"
+#include "binding/object_ref.h"
 
 #include <new>
 
-#include "sdk/error_manager.h"
-#include "sdk/link.h"
+#include "framework/error_manager.h"
+#include "framework/link.h"
 
-namespace qorv::host {
+namespace qorv::binding {
 
 using Gatan::PlugIn::current_link;
 
@@ -41,4 +41,4 @@ std::string text_of(const string_ref& string)
     return characters ? std::string(characters, length) : std::string{};
 }
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

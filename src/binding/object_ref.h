@@ -4,10 +4,10 @@
 #include <string_view>
 #include <utility>
 
-#include "sdk/host_link.h"
+#include "contract/host_link.h"
 
 /// Binding to the host: counted references, host functions called by prototype, conversion of script calls.
-namespace qorv::host {
+namespace qorv::binding {
 
 /// A counted reference to an object of the host; may be null. `adopt` takes over a count that was made for us, `share`
 /// adds one to an object that was lent.
@@ -72,4 +72,4 @@ string_ref make_string(std::string_view text);
 /// The text of a string object; empty for null.
 std::string text_of(const string_ref& string);
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

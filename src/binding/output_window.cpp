@@ -5,11 +5,11 @@
 #include <windows.h>
 #endif
 
-#include "plugin/host/call.h"
-#include "plugin/host/host_functions.h"
-#include "sdk/link.h"
+#include "binding/call.h"
+#include "binding/host_functions.h"
+#include "framework/link.h"
 
-namespace qorv::host {
+namespace qorv::binding {
 namespace {
 
 constexpr char prototype[] = "void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )";
@@ -38,4 +38,4 @@ void WriteOutputWindow(std::string_view module_name, std::uint32_t output_type, 
     call<void>(slot, module_name, output_type, text);
 }
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

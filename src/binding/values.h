@@ -7,10 +7,10 @@
 #include <string_view>
 #include <type_traits>
 
-#include "plugin/host/object_ref.h"
+#include "binding/object_ref.h"
 
 /// How C++ values travel as host_value, in calls of host functions and in calls of ours by scripts.
-namespace qorv::host {
+namespace qorv::binding {
 
 template <class T>
 concept object_reference = std::derived_from<T, object_ref>;
@@ -146,4 +146,4 @@ class output
     host_value* cell_ = nullptr;
 };
 
-}  // namespace qorv::host
+}  // namespace qorv::binding

@@ -1,30 +1,30 @@
-#include "image/lock.h"
+#include "entry/lock.h"
 
 #include <exception>
 #include <utility>
 
-#include "plugin/host/call.h"
-#include "plugin/host/host_functions.h"
-#include "plugin/host/log.h"
+#include "binding/call.h"
+#include "binding/host_functions.h"
+#include "binding/log.h"
 
 namespace qorv::dm {
 
-image_lock::image_lock(const host::image_ref& source, access mode)
+image_lock::image_lock(const binding::image_ref& source, access mode)
 {
     require(static_cast<bool>(source), errors::parameters_invalid);
     auto made = boost::make_shared<state>();
     made->source = source;
     made->mode = mode;
     const std::uint32_t host_mode = mode == access::write ? HOST_LOCK_WRITE : HOST_LOCK_READ;
-    host::script_object_ref lock = host::ImageGetLockedData(source, host_mode, {});
-    made->unlock_method = host::find_UnlockMemory(lock);
-    host::LockMemory(lock);
+    binding::script_object_ref lock = binding::ImageGetLockedData(source, host_mode, {});
+    made->unlock_method = binding::find_UnlockMemory(lock);
+    binding::LockMemory(lock);
     made->lock = std::move(lock);  // from here on the destructor unlocks
-    const host::image_slice slice = host::ImageData_GetSlice(made->lock, 0);
+    const binding::image_slice slice = binding::ImageData_GetSlice(made->lock, 0);
     made->data = slice.data;
     made->code = slice.data_type;
     made->dimensions = slice.num_dim;
-    for (std::size_t i = 0; i < host::kMaxDim && i < slice.num_dim; ++i) {
+    for (std::size_t i = 0; i < binding::kMaxDim && i < slice.num_dim; ++i) {
         made->sizes[i] = slice.size[i];
         made->strides[i] = slice.stride[i];
     }
@@ -36,14 +36,14 @@ void image_lock::release() { state_->unlock(); }
 void image_lock::state::unlock()
 {
     if (!lock) return;
-    const host::script_object_ref ended = std::exchange(lock, {});
+    const binding::script_object_ref ended = std::exchange(lock, {});
     std::exception_ptr notification_failed;
     try {
-        if (mode == access::write && data) host::ImageDataChanged(source);
+        if (mode == access::write && data) binding::ImageDataChanged(source);
     } catch (...) {
         notification_failed = std::current_exception();
     }
-    host::call<void>(unlock_method, ended);
+    binding::call<void>(unlock_method, ended);
     if (notification_failed) std::rethrow_exception(notification_failed);
 }
 
@@ -52,7 +52,7 @@ image_lock::state::~state()
     try {
         unlock();
     } catch (const std::exception& error) {  // a destructor cannot throw it; `release` is there for who wants to
-        host::log_lost_error("An image's lock", error);
+        binding::log_lost_error("An image's lock", error);
     }
 }
 

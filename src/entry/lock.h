@@ -5,10 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "binding/object_ref.h"
 #include "image/element_type.h"
 #include "image/errors.h"
 #include "image/image.h"
-#include "plugin/host/object_ref.h"
 
 namespace qorv::dm {
 
@@ -24,7 +24,7 @@ class image_lock
     };
 
     /// Throws  host_error when the host refuses, errors::parameters_invalid for a null image
-    image_lock(const host::image_ref& image, access mode);
+    image_lock(const binding::image_ref& image, access mode);
 
     /// Gives the memory back now, for this lock and all its copies; pointers and views of it are no longer valid. An
     /// error of the host is thrown, where the last copy's destructor has to swallow it.
@@ -40,7 +40,7 @@ class image_lock
     std::uint32_t host_code() const noexcept { return state_->code; }
     element_type type() const noexcept { return element_type_of(state_->code); }
     void* data() const noexcept { return state_->data; }
-    const host::image_ref& image_reference() const noexcept { return state_->source; }
+    const binding::image_ref& image_reference() const noexcept { return state_->source; }
 
   protected:
     template <class T>
@@ -57,10 +57,10 @@ class image_lock
         ~state();
         void unlock();
 
-        host::image_ref source;
+        binding::image_ref source;
         access mode;
-        host::script_object_ref lock;  ///< set while the memory is locked
-        host::function_ref unlock_method;
+        binding::script_object_ref lock;  ///< set while the memory is locked
+        binding::function_ref unlock_method;
         void* data = nullptr;
         std::uint32_t code = 0;
         std::uint32_t dimensions = 0;
@@ -74,7 +74,7 @@ class image_lock
 class read_lock : public image_lock
 {
   public:
-    explicit read_lock(const host::image_ref& source) : image_lock{source, access::read} {}
+    explicit read_lock(const binding::image_ref& source) : image_lock{source, access::read} {}
     /// Throws  errors::invalid_data_type unless the image has elements of type T
     template <class T>
     image<const T> view() const
@@ -87,7 +87,7 @@ class read_lock : public image_lock
 class write_lock : public image_lock
 {
   public:
-    explicit write_lock(const host::image_ref& destination) : image_lock{destination, access::write} {}
+    explicit write_lock(const binding::image_ref& destination) : image_lock{destination, access::write} {}
     /// Throws  errors::invalid_data_type unless the image has elements of type T
     template <class T>
     image<T> view() const

@@ -3,21 +3,21 @@
 #include <complex>
 #include <cstdint>
 
+#include "binding/host_functions.h"
+#include "entry/lock.h"
 #include "image/errors.h"
-#include "image/lock.h"
-#include "plugin/host/host_functions.h"
 
 /// The steps that most script functions share, so that their order and wording cannot drift.
 namespace qorv::dm {
 
 /// The destination, or a new clone of the source where the script gave none.
-inline host::image_ref or_clone_of(host::image_ref destination, const host::image_ref& source)
+inline binding::image_ref or_clone_of(binding::image_ref destination, const binding::image_ref& source)
 {
-    return destination ? std::move(destination) : host::ImageClone(source);
+    return destination ? std::move(destination) : binding::ImageClone(source);
 }
 
 /// Fails with errors::parameters_invalid for a null reference that a function cannot do without.
-inline void require_image(const host::image_ref& image)
+inline void require_image(const binding::image_ref& image)
 {
     require(static_cast<bool>(image), errors::parameters_invalid);
 }
@@ -29,13 +29,13 @@ inline void require_same_size(const image_lock& a, const image_lock& b)
 }
 
 /// An image's size along an axis; 1 beyond its own dimensions.
-inline std::uint32_t size_along(const host::image_ref& image, std::uint32_t axis)
+inline std::uint32_t size_along(const binding::image_ref& image, std::uint32_t axis)
 {
-    return axis < host::ImageGetNumDimensions(image) ? host::ImageGetDimensionSize(image, axis) : 1u;
+    return axis < binding::ImageGetNumDimensions(image) ? binding::ImageGetDimensionSize(image, axis) : 1u;
 }
 
 /// Same check before any lock is taken.
-inline void require_same_size(const host::image_ref& a, const host::image_ref& b)
+inline void require_same_size(const binding::image_ref& a, const binding::image_ref& b)
 {
     require(size_along(a, 0) == size_along(b, 0) && size_along(a, 1) == size_along(b, 1), errors::different_size);
 }

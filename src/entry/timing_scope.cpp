@@ -1,4 +1,4 @@
-#include "image/timing_scope.h"
+#include "entry/timing_scope.h"
 
 #ifdef _WIN32
 #include <windows.h>
@@ -6,7 +6,7 @@
 #include <chrono>
 #endif
 
-#include "sdk/trace.h"
+#include "framework/trace.h"
 
 namespace qorv::dm {
 

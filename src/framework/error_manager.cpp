@@ -1,4 +1,4 @@
-#include "sdk/error_manager.h"
+#include "framework/error_manager.h"
 
 #include <cstdio>
 
@@ -8,7 +8,7 @@
 #include <comdef.h>
 #endif
 
-#include "sdk/link.h"
+#include "framework/link.h"
 
 namespace Gatan {
 namespace {

@@ -1,4 +1,4 @@
-#include "sdk/link.h"
+#include "framework/link.h"
 
 namespace Gatan::PlugIn {
 namespace {

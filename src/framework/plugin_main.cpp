@@ -1,11 +1,11 @@
-#include "sdk/plugin_main.h"
+#include "framework/plugin_main.h"
 
 #include <algorithm>
 #include <mutex>
 
-#include "sdk/critical_section.h"
-#include "sdk/error_manager.h"
-#include "sdk/link.h"
+#include "framework/critical_section.h"
+#include "framework/error_manager.h"
+#include "framework/link.h"
 
 namespace Gatan::PlugIn {
 namespace {

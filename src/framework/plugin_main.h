@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "sdk/host_link.h"
+#include "contract/host_link.h"
 
 namespace Gatan::Win32 {
 

@@ -1,6 +1,6 @@
-#include "sdk/trace.h"
+#include "framework/trace.h"
 
-#include "sdk/link.h"
+#include "framework/link.h"
 
 void ipu::DLLTraceAddCounter(const char* name, std::int64_t ticks) noexcept
 {

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "sdk/plugin_main.h"
+#include "framework/plugin_main.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Registers the image-processing library: 56 script functions, each named `prefix` + its own name.
-/// Throws  what host::add_function throws; the functions before the failing one stay registered until the plug-in's
+/// Throws  what binding::add_function throws; the functions before the failing one stay registered until the plug-in's
 ///         tear-down
 void register_library(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

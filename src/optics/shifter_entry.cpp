@@ -2,17 +2,17 @@
 
 #include <complex>
 
-#include "image/frame.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
 #include "image/overlap.h"
-#include "image/timing_scope.h"
 #include "optics/shifter.h"
 
 namespace qorv::optics {
 namespace {
 
-bool both_complex(const host::image_ref& a, const host::image_ref& b, std::int32_t bytes)
+bool both_complex(const binding::image_ref& a, const binding::image_ref& b, std::int32_t bytes)
 {
-    return host::IsComplexDataType(a, bytes) && host::IsComplexDataType(b, bytes);
+    return binding::IsComplexDataType(a, bytes) && binding::IsComplexDataType(b, bytes);
 }
 
 template <class T>
@@ -25,8 +25,8 @@ void shift(dm::read_lock& from, dm::write_lock& to)
 
 }  // namespace
 
-host::image_ref ImageShifterForSemperDM(host::image_ref source, std::int32_t, std::int32_t, double shift_x,
-                                        double shift_y, double, host::image_ref destination)
+binding::image_ref ImageShifterForSemperDM(binding::image_ref source, std::int32_t, std::int32_t, double shift_x,
+                                           double shift_y, double, binding::image_ref destination)
 {
     const dm::timing_scope timing{"ImageShifterForSemperDM"};
     dm::require_image(source);
@@ -34,7 +34,7 @@ host::image_ref ImageShifterForSemperDM(host::image_ref source, std::int32_t, st
     const bool single = both_complex(source, destination, 8);
     dm::require(single || both_complex(source, destination, 16), dm::errors::all_same_complex);
     std::int32_t width = 0, height = 0;
-    host::GetSize(source, width, height);
+    binding::GetSize(source, width, height);
     require_shift(width, height, shift_x, shift_y);
 
     dm::read_lock from{source};

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "plugin/host/object_ref.h"
+#include "binding/object_ref.h"
 
 namespace qorv::optics {
 
@@ -14,7 +14,7 @@ namespace qorv::optics {
 /// Returns        the destination
 /// Throws         errors::all_same_complex, then errors::size_power_of_2, then errors::different_size for a smaller
 ///                destination
-host::image_ref ImageShifterForSemperDM(host::image_ref source, std::int32_t centre_x, std::int32_t centre_y,
-                                        double shift_x, double shift_y, double sign, host::image_ref destination);
+binding::image_ref ImageShifterForSemperDM(binding::image_ref source, std::int32_t centre_x, std::int32_t centre_y,
+                                           double shift_x, double shift_y, double sign, binding::image_ref destination);
 
 }  // namespace qorv::optics

@@ -1,8 +1,8 @@
 #include "optics/wave_transfer_entry.h"
 
-#include "image/frame.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
 #include "image/overlap.h"
-#include "image/timing_scope.h"
 #include "optics/wave_transfer.h"
 
 namespace qorv::optics {
@@ -15,17 +15,17 @@ complex_float narrow(std::complex<double> number)
 
 }  // namespace
 
-host::image_ref WTFMulDM(host::image_ref source, float lambda, float step, float c20, std::complex<double> c22,
-                         float c40, float c60, std::complex<double> c31, std::complex<double> c33,
-                         std::complex<double> c42, std::complex<double> c44, std::complex<double> c51,
-                         std::complex<double> c53, std::complex<double> c55, std::complex<double> c62,
-                         std::complex<double> c64, std::complex<double> c66, float c2s, float bdiv, float vib,
-                         std::int32_t envelope, std::complex<double> tilt, host::image_ref destination)
+binding::image_ref WTFMulDM(binding::image_ref source, float lambda, float step, float c20, std::complex<double> c22,
+                            float c40, float c60, std::complex<double> c31, std::complex<double> c33,
+                            std::complex<double> c42, std::complex<double> c44, std::complex<double> c51,
+                            std::complex<double> c53, std::complex<double> c55, std::complex<double> c62,
+                            std::complex<double> c64, std::complex<double> c66, float c2s, float bdiv, float vib,
+                            std::int32_t envelope, std::complex<double> tilt, binding::image_ref destination)
 {
     const dm::timing_scope timing{"WTFMulDM"};
     dm::require_image(source);
     destination = dm::or_clone_of(std::move(destination), source);
-    dm::require(host::IsComplexDataType(source, 8) && host::IsComplexDataType(destination, 8),
+    dm::require(binding::IsComplexDataType(source, 8) && binding::IsComplexDataType(destination, 8),
                 dm::errors::all_complex8);
     dm::read_lock from{source};
     dm::write_lock to{destination};

@@ -3,7 +3,7 @@
 #include <complex>
 #include <cstdint>
 
-#include "plugin/host/object_ref.h"
+#include "binding/object_ref.h"
 
 namespace qorv::optics {
 
@@ -12,11 +12,11 @@ namespace qorv::optics {
 /// element; the first plane counts destination  same type and size, or the source itself (in place); null: a clone of
 /// the source envelope     0: phase only; anything else: with the damping envelopes Returns      the destination Throws
 /// errors::all_complex8, then errors::different_size
-host::image_ref WTFMulDM(host::image_ref source, float lambda, float step, float c20, std::complex<double> c22,
-                         float c40, float c60, std::complex<double> c31, std::complex<double> c33,
-                         std::complex<double> c42, std::complex<double> c44, std::complex<double> c51,
-                         std::complex<double> c53, std::complex<double> c55, std::complex<double> c62,
-                         std::complex<double> c64, std::complex<double> c66, float c2s, float bdiv, float vib,
-                         std::int32_t envelope, std::complex<double> tilt, host::image_ref destination);
+binding::image_ref WTFMulDM(binding::image_ref source, float lambda, float step, float c20, std::complex<double> c22,
+                            float c40, float c60, std::complex<double> c31, std::complex<double> c33,
+                            std::complex<double> c42, std::complex<double> c44, std::complex<double> c51,
+                            std::complex<double> c53, std::complex<double> c55, std::complex<double> c62,
+                            std::complex<double> c64, std::complex<double> c66, float c2s, float bdiv, float vib,
+                            std::int32_t envelope, std::complex<double> tilt, binding::image_ref destination);
 
 }  // namespace qorv::optics

@@ -4,8 +4,8 @@
 #include <windows.h>
 #endif
 
+#include "framework/error_manager.h"
 #include "plugin/module.h"
-#include "sdk/error_manager.h"
 
 namespace {
 

@@ -1,19 +1,19 @@
 #include "plugin/core.h"
 
+#include "binding/native.h"
+#include "entry/timing_scope.h"
+#include "functions/registration.h"
 #include "image/processor.h"
-#include "image/timing_scope.h"
-#include "library/registration.h"
-#include "optics/goldstein_entry.h"
 #include "optics/shifter_entry.h"
+#include "optics/unwrap/goldstein_entry.h"
 #include "optics/wave_transfer_entry.h"
 #include "plugin/handler.h"
-#include "plugin/host/native.h"
 #include "plugin/panel_functions.h"
 
 namespace QORV::DM {
 namespace {
 
-using qorv::host::add_function;
+using qorv::binding::add_function;
 
 constexpr char prefix_zx[] = "ZX";
 
@@ -46,7 +46,7 @@ void register_switch(Gatan::PlugIn::PlugInMain& plug_in, const std::string& pref
 CZenkor::CZenkor(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
 {
     register_switch(plug_in, prefix_zx);
-    qorv::library::register_library(plug_in, prefix_zx);
+    qorv::functions::register_library(plug_in, prefix_zx);
     add_function<qorv::optics::WTFMulDM>(plug_in, wave_transfer_prototype);
     add_function<qorv::optics::GoldstainDM>(plug_in, goldstein_prototype);
     add_function<qorv::dm::SetZentrixHandlerDM>(

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "sdk/plugin_main.h"
+#include "framework/plugin_main.h"
 
 namespace QORV::DM {
 

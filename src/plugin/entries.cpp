@@ -2,12 +2,12 @@
 
 #include <cstdio>
 
+#include "binding/call.h"
+#include "framework/link.h"
 #include "plugin/app.h"
 #include "plugin/guarded.h"
 #include "plugin/handler.h"
-#include "plugin/host/call.h"
 #include "plugin/plugin.h"
-#include "sdk/link.h"
 
 using qorv::dm::guarded;
 
@@ -51,7 +51,7 @@ void end()
 void let_go_of_host_objects() noexcept
 {
     qorv::dm::release_held();
-    qorv::host::function_slot::forget_all();
+    qorv::binding::function_slot::forget_all();
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "sdk/host_link.h"
+#include "contract/host_link.h"
 
 #ifdef _WIN32
 #define ZENTRIX_ENTRY extern "C" __declspec(dllexport)

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "image/timing_scope.h"
-#include "sdk/error_manager.h"
+#include "entry/timing_scope.h"
+#include "framework/error_manager.h"
 
 namespace qorv::dm {
 

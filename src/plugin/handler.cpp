@@ -4,19 +4,19 @@
 #include <utility>
 #include <vector>
 
-#include "image/timing_scope.h"
+#include "entry/timing_scope.h"
 
 namespace qorv::dm {
 namespace {
 
-host::script_object_ref* the_handler = nullptr;
-host::tag_group_ref* the_tag_group = nullptr;
+binding::script_object_ref* the_handler = nullptr;
+binding::tag_group_ref* the_tag_group = nullptr;
 
 /// A pair of holders that a later call replaced.
 struct earlier_holders
 {
-    host::script_object_ref* handler;
-    host::tag_group_ref* tag_group;
+    binding::script_object_ref* handler;
+    binding::tag_group_ref* tag_group;
 };
 
 /// The earlier holders, never deleted: the host counts them as held until the process ends. Kept in sight, so that they
@@ -29,16 +29,16 @@ std::vector<earlier_holders>& earlier()
 
 }  // namespace
 
-const host::script_object_ref* held_handler() noexcept { return the_handler; }
+const binding::script_object_ref* held_handler() noexcept { return the_handler; }
 
-const host::tag_group_ref* held_tag_group() noexcept { return the_tag_group; }
+const binding::tag_group_ref* held_tag_group() noexcept { return the_tag_group; }
 
-void SetZentrixHandlerDM(host::script_object_ref hander, host::tag_group_ref tag)
+void SetZentrixHandlerDM(binding::script_object_ref hander, binding::tag_group_ref tag)
 {
     const timing_scope timing{"SetZentrixHandlerDM"};
     // Both holders exist before either global changes. The former ones stay on purpose, see the declaration.
-    auto handler = std::make_unique<host::script_object_ref>(std::move(hander));
-    auto tag_group = std::make_unique<host::tag_group_ref>(std::move(tag));
+    auto handler = std::make_unique<binding::script_object_ref>(std::move(hander));
+    auto tag_group = std::make_unique<binding::tag_group_ref>(std::move(tag));
     if (the_handler) earlier().push_back({the_handler, the_tag_group});
     the_handler = handler.release();
     the_tag_group = tag_group.release();

@@ -5,7 +5,7 @@
 
 #include <shlwapi.h>
 
-#include "plugin/host/text_windows.h"
+#include "binding/text_windows.h"
 #else
 #include <dlfcn.h>
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "sdk/plugin_main.h"
+#include "framework/plugin_main.h"
 
 /// The script functions about the floating panel, and its registration. Where there are no windows there is no panel:
 /// the queries answer 0, the update does nothing and nothing is registered.

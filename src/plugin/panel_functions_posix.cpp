@@ -1,6 +1,6 @@
 #include "plugin/panel_functions.h"
 
-#include "image/timing_scope.h"
+#include "entry/timing_scope.h"
 
 namespace qorv::dm {
 

@@ -1,8 +1,8 @@
-#include "image/timing_scope.h"
+#include "binding/call.h"
+#include "binding/host_functions.h"
+#include "entry/timing_scope.h"
 #include "panel/floating_panel.h"
 #include "plugin/handler.h"
-#include "plugin/host/call.h"
-#include "plugin/host/host_functions.h"
 #include "plugin/module.h"
 #include "plugin/panel_functions.h"
 
@@ -20,33 +20,33 @@ class held_link final : public panel::panel_link
     std::optional<float> read_float(const char* key) const override
     {
         float value = 0;
-        return has_tags() && host::TagGroupGetTagAsFloat(tags(), key, value) ? std::optional{value} : std::nullopt;
+        return has_tags() && binding::TagGroupGetTagAsFloat(tags(), key, value) ? std::optional{value} : std::nullopt;
     }
     std::optional<std::int32_t> read_long(const char* key) const override
     {
         std::int32_t value = 0;
-        return has_tags() && host::TagGroupGetTagAsLong(tags(), key, value) ? std::optional{value} : std::nullopt;
+        return has_tags() && binding::TagGroupGetTagAsLong(tags(), key, value) ? std::optional{value} : std::nullopt;
     }
     void write_float(const char* key, float value) override
     {
-        if (has_tags()) host::TagGroupSetTagAsFloat(tags(), key, value);
+        if (has_tags()) binding::TagGroupSetTagAsFloat(tags(), key, value);
     }
     void write_long(const char* key, std::int32_t value) override
     {
-        if (has_tags()) host::TagGroupSetTagAsLong(tags(), key, value);
+        if (has_tags()) binding::TagGroupSetTagAsLong(tags(), key, value);
     }
     void call(const panel::handler_method& method) override { call_with(method); }
     void call(const panel::handler_method& method, std::uint32_t argument) override { call_with(method, argument); }
 
   private:
-    static host::tag_group_ref tags() { return *held_tag_group(); }
+    static binding::tag_group_ref tags() { return *held_tag_group(); }
 
     template <class... Arguments>
     void call_with(const panel::handler_method& method, Arguments... arguments) const
     {
         if (!has_handler()) return;
-        const host::script_object_ref handler = *held_handler();
-        host::call_method<void>(handler, method.name, method.prototype, arguments...);
+        const binding::script_object_ref handler = *held_handler();
+        binding::call_method<void>(handler, method.name, method.prototype, arguments...);
     }
 };
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <utility>
 
+#include "binding/host_functions.h"
 #include "plugin/core.h"
 #include "plugin/handler.h"
-#include "plugin/host/host_functions.h"
 #include "plugin/module.h"
 
 namespace {
@@ -26,7 +26,7 @@ void check_companion_package()
     const std::string path = qorv::dm::module_path(module);
     if (path.empty()) return;
     const std::string package = qorv::dm::with_extension(path, companion_extension);
-    if (!qorv::host::DoesFileExist(package)) qorv::host::OkDialog(companion_missing);
+    if (!qorv::binding::DoesFileExist(package)) qorv::binding::OkDialog(companion_missing);
 }
 
 }  // namespace

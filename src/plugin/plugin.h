@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/plugin_main.h"
+#include "framework/plugin_main.h"
 
 /// The plug-in object behind the exported entries. There is one in a process, made on first use.
 class CZXPlugIn : public Gatan::PlugIn::PlugInMain

@@ -3,19 +3,19 @@
 
 #include <functional>
 
-#include "host/engine.h"
-#include "host/script_object.h"
-#include "image/lock.h"
-#include "plugin/host/call.h"
-#include "plugin/host/host_functions.h"
-#include "plugin/host/native.h"
-#include "sdk/link.h"
-#include "support/same_bytes.h"
+#include "binding/call.h"
+#include "binding/host_functions.h"
+#include "binding/native.h"
+#include "entry/lock.h"
+#include "framework/link.h"
+#include "host/engine/engine.h"
+#include "host/objects/script_object.h"
+#include "tests/support/same_bytes.h"
 
 // The plug-in's calls of host functions, answered by the stand-alone host.
 namespace {
 
-using namespace qorv::host;
+using namespace qorv::binding;
 using zentrix::host::engine;
 using zentrix::host::engine_options;
 using zentrix::host::fault_point;

@@ -1,4 +1,4 @@
-#include "companion/transfer.h"
+#include "lens/transfer.h"
 
 #include <gtest/gtest.h>
 
@@ -9,11 +9,11 @@
 #include <numbers>
 #include <string>
 
-#include "companion/electron.h"
-#include "companion/panel_tags.h"
-#include "support/same_bytes.h"
+#include "lens/electron.h"
+#include "lens/panel_tags.h"
+#include "tests/support/same_bytes.h"
 
-using namespace zentrix::companion;
+using namespace zentrix::lens;
 using complex = std::complex<double>;
 
 namespace {

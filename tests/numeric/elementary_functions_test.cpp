@@ -12,8 +12,8 @@
 #include "numeric/log.h"
 #include "numeric/pow.h"
 #include "numeric/sincos.h"
-#include "support/same_bytes.h"
-#include "support/ulps.h"
+#include "tests/support/same_bytes.h"
+#include "tests/support/ulps.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "optics/shifter.h"
 
 #include "image/errors.h"
-#include "support/same_bytes.h"
+#include "tests/support/same_bytes.h"
 
 #include <omp.h>
 #include <bit>

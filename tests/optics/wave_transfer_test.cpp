@@ -8,7 +8,7 @@
 #include <random>
 #include <vector>
 
-#include "support/same_bytes.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 

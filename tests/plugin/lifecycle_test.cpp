@@ -3,14 +3,14 @@
 
 #include <stdexcept>
 
-#include "host/engine.h"
-#include "host/library.h"
+#include "framework/error_manager.h"
+#include "framework/link.h"
+#include "host/engine/engine.h"
+#include "host/engine/library.h"
 #include "plugin/entries.h"
 #include "plugin/guarded.h"
 #include "plugin/module.h"
 #include "plugin/plugin.h"
-#include "sdk/error_manager.h"
-#include "sdk/link.h"
 
 // The lifecycle entries, linked into this program and driven by the stand-alone host.
 namespace {

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "image/visit.h"
-#include "script/script_host.h"
+#include "tests/script/script_host.h"
 
 /// What the script functions with a source and a destination have in common, checked for tables of them.
 namespace script {

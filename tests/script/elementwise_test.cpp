@@ -3,7 +3,7 @@
 #include <numbers>
 
 #include "image/errors.h"
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 // Element-wise functions as a script meets them. How exact they are is tested with their kernels.
 namespace {

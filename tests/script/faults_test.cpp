@@ -4,7 +4,7 @@
 #include <fstream>
 #include <map>
 
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 // Every call that a script function makes of the host fails once: the script gets a text, and nothing stays held or locked.
 namespace {

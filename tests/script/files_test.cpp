@@ -3,10 +3,10 @@
 #include <filesystem>
 #include <fstream>
 
+#include "functions/files/file_selection.h"
+#include "functions/files/raw_file.h"
 #include "image/errors.h"
-#include "library/file_selection.h"
-#include "library/raw_file.h"
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 namespace {
 
@@ -69,10 +69,10 @@ TEST_F(Files, OpenImageRefusesInOrderAndLeavesPicturesToTheHost)
         const char* text;
     };
     const refusal refusals[] = {
-        {missing, 0, 2, 1, 10, errors::unknown_data_type},     {missing, 0, 2, 1, -2, errors::unknown_data_type},
-        {missing, 0, 2, 1, 0, errors::invalid_image_size},     {missing, 3, 2, -1, 0, errors::invalid_image_size},
-        {missing, 3, 2, 1, 0, qorv::library::file_not_opened}, {file, 3, 2, 1, 2, errors::invalid_image_size},
-        {file, 3, 1, 1, 0, errors::invalid_image_size},        {file, 3, 2, 1, 0, ""},
+        {missing, 0, 2, 1, 10, errors::unknown_data_type},       {missing, 0, 2, 1, -2, errors::unknown_data_type},
+        {missing, 0, 2, 1, 0, errors::invalid_image_size},       {missing, 3, 2, -1, 0, errors::invalid_image_size},
+        {missing, 3, 2, 1, 0, qorv::functions::file_not_opened}, {file, 3, 2, 1, 2, errors::invalid_image_size},
+        {file, 3, 1, 1, 0, errors::invalid_image_size},          {file, 3, 2, 1, 0, ""},
     };
     for (const auto& r : refusals)
         EXPECT_EQ(script.failure("ZXOpenImage", {r.file, r.width, r.height, r.depth, r.type}), r.text);
@@ -113,7 +113,7 @@ TEST_F(Files, SelectImageFilesTakesListsWithoutADialog)
 
 TEST(FileSelection, ReadsFiltersAndPatterns)
 {
-    using namespace qorv::library;
+    using namespace qorv::functions;
     EXPECT_THAT(patterns_of("Raw files|*.raw;*.dat|All|*.*"), ElementsAre("*.raw", "*.dat"));
     EXPECT_THAT(patterns_of("All|*.*"), ElementsAre("*"));
     EXPECT_THAT(patterns_of("*.raw"), ElementsAre("*.raw"));

@@ -2,7 +2,7 @@
 
 #include <numbers>
 
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 // The core functions on images, called as scripts call them.
 namespace {

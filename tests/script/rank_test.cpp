@@ -1,7 +1,7 @@
 #include <limits>
 
 #include "image/errors.h"
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 // Rank filters and medians as a script meets them. What they compute is tested with their kernels.
 namespace {

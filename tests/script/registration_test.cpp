@@ -10,7 +10,7 @@
 #include <thread>
 #endif
 
-#include "script/script_host.h"
+#include "tests/script/script_host.h"
 
 // What the library registers, and the small functions that need no image.
 namespace {

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
-#include "host/engine.h"
-#include "host/library.h"
+#include "host/engine/engine.h"
+#include "host/engine/library.h"
 #include "image/element_type.h"
 
 /// The built library, loaded into the stand-alone host as any program loads it.

@@ -1,7 +1,7 @@
 #include <cstdlib>
 
 #include "image/errors.h"
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 // Moving averages and the Gaussian as a script meets them. What they compute is tested with their kernels.
 namespace {

@@ -5,7 +5,7 @@
 #include <numbers>
 
 #include "image/errors.h"
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 // Statistics, windows, weights and masks as a script meets them: types, texts and their order, outputs, destinations.
 // What they compute is tested with their kernels.

@@ -1,8 +1,8 @@
 #include <array>
 
-#include "host/element.h"
+#include "host/objects/element.h"
 #include "image/errors.h"
-#include "script/destinations.h"
+#include "tests/script/destinations.h"
 
 // Transposes as a script meets them. That every element reaches its place is tested with their kernel.
 namespace {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "image/errors.h"
-#include "support/canvas.h"
-#include "support/same_bytes.h"
+#include "tests/support/canvas.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "windows/control.h"
+#include "tests/windows/control.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // What stands where: every control by id, class, text and place.
-#include "windows/page_tables.h"
+#include "tests/windows/page_tables.h"
 
 namespace windows_tests {
 namespace {

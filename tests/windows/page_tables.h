@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "windows/panel_window.h"
+#include "tests/windows/panel_window.h"
 
 namespace windows_tests {
 

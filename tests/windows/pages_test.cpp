@@ -1,6 +1,6 @@
 // What each page writes and calls when it is used.
 #include "panel/rules/tag_record.h"
-#include "windows/page_tables.h"
+#include "tests/windows/page_tables.h"
 
 #include <set>
 

@@ -1,4 +1,4 @@
-#include "windows/panel_host.h"
+#include "tests/windows/panel_host.h"
 
 #include <gtest/gtest.h>
 

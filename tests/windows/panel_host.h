@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/engine.h"
-#include "host/library.h"
+#include "host/engine/engine.h"
+#include "host/engine/library.h"
 
 #include <windows.h>
 

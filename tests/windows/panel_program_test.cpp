@@ -2,12 +2,12 @@
 // the wave's window. What it shows has to be what "zentrix correct" computes.
 #include "host/windows/panel_program.h"
 
-#include "host/library.h"
+#include "host/engine/library.h"
 #include "host/windows/resource.h"
-#include "program/pictures.h"
-#include "program/run.h"
-#include "windows/control.h"
-#include "windows/page_tables.h"
+#include "tests/host/program/pictures.h"
+#include "tests/host/program/run.h"
+#include "tests/windows/control.h"
+#include "tests/windows/page_tables.h"
 
 #include <cmath>
 #include <cstring>

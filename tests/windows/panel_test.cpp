@@ -1,5 +1,5 @@
 // The panel as a whole: showing, hiding, its own controls, the handler's calls.
-#include "windows/page_tables.h"
+#include "tests/windows/page_tables.h"
 
 #include <psapi.h>
 

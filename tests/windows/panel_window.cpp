@@ -1,4 +1,4 @@
-#include "windows/panel_window.h"
+#include "tests/windows/panel_window.h"
 
 #include "panel/rules/tag_record.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "windows/control.h"
-#include "windows/panel_host.h"
+#include "tests/windows/control.h"
+#include "tests/windows/panel_host.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 #include "panel/round_slider.h"
 
 #include "panel/rules/ring.h"
-#include "windows/page_tables.h"
+#include "tests/windows/page_tables.h"
 
 namespace windows_tests {
 namespace {

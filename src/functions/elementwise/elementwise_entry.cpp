@@ -1,18 +1,18 @@
-#include "library/elementwise_entry.h"
+#include "functions/elementwise/elementwise_entry.h"
 
 #include <vector>
 
-#include "image/frame.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "functions/elementwise/modulus.h"
+#include "functions/elementwise/norm.h"
+#include "functions/elementwise/polar.h"
+#include "functions/elementwise/powers.h"
 #include "image/overlap.h"
 #include "image/runs.h"
-#include "image/timing_scope.h"
 #include "image/visit.h"
-#include "library/modulus.h"
-#include "library/norm.h"
-#include "library/polar.h"
-#include "library/powers.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 constexpr char rho_and_theta_real[] = "imgRho and imgTheta should be Real.";
@@ -43,20 +43,20 @@ std::uint32_t real_of(std::uint32_t complex)
 image_ref new_image(std::string_view name, std::uint32_t code, const image_ref& like)
 {
     std::vector<std::uint32_t> sizes;
-    for (std::uint32_t axis = 0; axis < host::ImageGetNumDimensions(like); ++axis)
-        sizes.push_back(host::ImageGetDimensionSize(like, axis));
-    return host::NewImage(name, code, sizes);
+    for (std::uint32_t axis = 0; axis < binding::ImageGetNumDimensions(like); ++axis)
+        sizes.push_back(binding::ImageGetDimensionSize(like, axis));
+    return binding::NewImage(name, code, sizes);
 }
 
 void require_up_to_3d(const image_ref& image)
 {
-    dm::require(host::ImageGetNumDimensions(image) <= host::kMaxDim, dm::errors::up_to_3d);
+    dm::require(binding::ImageGetNumDimensions(image) <= binding::kMaxDim, dm::errors::up_to_3d);
 }
 
 /// Two sources agree along every axis: what one of them lacks could not be computed.
 void require_same_volume(const image_ref& a, const image_ref& b)
 {
-    for (std::uint32_t axis = 0; axis < host::kMaxDim; ++axis)
+    for (std::uint32_t axis = 0; axis < binding::kMaxDim; ++axis)
         dm::require(dm::size_along(a, axis) == dm::size_along(b, axis), dm::errors::different_size);
 }
 
@@ -74,7 +74,7 @@ image_ref polar_destination(image_ref destination, const image_ref& theta, std::
 {
     require_up_to_3d(theta);
     if (!destination) return new_image("", complex_of(real_type), theta);
-    dm::require(host::ImageGetDataType(destination) == complex_of(real_type), dm::errors::invalid_data_type);
+    dm::require(binding::ImageGetDataType(destination) == complex_of(real_type), dm::errors::invalid_data_type);
     dm::require_same_size(theta, destination);
     return destination;
 }
@@ -84,10 +84,10 @@ template <class Compute>
 image_ref of_one_real(const image_ref& source, image_ref destination, Compute compute)
 {
     dm::require_image(source);
-    const std::uint32_t type = host::ImageGetDataType(source);
+    const std::uint32_t type = binding::ImageGetDataType(source);
     dm::require(type != 0, dm::errors::all_real);
     destination = dm::or_clone_of(std::move(destination), source);
-    dm::require(host::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
+    dm::require(binding::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
     dm::require_same_size(source, destination);
     if (!is_float_or_double(type)) return {};  // neither a result nor an error: scripts rely on it
     dm::read_lock from{source};
@@ -111,8 +111,8 @@ image_ref Polar1DM(image_ref imgRho, image_ref imgTheta, image_ref cimDst)
     const dm::timing_scope timing{"Polar1DM"};
     dm::require_image(imgRho);
     dm::require_image(imgTheta);
-    const std::uint32_t type = host::ImageGetDataType(imgRho);
-    dm::require(is_float_or_double(type) && host::ImageGetDataType(imgTheta) == type, rho_and_theta_real);
+    const std::uint32_t type = binding::ImageGetDataType(imgRho);
+    dm::require(is_float_or_double(type) && binding::ImageGetDataType(imgTheta) == type, rho_and_theta_real);
     require_up_to_3d(imgRho);
     cimDst = polar_destination(std::move(cimDst), imgTheta, type);
     require_same_volume(imgRho, imgTheta);
@@ -135,7 +135,7 @@ image_ref Polar2DM(double fRho, image_ref imgTheta, image_ref cimDst)
 {
     const dm::timing_scope timing{"Polar2DM"};
     dm::require_image(imgTheta);
-    const std::uint32_t type = host::ImageGetDataType(imgTheta);
+    const std::uint32_t type = binding::ImageGetDataType(imgTheta);
     dm::require(is_float_or_double(type), theta_real);
     cimDst = polar_destination(std::move(cimDst), imgTheta, type);
     dm::read_lock theta{imgTheta};
@@ -155,13 +155,13 @@ void AbsArgDM(image_ref cimSrc, output<image_ref> imgRho, output<image_ref> imgT
 {
     const dm::timing_scope timing{"AbsArgDM"};
     dm::require_image(cimSrc);
-    const std::uint32_t type = host::ImageGetDataType(cimSrc);
+    const std::uint32_t type = binding::ImageGetDataType(cimSrc);
     dm::require(is_complex(type), source_complex);
     image_ref rho = real_output(imgRho.get(), "Rho", cimSrc, type);
     image_ref theta = real_output(imgTheta.get(), "Theta", cimSrc, type);
     dm::require_same_size(cimSrc, rho);
     dm::require_same_size(cimSrc, theta);
-    dm::require(host::ImageGetDataType(rho) == real_of(type) && host::ImageGetDataType(theta) == real_of(type),
+    dm::require(binding::ImageGetDataType(rho) == real_of(type) && binding::ImageGetDataType(theta) == real_of(type),
                 dm::errors::invalid_image_type);
     dm::require(!(rho == theta), dm::errors::out_of_place);
     dm::read_lock from{cimSrc};
@@ -186,10 +186,10 @@ image_ref AbsDM(image_ref cimSrc, image_ref imgDst)
 {
     const dm::timing_scope timing{"AbsDM"};
     dm::require_image(cimSrc);
-    const std::uint32_t type = host::ImageGetDataType(cimSrc);
+    const std::uint32_t type = binding::ImageGetDataType(cimSrc);
     dm::require(is_complex(type), source_complex);
     if (!imgDst) imgDst = new_image("Rho", real_of(type), cimSrc);  // a clone would be complex
-    dm::require(host::ImageGetDataType(imgDst) == real_of(type), dm::errors::invalid_image_type);
+    dm::require(binding::ImageGetDataType(imgDst) == real_of(type), dm::errors::invalid_image_type);
     dm::require_same_size(cimSrc, imgDst);
     dm::read_lock from{cimSrc};
     dm::write_lock to{imgDst};
@@ -222,9 +222,9 @@ image_ref PowDM(image_ref imgA, image_ref imgB, image_ref imgDst)
     const dm::timing_scope timing{"PowDM"};
     dm::require_image(imgA);
     dm::require_image(imgB);
-    const std::uint32_t type = host::ImageGetDataType(imgA);
+    const std::uint32_t type = binding::ImageGetDataType(imgA);
     imgDst = dm::or_clone_of(std::move(imgDst), imgA);
-    dm::require(host::ImageGetDataType(imgB) == type && host::ImageGetDataType(imgDst) == type,
+    dm::require(binding::ImageGetDataType(imgB) == type && binding::ImageGetDataType(imgDst) == type,
                 dm::errors::invalid_image_type);
     require_same_volume(imgA, imgB);
     dm::require_same_size(imgA, imgDst);
@@ -247,9 +247,9 @@ image_ref CArgDM(image_ref cimSrc, image_ref cimDst)
 {
     const dm::timing_scope timing{"CArgDM"};
     dm::require_image(cimSrc);
-    const std::uint32_t type = host::ImageGetDataType(cimSrc);
+    const std::uint32_t type = binding::ImageGetDataType(cimSrc);
     cimDst = dm::or_clone_of(std::move(cimDst), cimSrc);
-    dm::require(is_complex(type) && host::ImageGetDataType(cimDst) == type, dm::errors::all_complex);
+    dm::require(is_complex(type) && binding::ImageGetDataType(cimDst) == type, dm::errors::all_complex);
     dm::require_same_size(cimSrc, cimDst);
     dm::read_lock from{cimSrc};
     dm::write_lock to{cimDst};
@@ -268,9 +268,9 @@ image_ref CNormDM(image_ref cimSrc, double fScale, image_ref imgDst)
 {
     const dm::timing_scope timing{"CNormDM"};
     dm::require_image(cimSrc);
-    const std::uint32_t type = host::ImageGetDataType(cimSrc);
+    const std::uint32_t type = binding::ImageGetDataType(cimSrc);
     imgDst = dm::or_clone_of(std::move(imgDst), cimSrc);
-    const std::uint32_t result_type = host::ImageGetDataType(imgDst);
+    const std::uint32_t result_type = binding::ImageGetDataType(imgDst);
     dm::require(is_complex(type) && (result_type == type || result_type == real_of(type)),
                 dm::errors::invalid_image_type);
     dm::require_same_size(cimSrc, imgDst);
@@ -289,4 +289,4 @@ image_ref CNormDM(image_ref cimSrc, double fScale, image_ref imgDst)
     return imgDst;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

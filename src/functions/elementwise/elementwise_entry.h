@@ -4,15 +4,15 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: element-wise real and complex operations. docs/script-reference.md tells what each
 /// does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 image_ref Polar1DM(image_ref imgRho, image_ref imgTheta, image_ref cimDst);
 image_ref Polar2DM(double fRho, image_ref imgTheta, image_ref cimDst);
@@ -24,4 +24,4 @@ image_ref PowDM(image_ref imgA, image_ref imgB, image_ref imgDst);
 image_ref CArgDM(image_ref cimSrc, image_ref cimDst);
 image_ref CNormDM(image_ref cimSrc, double fScale, image_ref imgDst);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

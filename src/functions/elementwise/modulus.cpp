@@ -1,11 +1,11 @@
-#include "library/modulus.h"
+#include "functions/elementwise/modulus.h"
 
-#include "library/scaled_modulus.h"
+#include "functions/elementwise/scaled_modulus.h"
 #include "numeric/atan2.h"
 
 #include <cmath>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 float angle(float im, float re) { return numeric::atan2(im, re); }
@@ -75,4 +75,4 @@ template void modulus_and_phase(const std::complex<double>*, double*, double*, s
 template void unit_phase(const std::complex<float>*, std::complex<float>*, std::ptrdiff_t);
 template void unit_phase(const std::complex<double>*, std::complex<double>*, std::ptrdiff_t);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -7,7 +7,7 @@
 
 /// Modulus and phase of complex images, float and double, as `count` elements in one flat sequence. Source and results
 /// must not overlap.
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 using modulus_kernel = void(const std::complex<T>* src, T* modulus, std::ptrdiff_t count);
@@ -45,4 +45,4 @@ void modulus_and_phase(const std::complex<T>* src, T* modulus, T* phase, std::pt
 template <class T>
 void unit_phase(const std::complex<T>* src, std::complex<T>* dst, std::ptrdiff_t count);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

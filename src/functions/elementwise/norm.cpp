@@ -1,6 +1,6 @@
-#include "library/norm.h"
+#include "functions/elementwise/norm.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 void norm(const std::complex<T>* src, double scale, T* dst, std::ptrdiff_t count)
@@ -32,4 +32,4 @@ template void norm(const std::complex<float>*, double, std::complex<float>*, std
 template void norm(const std::complex<double>*, double, double*, std::ptrdiff_t);
 template void norm(const std::complex<double>*, double, std::complex<double>*, std::ptrdiff_t);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/polar.h"
+#include "functions/elementwise/polar.h"
 
 #include "numeric/sincos.h"
 
@@ -8,7 +8,7 @@
 #include <cmath>
 #endif
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 template <class T>
@@ -64,4 +64,4 @@ template void polar(const double*, const double*, std::complex<double>*, std::pt
 template void polar(float, const float*, std::complex<float>*, std::ptrdiff_t);
 template void polar(double, const double*, std::complex<double>*, std::ptrdiff_t);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

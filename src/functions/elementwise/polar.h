@@ -8,7 +8,7 @@
 ///
 /// Exactness  each part is the product of the modulus and the sine or cosine, rounded; float: numeric/sincos.h; double:
 ///            the C library's, within 1 ulp on Linux, xsimd's on Windows, within 1.5 ulp
-namespace qorv::library {
+namespace qorv::functions {
 
 /// dst = rho cos(theta) + i rho sin(theta)
 /// rho    any sign; a negative modulus turns the phase by pi
@@ -20,4 +20,4 @@ void polar(const T* rho, const T* theta, std::complex<T>* dst, std::ptrdiff_t co
 template <class T>
 void polar(T rho, const T* theta, std::complex<T>* dst, std::ptrdiff_t count);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/powers.h"
+#include "functions/elementwise/powers.h"
 
 #include "numeric/arrays.h"
 #include "numeric/log.h"
@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 float power(float base, float exponent) { return numeric::pow(base, exponent); }
@@ -48,4 +48,4 @@ template void pow_plain(const double*, const double*, double*, std::ptrdiff_t);
 template void log2(const float*, float*, std::ptrdiff_t);
 template void log2(const double*, double*, std::ptrdiff_t);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

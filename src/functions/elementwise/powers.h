@@ -9,7 +9,7 @@
 /// pow and log.
 ///
 /// Exactness  float: numeric/pow.h, numeric/log.h; double: the C library's, within 1 ulp. Rows of a table agree to the bit.
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 using two_sources = void(const T* a, const T* b, T* dst, std::ptrdiff_t count);
@@ -43,4 +43,4 @@ void exp2(const T* a, T* dst, std::ptrdiff_t count);
 template <class T>
 void log2(const T* a, T* dst, std::ptrdiff_t count);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

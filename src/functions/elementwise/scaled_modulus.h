@@ -8,7 +8,7 @@
 
 /// The overflow-safe modulus of a complex number: its parts are scaled by a power of two before they are squared, so
 /// that no square overflows or vanishes. Branch-free; float and double alike.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// A complex number as (re, im) * back with the larger part in [1, 2), for all but the smallest and largest numbers
 /// (then within [2^-52, 4)), zeros, infinities and NaN, which keep their kind.
@@ -60,4 +60,4 @@ T safe_modulus(T re, T im) noexcept
     return without_sign(im) == infinity ? infinity : with_infinite_re;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

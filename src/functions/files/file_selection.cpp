@@ -1,12 +1,12 @@
-#include "library/file_selection.h"
+#include "functions/files/file_selection.h"
 
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
 
-#include "library/numbered_name.h"
+#include "functions/files/numbered_name.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 namespace fs = std::filesystem;
@@ -129,4 +129,4 @@ bool is_raw(std::string_view path)
     return true;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -5,7 +5,7 @@
 #include <vector>
 
 /// Which files a script means by a text, without a dialog. All texts are UTF-8.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// The patterns of a file dialog's filter "description|pattern;pattern|description|pattern...": those of its first pair,
 /// with which the dialog opens. A filter without '|' is patterns only. Empty, "*" and "*.*" mean every file.
@@ -34,4 +34,4 @@ selected_files grouped(const std::vector<std::string>& paths);
 /// True for a file whose extension is none of the picture formats that tell their size and type themselves.
 bool is_raw(std::string_view path);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

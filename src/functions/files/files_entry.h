@@ -4,15 +4,15 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: raw files, file selection and numbered names. docs/script-reference.md tells what
 /// each does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 tag_group_ref SelectImageFilesDM(output<std::string> path, const std::string& strFilter, output<std::int32_t> nW,
                                  output<std::int32_t> nH, output<std::int32_t> eType);
@@ -22,4 +22,4 @@ tag_group_ref SelectImageFilesOwnedDM(output<std::string> path, const std::strin
 image_ref OpenImageDM(const std::string& path, std::int32_t nW, std::int32_t nH, std::int32_t nD, std::int32_t eType);
 void SortNumberedNameDM(tag_group_ref tFiles);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,9 +1,9 @@
-#include "library/numbered_name.h"
+#include "functions/files/numbered_name.h"
 
 #include <algorithm>
 #include <cstddef>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
@@ -50,4 +50,4 @@ void sort_numbered_names(std::vector<std::string>& names)
     std::stable_sort(names.begin(), names.end(), numbered_before);
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/raw_file.h"
+#include "functions/files/raw_file.h"
 
 #include <filesystem>
 #include <limits>
@@ -6,7 +6,7 @@
 
 #include "image/errors.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 std::filesystem::path from_utf8(const std::string& path) { return std::u8string{path.begin(), path.end()}; }
@@ -47,4 +47,4 @@ void raw_file::read(void* destination, std::uint64_t bytes)
     dm::require(static_cast<std::uint64_t>(stream_.gcount()) == bytes, file_not_read);
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

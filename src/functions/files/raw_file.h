@@ -6,7 +6,7 @@
 
 #include "image/element_type.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 inline constexpr char file_not_opened[] = "The file cannot be opened.";
 inline constexpr char file_not_read[] = "The file cannot be read.";
@@ -37,4 +37,4 @@ class raw_file
     std::uint64_t length_ = 0;
 };
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

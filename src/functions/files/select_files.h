@@ -5,7 +5,7 @@
 #include <vector>
 
 /// How a user picks picture files. Texts are UTF-8.
-namespace qorv::library::platform {
+namespace qorv::platform {
 
 /// The system's dialog for opening several files; elsewhere than on Windows nobody is asked, and the start is expanded
 /// (file_selection.h).
@@ -25,4 +25,4 @@ struct raw_format
 /// when the user cancelled. Elsewhere than on Windows the format stays as the script gave it.
 bool choose_raw_format(raw_format& format, const std::string& owner);
 
-}  // namespace qorv::library::platform
+}  // namespace qorv::platform

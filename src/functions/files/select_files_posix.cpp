@@ -1,13 +1,13 @@
-#include "library/file_selection.h"
-#include "library/platform/select_files.h"
+#include "functions/files/file_selection.h"
+#include "functions/files/select_files.h"
 
-namespace qorv::library::platform {
+namespace qorv::platform {
 
 std::vector<std::string> choose_files(const std::string& start, const std::string& filter, const std::string&)
 {
-    return expanded(start, filter);
+    return functions::expanded(start, filter);
 }
 
 bool choose_raw_format(raw_format&, const std::string&) { return true; }
 
-}  // namespace qorv::library::platform
+}  // namespace qorv::platform

@@ -1,4 +1,4 @@
-#include "library/platform/select_files.h"
+#include "functions/files/select_files.h"
 
 #include <windows.h>
 
@@ -8,10 +8,10 @@
 #include <array>
 #include <cstring>
 
+#include "binding/text_windows.h"
 #include "image/element_type.h"
-#include "plugin/host/text_windows.h"
 
-namespace qorv::library::platform {
+namespace qorv::platform {
 namespace {
 
 std::wstring wide(const std::string& utf8) { return qorv::platform::widen(utf8, CP_UTF8); }
@@ -190,4 +190,4 @@ bool choose_raw_format(raw_format& format, const std::string& owner)
     return true;
 }
 
-}  // namespace qorv::library::platform
+}  // namespace qorv::platform

@@ -1,13 +1,13 @@
-#include "library/extreme_filter.h"
+#include "functions/rank/extreme_filter.h"
 
+#include "functions/rank/extreme_order.h"
+#include "functions/rank/extreme_stretch.h"
 #include "image/errors.h"
 #include "image/overlap.h"
-#include "library/extreme_order.h"
-#include "library/extreme_stretch.h"
 
 #include <algorithm>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 void extreme_plain(const dm::image<const T>& source, extreme which, std::ptrdiff_t radius,
@@ -51,4 +51,4 @@ INSTANTIATE(float)
 INSTANTIATE(double)
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

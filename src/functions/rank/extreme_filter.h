@@ -15,7 +15,7 @@
 /// column's NaN is then skipped among the columns unless it stands in the first slot of the ring (x modulo 2 * radius +
 /// 1). Of -0 and +0 the first in that order stays. Every variant gives the same bits, also then. Instantiated for the
 /// signed and unsigned 8-, 16- and 32-bit integers, float and double.
-namespace qorv::library {
+namespace qorv::functions {
 
 enum class extreme
 {
@@ -65,4 +65,4 @@ void minimum_filter(const dm::image<const T>& source, std::int32_t radius, const
     extreme_filter<T>(source, extreme::minimum, radius, destination);
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,7 +1,7 @@
-#include "library/extreme_filter.h"
-#include "library/extreme_order.h"
-#include "library/extreme_stretch.h"
-#include "library/rank_special.h"
+#include "functions/rank/extreme_filter.h"
+#include "functions/rank/extreme_order.h"
+#include "functions/rank/extreme_stretch.h"
+#include "functions/rank/rank_special.h"
 
 #include <cstring>
 #include <utility>
@@ -11,7 +11,7 @@
 // 517-521; J. Gil, M. Werman, IEEE TPAMI 15 (1993) 504-507). Along the row, windows four times as wide in each step
 // until up to four of them cover the wanted one. All loops are over contiguous elements, which the compiler turns into
 // vector operations.
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// Blocks of rows up to this size are kept for a whole row's width; it leaves room in a second-level cache of 1 MB.
@@ -251,4 +251,4 @@ template extreme_kernel<std::uint32_t> extreme_vector<std::uint32_t>;
 template extreme_kernel<float> extreme_vector<float>;
 template extreme_kernel<double> extreme_vector<double>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

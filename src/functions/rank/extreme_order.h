@@ -3,7 +3,7 @@
 #include <limits>
 
 /// The two orders that the extreme filters know, for the plain and the vector form alike.
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 struct largest
@@ -25,4 +25,4 @@ struct smallest
     static bool holds(T best, T value) { return best <= value; }
 };
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// The extreme of one column over the rows [begin, end). Four rows a step, one after the other: the order matters for a
 /// NaN, which is taken and then given up for the next value.
@@ -54,4 +54,4 @@ void extreme_stretch(const dm::image<const T>& source, std::ptrdiff_t radius, co
     }
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,10 +1,10 @@
-#include "library/median_filter.h"
+#include "functions/rank/median_filter.h"
 
+#include "functions/rank/median_window.h"
 #include "image/errors.h"
 #include "image/overlap.h"
-#include "library/median_window.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 void median_plain(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
@@ -41,4 +41,4 @@ template median_kernel<double> median_plain<double>;
 template void median_filter(const dm::image<const float>&, std::int32_t, padding, const dm::image<float>&);
 template void median_filter(const dm::image<const double>&, std::int32_t, padding, const dm::image<double>&);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

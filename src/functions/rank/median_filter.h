@@ -9,7 +9,7 @@
 /// Median filter with a square window of 2 * radius + 1 pixels a side. The values of a window, row by row, go through
 /// `median_of` (library/selection.h), whose rules for even counts, NaN and zeros hold here window by window; every
 /// variant gives the same bits. Instantiated for float and double.
-namespace qorv::library {
+namespace qorv::functions {
 
 inline constexpr char vector_too_long[] = "vector<T> too long";
 
@@ -51,4 +51,4 @@ template <class T>
 void median_filter(const dm::image<const T>& source, std::int32_t radius, padding outside,
                    const dm::image<T>& destination);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

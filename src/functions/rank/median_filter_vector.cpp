@@ -1,11 +1,11 @@
-#include "library/median_filter.h"
-#include "library/median_forms.h"
-#include "library/median_window.h"
-#include "library/rank_special.h"
+#include "functions/rank/median_filter.h"
+#include "functions/rank/median_forms.h"
+#include "functions/rank/median_window.h"
+#include "functions/rank/rank_special.h"
 
 #include <cstring>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// The rows that one row of windows sees, with zeros around the image. A ring: each row enters once.
@@ -120,4 +120,4 @@ void median_vector(const dm::image<const T>& source, std::ptrdiff_t radius, padd
 template median_kernel<float> median_vector<float>;
 template median_kernel<double> median_vector<double>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

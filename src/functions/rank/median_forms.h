@@ -1,13 +1,13 @@
 #pragma once
 
+#include "functions/rank/median_filter.h"
 #include "image/image.h"
-#include "library/median_filter.h"
 
 #include <cstddef>
 
 /// The two ways in which the vector form of the median filter goes about a plane. Both order -0 and NaN in their own way:
 /// windows with these have to be done again.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Radius 1 and 2: one row of medians by comparison networks, a vector of neighbouring pixels at a time.
 /// rows   2 * radius + 1 rows of the windows, each from the column `radius` left of the first output pixel on,
@@ -24,4 +24,4 @@ template <class T>
 void median_plane_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
                            const dm::image<T>& destination);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

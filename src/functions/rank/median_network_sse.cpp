@@ -1,12 +1,12 @@
-#include "library/median_forms.h"
-#include "library/rank_packs_sse.h"
+#include "functions/rank/median_forms.h"
+#include "functions/rank/rank_packs_sse.h"
 
 #include <algorithm>
 #include <cstring>
 
 // Sorted columns are shared by the windows that hold them. A stretch of columns small enough for the first-level cache is
 // sorted first; each window then takes its neighbours' columns from there.
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 constexpr std::ptrdiff_t stretch = 128;
@@ -180,4 +180,4 @@ void median_row_by_network(const T* const* rows, std::ptrdiff_t radius, T* out, 
 template void median_row_by_network(const float* const*, std::ptrdiff_t, float*, std::ptrdiff_t);
 template void median_row_by_network(const double* const*, std::ptrdiff_t, double*, std::ptrdiff_t);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,11 +1,11 @@
-#include "library/median_forms.h"
-#include "library/median_window.h"
-#include "library/rank_keys.h"
-#include "library/rank_window_sse.h"
+#include "functions/rank/median_forms.h"
+#include "functions/rank/median_window.h"
+#include "functions/rank/rank_keys.h"
+#include "functions/rank/rank_window_sse.h"
 
 #include <array>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// Tiles of outputs are this wide and high, or twice the radius: the margin is ranked for every tile again, and the
@@ -198,4 +198,4 @@ void median_plane_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radi
 template void median_plane_by_ranks(const dm::image<const float>&, std::ptrdiff_t, padding, const dm::image<float>&);
 template void median_plane_by_ranks(const dm::image<const double>&, std::ptrdiff_t, padding, const dm::image<double>&);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

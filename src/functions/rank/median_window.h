@@ -1,13 +1,13 @@
 #pragma once
 
+#include "functions/rank/median_filter.h"
+#include "functions/rank/selection.h"
 #include "image/image.h"
-#include "library/median_filter.h"
-#include "library/selection.h"
 
 #include <algorithm>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Positions begin .. end - 1 along one direction.
 struct window_range
@@ -70,4 +70,4 @@ void median_stretch(const dm::image<const T>& source, std::ptrdiff_t radius, pad
     }
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

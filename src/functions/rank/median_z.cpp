@@ -1,11 +1,11 @@
-#include "library/median_z.h"
+#include "functions/rank/median_z.h"
 
+#include "functions/rank/selection.h"
 #include "image/errors.h"
-#include "library/selection.h"
 
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 void median_z_plain(const dm::image<const T>& stack, const dm::image<T>& destination)
@@ -34,4 +34,4 @@ template median_z_kernel<double> median_z_plain<double>;
 template void median_z(const dm::image<const float>&, const dm::image<float>&);
 template void median_z(const dm::image<const double>&, const dm::image<double>&);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

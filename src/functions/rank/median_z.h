@@ -8,7 +8,7 @@
 /// The median along Z of a stack of planes, position by position, formed as by `median_of` (library/selection.h), whose
 /// rules for even counts, NaN and zeros hold here column by column; every variant gives the same bits.
 /// Instantiated for float and double.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Sizes checked; parameters of `median_z`.
 template <class T>
@@ -34,4 +34,4 @@ inline constexpr dm::variant<median_z_kernel<T>> median_z_variants[] = {{"vector
 template <class T>
 void median_z(const dm::image<const T>& stack, const dm::image<T>& destination);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,14 +1,14 @@
-#include "library/median_z.h"
-#include "library/rank_packs_sse.h"
-#include "library/rank_special.h"
-#include "library/selection.h"
+#include "functions/rank/median_z.h"
+#include "functions/rank/rank_packs_sse.h"
+#include "functions/rank/rank_special.h"
+#include "functions/rank/selection.h"
 
 #include <algorithm>
 #include <cstring>
 #include <limits>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 constexpr std::ptrdiff_t network_planes = 512;
@@ -167,4 +167,4 @@ void median_z_vector(const dm::image<const T>& stack, const dm::image<T>& destin
 template median_z_kernel<float> median_z_vector<float>;
 template median_z_kernel<double> median_z_vector<double>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,15 +1,15 @@
-#include "library/rank_entry.h"
+#include "functions/rank/rank_entry.h"
 
-#include "image/frame.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "functions/rank/extreme_filter.h"
+#include "functions/rank/median_filter.h"
+#include "functions/rank/median_z.h"
+#include "functions/rank/selection.h"
 #include "image/overlap.h"
-#include "image/timing_scope.h"
 #include "image/visit.h"
-#include "library/extreme_filter.h"
-#include "library/median_filter.h"
-#include "library/median_z.h"
-#include "library/selection.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 constexpr char source_should_be_real[] = "imgSrc should be Real.";
@@ -24,11 +24,11 @@ std::uint32_t filtered_type(std::uint32_t code)
 image_ref extreme_filtered(const image_ref& source, std::int32_t radius, image_ref destination, extreme which)
 {
     dm::require_image(source);
-    const std::uint32_t code = host::ImageGetDataType(source);
+    const std::uint32_t code = binding::ImageGetDataType(source);
     destination = dm::or_clone_of(std::move(destination), source);
     dm::require_same_size(source, destination);
     const std::uint32_t type = filtered_type(code);
-    dm::require(host::ImageGetDataType(destination) == code && has_type(dm::eight_reals{}, type),
+    dm::require(binding::ImageGetDataType(destination) == code && has_type(dm::eight_reals{}, type),
                 dm::errors::invalid_image_type);
     dm::read_lock from{source};
     dm::write_lock to{destination};
@@ -44,7 +44,7 @@ image_ref extreme_filtered(const image_ref& source, std::int32_t radius, image_r
 
 bool is_complex(const image_ref& image)
 {
-    return host::IsComplexDataType(image, 8) || host::IsComplexDataType(image, 16);
+    return binding::IsComplexDataType(image, 8) || binding::IsComplexDataType(image, 16);
 }
 
 /// The source itself when it is float or double; a clone that the host converted to float otherwise.
@@ -53,19 +53,19 @@ image_ref as_float_or_double(const image_ref& source, const char* complex_text)
 {
     dm::require_image(source);
     dm::require(!is_complex(source), complex_text);
-    if (has_type(dm::float_or_double{}, host::ImageGetDataType(source))) return source;
-    image_ref converted = host::ImageClone(source);
-    host::ConvertToFloat(converted);
+    if (has_type(dm::float_or_double{}, binding::ImageGetDataType(source))) return source;
+    image_ref converted = binding::ImageClone(source);
+    binding::ConvertToFloat(converted);
     return converted;
 }
 
 image_ref median_filtered(const image_ref& source, std::int32_t radius, image_ref destination, padding outside)
 {
     const image_ref values = as_float_or_double(source, dm::errors::all_real);
-    const std::uint32_t type = host::ImageGetDataType(values);
+    const std::uint32_t type = binding::ImageGetDataType(values);
     destination = dm::or_clone_of(std::move(destination), values);
     dm::require_same_size(values, destination);
-    dm::require(host::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
+    dm::require(binding::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
     dm::read_lock from{values};
     dm::write_lock to{destination};
     visit(dm::float_or_double{}, type,
@@ -137,13 +137,13 @@ image_ref MedianZDM(image_ref imgSrc, image_ref imgDst)
 {
     const dm::timing_scope timing{"MedianZDM"};
     const image_ref stack = as_float_or_double(imgSrc, source_should_be_real);
-    const std::uint32_t type = host::ImageGetDataType(stack);
+    const std::uint32_t type = binding::ImageGetDataType(stack);
     const std::uint32_t width = dm::size_along(stack, 0), height = dm::size_along(stack, 1);
-    if (!imgDst) imgDst = host::NewImage("", type, {width, height});  // a clone would have all planes
+    if (!imgDst) imgDst = binding::NewImage("", type, {width, height});  // a clone would have all planes
     dm::require(
         dm::size_along(imgDst, 0) == width && dm::size_along(imgDst, 1) == height && dm::size_along(imgDst, 2) == 1,
         dm::errors::invalid_image_size);
-    dm::require(host::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
+    dm::require(binding::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
     dm::read_lock from{stack};
     dm::write_lock to{imgDst};
     visit(dm::float_or_double{}, type, [&]<class T>() {
@@ -155,4 +155,4 @@ image_ref MedianZDM(image_ref imgSrc, image_ref imgDst)
     return imgDst;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: rank filters and medians. docs/script-reference.md tells what each does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 image_ref MaximumFilterDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst);
 image_ref MinimumFilterDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst);
@@ -21,4 +21,4 @@ double NthElementDM(image_ref imgSrc, std::int32_t n);
 double MedianDM(image_ref imgSrc);
 image_ref MedianZDM(image_ref imgSrc, image_ref imgDst);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

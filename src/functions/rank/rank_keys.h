@@ -6,7 +6,7 @@
 
 /// Unsigned integers in the order of the floating-point numbers they stand for: negative numbers have all bits flipped,
 /// the others the sign bit. -0 comes before +0, NaNs come first or last by their sign.
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 using rank_key = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
@@ -27,4 +27,4 @@ T value_of(rank_key<T> key)
     return std::bit_cast<T>(key ^ (((key >> last) - 1) | rank_key<T>(1) << last));
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -8,7 +8,7 @@
 /// A vector of elements with the operations that sorting networks and counting need. Comparisons give lanes of all or no
 /// bits. Of values that compare equal, and with
 /// a NaN, min and max return the second.
-namespace qorv::library {
+namespace qorv::functions {
 
 struct pack_of_4
 {
@@ -86,4 +86,4 @@ void exchange(Pack& a, Pack& b)
     a = smaller;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -12,7 +12,7 @@
 /// The values for which an order by comparison does not settle which bits come out: a NaN, which compares with nothing,
 /// and -0, which equals +0. The fast forms of the rank filters go ahead regardless of them and then have the windows in
 /// which they occur done again by the plain form, so that every variant gives the same bits.
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 constexpr bool is_special(T value)
@@ -99,4 +99,4 @@ class special_rows
     std::vector<bool> flags_;
 };
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// A set of ranks, a byte for each possible one, with a finger at a block of 64 of them: as a window slides, its middle
 /// moves little, and so does the finger.
@@ -69,4 +69,4 @@ class rank_window
     std::uint32_t below_ = 0;  ///< ranks in the set below begin_
 };
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

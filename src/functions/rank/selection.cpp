@@ -1,4 +1,4 @@
-#include "library/selection.h"
+#include "functions/rank/selection.h"
 
 #include "image/errors.h"
 
@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// Puts the smallest of the three at lo and the middle one at hi - 1; no value at lo is then greater than the pivot,
@@ -110,4 +110,4 @@ template double nth_element(const dm::image<const double>&, std::ptrdiff_t);
 template float median(const dm::image<const float>&);
 template double median(const dm::image<const double>&);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

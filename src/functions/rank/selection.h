@@ -11,7 +11,7 @@
 /// where both are among the values the sign of a zero result is that of the one the plain procedure arrives at, and
 /// with a NaN among the values the result is whichever element it arrives at, possibly a NaN. Every variant gives the
 /// bits of the plain procedure in these cases too, at the plain procedure's speed. Instantiated for float and double.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Element k of the sorted range, by quickselect with the median of three as pivot.
 /// [first, last)  at least one element; reordered: afterwards nothing before k is greater and nothing behind it smaller
@@ -66,4 +66,4 @@ T nth_element(const dm::image<const T>& values, std::ptrdiff_t n);
 template <class T>
 T median(const dm::image<const T>& values);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,7 +1,7 @@
-#include "library/rank_keys.h"
-#include "library/rank_packs_sse.h"
-#include "library/rank_special.h"
-#include "library/selection.h"
+#include "functions/rank/rank_keys.h"
+#include "functions/rank/rank_packs_sse.h"
+#include "functions/rank/rank_special.h"
+#include "functions/rank/selection.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,7 +10,7 @@
 
 // Selection from a sample: R. W. Floyd, R. L. Rivest, Expected time bounds for selection, CACM 18 (1975) 165-172, with
 // the image only read.
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 constexpr std::ptrdiff_t few_pixels = 4096;
@@ -168,4 +168,4 @@ ranked<T> rank_vector(const dm::image<const T>& values, std::ptrdiff_t rank, nei
 template rank_kernel<float> rank_vector<float>;
 template rank_kernel<double> rank_vector<double>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/apodisation.h"
+#include "functions/reciprocal/apodisation.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@
 #include "image/errors.h"
 #include "image/overlap.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using dm::image;
@@ -152,4 +152,4 @@ INSTANTIATE(std::complex<float>, std::complex<float>, std::complex<double>);
 INSTANTIATE(std::complex<double>, std::complex<double>, std::complex<double>);
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -7,7 +7,7 @@
 
 #include "image/image.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Window functions; the first eight are the modes of FTWindow, by number.
 enum class window : std::int32_t
@@ -56,4 +56,4 @@ template <class From, class To, class Number>
 void apply_window(const dm::image<const From>& source, window shape, const window_offsets<Number>& offsets,
                   const dm::image<To>& destination);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

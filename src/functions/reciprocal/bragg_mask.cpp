@@ -1,4 +1,4 @@
-#include "library/bragg_mask.h"
+#include "functions/reciprocal/bragg_mask.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +11,7 @@
 #include "image/errors.h"
 #include "image/overlap.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using dm::image;
@@ -169,4 +169,4 @@ template void apply_mask(const image<const std::complex<float>>&, const mask_pla
 template void apply_mask(const image<const std::complex<double>>&, const mask_plane&,
                          const image<std::complex<double>>&);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -4,7 +4,7 @@
 
 #include "image/image.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// A plane lattice in pixel coordinates (x right, y down): the points origin + h * a + k * b with whole h and k.
 struct lattice
@@ -59,4 +59,4 @@ std::vector<peak> placed(const std::vector<peak>& indices, const lattice& points
 template <class T>
 void apply_mask(const dm::image<const T>& source, const mask_plane& mask, const dm::image<T>& destination);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

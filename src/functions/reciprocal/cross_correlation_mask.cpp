@@ -1,4 +1,4 @@
-#include "library/cross_correlation_mask.h"
+#include "functions/reciprocal/cross_correlation_mask.h"
 
 #include <cmath>
 #include <complex>
@@ -10,7 +10,7 @@
 #include "image/errors.h"
 #include "image/overlap.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using dm::image;
@@ -104,4 +104,4 @@ INSTANTIATE(std::complex<float>);
 INSTANTIATE(std::complex<double>);
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

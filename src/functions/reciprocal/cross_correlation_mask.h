@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
+#include "functions/statistics/radial_grid.h"
 #include "image/image.h"
-#include "library/radial_grid.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// What becomes of the cross-spectrum's modulus m.
 enum class correlation_mode : std::int32_t
@@ -41,4 +41,4 @@ template <class T>
 double cross_correlation_mask(const dm::image<const T>& target, const dm::image<const T>& reference,
                               const correlation_filter& filter, correlation_mode mode, const dm::image<T>& destination);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,14 +1,14 @@
-#include "library/reciprocal_entry.h"
+#include "functions/reciprocal/reciprocal_entry.h"
 
 #include <vector>
 
-#include "image/frame.h"
-#include "image/timing_scope.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "functions/reciprocal/bragg_mask.h"
+#include "functions/reciprocal/cross_correlation_mask.h"
 #include "image/visit.h"
-#include "library/bragg_mask.h"
-#include "library/cross_correlation_mask.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using both_complex = dm::element_list<std::complex<float>, std::complex<double>>;
@@ -16,7 +16,7 @@ using both_complex = dm::element_list<std::complex<float>, std::complex<double>>
 std::uint32_t required_complex(const image_ref& image)
 {
     dm::require_image(image);
-    const std::uint32_t type = host::ImageGetDataType(image);
+    const std::uint32_t type = binding::ImageGetDataType(image);
     dm::require(has_type(both_complex{}, type), dm::errors::all_complex);
     return type;
 }
@@ -56,10 +56,10 @@ image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float f
     dm::require(cimPeaks || imgMtx, dm::errors::parameters_invalid);
     if (cimPeaks) required_complex(cimPeaks);
     if (imgMtx)
-        dm::require(has_type(dm::float_or_double{}, host::ImageGetDataType(imgMtx)),
+        dm::require(has_type(dm::float_or_double{}, binding::ImageGetDataType(imgMtx)),
                     dm::errors::should_be_real4_or_real8);
     cimDst = dm::or_clone_of(std::move(cimDst), cimSrc);
-    dm::require(host::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
+    dm::require(binding::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
 
     dm::read_lock from{cimSrc};
     const std::ptrdiff_t width = from.width(), height = from.height();
@@ -87,7 +87,7 @@ image_ref CrossCorrelationMaskWithDefocusDM(image_ref cimTarg, image_ref cimRef,
     const std::uint32_t type = required_complex(cimTarg);
     const std::uint32_t reference_type = required_complex(cimRef);
     cimDst = dm::or_clone_of(std::move(cimDst), cimTarg);
-    dm::require(reference_type == type && host::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
+    dm::require(reference_type == type && binding::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
     const correlation_mode mode = correlation_mode_of(eMode);
 
     dm::read_lock target{cimTarg}, reference{cimRef};
@@ -104,4 +104,4 @@ image_ref CrossCorrelationMaskWithDefocusDM(image_ref cimTarg, image_ref cimRef,
     return cimDst;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

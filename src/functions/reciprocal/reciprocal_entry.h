@@ -4,18 +4,18 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: masks in reciprocal space. docs/script-reference.md tells what each does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float fRad, float fH, image_ref cimDst);
 image_ref CrossCorrelationMaskWithDefocusDM(image_ref cimTarg, image_ref cimRef, std::int32_t nCX, std::int32_t nCY,
                                             float fScaleX, float fScaleY, float f, float fRad, std::int32_t eMode,
                                             output<double> fMean, image_ref cimDst);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/weight.h"
+#include "functions/reciprocal/weight.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +9,7 @@
 #include "image/errors.h"
 #include "image/overlap.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using dm::image;
@@ -104,4 +104,4 @@ INSTANTIATE(std::complex<float>);
 INSTANTIATE(std::complex<double>);
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

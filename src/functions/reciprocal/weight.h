@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
+#include "functions/statistics/radial_grid.h"
 #include "image/image.h"
-#include "library/radial_grid.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// How the curve is read at a radius, and whether its value multiplies or divides.
 enum class weight_mode : std::int32_t
@@ -33,4 +33,4 @@ template <class T, class Curve>
 void weight(const dm::image<const T>& source, const dm::image<const Curve>& curve, const radial_grid& grid,
             weight_mode mode, const dm::image<T>& destination);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: apodisation windows. docs/script-reference.md tells what each does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 image_ref FTWindowDM(image_ref imgSrc, std::int32_t eMode, image_ref imgDst);
 image_ref HanningWindowDM(image_ref imgSrc, double fA, double fB, double fC, image_ref imgDst);
@@ -24,4 +24,4 @@ image_ref VorbisWindowDM(image_ref imgSrc, double fA, double fB, double fC, imag
 image_ref VorbisWindowComplexDM(image_ref imgSrc, std::complex<double> fA, std::complex<double> fB,
                                 std::complex<double> fC, image_ref imgDst);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,11 +1,11 @@
-#include "library/gaussian.h"
+#include "functions/smoothing/gaussian.h"
 
 #include "image/errors.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 namespace {
 
@@ -78,4 +78,4 @@ void gaussian_blur(const dm::image<const std::type_identity_t<T>>& from, const d
 template void gaussian_blur<float>(const dm::image<const float>&, const dm::image<float>&, double, std::int32_t);
 template void gaussian_blur<double>(const dm::image<const double>&, const dm::image<double>&, double, std::int32_t);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -9,7 +9,7 @@
 #include <vector>
 
 /// Separable Gaussian blur of float and double images, renormalised at the border.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Blurs each plane along x, then along y. The kernel has n = ceil(order * sigma + 1) weights, the product and the sum
 /// in single precision, w[i] = exp(-i^2 / (2 sigma^2)); the window reaches n - 1 samples to each side, taps outside the
@@ -46,4 +46,4 @@ template <class T>
 inline constexpr dm::variant<gaussian_kernel<T>> gaussian_variants[] = {{"sse2", dm::cpu::sse2, gaussian_sse<T>},
                                                                         {"plain", dm::cpu::none, gaussian_plain<T>}};
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

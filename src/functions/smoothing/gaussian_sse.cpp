@@ -1,4 +1,4 @@
-#include "library/gaussian.h"
+#include "functions/smoothing/gaussian.h"
 
 #include <emmintrin.h>
 #include <algorithm>
@@ -7,7 +7,7 @@
 
 /// Many pixels side by side, each with its taps in the plain variant's order. Samples are converted to double once, and
 /// -0 stands for those outside the image: adding a weight times -0 changes no sum, not even one that is -0.
-namespace qorv::library {
+namespace qorv::functions {
 
 namespace {
 
@@ -179,4 +179,4 @@ void gaussian_sse(const dm::image<const T>& from, const dm::image<T>& to, const 
 template gaussian_kernel<float> gaussian_sse<float>;
 template gaussian_kernel<double> gaussian_sse<double>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

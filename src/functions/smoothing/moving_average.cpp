@@ -1,11 +1,11 @@
-#include "library/moving_average.h"
+#include "functions/smoothing/moving_average.h"
 
 #include "image/errors.h"
 #include "image/overlap.h"
 
 #include <algorithm>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 namespace {
 
@@ -109,4 +109,4 @@ ZENTRIX_MOVING_AVERAGE(std::complex<float>)
 ZENTRIX_MOVING_AVERAGE(std::complex<double>)
 #undef ZENTRIX_MOVING_AVERAGE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

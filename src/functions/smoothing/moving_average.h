@@ -19,7 +19,7 @@
 /// A NaN or an infinity never leaves a running sum again: from the sample at which it enters the window on, every
 /// later result of its line is NaN (an infinity stays infinite until it leaves the window). In the two-dimensional
 /// filter its column keeps it for all later rows. All variants agree on which results are NaN; the payload is open.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Mean over all axes. Images apart: each plane is divided by the true number of pixels in the clipped rectangle, and
 /// when at least two planes are written, they are then averaged along z in place. Images that share memory: one pass
@@ -108,4 +108,4 @@ template <class T>
 inline constexpr dm::variant<box_slice2_kernel<T>> box_slice2_variants[] = {
     {"sse2", dm::cpu::sse2, box_slice2_sse<T>}, {"plain", dm::cpu::none, box_slice2_plain<T>}};
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,12 +1,12 @@
-#include "library/moving_average_down.h"
+#include "functions/smoothing/moving_average_down.h"
 
+#include "functions/smoothing/moving_average_parts.h"
 #include "image/overlap.h"
-#include "library/moving_average_parts.h"
 
 #include <algorithm>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 using namespace box;
 
@@ -135,4 +135,4 @@ template box_pass_kernel<double> box_pass_down<double>;
 template box_pass_kernel<std::complex<float>> box_pass_down<std::complex<float>>;
 template box_pass_kernel<std::complex<double>> box_pass_down<std::complex<double>>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -6,7 +6,7 @@
 #include <vector>
 
 /// What the variants of the moving averages share.
-namespace qorv::library::box {
+namespace qorv::functions::box {
 
 template <class T>
 struct component
@@ -47,4 +47,4 @@ class pass_scale
     std::vector<R> factors_;
 };
 
-}  // namespace qorv::library::box
+}  // namespace qorv::functions::box

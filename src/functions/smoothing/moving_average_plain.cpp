@@ -1,10 +1,10 @@
-#include "library/moving_average.h"
-#include "library/moving_average_parts.h"
+#include "functions/smoothing/moving_average.h"
+#include "functions/smoothing/moving_average_parts.h"
 
 #include <algorithm>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 using namespace box;
 
@@ -165,4 +165,4 @@ template box_pass_kernel<std::complex<double>> box_pass_plain<std::complex<doubl
 template box_slice_kernel<std::complex<double>> box_slice_plain<std::complex<double>>;
 template box_slice2_kernel<std::complex<double>> box_slice2_plain<std::complex<double>>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

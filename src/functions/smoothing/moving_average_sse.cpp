@@ -1,13 +1,13 @@
+#include "functions/smoothing/moving_average_down.h"
+#include "functions/smoothing/moving_average_parts.h"
+#include "functions/smoothing/moving_average_strip_sse.h"
 #include "image/overlap.h"
-#include "library/moving_average_down.h"
-#include "library/moving_average_parts.h"
-#include "library/moving_average_strip_sse.h"
 
 #include <emmintrin.h>
 #include <algorithm>
 #include <vector>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 using namespace box;
 
@@ -251,4 +251,4 @@ template box_pass_kernel<std::complex<double>> box_pass_sse<std::complex<double>
 template box_slice_kernel<std::complex<double>> box_slice_sse<std::complex<double>>;
 template box_slice2_kernel<std::complex<double>> box_slice2_sse<std::complex<double>>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "library/moving_average_parts.h"
+#include "functions/smoothing/moving_average_parts.h"
 
 #include <emmintrin.h>
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 /// Sums that run along x depend on their left neighbour; several rows at a time as lanes of vectors run independent
 /// sums side by side. Rows are turned into lanes and back by blocks, through a strip of a few rows.
-namespace qorv::library::box {
+namespace qorv::functions::box {
 
 template <class R>
 struct vector_of;
@@ -136,4 +136,4 @@ class strip
     std::vector<typename L::real> data_;
 };
 
-}  // namespace qorv::library::box
+}  // namespace qorv::functions::box

@@ -1,12 +1,12 @@
-#include "library/smoothing_entry.h"
+#include "functions/smoothing/smoothing_entry.h"
 
-#include "image/frame.h"
-#include "image/timing_scope.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "functions/smoothing/gaussian.h"
+#include "functions/smoothing/moving_average.h"
 #include "image/visit.h"
-#include "library/gaussian.h"
-#include "library/moving_average.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// The box filters' entry: `filter(from, to)` gets the typed views.
@@ -14,11 +14,11 @@ template <class Filter>
 image_ref box_filtered(const image_ref& source, image_ref destination, Filter filter)
 {
     dm::require_image(source);
-    const std::uint32_t type = host::ImageGetDataType(source);
+    const std::uint32_t type = binding::ImageGetDataType(source);
     destination = dm::or_clone_of(std::move(destination), source);
     dm::require_same_size(source, destination);
     dm::require(has_type(dm::real_or_complex{}, type), dm::errors::invalid_data_type);
-    dm::require(host::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
+    dm::require(binding::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
     dm::read_lock from{source};
     dm::write_lock to{destination};
     visit(dm::real_or_complex{}, type, [&]<class T>() { filter(from.view<T>(), to.view<T>()); });
@@ -30,14 +30,14 @@ image_ref box_filtered(const image_ref& source, image_ref destination, Filter fi
 /// A new single-plane image of the element type `like` has.
 image_ref new_plane(std::string_view name, const image_ref& like)
 {
-    return host::NewImage(name, host::ImageGetDataType(like), {dm::size_along(like, 0), dm::size_along(like, 1)});
+    return binding::NewImage(name, binding::ImageGetDataType(like), {dm::size_along(like, 0), dm::size_along(like, 1)});
 }
 
 bool fits(const image_ref& image, const image_ref& source)
 {
     return image && dm::size_along(image, 0) == dm::size_along(source, 0) &&
            dm::size_along(image, 1) == dm::size_along(source, 1) &&
-           host::ImageGetDataType(image) == host::ImageGetDataType(source);
+           binding::ImageGetDataType(image) == binding::ImageGetDataType(source);
 }
 
 }  // namespace
@@ -53,7 +53,7 @@ void MovingAverageDM2(image_ref imgSrc, std::int32_t nRad, output<image_ref> img
 {
     const dm::timing_scope timing{"MovingAverageDM2"};
     dm::require_image(imgSrc);
-    const std::uint32_t type = host::ImageGetDataType(imgSrc);
+    const std::uint32_t type = binding::ImageGetDataType(imgSrc);
     dm::require(has_type(dm::real_or_complex{}, type), dm::errors::invalid_data_type);
     image_ref mean = imgDst1.get(), squares = imgDst2.get();
     if (!fits(mean, imgSrc) || !fits(squares, imgSrc)) {
@@ -97,10 +97,11 @@ image_ref GaussianBlurDM(image_ref imgSrc, double fRad, std::int32_t nOrder, ima
 {
     const dm::timing_scope timing{"GaussianBlurDM"};
     dm::require_image(imgSrc);
-    const std::uint32_t type = host::ImageGetDataType(imgSrc);
+    const std::uint32_t type = binding::ImageGetDataType(imgSrc);
     imgDst = dm::or_clone_of(std::move(imgDst), imgSrc);
     dm::require_same_size(imgSrc, imgDst);
-    dm::require(has_type(dm::float_or_double{}, type) && host::ImageGetDataType(imgDst) == type, dm::errors::all_real);
+    dm::require(has_type(dm::float_or_double{}, type) && binding::ImageGetDataType(imgDst) == type,
+                dm::errors::all_real);
     dm::read_lock from{imgSrc};
     dm::write_lock to{imgDst};
     visit(dm::float_or_double{}, type, [&]<class T>() { gaussian_blur(from.view<T>(), to.view<T>(), fRad, nOrder); });
@@ -109,4 +110,4 @@ image_ref GaussianBlurDM(image_ref imgSrc, double fRad, std::int32_t nOrder, ima
     return imgDst;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/center_of_mass.h"
+#include "functions/statistics/center_of_mass.h"
 
 #include <algorithm>
 #include <cmath>
@@ -6,7 +6,7 @@
 
 #include "image/errors.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using dm::image;
@@ -89,4 +89,4 @@ INSTANTIATE(float);
 INSTANTIATE(double);
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -4,7 +4,7 @@
 
 #include "image/image.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// How far and how often GetCenterOfMass looks.
 struct mass_search
@@ -31,4 +31,4 @@ struct position
 template <class T>
 std::int32_t center_of_mass(const dm::image<const T>& source, position& center, const mass_search& how);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

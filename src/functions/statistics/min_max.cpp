@@ -1,4 +1,4 @@
-#include "library/min_max.h"
+#include "functions/statistics/min_max.h"
 
 #include <cstddef>
 #include <functional>
@@ -6,7 +6,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using dm::image;
@@ -135,4 +135,4 @@ INSTANTIATE(float);
 INSTANTIATE(double);
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

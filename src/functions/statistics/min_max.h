@@ -4,7 +4,7 @@
 
 #include "image/image.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// An extreme element: its value and where it lies.
 struct extremum
@@ -32,4 +32,4 @@ extremum min_of(const dm::image<const T>& source);
 template <class T>
 extremum max_of(const dm::image<const T>& source);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

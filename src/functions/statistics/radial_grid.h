@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Radii about a pixel, with a scale for each axis:
 /// radius(x, y) = sqrt(((x - center_x) * scale_x)^2 + ((y - center_y) * scale_y)^2).
@@ -20,4 +20,4 @@ struct radial_grid
     static double square(double v) { return v * v; }
 };
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/radial_survey.h"
+#include "functions/statistics/radial_survey.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,7 @@
 
 #include "image/errors.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 using dm::image;
@@ -75,4 +75,4 @@ INSTANTIATE(float);
 INSTANTIATE(double);
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
+#include "functions/statistics/radial_grid.h"
 #include "image/image.h"
-#include "library/radial_grid.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Elements of the radial profile of a width x height image: one for each whole radius from 0 to that of the farthest
 /// pixel, rounded.
@@ -20,4 +20,4 @@ std::ptrdiff_t radial_length(const radial_grid& grid, std::ptrdiff_t width, std:
 template <class T, class Profile>
 void radial_survey(const dm::image<const T>& source, const radial_grid& grid, const dm::image<Profile>& profile);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

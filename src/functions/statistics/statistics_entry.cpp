@@ -1,17 +1,17 @@
-#include "library/statistics_entry.h"
+#include "functions/statistics/statistics_entry.h"
 
 #include <vector>
 
-#include "image/frame.h"
-#include "image/timing_scope.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "functions/reciprocal/weight.h"
+#include "functions/statistics/center_of_mass.h"
+#include "functions/statistics/min_max.h"
+#include "functions/statistics/radial_survey.h"
+#include "functions/statistics/survey_difference.h"
 #include "image/visit.h"
-#include "library/center_of_mass.h"
-#include "library/min_max.h"
-#include "library/radial_survey.h"
-#include "library/survey_difference.h"
-#include "library/weight.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// The host's code of an image's element type.
@@ -20,7 +20,7 @@ template <class List>
 std::uint32_t required_type(List list, const image_ref& image, const char* text)
 {
     dm::require_image(image);
-    const std::uint32_t code = host::ImageGetDataType(image);
+    const std::uint32_t code = binding::ImageGetDataType(image);
     dm::require(has_type(list, code), text);
     return code;
 }
@@ -134,7 +134,7 @@ image_ref RadialSurveyDM(image_ref imgSrc, std::int32_t nCX, std::int32_t nCY, d
     std::vector<std::uint32_t> sizes{length};
     if (from.depth() > 1) sizes.push_back(static_cast<std::uint32_t>(from.depth()));
     const dm::data_type result_type = profile_type(type);
-    image_ref profile = host::NewImage("Radial survey", static_cast<std::uint32_t>(result_type), sizes);
+    image_ref profile = binding::NewImage("Radial survey", static_cast<std::uint32_t>(result_type), sizes);
     dm::write_lock to{profile};
     visit(dm::eight_reals{}, type, [&]<class T>() {
         if (result_type == dm::data_type::float64)
@@ -154,7 +154,7 @@ image_ref WeightDM(image_ref imgSrc, image_ref imgW, std::int32_t nCX, std::int3
     const std::uint32_t type = required_type(dm::real_or_complex{}, imgSrc, dm::errors::all_real_or_complex);
     const std::uint32_t curve_type = required_type(dm::float_or_double{}, imgW, dm::errors::should_be_real4_or_real8);
     imgDst = dm::or_clone_of(std::move(imgDst), imgSrc);
-    dm::require(host::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
+    dm::require(binding::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
     const weight_mode mode = weight_mode_of(eMode);
     dm::read_lock from{imgSrc}, curve{imgW};
     dm::write_lock to{imgDst};
@@ -182,4 +182,4 @@ std::int32_t GetCenterOfMassDM(image_ref imgSrc, output<double> fX, output<doubl
     return cycles;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -4,14 +4,14 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: statistics, extremes, radial curves. docs/script-reference.md tells what each does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 void SurveyDifferenceDM(image_ref imgSrc1, image_ref imgSrc2, output<double> fSum1, output<double> fSqSum1,
                         output<double> fSum2, output<double> fSqSum2, output<double> fSumDiff,
@@ -30,4 +30,4 @@ image_ref WeightDM(image_ref imgSrc, image_ref imgW, std::int32_t nCX, std::int3
 std::int32_t GetCenterOfMassDM(image_ref imgSrc, output<double> fX, output<double> fY, double fRad,
                                std::int32_t nCycles, double fThreshold);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,8 +1,8 @@
-#include "library/survey.h"
+#include "functions/statistics/survey.h"
 
 #include <cmath>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 template <class T>
 survey_record survey_plain(const dm::image<const T>& image)
@@ -49,4 +49,4 @@ template survey_kernel<std::uint32_t> survey<std::uint32_t>;
 template survey_kernel<float> survey<float>;
 template survey_kernel<double> survey<double>;
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -7,7 +7,7 @@
 #include <limits>
 
 /// Basic statistics of a real image in one pass.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// As for an image without elements.
 struct survey_record
@@ -46,4 +46,4 @@ template <>
 inline constexpr dm::variant<survey_kernel<double>> survey_variants<double>[] = {
     {"sse2", dm::cpu::sse2, survey_sse}, {"plain", dm::cpu::none, survey_plain<double>}};
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

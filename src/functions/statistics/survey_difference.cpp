@@ -1,4 +1,4 @@
-#include "library/survey_difference.h"
+#include "functions/statistics/survey_difference.h"
 
 #include <array>
 #include <cmath>
@@ -8,7 +8,7 @@
 
 #include "image/errors.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// Two doubles in one vector register (a type of the compiler's, no processor's instruction by name).
@@ -85,4 +85,4 @@ INSTANTIATE(float);
 INSTANTIATE(double);
 #undef INSTANTIATE
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -2,7 +2,7 @@
 
 #include "image/image.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 /// Sums over two images of the same size and over their difference.
 struct difference_survey
@@ -23,4 +23,4 @@ struct difference_survey
 template <class T>
 difference_survey survey_difference(const dm::image<const T>& first, const dm::image<const T>& second);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,18 +1,18 @@
-#include "library/survey_entry.h"
+#include "functions/statistics/survey_entry.h"
 
-#include "image/frame.h"
-#include "image/timing_scope.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "functions/statistics/survey.h"
 #include "image/visit.h"
-#include "library/survey.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 
 void SurveyDM(image_ref imgSrc, output<double> fMin, output<double> fMax, output<double> fSum, output<double> fSqsum,
               output<double> fSumAbs)
 {
     const dm::timing_scope timing{"SurveyDM"};
     dm::require_image(imgSrc);
-    const auto type = static_cast<std::uint32_t>(host::GetDataType(imgSrc));
+    const auto type = static_cast<std::uint32_t>(binding::GetDataType(imgSrc));
     dm::read_lock from{imgSrc};
     survey_record record;
     const bool known = visit(dm::eight_reals{}, type, [&]<class T>() { record = survey(from.view<T>()); });
@@ -31,4 +31,4 @@ void SurveyFourDM(image_ref imgSrc, output<double> fMin, output<double> fMax, ou
     SurveyDM(std::move(imgSrc), fMin, fMax, fSum, fSqsum, {});
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,9 +1,9 @@
-#include "library/survey.h"
+#include "functions/statistics/survey.h"
 
 #include <emmintrin.h>
 #include <cmath>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 namespace {
 
@@ -120,4 +120,4 @@ survey_record survey_rows(const dm::image<const T>& image)
 survey_record survey_sse(const dm::image<const float>& image) { return survey_rows<float, float_range>(image); }
 survey_record survey_sse(const dm::image<const double>& image) { return survey_rows<double, double_range>(image); }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

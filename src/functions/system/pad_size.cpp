@@ -1,8 +1,8 @@
-#include "library/pad_size.h"
+#include "functions/system/pad_size.h"
 
 #include <tuple>
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 struct rounded
@@ -48,4 +48,4 @@ std::uint64_t pad_size(std::uint32_t n) noexcept
     return best.product;
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -4,7 +4,7 @@
 
 /// Services of the platform that scripts reach through the library. Nothing here reports a failure: a command that
 /// cannot be started does nothing.
-namespace qorv::library::platform {
+namespace qorv::platform {
 
 /// Starts a command and returns at once; `command_line` is passed as it stands. On Windows CreateProcess splits it,
 /// with no shell; elsewhere /bin/sh reads it, so that its quoting, variables and redirections apply. The process is
@@ -24,4 +24,4 @@ void open(const std::string& document);
 /// 0x05 documents, 0x0d music, 0x0e videos, 0x15 templates, 0x1a configuration, 0x1c data, 0x27 pictures, 0x28 home.
 std::string special_directory(int folder, bool create);
 
-}  // namespace qorv::library::platform
+}  // namespace qorv::platform

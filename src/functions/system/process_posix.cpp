@@ -5,11 +5,11 @@
 
 #include <cerrno>
 
-#include "library/platform/process.h"
+#include "functions/system/process.h"
 
 extern char** environ;
 
-namespace qorv::library::platform {
+namespace qorv::platform {
 namespace {
 
 void wait_for(pid_t process)
@@ -57,4 +57,4 @@ void open(const std::string& document)
     run_detached(arguments);
 }
 
-}  // namespace qorv::library::platform
+}  // namespace qorv::platform

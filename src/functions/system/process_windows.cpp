@@ -5,10 +5,10 @@
 
 #include <vector>
 
-#include "library/platform/process.h"
-#include "plugin/host/text_windows.h"
+#include "binding/text_windows.h"
+#include "functions/system/process.h"
 
-namespace qorv::library::platform {
+namespace qorv::platform {
 namespace {
 
 constexpr DWORD creation_flags = CREATE_DEFAULT_ERROR_MODE | NORMAL_PRIORITY_CLASS;
@@ -58,4 +58,4 @@ std::string special_directory(int folder, bool create)
     return qorv::platform::to_utf8(found);
 }
 
-}  // namespace qorv::library::platform
+}  // namespace qorv::platform

@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "library/platform/process.h"
+#include "functions/system/process.h"
 
-namespace qorv::library::platform {
+namespace qorv::platform {
 namespace {
 
 namespace fs = std::filesystem;
@@ -80,4 +80,4 @@ std::string special_directory(int folder, bool create)
     return {};
 }
 
-}  // namespace qorv::library::platform
+}  // namespace qorv::platform

@@ -1,4 +1,4 @@
-#include "library/utility_entry.h"
+#include "functions/system/utility_entry.h"
 
 #include <omp.h>
 
@@ -6,12 +6,12 @@
 
 #include <boost/numeric/conversion/cast.hpp>
 
+#include "entry/timing_scope.h"
+#include "functions/system/pad_size.h"
+#include "functions/system/process.h"
 #include "image/element_type.h"
-#include "image/timing_scope.h"
-#include "library/pad_size.h"
-#include "library/platform/process.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// Far above any machine's cores; the parallel runtime ends the process when it cannot start as many as it was told.
@@ -60,4 +60,4 @@ void ShellExecDM(const std::string& strCommandLine)
     platform::open(strCommandLine);
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -4,15 +4,15 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: sizes, threads, folders and processes. docs/script-reference.md tells what each
 /// does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 std::int32_t PadSizeDM(std::int32_t n);
 std::int32_t ToDMDataTypeDM(std::int32_t eType);
@@ -24,4 +24,4 @@ void ExecDM(const std::string& strCommandLine);
 void ExecWaitDM(const std::string& strCommandLine);
 void ShellExecDM(const std::string& strCommandLine);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

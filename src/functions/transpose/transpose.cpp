@@ -1,4 +1,4 @@
-#include "library/transpose.h"
+#include "functions/transpose/transpose.h"
 
 #include "image/errors.h"
 
@@ -6,7 +6,7 @@
 #include <cstring>
 #include <utility>
 
-namespace qorv::library {
+namespace qorv::functions {
 
 namespace {
 
@@ -105,4 +105,4 @@ void transpose_yz(const voxels& from, const voxels& to, std::size_t element_byte
     transpose(from, to, element_bytes, transposition::yz);
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -8,7 +8,7 @@
 
 /// Exchange of two axes of a volume. Only whole elements are moved, so the element's type does not matter, just its
 /// bytes.
-namespace qorv::library {
+namespace qorv::functions {
 
 /// A volume of elements of any type: sizes along x, y, z in elements, strides in bytes.
 struct voxels
@@ -57,4 +57,4 @@ transpose_kernel transpose_sse;
 inline constexpr dm::variant<transpose_kernel> transpose_variants[] = {{"sse2", dm::cpu::sse2, transpose_sse},
                                                                        {"plain", dm::cpu::none, transpose_plain}};
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

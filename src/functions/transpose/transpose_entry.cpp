@@ -1,15 +1,15 @@
-#include "library/transpose_entry.h"
+#include "functions/transpose/transpose_entry.h"
 
 #include <algorithm>
 #include <array>
 #include <vector>
 
-#include "image/frame.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "functions/transpose/transpose.h"
 #include "image/overlap.h"
-#include "image/timing_scope.h"
-#include "library/transpose.h"
 
-namespace qorv::library {
+namespace qorv::functions {
 namespace {
 
 /// The host's codes of all element types that can be moved; their sizes in bytes are the host's to tell.
@@ -33,14 +33,14 @@ image_ref transposed(const image_ref& source, image_ref destination, transpositi
     const std::uint32_t nx = dm::size_along(source, 0), ny = dm::size_along(source, 1), nz = dm::size_along(source, 2);
     const std::vector<std::uint32_t> sizes =
         which == transposition::xz ? std::vector{nz, ny, nx} : std::vector{nx, nz, ny};
-    const std::uint32_t type = host::ImageGetDataType(source);
-    if (!destination) destination = host::NewImage(host::ImageGetName(source), type, sizes);
+    const std::uint32_t type = binding::ImageGetDataType(source);
+    if (!destination) destination = binding::NewImage(binding::ImageGetName(source), type, sizes);
     for (std::uint32_t axis = 0; axis < 3; ++axis)
         dm::require(dm::size_along(destination, axis) == sizes[axis], dm::errors::invalid_image_size);
-    dm::require(
-        host::ImageGetDataType(destination) == type && std::find(movable.begin(), movable.end(), type) != movable.end(),
-        dm::errors::invalid_image_type);
-    const std::uint32_t element_bytes = host::ImageGetDataElementByteSize(source);
+    dm::require(binding::ImageGetDataType(destination) == type &&
+                    std::find(movable.begin(), movable.end(), type) != movable.end(),
+                dm::errors::invalid_image_type);
+    const std::uint32_t element_bytes = binding::ImageGetDataElementByteSize(source);
     dm::read_lock from{source};
     dm::write_lock to{destination};
     const voxels original = voxels_of(from, element_bytes), result = voxels_of(to, element_bytes);
@@ -66,4 +66,4 @@ image_ref TransposeYZDM(image_ref imgSrc, image_ref imgDst)
     return transposed(imgSrc, std::move(imgDst), transposition::yz);
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

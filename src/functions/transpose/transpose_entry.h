@@ -4,16 +4,16 @@
 #include <cstdint>
 #include <string>
 
-#include "plugin/host/values.h"
+#include "binding/values.h"
 
 /// Script functions of the library: volume transposes. docs/script-reference.md tells what each does.
-namespace qorv::library {
+namespace qorv::functions {
 
-using host::image_ref;
-using host::output;
-using host::tag_group_ref;
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
 image_ref TransposeXZDM(image_ref imgSrc, image_ref imgDst);
 image_ref TransposeYZDM(image_ref imgSrc, image_ref imgDst);
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

@@ -1,4 +1,4 @@
-#include "library/transpose.h"
+#include "functions/transpose/transpose.h"
 
 #include <emmintrin.h>
 #include <algorithm>
@@ -6,7 +6,7 @@
 
 /// Rows along x are read and written as long stretches: planes often lie a power of two apart, where single elements
 /// would evict each other from the cache before their line is used up.
-namespace qorv::library {
+namespace qorv::functions {
 
 namespace {
 
@@ -168,4 +168,4 @@ void transpose_sse(const voxels& from, const voxels& to, std::size_t element_byt
     }
 }
 
-}  // namespace qorv::library
+}  // namespace qorv::functions

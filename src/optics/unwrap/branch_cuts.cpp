@@ -1,4 +1,4 @@
-#include "optics/branch_cuts.h"
+#include "optics/unwrap/branch_cuts.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "optics/pixel_flags.h"
-#include "optics/residues.h"
+#include "optics/unwrap/pixel_flags.h"
+#include "optics/unwrap/residues.h"
 
 namespace qorv::optics {
 

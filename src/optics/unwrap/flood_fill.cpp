@@ -1,6 +1,6 @@
-#include "optics/flood_fill.h"
+#include "optics/unwrap/flood_fill.h"
 
-#include "optics/phase_wrap.h"
+#include "optics/unwrap/phase_wrap.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "optics/pixel_flags.h"
+#include "optics/unwrap/pixel_flags.h"
 
 namespace qorv::optics {
 

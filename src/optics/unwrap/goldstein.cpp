@@ -1,9 +1,9 @@
-#include "optics/goldstein.h"
+#include "optics/unwrap/goldstein.h"
 
 #include "image/errors.h"
-#include "optics/branch_cuts.h"
-#include "optics/flood_fill.h"
-#include "optics/transpose.h"
+#include "optics/unwrap/branch_cuts.h"
+#include "optics/unwrap/flood_fill.h"
+#include "optics/unwrap/plane_transpose.h"
 
 #include <limits>
 #include <memory>

@@ -1,20 +1,20 @@
-#include "optics/goldstein_entry.h"
+#include "optics/unwrap/goldstein_entry.h"
 
-#include "image/frame.h"
-#include "image/timing_scope.h"
-#include "optics/goldstein.h"
+#include "entry/steps.h"
+#include "entry/timing_scope.h"
+#include "optics/unwrap/goldstein.h"
 
 namespace qorv::optics {
 
-host::image_ref GoldstainDM(host::image_ref source, std::int32_t max_box_size)
+binding::image_ref GoldstainDM(binding::image_ref source, std::int32_t max_box_size)
 {
     const dm::timing_scope timing{"GoldstainDM"};
     dm::require_image(source);
-    dm::require(host::IsRealDataType(source, 4), dm::errors::should_be_real4);
+    dm::require(binding::IsRealDataType(source, 4), dm::errors::should_be_real4);
     dm::read_lock from{source};
     const auto width = static_cast<std::int32_t>(from.width()), height = static_cast<std::int32_t>(from.height());
-    const host::image_ref flags = host::IntegerImage("", 4, false, width, height);
-    host::image_ref result = host::ImageClone(source);
+    const binding::image_ref flags = binding::IntegerImage("", 4, false, width, height);
+    binding::image_ref result = binding::ImageClone(source);
     dm::write_lock scratch{flags};
     dm::write_lock to{result};
     unwrap_goldstein(dm::flat_plane(from.view<float>()), dm::flat_plane(to.view<float>()), width, height, max_box_size,

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "plugin/host/object_ref.h"
+#include "binding/object_ref.h"
 
 namespace qorv::optics {
 
@@ -11,6 +11,6 @@ namespace qorv::optics {
 /// max_box_size  largest box of the residue search; 0: half the sum of width and height; below 3: no search
 /// Returns       a clone of the source with the unwrapped values
 /// Throws        errors::should_be_real4
-host::image_ref GoldstainDM(host::image_ref source, std::int32_t max_box_size);
+binding::image_ref GoldstainDM(binding::image_ref source, std::int32_t max_box_size);
 
 }  // namespace qorv::optics

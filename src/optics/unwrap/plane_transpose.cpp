@@ -1,4 +1,4 @@
-#include "optics/transpose.h"
+#include "optics/unwrap/plane_transpose.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,6 @@
-#include "optics/residues.h"
+#include "optics/unwrap/residues.h"
 
-#include "optics/phase_wrap.h"
+#include "optics/unwrap/phase_wrap.h"
 
 #include <algorithm>
 #include <cmath>

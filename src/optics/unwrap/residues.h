@@ -1,6 +1,6 @@
 #pragma once
 
-#include "optics/bit_plane.h"
+#include "optics/unwrap/bit_plane.h"
 
 namespace qorv::optics {
 

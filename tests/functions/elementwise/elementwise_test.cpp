@@ -1,9 +1,9 @@
+#include "functions/elementwise/modulus.h"
+#include "functions/elementwise/norm.h"
+#include "functions/elementwise/polar.h"
+#include "functions/elementwise/powers.h"
 #include "image/processor.h"
-#include "library/modulus.h"
-#include "library/norm.h"
-#include "library/polar.h"
-#include "library/powers.h"
-#include "support/same_bytes.h"
+#include "tests/support/same_bytes.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@
 
 namespace {
 
-namespace library = qorv::library;
+namespace functions = qorv::functions;
 using qorv::dm::runnable;
 
 template <class T>
@@ -86,11 +86,11 @@ TYPED_TEST(Elementwise, ModulusAndPhaseAreWithinTheLastPlaces)
             ASSERT_LE(ulps(modulus[i], std::sqrt(re * re + im * im)), 1.5) << name << src[i];
         }
     };
-    for (const auto& variant : runnable(library::modulus_variants<T>)) {
+    for (const auto& variant : runnable(functions::modulus_variants<T>)) {
         variant.function(src.data(), modulus.data(), count);
         expect_modulus(variant.name);
     }
-    library::modulus_and_phase(src.data(), modulus.data(), phase.data(), count);
+    functions::modulus_and_phase(src.data(), modulus.data(), phase.data(), count);
     expect_modulus("with phase");
     for (std::size_t i = 0; i < src.size(); ++i)
         ASSERT_NEAR(phase[i], std::arg(complex<long double>(src[i])), 2 * std::numeric_limits<T>::epsilon()) << src[i];
@@ -116,9 +116,9 @@ TYPED_TEST(Elementwise, SafeModulusKeepsItsScaleAndItsSpecialValues)
     };
     for (const auto& row : table) {
         T plain, vector, with_phase, phase;
-        library::modulus_plain(&row.z, &plain, 1);
-        library::modulus_vector(&row.z, &vector, 1);
-        library::modulus_and_phase(&row.z, &with_phase, &phase, 1);
+        functions::modulus_plain(&row.z, &plain, 1);
+        functions::modulus_vector(&row.z, &vector, 1);
+        functions::modulus_and_phase(&row.z, &with_phase, &phase, 1);
         expect_same_kind(plain, row.modulus, "plain");
         expect_same_kind(with_phase, row.modulus, "with phase");
         expect_same_kind(vector, row.vector_modulus, "vector");
@@ -131,7 +131,7 @@ TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
     std::vector<T> theta = noise<T>(2000, 1000);
     theta.insert(theta.end(), {0, -22, 355});
     std::vector<complex<T>> z(theta.size());
-    library::polar(T{-2}, theta.data(), z.data(), static_cast<std::ptrdiff_t>(theta.size()));
+    functions::polar(T{-2}, theta.data(), z.data(), static_cast<std::ptrdiff_t>(theta.size()));
     for (std::size_t i = 0; i < theta.size(); ++i) {
         const double tolerance = 4 * std::numeric_limits<T>::epsilon();
         ASSERT_NEAR(z[i].real(), -2 * std::cos(static_cast<long double>(theta[i])), tolerance) << theta[i];
@@ -139,11 +139,11 @@ TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
     }
     // Far out the Windows C library's long double is no truth any more, so one angle stands here with its value.
     const T far = 1000000;
-    library::polar(T{1}, &far, z.data(), 1);
+    functions::polar(T{1}, &far, z.data(), 1);
     EXPECT_NEAR(z[0].real(), 0.93675212753314474, std::numeric_limits<T>::epsilon());
     EXPECT_NEAR(z[0].imag(), -0.34999350217129294, std::numeric_limits<T>::epsilon());
     const T never = infinity<T>;
-    library::polar(T{1}, &never, z.data(), 1);
+    functions::polar(T{1}, &never, z.data(), 1);
     EXPECT_TRUE(std::isnan(z[0].real()) && std::isnan(z[0].imag()));
 }
 
@@ -156,7 +156,7 @@ TYPED_TEST(Elementwise, PhaseOnTheAxesAndFarOut)
         {{0, 0}, 0}};
     for (const auto& [z, wanted] : table) {
         T modulus, phase;
-        library::modulus_and_phase(&z, &modulus, &phase, 1);
+        functions::modulus_and_phase(&z, &modulus, &phase, 1);
         EXPECT_NEAR(phase, wanted, 2 * std::numeric_limits<T>::epsilon()) << z;
     }
 }
@@ -166,7 +166,7 @@ TYPED_TEST(Elementwise, UnitPhaseHasModulusOneAndTheSameDirection)
     using T = TypeParam;
     std::vector<complex<T>> z = complex_noise<T>(1000);
     const std::vector<complex<T>> src = z;
-    library::unit_phase(z.data(), z.data(), static_cast<std::ptrdiff_t>(z.size()));
+    functions::unit_phase(z.data(), z.data(), static_cast<std::ptrdiff_t>(z.size()));
     for (std::size_t i = 0; i < z.size(); ++i)
         ASSERT_LT(std::abs(z[i] - src[i] / std::abs(src[i])), 4 * std::numeric_limits<T>::epsilon()) << src[i];
 
@@ -175,7 +175,7 @@ TYPED_TEST(Elementwise, UnitPhaseHasModulusOneAndTheSameDirection)
         {{huge<T>, -huge<T>}, {half, -half}}, {{0, tiny<T>}, {0, 1}}, {{-tiny<T>, tiny<T>}, {-half, half}}, {0, 0}};
     for (const auto& [from, wanted] : extremes) {
         complex<T> got;
-        library::unit_phase(&from, &got, 1);
+        functions::unit_phase(&from, &got, 1);
         EXPECT_LT(std::abs(got - wanted), 2 * std::numeric_limits<T>::epsilon()) << from;
     }
 }
@@ -197,13 +197,13 @@ TYPED_TEST(Elementwise, PowersAndLogarithmsHaveTheirValues)
                 expect_same_kind(got[i], wanted[i], what);
     };
     std::vector<T> got(a.size());
-    library::exp2(a.data(), got.data(), 8);
+    functions::exp2(a.data(), got.data(), 8);
     expect(got, powers_of_2, "exp2");
-    for (const auto& variant : runnable(library::pow_variants<T>)) {
+    for (const auto& variant : runnable(functions::pow_variants<T>)) {
         variant.function(a.data(), b.data(), got.data(), 8);
         expect(got, a_to_b, variant.name);
     }
-    library::log2(b.data(), got.data(), 8);
+    functions::log2(b.data(), got.data(), 8);
     expect(got, logarithms_of_b, "log2");
 }
 
@@ -212,7 +212,7 @@ TYPED_TEST(Elementwise, LogarithmIsTheNaturalOneTimesARoundedFactor)
     using T = TypeParam;
     const T x = 3, factor = static_cast<T>(1.4426950408889634);
     T got;
-    library::log2(&x, &got, 1);
+    functions::log2(&x, &got, 1);
     EXPECT_EQ(got, static_cast<T>(1.0986122886681098) * factor);
 }
 
@@ -243,22 +243,23 @@ TYPED_TEST(Elementwise, EveryCountGivesTheBitsOfSingleElementsAndOfThePlainKerne
     std::vector<complex<T>> z = complex_noise<T>(67);
     a[3] = 0, b[4] = infinity<T>, a[9] = -2, b[9] = 3, a[20] = tiny<T>, z[5] = {huge<T>, tiny<T>},
     z[6] = {tiny<T>, tiny<T>}, z[7] = 0;
-    for (const auto& variant : runnable(library::modulus_variants<T>))
+    for (const auto& variant : runnable(functions::modulus_variants<T>))
         expect_same_at_every_count<T>(variant.name,
                                       [&](std::size_t i, T* result, auto n) { variant.function(&z[i], result, n); });
-    expect_same_at_every_count<T>("exp2", [&](std::size_t i, T* result, auto n) { library::exp2(&a[i], result, n); });
-    expect_same_at_every_count<T>("log2", [&](std::size_t i, T* result, auto n) { library::log2(&a[i], result, n); });
-    for (const auto& variant : runnable(library::pow_variants<T>))
+    expect_same_at_every_count<T>("exp2", [&](std::size_t i, T* result, auto n) { functions::exp2(&a[i], result, n); });
+    expect_same_at_every_count<T>("log2", [&](std::size_t i, T* result, auto n) { functions::log2(&a[i], result, n); });
+    for (const auto& variant : runnable(functions::pow_variants<T>))
         expect_same_at_every_count<T>(
             "pow", [&](std::size_t i, T* result, auto n) { variant.function(&a[i], &b[i], result, n); },
-            [&](std::size_t i, T* result, auto n) { library::pow_plain(&a[i], &b[i], result, n); });
-    expect_same_at_every_count<T>(
-        "phase", [&](std::size_t i, T* result, auto n) { library::modulus_and_phase(&z[i], phase.data(), result, n); });
+            [&](std::size_t i, T* result, auto n) { functions::pow_plain(&a[i], &b[i], result, n); });
+    expect_same_at_every_count<T>("phase", [&](std::size_t i, T* result, auto n) {
+        functions::modulus_and_phase(&z[i], phase.data(), result, n);
+    });
     expect_same_at_every_count<complex<T>>(
-        "polar", [&](std::size_t i, complex<T>* result, auto n) { library::polar(&a[i], &b[i], result, n); },
-        [&](std::size_t i, complex<T>* result, auto n) { library::polar(a[i], &b[i], result, n); });
+        "polar", [&](std::size_t i, complex<T>* result, auto n) { functions::polar(&a[i], &b[i], result, n); },
+        [&](std::size_t i, complex<T>* result, auto n) { functions::polar(a[i], &b[i], result, n); });
     expect_same_at_every_count<complex<T>>(
-        "unit phase", [&](std::size_t i, complex<T>* result, auto n) { library::unit_phase(&z[i], result, n); });
+        "unit phase", [&](std::size_t i, complex<T>* result, auto n) { functions::unit_phase(&z[i], result, n); });
 }
 
 TYPED_TEST(Elementwise, NormIsTheScaledSumOfSquaresIntoRealAndComplex)
@@ -266,7 +267,7 @@ TYPED_TEST(Elementwise, NormIsTheScaledSumOfSquaresIntoRealAndComplex)
     using T = TypeParam;
     const double scale = 0.1;  // not a float
     const std::vector<complex<T>> src = complex_noise<T>(67);
-    const auto norm = [&](std::size_t i, auto* result, auto n) { library::norm(&src[i], scale, result, n); };
+    const auto norm = [&](std::size_t i, auto* result, auto n) { functions::norm(&src[i], scale, result, n); };
     const auto formula = [&](std::size_t i, auto* result, auto) {
         *result = (src[i].real() * src[i].real() + src[i].imag() * src[i].imag()) * static_cast<T>(scale);
     };
@@ -276,7 +277,7 @@ TYPED_TEST(Elementwise, NormIsTheScaledSumOfSquaresIntoRealAndComplex)
         "in place",
         [&](std::size_t, complex<T>* result, auto n) {
             std::copy_n(src.data(), n, result);
-            library::norm(result, scale, result, n);
+            functions::norm(result, scale, result, n);
         },
         formula);
 }
@@ -286,9 +287,9 @@ TYPED_TEST(Elementwise, ThePowersWorkInPlace)
     using T = TypeParam;
     const std::vector<T> a = noise<T>(67, 1), b = noise<T>(67, 2);
     std::vector<T> wanted(67), to_a = a, to_b = b;
-    library::pow(a.data(), b.data(), wanted.data(), 67);
-    library::pow(to_a.data(), b.data(), to_a.data(), 67);
-    library::pow(a.data(), to_b.data(), to_b.data(), 67);
+    functions::pow(a.data(), b.data(), wanted.data(), 67);
+    functions::pow(to_a.data(), b.data(), to_a.data(), 67);
+    functions::pow(a.data(), to_b.data(), to_b.data(), 67);
     EXPECT_TRUE(support::same_bytes(to_a, wanted));
     EXPECT_TRUE(support::same_bytes(to_b, wanted));
 }

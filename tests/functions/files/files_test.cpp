@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "functions/files/numbered_name.h"
+#include "functions/files/raw_file.h"
 #include "image/errors.h"
-#include "library/numbered_name.h"
-#include "library/raw_file.h"
-#include "support/same_bytes.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 
@@ -39,7 +39,7 @@ TEST(numbered_name, counts_as_a_person_does)
                                           "\xC3\xA9"};
     auto turned = sorted;
     std::reverse(turned.begin(), turned.end());
-    library::sort_numbered_names(turned);
+    functions::sort_numbered_names(turned);
     EXPECT_EQ(turned, sorted);
 }
 
@@ -50,7 +50,7 @@ TEST(numbered_name, keeps_the_order_of_equal_names)
         names.push_back((zeros % 2 ? "IMG" : "img") + std::string(zeros * 7 % 40, '0') + "1");
     wanted.insert(wanted.end(), names.begin(), names.end());
     names.push_back("img0");
-    library::sort_numbered_names(names);
+    functions::sort_numbered_names(names);
     EXPECT_EQ(names, wanted);
 }
 
@@ -61,25 +61,25 @@ TEST(raw_file, reads_what_has_the_right_length)
     std::ofstream{path, std::ios::binary}.write(reinterpret_cast<const char*>(pixels.data()), 12);
     const auto utf8 = path.u8string();
     {
-        library::raw_file file{std::string{utf8.begin(), utf8.end()}};
+        functions::raw_file file{std::string{utf8.begin(), utf8.end()}};
         EXPECT_EQ(message_of([&] { file.require_length(11); }), dm::errors::invalid_image_size);
-        file.require_length(library::raw_bytes(element_type::int16, 3, 2, 1));
+        file.require_length(functions::raw_bytes(element_type::int16, 3, 2, 1));
         std::vector<std::int16_t> got(6);
         for (int again = 0; again < 2; ++again) file.read(got.data(), 12);
         EXPECT_EQ(got, pixels);
-        EXPECT_EQ(message_of([&] { file.read(std::vector<char>(20).data(), 20); }), library::file_not_read);
+        EXPECT_EQ(message_of([&] { file.read(std::vector<char>(20).data(), 20); }), functions::file_not_read);
     }
     std::filesystem::remove(path);
     for (const std::string& missing : {std::string{utf8.begin(), utf8.end()}, std::string{"."}, std::string{}})
-        EXPECT_EQ(message_of([&] { library::raw_file{missing}; }), library::file_not_opened);
+        EXPECT_EQ(message_of([&] { functions::raw_file{missing}; }), functions::file_not_opened);
 }
 
 TEST(raw_file, counts_bytes_and_refuses_sizes_that_are_none)
 {
-    EXPECT_EQ(library::raw_bytes(element_type::complex128, 100000, 100000, 10), 1600000000000u);
-    EXPECT_EQ(message_of([] { library::raw_bytes(element_type::none, 0, 1, 1); }), dm::errors::unknown_data_type);
+    EXPECT_EQ(functions::raw_bytes(element_type::complex128, 100000, 100000, 10), 1600000000000u);
+    EXPECT_EQ(message_of([] { functions::raw_bytes(element_type::none, 0, 1, 1); }), dm::errors::unknown_data_type);
     for (const auto& s : {std::array{0, 1, 1}, {1, -1, 1}, {1, 1, 0}, {INT32_MAX, INT32_MAX, 3}})
-        EXPECT_EQ(message_of([&] { library::raw_bytes(element_type::float32, s[0], s[1], s[2]); }),
+        EXPECT_EQ(message_of([&] { functions::raw_bytes(element_type::float32, s[0], s[1], s[2]); }),
                   dm::errors::invalid_image_size);
 }
 

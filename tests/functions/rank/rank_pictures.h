@@ -2,8 +2,8 @@
 
 #include "image/image.h"
 #include "image/processor.h"
-#include "support/canvas.h"
-#include "support/same_bytes.h"
+#include "tests/support/canvas.h"
+#include "tests/support/same_bytes.h"
 
 #include <array>
 #include <cmath>

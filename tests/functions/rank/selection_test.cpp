@@ -1,12 +1,12 @@
-#include "library/selection.h"
+#include "functions/rank/selection.h"
 
 #include "image/errors.h"
-#include "library/rank_pictures.h"
+#include "tests/functions/rank/rank_pictures.h"
 
 #include <algorithm>
 
 using namespace qorv;
-using namespace qorv::library;
+using namespace qorv::functions;
 using namespace rank_pictures;
 
 namespace {

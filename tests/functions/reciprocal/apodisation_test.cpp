@@ -1,4 +1,4 @@
-#include "library/apodisation.h"
+#include "functions/reciprocal/apodisation.h"
 
 #include <gtest/gtest.h>
 
@@ -10,13 +10,13 @@
 #include <vector>
 
 #include "image/errors.h"
-#include "support/same_bytes.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 
 using namespace qorv;
 using dm::image;
-using library::window;
+using functions::window;
 using std::vector;
 
 TEST(window_curve, has_the_values_of_the_published_formulas_and_mirrors)
@@ -56,7 +56,7 @@ TEST(window_curve, has_the_values_of_the_published_formulas_and_mirrors)
     for (const row& r : rows)
         for (const auto& half : {r.of8, r.of7}) {
             const std::ptrdiff_t size = half.size() == 5 ? 8 : 7;
-            const auto curve = library::window_curve(r.shape, size);
+            const auto curve = functions::window_curve(r.shape, size);
             ASSERT_EQ(curve.size(), static_cast<std::size_t>(size));
             const std::ptrdiff_t mirror = r.shape >= window::sine ? size - 1 : size;  // of element 0
             for (std::ptrdiff_t n = 0; n < size; ++n)
@@ -64,8 +64,8 @@ TEST(window_curve, has_the_values_of_the_published_formulas_and_mirrors)
                     << "window " << int(r.shape) << " of " << size << " at " << n;
         }
     for (const int mode : {-1, 8})
-        EXPECT_EQ(support::message_of([&] { library::ft_window_of(mode); }), dm::errors::invalid_mode);
-    EXPECT_EQ(library::ft_window_of(5), window::flat_top);
+        EXPECT_EQ(support::message_of([&] { functions::ft_window_of(mode); }), dm::errors::invalid_mode);
+    EXPECT_EQ(functions::ft_window_of(5), window::flat_top);
 }
 
 TEST(window_curve, half_overlapping_ones_add_up_to_one)
@@ -73,7 +73,7 @@ TEST(window_curve, half_overlapping_ones_add_up_to_one)
     for (const std::size_t size : {2, 16, 64})
         for (const window shape : {window::hann, window::sine, window::vorbis})
             for (std::size_t n = 0; n < size / 2; ++n) {
-                const auto curve = library::window_curve(shape, static_cast<std::ptrdiff_t>(size));
+                const auto curve = functions::window_curve(shape, static_cast<std::ptrdiff_t>(size));
                 const double a = curve[n], b = curve[n + size / 2];
                 EXPECT_NEAR(shape == window::hann ? a + b : a * a + b * b, 1, 1e-15);
             }
@@ -86,10 +86,10 @@ TEST(apply_window, is_the_product_over_the_dimensions_between_the_offsets)
         vector<double> source(static_cast<std::size_t>(w * h * d));
         for (double& v : source) v = static_cast<double>(random() % 1000) / 8;
         vector<double> result(source.size());
-        library::apply_window<double, double, double>({source.data(), w, h, d}, window::vorbis, {2, -3, 0.5},
-                                                      {result.data(), w, h, d});
-        const auto cx = library::window_curve(window::vorbis, w), cy = library::window_curve(window::vorbis, h),
-                   cz = library::window_curve(window::vorbis, d);
+        functions::apply_window<double, double, double>({source.data(), w, h, d}, window::vorbis, {2, -3, 0.5},
+                                                        {result.data(), w, h, d});
+        const auto cx = functions::window_curve(window::vorbis, w), cy = functions::window_curve(window::vorbis, h),
+                   cz = functions::window_curve(window::vorbis, d);
         for (std::size_t i = 0; i < source.size(); ++i) {
             const auto x = i % cx.size(), y = i / cx.size() % cy.size(), z = i / cx.size() / cy.size();
             EXPECT_NEAR(result[i], (source[i] - 2) * cx[x] * cy[y] * cz[z] * -3 + 0.5, 1e-12);
@@ -97,7 +97,7 @@ TEST(apply_window, is_the_product_over_the_dimensions_between_the_offsets)
     }
     vector<float> line(5, 0.0f);
     EXPECT_EQ(support::message_of([&] {
-                  library::apply_window<float, float, double>({line.data(), 5}, window::hann, {}, {line.data(), 4});
+                  functions::apply_window<float, float, double>({line.data(), 5}, window::hann, {}, {line.data(), 4});
               }),
               dm::errors::different_size);
 }
@@ -108,9 +108,9 @@ TEST(apply_window, keeps_a_nan_in_its_pixel_and_turns_real_into_complex)
     const float nan = std::numeric_limits<float>::quiet_NaN();
     vector<float> real{1, nan, 3, 5};
     vector<c32> result(4);
-    const library::window_offsets<std::complex<double>> offsets{{1, 1}, {0, 2}, {10, 0}};
-    library::apply_window<float, c32, std::complex<double>>({real.data(), 4}, window::hann, offsets,
-                                                            {result.data(), 4});
+    const functions::window_offsets<std::complex<double>> offsets{{1, 1}, {0, 2}, {10, 0}};
+    functions::apply_window<float, c32, std::complex<double>>({real.data(), 4}, window::hann, offsets,
+                                                              {result.data(), 4});
     // Hann over 4: 0, 1/2, 1, 1/2. ((3 - 1 - i) * 1) * 2i + 10 = 12 + 4i; ((5 - 1 - i) / 2) * 2i + 10 = 11 + 4i.
     EXPECT_EQ(result[0], c32(10, 0));
     EXPECT_TRUE(std::isnan(result[1].real()));
@@ -118,7 +118,7 @@ TEST(apply_window, keeps_a_nan_in_its_pixel_and_turns_real_into_complex)
     EXPECT_NEAR(std::abs(result[3] - c32(11, 4)), 0, 1e-6);
 
     vector<c32> in_place{{1, 1}, {2, 0}, {3, 4}, {0, 5}};
-    library::apply_window<c32, c32, double>({in_place.data(), 4}, window::tukey, {}, {in_place.data(), 4});
+    functions::apply_window<c32, c32, double>({in_place.data(), 4}, window::tukey, {}, {in_place.data(), 4});
     EXPECT_EQ(in_place[0], c32(0, 0));
     EXPECT_EQ(in_place[2], c32(3, 4));
 }

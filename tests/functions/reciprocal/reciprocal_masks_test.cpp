@@ -8,12 +8,12 @@
 #include <random>
 #include <vector>
 
+#include "functions/reciprocal/apodisation.h"
+#include "functions/reciprocal/bragg_mask.h"
+#include "functions/reciprocal/cross_correlation_mask.h"
+#include "functions/reciprocal/weight.h"
 #include "image/errors.h"
-#include "library/apodisation.h"
-#include "library/bragg_mask.h"
-#include "library/cross_correlation_mask.h"
-#include "library/weight.h"
-#include "support/same_bytes.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 
@@ -26,12 +26,12 @@ constexpr double inf = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 /// Every lattice point within a wide window of indices, one by one.
-vector<library::peak> all_points(const library::lattice& l, int most)
+vector<functions::peak> all_points(const functions::lattice& l, int most)
 {
-    vector<library::peak> indices;
+    vector<functions::peak> indices;
     for (int h = -most; h <= most; ++h)
         for (int k = -most; k <= most; ++k) indices.push_back({double(h), double(k)});
-    return library::placed(indices, l);
+    return functions::placed(indices, l);
 }
 
 TEST(lattice_mask, equals_a_disc_about_every_point)
@@ -39,7 +39,7 @@ TEST(lattice_mask, equals_a_disc_about_every_point)
     struct row
     {
         vector<double> matrix;  // two rows
-        library::disc shape;
+        functions::disc shape;
     };
     const row rows[] = {
         {{7, 0, 0, 7}, {2, 0.5}},           {{6, 3, 0, 5.2}, {1.5, 1}},        {{9, 1, 2.5, -2, 11, 40}, {3, 3}},
@@ -48,11 +48,11 @@ TEST(lattice_mask, equals_a_disc_about_every_point)
     };
     for (const row& r : rows) {
         const auto columns = static_cast<std::ptrdiff_t>(r.matrix.size() / 2);
-        const auto lattice = library::lattice::from<double>({r.matrix.data(), columns, 2}, 33, 25);
+        const auto lattice = functions::lattice::from<double>({r.matrix.data(), columns, 2}, 33, 25);
         EXPECT_EQ(lattice.origin_x, columns == 3 ? r.matrix[2] : 16);
         EXPECT_EQ(lattice.origin_y, columns == 3 ? r.matrix[5] : 12);
-        const auto mask = library::lattice_mask(lattice, r.shape, 33, 25);
-        const auto one_by_one = library::peak_mask(all_points(lattice, 150), r.shape, 33, 25);
+        const auto mask = functions::lattice_mask(lattice, r.shape, 33, 25);
+        const auto one_by_one = functions::peak_mask(all_points(lattice, 150), r.shape, 33, 25);
         ASSERT_EQ(mask.size(), one_by_one.size());
         for (std::size_t i = 0; i < mask.size(); ++i)
             ASSERT_NEAR(mask[i], one_by_one[i], 1e-9) << "pixel " << i % 33 << ", " << i / 33;
@@ -62,15 +62,15 @@ TEST(lattice_mask, equals_a_disc_about_every_point)
 TEST(lattice, reads_the_vectors_from_the_columns_of_the_matrix)
 {
     const float matrix[] = {9, 1, 2.5, -2, 11, 40};
-    const auto l = library::lattice::from<float>({matrix, 3, 2}, 8, 8);
-    const auto place = library::placed({{2, 1}}, l)[0];  // 2 (9, -2) + (1, 11) + (2.5, 40)
+    const auto l = functions::lattice::from<float>({matrix, 3, 2}, 8, 8);
+    const auto place = functions::placed({{2, 1}}, l)[0];  // 2 (9, -2) + (1, 11) + (2.5, 40)
     EXPECT_EQ(place.x, 21.5);
     EXPECT_EQ(place.y, 47);
 }
 
 TEST(disc, falls_along_half_a_cosine_period)
 {
-    const library::disc soft{5, 2}, hard{5, 0};
+    const functions::disc soft{5, 2}, hard{5, 0};
     const double table[][3] = {
         {0, 1, 1}, {3, 1, 1}, {4, 0.5 + std::sqrt(0.125), 1}, {5, 0.5, 1}, {6, 0.5 - std::sqrt(0.125), 0}, {7, 0, 0}};
     for (const auto& [distance, with_rim, without] : table) {
@@ -84,26 +84,29 @@ TEST(bragg_mask, refuses_what_spans_no_lattice)
     const double parallel[][4] = {{1, 3, 1.1, 3.3}, {0, 0, 0, 0}, {2, 0, 1, 0}, {1, 0, 0, 0}};
     for (const auto& m : parallel)
         EXPECT_EQ(message_of([&] {
-                      library::lattice_mask(library::lattice::from<double>({m, 2, 2}, 8, 8), {1, 1}, 8, 8);
+                      functions::lattice_mask(functions::lattice::from<double>({m, 2, 2}, 8, 8), {1, 1}, 8, 8);
                   }),
                   dm::errors::parameters_invalid);
     const float broken[] = {1, 2, static_cast<float>(nan), 4, 5, 6};
-    EXPECT_EQ(message_of([&] { library::lattice::from<float>({broken, 3, 2}, 8, 8); }), dm::errors::parameters_invalid);
+    EXPECT_EQ(message_of([&] {
+                  functions::lattice::from<float>({broken, 3, 2}, 8, 8);
+              }),
+              dm::errors::parameters_invalid);
     for (const auto& [w, h] : {std::pair{2, 3}, {4, 2}, {3, 1}})
         EXPECT_EQ(message_of([&, w = w, h = h] {
-                      library::lattice::from<float>({broken, w, h}, 8, 8);
+                      functions::lattice::from<float>({broken, w, h}, 8, 8);
                   }),
                   dm::errors::invalid_matrix_size);
-    for (const library::disc& d : {library::disc{-1, 0}, {1, nan}, {inf, 0}})
-        EXPECT_EQ(message_of([&] { library::peak_mask({{1, 1}}, d, 8, 8); }), dm::errors::parameters_invalid);
+    for (const functions::disc& d : {functions::disc{-1, 0}, {1, nan}, {inf, 0}})
+        EXPECT_EQ(message_of([&] { functions::peak_mask({{1, 1}}, d, 8, 8); }), dm::errors::parameters_invalid);
 }
 
 TEST(apply_mask, lets_elements_through_whole_and_puts_zero_over_a_nan)
 {
     using c = std::complex<double>;
-    const auto mask = library::peak_mask({{1, 0}, {nan, 0}, {1e300, 5}}, {0.5, 0.5}, 3, 1);
+    const auto mask = functions::peak_mask({{1, 0}, {nan, 0}, {1e300, 5}}, {0.5, 0.5}, 3, 1);
     vector<c> planes{{nan, 1}, {inf, nan}, {2, 2}, {4, 4}, {-0.0, 5}, {1, nan}};
-    library::apply_mask<c>({planes.data(), 3, 1, 2}, mask, {planes.data(), 3, 1, 2});
+    functions::apply_mask<c>({planes.data(), 3, 1, 2}, mask, {planes.data(), 3, 1, 2});
     EXPECT_TRUE(support::same_bytes(planes, vector<c>{{0, 0}, {inf, nan}, {0, 0}, {0, 0}, {-0.0, 5}, {0, 0}}));
 }
 
@@ -112,7 +115,7 @@ TEST(cross_correlation_mask, takes_out_the_defocus_that_a_lens_put_in)
     using c = std::complex<float>;
     std::mt19937 random{9};
     std::normal_distribution<float> normal;
-    const library::radial_grid grid{6, 5, 0.02, 0.03};
+    const functions::radial_grid grid{6, 5, 0.02, 0.03};
     const double defocus = 1234.5;
     const auto frequency = [](std::size_t i) {
         return std::hypot((double(i % 13) - 6) * 0.02, (double(i / 13 % 10) - 5) * 0.03);
@@ -123,12 +126,12 @@ TEST(cross_correlation_mask, takes_out_the_defocus_that_a_lens_put_in)
         const double chi = std::numbers::pi * defocus * std::pow(frequency(i), 2);
         target[i] = c(std::complex<double>(reference[i]) * std::polar(1.0, -chi));
     }
-    using library::correlation_mode;
+    using functions::correlation_mode;
     const image<const c> t{target.data(), 13, 10, 2}, r{reference.data(), 13, 10, 2};
     const image<c> to{result.data(), 13, 10, 2};
     for (const auto mode : {correlation_mode::plain, correlation_mode::phase_only, correlation_mode::mutual})
         for (const double radius : {inf, 0.1}) {
-            const double mean = library::cross_correlation_mask<c>(t, r, {grid, defocus, radius}, mode, to);
+            const double mean = functions::cross_correlation_mask<c>(t, r, {grid, defocus, radius}, mode, to);
             double sum = 0;
             int inside = 0;
             for (std::size_t i = 0; i < result.size(); ++i) {
@@ -147,14 +150,14 @@ TEST(cross_correlation_mask, takes_out_the_defocus_that_a_lens_put_in)
 TEST(cross_correlation_mask, conjugates_the_reference_and_survives_odd_values)
 {
     using c = std::complex<double>;
-    const library::radial_grid grid{0, 0, 1, 1};
-    const auto one = [&](c target, c reference, library::correlation_mode mode, double radius = 1) {
+    const functions::radial_grid grid{0, 0, 1, 1};
+    const auto one = [&](c target, c reference, functions::correlation_mode mode, double radius = 1) {
         c result{7, 7};
         const double mean =
-            library::cross_correlation_mask<c>({&target, 1}, {&reference, 1}, {grid, 0, radius}, mode, {&result, 1});
+            functions::cross_correlation_mask<c>({&target, 1}, {&reference, 1}, {grid, 0, radius}, mode, {&result, 1});
         return std::pair{result, mean};
     };
-    using library::correlation_mode;
+    using functions::correlation_mode;
     EXPECT_EQ(one({2, 0}, {0, 3}, correlation_mode::plain).first, c(0, -6));
     EXPECT_EQ(one({2, 0}, {0, 3}, correlation_mode::plain).second, 6);
     for (const double small : {0.0, 1e-310})
@@ -163,7 +166,7 @@ TEST(cross_correlation_mask, conjugates_the_reference_and_survives_odd_values)
     EXPECT_TRUE(std::isnan(one({nan, 0}, {1, 0}, correlation_mode::mutual).second));
 
     for (const int mode : {-1, 3})
-        EXPECT_EQ(message_of([&] { library::correlation_mode_of(mode); }), dm::errors::invalid_mode);
+        EXPECT_EQ(message_of([&] { functions::correlation_mode_of(mode); }), dm::errors::invalid_mode);
     for (const double radius : {-1.0, nan})
         EXPECT_EQ(message_of([&] {
                       one({1, 1}, {1, 1}, correlation_mode::plain, radius);
@@ -179,19 +182,19 @@ TEST(factors, refuse_a_destination_that_is_the_source_moved_by_a_pixel)
     const vector<float> ones{1};
     const image<const c> source{pixels.data(), 4}, apart{other.data(), 4};
     const image<c> moved{pixels.data() + 1, 4};
-    const library::radial_grid grid{0, 0, 1, 1};
-    const auto mode = library::correlation_mode::plain;
+    const functions::radial_grid grid{0, 0, 1, 1};
+    const auto mode = functions::correlation_mode::plain;
     const std::function<void()> calls[] = {
-        [&] { library::apply_window<c, c, double>(source, library::window::hann, {}, moved); },
+        [&] { functions::apply_window<c, c, double>(source, functions::window::hann, {}, moved); },
         [&] {
-            library::weight<c, float>(source, {ones.data(), 1}, grid, library::weight_mode::nearest, moved);
+            functions::weight<c, float>(source, {ones.data(), 1}, grid, functions::weight_mode::nearest, moved);
         },
-        [&] { library::apply_mask<c>(source, vector<double>(4), moved); },
+        [&] { functions::apply_mask<c>(source, vector<double>(4), moved); },
         [&] {
-            library::cross_correlation_mask<c>(source, apart, {grid, 0, inf}, mode, moved);
+            functions::cross_correlation_mask<c>(source, apart, {grid, 0, inf}, mode, moved);
         },
         [&] {
-            library::cross_correlation_mask<c>(apart, source, {grid, 0, inf}, mode, moved);
+            functions::cross_correlation_mask<c>(apart, source, {grid, 0, inf}, mode, moved);
         },
     };
     for (const auto& call : calls) EXPECT_EQ(message_of(call), dm::errors::out_of_place);

@@ -1,8 +1,8 @@
-#include "library/gaussian.h"
+#include "functions/smoothing/gaussian.h"
 
 #include "image/errors.h"
-#include "support/canvas.h"
-#include "support/same_bytes.h"
+#include "tests/support/canvas.h"
+#include "tests/support/same_bytes.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,7 +11,7 @@
 namespace {
 
 using namespace qorv;
-using namespace qorv::library;
+using namespace qorv::functions;
 using namespace support;
 using extents = dm::image<float>::extents;
 

@@ -9,14 +9,14 @@
 #include <type_traits>
 #include <vector>
 
+#include "functions/reciprocal/weight.h"
+#include "functions/statistics/center_of_mass.h"
+#include "functions/statistics/min_max.h"
+#include "functions/statistics/radial_survey.h"
+#include "functions/statistics/survey_difference.h"
 #include "image/errors.h"
-#include "library/center_of_mass.h"
-#include "library/min_max.h"
-#include "library/radial_survey.h"
-#include "library/survey_difference.h"
-#include "library/weight.h"
-#include "support/canvas.h"
-#include "support/same_bytes.h"
+#include "tests/support/canvas.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ TYPED_TEST(real_statistics, sums_of_two_images_are_right_to_the_last_bits)
                 for (int k = 0; k < 7; ++k) wanted[k] += terms[k], magnitude[k] += std::abs(terms[k]);
             }
             const auto [sum1, square_sum1, sum2, square_sum2, difference, squares, absolutes] =
-                library::survey_difference<TypeParam>(first.view(), second.view());
+                functions::survey_difference<TypeParam>(first.view(), second.view());
             const double got[7] = {sum1, square_sum1, sum2, square_sum2, difference, squares, absolutes};
             for (int k = 0; k < 7; ++k)
                 EXPECT_LE(std::abs(got[k] - wanted[k]), 1e-13L * magnitude[k]) << "sum " << k << " of " << a.size();
@@ -77,14 +77,14 @@ TYPED_TEST(real_statistics, extremes_are_the_first_of_their_value)
                 const auto pixels = few_values(source, seed);
                 const auto least = std::min_element(pixels.begin(), pixels.end());
                 const auto most = std::max_element(pixels.begin(), pixels.end());
-                const auto is = [&](const library::extremum& e, auto wanted) {
+                const auto is = [&](const functions::extremum& e, auto wanted) {
                     return e.x + size[0] * (e.y + size[1] * e.z) == wanted - pixels.begin() &&
                            e.value == static_cast<double>(*wanted);
                 };
-                const auto [smallest, greatest] = library::min_max<TypeParam>(source.view());
+                const auto [smallest, greatest] = functions::min_max<TypeParam>(source.view());
                 EXPECT_TRUE(is(smallest, least) && is(greatest, most));
-                EXPECT_TRUE(is(library::min_of<TypeParam>(source.view()), least));
-                EXPECT_TRUE(is(library::max_of<TypeParam>(source.view()), most));
+                EXPECT_TRUE(is(functions::min_of<TypeParam>(source.view()), least));
+                EXPECT_TRUE(is(functions::max_of<TypeParam>(source.view()), most));
             }
 }
 
@@ -105,7 +105,7 @@ TEST(min_max, nan_is_passed_over)
         for (int before : {0, 16}) {
             std::vector<double> pixels(static_cast<std::size_t>(before), nan);
             pixels.insert(pixels.end(), r.pixels.begin(), r.pixels.end());
-            const auto got = library::min_max<double>({pixels.data(), static_cast<std::ptrdiff_t>(pixels.size())});
+            const auto got = functions::min_max<double>({pixels.data(), static_cast<std::ptrdiff_t>(pixels.size())});
             const int shift = std::isnan(r.min) ? 0 : before;
             EXPECT_TRUE(got.smallest.value == r.min || (std::isnan(r.min) && std::isnan(got.smallest.value)));
             EXPECT_TRUE(got.greatest.value == r.max || (std::isnan(r.max) && std::isnan(got.greatest.value)));
@@ -119,23 +119,23 @@ TEST(survey_difference, a_nan_spreads_into_the_sums_it_enters_and_other_sizes_ar
 {
     const canvas<float> a{{91, 11, 1}}, b{{91, 11, 1}}, turned{{11, 91, 1}};
     a.view()(50, 5) = static_cast<float>(nan);
-    const auto got = library::survey_difference<float>(a.view(), b.view());
+    const auto got = functions::survey_difference<float>(a.view(), b.view());
     EXPECT_TRUE(std::isnan(got.sum1) && std::isnan(got.difference_absolute_sum));
     EXPECT_TRUE(std::isfinite(got.sum2));
-    EXPECT_EQ(message_of([&] { library::survey_difference<float>(a.view(), turned.view()); }),
+    EXPECT_EQ(message_of([&] { functions::survey_difference<float>(a.view(), turned.view()); }),
               dm::errors::different_size);
 }
 
 TEST(radial_survey, is_the_mean_of_each_rounded_radius_in_each_plane)
 {
-    const library::radial_grid grids[] = {{8, 8, 1, 1}, {0, 0, 1, 1}, {20, -3, 1, 1}, {5, 9, 2, 0.5}, {8, 4, 1, 0}};
+    const functions::radial_grid grids[] = {{8, 8, 1, 1}, {0, 0, 1, 1}, {20, -3, 1, 1}, {5, 9, 2, 0.5}, {8, 4, 1, 0}};
     for (const auto& g : grids)
         for (std::ptrdiff_t depth : {1, 3}) {
             const canvas<std::int16_t> source{{17, 13, depth}};
             few_values(source, 4);
-            const std::ptrdiff_t length = library::radial_length(g, 17, 13);
+            const std::ptrdiff_t length = functions::radial_length(g, 17, 13);
             support::framed<float> profile{static_cast<std::size_t>(length * depth)};
-            library::radial_survey<std::int16_t, float>(source.view(), g, {profile.inside(), length, depth});
+            functions::radial_survey<std::int16_t, float>(source.view(), g, {profile.inside(), length, depth});
             EXPECT_TRUE(profile.frame_untouched());
             std::vector<double> sums(profile.size()), counts(profile.size());
             support::for_each_place({17, 13, depth}, [&](auto x, auto y, auto z) {
@@ -155,7 +155,7 @@ TEST(radial_survey, refuses_scales_without_a_profile)
 {
     for (const double scale : {inf, nan, 1e9})
         EXPECT_EQ(message_of([&] {
-                      library::radial_length({0, 0, scale, 1}, 100, 100);
+                      functions::radial_length({0, 0, scale, 1}, 100, 100);
                   }),
                   dm::errors::parameters_invalid);
 }
@@ -186,9 +186,9 @@ TEST(center_of_mass, walks_onto_a_symmetric_blob)
     };
     for (const row& r : rows) {
         const auto pixels = symmetric_blob(41, 31, r.cx, r.cy, r.level);
-        library::position center{r.start_x, r.start_y};
+        functions::position center{r.start_x, r.start_y};
         const auto cycles =
-            library::center_of_mass<float>({pixels.data(), 41, 31}, center, {r.radius, 50, r.threshold});
+            functions::center_of_mass<float>({pixels.data(), 41, 31}, center, {r.radius, 50, r.threshold});
         EXPECT_TRUE(r.cycles >= 0 ? cycles == r.cycles : cycles > 0 && cycles < 50) << cycles << " until it rests";
         EXPECT_NEAR(center.x, r.cx, 1e-12);
         EXPECT_NEAR(center.y, r.cy, 1e-12);
@@ -200,8 +200,8 @@ TYPED_TEST(real_statistics, center_of_mass_weighs_within_the_disc_only)
     // Masses 1 and 3 at x = 2 and 6; heavy ones outside the disc, one of them inside its square.
     std::vector<TypeParam> pixels(12 * 4, TypeParam{5});
     pixels[2] = TypeParam{6}, pixels[6] = TypeParam{8}, pixels[11] = TypeParam{100}, pixels[43] = TypeParam{100};
-    library::position center{4, 0};
-    EXPECT_EQ(library::center_of_mass<TypeParam>({pixels.data(), 12, 4}, center, {4, 1, 5}), 1);
+    functions::position center{4, 0};
+    EXPECT_EQ(functions::center_of_mass<TypeParam>({pixels.data(), 12, 4}, center, {4, 1, 5}), 1);
     EXPECT_EQ(center.x, 5.0);
     EXPECT_EQ(center.y, 0.0);
 }
@@ -210,26 +210,26 @@ TEST(center_of_mass, leaves_the_start_alone_where_there_is_nothing)
 {
     std::vector<float> pixels(100, 2.0f);
     pixels[33] = static_cast<float>(nan);
-    const library::mass_search searches[] = {{3, 5, 2}, {inf, 5, 3}, {0.2, 5, 0}};
+    const functions::mass_search searches[] = {{3, 5, 2}, {inf, 5, 3}, {0.2, 5, 0}};
     for (const auto& how : searches) {
-        library::position center{4.5, 4.5};
-        EXPECT_EQ(library::center_of_mass<float>({pixels.data(), 10, 10}, center, how), 0);
+        functions::position center{4.5, 4.5};
+        EXPECT_EQ(functions::center_of_mass<float>({pixels.data(), 10, 10}, center, how), 0);
         EXPECT_EQ(center.x, 4.5);
     }
-    library::position outside{-1e30, 1e30};
-    EXPECT_EQ(library::center_of_mass<float>({pixels.data(), 10, 10}, outside, {5, 5, 0}), 0);
-    const library::mass_search refused[] = {{0, 1, 0}, {nan, 1, 0}, {1, 0, 0}, {1, 1, nan}};
+    functions::position outside{-1e30, 1e30};
+    EXPECT_EQ(functions::center_of_mass<float>({pixels.data(), 10, 10}, outside, {5, 5, 0}), 0);
+    const functions::mass_search refused[] = {{0, 1, 0}, {nan, 1, 0}, {1, 0, 0}, {1, 1, nan}};
     for (const auto& how : refused)
         EXPECT_EQ(message_of([&] {
-                      library::center_of_mass<float>({pixels.data(), 10, 10}, outside, how);
+                      functions::center_of_mass<float>({pixels.data(), 10, 10}, outside, how);
                   }),
                   dm::errors::parameters_invalid);
 }
 
 TEST(weight, reads_the_curve_at_the_radius)
 {
-    using library::weight_mode;
-    const library::radial_grid grid{1, 0, 0.5, 2};
+    using functions::weight_mode;
+    const functions::radial_grid grid{1, 0, 0.5, 2};
     const std::vector<double> curve{2, 4, 0, 8};  // radii 0, 1, 2, 3
     const std::vector<double> ones(5 * 2, 1.0);
     // x = 0..4 on the first row: radii 0.5, 0, 0.5, 1, 1.5; on the second: sqrt(4 + ...) >= 2.
@@ -244,41 +244,41 @@ TEST(weight, reads_the_curve_at_the_radius)
                         {weight_mode::inverse_linear, {1.0 / 3, 0.5, 1.0 / 3, 0.25, 0.5}}};
     for (const row& r : rows) {
         std::vector<double> result(10);
-        library::weight<double, double>({ones.data(), 5, 2}, {curve.data(), 4}, grid, r.mode, {result.data(), 5, 2});
+        functions::weight<double, double>({ones.data(), 5, 2}, {curve.data(), 4}, grid, r.mode, {result.data(), 5, 2});
         for (std::size_t x = 0; x < 5; ++x) EXPECT_DOUBLE_EQ(result[x], r.first_row[x]) << "mode " << int(r.mode);
     }
     // Beyond the curve its last element holds.
     std::vector<double> far(1);
-    library::weight<double, double>({ones.data(), 1}, {curve.data(), 4}, {0, 100, 1, 1}, weight_mode::linear,
-                                    {far.data(), 1});
+    functions::weight<double, double>({ones.data(), 1}, {curve.data(), 4}, {0, 100, 1, 1}, weight_mode::linear,
+                                      {far.data(), 1});
     EXPECT_EQ(far[0], 8);
     for (const int mode : {-1, 4})
-        EXPECT_EQ(message_of([&] { library::weight_mode_of(mode); }), dm::errors::invalid_mode);
+        EXPECT_EQ(message_of([&] { functions::weight_mode_of(mode); }), dm::errors::invalid_mode);
 }
 
 TEST(weight, by_the_inverse_of_its_own_rotational_average_leaves_one)
 {
-    const library::radial_grid grid{10, 12, 1, 1.5};
+    const functions::radial_grid grid{10, 12, 1, 1.5};
     std::vector<float> pixels(23 * 19 * 2);
     std::mt19937 random{11};
     for (float& v : pixels) v = 1.0f + static_cast<float>(random() % 1000);
-    const std::ptrdiff_t length = library::radial_length(grid, 23, 19);
+    const std::ptrdiff_t length = functions::radial_length(grid, 23, 19);
     std::vector<double> profile(static_cast<std::size_t>(2 * length)), flat(profile.size());
-    library::radial_survey<float, double>({pixels.data(), 23, 19, 2}, grid, {profile.data(), length, 2});
+    functions::radial_survey<float, double>({pixels.data(), 23, 19, 2}, grid, {profile.data(), length, 2});
     const image<float> in_place{pixels.data(), 23, 19, 2};
-    library::weight<float, double>(in_place, {profile.data(), length, 2}, grid, library::weight_mode::inverse_nearest,
-                                   in_place);
-    library::radial_survey<float, double>(in_place, grid, {flat.data(), length, 2});
+    functions::weight<float, double>(in_place, {profile.data(), length, 2}, grid,
+                                     functions::weight_mode::inverse_nearest, in_place);
+    functions::radial_survey<float, double>(in_place, grid, {flat.data(), length, 2});
     for (std::size_t i = 0; i < flat.size(); ++i) EXPECT_NEAR(flat[i], profile[i] == 0 ? 0 : 1, 1e-6);
 
     std::vector<std::complex<float>> wave(4, {3.0f, -4.0f});
     const std::vector<float> half{0.5f};
-    library::weight<std::complex<float>, float>({wave.data(), 2, 2}, {half.data(), 1}, grid,
-                                                library::weight_mode::linear, {wave.data(), 2, 2});
+    functions::weight<std::complex<float>, float>({wave.data(), 2, 2}, {half.data(), 1}, grid,
+                                                  functions::weight_mode::linear, {wave.data(), 2, 2});
     EXPECT_TRUE(support::same_bytes(wave, std::vector<std::complex<float>>(4, {1.5f, -2.0f})));
     EXPECT_EQ(message_of([&] {
-                  library::weight<float, double>(in_place, {profile.data(), length, 3}, grid,
-                                                 library::weight_mode::nearest, in_place);
+                  functions::weight<float, double>(in_place, {profile.data(), length, 3}, grid,
+                                                   functions::weight_mode::nearest, in_place);
               }),
               dm::errors::invalid_image_size);
 }

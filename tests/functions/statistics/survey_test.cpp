@@ -1,6 +1,6 @@
-#include "library/survey.h"
+#include "functions/statistics/survey.h"
 
-#include "support/canvas.h"
+#include "tests/support/canvas.h"
 
 #include <gtest/gtest.h>
 #include <algorithm>
@@ -9,7 +9,7 @@
 namespace {
 
 using namespace qorv;
-using namespace qorv::library;
+using namespace qorv::functions;
 using support::canvas;
 
 template <class T>

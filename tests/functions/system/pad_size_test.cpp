@@ -1,4 +1,4 @@
-#include "library/pad_size.h"
+#include "functions/system/pad_size.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 
 namespace {
 
-using qorv::library::pad_size;
+using qorv::functions::pad_size;
 
 /// How often `factor` divides `size`.
 int multiplicity(std::uint64_t factor, std::uint64_t size)

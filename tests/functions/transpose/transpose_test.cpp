@@ -1,13 +1,13 @@
-#include "library/transpose.h"
+#include "functions/transpose/transpose.h"
 
 #include "image/errors.h"
-#include "support/canvas.h"
-#include "support/same_bytes.h"
+#include "tests/support/canvas.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 
 using namespace qorv;
-using namespace qorv::library;
+using namespace qorv::functions;
 using support::canvas;
 using extents = dm::image<float>::extents;
 

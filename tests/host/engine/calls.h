@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/engine.h"
-#include "support/same_bytes.h"
+#include "host/engine/engine.h"
+#include "tests/support/same_bytes.h"
 
 /// Calls of script functions in the tests of the stand-alone host.
 namespace support {

@@ -1,8 +1,8 @@
 // The engine and a library written against the contract in plain C, loaded from its file.
 
-#include "host/calls.h"
-#include "host/engine_inside.h"
-#include "host/library.h"
+#include "host/engine/library.h"
+#include "host/engine/engine_inside.h"
+#include "tests/host/engine/calls.h"
 
 #include <gmock/gmock.h>
 #include <thread>

@@ -1,5 +1,5 @@
-#include "host/engine.h"
-#include "support/same_bytes.h"
+#include "host/engine/engine.h"
+#include "tests/support/same_bytes.h"
 
 namespace {
 

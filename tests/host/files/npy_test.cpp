@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "files/scratch.h"
 #include "host/files/file_error.h"
 #include "host/files/npy_header.h"
 #include "host/files/pending_file.h"
+#include "tests/support/scratch.h"
 
 using namespace zentrix::host;
 using support::scratch_folder;

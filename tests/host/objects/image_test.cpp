@@ -1,6 +1,6 @@
-#include "host/image.h"
+#include "host/objects/image.h"
 
-#include "host/calls.h"
+#include "tests/host/engine/calls.h"
 
 #include <numeric>
 

@@ -1,4 +1,4 @@
-#include "host/calls.h"
+#include "tests/host/engine/calls.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "host/files/picture.h"
+#include "host/files/png.h"
 
 #include <gtest/gtest.h>
 
@@ -17,8 +17,8 @@
 #include <stb/stb_image.h>
 #pragma GCC diagnostic pop
 
-#include "files/scratch.h"
 #include "host/files/file_error.h"
+#include "tests/support/scratch.h"
 
 using namespace zentrix::host;
 using support::scratch_folder;

@@ -4,8 +4,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "program/pictures.h"
-#include "program/run.h"
+#include "tests/host/program/pictures.h"
+#include "tests/host/program/run.h"
 
 using support::joined;
 using support::pixels_of;

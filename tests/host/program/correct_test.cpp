@@ -4,9 +4,9 @@
 #include <numbers>
 #include <random>
 
-#include "companion/electron.h"
-#include "program/pictures.h"
-#include "program/run.h"
+#include "lens/electron.h"
+#include "tests/host/program/pictures.h"
+#include "tests/host/program/run.h"
 
 using support::joined;
 using support::pixels_of;
@@ -65,7 +65,7 @@ TEST(correct, envelope_widths_are_rms_in_the_stated_units)
 {
     constexpr int size = 64, cycles = 9;
     constexpr double pixel = 0.05, g = cycles / (size * pixel);
-    const double wavelength = zentrix::companion::electron_wavelength(300), angle = wavelength * g;
+    const double wavelength = zentrix::lens::electron_wavelength(300), angle = wavelength * g;
     const double gradient = 2 * pi / wavelength * -60 * angle;  // of the defocus term, per radian
     struct row
     {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "files/scratch.h"
-#include "host/system_path.h"
+#include "host/text/system_path.h"
+#include "tests/support/scratch.h"
 
 namespace support {
 

@@ -1,8 +1,8 @@
-#include "optics/goldstein.h"
+#include "optics/unwrap/goldstein.h"
 
 #include "image/errors.h"
-#include "support/goldstein_literal.h"
-#include "support/same_bytes.h"
+#include "tests/support/goldstein_literal.h"
+#include "tests/support/same_bytes.h"
 
 #include <functional>
 #include <limits>

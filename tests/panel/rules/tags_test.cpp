@@ -2,7 +2,7 @@
 #include "panel/rules/number_text.h"
 #include "panel/rules/panel_layout.h"
 #include "panel/rules/tag_record.h"
-#include "support/recording_link.h"
+#include "tests/support/recording_link.h"
 
 #include <gtest/gtest.h>
 

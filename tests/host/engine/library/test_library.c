@@ -1,6 +1,6 @@
 /* A small library against the contract, in plain C: the host's tests load it. Well-behaved functions first, then one
  * that breaks the rules on demand. Each entry point tells its name through the error manager. */
-#include "sdk/host_link.h"
+#include "contract/host_link.h"
 
 #include <stddef.h>
 #include <string.h>

@@ -1,6 +1,6 @@
-#include "host/conversion.h"
-#include "host/engine.h"
-#include "support/same_bytes.h"
+#include "host/objects/conversion.h"
+#include "host/engine/engine.h"
+#include "tests/support/same_bytes.h"
 
 #include <cmath>
 #include <limits>

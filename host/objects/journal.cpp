@@ -1,4 +1,4 @@
-#include "host/journal.h"
+#include "host/objects/journal.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/prototype.h"
-#include "host/value.h"
+#include "host/objects/prototype.h"
+#include "host/objects/value.h"
 
 #include <optional>
 

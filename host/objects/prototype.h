@@ -1,6 +1,6 @@
 #pragma once
 
-#include "sdk/prototype.h"
+#include "contract/prototype.h"
 
 #include <string_view>
 

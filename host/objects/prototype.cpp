@@ -1,6 +1,6 @@
-#include "host/prototype.h"
+#include "host/objects/prototype.h"
 
-#include "host/value.h"
+#include "host/objects/value.h"
 
 #include <stdexcept>
 

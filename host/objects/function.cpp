@@ -1,6 +1,6 @@
-#include "host/function.h"
+#include "host/objects/function.h"
 
-#include "host/conversion.h"
+#include "host/objects/conversion.h"
 
 namespace zentrix::host {
 

@@ -1,6 +1,6 @@
-#include "host/conversion.h"
+#include "host/objects/conversion.h"
 
-#include "host/image.h"
+#include "host/objects/image.h"
 
 #include <boost/numeric/conversion/cast.hpp>
 #include <cmath>
