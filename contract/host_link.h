@@ -11,8 +11,8 @@
  * Ownership: objects are counted. "Lent" means that the caller keeps its reference and the callee adds one if it wants
  * to keep the object; "counted for the caller" means that the caller has to release it.
  */
-#ifndef ZENTRIX_SDK_HOST_LINK_H
-#define ZENTRIX_SDK_HOST_LINK_H
+#ifndef ZENTRIX_CONTRACT_HOST_LINK_H
+#define ZENTRIX_CONTRACT_HOST_LINK_H
 
 #include <stdint.h>
 
@@ -125,6 +125,23 @@ typedef struct host_data_slice
     int32_t extent[3];
 } host_data_slice;
 
+/* The codes of an image's element type, as the host's image functions take and return them. Other codes
+ * (colours, packed spectra) and binary images are carried as they are and never computed with. */
+typedef enum host_element
+{
+    HOST_ELEMENT_INT16 = 1,
+    HOST_ELEMENT_FLOAT32 = 2,
+    HOST_ELEMENT_COMPLEX64 = 3, /* two floats */
+    HOST_ELEMENT_UINT8 = 6,
+    HOST_ELEMENT_INT32 = 7,
+    HOST_ELEMENT_INT8 = 9,
+    HOST_ELEMENT_UINT16 = 10,
+    HOST_ELEMENT_UINT32 = 11,
+    HOST_ELEMENT_FLOAT64 = 12,
+    HOST_ELEMENT_COMPLEX128 = 13, /* two doubles */
+    HOST_ELEMENT_BINARY = 14      /* one byte, 0 or 1 */
+} host_element;
+
 /* Access modes of ImageGetLockedData. */
 #define HOST_LOCK_READ 1u
 #define HOST_LOCK_WRITE 2u
@@ -135,12 +152,12 @@ typedef struct host_link host_link;
 
 typedef struct host_table
 {
-    /* Bytes of this table: a later host may offer more entries behind these. */
-    uint64_t size;
-
-    /* Count the references to the link itself. Any thread. */
+    /* Count the references to the link itself. Any thread. They are the first two operations whatever follows. */
     void(HOST_CALL* add_reference)(host_link* link);
     void(HOST_CALL* release)(host_link* link);
+
+    /* Bytes of this table: a later host may append entries. */
+    uint64_t size;
 
     /* Count the references to an object; null is allowed and ignored. */
     void(HOST_CALL* object_add_reference)(host_link* link, host_object* object);

@@ -245,9 +245,9 @@ void HOST_CALL withdraw_floating_window(host_link* link, const char* title)
 
 const host_table& the_table() noexcept
 {
-    static const host_table table = {sizeof(host_table),
-                                     link_add_reference,
+    static const host_table table = {link_add_reference,
                                      link_release,
+                                     sizeof(host_table),
                                      object_add_reference,
                                      object_release,
                                      string_new,

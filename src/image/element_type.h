@@ -3,6 +3,8 @@
 #include <complex>
 #include <cstdint>
 
+#include "contract/host_link.h"
+
 /// The program's numbering of pixel types and the host's codes for them.
 namespace qorv::dm {
 
@@ -25,17 +27,17 @@ enum class element_type : std::int32_t
 enum class data_type : std::uint32_t
 {
     none = 0xFFFFFFFFu,
-    int16 = 1,
-    float32 = 2,
-    complex64 = 3,
-    uint8 = 6,
-    int32 = 7,
-    int8 = 9,
-    uint16 = 10,
-    uint32 = 11,
-    float64 = 12,
-    complex128 = 13,
-    binary = 14,
+    int16 = HOST_ELEMENT_INT16,
+    float32 = HOST_ELEMENT_FLOAT32,
+    complex64 = HOST_ELEMENT_COMPLEX64,
+    uint8 = HOST_ELEMENT_UINT8,
+    int32 = HOST_ELEMENT_INT32,
+    int8 = HOST_ELEMENT_INT8,
+    uint16 = HOST_ELEMENT_UINT16,
+    uint32 = HOST_ELEMENT_UINT32,
+    float64 = HOST_ELEMENT_FLOAT64,
+    complex128 = HOST_ELEMENT_COMPLEX128,
+    binary = HOST_ELEMENT_BINARY,
 };
 
 /// The host's code of element type `index`, -1 (none: 0xFFFFFFFF) to 9.
