@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs what is missing, checks the sources' form, builds all presets and runs every test: natively, with sanitizers,
-# and the Windows build under Wine.
+# Installs missing packages, checks the sources, builds all presets and runs every test: natively, with sanitizers, and
+# the Windows build under Wine.
 set -eu
 cd "$(dirname "$0")"
 tools/install-packages
@@ -13,7 +13,7 @@ for preset in release checked windows; do
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset" || { failed+=("$preset: build"); continue; }
     if [ "$preset" = windows ]; then
-        # Real windows wait for each other most of the time: clang-tidy has the processors meanwhile, but yields to them.
+        # Tests of real windows wait most of the time. clang-tidy runs meanwhile, at the lowest priority.
         nice -n 19 tools/check-tidy >build/tidy.log 2>&1 &
         tidy=$!
     fi

@@ -1,5 +1,5 @@
-# Header-only libraries of the build machine, for both targets. A cross compiler must not see the whole of /usr/include
-# (it would find the machine's own C library there), so it gets a folder that holds links to just these.
+# Header-only libraries of the build machine, for both targets. A cross compiler must not search all of /usr/include,
+# which holds the build machine's C library. It searches a folder with links to these libraries only.
 add_library(zentrix_headers INTERFACE)
 if(CMAKE_CROSSCOMPILING)
     set(header_links ${PROJECT_BINARY_DIR}/headers)

@@ -1,5 +1,5 @@
-# cmake --install build/release --prefix WHERE: program and library side by side as the program looks for them, the Python
-# module where Debian's interpreter looks below its own prefixes, what a C++ module needs to call the warps.
+# cmake --install build/release --prefix WHERE: the program, the library, the Python module in the folder that Debian's
+# interpreter searches below its own prefixes, and the headers with which a C++ module calls the warps.
 install(TARGETS zentrix_program RUNTIME DESTINATION bin)
 install(TARGETS Zentrix64 RUNTIME DESTINATION bin LIBRARY DESTINATION lib ARCHIVE DESTINATION lib)
 install(FILES src/warp/warp.h DESTINATION include/zentrix64/warp)

@@ -1,4 +1,4 @@
-# What every target of the project is compiled with.
+# The options of every target.
 add_library(zentrix_options INTERFACE)
 target_include_directories(zentrix_options INTERFACE ${PROJECT_SOURCE_DIR})
 target_link_libraries(zentrix_options INTERFACE zentrix_headers)
@@ -6,16 +6,17 @@ target_compile_options(zentrix_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror
     -ffp-contract=off)  # a fused multiply-add would round once where the rules round twice
 if(WIN32)
-    target_compile_definitions(zentrix_options INTERFACE UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
+    target_compile_definitions(zentrix_options INTERFACE
+        UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601)
 endif()
 if(ZENTRIX_SANITIZE)
     target_compile_options(zentrix_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-        -Wno-maybe-uninitialized)  # the instrumented std::variant of GCC 12 is suspected without cause
+        -Wno-maybe-uninitialized)  # false positives in GCC 12's instrumented std::variant
     target_link_options(zentrix_options INTERFACE -fsanitize=address,undefined)
 endif()
 
-# Kernels: loops over pixels. Neither flag changes a result; both let compares and clamps be vectorised.
+# Kernels: loops over pixels. Neither flag changes a result; both allow comparisons and clamps to be vectorised.
 add_library(zentrix_kernel_options INTERFACE)
 target_link_libraries(zentrix_kernel_options INTERFACE zentrix_options)
 target_compile_options(zentrix_kernel_options INTERFACE -fno-math-errno -fno-trapping-math
