@@ -6,6 +6,7 @@
 #include "binding/host_functions.h"
 #include "entry/lock.h"
 #include "image/errors.h"
+#include "image/visit.h"
 
 /// The steps that most script functions share, so that their order and wording cannot drift.
 namespace qorv::dm {
@@ -20,6 +21,17 @@ inline binding::image_ref or_clone_of(binding::image_ref destination, const bind
 inline void require_image(const binding::image_ref& image)
 {
     require(static_cast<bool>(image), errors::parameters_invalid);
+}
+
+/// The host's code of an image's element type.
+/// Throws  errors::parameters_invalid for a null reference, `text` for a type that is not in the list
+template <class List>
+std::uint32_t required_type(List list, const binding::image_ref& image, const char* text)
+{
+    require_image(image);
+    const std::uint32_t code = binding::ImageGetDataType(image);
+    require(has_type(list, code), text);
+    return code;
 }
 
 /// Fails with errors::different_size unless width and height agree.

@@ -6,6 +6,7 @@
 #include "entry/timing_scope.h"
 #include "functions/reciprocal/bragg_mask.h"
 #include "functions/reciprocal/cross_correlation_mask.h"
+#include "functions/reciprocal/weight.h"
 #include "image/visit.h"
 
 namespace qorv::functions {
@@ -15,10 +16,7 @@ using both_complex = dm::element_list<std::complex<float>, std::complex<double>>
 
 std::uint32_t required_complex(const image_ref& image)
 {
-    dm::require_image(image);
-    const std::uint32_t type = binding::ImageGetDataType(image);
-    dm::require(has_type(both_complex{}, type), dm::errors::all_complex);
-    return type;
+    return dm::required_type(both_complex{}, image, dm::errors::all_complex);
 }
 
 /// Every element as a place: real part x, imaginary part y.
@@ -48,6 +46,29 @@ lattice lattice_in(const image_ref& matrix, std::ptrdiff_t width, std::ptrdiff_t
 }
 
 }  // namespace
+
+image_ref WeightDM(image_ref imgSrc, image_ref imgW, std::int32_t nCX, std::int32_t nCY, float fScaleX, float fScaleY,
+                   std::int32_t eMode, image_ref imgDst)
+{
+    const dm::timing_scope timing{"WeightDM"};
+    const std::uint32_t type = dm::required_type(dm::real_or_complex{}, imgSrc, dm::errors::all_real_or_complex);
+    const std::uint32_t curve_type =
+        dm::required_type(dm::float_or_double{}, imgW, dm::errors::should_be_real4_or_real8);
+    imgDst = dm::or_clone_of(std::move(imgDst), imgSrc);
+    dm::require(binding::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
+    const weight_mode mode = weight_mode_of(eMode);
+    dm::read_lock from{imgSrc}, curve{imgW};
+    dm::write_lock to{imgDst};
+    const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
+    visit(dm::real_or_complex{}, type, [&]<class T>() {
+        visit(dm::float_or_double{}, curve_type,
+              [&]<class Curve>() { weight<T, Curve>(from.view<T>(), curve.view<Curve>(), grid, mode, to.view<T>()); });
+    });
+    to.release();
+    curve.release();
+    from.release();
+    return imgDst;
+}
 
 image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float fRad, float fH, image_ref cimDst)
 {

@@ -4,7 +4,6 @@
 
 #include "entry/steps.h"
 #include "entry/timing_scope.h"
-#include "functions/reciprocal/weight.h"
 #include "functions/statistics/center_of_mass.h"
 #include "functions/statistics/min_max.h"
 #include "functions/statistics/radial_survey.h"
@@ -14,22 +13,11 @@
 namespace qorv::functions {
 namespace {
 
-/// The host's code of an image's element type.
-/// Throws  errors::parameters_invalid for a null image, `text` for a type that is not in the list
-template <class List>
-std::uint32_t required_type(List list, const image_ref& image, const char* text)
-{
-    dm::require_image(image);
-    const std::uint32_t code = binding::ImageGetDataType(image);
-    dm::require(has_type(list, code), text);
-    return code;
-}
-
 /// What `find(view)` finds in an image of any real type.
 template <class Find>
 auto found_in(const image_ref& source, Find find)
 {
-    const std::uint32_t type = required_type(dm::eight_reals{}, source, dm::errors::should_be_real);
+    const std::uint32_t type = dm::required_type(dm::eight_reals{}, source, dm::errors::should_be_real);
     dm::read_lock from{source};
     decltype(find(dm::image<const float>{})) found{};
     visit(dm::eight_reals{}, type, [&]<class T>() { found = find(from.view<T>()); });
@@ -66,8 +54,8 @@ void SurveyDifferenceDM(image_ref imgSrc1, image_ref imgSrc2, output<double> fSu
                         output<double> fSumSqDiff, output<double> fSumAbsDiff)
 {
     const dm::timing_scope timing{"SurveyDifferenceDM"};
-    const std::uint32_t type = required_type(dm::eight_reals{}, imgSrc1, dm::errors::all_real);
-    const std::uint32_t other_type = required_type(dm::eight_reals{}, imgSrc2, dm::errors::all_real);
+    const std::uint32_t type = dm::required_type(dm::eight_reals{}, imgSrc1, dm::errors::all_real);
+    const std::uint32_t other_type = dm::required_type(dm::eight_reals{}, imgSrc2, dm::errors::all_real);
     dm::require(type == other_type, dm::errors::invalid_image_type);
     dm::read_lock first{imgSrc1}, second{imgSrc2};
     difference_survey sums;
@@ -127,7 +115,7 @@ double MaxDM(image_ref imgSrc, output<std::int32_t> nX, output<std::int32_t> nY,
 image_ref RadialSurveyDM(image_ref imgSrc, std::int32_t nCX, std::int32_t nCY, double fScaleX, double fScaleY)
 {
     const dm::timing_scope timing{"RadialSurveyDM"};
-    const std::uint32_t type = required_type(dm::eight_reals{}, imgSrc, dm::errors::should_be_real);
+    const std::uint32_t type = dm::required_type(dm::eight_reals{}, imgSrc, dm::errors::should_be_real);
     dm::read_lock from{imgSrc};
     const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
     const auto length = static_cast<std::uint32_t>(radial_length(grid, from.width(), from.height()));
@@ -145,28 +133,6 @@ image_ref RadialSurveyDM(image_ref imgSrc, std::int32_t nCX, std::int32_t nCY, d
     to.release();
     from.release();
     return profile;
-}
-
-image_ref WeightDM(image_ref imgSrc, image_ref imgW, std::int32_t nCX, std::int32_t nCY, float fScaleX, float fScaleY,
-                   std::int32_t eMode, image_ref imgDst)
-{
-    const dm::timing_scope timing{"WeightDM"};
-    const std::uint32_t type = required_type(dm::real_or_complex{}, imgSrc, dm::errors::all_real_or_complex);
-    const std::uint32_t curve_type = required_type(dm::float_or_double{}, imgW, dm::errors::should_be_real4_or_real8);
-    imgDst = dm::or_clone_of(std::move(imgDst), imgSrc);
-    dm::require(binding::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
-    const weight_mode mode = weight_mode_of(eMode);
-    dm::read_lock from{imgSrc}, curve{imgW};
-    dm::write_lock to{imgDst};
-    const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
-    visit(dm::real_or_complex{}, type, [&]<class T>() {
-        visit(dm::float_or_double{}, curve_type,
-              [&]<class Curve>() { weight<T, Curve>(from.view<T>(), curve.view<Curve>(), grid, mode, to.view<T>()); });
-    });
-    to.release();
-    curve.release();
-    from.release();
-    return imgDst;
 }
 
 std::int32_t GetCenterOfMassDM(image_ref imgSrc, output<double> fX, output<double> fY, double fRad,

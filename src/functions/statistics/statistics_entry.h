@@ -25,8 +25,6 @@ void MinMaxDM(image_ref imgSrc, output<std::int32_t> nMinX, output<std::int32_t>
 double MinDM(image_ref imgSrc, output<std::int32_t> nX, output<std::int32_t> nY, output<std::int32_t> nZ);
 double MaxDM(image_ref imgSrc, output<std::int32_t> nX, output<std::int32_t> nY, output<std::int32_t> nZ);
 image_ref RadialSurveyDM(image_ref imgSrc, std::int32_t nCX, std::int32_t nCY, double fScaleX, double fScaleY);
-image_ref WeightDM(image_ref imgSrc, image_ref imgW, std::int32_t nCX, std::int32_t nCY, float fScaleX, float fScaleY,
-                   std::int32_t eMode, image_ref imgDst);
 std::int32_t GetCenterOfMassDM(image_ref imgSrc, output<double> fX, output<double> fY, double fRad,
                                std::int32_t nCycles, double fThreshold);
 
