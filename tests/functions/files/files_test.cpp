@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <array>
@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "functions/files/file_selection.h"
 #include "functions/files/numbered_name.h"
 #include "functions/files/raw_file.h"
 #include "image/errors.h"
@@ -81,6 +82,22 @@ TEST(RawFile, CountsBytesAndRefusesInvalidSizes)
     for (const auto& s : {std::array{0, 1, 1}, {1, -1, 1}, {1, 1, 0}, {INT32_MAX, INT32_MAX, 3}})
         EXPECT_EQ(message_of([&] { functions::raw_bytes(element_type::float32, s[0], s[1], s[2]); }),
                   dm::errors::invalid_image_size);
+}
+
+TEST(FileSelection, ReadsFiltersAndPatterns)
+{
+    using namespace functions;
+    EXPECT_THAT(patterns_of("Raw files|*.raw;*.dat|All|*.*"), testing::ElementsAre("*.raw", "*.dat"));
+    EXPECT_THAT(patterns_of("All|*.*"), testing::ElementsAre("*"));
+    EXPECT_THAT(patterns_of("*.raw"), testing::ElementsAre("*.raw"));
+    EXPECT_THAT(patterns_of(""), testing::ElementsAre("*"));
+    const std::tuple<const char*, const char*, bool> table[] = {
+        {"*", "", true},        {"*.raw", "A.RAW", true},   {"a?c*", "abcd", true}, {"a?c", "ac", false},
+        {"*b*b", "abcb", true}, {"*.raw", "raw", false},    {"a*", "ba", false},    {"", "a", false},
+        {"a**", "a", true},     {"*ab*b?", "aabbbc", true},
+    };
+    for (const auto& [pattern, name, fits] : table) EXPECT_EQ(matches(pattern, name), fits) << pattern << " " << name;
+    EXPECT_FALSE(matches("*a*a*a*a*a*a*a*a*a*a*a*a*b", std::string(200, 'a'))) << "in reasonable time";
 }
 
 }  // namespace
