@@ -35,8 +35,8 @@ rounded round_up(std::uint64_t size) noexcept
     }
 }
 
-/// Candidates looked at for each power of two, from the largest down. With 8 the result is that of the search through all
-/// candidates for every n up to 2^23.
+/// Candidates examined for each power of two. 8 are enough: the result is then that of a search through all candidates for
+/// every n below 2^23 and for samples up to 2^32.
 constexpr std::uint64_t most_multiples = 64;
 
 }  // namespace
@@ -44,8 +44,8 @@ constexpr std::uint64_t most_multiples = 64;
 std::uint64_t pad_size(std::uint32_t n) noexcept
 {
     if (n == 0) return 0;
-    // The best candidate has many factors of two. An odd multiple of 2^k is better than all multiples of 2^(k+1) only if
-    // no such multiple of the same rounded size fits below the last candidate, that is, close to it.
+    // The largest multiples of each power of two among the candidates. A smaller multiple of 2^k is not needed: where one
+    // is rounded to a size, a multiple of 2^(k+1) close to it is rounded to the same size.
     const std::uint64_t first = n, last = first + (n >> 4);
     std::tuple<int, int, std::uint64_t> best{-1, -1, 0};
     std::uint64_t best_product = 0;

@@ -9,6 +9,7 @@
 #include "entry/timing_scope.h"
 #include "functions/system/pad_size.h"
 #include "functions/system/process.h"
+#include "functions/system/special_directory.h"
 #include "image/element_type.h"
 
 namespace qorv::functions {
