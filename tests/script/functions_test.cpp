@@ -20,8 +20,12 @@ namespace errors = qorv::dm::errors;
 const script_value null{}, out = make_cell();
 const std::complex<double> i{0, 1};
 const integer one{1}, two{2}, three{3};
+constexpr char correlation_name[] = "ZXCrossCorrelationMaskWithDefocus";
 constexpr double inf = std::numeric_limits<double>::infinity();
 script_value picture(std::uint32_t code, const extents& sizes = {8, 4}) { return whole_numbers(code, sizes); }
+
+image_ref curve() { return image_of<float>({1, 2, 3}, {3}); }
+image_ref matrix() { return image_of<double>({4, 0, 0, 4}, {2, 2}); }
 
 /// The functions with a source and a destination.
 std::vector<destination_row> destination_rows()
@@ -35,6 +39,12 @@ std::vector<destination_row> destination_rows()
     const auto far = [](auto s, auto d) { return arguments{s, three, d}; };
     const auto padded = [](auto s, auto d) { return arguments{s, two, d, integer{-1}}; };
     const auto blur = [](auto s, auto d) { return arguments{s, 1.5, three, d}; };
+    const auto ft_window = [](auto s, auto d) { return arguments{s, integer{3}, d}; };
+    const auto real_window = [](auto s, auto d) { return arguments{s, 0.5, 2., 1., d}; };
+    const auto complex_window = [](auto s, auto d) { return arguments{s, 0.5 * i, i, 1. + i, d}; };
+    const auto weight = [](auto s, auto d) { return arguments{s, curve(), two, one, 1., 2., three, d}; };
+    const auto mask = [](auto s, auto d) { return arguments{s, null, matrix(), 1., 0.5, d}; };
+    const auto correlation = [](auto s, auto d) { return arguments{s, s, two, two, .1, .1, 20., .3, one, out, d}; };
     std::vector<std::uint32_t> real_and_binary = real_types;
     real_and_binary.push_back(14);
     const auto& averaged = float_and_complex_types;
@@ -60,6 +70,13 @@ std::vector<destination_row> destination_rows()
         {"ZXMedianFilter", "MedianFilterDM2", integer_types, far, apart, float_type},
         {"ZXMedianZ", "MedianZDM", float_types, alone, same, same_type, false, {{7, 5}}},
         {"ZXMedianZ", "MedianZDM", integer_types, alone, apart, float_type, false, {{7, 5}}},
+        {"ZXFTWindow", "FTWindowDM", averaged, ft_window, same, same_type, false},
+        {"ZXHanningWindow", "HanningWindowDM", float_types, real_window, same, same_type, false},
+        {"ZXSineWindow", "SineWindowComplexDM", float_types, complex_window, apart, complex_of, false},
+        {"ZXVorbisWindow", "VorbisWindowComplexDM", complex_types, complex_window, same, same_type, false},
+        {"ZXWeight", "WeightDM", averaged, weight, same, same_type, false},
+        {"ZXMask", "MaskDM", complex_types, mask, same, same_type, false},
+        {correlation_name, "CrossCorrelationMaskWithDefocusDM", complex_types, correlation, same, same_type, false},
     };
 }
 
@@ -111,8 +128,7 @@ struct source_row
 std::vector<source_row> source_rows()
 {
     const auto& all_types = float_and_complex_types;
-    const script_value start = make_cell(2.), curve = image_of<float>({1, 2, 3}, {3}),
-                       matrix = image_of<double>({4, 0, 0, 4}, {2, 2});
+    const script_value start = make_cell(2.);
     const auto no_real = errors::should_be_real, no_float = errors::should_be_real4_or_real8,
                no_complex = errors::all_complex, neither = errors::all_real_or_complex;
     return {
@@ -125,7 +141,7 @@ std::vector<source_row> source_rows()
         {"ZXMax", "MaxDM", real_types, no_real, 1, {out, out, out}},
         {"ZXRadialSurvey", "RadialSurveyDM", real_types, no_real, 1, {two, one, 1., 1.}},
         {"ZXGetCenterOfMass", "GetCenterOfMassDM", real_types, no_real, 1, {start, start, inf, two, -1000.}},
-        {"ZXWeight", "WeightDM", all_types, neither, 1, {curve, two, two, 1., 1., one, null}},
+        {"ZXWeight", "WeightDM", all_types, neither, 1, {curve(), two, two, 1., 1., one, null}},
         {"ZXFTWindow", "FTWindowDM", all_types, neither, 1, {one, null}},
         {"ZXHanningWindow", "HanningWindowDM", float_types, no_float, 1, {0.5, 2., 1., null}},
         {"ZXHanningWindow", "HanningWindowComplexDM", all_types, neither, 1, {0.5 * i, i, 1. + i, null}},
@@ -133,8 +149,8 @@ std::vector<source_row> source_rows()
         {"ZXSineWindow", "SineWindowComplexDM", all_types, neither, 1, {0.5 * i, i, 1. + i, null}},
         {"ZXVorbisWindow", "VorbisWindowDM", float_types, no_float, 1, {0.5, 2., 1., null}},
         {"ZXVorbisWindow", "VorbisWindowComplexDM", all_types, neither, 1, {0.5 * i, i, 1. + i, null}},
-        {"ZXMask", "MaskDM", complex_types, no_complex, 1, {null, matrix, 1., 0.5, null}},
-        {"ZXCrossCorrelationMaskWithDefocus",
+        {"ZXMask", "MaskDM", complex_types, no_complex, 1, {null, matrix(), 1., 0.5, null}},
+        {correlation_name,
          "CrossCorrelationMaskWithDefocusDM",
          complex_types,
          no_complex,

@@ -136,21 +136,6 @@ TEST(RadialSurvey, MakesAProfileForEachPlane)
         }
 }
 
-TEST(Windows, FillGivenDestinationsAndMakeMissingOnes)
-{
-    script_host script;
-    const auto source = whole_numbers(2, {5, 3, 4});
-    const auto made = script.call_image("ZXHanningWindow", {source, i, 2.0 * i, 3.0 + i, null});
-    EXPECT_EQ(made->code(), 3u);
-    EXPECT_EQ(made->size(2), 4u);
-    EXPECT_EQ(made->name(), source->name());
-    const auto destination = whole_numbers(2, {5, 3, 4}, 2);
-    EXPECT_EQ(script.call_image("ZXSineWindow", {source, 0.0, 1.0, 0.0, destination}), destination);
-    EXPECT_EQ(destination->changes(), 1u);
-    const auto wave = whole_numbers(3, {8, 8});
-    EXPECT_EQ(script.call_image("ZXVorbisWindow", {wave, 0.0 * i, 1.0 + 0.0 * i, 0.0 * i, wave}), wave) << "in place";
-}
-
 TEST(Windows, HaveTheShapesOfTheirNames)
 {
     script_host script;
