@@ -59,51 +59,30 @@ TEST(CoreFunctions, RefuseInOrder)
     });
 }
 
-TEST(WaveTransfer, NullDestinationInPlaceAndGivenDestinationAgree)
+TEST(WaveTransfer, GivesTheSameBitsOnEveryPlatform)
 {
     script_host script;
-    const auto source = whole_numbers(3, {17, 12}), given = whole_numbers(3, {17, 12}, 7), both = source->clone();
-    const auto run = [&](const image_ref& from, const image_ref& to) {
-        return script.call_image("ZXWTFMulDLL", lens(from, true, {1e-3, -2e-3}, to));
-    };
-    const auto made = run(source, nullptr);
-    EXPECT_EQ(run(source, given), given);
-    EXPECT_EQ(run(both, both), both);
-    EXPECT_EQ(bytes_of(made), bytes_of(given));
-    EXPECT_EQ(bytes_of(made), bytes_of(both));
-    EXPECT_EQ(bytes_of(source), bytes_of(whole_numbers(3, {17, 12})));
-    EXPECT_EQ(std::pair(source->changes(), given->changes()), std::pair(std::uint64_t{0}, std::uint64_t{1}));
-    EXPECT_EQ(script.host().records().traces().at("WTFMulDM").reports, 3u);
-}
-
-TEST(WaveTransfer, SameBitsWithTheSwitchOnAndOffAndOnEveryPlatform)
-{
-    script_host script;
-    for (const auto& [sizes, tilt, wanted] :
-         std::vector<std::tuple<std::vector<std::uint32_t>, std::complex<double>, std::uint64_t>>{
+    for (const auto& [sizes, tilt, wanted] : std::vector<std::tuple<extents, std::complex<double>, std::uint64_t>>{
              {{64, 48}, {}, 0x4b432db2370d5d68}, {{37, 51}, {2e-3, -1e-3}, 0x5fe9a6e85829ba0e}}) {
-        // Whole numbers, since the random numbers' distribution is each standard library's own.
         auto source = image::create("source", 3, sizes);
         for (std::uint32_t i = 0; i < source->count(); ++i)
             source->at<complex_float>(i) = {static_cast<float>(i % 29) - 14, static_cast<float>(i % 31) - 15};
-        script.use_simd(true);
-        const auto fast = script.call_image("ZXWTFMulDLL", lens(source, true, tilt, {}));
-        script.use_simd(false);
-        const auto plain = script.call_image("ZXWTFMulDLL", lens(source, true, tilt, {}));
-        EXPECT_EQ(bytes_of(fast), bytes_of(plain));
-        EXPECT_EQ(digest(fast), wanted) << std::hex << digest(fast);
+        for (const bool simd : {true, false}) {
+            script.use_simd(simd);
+            const auto got = digest(script.call_image("ZXWTFMulDLL", lens(source, true, tilt, {})));
+            EXPECT_EQ(got, wanted) << std::hex << got;
+        }
     }
 }
 
-TEST(Shifter, ConjugatesInACheckerboardAndTwiceIsTheIdentity)
+TEST(Shifter, TwiceIsTheIdentity)
 {
     script_host script;
     for (const std::uint32_t code : complex_types) {
         const auto source = whole_numbers(code, {12, 20});
         const auto once = script.call_image("ZXImageShifterForSemper", shifter(source, 6, 10, null));
-        EXPECT_EQ(complex_at(once, 0), std::conj(complex_at(source, 0)));
-        EXPECT_EQ(script.call_image("ZXImageShifterForSemper", shifter(once, 6, 10, once)), once);
-        EXPECT_EQ(bytes_of(once), bytes_of(source));
+        EXPECT_EQ(complex_at(once, 1), -std::conj(complex_at(source, 1)));
+        EXPECT_EQ(bytes_of(script.call_image("ZXImageShifterForSemper", shifter(once, 6, 10, null))), bytes_of(source));
     }
 }
 

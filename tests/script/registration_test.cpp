@@ -57,7 +57,7 @@ TEST(Utilities, ThreadCounts)
     EXPECT_EQ(traces.at("GetMaxThreadsDM").reports, 5u);
 }
 
-TEST(Utilities, CommandsRunAndNeverReport)
+TEST(Utilities, SystemServicesRunAndNeverReport)
 {
     script_host script;
     const std::string file = "exec_wait_test.txt";
