@@ -99,7 +99,7 @@ struct destination_row
     const char* name;
     const char* counter;
     std::vector<std::uint32_t> types;
-    std::function<arguments(image_ref source, image_ref destination)> given;
+    std::function<arguments(image_ref source, image_ref destination)> make_arguments;
     in_place onto_source = in_place::same_result;
     std::uint32_t (*result_type)(std::uint32_t) = same_type;
     bool plane_by_plane = true;
@@ -107,7 +107,7 @@ struct destination_row
     bool accepts_gaps = true;  ///< between pixels and rows
 };
 
-/// Null, given, spread, deeper, shallower and the source itself as destinations of one row, type and size. Returns the
+/// Checks null, given, spread, deeper and shallower destinations and the source itself for a row, type and size. Returns the
 /// number of calls.
 inline unsigned check_destinations(script_host& script, const destination_row& row, std::uint32_t code,
                                    const extents& sizes)
@@ -115,20 +115,20 @@ inline unsigned check_destinations(script_host& script, const destination_row& r
     unsigned calls = 0;
     const auto run = [&](const image_ref& from, const image_ref& to) {
         ++calls;
-        const auto result = script.call_image(row.name, row.given(from, to));
+        const auto result = script.call_image(row.name, row.make_arguments(from, to));
         EXPECT_TRUE(result && (!to || result == to));
         return result;
     };
     const auto source = whole_numbers(code, sizes);
     const auto result_type = row.result_type(code);
-    const auto given_image = [&](const extents& of) { return whole_numbers(result_type, of, 5); };
+    const auto other_image = [&](const extents& of) { return whole_numbers(result_type, of, 5); };
 
     const auto made = run(source, nullptr);
     EXPECT_EQ(made->code(), result_type);
     EXPECT_EQ(made->dimensions(), sizes.size());
-    const auto given = run(source, given_image(sizes));
-    EXPECT_EQ(bytes_of(given), bytes_of(made));
-    EXPECT_EQ(made->changes() + given->changes(), 2u);
+    const auto filled = run(source, other_image(sizes));
+    EXPECT_EQ(bytes_of(filled), bytes_of(made));
+    EXPECT_EQ(made->changes() + filled->changes(), 2u);
     script.use_simd(false);
     EXPECT_EQ(bytes_of(run(source, nullptr)), bytes_of(made)) << "without vector instructions";
     script.use_simd(true);
@@ -137,17 +137,17 @@ inline unsigned check_destinations(script_host& script, const destination_row& r
 
     for (const auto& [step, to_step] : {std::pair{1, 1}, {1, 2}, {2, -1}, {-1, 1}}) {
         if (!row.accepts_gaps) break;
-        const auto from = spread(source, step), to = spread(given_image(sizes), to_step);
+        const auto from = spread(source, step), to = spread(other_image(sizes), to_step);
         run(from.picture, to.picture);
         EXPECT_EQ(*to.memory, *spread(made, to_step).memory) << "steps " << step << " and " << to_step;
         EXPECT_EQ(*from.memory, *spread(source, step).memory) << "steps " << step << " and " << to_step;
     }
     if (row.plane_by_plane && sizes.size() == 3)
         for (const std::uint32_t planes : {sizes[2] - 1, sizes[2] + 2}) {
-            const auto to = given_image({sizes[0], sizes[1], planes});
-            auto wanted = bytes_of(to);
-            std::memcpy(wanted.data(), made->data(), std::min(made->count(), to->count()) * to->type().bytes);
-            EXPECT_EQ(bytes_of(run(source, to)), wanted) << planes << " planes";
+            const auto to = other_image({sizes[0], sizes[1], planes});
+            auto expected = bytes_of(to);
+            std::memcpy(expected.data(), made->data(), std::min(made->count(), to->count()) * to->type().bytes);
+            EXPECT_EQ(bytes_of(run(source, to)), expected) << planes << " planes";
         }
     const auto both = source->clone();
     if (row.onto_source == in_place::same_result) {
@@ -155,7 +155,7 @@ inline unsigned check_destinations(script_host& script, const destination_row& r
         EXPECT_EQ(both->changes(), 1u);
     } else if (row.onto_source == in_place::refused) {
         ++calls;
-        EXPECT_EQ(script.failure(row.name, row.given(both, both)), "Output should be out-of-place.");
+        EXPECT_EQ(script.failure(row.name, row.make_arguments(both, both)), "Output should be out-of-place.");
         EXPECT_EQ(bytes_of(both), bytes_of(source));
     }
     return calls;
@@ -178,18 +178,18 @@ inline void expect_destination_rules(const destination_row& row)
 }
 
 /// The arguments with new outputs of the same values.
-inline arguments with_new_outputs(arguments given)
+inline arguments with_new_outputs(arguments args)
 {
-    for (auto& argument : given)
+    for (auto& argument : args)
         if (const auto* out = std::get_if<cell_ref>(&argument)) argument = make_cell((*out)->value);
-    return given;
+    return args;
 }
 
 /// A call that fails.
 struct refusal
 {
     const char* name;
-    arguments given;
+    arguments args;
     const char* text;
 };
 
@@ -204,14 +204,14 @@ inline void expect_refusals(const std::vector<refusal>& rows)
         const auto keep = [&](const script_value& value) {
             if (const auto picture = object_in<image>(value)) images.emplace_back(picture, picture->fingerprint());
         };
-        for (const auto& value : rows[i].given) {
+        for (const auto& value : rows[i].args) {
             keep(value);
             const auto* out = std::get_if<cell_ref>(&value);
             if (!out) continue;
             keep((*out)->value);
             cells.emplace_back(*out, (*out)->value);
         }
-        EXPECT_EQ(script.failure(rows[i].name, rows[i].given), rows[i].text);
+        EXPECT_EQ(script.failure(rows[i].name, rows[i].args), rows[i].text);
         for (const auto& [picture, before] : images) EXPECT_EQ(picture->fingerprint(), before);
         for (const auto& [out, before] : cells) EXPECT_EQ(out->value, before);
     }

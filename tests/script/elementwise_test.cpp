@@ -31,11 +31,11 @@ TEST(Elementwise, AbsArgFillsGivenOutputsAndMakesTheOthers)
 {
     script_host script;
     for (const std::uint32_t code : complex_types)
-        for (const int given : {0, 1, 2, 3}) {
+        for (const int outputs : {0, 1, 2, 3}) {
             const extents sizes{5, 3, 2};
             const auto z = whole_numbers(code, sizes);
-            const auto my_rho = given & 1 ? spread(of(real_of(code), sizes), 2).picture : nullptr,
-                       my_theta = given & 2 ? spread(of(real_of(code), sizes), 1).picture : nullptr;
+            const auto my_rho = outputs & 1 ? spread(of(real_of(code), sizes), 2).picture : nullptr,
+                       my_theta = outputs & 2 ? spread(of(real_of(code), sizes), 1).picture : nullptr;
             const auto rho = make_cell(my_rho), theta = make_cell(my_theta);
             script.call("ZXAbsArg", {z, rho, theta});
             EXPECT_TRUE(!my_rho || picture_in(rho) == my_rho);

@@ -87,10 +87,10 @@ TEST_F(Files, SelectImageFilesExpandsListsWithoutADialog)
     script_host script;
     for (const char* name : {"img10.raw", "img2.RAW", "a.dat", "p1.tif", "other/img3.raw"}) write(name, {1});
     const auto select = [&](const std::string& start, const std::string& filter, auto&&... owner) {
-        std::vector<script_value> given{make_cell(start),      filter,  make_cell(integer{7}), make_cell(integer{8}),
-                                        make_cell(integer{6}), owner...};
-        const auto names = names_in(script.call("ZXSelectImageFiles", given));
-        const auto text = [&](std::size_t k) { return std::get<cell_ref>(given[k])->value; };
+        std::vector<script_value> args{make_cell(start),      filter,  make_cell(integer{7}), make_cell(integer{8}),
+                                       make_cell(integer{6}), owner...};
+        const auto names = names_in(script.call("ZXSelectImageFiles", args));
+        const auto text = [&](std::size_t k) { return std::get<cell_ref>(args[k])->value; };
         return std::tuple{names, std::get<std::string>(text(0)), std::get<integer>(text(2)),
                           std::get<integer>(text(4))};
     };

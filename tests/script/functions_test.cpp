@@ -45,10 +45,10 @@ std::vector<destination_row> destination_rows()
     const auto weight = [](auto s, auto d) { return arguments{s, curve(), two, one, 1., 2., three, d}; };
     const auto shift = [](auto s, auto d) { return arguments{s, one, one, 6., 10., 1., d}; };
     const auto lens = [](auto s, auto d) {
-        arguments given(20, 0.1);
-        given.front() = s;
-        given.insert(given.end(), {one, 0.01 * i, d});
-        return given;
+        arguments args(20, 0.1);
+        args.front() = s;
+        args.insert(args.end(), {one, 0.01 * i, d});
+        return args;
     };
     const auto mask = [](auto s, auto d) { return arguments{s, null, matrix(), 1., 0.5, d}; };
     const auto correlation = [](auto s, auto d) { return arguments{s, s, two, two, .1, .1, 20., .3, one, out, d}; };
@@ -108,7 +108,7 @@ TEST(Functions, GiveTheSameBitsOnEveryPlatform)
     const extents sizes{37, 29, 2}, deep{37, 29, 11};
     const auto a = whole_numbers(2, sizes), b = whole_numbers(2, sizes, 11), z = whole_numbers(3, sizes);
     const auto eighth = script.call_image("ZXPolar", {0.125, b, null});  // fractions
-    for (const auto& [name, given, wanted] : std::vector<std::tuple<const char*, arguments, std::uint64_t>>{
+    for (const auto& [name, args, expected] : std::vector<std::tuple<const char*, arguments, std::uint64_t>>{
              {"ZXPolar", {a, b, null}, 0xd5f0b23ec77939c9},
              {"ZXExp2", {script.call_image("ZXLog2", {a, null}), null}, 0x575f5d8e818130bd},
              {"ZXPow", {a, script.call_image("ZXAbs", {eighth, null}), null}, 0x1a284460ebdf1c55},
@@ -119,8 +119,8 @@ TEST(Functions, GiveTheSameBitsOnEveryPlatform)
              {"ZXMovingAverageX", {whole_numbers(3, deep), three, null}, 0x658404acb72250f9},
              {"ZXMovingAverageZ", {whole_numbers(2, deep), three, null}, 0x61addca05b6c2d5c},
              {"ZXGaussianBlur", {whole_numbers(2, {67, 53}), 2., three, null}, 0x2fb170c1e81ac9a8}}) {
-        const auto got = digest(script.call_image(name, given));
-        EXPECT_EQ(got, wanted) << name << std::hex << " 0x" << got;
+        const auto got = digest(script.call_image(name, args));
+        EXPECT_EQ(got, expected) << name << std::hex << " 0x" << got;
     }
 }
 
@@ -136,9 +136,9 @@ struct source_row
 
     arguments operator()(const image_ref& source) const
     {
-        arguments given(sources, source);
-        given.insert(given.end(), others.begin(), others.end());
-        return with_new_outputs(given);
+        arguments args(sources, source);
+        args.insert(args.end(), others.begin(), others.end());
+        return with_new_outputs(args);
     }
 };
 
@@ -232,7 +232,7 @@ std::vector<std::pair<std::string, arguments>> all_calls()
         const std::uint32_t code = row.types[++k % row.types.size()];
         const extents& sizes = row.sizes.back();
         const auto destination = k % 2 ? nullptr : whole_numbers(row.result_type(code), sizes, 5);
-        calls.emplace_back(row.name, row.given(whole_numbers(code, sizes), destination));
+        calls.emplace_back(row.name, row.make_arguments(whole_numbers(code, sizes), destination));
     }
     for (const auto& row : source_rows())
         calls.emplace_back(row.name, row(whole_numbers(row.types[++k % row.types.size()], {9, 4})));
@@ -246,10 +246,10 @@ std::uint64_t trace_reports(engine& host)
     return reports;
 }
 
-std::vector<script_value> output_values(const arguments& given)
+std::vector<script_value> output_values(const arguments& args)
 {
     std::vector<script_value> values;
-    for (const auto& argument : given)
+    for (const auto& argument : args)
         if (const auto* cell = std::get_if<cell_ref>(&argument)) values.push_back((*cell)->value);
     return values;
 }
@@ -270,16 +270,16 @@ TEST(Functions, ReportEveryFailingHostCallAndHoldNothing)
             all_requests[point] += requests;
             for (std::uint64_t k = 1; k <= requests; ++k) {
                 SCOPED_TRACE(function + ", request " + std::to_string(k));
-                const auto given = with_new_outputs(row);
-                const auto outputs = output_values(given);
+                const auto args = with_new_outputs(row);
+                const auto outputs = output_values(args);
                 const auto reports = trace_reports(host);
                 host.faults().plan({point, k});
-                EXPECT_NE(script.failure(function, given), "");
+                EXPECT_NE(script.failure(function, args), "");
                 EXPECT_EQ(host.faults().fired(), 1u);
                 host.faults().clear();
                 EXPECT_EQ(trace_reports(host), reports + 1);
                 EXPECT_THAT(host.report().locks, testing::IsEmpty());
-                EXPECT_TRUE(output_values(given) == outputs);
+                EXPECT_TRUE(output_values(args) == outputs);
             }
         }
     }

@@ -17,11 +17,11 @@ arguments lens(script_value source, bool envelope, std::complex<double> tilt, sc
 {
     constexpr double moduli[] = {2e4, 6e5, 5e5, 3e7, 2e7, 1e9, 8e8, 5e8, 1e10, 2e10, 1e10};
     constexpr double degrees[] = {30, 100, 200, 10, 300, 50, 70, 190, 20, 80, 250};
-    arguments given{std::move(source), 0.00197, 0.05, 4e4};
-    for (int k = 0; k < 11; ++k) given.emplace_back(std::polar(moduli[k], degrees[k] * std::numbers::pi / 180));
-    given.insert(given.begin() + 5, {6e7, 3e10});  // the other round terms
-    given.insert(given.end(), {4e3, 2e-5, 0.01, integer{envelope}, tilt, std::move(destination)});
-    return given;
+    arguments args{std::move(source), 0.00197, 0.05, 4e4};
+    for (int k = 0; k < 11; ++k) args.emplace_back(std::polar(moduli[k], degrees[k] * std::numbers::pi / 180));
+    args.insert(args.begin() + 5, {6e7, 3e10});  // the other round terms
+    args.insert(args.end(), {4e3, 2e-5, 0.01, integer{envelope}, tilt, std::move(destination)});
+    return args;
 }
 
 arguments shifter(script_value source, double shift_x, double shift_y, script_value destination)
@@ -62,7 +62,7 @@ TEST(CoreFunctions, RefuseInOrder)
 TEST(WaveTransfer, GivesTheSameBitsOnEveryPlatform)
 {
     script_host script;
-    for (const auto& [sizes, tilt, wanted] : std::vector<std::tuple<extents, std::complex<double>, std::uint64_t>>{
+    for (const auto& [sizes, tilt, expected] : std::vector<std::tuple<extents, std::complex<double>, std::uint64_t>>{
              {{64, 48}, {}, 0x4b432db2370d5d68}, {{37, 51}, {2e-3, -1e-3}, 0x5fe9a6e85829ba0e}}) {
         auto source = image::create("source", 3, sizes);
         for (std::uint32_t i = 0; i < source->count(); ++i)
@@ -70,7 +70,7 @@ TEST(WaveTransfer, GivesTheSameBitsOnEveryPlatform)
         for (const bool simd : {true, false}) {
             script.use_simd(simd);
             const auto got = digest(script.call_image("ZXWTFMulDLL", lens(source, true, tilt, {})));
-            EXPECT_EQ(got, wanted) << std::hex << got;
+            EXPECT_EQ(got, expected) << std::hex << got;
         }
     }
 }

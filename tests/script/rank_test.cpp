@@ -18,8 +18,8 @@ TEST(Ranks, OrderTheValuesOfEveryType)
     const auto check = [&]<class T>() {
         const T low = std::numeric_limits<T>::lowest(), high = std::numeric_limits<T>::max();
         const auto line = image_of<T>({high, 1, low}, {3}), five = image_of<T>({9, 100, 1, 4, 7}, {5});
-        const auto middle = [&](const char* name, arguments given) {
-            return number_at(script.call_image(name, given), 1);
+        const auto middle = [&](const char* name, arguments args) {
+            return number_at(script.call_image(name, args), 1);
         };
         EXPECT_EQ(middle("ZXMaximumFilter", {line, integer{1}, null}), double(high));
         EXPECT_EQ(middle("ZXMinimumFilter", {line, integer{1}, null}), double(low));
@@ -49,10 +49,10 @@ TEST(Ranks, MedianAlongZMayOverwriteAPlaneOfItsStack)
     EXPECT_EQ(bytes_of(stack), bytes_of(original));
     const auto made = script.call_image("ZXMedianZ", {stack, null});
     EXPECT_EQ(std::pair(made->dimensions(), made->changes()), std::pair(std::size_t{2}, std::uint64_t{1}));
-    const auto wanted = bytes_of(made);
+    const auto expected = bytes_of(made);
     for (const int plane : {0, 2, 3}) {
         std::memcpy(stack->data(), original->data(), bytes_of(original).size());
-        EXPECT_EQ(bytes_of(script.call_image("ZXMedianZ", {stack, part(15 * plane)})), wanted);
+        EXPECT_EQ(bytes_of(script.call_image("ZXMedianZ", {stack, part(15 * plane)})), expected);
     }
 }
 

@@ -13,11 +13,11 @@ TEST(Smoothing, WithoutAPassOnlyNotifiesTheHost)
 {
     script_host script;
     for (const auto& [name, radius] : {std::pair{"ZXMovingAverageX", integer{0}}, {"ZXMovingAverageZ", -2147483647}}) {
-        const auto source = whole_numbers(2, {6, 5, 4}), given = whole_numbers(2, {6, 5, 4}, 5);
-        const auto before = bytes_of(given);
-        EXPECT_EQ(script.call_image(name, {source, radius, given}), given);
-        EXPECT_EQ(bytes_of(given), before) << name;
-        EXPECT_EQ(given->changes(), 1u) << name;
+        const auto source = whole_numbers(2, {6, 5, 4}), destination = whole_numbers(2, {6, 5, 4}, 5);
+        const auto before = bytes_of(destination);
+        EXPECT_EQ(script.call_image(name, {source, radius, destination}), destination);
+        EXPECT_EQ(bytes_of(destination), before) << name;
+        EXPECT_EQ(destination->changes(), 1u) << name;
         EXPECT_EQ(bytes_of(script.call_image(name, {source, radius, null})), bytes_of(source)) << name;
     }
 }
@@ -32,7 +32,7 @@ TEST(Smoothing, BothMeansFillTwoOutputsThatFitOrMakeTwo)
     };
     const auto source = whole_numbers(2, {6, 5, 3});
     const auto of = [](const extents& sizes, std::uint32_t code = 2) { return whole_numbers(code, sizes, 5); };
-    const auto wanted_mean = script.call_image("ZXMovingAverage", {source, integer{1}, of({6, 5})});
+    const auto expected_mean = script.call_image("ZXMovingAverage", {source, integer{1}, of({6, 5})});
     std::vector<unsigned char> squares;
     for (const row& r :
          {row{nullptr, nullptr, false}, row{of({6, 5}), of({6, 5}), true}, row{of({6, 5}), nullptr, false},
@@ -44,7 +44,7 @@ TEST(Smoothing, BothMeansFillTwoOutputsThatFitOrMakeTwo)
         EXPECT_EQ(picture_in(second) == r.second, r.reused);
         EXPECT_EQ(picture_in(first)->dimensions(), 2u);
         EXPECT_EQ(picture_in(first)->changes() + picture_in(second)->changes(), 2u);
-        EXPECT_EQ(bytes_of(picture_in(first)), bytes_of(wanted_mean));
+        EXPECT_EQ(bytes_of(picture_in(first)), bytes_of(expected_mean));
         if (squares.empty()) squares = bytes_of(picture_in(second));
         EXPECT_EQ(bytes_of(picture_in(second)), squares);
     }

@@ -16,17 +16,17 @@ const script_value null{};
 constexpr double inf = std::numeric_limits<double>::infinity();
 const std::complex<double> i{0, 1};
 
-arguments with_cells(arguments given, int count)
+arguments with_cells(arguments args, int count)
 {
-    for (int k = 0; k < count; ++k) given.emplace_back(make_cell());
-    return given;
+    for (int k = 0; k < count; ++k) args.emplace_back(make_cell());
+    return args;
 }
 
 /// The values of the outputs as numbers.
-std::vector<double> outputs_of(const arguments& given)
+std::vector<double> outputs_of(const arguments& args)
 {
     std::vector<double> values;
-    for (const auto& argument : given)
+    for (const auto& argument : args)
         if (const auto* out = std::get_if<cell_ref>(&argument)) {
             const auto& value = (*out)->value;
             if (const auto* whole = std::get_if<integer>(&value)) values.push_back(static_cast<double>(*whole));
@@ -108,18 +108,18 @@ TEST(Statistics, StoreEachOutputInItsPlace)
              {"ZXMinMaxStable", {volume}, extrema},
              {"ZXMin", {volume}, {2, 1, 1}},
              {"ZXMax", {volume}, {3, 2, 0}}}) {
-        const auto given = with_cells(sources, static_cast<int>(outputs.size()));
-        const auto returned = script.call(name, given);
-        EXPECT_EQ(outputs_of(given), outputs) << name;
+        const auto args = with_cells(sources, static_cast<int>(outputs.size()));
+        const auto returned = script.call(name, args);
+        EXPECT_EQ(outputs_of(args), outputs) << name;
         EXPECT_TRUE(outputs.size() != 3 || returned == script_value{outputs[2] == 1 ? -8. : 90.}) << name;
     }
 
     std::vector<float> spot(16 * 16);
     for (int y = 9; y < 12; ++y)
         for (int x = 4; x < 7; ++x) spot[static_cast<std::size_t>(x + 16 * y)] = 5;
-    arguments given{image_of(spot, {16, 16}), make_cell(8.0), make_cell(8.0), 5.0, integer{20}, 0.0};
-    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", given)), 2);
-    EXPECT_EQ(outputs_of(given), (std::vector<double>{5, 10}));
+    arguments args{image_of(spot, {16, 16}), make_cell(8.0), make_cell(8.0), 5.0, integer{20}, 0.0};
+    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", args)), 2);
+    EXPECT_EQ(outputs_of(args), (std::vector<double>{5, 10}));
 }
 
 TEST(RadialSurvey, MakesAProfileForEachPlane)
@@ -173,10 +173,10 @@ TEST(Masks, CorrelationStoresTheMeanModulusOfItsResult)
     script_host script;
     const auto target = image_of<std::complex<double>>({2.0 * i, 3, 4}, {3});
     const auto reference = image_of<std::complex<double>>({1, i, 1}, {3});
-    arguments given{target, reference, integer{0}, integer{0}, 1.0, 1.0, 0.0, 1.0, integer{0}, make_cell(), null};
-    const auto result = pixels_of<std::complex<double>>(script.call_image("ZXCrossCorrelationMaskWithDefocus", given));
+    arguments args{target, reference, integer{0}, integer{0}, 1.0, 1.0, 0.0, 1.0, integer{0}, make_cell(), null};
+    const auto result = pixels_of<std::complex<double>>(script.call_image("ZXCrossCorrelationMaskWithDefocus", args));
     EXPECT_EQ(result, (std::vector<std::complex<double>>{2.0 * i, -3.0 * i, 0}));
-    EXPECT_EQ(outputs_of(given), std::vector<double>{2.5});
+    EXPECT_EQ(outputs_of(args), std::vector<double>{2.5});
 }
 
 }  // namespace

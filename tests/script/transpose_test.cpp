@@ -54,9 +54,9 @@ TEST(Transpose, MovesElementsOfEveryType)
             EXPECT_EQ(script.call_image(row.name, {spread(source, 2).picture, to.picture}), to.picture);
             EXPECT_EQ(*to.memory, *spread(made, -1).memory);
             const auto cube = whole_numbers(type.code, {5, 5, 5});
-            const auto wanted = bytes_of(script.call_image(row.name, {cube, null}));
+            const auto expected = bytes_of(script.call_image(row.name, {cube, null}));
             EXPECT_EQ(script.call_image(row.name, {cube, cube}), cube);
-            EXPECT_EQ(bytes_of(cube), wanted) << "in place";
+            EXPECT_EQ(bytes_of(cube), expected) << "in place";
             EXPECT_EQ(made->changes() + cube->changes() + source->changes(), 2u);
         }
         EXPECT_EQ(script.host().records().traces().at(row.counter).reports, 5 * all_elements().size());

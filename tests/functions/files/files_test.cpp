@@ -46,13 +46,13 @@ TEST(NumberedName, SortsRunsOfDigitsByTheirValue)
 
 TEST(NumberedName, KeepsTheOrderOfEqualNames)
 {
-    std::vector<std::string> names, wanted{"img0"};
+    std::vector<std::string> names, expected{"img0"};
     for (int zeros = 0; zeros < 40; ++zeros)
         names.push_back((zeros % 2 ? "IMG" : "img") + std::string(zeros * 7 % 40, '0') + "1");
-    wanted.insert(wanted.end(), names.begin(), names.end());
+    expected.insert(expected.end(), names.begin(), names.end());
     names.push_back("img0");
     functions::sort_numbered_names(names);
-    EXPECT_EQ(names, wanted);
+    EXPECT_EQ(names, expected);
 }
 
 TEST(RawFile, ReadsAFileOfTheRightLength)
