@@ -107,8 +107,8 @@ struct destination_row
     bool accepts_gaps = true;  ///< between pixels and rows
 };
 
-/// Checks null, given, spread, deeper and shallower destinations and the source itself for a row, type and size. Returns the
-/// number of calls.
+/// Checks null, given, spread, deeper and shallower destinations and the source itself for a row, type and size.
+/// Returns the number of calls.
 inline unsigned check_destinations(script_host& script, const destination_row& row, std::uint32_t code,
                                    const extents& sizes)
 {

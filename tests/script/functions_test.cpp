@@ -10,8 +10,7 @@
 #include "image/errors.h"
 #include "tests/script/destinations.h"
 
-// One call of every script function: its element types, its destination, its timing, and the failure of each of its calls
-// of the host.
+// Tables of script functions: their element types, destinations and timing, and the failure of each of their host calls.
 namespace {
 
 using namespace script;

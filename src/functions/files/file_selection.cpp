@@ -69,8 +69,8 @@ std::vector<std::string> patterns_of(std::string_view filter)
 
 bool matches(std::string_view pattern, std::string_view name)
 {
-    // After a mismatch only the last star has to match more bytes: any match of the earlier stars is as good as another.
-    // Without backtracking to them the time stays proportional to the product of the lengths.
+    // After a mismatch only the last star has to match more bytes; any match of the earlier ones is as good as another.
+    // Without backtracking to them the time is at most proportional to the product of the lengths.
     std::size_t p = 0, n = 0, after_star = pattern.npos, star_end = 0;
     while (n < name.size()) {
         if (p < pattern.size() && pattern[p] == '*') {

@@ -24,8 +24,8 @@ class raw_file
     /// Throws  file_not_opened
     explicit raw_file(const std::string& path);
 
-    /// Throws  errors::invalid_image_size unless the file has exactly that length; otherwise a wrong width or type would
-    ///         give a skewed image
+    /// Throws  errors::invalid_image_size unless the file has exactly that length: a wrong width or type would give a
+    ///         skewed image
     void require_length(std::uint64_t bytes) const;
 
     /// Reads the first `bytes` bytes.

@@ -35,8 +35,8 @@ rounded round_up(std::uint64_t size) noexcept
     }
 }
 
-/// Candidates examined for each power of two. 8 are enough: the result is then that of a search through all candidates for
-/// every n below 2^23 and for samples up to 2^32.
+/// Candidates examined for each power of two. 8 are enough: the result is then that of a search through all candidates,
+/// as was tested for every n below 2^23 and for samples up to 2^32.
 constexpr std::uint64_t most_multiples = 64;
 
 }  // namespace
@@ -44,8 +44,8 @@ constexpr std::uint64_t most_multiples = 64;
 std::uint64_t pad_size(std::uint32_t n) noexcept
 {
     if (n == 0) return 0;
-    // The largest multiples of each power of two among the candidates. A smaller multiple of 2^k is not needed: where one
-    // is rounded to a size, a multiple of 2^(k+1) close to it is rounded to the same size.
+    // For each power of two, examine its largest multiples among the candidates. Smaller multiples of 2^k are not needed:
+    // if one is rounded to a size, a multiple of 2^(k+1) close to it is rounded to the same size.
     const std::uint64_t first = n, last = first + (n >> 4);
     std::tuple<int, int, std::uint64_t> best{-1, -1, 0};
     std::uint64_t best_product = 0;
