@@ -12,8 +12,8 @@
 
 namespace qorv::dm {
 
-/// A lock on the pixel memory of a host image, for reading or writing. Copies share the lock; the last copy releases it.
-/// The release of a lock for writing first notifies the host that the pixels changed.
+/// A lock on the pixel memory of a host image, for reading or writing. Copies share the lock; the last copy releases
+/// it. The release of a lock for writing first notifies the host that the pixels changed.
 class image_lock
 {
   public:

@@ -10,7 +10,8 @@
 #include "image/errors.h"
 #include "tests/script/destinations.h"
 
-// Tables of script functions: their element types, destinations and timing, and the failure of each of their host calls.
+// Tables of script functions: their element types, destinations and timing, and the failure of each of their host
+// calls.
 namespace {
 
 using namespace script;

@@ -11,8 +11,8 @@ namespace qorv::functions {
 /// A filter without '|' consists of patterns only. An empty filter, "*" and "*.*" match every file.
 std::vector<std::string> patterns_of(std::string_view filter);
 
-/// Whether a file name matches a pattern, in which '*' matches any bytes and '?' one byte. The case of the letters A to Z
-/// is ignored.
+/// Whether a file name matches a pattern, in which '*' matches any bytes and '?' one byte. The case of the letters A
+/// to Z is ignored.
 bool matches(std::string_view pattern, std::string_view name);
 
 /// Whether a text is a list of files: it contains '*', '?', ';' or a line end.

@@ -44,8 +44,8 @@ constexpr std::uint64_t most_multiples = 64;
 std::uint64_t pad_size(std::uint32_t n) noexcept
 {
     if (n == 0) return 0;
-    // For each power of two, examine its largest multiples among the candidates. Smaller multiples of 2^k are not needed:
-    // if one is rounded to a size, a multiple of 2^(k+1) close to it is rounded to the same size.
+    // For each power of two, examine its largest multiples among the candidates. Smaller multiples of 2^k are not
+    // needed: if one is rounded to a size, a multiple of 2^(k+1) close to it is rounded to the same size.
     const std::uint64_t first = n, last = first + (n >> 4);
     std::tuple<int, int, std::uint64_t> best{-1, -1, 0};
     std::uint64_t best_product = 0;

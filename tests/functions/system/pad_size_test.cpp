@@ -14,7 +14,8 @@ int multiplicity(std::uint64_t factor, std::uint64_t size)
     return size % factor == 0 ? 1 + multiplicity(factor, size / factor) : 0;
 }
 
-/// The next product of 2, 3, 5 and 7: a size without such a factor is odd and becomes twice the half of the next number.
+/// The next product of 2, 3, 5 and 7: a size without such a factor is odd and becomes twice the half of the next
+/// number.
 std::uint64_t rounded(std::uint64_t size)
 {
     if (size < 2) return size;
