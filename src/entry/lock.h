@@ -12,8 +12,8 @@
 
 namespace qorv::dm {
 
-/// Pixels of a host image, pinned for reading or writing. Copies share one lock; the last one gives the memory back.
-/// A lock for writing tells the host first that the pixels changed.
+/// A lock on the pixel memory of a host image, for reading or writing. Copies share the lock; the last copy releases
+/// it. The release of a lock for writing first notifies the host that the pixels changed.
 class image_lock
 {
   public:
@@ -26,15 +26,15 @@ class image_lock
     /// Throws  host_error when the host refuses, errors::parameters_invalid for a null image
     image_lock(const binding::image_ref& image, access mode);
 
-    /// Gives the memory back now, for this lock and all its copies; pointers and views of it are no longer valid. An
-    /// error of the host is thrown, where the last copy's destructor has to swallow it.
+    /// Releases the lock now, also for its copies; pointers and views become invalid.
+    /// Throws  host_error when the host fails; a destructor can only log such an error
     void release();
 
     std::ptrdiff_t width() const noexcept { return state_->sizes[0]; }
     std::ptrdiff_t height() const noexcept { return state_->sizes[1]; }
     std::ptrdiff_t depth() const noexcept { return state_->sizes[2]; }
     const image<char>::extents& sizes() const noexcept { return state_->sizes; }
-    /// In elements; 0 beyond the image's own dimensions.
+    /// In elements; 0 beyond the image's dimensions.
     const image<char>::extents& strides() const noexcept { return state_->strides; }
     std::uint32_t dimensions() const noexcept { return state_->dimensions; }
     std::uint32_t host_code() const noexcept { return state_->code; }
@@ -83,7 +83,7 @@ class read_lock : public image_lock
     }
 };
 
-/// A lock for writing: its release tells the host that the pixels changed.
+/// A lock for writing. Its release notifies the host that the pixels changed.
 class write_lock : public image_lock
 {
   public:

@@ -5,7 +5,7 @@
 #include "image/visit.h"
 #include "tests/script/script_host.h"
 
-/// What the script functions with a source and a destination have in common, checked for tables of them.
+/// Checks that hold for tables of script functions: destinations and refusals.
 namespace script {
 
 using arguments = std::vector<script_value>;
@@ -57,14 +57,14 @@ inline image_ref whole_numbers(std::uint32_t code, const extents& sizes, unsigne
     return made;
 }
 
-/// An image whose pixels have gaps between them; the memory with the gaps.
+/// An image with gaps between its pixels, rows and planes, and its memory including the gaps.
 struct spread_image
 {
     image_ref picture;
     std::shared_ptr<std::vector<unsigned char>> memory;
 };
 
-/// The pixels of `from`, `step` elements apart (backwards if negative), with gaps behind rows and planes.
+/// The pixels of `from`, `step` elements apart (backwards if negative), with gaps after rows and planes.
 inline spread_image spread(const image_ref& from, std::ptrdiff_t step)
 {
     const auto bytes = static_cast<std::ptrdiff_t>(from->type().bytes);
@@ -86,13 +86,11 @@ inline spread_image spread(const image_ref& from, std::ptrdiff_t step)
             memory};
 }
 
-inline constexpr std::ptrdiff_t spread_steps[] = {1, 2, -1};
-
 enum class in_place
 {
     same_result,
     refused,
-    not_offered  ///< source and destination differ in type or size, or the function has another rule for it
+    not_offered  ///< source and destination differ in type, or the function has its own rule
 };
 
 /// A function with a source and a destination.
@@ -101,139 +99,101 @@ struct destination_row
     const char* name;
     const char* counter;
     std::vector<std::uint32_t> types;
-    std::function<arguments(image_ref source, image_ref destination)> given;
+    std::function<arguments(image_ref source, image_ref destination)> make_arguments;
     in_place onto_source = in_place::same_result;
     std::uint32_t (*result_type)(std::uint32_t) = same_type;
     bool plane_by_plane = true;
     std::vector<extents> sizes{{13}, {7, 5}, {6, 5, 4}};
+    bool accepts_gaps = true;  ///< between pixels and rows
 };
 
-/// One row, one element type, one size; `want` is the result with a null destination.
-class destination_check
+/// Checks null, given, spread, deeper and shallower destinations and the source itself for a row, type and size.
+/// Returns the number of calls.
+inline unsigned check_destinations(script_host& script, const destination_row& row, std::uint32_t code,
+                                   const extents& sizes)
 {
-  public:
-    destination_check(script_host& script, const destination_row& row, std::uint32_t code, const extents& sizes)
-        : script_{script}, row_{row}, sizes_{sizes}, type_{row.result_type(code)}, source_{whole_numbers(code, sizes)}
-    {
-        const auto before = bytes_of(source_);
-        want_ = run(source_, nullptr);
-        if (!want_) return;
-        EXPECT_EQ(want_->code(), type_);
-        EXPECT_EQ(want_->dimensions(), sizes.size());
-        EXPECT_EQ(want_->changes(), 1u);
-        EXPECT_EQ(bytes_of(source_), before);
-        EXPECT_EQ(source_->changes(), 0u);
-        fills_a_given_destination();
-        gives_the_same_without_vector_instructions();
-        keeps_to_the_pixels_of_a_spread_image();
-        if (row.plane_by_plane && sizes.size() == 3) writes_the_planes_that_both_have();
-        works_on_its_source();
-    }
-    unsigned calls() const { return calls_; }
-
-  private:
-    image_ref run(const image_ref& from, const image_ref& to)
-    {
-        ++calls_;
-        const auto result = script_.call_image(row_.name, row_.given(from, to));
-        EXPECT_TRUE(result);
+    unsigned calls = 0;
+    const auto run = [&](const image_ref& from, const image_ref& to) {
+        ++calls;
+        const auto result = script.call_image(row.name, row.make_arguments(from, to));
+        EXPECT_TRUE(result && (!to || result == to));
         return result;
-    }
+    };
+    const auto source = whole_numbers(code, sizes);
+    const auto result_type = row.result_type(code);
+    const auto other_image = [&](const extents& of) { return whole_numbers(result_type, of, 5); };
 
-    void fills_a_given_destination()
-    {
-        const auto given = whole_numbers(type_, sizes_, 5);
-        EXPECT_EQ(run(source_, given), given);
-        EXPECT_EQ(given->changes(), 1u);
-        EXPECT_EQ(bytes_of(given), bytes_of(want_));
-    }
+    const auto made = run(source, nullptr);
+    EXPECT_EQ(made->code(), result_type);
+    EXPECT_EQ(made->dimensions(), sizes.size());
+    const auto filled = run(source, other_image(sizes));
+    EXPECT_EQ(bytes_of(filled), bytes_of(made));
+    EXPECT_EQ(made->changes() + filled->changes(), 2u);
+    script.use_simd(false);
+    EXPECT_EQ(bytes_of(run(source, nullptr)), bytes_of(made)) << "without vector instructions";
+    script.use_simd(true);
+    EXPECT_EQ(bytes_of(source), bytes_of(whole_numbers(code, sizes)));
+    EXPECT_EQ(source->changes(), 0u);
 
-    void gives_the_same_without_vector_instructions()
-    {
-        script_.use_simd(false);
-        EXPECT_EQ(bytes_of(run(source_, nullptr)), bytes_of(want_));
-        script_.use_simd(true);
+    for (const auto& [step, to_step] : {std::pair{1, 1}, {1, 2}, {2, -1}, {-1, 1}}) {
+        if (!row.accepts_gaps) break;
+        const auto from = spread(source, step), to = spread(other_image(sizes), to_step);
+        run(from.picture, to.picture);
+        EXPECT_EQ(*to.memory, *spread(made, to_step).memory) << "steps " << step << " and " << to_step;
+        EXPECT_EQ(*from.memory, *spread(source, step).memory) << "steps " << step << " and " << to_step;
     }
-
-    void keeps_to_the_pixels_of_a_spread_image()
-    {
-        for (const auto& [step, to_step] : {std::pair{1, 1}, {1, 2}, {2, -1}, {-1, 1}}) {
-            const auto from = spread(source_, step), to = spread(whole_numbers(type_, sizes_, 5), to_step);
-            run(from.picture, to.picture);
-            EXPECT_EQ(*to.memory, *spread(want_, to_step).memory) << "steps " << step << " and " << to_step;
-            EXPECT_EQ(*from.memory, *spread(source_, step).memory) << "steps " << step << " and " << to_step;
+    if (row.plane_by_plane && sizes.size() == 3)
+        for (const std::uint32_t planes : {sizes[2] - 1, sizes[2] + 2}) {
+            const auto to = other_image({sizes[0], sizes[1], planes});
+            auto expected = bytes_of(to);
+            std::memcpy(expected.data(), made->data(), std::min(made->count(), to->count()) * to->type().bytes);
+            EXPECT_EQ(bytes_of(run(source, to)), expected) << planes << " planes";
         }
+    const auto both = source->clone();
+    if (row.onto_source == in_place::same_result) {
+        EXPECT_EQ(bytes_of(run(both, both)), bytes_of(made));
+        EXPECT_EQ(both->changes(), 1u);
+    } else if (row.onto_source == in_place::refused) {
+        ++calls;
+        EXPECT_EQ(script.failure(row.name, row.make_arguments(both, both)), "Output should be out-of-place.");
+        EXPECT_EQ(bytes_of(both), bytes_of(source));
     }
+    return calls;
+}
 
-    void writes_the_planes_that_both_have()
-    {
-        for (const std::uint32_t planes : {sizes_[2] - 1, sizes_[2] + 2}) {
-            const auto to = whole_numbers(type_, {sizes_[0], sizes_[1], planes}, 5);
-            auto wanted = bytes_of(to);
-            const auto written = std::min(want_->count(), to->count()) * to->type().bytes;
-            std::memcpy(wanted.data(), want_->data(), written);
-            run(source_, to);
-            EXPECT_EQ(bytes_of(to), wanted) << planes << " planes";
-        }
-    }
-
-    void works_on_its_source()
-    {
-        if (row_.onto_source == in_place::not_offered) return;
-        const auto both = source_->clone();
-        if (row_.onto_source == in_place::same_result) {
-            EXPECT_EQ(run(both, both), both);
-            EXPECT_EQ(both->changes(), 1u);
-            EXPECT_EQ(bytes_of(both), bytes_of(want_));
-        } else {
-            ++calls_;
-            EXPECT_EQ(script_.failure(row_.name, row_.given(both, both)), "Output should be out-of-place.");
-            EXPECT_EQ(bytes_of(both), bytes_of(source_));
-        }
-    }
-
-    script_host& script_;
-    const destination_row& row_;
-    extents sizes_;
-    std::uint32_t type_;
-    image_ref source_, want_;
-    unsigned calls_ = 0;
-};
-
-/// Null, given, spread, deeper, shallower and the source itself as destinations, with the switch on and off; and the
-/// calls are counted under the right name.
+/// Checks the destinations of a row for all its types and sizes, and that its calls are counted under the right name.
 inline void expect_destination_rules(const destination_row& row)
 {
     script_host script;
     unsigned calls = 0;
     for (const std::uint32_t code : row.types)
         for (const extents& sizes : row.sizes) {
-            SCOPED_TRACE(row.name + (" of type " + std::to_string(code)) + ", dimensions " +
+            SCOPED_TRACE(row.name + (", type " + std::to_string(code)) + ", dimensions " +
                          std::to_string(sizes.size()));
-            calls += destination_check{script, row, code, sizes}.calls();
+            calls += check_destinations(script, row, code, sizes);
         }
     const auto& traces = script.host().records().traces();
     ASSERT_TRUE(traces.contains(row.counter)) << row.counter;
     EXPECT_EQ(traces.at(row.counter).reports, calls) << row.counter;
 }
 
-/// The same arguments with outputs of their own.
-inline arguments with_new_outputs(arguments given)
+/// The arguments with new outputs of the same values.
+inline arguments with_new_outputs(arguments args)
 {
-    for (auto& argument : given)
+    for (auto& argument : args)
         if (const auto* out = std::get_if<cell_ref>(&argument)) argument = make_cell((*out)->value);
-    return given;
+    return args;
 }
 
 /// A call that fails.
 struct refusal
 {
     const char* name;
-    arguments given;
+    arguments args;
     const char* text;
 };
 
-/// Each fails with its text and leaves the images and outputs that it was given as they were.
+/// Each call fails with its text and leaves its images and outputs unchanged.
 inline void expect_refusals(const std::vector<refusal>& rows)
 {
     script_host script;
@@ -244,14 +204,14 @@ inline void expect_refusals(const std::vector<refusal>& rows)
         const auto keep = [&](const script_value& value) {
             if (const auto picture = object_in<image>(value)) images.emplace_back(picture, picture->fingerprint());
         };
-        for (const auto& value : rows[i].given) {
+        for (const auto& value : rows[i].args) {
             keep(value);
             const auto* out = std::get_if<cell_ref>(&value);
             if (!out) continue;
             keep((*out)->value);
             cells.emplace_back(*out, (*out)->value);
         }
-        EXPECT_EQ(script.failure(rows[i].name, rows[i].given), rows[i].text);
+        EXPECT_EQ(script.failure(rows[i].name, rows[i].args), rows[i].text);
         for (const auto& [picture, before] : images) EXPECT_EQ(picture->fingerprint(), before);
         for (const auto& [out, before] : cells) EXPECT_EQ(out->value, before);
     }

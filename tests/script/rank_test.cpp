@@ -3,84 +3,36 @@
 #include "image/errors.h"
 #include "tests/script/destinations.h"
 
-// Rank filters and medians as a script meets them. What they compute is tested with their kernels.
+// Rank filters and medians called as scripts call them. Their values are tested with their kernels.
 namespace {
 
 using namespace script;
 namespace errors = qorv::dm::errors;
 
 const script_value null{};
-const std::vector<std::uint32_t> real_and_binary{1, 2, 6, 7, 9, 10, 11, 12, 14};
 
-TEST(Ranks, FillTheirDestination)
-{
-    const auto near = [](auto s, auto d) { return arguments{s, integer{1}, d}; };
-    const auto far = [](auto s, auto d) { return arguments{s, integer{3}, d}; };
-    const auto padded = [](auto s, auto d) { return arguments{s, integer{2}, d, integer{-1}}; };
-    for (const auto& row : std::vector<destination_row>{
-             {"ZXMaximumFilter", "MaximumFilterDM", real_and_binary, far, in_place::refused},
-             {"ZXMinimumFilter", "MinimumFilterDM", real_and_binary, near, in_place::refused},
-             {"ZXMedianFilter", "MedianFilterDM2", float_types, near, in_place::refused},
-             {"ZXMedianFilter", "MedianFilterDM2", float_types, padded, in_place::refused},
-             {"ZXMedianFilter", "MedianFilterDM2", integer_types, far, in_place::not_offered, float_type}})
-        expect_destination_rules(row);
-}
-
-// A type taken for its neighbour with the other sign would exchange the extremes.
-TEST(Ranks, OrderTheExtremesOfEveryType)
+// A signed type mistaken for the unsigned one of its size would exchange the extremes.
+TEST(Ranks, OrderTheValuesOfEveryType)
 {
     script_host script;
-    using numbers = std::vector<double>;
     const auto check = [&]<class T>() {
         const T low = std::numeric_limits<T>::lowest(), high = std::numeric_limits<T>::max();
-        const auto line = image_of<T>({high, 1, low}, {3});
-        const auto filtered = [&](const char* name, const arguments& given) {
-            const auto result = script.call_image(name, given);
-            return numbers{number_at(result, 0), number_at(result, 1), number_at(result, 2)};
+        const auto line = image_of<T>({high, 1, low}, {3}), five = image_of<T>({9, 100, 1, 4, 7}, {5});
+        const auto middle = [&](const char* name, arguments args) {
+            return number_at(script.call_image(name, args), 1);
         };
-        EXPECT_EQ(filtered("ZXMaximumFilter", {line, integer{1}, null}), (numbers{double(high), double(high), 1}));
-        EXPECT_EQ(filtered("ZXMinimumFilter", {line, integer{1}, null}), (numbers{1, double(low), double(low)}));
-    };
-    for (const std::uint32_t code : real_types) qorv::dm::visit(qorv::dm::eight_reals{}, code, check);
-}
-
-TEST(Ranks, FindTheirPlaceInImagesOfEveryType)
-{
-    script_host script;
-    const auto check = [&]<class T>() {
-        const auto five = image_of<T>({9, 100, 1, 4, 7}, {5}), stack = image_of<T>({9, 100, 1, 4}, {1, 1, 4});
+        EXPECT_EQ(middle("ZXMaximumFilter", {line, integer{1}, null}), double(high));
+        EXPECT_EQ(middle("ZXMinimumFilter", {line, integer{1}, null}), double(low));
+        EXPECT_EQ(middle("ZXMedianFilter", {five, integer{1}, null}), 9);
+        EXPECT_EQ(middle("ZXMedianFilter", {five, integer{1}, null, integer{-1}}), 0);
         EXPECT_EQ(script.call("ZXNthElement", {five, integer{1}}), script_value{4.});
         EXPECT_EQ(script.call("ZXMedian", {five}), script_value{7.});
-        EXPECT_EQ(script.call("ZXMedian", {stack}), script_value{6.5});
-        EXPECT_EQ(number_at(script.call_image("ZXMedianZ", {stack, null}), 0), 6.5);
-        EXPECT_EQ(number_at(script.call_image("ZXMedianFilter", {five, integer{1}, null}), 1), 9);
-        EXPECT_EQ(number_at(script.call_image("ZXMedianFilter", {five, integer{1}, null, integer{-1}}), 1), 0);
-        EXPECT_EQ(five->changes() + stack->changes(), 0u);
+        EXPECT_EQ(script.call("ZXMedian", {image_of<T>({9, 100, 1, 4}, {1, 1, 4})}), script_value{6.5});
+        EXPECT_EQ(five->changes(), 0u);
     };
     for (const std::uint32_t code : real_types) qorv::dm::visit(qorv::dm::eight_reals{}, code, check);
     EXPECT_EQ(script.host().records().traces().at("NthElementDM").reports, 8u);
     EXPECT_EQ(script.host().records().traces().at("MedianDM").reports, 16u);
-}
-
-TEST(Ranks, MedianAlongZMakesOrFillsOnePlane)
-{
-    script_host script;
-    for (const std::uint32_t code : real_types)
-        for (const extents& sizes : std::vector<extents>{{5}, {6, 4, 7}}) {
-            const auto stack = whole_numbers(code, sizes);
-            const std::uint32_t w = stack->size(0), h = stack->size(1), result = code == 12 ? 12 : 2;
-            const auto made = script.call_image("ZXMedianZ", {stack, null});
-            EXPECT_EQ(made->code(), result);
-            EXPECT_EQ(std::pair(made->dimensions(), made->changes()), std::pair(std::size_t{2}, std::uint64_t{1}));
-            for (const auto step : spread_steps) {
-                script.use_simd(step == 1);
-                const auto to = spread(whole_numbers(result, {w, h}), step);
-                EXPECT_EQ(script.call_image("ZXMedianZ", {spread(stack, step).picture, to.picture}), to.picture);
-                EXPECT_EQ(to.picture->changes(), 1u);
-                EXPECT_EQ(*to.memory, *spread(made, step).memory);
-            }
-        }
-    EXPECT_EQ(script.host().records().traces().at("MedianZDM").reports, 64u);
 }
 
 TEST(Ranks, MedianAlongZMayOverwriteAPlaneOfItsStack)
@@ -89,16 +41,18 @@ TEST(Ranks, MedianAlongZMayOverwriteAPlaneOfItsStack)
     options.check_read_locks = false;  // two images share the memory
     script_host script{options};
     const auto stack = whole_numbers(2, {5, 3, 4}), original = stack->clone();
-    const auto part = [&](int elements) {  // as many elements into the stack
+    const auto part = [&](int elements) {  // starting at that element of the stack
         return image::over("part", 2, &stack->at<float>(elements), extents{5, 3}, std::vector<std::ptrdiff_t>{1, 5},
                            access::write, stack);
     };
     EXPECT_EQ(script.failure("ZXMedianZ", {stack, part(14)}), errors::out_of_place);
     EXPECT_EQ(bytes_of(stack), bytes_of(original));
-    const auto wanted = bytes_of(script.call_image("ZXMedianZ", {stack, null}));
+    const auto made = script.call_image("ZXMedianZ", {stack, null});
+    EXPECT_EQ(std::pair(made->dimensions(), made->changes()), std::pair(std::size_t{2}, std::uint64_t{1}));
+    const auto expected = bytes_of(made);
     for (const int plane : {0, 2, 3}) {
         std::memcpy(stack->data(), original->data(), bytes_of(original).size());
-        EXPECT_EQ(bytes_of(script.call_image("ZXMedianZ", {stack, part(15 * plane)})), wanted);
+        EXPECT_EQ(bytes_of(script.call_image("ZXMedianZ", {stack, part(15 * plane)})), expected);
     }
 }
 
@@ -112,16 +66,13 @@ TEST(Ranks, RefuseInOrder)
         // Rows with two faults fix the order.
         {"ZXMaximumFilter", {null, radius, same}, errors::parameters_invalid},
         {"ZXMinimumFilter", {of(3), no_radius, of(2, wide)}, errors::different_size},
-        {"ZXMaximumFilter", {of(2), no_radius, of(2, high)}, errors::different_size},
         {"ZXMinimumFilter", {of(2), no_radius, of(12)}, errors::invalid_image_type},
         {"ZXMaximumFilter", {of(14), radius, of(6)}, errors::invalid_image_type},
         {"ZXMaximumFilter", {of(3), radius, null}, errors::invalid_image_type},
-        {"ZXMinimumFilter", {of(23), radius, null}, errors::invalid_image_type},
         {"ZXMaximumFilter", {same, no_radius, same}, errors::parameters_invalid},
         {"ZXMinimumFilter", {same, radius, same}, errors::out_of_place},
         {"ZXMedianFilter", {null, radius, same}, errors::parameters_invalid},
         {"ZXMedianFilter", {of(3), no_radius, of(2, wide)}, errors::all_real},
-        {"ZXMedianFilter", {of(13), radius, null, integer{1}}, errors::all_real},
         {"ZXMedianFilter", {of(2), no_radius, of(12, high)}, errors::different_size},
         {"ZXMedianFilter", {of(2), no_radius, of(12)}, errors::invalid_image_type},
         {"ZXMedianFilter", {whole, radius, whole}, errors::invalid_image_type},
@@ -132,7 +83,6 @@ TEST(Ranks, RefuseInOrder)
         {"ZXNthElement", {of(3), integer{-1}}, errors::all_real},
         {"ZXNthElement", {of(2), integer{-1}}, errors::parameters_invalid},
         {"ZXNthElement", {of(7), integer{12}}, errors::parameters_invalid},
-        {"ZXMedian", {null}, errors::parameters_invalid},
         {"ZXMedian", {of(13)}, errors::all_real},
         {"ZXMedianZ", {null, of(2)}, errors::parameters_invalid},
         {"ZXMedianZ", {of(3, stack), of(3, wide)}, "imgSrc should be Real."},

@@ -93,12 +93,16 @@ inline std::vector<unsigned char> bytes_of(const image_ref& picture)
     return {data, data + picture->count() * picture->type().bytes};
 }
 
-/// The hash of Fowler, Noll and Vo (FNV-1a) of all bytes, for comparing platforms.
-inline std::uint64_t digest(const image_ref& picture)
+/// The hash of Fowler, Noll and Vo (FNV-1a) of some bytes.
+template <class Bytes>
+std::uint64_t digest(const Bytes& bytes)
 {
     std::uint64_t hash = 0xcbf29ce484222325;
-    for (unsigned char byte : bytes_of(picture)) hash = (hash ^ byte) * 0x100000001b3;
+    for (const auto byte : bytes) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
     return hash;
 }
+
+/// The hash of all pixels, for comparing platforms.
+inline std::uint64_t digest(const image_ref& picture) { return digest(bytes_of(picture)); }
 
 }  // namespace script

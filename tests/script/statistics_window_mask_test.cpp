@@ -1,14 +1,12 @@
 #include <gmock/gmock.h>
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 #include "image/errors.h"
 #include "tests/script/destinations.h"
 
-// Statistics, windows, weights and masks as a script meets them: types, texts and their order, outputs, destinations.
-// What they compute is tested with their kernels.
+// Statistics, windows, weights and masks called as scripts call them. Their values are tested with their kernels.
 namespace {
 
 using namespace script;
@@ -18,17 +16,17 @@ const script_value null{};
 constexpr double inf = std::numeric_limits<double>::infinity();
 const std::complex<double> i{0, 1};
 
-arguments with_cells(arguments given, int count)
+arguments with_cells(arguments args, int count)
 {
-    for (int k = 0; k < count; ++k) given.emplace_back(make_cell());
-    return given;
+    for (int k = 0; k < count; ++k) args.emplace_back(make_cell());
+    return args;
 }
 
-/// The cells' values as numbers.
-std::vector<double> outputs_of(const arguments& given)
+/// The values of the outputs as numbers.
+std::vector<double> outputs_of(const arguments& args)
 {
     std::vector<double> values;
-    for (const auto& argument : given)
+    for (const auto& argument : args)
         if (const auto* out = std::get_if<cell_ref>(&argument)) {
             const auto& value = (*out)->value;
             if (const auto* whole = std::get_if<integer>(&value)) values.push_back(static_cast<double>(*whole));
@@ -37,78 +35,8 @@ std::vector<double> outputs_of(const arguments& given)
     return values;
 }
 
-image_ref curve() { return image_of<float>({1, 2, 3}, {3}); }
 image_ref matrix() { return image_of<double>({4, 0, 0, 4}, {2, 2}); }
 image_ref peaks() { return image_of<std::complex<float>>({{1, 2}, {5, 3}}, {2}); }
-
-/// A function with the arguments behind its source or sources.
-struct function_row
-{
-    const char* name;
-    const char* counter;
-    std::vector<std::uint32_t> taken;
-    const char* refusal;
-    std::size_t sources;
-    arguments behind;
-
-    arguments operator()(const image_ref& source) const
-    {
-        arguments given(sources, source);
-        given.insert(given.end(), behind.begin(), behind.end());
-        return with_new_outputs(given);
-    }
-};
-
-const script_value out = make_cell(), start = make_cell(2.);
-const integer one{1}, two{2};
-const auto& both_types = float_and_complex_types;
-const function_row rows[] = {
-    {"ZXSurvey", "SurveyDM", real_types, errors::invalid_data_type, 1, {out, out, out, out, out}},
-    {"ZXSurvey", "SurveyDM", real_types, errors::invalid_data_type, 1, {out, out, out, out}},
-    {"ZXSurveyDifference", "SurveyDifferenceDM", real_types, errors::all_real, 2, arguments(7, out)},
-    {"ZXMinMaxStable", "MinMaxStableDM", real_types, errors::should_be_real, 1, arguments(8, out)},
-    {"ZXMinMax", "MinMaxDM", real_types, errors::should_be_real, 1, arguments(8, out)},
-    {"ZXMin", "MinDM", real_types, errors::should_be_real, 1, {out, out, out}},
-    {"ZXMax", "MaxDM", real_types, errors::should_be_real, 1, {out, out, out}},
-    {"ZXRadialSurvey", "RadialSurveyDM", real_types, errors::should_be_real, 1, {two, one, 1., 1.}},
-    {"ZXGetCenterOfMass", "GetCenterOfMassDM", real_types, errors::should_be_real, 1, {start, start, inf, two, -1000.}},
-    {"ZXWeight", "WeightDM", both_types, errors::all_real_or_complex, 1, {curve(), two, two, 1., 1., one, null}},
-    {"ZXFTWindow", "FTWindowDM", both_types, errors::all_real_or_complex, 1, {one, null}},
-    {"ZXHanningWindow", "HanningWindowDM", float_types, errors::should_be_real4_or_real8, 1, {0.5, 2., 1., null}},
-    {"ZXSineWindow", "SineWindowComplexDM", both_types, errors::all_real_or_complex, 1, {0.5 * i, i, 1. + i, null}},
-    {"ZXVorbisWindow", "VorbisWindowDM", float_types, errors::should_be_real4_or_real8, 1, {0.5, 2., 1., null}},
-    {"ZXMask", "MaskDM", complex_types, errors::all_complex, 1, {null, matrix(), 1., 0.5, null}},
-    {"ZXCrossCorrelationMaskWithDefocus",
-     "CrossCorrelationMaskWithDefocusDM",
-     complex_types,
-     errors::all_complex,
-     2,
-     {two, two, 0.1, 0.1, 20., 0.3, one, out, null}},
-};
-
-TEST(StatisticsWindowsMasks, TakeTheirTypes)
-{
-    for (const auto& row : rows) {
-        script_host script;
-        for (const std::uint32_t code : row.taken) {
-            const auto source = whole_numbers(code, {9, 4});
-            const auto before = bytes_of(source);
-            EXPECT_EQ(script.failure(row.name, row(source)), "") << row.name << ", type " << code;
-            EXPECT_EQ(bytes_of(source), before) << row.name;
-        }
-        EXPECT_EQ(script.host().records().traces().at(row.counter).reports, row.taken.size());
-    }
-}
-
-TEST(StatisticsWindowsMasks, RefuseTheOtherTypes)
-{
-    std::vector<refusal> refusals;
-    for (const auto& row : rows)
-        for (const std::uint32_t code : {1u, 2u, 3u, 6u, 7u, 9u, 10u, 11u, 12u, 13u, 14u, 23u})
-            if (!std::ranges::count(row.taken, code))
-                refusals.push_back({row.name, row(whole_numbers(code, {9, 4})), row.refusal});
-    expect_refusals(refusals);
-}
 
 TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
 {
@@ -126,7 +54,6 @@ TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
         return arguments{s, make_cell(0.0), make_cell(0.0), radius, cycles, 0.0};
     };
     expect_refusals({
-        {"ZXSurvey", with_cells({null}, 4), errors::parameters_invalid},
         {"ZXSurveyDifference", with_cells({null, c()}, 7), errors::parameters_invalid},
         {"ZXSurveyDifference", with_cells({f(), c(3)}, 7), errors::all_real},
         {"ZXSurveyDifference", with_cells({f(), d(3)}, 7), errors::invalid_image_type},
@@ -144,13 +71,11 @@ TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
         {"ZXWeight", weight(f(), f(3, 1), 0, null, inf), errors::parameters_invalid},
         {"ZXFTWindow", {f(), no_mode, d(2)}, errors::invalid_image_type},
         {"ZXFTWindow", {f(), no_mode, f(2)}, errors::invalid_mode},
-        {"ZXFTWindow", {f(), integer{8}, null}, errors::invalid_mode},
         {"ZXFTWindow", {f(), integer{7}, f(2)}, errors::different_size},
         {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, d(2)}, errors::invalid_image_type},
         {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, f(2)}, errors::different_size},
         {"ZXVorbisWindow", {f(), i, i, i, whole_numbers(13, {6, 4})}, errors::invalid_image_type},
         {"ZXVorbisWindow", {f(), i, i, i, c(2)}, errors::different_size},
-        {"ZXMask", {f(), null, null, 1.0, 0.0, null}, errors::all_complex},
         {"ZXMask", {c(), null, null, 1.0, 0.0, null}, errors::parameters_invalid},
         {"ZXMask", {c(), f(), c(), 1.0, 0.0, null}, errors::all_complex},
         {"ZXMask", {c(), c(), c(), 1.0, 0.0, f()}, errors::should_be_real4_or_real8},
@@ -170,99 +95,67 @@ TEST(Statistics, StoreEachOutputInItsPlace)
 {
     script_host script;
     const auto three = image_of<float>({2, -4, 1}, {3});
-    const std::vector<double> five{-4, 2, -1, 21, 7}, four{-4, 2, -1, 21};
-    auto all = with_cells({three}, 5), fewer = with_cells({three}, 4);
-    script.call("ZXSurvey", all);
-    script.call("ZXSurvey", fewer);
-    EXPECT_EQ(std::pair(outputs_of(all), outputs_of(fewer)), std::pair(five, four));
-
-    auto sums = with_cells({image_of<float>({1, 2, 3, 4}, {2, 2}), image_of<float>({1, 0, 5, 4}, {2, 2})}, 7);
-    script.call("ZXSurveyDifference", sums);
-    EXPECT_EQ(outputs_of(sums), (std::vector<double>{10, 30, 10, 42, 0, 8, 4}));
-
-    std::vector<std::int32_t> volume(4 * 3 * 2, 5);
-    volume[2 + 4 * (1 + 3 * 1)] = -8, volume[3 + 4 * 2] = 90, volume[23] = 90;
-    const auto source = image_of(volume, {4, 3, 2});
-    for (const char* name : {"ZXMinMax", "ZXMinMaxStable"}) {
-        auto places = with_cells({source}, 8);
-        script.call(name, places);
-        EXPECT_EQ(outputs_of(places), (std::vector<double>{2, 1, 1, -8, 3, 2, 0, 90})) << name;
+    const auto first = image_of<float>({1, 2, 3, 4}, {2, 2}), second = image_of<float>({1, 0, 5, 4}, {2, 2});
+    std::vector<std::int32_t> pixels(4 * 3 * 2, 5);
+    pixels[2 + 4 * (1 + 3 * 1)] = -8, pixels[3 + 4 * 2] = 90, pixels[23] = 90;
+    const auto volume = image_of(pixels, {4, 3, 2});
+    const std::vector<double> extrema{2, 1, 1, -8, 3, 2, 0, 90};
+    for (const auto& [name, sources, outputs] : std::vector<std::tuple<const char*, arguments, std::vector<double>>>{
+             {"ZXSurvey", {three}, {-4, 2, -1, 21, 7}},
+             {"ZXSurvey", {three}, {-4, 2, -1, 21}},
+             {"ZXSurveyDifference", {first, second}, {10, 30, 10, 42, 0, 8, 4}},
+             {"ZXMinMax", {volume}, extrema},
+             {"ZXMinMaxStable", {volume}, extrema},
+             {"ZXMin", {volume}, {2, 1, 1}},
+             {"ZXMax", {volume}, {3, 2, 0}}}) {
+        const auto args = with_cells(sources, static_cast<int>(outputs.size()));
+        const auto returned = script.call(name, args);
+        EXPECT_EQ(outputs_of(args), outputs) << name;
+        EXPECT_TRUE(outputs.size() != 3 || returned == script_value{outputs[2] == 1 ? -8. : 90.}) << name;
     }
-    auto place = with_cells({source}, 3);
-    EXPECT_EQ(std::get<double>(script.call("ZXMin", place)), -8);
-    EXPECT_EQ(outputs_of(place), (std::vector<double>{2, 1, 1}));
-    EXPECT_EQ(std::get<double>(script.call("ZXMax", place)), 90);
-    EXPECT_EQ(outputs_of(place), (std::vector<double>{3, 2, 0}));
 
     std::vector<float> spot(16 * 16);
     for (int y = 9; y < 12; ++y)
         for (int x = 4; x < 7; ++x) spot[static_cast<std::size_t>(x + 16 * y)] = 5;
-    arguments given{image_of(spot, {16, 16}), make_cell(8.0), make_cell(8.0), 5.0, integer{20}, 0.0};
-    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", given)), 2);
-    EXPECT_EQ(outputs_of(given), (std::vector<double>{5, 10}));
-    given[5] = 5.0;
-    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", given)), 0) << "nothing is above";
+    arguments args{image_of(spot, {16, 16}), make_cell(8.0), make_cell(8.0), 5.0, integer{20}, 0.0};
+    EXPECT_EQ(std::get<integer>(script.call("ZXGetCenterOfMass", args)), 2);
+    EXPECT_EQ(outputs_of(args), (std::vector<double>{5, 10}));
 }
 
-TEST(RadialSurvey, MakesProfilesThatWeightTakes)
+TEST(RadialSurvey, MakesAProfileForEachPlane)
 {
     script_host script;
     for (const std::uint32_t code : real_types)
         for (const std::uint32_t depth : {1u, 3u}) {
-            auto source = whole_numbers(code, depth == 1 ? std::vector{7u, 5u} : std::vector{7u, 5u, depth});
+            const auto source = whole_numbers(code, depth == 1 ? std::vector{7u, 5u} : std::vector{7u, 5u, depth});
             const auto profile = script.call_image("ZXRadialSurvey", {source, integer{3}, integer{2}, 1.0, 1.0});
             EXPECT_EQ(profile->code(), code == 7 || code == 11 || code == 12 ? 12u : 2u) << "type " << code;
             EXPECT_EQ(profile->dimensions(), depth == 1 ? 1u : 2u);
-            EXPECT_EQ(profile->size(0), 5u);  // the corner lies at sqrt(13)
+            EXPECT_EQ(profile->size(0), 5u);  // the corner is at radius sqrt(13)
             EXPECT_EQ(profile->size(1), depth);
-            if (code != 2 && code != 12) continue;
-            script.call("ZXWeight", {source, profile, integer{3}, integer{2}, 1.0, 1.0, integer{2}, source});
-            const auto flat = script.call_image("ZXRadialSurvey", {source, integer{3}, integer{2}, 1.0, 1.0});
-            for (std::size_t k = 0; k < flat->count(); ++k)
-                EXPECT_NEAR(number_at(flat, k % 5, k / 5), 1, 1e-4) << "in place";
         }
 }
 
-TEST(Windows, FillGivenDestinationsAndMakeMissingOnes)
-{
-    script_host script;
-    const auto source = whole_numbers(2, {5, 3, 4});
-    const auto made = script.call_image("ZXHanningWindow", {source, i, 2.0 * i, 3.0 + i, null});
-    EXPECT_EQ(made->code(), 3u);
-    EXPECT_EQ(made->size(2), 4u);
-    EXPECT_EQ(made->name(), source->name());
-    const auto destination = whole_numbers(2, {5, 3, 4}, 2);
-    EXPECT_EQ(script.call_image("ZXSineWindow", {source, 0.0, 1.0, 0.0, destination}), destination);
-    EXPECT_EQ(destination->changes(), 1u);
-    const auto wave = whole_numbers(3, {8, 8});
-    EXPECT_EQ(script.call_image("ZXVorbisWindow", {wave, 0.0 * i, 1.0 + 0.0 * i, 0.0 * i, wave}), wave) << "in place";
-}
-
-TEST(Windows, HaveTheirNamesShapes)
+TEST(Windows, HaveTheShapesOfTheirNames)
 {
     script_host script;
     const auto ones = image_of<double>({1, 1, 1, 1}, {4, 1});
-    const double s = std::sin(std::numbers::pi / 8);
-    EXPECT_NEAR(pixels_of<double>(script.call_image("ZXFTWindow", {ones, integer{1}, null}))[0], 0.08, 1e-15);
-    const std::pair<const char*, double> first_elements[] = {
-        {"ZXHanningWindow", 0}, {"ZXSineWindow", s}, {"ZXVorbisWindow", std::sin(std::numbers::pi / 2 * s * s)}};
-    for (const auto& [name, first] : first_elements) {
-        // (s - A) B w + C of the sample s and the window w
-        const auto real = pixels_of<double>(script.call_image(name, {ones, 0.5, 4.0, 3.0, null}));
-        EXPECT_NEAR(real[0], 2 * first + 3, 1e-14) << name;
-        const auto turned =
-            pixels_of<std::complex<double>>(script.call_image(name, {ones, -i, 2.0 * i, 3.0 + i, null}));
-        EXPECT_LT(std::abs(turned[0] - (2.0 * i - 2.0) * first - (3.0 + i)), 1e-14) << name;
+    const double s = std::sin(std::numbers::pi / 8), v = std::sin(std::numbers::pi / 2 * s * s);
+    for (const auto& [name, first] : {std::pair{"ZXHanningWindow", 0.}, {"ZXSineWindow", s}, {"ZXVorbisWindow", v}}) {
+        const auto real = script.call_image(name, {ones, 0.5, 4.0, 3.0, null});
+        EXPECT_NEAR(real->at<double>(0), (1 - 0.5) * first * 4 + 3, 1e-14) << name;
+        const auto turned = complex_at(script.call_image(name, {ones, -i, 2.0 * i, 3.0 + i, null}), 0);
+        EXPECT_LT(std::abs(turned - (2.0 * i - 2.0) * first - (3.0 + i)), 1e-14) << name;
     }
 }
 
-TEST(Mask, ReadsPeaksAndMatrixTogether)
+TEST(Masks, ReadPeaksAndMatrixTogether)
 {
     script_host script;
     const auto spectrum = image_of(std::vector<std::complex<double>>(9 * 9, {1, 2}), {9, 9});
     const auto kept = [&](script_value peak_list, script_value lattice) {
-        const auto masked = script.call_image("ZXMask", {spectrum, peak_list, lattice, 0.5, 0.0, null});
         std::vector<std::size_t> places;
+        const auto masked = script.call_image("ZXMask", {spectrum, peak_list, lattice, 0.5, 0.0, null});
         const auto pixels = pixels_of<std::complex<double>>(masked);
         for (std::size_t k = 0; k < pixels.size(); ++k)
             if (pixels[k] != 0.0) places.push_back(k);
@@ -275,19 +168,15 @@ TEST(Mask, ReadsPeaksAndMatrixTogether)
     EXPECT_THAT(kept(peaks(), placed), ElementsAre(3 + 9 * 3, 7 + 9 * 4));
 }
 
-TEST(CrossCorrelationMask, MeasuresWhatItWrote)
+TEST(Masks, CorrelationStoresTheMeanModulusOfItsResult)
 {
     script_host script;
     const auto target = image_of<std::complex<double>>({2.0 * i, 3, 4}, {3});
     const auto reference = image_of<std::complex<double>>({1, i, 1}, {3});
-    arguments given{target, reference, integer{0}, integer{0}, 1.0, 1.0, 0.0, 1.0, integer{0}, make_cell(), null};
-    const auto result = pixels_of<std::complex<double>>(script.call_image("ZXCrossCorrelationMaskWithDefocus", given));
+    arguments args{target, reference, integer{0}, integer{0}, 1.0, 1.0, 0.0, 1.0, integer{0}, make_cell(), null};
+    const auto result = pixels_of<std::complex<double>>(script.call_image("ZXCrossCorrelationMaskWithDefocus", args));
     EXPECT_EQ(result, (std::vector<std::complex<double>>{2.0 * i, -3.0 * i, 0}));
-    EXPECT_EQ(outputs_of(given), std::vector<double>{2.5});
-    given[10] = target;
-    given[6] = 0.5;  // exp(i pi / 2) at frequency 1
-    EXPECT_EQ(script.call_image("ZXCrossCorrelationMaskWithDefocus", given), object_in<image>(target)) << "in place";
-    EXPECT_NEAR(std::abs(pixels_of<std::complex<double>>(target)[1] - 3.0), 0, 1e-15);
+    EXPECT_EQ(outputs_of(args), std::vector<double>{2.5});
 }
 
 }  // namespace

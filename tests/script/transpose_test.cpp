@@ -4,7 +4,7 @@
 #include "image/errors.h"
 #include "tests/script/destinations.h"
 
-// Transposes as a script meets them. That every element reaches its place is tested with their kernel.
+// Transposes called as scripts call them. The place of every element is tested with their kernel.
 namespace {
 
 using namespace script;
@@ -12,7 +12,7 @@ namespace errors = qorv::dm::errors;
 
 const script_value null{};
 
-/// Either function, by the axes that it exchanges.
+/// A function and the axes that it exchanges.
 struct transpose_row
 {
     const char* name;
@@ -21,26 +21,7 @@ struct transpose_row
 };
 const transpose_row rows[] = {{"ZXTransposeXZ", "TransposeXZDM", 0, 2}, {"ZXTransposeYZ", "TransposeYZDM", 1, 2}};
 
-TEST(Transpose, ExchangesTwoAxes)
-{
-    script_host script;
-    for (const transpose_row& row : rows)
-        for (const extents& sizes : std::vector<extents>{{5}, {4, 3}, {7, 5, 9}}) {
-            const auto source = whole_numbers(2, sizes);
-            const auto made = script.call_image(row.name, {source, null});
-            EXPECT_EQ(made->dimensions(), 3u);
-            for (std::uint32_t i = 0; i < source->count(); ++i) {
-                const std::uint32_t w = source->size(0), h = source->size(1);
-                std::array<std::uint32_t, 3> at{i % w, i / w % h, i / w / h};
-                const float moved = source->at<float>(at[0], at[1], at[2]);
-                std::swap(at[row.first], at[row.second]);
-                ASSERT_LT(at[row.second], made->size(row.second));
-                ASSERT_EQ(made->at<float>(at[0], at[1], at[2]), moved) << row.name;
-            }
-        }
-}
-
-TEST(Transpose, TwiceIsTheIdentityForElementsOfEveryType)
+TEST(Transpose, MovesElementsOfEveryType)
 {
     script_host script;
     for (const transpose_row& row : rows) {
@@ -49,22 +30,20 @@ TEST(Transpose, TwiceIsTheIdentityForElementsOfEveryType)
             const auto source = whole_numbers(type.code, {7, 5, 9});
             const auto made = script.call_image(row.name, {source, null});
             EXPECT_EQ(made->code(), type.code);
-            EXPECT_EQ(made->changes(), 1u);
-            EXPECT_EQ(bytes_of(script.call_image(row.name, {made, null})), bytes_of(source));
-            EXPECT_EQ(source->changes(), 0u);
-            for (const auto step : spread_steps) {
-                const auto to = spread(whole_numbers(type.code, {made->size(0), made->size(1), made->size(2)}), step);
-                EXPECT_EQ(script.call_image(row.name, {spread(source, step).picture, to.picture}), to.picture);
-                EXPECT_EQ(to.picture->changes(), 1u);
-                EXPECT_EQ(*to.memory, *spread(made, step).memory) << "step " << step;
-            }
+            EXPECT_EQ(std::pair(made->size(row.first), made->size(row.second)),
+                      std::pair(source->size(row.second), source->size(row.first)));
+            EXPECT_EQ(bytes_of(script.call_image(row.name, {made, null})), bytes_of(source)) << "twice";
+            const auto to = spread(whole_numbers(type.code, {made->size(0), made->size(1), made->size(2)}), -1);
+            EXPECT_EQ(script.call_image(row.name, {spread(source, 2).picture, to.picture}), to.picture);
+            EXPECT_EQ(*to.memory, *spread(made, -1).memory);
             const auto cube = whole_numbers(type.code, {5, 5, 5});
-            const auto wanted = bytes_of(script.call_image(row.name, {cube, null}));
+            const auto expected = bytes_of(script.call_image(row.name, {cube, null}));
             EXPECT_EQ(script.call_image(row.name, {cube, cube}), cube);
-            EXPECT_EQ(cube->changes(), 1u);
-            EXPECT_EQ(bytes_of(cube), wanted) << "in place";
+            EXPECT_EQ(bytes_of(cube), expected) << "in place";
+            EXPECT_EQ(script.call_image(row.name, {whole_numbers(type.code, {5}), null})->dimensions(), 3u);
+            EXPECT_EQ(made->changes() + cube->changes() + source->changes(), 2u);
         }
-        EXPECT_EQ(script.host().records().traces().at(row.counter).reports, 7 * all_elements().size());
+        EXPECT_EQ(script.host().records().traces().at(row.counter).reports, 6 * all_elements().size());
     }
 }
 

@@ -46,8 +46,8 @@ void add_files_of(const fs::path& folder, const std::vector<std::string>& patter
     std::error_code error;
     for (const auto& entry : fs::directory_iterator{folder, error}) {
         const std::string name = to_utf8(entry.path().filename());
-        const bool fits = std::any_of(patterns.begin(), patterns.end(), [&](auto& p) { return matches(p, name); });
-        if (fits && entry.is_regular_file(error)) files.push_back(to_utf8(entry.path()));
+        const bool is_match = std::any_of(patterns.begin(), patterns.end(), [&](auto& p) { return matches(p, name); });
+        if (is_match && entry.is_regular_file(error)) files.push_back(to_utf8(entry.path()));
     }
 }
 
@@ -69,18 +69,18 @@ std::vector<std::string> patterns_of(std::string_view filter)
 
 bool matches(std::string_view pattern, std::string_view name)
 {
-    // Only the last star that was met can have to take more: what the former ones took is as good as any. Without going
-    // back to those, many stars cost no more than one.
-    std::size_t p = 0, n = 0, after_star = pattern.npos, taken_to = 0;
+    // After a mismatch only the last star has to match more bytes; any match of the earlier ones is as good as another.
+    // Without backtracking to them the time is at most proportional to the product of the lengths.
+    std::size_t p = 0, n = 0, after_star = pattern.npos, star_end = 0;
     while (n < name.size()) {
         if (p < pattern.size() && pattern[p] == '*') {
             after_star = ++p;
-            taken_to = n;
+            star_end = n;
         } else if (p < pattern.size() && (pattern[p] == '?' || folded(pattern[p]) == folded(name[n]))) {
             ++p, ++n;
         } else if (after_star != pattern.npos) {
             p = after_star;
-            n = ++taken_to;
+            n = ++star_end;
         } else {
             return false;
         }

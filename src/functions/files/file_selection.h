@@ -4,26 +4,27 @@
 #include <string_view>
 #include <vector>
 
-/// Which files a script means by a text, without a dialog. All texts are UTF-8.
+/// Expansion of lists and patterns of file names. All texts are UTF-8.
 namespace qorv::functions {
 
-/// The patterns of a file dialog's filter "description|pattern;pattern|description|pattern...": those of its first pair,
-/// with which the dialog opens. A filter without '|' is patterns only. Empty, "*" and "*.*" mean every file.
+/// The patterns of the first pair of a file dialog's filter "description|pattern;pattern|description|pattern...".
+/// A filter without '|' consists of patterns only. An empty filter, "*" and "*.*" match every file.
 std::vector<std::string> patterns_of(std::string_view filter);
 
-/// Compares a file's name with a pattern of '*' (any run) and '?' (any one byte), letters A to Z without regard to case.
+/// Whether a file name matches a pattern, in which '*' matches any bytes and '?' one byte. The case of the letters A
+/// to Z is ignored.
 bool matches(std::string_view pattern, std::string_view name);
 
-/// True for a text that lists files by itself: with '*', '?', ';' or a line end in it.
+/// Whether a text is a list of files: it contains '*', '?', ';' or a line end.
 bool lists_files(std::string_view text);
 
-/// The files that a text lists, items separated by ';' or line ends: a file stands for itself, a folder for its files that
-/// fit the filter, an item with '*' or '?' in its last part for the files of that folder that fit. What does not exist
-/// gives nothing.
+/// The files in a list of items, which are separated by ';' or line ends. An item is a file, a folder (its files that
+/// match the filter), or a path with '*' or '?' in its last part (the matching files of that folder). Missing files and
+/// folders are left out.
 std::vector<std::string> expanded(std::string_view text, std::string_view filter);
 
-/// Files as a script gets them: names in the order of their numbers, and the folder that they share, with a separator at
-/// its end. Files of several folders keep their whole paths as names and have an empty folder.
+/// Files as scripts receive them: the common folder with a separator at its end, and the names sorted by
+/// sort_numbered_names. Files of several folders keep their paths as names, and the folder is empty.
 struct selected_files
 {
     std::string folder;
@@ -31,7 +32,7 @@ struct selected_files
 };
 selected_files grouped(const std::vector<std::string>& paths);
 
-/// True for a file whose extension is none of the picture formats that tell their size and type themselves.
+/// Whether a file is raw: its extension is none of the known image formats, which store size and type.
 bool is_raw(std::string_view path);
 
 }  // namespace qorv::functions

@@ -10,7 +10,7 @@ bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
 unsigned char folded(char c) { return static_cast<unsigned char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c); }
 
-/// Takes a run of digits off the front and gives it back without leading zeros.
+/// Removes the leading run of digits and returns it without its leading zeros.
 std::string_view take_number(std::string_view& text)
 {
     std::size_t length = 0;
@@ -24,7 +24,7 @@ std::string_view take_number(std::string_view& text)
 /// Negative, zero or positive.
 int compare_numbers(std::string_view a, std::string_view b)
 {
-    if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;  // more digits, greater number: no length overflows
+    if (a.size() != b.size()) return a.size() < b.size() ? -1 : 1;  // the longer number is greater
     return a.compare(b);
 }
 

@@ -24,11 +24,11 @@ class raw_file
     /// Throws  file_not_opened
     explicit raw_file(const std::string& path);
 
-    /// Throws  errors::invalid_image_size unless the file holds exactly `bytes`: a file of another length is of another
-    ///         size or type than was said, and its picture would be a skewed one.
+    /// Throws  errors::invalid_image_size unless the file has exactly that length: a wrong width or type would give a
+    ///         skewed image
     void require_length(std::uint64_t bytes) const;
 
-    /// Reads from the beginning.
+    /// Reads the first `bytes` bytes.
     /// Throws  file_not_read
     void read(void* destination, std::uint64_t bytes);
 

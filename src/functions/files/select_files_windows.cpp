@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <exception>
 
 #include "binding/text_windows.h"
 #include "image/element_type.h"
@@ -23,7 +24,7 @@ HWND window_titled(const std::string& title)
     return titled ? titled : GetActiveWindow();
 }
 
-/// "description|patterns|..." with the ends that the dialog expects.
+/// The filter with null characters as separators, as the dialog expects it.
 std::wstring dialog_filter(const std::string& filter)
 {
     std::wstring text = wide(filter.find('|') != std::string::npos || filter.empty() ? filter : filter + "|" + filter);
@@ -32,7 +33,7 @@ std::wstring dialog_filter(const std::string& filter)
     return text + L'\0';
 }
 
-/// The dialog's answer: one whole path, or a folder and then names, each ended by a zero.
+/// The paths in the dialog's answer: one whole path, or a folder followed by names, each null-terminated.
 std::vector<std::string> paths_in(const std::wstring& answer)
 {
     std::vector<std::string> parts;
@@ -45,7 +46,7 @@ std::vector<std::string> paths_in(const std::wstring& answer)
     return parts;
 }
 
-/// A dialog template in memory, written item by item: words and zero-ended texts, each item at a multiple of 4 bytes.
+/// A dialog template in memory. Items are aligned to 4 bytes; texts are null-terminated.
 class dialog_template
 {
   public:
@@ -56,7 +57,7 @@ class dialog_template
         put<WORD>(items);
         for (const short number : {short{0}, short{0}, width, height}) put(number);
         put<WORD>(0);  // no menu
-        put<WORD>(0);  // the ordinary dialog class
+        put<WORD>(0);  // standard dialog class
         put_text(title);
         put<WORD>(8);
         put_text(L"MS Shell Dlg");
@@ -110,8 +111,8 @@ void show(HWND dialog, const raw_format& format)
     SendDlgItemMessageW(dialog, type_id, CB_SETCURSEL, static_cast<WPARAM>(format.type), 0);
 }
 
-/// False, with the cursor in the wrong field, while a size is not above 0.
-bool take(HWND dialog, raw_format& format)
+/// Reads the fields. Returns false, with the focus on the invalid field, when a size is not above 0.
+bool read_fields(HWND dialog, raw_format& format)
 {
     for (const auto& [id, number] : {std::pair{width_id, &format.width}, {height_id, &format.height}}) {
         *number = static_cast<std::int32_t>(GetDlgItemInt(dialog, id, nullptr, FALSE));
@@ -123,21 +124,41 @@ bool take(HWND dialog, raw_format& format)
     return true;
 }
 
-INT_PTR CALLBACK format_proc(HWND dialog, UINT message, WPARAM wp, LPARAM lp) noexcept
+/// What the dialog asks for, and the exception that ended it, if any.
+struct format_question
+{
+    raw_format format;
+    std::exception_ptr failure;
+};
+
+format_question* question_of(HWND dialog)
+{
+    return reinterpret_cast<format_question*>(GetWindowLongPtrW(dialog, DWLP_USER));
+}
+
+INT_PTR handle(HWND dialog, UINT message, WPARAM wp, LPARAM lp)
 {
     switch (message) {
         case WM_INITDIALOG:
             SetWindowLongPtrW(dialog, DWLP_USER, lp);
-            show(dialog, *reinterpret_cast<const raw_format*>(lp));
+            show(dialog, question_of(dialog)->format);
             return TRUE;
         case WM_COMMAND:
             if (LOWORD(wp) == IDCANCEL) EndDialog(dialog, IDCANCEL);
-            if (LOWORD(wp) == IDOK &&
-                take(dialog, *reinterpret_cast<raw_format*>(GetWindowLongPtrW(dialog, DWLP_USER))))
-                EndDialog(dialog, IDOK);
+            if (LOWORD(wp) == IDOK && read_fields(dialog, question_of(dialog)->format)) EndDialog(dialog, IDOK);
             return TRUE;
         default: return FALSE;
     }
+}
+
+/// No exception may pass the system's frames: it ends the dialog and is thrown again by choose_raw_format.
+INT_PTR CALLBACK format_proc(HWND dialog, UINT message, WPARAM wp, LPARAM lp) noexcept
+try {
+    return handle(dialog, message, wp, lp);
+} catch (...) {
+    if (format_question* question = question_of(dialog)) question->failure = std::current_exception();
+    EndDialog(dialog, IDCANCEL);
+    return TRUE;
 }
 
 dialog_template format_dialog()
@@ -159,7 +180,7 @@ dialog_template format_dialog()
 
 std::vector<std::string> choose_files(const std::string& start, const std::string& filter, const std::string& owner)
 {
-    std::wstring answer(1 << 16, L'\0');  // some thousand names
+    std::wstring answer(1 << 16, L'\0');  // room for some thousand names
     const std::wstring begin = wide(start), filters = dialog_filter(filter);
     const DWORD attributes = begin.empty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(begin.c_str());
     const bool is_folder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
@@ -180,13 +201,16 @@ std::vector<std::string> choose_files(const std::string& start, const std::strin
 bool choose_raw_format(raw_format& format, const std::string& owner)
 {
     static raw_format last{512, 512, static_cast<std::int32_t>(dm::element_type::float32)};
-    raw_format entered{format.width > 0 ? format.width : last.width, format.height > 0 ? format.height : last.height,
-                       format.type >= 0 && format.type <= 9 ? format.type : last.type};
+    format_question question{
+        {format.width > 0 ? format.width : last.width, format.height > 0 ? format.height : last.height,
+         format.type >= 0 && format.type <= 9 ? format.type : last.type},
+        nullptr};
     const dialog_template dialog = format_dialog();
     const auto answer = DialogBoxIndirectParamW(GetModuleHandleW(nullptr), dialog.get(), window_titled(owner),
-                                                format_proc, reinterpret_cast<LPARAM>(&entered));
+                                                format_proc, reinterpret_cast<LPARAM>(&question));
+    if (question.failure) std::rethrow_exception(question.failure);
     if (answer != IDOK) return false;
-    format = last = entered;
+    format = last = question.format;
     return true;
 }
 

@@ -1,11 +1,11 @@
+#include "functions/system/process.h"
+
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
-
-#include "functions/system/process.h"
 
 extern char** environ;
 
@@ -19,12 +19,12 @@ void wait_for(pid_t process)
     }
 }
 
-/// Runs a program whose parent ends at once, so that the system's first process collects it.
+/// Runs a program as an orphan: its parent ends at once, so that init reaps it.
 void run_detached(const char* const arguments[])
 {
     const pid_t middle = fork();
     if (middle == 0) {
-        // Only calls that are safe between fork and exec.
+        // Only async-signal-safe calls are allowed here.
         setsid();
         if (fork() == 0) {
             execvp(arguments[0], const_cast<char* const*>(arguments));

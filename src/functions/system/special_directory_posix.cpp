@@ -1,3 +1,5 @@
+#include "functions/system/special_directory.h"
+
 #include <pwd.h>
 #include <unistd.h>
 
@@ -7,15 +9,13 @@
 #include <string>
 #include <string_view>
 
-#include "functions/system/process.h"
-
 namespace qorv::platform {
 namespace {
 
 namespace fs = std::filesystem;
 
-/// Folder identifiers and what stands for them: an entry of user-dirs.dirs, or an environment variable, with the place
-/// below the home directory where neither tells.
+/// A folder identifier, the entry of user-dirs.dirs or the environment variable that gives its path, and the default
+/// below the home directory.
 struct folder_row
 {
     int identifier;
@@ -51,10 +51,10 @@ std::string from_user_dirs(const std::string& home_path, std::string_view name)
     std::string config = from_environment("XDG_CONFIG_HOME");
     if (config.empty()) config = home_path + "/.config";
     std::ifstream file{config + "/user-dirs.dirs"};
-    const std::string wanted = std::string{name} + "=\"";
+    const std::string entry = std::string{name} + "=\"";
     for (std::string line; std::getline(file, line);) {
-        if (line.rfind(wanted, 0) != 0 || line.back() != '"') continue;
-        std::string path = line.substr(wanted.size(), line.size() - wanted.size() - 1);
+        if (line.rfind(entry, 0) != 0 || line.back() != '"') continue;
+        std::string path = line.substr(entry.size(), line.size() - entry.size() - 1);
         if (path.rfind("$HOME", 0) == 0) path.replace(0, 5, home_path);
         return path;
     }

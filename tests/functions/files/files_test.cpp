@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <array>
@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "functions/files/file_selection.h"
 #include "functions/files/numbered_name.h"
 #include "functions/files/raw_file.h"
 #include "image/errors.h"
@@ -19,7 +20,7 @@ using namespace qorv;
 using dm::element_type;
 using support::message_of;
 
-TEST(numbered_name, counts_as_a_person_does)
+TEST(NumberedName, SortsRunsOfDigitsByTheirValue)
 {
     const std::vector<std::string> sorted{"",
                                           "9.raw",
@@ -37,24 +38,24 @@ TEST(numbered_name, counts_as_a_person_does)
                                           "img100000000000000000000.raw",
                                           "z",
                                           "\xC3\xA9"};
-    auto turned = sorted;
-    std::reverse(turned.begin(), turned.end());
-    functions::sort_numbered_names(turned);
-    EXPECT_EQ(turned, sorted);
+    auto reversed = sorted;
+    std::reverse(reversed.begin(), reversed.end());
+    functions::sort_numbered_names(reversed);
+    EXPECT_EQ(reversed, sorted);
 }
 
-TEST(numbered_name, keeps_the_order_of_equal_names)
+TEST(NumberedName, KeepsTheOrderOfEqualNames)
 {
-    std::vector<std::string> names, wanted{"img0"};
+    std::vector<std::string> names, expected{"img0"};
     for (int zeros = 0; zeros < 40; ++zeros)
         names.push_back((zeros % 2 ? "IMG" : "img") + std::string(zeros * 7 % 40, '0') + "1");
-    wanted.insert(wanted.end(), names.begin(), names.end());
+    expected.insert(expected.end(), names.begin(), names.end());
     names.push_back("img0");
     functions::sort_numbered_names(names);
-    EXPECT_EQ(names, wanted);
+    EXPECT_EQ(names, expected);
 }
 
-TEST(raw_file, reads_what_has_the_right_length)
+TEST(RawFile, ReadsAFileOfTheRightLength)
 {
     const auto path = std::filesystem::temp_directory_path() / std::filesystem::path{u8"zentrix_raw_\u00e9.bin"};
     const std::vector<std::int16_t> pixels{1, -2, 300, -400, 5, 6};
@@ -74,13 +75,29 @@ TEST(raw_file, reads_what_has_the_right_length)
         EXPECT_EQ(message_of([&] { functions::raw_file{missing}; }), functions::file_not_opened);
 }
 
-TEST(raw_file, counts_bytes_and_refuses_sizes_that_are_none)
+TEST(RawFile, CountsBytesAndRefusesInvalidSizes)
 {
     EXPECT_EQ(functions::raw_bytes(element_type::complex128, 100000, 100000, 10), 1600000000000u);
     EXPECT_EQ(message_of([] { functions::raw_bytes(element_type::none, 0, 1, 1); }), dm::errors::unknown_data_type);
     for (const auto& s : {std::array{0, 1, 1}, {1, -1, 1}, {1, 1, 0}, {INT32_MAX, INT32_MAX, 3}})
         EXPECT_EQ(message_of([&] { functions::raw_bytes(element_type::float32, s[0], s[1], s[2]); }),
                   dm::errors::invalid_image_size);
+}
+
+TEST(FileSelection, ReadsFiltersAndPatterns)
+{
+    using namespace functions;
+    EXPECT_THAT(patterns_of("Raw files|*.raw;*.dat|All|*.*"), testing::ElementsAre("*.raw", "*.dat"));
+    EXPECT_THAT(patterns_of("All|*.*"), testing::ElementsAre("*"));
+    EXPECT_THAT(patterns_of("*.raw"), testing::ElementsAre("*.raw"));
+    EXPECT_THAT(patterns_of(""), testing::ElementsAre("*"));
+    const std::tuple<const char*, const char*, bool> table[] = {
+        {"*", "", true},        {"*.raw", "A.RAW", true},   {"a?c*", "abcd", true}, {"a?c", "ac", false},
+        {"*b*b", "abcb", true}, {"*.raw", "raw", false},    {"a*", "ba", false},    {"", "a", false},
+        {"a**", "a", true},     {"*ab*b?", "aabbbc", true},
+    };
+    for (const auto& [pattern, name, fits] : table) EXPECT_EQ(matches(pattern, name), fits) << pattern << " " << name;
+    EXPECT_FALSE(matches("*a*a*a*a*a*a*a*a*a*a*a*a*b", std::string(200, 'a'))) << "in reasonable time";
 }
 
 }  // namespace
