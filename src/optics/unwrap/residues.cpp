@@ -10,9 +10,9 @@ namespace qorv::optics {
 namespace {
 
 /// A sum beyond this is a residue [rad].
-constexpr double least_sum = 0.01;
+constexpr double least_residue = 0.01;
 
-/// Up to this the four differences of a loop round by less than 0.001 rad together, so that a sum is beyond `least_sum`
+/// Up to this the four differences of a loop round by less than 0.001 rad together, so that a sum is beyond `least_residue`
 /// exactly when the turns of the four differences do not cancel: whole numbers tell it.
 constexpr float tame_phase = 1000;
 
@@ -54,7 +54,7 @@ void sign_loops(const float* above, const float* below, std::int8_t* signs, std:
         const double left = wrap(below[x] - below[x + 1]);
         const double up = wrap(above[x] - below[x]);
         const double sum = down + right + left + up;
-        signs[x] = static_cast<std::int8_t>((sum > least_sum) - (sum < -least_sum));
+        signs[x] = static_cast<std::int8_t>((sum > least_residue) - (sum < -least_residue));
     }
 }
 

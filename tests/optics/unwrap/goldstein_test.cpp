@@ -1,23 +1,18 @@
 #include "optics/unwrap/goldstein.h"
 
 #include "image/errors.h"
-#include "tests/support/goldstein_literal.h"
 #include "tests/support/same_bytes.h"
 
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <numbers>
 #include <random>
-#include <stdexcept>
 
 namespace {
 
-using namespace qorv;
-using optics::unwrap_goldstein;
+using namespace qorv::optics;
 using support::framed;
-using support::goldstein_literal;
-using support::one_nan;
-
 constexpr double pi = std::numbers::pi;
 
 struct picture
@@ -36,22 +31,6 @@ picture draw(int width, int height, const std::function<double(int, int)>& value
     return p;
 }
 
-std::vector<float> unwrap(const picture& p, int box_limit)
-{
-    framed<float> result(p.pixels.size());
-    framed<float> scratch(p.pixels.size());
-    unwrap_goldstein(p.pixels.data(), result.inside(), p.width, p.height, box_limit, scratch.inside());
-    EXPECT_TRUE(result.frame_untouched() && scratch.frame_untouched());
-    return result.copy();
-}
-
-testing::AssertionResult same_as_literal(const picture& p, int box_limit)
-{
-    const goldstein_literal truth{p.pixels, p.width, p.height, box_limit};
-    return support::same_bytes(one_nan(unwrap(p, box_limit)), one_nan(truth.result()))
-           << " in " << p.width << " x " << p.height << ", box limit " << box_limit;
-}
-
 /// A surface with noise of `spread` [rad] on it: 0.76 gives about 1 % residues, 1.06 10 %, 100 a third.
 picture noisy(int width, int height, double spread, unsigned seed)
 {
@@ -66,7 +45,7 @@ picture vortex(int width, int height, double x0, double y0)
     return draw(width, height, [=](int x, int y) { return std::atan2(y - y0, x - x0); });
 }
 
-/// Phases out of their range, in few equal steps (so differences of exactly pi and zeros of both signs occur), or none.
+/// By `how`: few equal steps (differences of exactly pi, zeros of both signs), phases out of range, or not numbers.
 void spoil(picture& p, int how, std::mt19937& random)
 {
     using limits = std::numeric_limits<float>;
@@ -84,7 +63,22 @@ void spoil(picture& p, int how, std::mt19937& random)
             value = value > 0 ? 0.f : -0.f;
 }
 
-TEST(goldstein, is_the_literal_algorithm_to_the_bit_on_small_images)
+std::vector<float> unwrap(goldstein_kernel* kernel, const picture& p, int box_limit)
+{
+    framed<float> result(p.pixels.size()), scratch(p.pixels.size());
+    kernel(p.pixels.data(), result.inside(), p.width, p.height, box_limit, scratch.inside());
+    EXPECT_TRUE(result.frame_untouched() && scratch.frame_untouched());
+    return result.copy();
+}
+
+testing::AssertionResult variants_agree(const picture& p, int box_limit)
+{
+    return support::same_bytes(support::one_nan(unwrap(unwrap_goldstein_fast, p, box_limit)),
+                               support::one_nan(unwrap(unwrap_goldstein_plain, p, box_limit)))
+           << " in " << p.width << " x " << p.height << ", box limit " << box_limit;
+}
+
+TEST(Goldstein, VariantsGiveTheSameBitsOnSmallImages)
 {
     std::mt19937 random{20240607};
     for (int k = 0; k < 6000; ++k) {
@@ -93,28 +87,26 @@ TEST(goldstein, is_the_literal_algorithm_to_the_bit_on_small_images)
         picture p = noisy(width, height, spreads[random() % 6], random());
         spoil(p, random() % 12, random);
         const int box_limit = random() % 3 == 0 ? 0 : static_cast<int>(random() % 49) - 3;
-        ASSERT_TRUE(same_as_literal(p, box_limit)) << "case " << k;
+        ASSERT_TRUE(variants_agree(p, box_limit)) << "case " << k;
     }
 }
 
-TEST(goldstein, is_the_literal_algorithm_to_the_bit_on_large_images)
+TEST(Goldstein, VariantsGiveTheSameBitsOnLargeImages)
 {
-    const struct
-    {
-        picture p;
-        int box_limit;
-    } rows[] = {{noisy(512, 512, 0, 1), 0},      {noisy(512, 512, 0.76, 2), 0}, {noisy(500, 530, 1.06, 3), 0},
-                {noisy(512, 512, 100, 4), 0},    {noisy(512, 512, 1.1, 5), -1}, {vortex(512, 512, 255.3, 255.6), 0},
-                {vortex(300, 700, 120.5, 5), 0}, {noisy(2, 3000, 100, 6), 0},   {noisy(3000, 3, 100, 7), 0}};
-    for (const auto& row : rows) EXPECT_TRUE(same_as_literal(row.p, row.box_limit));
+    for (const picture& p :
+         {noisy(512, 512, 0, 1), noisy(512, 512, 0.76, 2), noisy(500, 530, 1.06, 3), noisy(512, 512, 100, 4),
+          vortex(512, 512, 255.3, 255.6), vortex(300, 700, 120.5, 5), noisy(2, 3000, 100, 6), noisy(3000, 3, 100, 7)})
+        EXPECT_TRUE(variants_agree(p, 0));
+    EXPECT_TRUE(variants_agree(noisy(512, 512, 1.1, 5), -1));
+    EXPECT_TRUE(variants_agree(noisy(200, 200, 0.76, 8), std::numeric_limits<int>::max()));
 }
 
-TEST(goldstein, a_surface_without_residues_comes_back_from_its_first_pixel)
+TEST(Goldstein, SurfaceWithoutResiduesIsRestoredFromItsFirstPixel)
 {
     for (const auto& [dx, dy] : {std::pair{0.3, -0.2}, {-1.1, 0.9}, {0., 3.}})
         for (const auto& [width, height] : {std::pair{200, 150}, {1, 300}, {300, 1}, {1, 1}}) {
             const picture p = draw(width, height, [&](int x, int y) { return 2 + dx * x + dy * y; });
-            const auto got = unwrap(p, 0);
+            const auto got = unwrap(unwrap_goldstein_plain, p, 0);
             EXPECT_EQ(got[0], p.pixels[0]);
             for (int y = 0; y < height; ++y)
                 for (int x = 0; x < width; ++x)
@@ -122,73 +114,61 @@ TEST(goldstein, a_surface_without_residues_comes_back_from_its_first_pixel)
         }
 }
 
-TEST(goldstein, results_differ_from_the_phase_by_whole_turns)
+TEST(Goldstein, ResultsDifferFromThePhaseByWholeTurns)
 {
     for (const picture& p : {noisy(300, 200, 0.7, 8), noisy(200, 300, 100, 9), vortex(200, 200, 90.5, 80.5)}) {
-        const auto got = unwrap(p, 0);
+        const auto got = unwrap(unwrap_goldstein_plain, p, 0);
         for (std::size_t i = 0; i < got.size(); ++i) ASSERT_NEAR(wrapped(got[i] - p.pixels[i]), 0, 1e-3);
     }
 }
 
-TEST(goldstein, refuses_what_it_cannot_hold_and_leaves_the_result)
+/// The pixels that the plain variant marks with a flag, row by row.
+std::vector<std::pair<int, int>> marked(const picture& p, int box_limit, std::uint32_t flag)
 {
-    float phase = 1, result = 2, scratch = 0;
-    const struct
-    {
-        float *phase, *result;
-        int width, height;
-        const char* text;
-    } rows[] = {{nullptr, &result, 1, 1, dm::errors::parameters_invalid},
-                {&phase, nullptr, 1, 1, dm::errors::parameters_invalid},
-                {&phase, &result, 0, 1, dm::errors::parameters_invalid},
-                {&phase, &result, 65536, 65536, "vector<T> too long"}};
-    for (const auto& r : rows) {
-        const auto call = [&] { unwrap_goldstein(r.phase, r.result, r.width, r.height, 0, &scratch); };
-        EXPECT_EQ(support::message_of(call), r.text);
-    }
-    EXPECT_EQ(result, 2);
-}
-
-// The reference itself, against figures worked out by hand.
-
-using points = std::vector<std::pair<int, int>>;
-
-/// The pixels with a flag, row by row.
-points pixels_with(const goldstein_literal& run, const picture& p, std::uint32_t flag)
-{
-    points found;
-    for (int y = 0; y < p.height; ++y)
-        for (int x = 0; x < p.width; ++x)
-            if (run.flags_at(x, y) & flag) found.push_back({x, y});
+    std::vector<float> result(p.pixels.size());
+    std::vector<std::uint32_t> flags(p.pixels.size(), ~0u);
+    unwrap_goldstein_plain(p.pixels.data(), result.data(), p.width, p.height, box_limit, flags.data());
+    std::vector<std::pair<int, int>> found;
+    for (int i = 0; i < p.width * p.height; ++i)
+        if (flags[i] & flag) found.emplace_back(i % p.width, i / p.width);
     return found;
 }
 
-TEST(goldstein_literal, a_lone_residue_is_cut_off_straight_to_the_edge)
+TEST(Goldstein, CutsAreWhereTheyAreByHand)
 {
-    // Turning counter-clockwise as y grows downwards: the loop right, down, left, up sees a full turn.
-    const picture p = vortex(12, 9, 3.5, 4.5);
-    for (const int box_limit : {1, 5, 0}) {
-        const goldstein_literal run{p.pixels, 12, 9, box_limit};
-        EXPECT_EQ(pixels_with(run, p, goldstein_literal::positive), (points{{3, 4}}));
-        EXPECT_TRUE(pixels_with(run, p, goldstein_literal::negative).empty());
-        // The side is 3 columns away, the bottom 4 rows: the shorter way, left. The end on the residue moves only up.
-        EXPECT_EQ(pixels_with(run, p, goldstein_literal::branch_cut), (points{{0, 4}, {1, 4}, {2, 4}, {3, 4}}));
+    namespace flag = goldstein_flag;
+    using points = std::vector<std::pair<int, int>>;
+    // Counter-clockwise as y grows downwards: the loop right, down, left, up sees a positive turn. The side is 3 columns
+    // away, the bottom 4 rows, so the cut goes left. The end on the residue would only move away from the origin.
+    const picture lone = vortex(12, 9, 3.5, 4.5);
+    // Two pixels apart: the box of 5 joins the residues, the box of 3 does not reach, so both are cut to the edges.
+    const picture dipole =
+        draw(20, 20, [](int x, int y) { return std::atan2(y - 9.5, x - 8.5) - std::atan2(y - 9.5, x - 10.5); });
+    const struct
+    {
+        const picture& p;
+        int box_limit;
+        points positive, negative, cut;
+    } rows[] = {{lone, 1, {{3, 4}}, {}, {{0, 4}, {1, 4}, {2, 4}, {3, 4}}},
+                {lone, 0, {{3, 4}}, {}, {{0, 4}, {1, 4}, {2, 4}, {3, 4}}},
+                {dipole, 5, {{8, 9}}, {{10, 9}}, {{9, 9}, {10, 9}}},
+                {dipole, 0, {{8, 9}}, {{10, 9}}, {{9, 9}, {10, 9}}}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(marked(row.p, row.box_limit, flag::positive_residue), row.positive);
+        EXPECT_EQ(marked(row.p, row.box_limit, flag::negative_residue), row.negative);
+        EXPECT_EQ(marked(row.p, row.box_limit, flag::branch_cut), row.cut) << row.box_limit;
     }
+    EXPECT_GT(marked(dipole, 3, flag::branch_cut).size(), 10u);
 }
 
-TEST(goldstein_literal, a_dipole_is_joined_by_one_short_cut_in_the_box_that_holds_both)
+TEST(Goldstein, RefusesMorePixelsThanItCanNumber)
 {
-    const picture p =
-        draw(20, 20, [](int x, int y) { return std::atan2(y - 9.5, x - 8.5) - std::atan2(y - 9.5, x - 10.5); });
-    for (const int box_limit : {5, 0}) {
-        const goldstein_literal run{p.pixels, 20, 20, box_limit};
-        EXPECT_EQ(pixels_with(run, p, goldstein_literal::positive), (points{{8, 9}}));
-        EXPECT_EQ(pixels_with(run, p, goldstein_literal::negative), (points{{10, 9}}));
-        EXPECT_EQ(pixels_with(run, p, goldstein_literal::branch_cut), (points{{9, 9}, {10, 9}}));
-    }
-    // Two pixels apart, the 3 x 3 box does not see the other one: each is cut off on its own, down both halves.
-    const goldstein_literal apart{p.pixels, 20, 20, 3};
-    EXPECT_GT(pixels_with(apart, p, goldstein_literal::branch_cut).size(), 10u);
+    float phase = 1, result = 2;
+    std::uint32_t scratch = 0;
+    EXPECT_EQ(support::message_of([&] { unwrap_goldstein(&phase, &result, 65536, 65536, 0, &scratch); }), too_long);
+    EXPECT_EQ(support::message_of([&] { unwrap_goldstein(&phase, &result, 0, 1, 0, &scratch); }),
+              qorv::dm::errors::parameters_invalid);
+    EXPECT_EQ(result, 2);
 }
 
 }  // namespace
