@@ -43,8 +43,8 @@ struct sampling
     complex_float tilt{};  ///< beam tilt [rad]; real part along x
 };
 
-/// Widths of the partial-coherence envelopes. Each adds a term to the damping exponent (a pixel's angle is w, s = |w|^2,
-/// the centre pixel has w0 and s0):
+/// Widths of the partial-coherence envelopes. Each adds a term to the damping exponent; w is the pixel's angle,
+/// s = |w|^2, and w0 and s0 are those of the centre pixel.
 struct envelope
 {
     float c2s = 0;   ///< focus spread: ((s - s0) c2s)^2 / 2

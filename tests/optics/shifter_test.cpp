@@ -82,7 +82,7 @@ TEST(shifter, large_images_are_the_same_in_any_number_of_threads_and_at_any_alig
         for (auto [threads, offset] : {std::pair{1, 0}, {1, 1}, {2, 0}, {2, 1}}) {
             omp_set_num_threads(threads);
             framed<std::complex<float>> out(w * h + offset);
-            shift_half_sse(source.data(), out.inside() + offset, w, h, w * h);
+            shift_half_sse2(source.data(), out.inside() + offset, w, h, w * h);
             const auto got = out.copy();
             EXPECT_TRUE(support::same_bytes({got.begin() + offset, got.end()}, wanted)) << w << ' ' << h;
             EXPECT_TRUE(out.frame_untouched());

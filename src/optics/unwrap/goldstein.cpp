@@ -100,8 +100,8 @@ class plain_unwrapper
         for (const position& member : tree_) flags(member.x, member.y) &= ~goldstein_flag::growing;
     }
 
-    /// Searches boxes of 3, 5, 7, ... pixels around every member of the tree, which grows meanwhile. Returns whether the
-    /// tree was finished. The walk ends with the box that reaches the image's edge, however large the limit is.
+    /// Searches boxes of 3, 5, 7, ... pixels around every member of the tree, which grows meanwhile. Returns whether
+    /// the tree was finished, which it is at the latest by the box that reaches the edge of the image.
     bool search_boxes()
     {
         for (std::int32_t side = 3; side <= limit_; side += 2)

@@ -15,8 +15,8 @@ inline constexpr char too_long[] = "vector<T> too long";
 
 /// phase      width x height, rows contiguous, [rad]; meant to be in (-pi, pi], but any value is accepted, NaN and
 ///            infinities included
-/// result     same shape, [rad], must not overlap `phase`. The first pixel of each region (in row order) keeps its value,
-///            and so do cut pixels in the first row or column and cut pixels that no value reaches
+/// result     same shape, [rad], must not overlap `phase`. The first pixel of each region (in row order) keeps its
+///            value, and so do cut pixels in the first row or column and cut pixels that no value reaches
 /// width, height  1 or more
 /// box_limit  largest box side of the residue search [pixel]; 0: half the sum of width and height; below 3: no search,
 ///            each residue is cut straight to the nearest edge

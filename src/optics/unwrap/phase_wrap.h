@@ -9,7 +9,7 @@ inline constexpr double full_turn = 6.283185307179586;
 /// The sum of the wrapped differences around a loop is a residue when its modulus is larger than this [rad].
 inline constexpr double least_residue = 0.01;
 
-/// The smallest float above pi: a float d is above pi exactly when d >= half_turn, so that a comparison needs no double.
+/// The smallest float above pi: a float d is above pi exactly when d >= half_turn.
 inline constexpr float half_turn = 3.14159274f;
 static_assert(half_turn > pi && 3.14159250f < pi);
 

@@ -138,8 +138,9 @@ TEST(Goldstein, CutsAreWhereTheyAreByHand)
 {
     namespace flag = goldstein_flag;
     using points = std::vector<std::pair<int, int>>;
-    // Counter-clockwise as y grows downwards: the loop right, down, left, up sees a positive turn. The side is 3 columns
-    // away, the bottom 4 rows, so the cut goes left. The end on the residue would only move away from the origin.
+    // Counter-clockwise as y grows downwards: the loop right, down, left, up sees a positive turn. The side is 3
+    // columns away, the bottom 4 rows, so the cut goes left. The end on the residue would only move away from the
+    // origin.
     const picture lone = vortex(12, 9, 3.5, 4.5);
     // Two pixels apart: the box of 5 joins the residues, the box of 3 does not reach, so both are cut to the edges.
     const picture dipole =
