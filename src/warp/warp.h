@@ -13,17 +13,18 @@
 /// T is float, double, std::complex<float> or std::complex<double>; the complex variants interpolate real and imaginary
 /// parts. All functions share these rules:
 /// - Element (x, y, z) of the destination is read at a place of the source. Pixel centres have whole coordinates;
-/// between
-///   them the value is linear along each axis, a weighted mean of the 2, 4 or 8 surrounding pixels.
+///   between them the value is linear along each axis, a weighted mean of the 2, 4 or 8 surrounding pixels.
 /// - A coordinate below 0, above size - 1 or NaN is outside: the element becomes `fill`.
 /// - On a whole coordinate no neighbour along that axis is read. A shift by whole pixels is therefore exact to the bit,
 ///   and a NaN or infinity in the next pixel has no effect.
-/// - Computed in double and rounded once to T. - Views may have any strides. Source and destination may differ in size
-/// but must not overlap in memory. - The destination is returned. When a check fails, nothing is written. Throws
-/// std::runtime_error, in this order: "Parameters are invalid." for an image without data or elements and for a matrix
-/// that is not finite; "Images of different size cannot appear in this function." for a displacement that has neither
-/// the destination's size nor size 1 along an axis; "Output should be out-of-place." when the destination overlaps the
-/// source or a displacement.
+/// - Computed in double and rounded once to T.
+/// - Views may have any strides. Source and destination may differ in size but must not overlap in memory.
+/// - The destination is returned. When a check fails, nothing is written.
+/// Throws std::runtime_error, in this order:
+/// - "Parameters are invalid." for an image without data or elements, and for a matrix that is not finite
+/// - "Images of different size cannot appear in this function." for a displacement that has neither the destination's
+///   size nor size 1 along an axis
+/// - "Output should be out-of-place." when the destination overlaps the source or a displacement
 
 #if defined(_WIN32)
 #if defined(ZENTRIX_WARP_IMPORT)
