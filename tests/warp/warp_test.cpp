@@ -23,43 +23,35 @@ using support::for_each_place;
 using support::message_of;
 
 template <class T>
-class warps : public testing::Test
+using real_of = typename warp::real_of<T>::type;
+
+template <class T>
+T number(double re, [[maybe_unused]] double im)
 {
-  public:
-    using component = typename warp::real_of<T>::type;
+    if constexpr (std::is_floating_point_v<T>)
+        return static_cast<T>(re);
+    else
+        return {static_cast<real_of<T>>(re), static_cast<real_of<T>>(im)};
+}
 
-    /// Whole and half numbers, with values among them that arithmetic would change.
-    static vector<T> pixels(std::size_t count)
-    {
-        std::mt19937 random{7};
-        vector<T> all(count);
-        for (T& v : all)
-            v = some(static_cast<component>(random() % 512) / 2 - 100, static_cast<component>(random() % 64));
-        for (std::size_t i = 0; i < count; i += 5) {
-            const component odd[] = {-component{0}, std::numeric_limits<component>::quiet_NaN(),
-                                     std::numeric_limits<component>::infinity()};
-            all[i] = some(odd[i % 3], odd[(i + 1) % 3]);
-        }
-        return all;
-    }
-    static T some(component re, [[maybe_unused]] component im)
-    {
-        if constexpr (std::is_same_v<T, component>)
-            return re;
-        else
-            return {re, im};
-    }
-};
+template <class T>
+class Warps : public testing::Test
+{};
 using element_types = testing::Types<float, double, std::complex<float>, std::complex<double>>;
-TYPED_TEST_SUITE(warps, element_types);
+TYPED_TEST_SUITE(Warps, element_types);
 
-TYPED_TEST(warps, by_whole_pixels_move_every_bit)
+TYPED_TEST(Warps, ByWholePixelsMoveEveryBit)
 {
     using T = TypeParam;
-    using real = typename warp::real_of<T>::type;
+    using real = real_of<T>;
     const ptrdiff_t w = 7, h = 5, d = 3;
-    const auto pixels = TestFixture::pixels(w * h * d);
-    const T fill = TestFixture::some(17, -3);
+    std::mt19937 random{7};
+    vector<T> pixels;
+    const double special[] = {-0.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()};
+    for (int i = 0; i < w * h * d; ++i)
+        pixels.push_back(i % 5 == 0 ? number<T>(special[i % 3], special[(i + 1) % 3])
+                                    : number<T>(random() % 512 / 2.0 - 100, random() % 64));
+    const T fill = number<T>(17, -3);
     // Source seen mirrored along x and with its planes in reverse order; destination through every second element.
     const image<const T> source{pixels.data() + (w - 1) + (d - 1) * w * h, {w, h, d}, {-1, w, -w * h}};
     for (const auto& [sx, sy, sz] :
@@ -75,7 +67,7 @@ TYPED_TEST(warps, by_whole_pixels_move_every_bit)
         const auto expect = [&](const char* name, auto&& call) {
             support::framed<T> pixels_to{2 * w * h * d};
             image<T> to{pixels_to.inside(), {w, h, d}, {2, 2 * w, 2 * w * h}};
-            EXPECT_EQ(&call(to), &to) << "returns what it was given";
+            EXPECT_EQ(&call(to), &to);
             EXPECT_TRUE(support::same_bytes(support::pixels_of(to), wanted))
                 << name << " by " << sx << ", " << sy << ", " << sz;
             EXPECT_TRUE(pixels_to.frame_untouched());
@@ -96,17 +88,17 @@ TYPED_TEST(warps, by_whole_pixels_move_every_bit)
     }
 }
 
-TYPED_TEST(warps, reproduce_a_linear_ramp_between_the_pixels)
+TYPED_TEST(Warps, ReproduceALinearRampBetweenThePixels)
 {
     using T = TypeParam;
-    using real = typename warp::real_of<T>::type;
+    using real = real_of<T>;
     const ptrdiff_t w = 9, h = 6, d = 4;
-    const auto ramp = [](double x, double y, double z) {  // binary fractions: every product and sum below is exact
-        return TestFixture::some(static_cast<real>(3 * x - 2 * y + 8 * z), static_cast<real>(x + 4 * y - z));
+    const auto ramp = [](double x, double y, double z) {  // all products and sums below are exact
+        return number<T>(3 * x - 2 * y + 8 * z, x + 4 * y - z);
     };
     vector<T> pixels, result(w * h * d);
     for_each_place({w, h, d}, [&](auto... xyz) { pixels.push_back(ramp(double(xyz)...)); });
-    const T outside = TestFixture::some(-1000, 0);
+    const T outside = number<T>(-1000, 0);
     image<T> to{result.data(), w, h, d};
     const auto expect_ramp_at = [&](auto&& place) {
         int inside = 0;
@@ -139,7 +131,7 @@ TYPED_TEST(warps, reproduce_a_linear_ramp_between_the_pixels)
     });
 }
 
-TEST(affine_warp, turns_by_a_right_angle_into_an_image_of_another_shape)
+TEST(Warps, AffineMapTurnsByARightAngleIntoAnImageOfAnotherShape)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const vector<float> pixels{1, 2, 3, 4, nan, 6};  // 3 x 2
@@ -149,7 +141,7 @@ TEST(affine_warp, turns_by_a_right_angle_into_an_image_of_another_shape)
     EXPECT_TRUE(support::same_bytes(turned, {4, 1, nan, 2, 6, 3}));
 }
 
-TEST(linear_warp, gives_the_fill_where_the_displacement_is_nan_and_spreads_a_nan_pixel)
+TEST(Warps, FillAtNanDisplacementsAndSpreadNanPixels)
 {
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const vector<float> pixels{1, 2, nan, 4, 5};
@@ -157,12 +149,9 @@ TEST(linear_warp, gives_the_fill_where_the_displacement_is_nan_and_spreads_a_nan
     vector<float> result(5);
     image<float> to{result.data(), 5};
     warp::LinearWarpX<float>({pixels.data(), 5}, {dx.data(), 5}, to, 9.0f);
-    EXPECT_EQ(result[0], 1.5f);
-    EXPECT_EQ(result[1], 9.0f);
-    EXPECT_TRUE(std::isnan(result[2]));
-    EXPECT_EQ(result[3], 4.0f) << "on a pixel its neighbour does not enter";
-    EXPECT_EQ(result[4], 9.0f) << "a quarter pixel beyond the last one";
-    // Between columns but on a row: the NaN of the next row, or what lies behind the last one, does not enter.
+    // The fourth is on a pixel, whose neighbour is not read; the last is a quarter pixel outside.
+    EXPECT_TRUE(support::same_bytes(support::one_nan(result), {1.5f, 9, nan, 4, 9}));
+    // Between columns but on the last row: the NaN of the next row is not read.
     const vector<float> square{1, 2, nan, nan};
     const float half = 0.5f;
     image<float> corner{result.data(), 1, 1};
@@ -170,13 +159,14 @@ TEST(linear_warp, gives_the_fill_where_the_displacement_is_nan_and_spreads_a_nan
     EXPECT_EQ(result[0], 1.5f);
 }
 
-TEST(warps, refuse_in_this_order_and_write_nothing)
+TEST(Warps, RefuseInThisOrderAndWriteNothing)
 {
     vector<float> pixels(12, 1.0f), moves(12, 0.0f), result(12, 5.0f);
     image<float> to{result.data(), 4, 3}, same{pixels.data(), 4, 3}, empty{result.data(), 0, 3};
     const image<const float> source{pixels.data(), 4, 3}, none{nullptr, 4, 3}, narrow{moves.data(), 3, 3};
     const image<const float> at_destination{result.data(), 4, 3};
-    auto broken = warp::affine_in_plane(1, 0, 0, 0, 1, 0);
+    const auto in_plane = warp::affine_in_plane(1, 0, 0, 0, 1, 0);
+    auto broken = in_plane;
     broken[2][3] = std::numeric_limits<double>::infinity();
     const std::pair<const char*, std::string> refusals[] = {
         {dm::errors::parameters_invalid, message_of([&] { warp::LinearWarpX<float>(none, narrow, to); })},
@@ -186,8 +176,7 @@ TEST(warps, refuse_in_this_order_and_write_nothing)
         {dm::errors::different_size, message_of([&] { warp::LinearWarpXY<float>(source, source, narrow, same); })},
         {dm::errors::out_of_place, message_of([&] { warp::LinearWarpX<float>(source, source, same); })},
         {dm::errors::out_of_place, message_of([&] { warp::LinearWarpZ<float>(source, at_destination, to); })},
-        {dm::errors::out_of_place,
-         message_of([&] { warp::AffineWarp<float>(source, warp::affine_in_plane(1, 0, 0, 0, 1, 0), same); })},
+        {dm::errors::out_of_place, message_of([&] { warp::AffineWarp<float>(source, in_plane, same); })},
     };
     for (const auto& [wanted, got] : refusals) EXPECT_EQ(got, wanted);
     EXPECT_EQ(result, vector<float>(12, 5.0f));
