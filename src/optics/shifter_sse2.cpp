@@ -1,4 +1,5 @@
 #include "optics/shifter.h"
+#include "optics/team_size.h"
 
 #include <xmmintrin.h>
 #include <algorithm>
@@ -78,11 +79,13 @@ void shift_half_sse2(const pixel* source, pixel* destination, std::ptrdiff_t wid
         const bool odd = !line && y % 2 != 0;
         conjugate_alternating(source + y * row, destination + y * row, std::min(row, count - y * row), odd, streamed);
     };
-    if (count < shared_from_pixels) {
+    const int threads = count < shared_from_pixels ? 1 : team_size((rows + 1) / 2);
+    if (threads == 1) {
         for (std::ptrdiff_t y = 0; y < rows; ++y) one_row(y);
+        if (streamed) _mm_sfence();
         return;
     }
-#pragma omp parallel
+#pragma omp parallel num_threads(threads)
     {
 #pragma omp for schedule(static) nowait
         for (std::ptrdiff_t y = 0; y < rows; y += 2) {
