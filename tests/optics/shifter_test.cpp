@@ -23,7 +23,7 @@ std::vector<std::complex<T>> noise(std::size_t count)
     std::mt19937_64 random{count};
     std::vector<std::complex<T>> values(count);
     const auto number = [&] {
-        return random() % 9 ? std::bit_cast<T>(static_cast<bits>(random())) : T(random() % 2) * -T(0);
+        return random() % 9 ? std::bit_cast<T>(static_cast<bits>(random())) : random() % 2 ? T(0) : -T(0);
     };
     for (auto& value : values) value = {number(), number()};
     return values;
@@ -47,13 +47,13 @@ testing::AssertionResult right(shift_kernel<T>* kernel, std::ptrdiff_t width, st
                                std::ptrdiff_t room, std::ptrdiff_t offset = 0)
 {
     const auto source = noise<T>(width * height);
-    auto wanted = flipped(source, width);
-    wanted.resize(room);
+    auto expected = flipped(source, width);
+    expected.resize(room);
     framed<std::complex<T>> out(room + offset);
     kernel(source.data(), out.inside() + offset, width, height, room);
     const auto got = out.copy();
     if (!out.frame_untouched()) return testing::AssertionFailure() << "wrote outside";
-    return support::same_bytes({got.begin() + offset, got.end()}, wanted) << " at " << width << " x " << height;
+    return support::same_bytes({got.begin() + offset, got.end()}, expected) << " at " << width << " x " << height;
 }
 
 TEST(Shifter, FollowsTheSignRuleAtEverySizeInEveryVariant)

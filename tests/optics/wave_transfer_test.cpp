@@ -119,8 +119,8 @@ void expect_same_bits(int nx, int ny, Change change)
     for (complex_float& p : src) p = {number(1), number(1)};
     change(s, src);
 
-    pixels wanted(src.size());
-    apply_wave_transfer_plain(src.data(), wanted.data(), s.at, s.lens, s.damping);
+    pixels expected(src.size());
+    apply_wave_transfer_plain(src.data(), expected.data(), s.at, s.lens, s.damping);
     for (const auto& variant : qorv::dm::runnable(wave_transfer_variants)) {
         pixels in_place = src;
         variant.function(in_place.data(), in_place.data(), s.at, s.lens, s.damping);
@@ -128,7 +128,7 @@ void expect_same_bits(int nx, int ny, Change change)
         variant.function(src.data(), apart.inside(), s.at, s.lens, s.damping);
         EXPECT_TRUE(apart.frame_untouched());
         for (const pixels& got : {apart.copy(), in_place})
-            EXPECT_TRUE(support::same_bytes(support::one_nan(got), support::one_nan(wanted)))
+            EXPECT_TRUE(support::same_bytes(support::one_nan(got), support::one_nan(expected)))
                 << variant.name << ' ' << nx << " x " << ny;
     }
 }
