@@ -11,8 +11,8 @@
 #include <utility>
 #include <vector>
 
-/// Comparisons of several ways to do the same work, on Google Benchmark. Each way has its result checked before it is
-/// timed. Its columns give the time per pixel and the ratio to the first way of the comparison.
+/// Comparisons of several ways to do the same work, on Google Benchmark. A way is timed only after its result was
+/// checked. The output gives the time per pixel and the ratio to the first way of the comparison.
 namespace bench {
 
 /// Adds the ratios to the console output and remembers failed checks.

@@ -80,7 +80,7 @@ void shift_half_sse2(const pixel* source, pixel* destination, std::ptrdiff_t wid
         conjugate_alternating(source + y * row, destination + y * row, std::min(row, count - y * row), odd, streamed);
     };
     const int threads = count < shared_from_pixels ? 1 : team_size((rows + 1) / 2);
-    if (threads == 1) {
+    if (threads == 1) {  // without the parallel runtime, which does not work in every process
         for (std::ptrdiff_t y = 0; y < rows; ++y) one_row(y);
         if (streamed) _mm_sfence();
         return;

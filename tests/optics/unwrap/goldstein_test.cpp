@@ -141,6 +141,19 @@ TEST(Goldstein, CutsAreWhereTheyAreByHand)
         }
 }
 
+TEST(Goldstein, SwitchSelectsThePlainVariant)
+{
+    const float phase = 1;
+    for (const int use_simd : {1, 0}) {
+        qorv::dm::set_use_simd(use_simd);
+        float result = 0;
+        std::uint32_t scratch = 0;
+        unwrap_goldstein(&phase, &result, 1, 1, 0, &scratch);
+        EXPECT_EQ(scratch == goldstein_flag::unwrapped, use_simd == 0);
+    }
+    qorv::dm::read_processor_features();
+}
+
 TEST(Goldstein, RefusesMorePixelsThanItCanNumber)
 {
     float phase = 1, result = 2;
