@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Times script functions against the same operation of NumPy, SciPy and, where they are installed, OpenCV and scikit-image.
+"""Times script functions against NumPy, SciPy and, where they are installed, OpenCV and scikit-image.
 
     PYTHONPATH=build/release/python bench/compare_python.py [WIDTH]
 

@@ -3,7 +3,9 @@
 #include "functions/elementwise/norm.h"
 #include "functions/elementwise/polar.h"
 #include "functions/elementwise/powers.h"
-#include "numeric/arrays.h"
+#include "numeric/atan2.h"
+#include "numeric/exp.h"
+#include "numeric/sincos.h"
 
 #include <algorithm>
 #include <cmath>
@@ -46,18 +48,20 @@ void run()
     for (std::size_t i = 0; i < count; ++i) z[i] = std::polar(rho[i] + 0.1f, angles[count - 1 - i]);
     std::vector<float> other(count);
 
-    compare<float>(
-        "sincos", [&](float* r) { numeric::sincos(angles.data(), r, other.data(), n); },
-        [&](std::size_t i) {
-            other[i] = std::cos(angles[i]);
-            return std::sin(angles[i]);
-        });
-    compare<float>(
-        "exp", [&](float* r) { numeric::exp(exponents.data(), r, n); },
-        [&](std::size_t i) { return std::exp(exponents[i]); });
-    compare<float>(
-        "atan2", [&](float* r) { numeric::atan2(angles.data(), exponents.data(), r, n); },
-        [&](std::size_t i) { return std::atan2(angles[i], exponents[i]); });
+    const auto each = [](auto element) {
+        return [element](float* r) {
+            for (std::size_t i = 0; i < count; ++i) r[i] = element(i);
+        };
+    };
+    compare<float>("sincos", each([&](std::size_t i) {
+                       const auto turn = numeric::sincos(angles[i]);
+                       return turn.sine + turn.cosine;
+                   }),
+                   [&](std::size_t i) { return std::sin(angles[i]) + std::cos(angles[i]); });
+    compare<float>("exp", each([&](std::size_t i) { return numeric::exp(exponents[i]); }),
+                   [&](std::size_t i) { return std::exp(exponents[i]); });
+    compare<float>("atan2", each([&](std::size_t i) { return numeric::atan2(angles[i], exponents[i]); }),
+                   [&](std::size_t i) { return std::atan2(angles[i], exponents[i]); });
     compare<float>(
         "exp2", [&](float* r) { functions::exp2(exponents.data(), r, n); },
         [&](std::size_t i) { return std::exp2(exponents[i]); });

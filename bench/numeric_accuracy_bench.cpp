@@ -10,9 +10,9 @@
 #include "numeric/float_bits.h"
 #include "tests/support/ulps.h"
 
-// Largest errors of the elementary functions against the C library in double precision: at all 2^32 arguments for
-// functions of one argument, at random pairs for functions of two. An argument STRIDE of the program restricts it to
-// every STRIDE-th. The exit code is 1 when an error exceeds its limit.
+// Largest errors of the elementary functions, against the C library in double precision: all 2^32 arguments of the
+// functions of one (argument of the program: only every STRIDE-th), random pairs for those of two. Ends with 1 when a
+// limit is passed.
 
 namespace {
 
@@ -42,7 +42,7 @@ struct worst
     }
 };
 
-/// Calls `check(x, count)` with blocks of all floats.
+/// `check` on all floats, a block at a time.
 template <class Check>
 void over_all_floats(std::uint64_t stride, Check&& check)
 {
@@ -79,7 +79,7 @@ bool sine_and_cosine(std::uint64_t stride)
             if (std::abs(wide) <= 1e6 || !std::isfinite(x[i])) {
                 sine.take(ulps(s[i], truth), x[i]);
                 cosine.take(ulps(c[i], std::cos(wide)), x[i]);
-            } else if (std::abs(wide) < 0x1p40)  // without the rounding of the result itself
+            } else if (std::abs(wide) < 0x1p40)  // one rounding of the result is not the angle's fault
                 beyond.take((std::abs(s[i] - truth) - 0x1p-25) / (std::abs(wide) * 0x1p-53), x[i]);
             else if (!(std::abs(s[i] * s[i] + c[i] * c[i] - 1.0f) < 1e-6f))
                 beyond.take(1e9, x[i]);
@@ -125,7 +125,7 @@ int main(int argc, char** argv)
         x = numeric::float_of(generator());
         y = numeric::float_of(generator());
     };
-    const auto finite_power = [&](float& x, float& y) {  // any base, with an exponent that gives a finite result
+    const auto finite_power = [&](float& x, float& y) {  // bases of all sizes, exponents that leave a finite result
         x = numeric::magnitude(numeric::float_of(generator()));
         y = unit(generator) * 150 / static_cast<float>(std::max(1e-6, std::abs(std::log2(double(x)))));
     };
