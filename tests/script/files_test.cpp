@@ -84,8 +84,11 @@ std::vector<std::string> names_in(const script_value& list)
 {
     const auto group = object_in<tag_group>(list);
     std::vector<std::string> names;
-    for (std::size_t k = 0; k < group->count(); ++k)
-        names.push_back(group->read_string("[" + std::to_string(k) + "]:Name").value_or("?"));
+    for (std::size_t k = 0; k < group->count(); ++k) {
+        const std::string entry = "[" + std::to_string(k) + "]";
+        const auto text = group->read_string(entry);
+        names.push_back(text ? *text : group->read_string(entry + ":Name").value_or("?"));
+    }
     return names;
 }
 
@@ -127,26 +130,56 @@ TEST(FileSelection, ReadsFiltersAndPatterns)
     EXPECT_FALSE(matches("*a*a*a*a*a*a*a*a*a*a*a*a*b", std::string(200, 'a'))) << "before the user gives up";
 }
 
-TEST(SortNumberedName, SortsGroupsAndTexts)
+tag_group_ref names_as(bool as_groups, const std::vector<std::string>& names)
+{
+    const auto list = memory_tag_group::make_list();
+    for (const std::string& name : names) {
+        const auto group = memory_tag_group::make_group();
+        group->set("Name", name);
+        list->insert(list->count(), as_groups ? tag{group} : tag{name});
+    }
+    return list;
+}
+
+TEST(SortNumberedName, SortsTextsAndGroupsAndRestoresThemAfterAFailure)
+{
+    const std::vector<std::string> unsorted{"img1", "img30", "IMG2", "img10"};
+    for (const bool as_groups : {false, true}) {
+        script_host script;
+        fault_plan& faults = script.host().faults();
+        for (const auto point : {fault_point::call, fault_point::make_string}) {
+            faults.clear();
+            const auto sorted = names_as(as_groups, unsorted);
+            script.call("ZXSortNumberedName", {sorted});
+            EXPECT_THAT(names_in(sorted), ElementsAre("img1", "IMG2", "img10", "img30"));
+            const auto requests = faults.count(point);
+            EXPECT_GE(requests, 7u);
+            for (std::uint64_t k = 1; k <= requests; ++k) {
+                const auto list = names_as(as_groups, unsorted);
+                faults.plan({point, k});
+                EXPECT_NE(script.failure("ZXSortNumberedName", {list}), "");
+                faults.clear();
+                EXPECT_EQ(names_in(list), unsorted) << "groups " << as_groups << ", request " << k;
+            }
+        }
+    }
+}
+
+TEST(SortNumberedName, RefusesWhatItCannotMove)
 {
     script_host script;
-    const auto texts = memory_tag_group::make_list(), groups = memory_tag_group::make_list();
-    for (const char* name : {"img10", "IMG2", "img1"}) {
-        texts->insert(texts->count(), std::string{name});
-        const auto group = memory_tag_group::make_group();
-        group->set("Name", std::string{name});
-        group->set("Order", static_cast<std::int32_t>(groups->count()));
-        groups->insert(groups->count(), group);
-    }
-    script.call("ZXSortNumberedName", {groups});
-    EXPECT_THAT(names_in(groups), ElementsAre("img1", "IMG2", "img10"));
-    EXPECT_EQ(groups->read_long("[0]:Order"), 0);
-    script.call("ZXSortNumberedName", {texts});
-    EXPECT_EQ(texts->read_string("[2]"), "img10");
-    groups->insert(0, std::int32_t{5});
-    EXPECT_EQ(script.failure("ZXSortNumberedName", {groups}), errors::parameters_invalid);
-    EXPECT_EQ(script.failure("ZXSortNumberedName", {script_value{}}), errors::parameters_invalid);
-    script.call("ZXSortNumberedName", {memory_tag_group::make_list()});
+    const auto with_number = names_as(true, {"b", "a"}), with_more_tags = names_as(true, {"b", "a"});
+    with_number->insert(2, std::int32_t{5});
+    with_more_tags->write("[1]:Exposure", 0.5f);
+    const auto group = memory_tag_group::make_group();
+    for (const char* name : {"b", "a"}) group->set(name, std::string{name});
+    const auto fails = [&](const script_value& list) { return script.failure("ZXSortNumberedName", {list}); };
+    EXPECT_EQ(fails(script_value{}), errors::parameters_invalid);
+    EXPECT_EQ(fails(group), errors::parameters_invalid);
+    EXPECT_EQ(fails(with_number), errors::parameters_invalid);
+    EXPECT_EQ(fails(with_more_tags), "Entries with other tags than \"Name\" cannot be sorted.");
+    for (const auto& list : {with_number, with_more_tags}) EXPECT_EQ(list->read_string("[0]:Name"), "b");
+    EXPECT_EQ(fails(memory_tag_group::make_list()), "");
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "functions/elementwise/elementwise_entry.h"
 
-#include <vector>
-
 #include "entry/steps.h"
 #include "entry/timing_scope.h"
 #include "functions/elementwise/modulus.h"
@@ -10,42 +8,33 @@
 #include "functions/elementwise/powers.h"
 #include "image/overlap.h"
 #include "image/runs.h"
-#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
+
+using binding::image_ref;
+using binding::output;
+using dm::read_lock;
+using dm::reading;
+using dm::write_lock;
+using dm::writing;
 
 constexpr char rho_and_theta_real[] = "imgRho and imgTheta should be Real.";
 constexpr char theta_real[] = "imgTheta should be Real.";
 constexpr char source_complex[] = "cimSrc should be Complex.";
 
-template <class T>
-constexpr std::uint32_t code_of = static_cast<std::uint32_t>(dm::data_type_of<T>);
-
 bool is_float_or_double(std::uint32_t code) { return has_type(dm::float_or_double{}, code); }
 
-bool is_complex(std::uint32_t code)
-{
-    return code == code_of<std::complex<float>> || code == code_of<std::complex<double>>;
-}
-
-/// The complex code of the precision of a real one, and the other way round.
+/// The code of the complex type of a real type's precision.
 std::uint32_t complex_of(std::uint32_t real)
 {
-    return real == code_of<float> ? code_of<std::complex<float>> : code_of<std::complex<double>>;
-}
-std::uint32_t real_of(std::uint32_t complex)
-{
-    return complex == code_of<std::complex<float>> ? code_of<float> : code_of<double>;
+    return real == dm::code_of<float> ? dm::code_of<std::complex<float>> : dm::code_of<std::complex<double>>;
 }
 
-/// A new image with the sizes of another one.
-image_ref new_image(std::string_view name, std::uint32_t code, const image_ref& like)
+/// The code of the real type of a complex type's precision.
+std::uint32_t real_of(std::uint32_t complex)
 {
-    std::vector<std::uint32_t> sizes;
-    for (std::uint32_t axis = 0; axis < binding::ImageGetNumDimensions(like); ++axis)
-        sizes.push_back(binding::ImageGetDimensionSize(like, axis));
-    return binding::NewImage(name, code, sizes);
+    return complex == dm::code_of<std::complex<float>> ? dm::code_of<float> : dm::code_of<double>;
 }
 
 void require_up_to_3d(const image_ref& image)
@@ -53,14 +42,14 @@ void require_up_to_3d(const image_ref& image)
     dm::require(binding::ImageGetNumDimensions(image) <= binding::kMaxDim, dm::errors::up_to_3d);
 }
 
-/// Two sources agree along every axis: what one of them lacks could not be computed.
+/// Throws  errors::different_size unless the sources agree along all axes
 void require_same_volume(const image_ref& a, const image_ref& b)
 {
     for (std::uint32_t axis = 0; axis < binding::kMaxDim; ++axis)
         dm::require(dm::size_along(a, axis) == dm::size_along(b, axis), dm::errors::different_size);
 }
 
-/// compute(count, source..., result) for flat stretches of all the images.
+/// Calls compute(count, source..., result) for contiguous runs of all the images.
 /// Throws  errors::out_of_place when the result overlaps a source without being the same pixels
 template <class Compute, class Result, class... Source>
 void fill(const dm::image<Result>& result, Compute compute, const dm::image<Source>&... sources)
@@ -69,17 +58,17 @@ void fill(const dm::image<Result>& result, Compute compute, const dm::image<Sour
     dm::for_runs(compute, sources..., result);
 }
 
-/// Destination of both Polar functions: new where none was given, else of the phase's precision and size.
+/// The destination of both Polar functions: a new image by default, otherwise checked against the phase.
 image_ref polar_destination(image_ref destination, const image_ref& theta, std::uint32_t real_type)
 {
     require_up_to_3d(theta);
-    if (!destination) return new_image("", complex_of(real_type), theta);
+    if (!destination) return dm::new_image_like("", complex_of(real_type), theta);
     dm::require(binding::ImageGetDataType(destination) == complex_of(real_type), dm::errors::invalid_data_type);
     dm::require_same_size(theta, destination);
     return destination;
 }
 
-/// The functions of one real image: Exp2 and Log2. `compute(count, source, destination)` gets flat stretches.
+/// The body of Exp2 and Log2. `compute(count, source, destination)` is called for contiguous runs.
 template <class Compute>
 image_ref of_one_real(const image_ref& source, image_ref destination, Compute compute)
 {
@@ -89,22 +78,18 @@ image_ref of_one_real(const image_ref& source, image_ref destination, Compute co
     destination = dm::or_clone_of(std::move(destination), source);
     dm::require(binding::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
     dm::require_same_size(source, destination);
-    if (!is_float_or_double(type)) return {};  // neither a result nor an error: scripts rely on it
-    dm::read_lock from{source};
-    dm::write_lock to{destination};
-    visit(dm::float_or_double{}, type, [&]<class T>() { fill(to.view<T>(), compute, from.view<T>()); });
-    to.release();
-    from.release();
+    if (!is_float_or_double(type)) return {};  // scripts rely on a null result without an error
+    dm::with_locks(reading{source}, writing{destination}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::float_or_double{}, type, [&]<class T>() { fill(to.view<T>(), compute, from.view<T>()); });
+    });
     return destination;
 }
 
-/// An output image of AbsArg: the one that the script gave or a new one.
-image_ref real_output(image_ref given, std::string_view name, const image_ref& source, std::uint32_t type)
+/// An output image of AbsArg: the one that the variable holds, or a new real image.
+image_ref real_output(image_ref held, std::string_view name, const image_ref& source, std::uint32_t type)
 {
-    return given ? std::move(given) : new_image(name, real_of(type), source);
+    return held ? std::move(held) : dm::new_image_like(name, real_of(type), source);
 }
-
-}  // namespace
 
 image_ref Polar1DM(image_ref imgRho, image_ref imgTheta, image_ref cimDst)
 {
@@ -116,47 +101,34 @@ image_ref Polar1DM(image_ref imgRho, image_ref imgTheta, image_ref cimDst)
     require_up_to_3d(imgRho);
     cimDst = polar_destination(std::move(cimDst), imgTheta, type);
     require_same_volume(imgRho, imgTheta);
-    dm::read_lock rho{imgRho};
-    dm::read_lock theta{imgTheta};
-    dm::write_lock to{cimDst};
-    visit(dm::float_or_double{}, type, [&]<class T>() {
-        fill(
-            to.view<std::complex<T>>(),
-            [](auto count, auto* modulus, auto* phase, auto* result) { polar(modulus, phase, result, count); },
-            rho.view<T>(), theta.view<T>());
-    });
-    to.release();
-    theta.release();
-    rho.release();
+    const auto compute = [](auto count, auto* rho, auto* theta, auto* result) { polar(rho, theta, result, count); };
+    const auto fill_polar = [&](const read_lock& rho, const read_lock& theta, const write_lock& to) {
+        visit(dm::float_or_double{}, type,
+              [&]<class T>() { fill(to.view<std::complex<T>>(), compute, rho.view<T>(), theta.view<T>()); });
+    };
+    dm::with_locks(reading{imgRho}, reading{imgTheta}, writing{cimDst}, fill_polar);
     return cimDst;
 }
 
 image_ref Polar2DM(double fRho, image_ref imgTheta, image_ref cimDst)
 {
     const dm::timing_scope timing{"Polar2DM"};
-    dm::require_image(imgTheta);
-    const std::uint32_t type = binding::ImageGetDataType(imgTheta);
-    dm::require(is_float_or_double(type), theta_real);
+    const std::uint32_t type = dm::required_type(dm::float_or_double{}, imgTheta, theta_real);
     cimDst = polar_destination(std::move(cimDst), imgTheta, type);
-    dm::read_lock theta{imgTheta};
-    dm::write_lock to{cimDst};
-    visit(dm::float_or_double{}, type, [&]<class T>() {
-        fill(
-            to.view<std::complex<T>>(),
-            [&](auto count, auto* phase, auto* result) { polar(static_cast<T>(fRho), phase, result, count); },
-            theta.view<T>());
+    const auto compute = [&]<class T>(auto count, const T* theta, auto* result) {
+        polar(static_cast<T>(fRho), theta, result, count);
+    };
+    dm::with_locks(reading{imgTheta}, writing{cimDst}, [&](const read_lock& theta, const write_lock& to) {
+        visit(dm::float_or_double{}, type,
+              [&]<class T>() { fill(to.view<std::complex<T>>(), compute, theta.view<T>()); });
     });
-    to.release();
-    theta.release();
     return cimDst;
 }
 
 void AbsArgDM(image_ref cimSrc, output<image_ref> imgRho, output<image_ref> imgTheta)
 {
     const dm::timing_scope timing{"AbsArgDM"};
-    dm::require_image(cimSrc);
-    const std::uint32_t type = binding::ImageGetDataType(cimSrc);
-    dm::require(is_complex(type), source_complex);
+    const std::uint32_t type = dm::required_type(dm::either_complex{}, cimSrc, source_complex);
     image_ref rho = real_output(imgRho.get(), "Rho", cimSrc, type);
     image_ref theta = real_output(imgTheta.get(), "Theta", cimSrc, type);
     dm::require_same_size(cimSrc, rho);
@@ -164,20 +136,19 @@ void AbsArgDM(image_ref cimSrc, output<image_ref> imgRho, output<image_ref> imgT
     dm::require(binding::ImageGetDataType(rho) == real_of(type) && binding::ImageGetDataType(theta) == real_of(type),
                 dm::errors::invalid_image_type);
     dm::require(!(rho == theta), dm::errors::out_of_place);
-    dm::read_lock from{cimSrc};
-    dm::write_lock to_rho{rho};
-    dm::write_lock to_theta{theta};
-    visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
-        const auto source = from.view<std::complex<T>>();
-        const auto modulus = to_rho.view<T>(), phase = to_theta.view<T>();
-        dm::require_in_place_or_apart(source, modulus);
-        dm::require_in_place_or_apart(source, phase);
-        dm::for_runs([](auto count, auto* z, auto* length, auto* angle) { modulus_and_phase(z, length, angle, count); },
-                     source, modulus, phase);
-    });
-    to_theta.release();
-    to_rho.release();
-    from.release();
+    const auto compute = [](auto count, auto* z, auto* modulus, auto* phase) {
+        modulus_and_phase(z, modulus, phase, count);
+    };
+    const auto split = [&](const read_lock& from, const write_lock& to_rho, const write_lock& to_theta) {
+        visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
+            const auto source = from.view<std::complex<T>>();
+            const auto modulus = to_rho.view<T>(), phase = to_theta.view<T>();
+            dm::require_in_place_or_apart(source, modulus);
+            dm::require_in_place_or_apart(source, phase);
+            dm::for_runs(compute, source, modulus, phase);
+        });
+    };
+    dm::with_locks(reading{cimSrc}, writing{rho}, writing{theta}, split);
     imgRho.set(std::move(rho));
     imgTheta.set(std::move(theta));
 }
@@ -185,21 +156,15 @@ void AbsArgDM(image_ref cimSrc, output<image_ref> imgRho, output<image_ref> imgT
 image_ref AbsDM(image_ref cimSrc, image_ref imgDst)
 {
     const dm::timing_scope timing{"AbsDM"};
-    dm::require_image(cimSrc);
-    const std::uint32_t type = binding::ImageGetDataType(cimSrc);
-    dm::require(is_complex(type), source_complex);
-    if (!imgDst) imgDst = new_image("Rho", real_of(type), cimSrc);  // a clone would be complex
+    const std::uint32_t type = dm::required_type(dm::either_complex{}, cimSrc, source_complex);
+    if (!imgDst) imgDst = dm::new_image_like("Rho", real_of(type), cimSrc);  // a clone would be complex
     dm::require(binding::ImageGetDataType(imgDst) == real_of(type), dm::errors::invalid_image_type);
     dm::require_same_size(cimSrc, imgDst);
-    dm::read_lock from{cimSrc};
-    dm::write_lock to{imgDst};
-    visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
-        fill(
-            to.view<T>(), [](auto count, auto* source, auto* result) { modulus<T>(source, result, count); },
-            from.view<std::complex<T>>());
+    const auto compute = []<class T>(auto count, auto* source, T* result) { modulus<T>(source, result, count); };
+    dm::with_locks(reading{cimSrc}, writing{imgDst}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::float_or_double{}, real_of(type),
+              [&]<class T>() { fill(to.view<T>(), compute, from.view<std::complex<T>>()); });
     });
-    to.release();
-    from.release();
     return imgDst;
 }
 
@@ -229,17 +194,12 @@ image_ref PowDM(image_ref imgA, image_ref imgB, image_ref imgDst)
     require_same_volume(imgA, imgB);
     dm::require_same_size(imgA, imgDst);
     dm::require(is_float_or_double(type), dm::errors::all_real);
-    dm::read_lock base{imgA};
-    dm::read_lock exponent{imgB};
-    dm::write_lock to{imgDst};
-    visit(dm::float_or_double{}, type, [&]<class T>() {
-        fill(
-            to.view<T>(), [](auto count, auto* a, auto* b, auto* result) { pow<T>(a, b, result, count); },
-            base.view<T>(), exponent.view<T>());
-    });
-    to.release();
-    exponent.release();
-    base.release();
+    const auto compute = []<class T>(auto count, auto* a, auto* b, T* result) { pow<T>(a, b, result, count); };
+    const auto fill_powers = [&](const read_lock& base, const read_lock& exponent, const write_lock& to) {
+        visit(dm::float_or_double{}, type,
+              [&]<class T>() { fill(to.view<T>(), compute, base.view<T>(), exponent.view<T>()); });
+    };
+    dm::with_locks(reading{imgA}, reading{imgB}, writing{imgDst}, fill_powers);
     return imgDst;
 }
 
@@ -249,18 +209,13 @@ image_ref CArgDM(image_ref cimSrc, image_ref cimDst)
     dm::require_image(cimSrc);
     const std::uint32_t type = binding::ImageGetDataType(cimSrc);
     cimDst = dm::or_clone_of(std::move(cimDst), cimSrc);
-    dm::require(is_complex(type) && binding::ImageGetDataType(cimDst) == type, dm::errors::all_complex);
+    dm::require(has_type(dm::either_complex{}, type) && binding::ImageGetDataType(cimDst) == type,
+                dm::errors::all_complex);
     dm::require_same_size(cimSrc, cimDst);
-    dm::read_lock from{cimSrc};
-    dm::write_lock to{cimDst};
-    visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
-        fill(
-            to.view<std::complex<T>>(),
-            [](auto count, auto* source, auto* result) { unit_phase<T>(source, result, count); },
-            from.view<std::complex<T>>());
+    const auto compute = [](auto count, auto* source, auto* result) { unit_phase(source, result, count); };
+    dm::with_locks(reading{cimSrc}, writing{cimDst}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::either_complex{}, type, [&]<class T>() { fill(to.view<T>(), compute, from.view<T>()); });
     });
-    to.release();
-    from.release();
     return cimDst;
 }
 
@@ -271,22 +226,39 @@ image_ref CNormDM(image_ref cimSrc, double fScale, image_ref imgDst)
     const std::uint32_t type = binding::ImageGetDataType(cimSrc);
     imgDst = dm::or_clone_of(std::move(imgDst), cimSrc);
     const std::uint32_t result_type = binding::ImageGetDataType(imgDst);
-    dm::require(is_complex(type) && (result_type == type || result_type == real_of(type)),
+    dm::require(has_type(dm::either_complex{}, type) && (result_type == type || result_type == real_of(type)),
                 dm::errors::invalid_image_type);
     dm::require_same_size(cimSrc, imgDst);
-    dm::read_lock from{cimSrc};
-    dm::write_lock to{imgDst};
     const auto compute = [&](auto count, auto* source, auto* result) { norm(source, fScale, result, count); };
-    visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
-        const auto source = from.view<std::complex<T>>();
-        if (result_type == type)
-            fill(to.view<std::complex<T>>(), compute, source);
-        else
-            fill(to.view<T>(), compute, source);
+    dm::with_locks(reading{cimSrc}, writing{imgDst}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
+            const auto source = from.view<std::complex<T>>();
+            if (result_type == type)
+                fill(to.view<std::complex<T>>(), compute, source);
+            else
+                fill(to.view<T>(), compute, source);
+        });
     });
-    to.release();
-    from.release();
     return imgDst;
 }
+
+constexpr dm::script_function rows[] = {
+    {"ComplexImagePtr ", "Polar(ImageRef imgRho, ImageRef imgTheta, ComplexImagePtr cimDst)",
+     binding::add_function<Polar1DM>},
+    {"ComplexImagePtr ", "Polar(double fRho, ImageRef imgTheta, ComplexImagePtr cimDst)",
+     binding::add_function<Polar2DM>},
+    {"void ", "AbsArg(ComplexImagePtr cimSrc, ImageRef * imgRho, ImageRef * imgTheta)",
+     binding::add_function<AbsArgDM>},
+    {"ImageRef ", "Abs(ComplexImagePtr cimSrc, ImageRef imgDst)", binding::add_function<AbsDM>},
+    {"ImageRef ", "Exp2(ImageRef imgA, ImageRef imgDst)", binding::add_function<Exp2DM>},
+    {"ImageRef ", "Log2(ImageRef imgA, ImageRef imgDst)", binding::add_function<Log2DM>},
+    {"ImageRef ", "Pow(ImageRef imgA, ImageRef imgB, ImageRef imgDst)", binding::add_function<PowDM>},
+    {"ComplexImagePtr ", "CArg(ComplexImagePtr cimSrc, ComplexImagePtr cimDst)", binding::add_function<CArgDM>},
+    {"ImageRef ", "Norm(ComplexImagePtr cimSrc, double fScale, ImageRef imgDst)", binding::add_function<CNormDM>},
+};
+
+}  // namespace
+
+const dm::script_functions elementwise_functions{rows};
 
 }  // namespace qorv::functions

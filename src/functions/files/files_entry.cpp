@@ -3,20 +3,25 @@
 #include <algorithm>
 #include <vector>
 
+#include "binding/call.h"
 #include "entry/steps.h"
 #include "entry/timing_scope.h"
 #include "functions/files/file_selection.h"
 #include "functions/files/numbered_name.h"
 #include "functions/files/raw_file.h"
 #include "functions/files/select_files.h"
-#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
 
-constexpr char name_tag[] = "Name";
+using binding::image_ref;
+using binding::output;
+using binding::tag_group_ref;
 
-/// A list with a group for each file, the file's name in its tag "Name".
+constexpr char name_tag[] = "Name";
+constexpr char entries_with_other_tags[] = "Entries with other tags than \"Name\" cannot be sorted.";
+
+/// A list of groups, one for each file, with the file's name in the tag "Name".
 tag_group_ref list_of(const std::vector<std::string>& names)
 {
     tag_group_ref list = binding::NewTagList();
@@ -29,11 +34,12 @@ tag_group_ref list_of(const std::vector<std::string>& names)
     return list;
 }
 
+/// The body of both forms of SelectImageFiles.
 tag_group_ref selected(const output<std::string>& path, const std::string& filter, const output<std::int32_t>& width,
                        const output<std::int32_t>& height, const output<std::int32_t>& type, const std::string& owner)
 {
     const std::string start = path.get();
-    const bool is_listed = lists_files(start);  // then nobody is asked anything
+    const bool is_listed = lists_files(start);  // no dialog is needed
     const auto files = is_listed ? expanded(start, filter) : platform::choose_files(start, filter, owner);
     platform::raw_format format{width.get(), height.get(), type.get()};
     const bool any_raw = std::any_of(files.begin(), files.end(), [](const std::string& file) { return is_raw(file); });
@@ -48,18 +54,58 @@ tag_group_ref selected(const output<std::string>& path, const std::string& filte
     return list;
 }
 
-/// Where entry `index` of a list keeps its name: in its tag "Name", or as a text itself.
-std::string name_path(const tag_group_ref& list, std::int32_t index, std::string& name)
+/// An entry of a list of names and where its name is stored: in the tag "Name" of a group, or as the entry itself.
+struct named_entry
 {
-    std::string entry{'['};
-    entry += std::to_string(index);
-    entry += ']';
-    for (const std::string& place : {entry + ":" + name_tag, entry})
-        if (binding::TagGroupGetTagAsString(list, place, name)) return place;
-    throw std::runtime_error{dm::errors::parameters_invalid};
+    tag_group_ref holder;
+    std::string path;
+    std::string name;
+    bool is_group;
+
+    void rename(const std::string& new_name) const { binding::TagGroupSetTagAsString(holder, path, new_name); }
+};
+
+/// Throws  errors::parameters_invalid for an entry without a name, entries_with_other_tags
+named_entry entry_at(const tag_group_ref& list, std::int32_t index)
+{
+    named_entry entry{list, "[" + std::to_string(index) + "]", "", false};
+    tag_group_ref group;
+    if (binding::TagGroupGetIndexedTagAsTagGroup(list, index, group)) entry = {group, name_tag, "", true};
+    dm::require(binding::TagGroupGetTagAsString(entry.holder, entry.path, entry.name), dm::errors::parameters_invalid);
+    dm::require(!entry.is_group || binding::TagGroupCountTags(group) == 1, entries_with_other_tags);
+    return entry;
 }
 
-}  // namespace
+/// Texts can be written by number to a list only, so that a group is recognised before anything is changed.
+/// Throws  errors::parameters_invalid for a group of texts
+void require_list(const std::vector<named_entry>& entries)
+{
+    const auto text = std::find_if(entries.begin(), entries.end(), [](const auto& entry) { return !entry.is_group; });
+    if (text == entries.end()) return;
+    try {
+        text->rename(text->name);
+    } catch (const binding::host_error&) {
+        throw std::runtime_error{dm::errors::parameters_invalid};
+    }
+}
+
+/// Gives the entries new names; when one cannot be written, all entries get their former names back.
+void rename(const std::vector<named_entry>& entries, const std::vector<std::string>& names)
+{
+    std::size_t current = 0;
+    try {
+        for (; current < entries.size(); ++current)
+            if (entries[current].name != names[current]) entries[current].rename(names[current]);
+    } catch (...) {
+        for (std::size_t i = 0; i <= current; ++i) {
+            try {
+                if (entries[i].name != names[i]) entries[i].rename(entries[i].name);
+            } catch (const std::exception&) {  // the first error is reported
+            }
+        }
+        throw;
+    }
+}
 
 tag_group_ref SelectImageFilesDM(output<std::string> path, const std::string& strFilter, output<std::int32_t> nW,
                                  output<std::int32_t> nH, output<std::int32_t> eType)
@@ -87,11 +133,11 @@ image_ref OpenImageDM(const std::string& path, std::int32_t nW, std::int32_t nH,
     std::vector<std::uint32_t> sizes{static_cast<std::uint32_t>(nW), static_cast<std::uint32_t>(nH)};
     if (nD > 1) sizes.push_back(static_cast<std::uint32_t>(nD));
     image_ref image = binding::NewImage(grouped({path}).names.front(), code, sizes);
-    dm::write_lock to{image};
     using any_type = dm::element_list<std::int8_t, std::uint8_t, std::int16_t, std::uint16_t, std::int32_t,
                                       std::uint32_t, float, double, std::complex<float>, std::complex<double>>;
-    dm::visit(any_type{}, code, [&]<class T>() { file.read(dm::flat(to.view<T>()), bytes); });
-    to.release();
+    dm::with_locks(dm::writing{image}, [&](const dm::write_lock& to) {
+        dm::visit(any_type{}, code, [&]<class T>() { file.read(dm::flat(to.view<T>()), bytes); });
+    });
     return image;
 }
 
@@ -99,11 +145,32 @@ void SortNumberedNameDM(tag_group_ref tFiles)
 {
     const dm::timing_scope timing{"SortNumberedNameDM"};
     dm::require(static_cast<bool>(tFiles), dm::errors::parameters_invalid);
+    std::vector<named_entry> entries;
     const std::int32_t count = binding::TagGroupCountTags(tFiles);
-    std::vector<std::string> names(static_cast<std::size_t>(std::max(count, 0))), places;
-    for (std::int32_t i = 0; i < count; ++i) places.push_back(name_path(tFiles, i, names[static_cast<std::size_t>(i)]));
+    for (std::int32_t index = 0; index < count; ++index) entries.push_back(entry_at(tFiles, index));
+    require_list(entries);
+    std::vector<std::string> names;
+    for (const named_entry& entry : entries) names.push_back(entry.name);
     sort_numbered_names(names);
-    for (std::size_t i = 0; i < names.size(); ++i) binding::TagGroupSetTagAsString(tFiles, places[i], names[i]);
+    rename(entries, names);
 }
+
+constexpr dm::script_function rows[] = {
+    {"TagGroup ", "SelectImageFiles(dm_string * path, string strFilter, long * nW, long * nH, long * eType)",
+     binding::add_function<SelectImageFilesDM>},
+    {"TagGroup ",
+     "SelectImageFiles(dm_string * path, string strFilter, long * nW, long * nH, long * eType,char* cOwnerName)",
+     binding::add_function<SelectImageFilesOwnedDM>},
+    {"ImageRef ", "OpenImage(string path, long nW, long nH, long nD, long eType)", binding::add_function<OpenImageDM>},
+};
+
+constexpr dm::script_function name_rows[] = {
+    {"void ", "SortNumberedName(TagGroup tFiles)", binding::add_function<SortNumberedNameDM>},
+};
+
+}  // namespace
+
+const dm::script_functions file_functions{rows};
+const dm::script_functions name_functions{name_rows};
 
 }  // namespace qorv::functions

@@ -7,18 +7,22 @@
 #include "functions/rank/median_z.h"
 #include "functions/rank/selection.h"
 #include "image/overlap.h"
-#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
 
+using binding::image_ref;
+using dm::read_lock;
+using dm::reading;
+using dm::write_lock;
+using dm::writing;
+
 constexpr char source_should_be_real[] = "imgSrc should be Real.";
 
-/// The host's binary images hold one byte a pixel and are filtered as such.
+/// Binary images hold one byte per pixel and are filtered as unsigned bytes.
 std::uint32_t filtered_type(std::uint32_t code)
 {
-    return code == static_cast<std::uint32_t>(dm::data_type::binary) ? static_cast<std::uint32_t>(dm::data_type::uint8)
-                                                                     : code;
+    return code == static_cast<std::uint32_t>(dm::data_type::binary) ? dm::code_of<std::uint8_t> : code;
 }
 
 image_ref extreme_filtered(const image_ref& source, std::int32_t radius, image_ref destination, extreme which)
@@ -30,15 +34,13 @@ image_ref extreme_filtered(const image_ref& source, std::int32_t radius, image_r
     const std::uint32_t type = filtered_type(code);
     dm::require(binding::ImageGetDataType(destination) == code && has_type(dm::eight_reals{}, type),
                 dm::errors::invalid_image_type);
-    dm::read_lock from{source};
-    dm::write_lock to{destination};
-    visit(dm::eight_reals{}, type, [&]<class T>() {
-        const dm::image<const T> pixels{static_cast<const T*>(from.data()), from.sizes(), from.strides()};
-        const dm::image<T> result{static_cast<T*>(to.data()), to.sizes(), to.strides()};
-        extreme_filter<T>(pixels, which, radius, result);
+    dm::with_locks(reading{source}, writing{destination}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::eight_reals{}, type, [&]<class T>() {
+            const dm::image<const T> pixels{static_cast<const T*>(from.data()), from.sizes(), from.strides()};
+            const dm::image<T> result{static_cast<T*>(to.data()), to.sizes(), to.strides()};
+            extreme_filter<T>(pixels, which, radius, result);
+        });
     });
-    to.release();
-    from.release();
     return destination;
 }
 
@@ -47,7 +49,7 @@ bool is_complex(const image_ref& image)
     return binding::IsComplexDataType(image, 8) || binding::IsComplexDataType(image, 16);
 }
 
-/// The source itself when it is float or double; a clone that the host converted to float otherwise.
+/// The source itself if it is float or double, otherwise a clone that the host has converted to float.
 /// Throws  `complex_text` for a complex source
 image_ref as_float_or_double(const image_ref& source, const char* complex_text)
 {
@@ -66,28 +68,26 @@ image_ref median_filtered(const image_ref& source, std::int32_t radius, image_re
     destination = dm::or_clone_of(std::move(destination), values);
     dm::require_same_size(values, destination);
     dm::require(binding::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
-    dm::read_lock from{values};
-    dm::write_lock to{destination};
-    visit(dm::float_or_double{}, type,
-          [&]<class T>() { median_filter<T>(from.view<T>(), radius, outside, to.view<T>()); });
-    to.release();
-    from.release();
+    dm::with_locks(reading{values}, writing{destination}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::float_or_double{}, type,
+              [&]<class T>() { median_filter<T>(from.view<T>(), radius, outside, to.view<T>()); });
+    });
     return destination;
 }
 
-/// `choose(view)` of all values of the source, as double.
+/// choose(view) of all values of the source.
 template <class Choose>
 double chosen(const image_ref& source, Choose choose)
 {
     const image_ref values = as_float_or_double(source, dm::errors::all_real);
-    dm::read_lock from{values};
-    double found = 0;
-    visit(dm::float_or_double{}, from.host_code(), [&]<class T>() { found = choose(from.view<T>()); });
-    from.release();
-    return found;
+    return dm::with_locks(reading{values}, [&](const read_lock& from) {
+        double found = 0;
+        visit(dm::float_or_double{}, from.host_code(), [&]<class T>() { found = choose(from.view<T>()); });
+        return found;
+    });
 }
 
-/// Fails with errors::out_of_place when the result overlaps the stack without being one of its planes.
+/// Throws  errors::out_of_place when the result overlaps the stack without being one of its planes.
 template <class T>
 void require_plane_or_apart(const dm::image<const T>& stack, const dm::image<T>& result)
 {
@@ -95,8 +95,6 @@ void require_plane_or_apart(const dm::image<const T>& stack, const dm::image<T>&
         if (dm::same_pixels(stack.plane(z), result)) return;
     dm::require(!dm::overlap(stack, result), dm::errors::out_of_place);
 }
-
-}  // namespace
 
 image_ref MaximumFilterDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst)
 {
@@ -144,15 +142,28 @@ image_ref MedianZDM(image_ref imgSrc, image_ref imgDst)
         dm::size_along(imgDst, 0) == width && dm::size_along(imgDst, 1) == height && dm::size_along(imgDst, 2) == 1,
         dm::errors::invalid_image_size);
     dm::require(binding::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
-    dm::read_lock from{stack};
-    dm::write_lock to{imgDst};
-    visit(dm::float_or_double{}, type, [&]<class T>() {
-        require_plane_or_apart<T>(from.view<T>(), to.view<T>());
-        median_z<T>(from.view<T>(), to.view<T>());
+    dm::with_locks(reading{stack}, writing{imgDst}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::float_or_double{}, type, [&]<class T>() {
+            require_plane_or_apart<T>(from.view<T>(), to.view<T>());
+            median_z<T>(from.view<T>(), to.view<T>());
+        });
     });
-    to.release();
-    from.release();
     return imgDst;
 }
+
+constexpr dm::script_function rows[] = {
+    {"ImageRef ", "MaximumFilter(ImageRef imgSrc, long nRad, ImageRef imgDst)", binding::add_function<MaximumFilterDM>},
+    {"ImageRef ", "MinimumFilter(ImageRef imgSrc, long nRad, ImageRef imgDst)", binding::add_function<MinimumFilterDM>},
+    {"ImageRef ", "MedianFilter(ImageRef imgSrc, long nRad, ImageRef imgDst , long nUseZeroPadding )",
+     binding::add_function<MedianFilterDM2>},
+    {"ImageRef ", "MedianFilter(ImageRef imgSrc, long nRad, ImageRef imgDst)", binding::add_function<MedianFilterDM>},
+    {"double ", "NthElement(ImageRef imgSrc, long n)", binding::add_function<NthElementDM>},
+    {"double ", "Median(ImageRef imgSrc)", binding::add_function<MedianDM>},
+    {"ImageRef ", "MedianZ(ImageRef imgSrc, ImageRef imgDst)", binding::add_function<MedianZDM>},
+};
+
+}  // namespace
+
+const dm::script_functions rank_functions{rows};
 
 }  // namespace qorv::functions

@@ -6,48 +6,70 @@
 #include "entry/timing_scope.h"
 #include "functions/reciprocal/bragg_mask.h"
 #include "functions/reciprocal/cross_correlation_mask.h"
-#include "image/visit.h"
+#include "functions/reciprocal/weight.h"
 
 namespace qorv::functions {
 namespace {
 
-using both_complex = dm::element_list<std::complex<float>, std::complex<double>>;
+using binding::image_ref;
+using binding::output;
+using dm::read_lock;
+using dm::reading;
+using dm::write_lock;
+using dm::writing;
 
 std::uint32_t required_complex(const image_ref& image)
 {
-    dm::require_image(image);
-    const std::uint32_t type = binding::ImageGetDataType(image);
-    dm::require(has_type(both_complex{}, type), dm::errors::all_complex);
-    return type;
+    return dm::required_type(dm::either_complex{}, image, dm::errors::all_complex);
 }
 
-/// Every element as a place: real part x, imaginary part y.
+/// The elements of an image as positions: the real part is x, the imaginary part y.
 std::vector<peak> peaks_in(const image_ref& list)
 {
-    dm::read_lock from{list};
-    std::vector<peak> peaks;
-    visit(both_complex{}, from.host_code(), [&]<class T>() {
-        const auto places = from.view<T>();
-        for (std::ptrdiff_t z = 0; z < places.depth(); ++z)
-            for (std::ptrdiff_t y = 0; y < places.height(); ++y)
-                for (std::ptrdiff_t x = 0; x < places.width(); ++x)
-                    peaks.push_back({places(x, y, z).real(), places(x, y, z).imag()});
+    return dm::with_locks(reading{list}, [&](const read_lock& from) {
+        std::vector<peak> peaks;
+        visit(dm::either_complex{}, from.host_code(), [&]<class T>() {
+            const auto places = from.view<T>();
+            for (std::ptrdiff_t z = 0; z < places.depth(); ++z)
+                for (std::ptrdiff_t y = 0; y < places.height(); ++y)
+                    for (std::ptrdiff_t x = 0; x < places.width(); ++x)
+                        peaks.push_back({places(x, y, z).real(), places(x, y, z).imag()});
+        });
+        return peaks;
     });
-    from.release();
-    return peaks;
 }
 
 lattice lattice_in(const image_ref& matrix, std::ptrdiff_t width, std::ptrdiff_t height)
 {
-    dm::read_lock from{matrix};
-    lattice points{};
-    visit(dm::float_or_double{}, from.host_code(),
-          [&]<class T>() { points = lattice::from<T>(from.view<T>(), width, height); });
-    from.release();
-    return points;
+    return dm::with_locks(reading{matrix}, [&](const read_lock& from) {
+        lattice points{};
+        visit(dm::float_or_double{}, from.host_code(),
+              [&]<class T>() { points = lattice::from<T>(from.view<T>(), width, height); });
+        return points;
+    });
 }
 
-}  // namespace
+image_ref WeightDM(image_ref imgSrc, image_ref imgW, std::int32_t nCX, std::int32_t nCY, float fScaleX, float fScaleY,
+                   std::int32_t eMode, image_ref imgDst)
+{
+    const dm::timing_scope timing{"WeightDM"};
+    const std::uint32_t type = dm::required_type(dm::real_or_complex{}, imgSrc, dm::errors::all_real_or_complex);
+    const std::uint32_t curve_type =
+        dm::required_type(dm::float_or_double{}, imgW, dm::errors::should_be_real4_or_real8);
+    imgDst = dm::or_clone_of(std::move(imgDst), imgSrc);
+    dm::require(binding::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
+    const weight_mode mode = weight_mode_of(eMode);
+    const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
+    const auto multiply = [&](const read_lock& from, const read_lock& curve, const write_lock& to) {
+        visit(dm::real_or_complex{}, type, [&]<class T>() {
+            visit(dm::float_or_double{}, curve_type, [&]<class Curve>() {
+                weight<T, Curve>(from.view<T>(), curve.view<Curve>(), grid, mode, to.view<T>());
+            });
+        });
+    };
+    dm::with_locks(reading{imgSrc}, reading{imgW}, writing{imgDst}, multiply);
+    return imgDst;
+}
 
 image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float fRad, float fH, image_ref cimDst)
 {
@@ -61,21 +83,21 @@ image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float f
     cimDst = dm::or_clone_of(std::move(cimDst), cimSrc);
     dm::require(binding::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
 
-    dm::read_lock from{cimSrc};
-    const std::ptrdiff_t width = from.width(), height = from.height();
-    const disc shape{fRad, fH};
-    mask_plane mask;
-    if (cimPeaks && imgMtx)
-        mask = peak_mask(placed(peaks_in(cimPeaks), lattice_in(imgMtx, width, height)), shape, width, height);
-    else if (cimPeaks)
-        mask = peak_mask(peaks_in(cimPeaks), shape, width, height);
-    else
-        mask = lattice_mask(lattice_in(imgMtx, width, height), shape, width, height);
+    dm::with_locks(reading{cimSrc}, [&](const read_lock& from) {
+        const std::ptrdiff_t width = from.width(), height = from.height();
+        const disc shape{fRad, fH};
+        mask_plane mask;
+        if (cimPeaks && imgMtx)
+            mask = peak_mask(placed(peaks_in(cimPeaks), lattice_in(imgMtx, width, height)), shape, width, height);
+        else if (cimPeaks)
+            mask = peak_mask(peaks_in(cimPeaks), shape, width, height);
+        else
+            mask = lattice_mask(lattice_in(imgMtx, width, height), shape, width, height);
 
-    dm::write_lock to{cimDst};
-    visit(both_complex{}, type, [&]<class T>() { apply_mask<T>(from.view<T>(), mask, to.view<T>()); });
-    to.release();
-    from.release();
+        dm::with_locks(writing{cimDst}, [&](const write_lock& to) {
+            visit(dm::either_complex{}, type, [&]<class T>() { apply_mask<T>(from.view<T>(), mask, to.view<T>()); });
+        });
+    });
     return cimDst;
 }
 
@@ -90,18 +112,39 @@ image_ref CrossCorrelationMaskWithDefocusDM(image_ref cimTarg, image_ref cimRef,
     dm::require(reference_type == type && binding::ImageGetDataType(cimDst) == type, dm::errors::all_same_complex);
     const correlation_mode mode = correlation_mode_of(eMode);
 
-    dm::read_lock target{cimTarg}, reference{cimRef};
-    dm::write_lock to{cimDst};
     const correlation_filter filter{{nCX, nCY, fScaleX, fScaleY}, f, fRad};
-    double mean = 0;
-    visit(both_complex{}, type, [&]<class T>() {
-        mean = cross_correlation_mask<T>(target.view<T>(), reference.view<T>(), filter, mode, to.view<T>());
-    });
-    to.release();
-    reference.release();
-    target.release();
-    fMean.set(mean);
+    const auto correlate = [&](const read_lock& target, const read_lock& reference, const write_lock& to) {
+        double mean = 0;
+        visit(dm::either_complex{}, type, [&]<class T>() {
+            mean = cross_correlation_mask<T>(target.view<T>(), reference.view<T>(), filter, mode, to.view<T>());
+        });
+        return mean;
+    };
+    fMean.set(dm::with_locks(reading{cimTarg}, reading{cimRef}, writing{cimDst}, correlate));
     return cimDst;
 }
+
+constexpr dm::script_function weight_rows[] = {
+    {"ImageRef ",
+     "Weight(ImageRef imgSrc, ImageRef imgW, long nCX, long nCY, float fScaleX, float fScaleY, long eMode, ImageRef "
+     "imgDst)",
+     binding::add_function<WeightDM>},
+};
+
+constexpr dm::script_function mask_rows[] = {
+    {"ComplexImagePtr ",
+     "Mask(ComplexImagePtr cimSrc, ComplexImagePtr cimPeaks, ImageRef imgMtx, float fRad, float fH, ComplexImagePtr "
+     "cimDst)",
+     binding::add_function<MaskDM>},
+    {"ComplexImagePtr ",
+     "CrossCorrelationMaskWithDefocus(ComplexImagePtr cimTarg, ComplexImagePtr cimRef, long nCX, long nCY, float "
+     "fScaleX, float fScaleY, float f, float fRad, long eMode, double * fMean, ComplexImagePtr cimDst)",
+     binding::add_function<CrossCorrelationMaskWithDefocusDM>},
+};
+
+}  // namespace
+
+const dm::script_functions weight_functions{weight_rows};
+const dm::script_functions mask_functions{mask_rows};
 
 }  // namespace qorv::functions

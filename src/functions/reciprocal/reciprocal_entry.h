@@ -1,21 +1,12 @@
 #pragma once
 
-#include <complex>
-#include <cstdint>
-#include <string>
+#include "entry/script_function.h"
 
-#include "binding/values.h"
-
-/// Script functions of the library: masks in reciprocal space. docs/script-reference.md tells what each does.
 namespace qorv::functions {
 
-using binding::image_ref;
-using binding::output;
-using binding::tag_group_ref;
-
-image_ref MaskDM(image_ref cimSrc, image_ref cimPeaks, image_ref imgMtx, float fRad, float fH, image_ref cimDst);
-image_ref CrossCorrelationMaskWithDefocusDM(image_ref cimTarg, image_ref cimRef, std::int32_t nCX, std::int32_t nCY,
-                                            float fScaleX, float fScaleY, float f, float fRad, std::int32_t eMode,
-                                            output<double> fMean, image_ref cimDst);
+/// Radial weights. docs/script-reference.md describes each function.
+extern const dm::script_functions weight_functions;
+/// Masks in reciprocal space.
+extern const dm::script_functions mask_functions;
 
 }  // namespace qorv::functions

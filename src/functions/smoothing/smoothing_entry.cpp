@@ -4,12 +4,18 @@
 #include "entry/timing_scope.h"
 #include "functions/smoothing/gaussian.h"
 #include "functions/smoothing/moving_average.h"
-#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
 
-/// The box filters' entry: `filter(from, to)` gets the typed views.
+using binding::image_ref;
+using binding::output;
+using dm::read_lock;
+using dm::reading;
+using dm::write_lock;
+using dm::writing;
+
+/// The body of the box filters. `filter(from, to)` is called with the typed views.
 template <class Filter>
 image_ref box_filtered(const image_ref& source, image_ref destination, Filter filter)
 {
@@ -19,28 +25,29 @@ image_ref box_filtered(const image_ref& source, image_ref destination, Filter fi
     dm::require_same_size(source, destination);
     dm::require(has_type(dm::real_or_complex{}, type), dm::errors::invalid_data_type);
     dm::require(binding::ImageGetDataType(destination) == type, dm::errors::invalid_image_type);
-    dm::read_lock from{source};
-    dm::write_lock to{destination};
-    visit(dm::real_or_complex{}, type, [&]<class T>() { filter(from.view<T>(), to.view<T>()); });
-    to.release();
-    from.release();
+    dm::with_locks(reading{source}, writing{destination}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::real_or_complex{}, type, [&]<class T>() { filter(from.view<T>(), to.view<T>()); });
+    });
     return destination;
 }
 
-/// A new single-plane image of the element type `like` has.
-image_ref new_plane(std::string_view name, const image_ref& like)
+/// A new image of one plane with the width, height and element type of the source, which is real or complex.
+image_ref new_plane(std::string_view name, const image_ref& source, std::uint32_t type)
 {
-    return binding::NewImage(name, binding::ImageGetDataType(like), {dm::size_along(like, 0), dm::size_along(like, 1)});
+    const std::uint32_t width = dm::size_along(source, 0), height = dm::size_along(source, 1);
+    const std::uint32_t bytes = binding::ImageGetDataElementByteSize(source);
+    if (has_type(dm::float_or_double{}, type)) return binding::RealImage(name, bytes, width, height);
+    return binding::ComplexImage(name, static_cast<std::int32_t>(bytes), static_cast<std::int32_t>(width),
+                                 static_cast<std::int32_t>(height));
 }
 
+/// Whether an output of MovingAverage2 can be filled: an image of the source's width, height and element type.
 bool fits(const image_ref& image, const image_ref& source)
 {
     return image && dm::size_along(image, 0) == dm::size_along(source, 0) &&
            dm::size_along(image, 1) == dm::size_along(source, 1) &&
            binding::ImageGetDataType(image) == binding::ImageGetDataType(source);
 }
-
-}  // namespace
 
 image_ref MovingAverageDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst)
 {
@@ -52,22 +59,17 @@ image_ref MovingAverageDM(image_ref imgSrc, std::int32_t nRad, image_ref imgDst)
 void MovingAverageDM2(image_ref imgSrc, std::int32_t nRad, output<image_ref> imgDst1, output<image_ref> imgDst2)
 {
     const dm::timing_scope timing{"MovingAverageDM2"};
-    dm::require_image(imgSrc);
-    const std::uint32_t type = binding::ImageGetDataType(imgSrc);
-    dm::require(has_type(dm::real_or_complex{}, type), dm::errors::invalid_data_type);
+    const std::uint32_t type = dm::required_type(dm::real_or_complex{}, imgSrc, dm::errors::invalid_data_type);
     image_ref mean = imgDst1.get(), squares = imgDst2.get();
     if (!fits(mean, imgSrc) || !fits(squares, imgSrc)) {
-        mean = new_plane("Mean", imgSrc);
-        squares = new_plane("Mean of squares", imgSrc);
+        mean = new_plane("Mean", imgSrc, type);
+        squares = new_plane("Mean of squares", imgSrc, type);
     }
-    dm::read_lock from{imgSrc};
-    dm::write_lock to_mean{mean};
-    dm::write_lock to_squares{squares};
-    visit(dm::real_or_complex{}, type,
-          [&]<class T>() { moving_average2(from.view<T>(), to_mean.view<T>(), to_squares.view<T>(), nRad); });
-    to_squares.release();
-    to_mean.release();
-    from.release();
+    const auto filter = [&](const read_lock& from, const write_lock& to_mean, const write_lock& to_squares) {
+        visit(dm::real_or_complex{}, type,
+              [&]<class T>() { moving_average2(from.view<T>(), to_mean.view<T>(), to_squares.view<T>(), nRad); });
+    };
+    dm::with_locks(reading{imgSrc}, writing{mean}, writing{squares}, filter);
     imgDst1.set(std::move(mean));
     imgDst2.set(std::move(squares));
 }
@@ -102,12 +104,29 @@ image_ref GaussianBlurDM(image_ref imgSrc, double fRad, std::int32_t nOrder, ima
     dm::require_same_size(imgSrc, imgDst);
     dm::require(has_type(dm::float_or_double{}, type) && binding::ImageGetDataType(imgDst) == type,
                 dm::errors::all_real);
-    dm::read_lock from{imgSrc};
-    dm::write_lock to{imgDst};
-    visit(dm::float_or_double{}, type, [&]<class T>() { gaussian_blur(from.view<T>(), to.view<T>(), fRad, nOrder); });
-    to.release();
-    from.release();
+    dm::with_locks(reading{imgSrc}, writing{imgDst}, [&](const read_lock& from, const write_lock& to) {
+        visit(dm::float_or_double{}, type,
+              [&]<class T>() { gaussian_blur(from.view<T>(), to.view<T>(), fRad, nOrder); });
+    });
     return imgDst;
 }
+
+constexpr dm::script_function rows[] = {
+    {"ImageRef ", "MovingAverage(ImageRef imgSrc, long nRad, ImageRef imgDst)", binding::add_function<MovingAverageDM>},
+    {"void ", "MovingAverage2(ImageRef imgSrc, long nRad, ImageRef* imgDst1, ImageRef* imgDst2)",
+     binding::add_function<MovingAverageDM2>},
+    {"ImageRef ", "MovingAverageX(ImageRef imgSrc, long nRad, ImageRef imgDst)",
+     binding::add_function<MovingAverageXDM>},
+    {"ImageRef ", "MovingAverageY(ImageRef imgSrc, long nRad, ImageRef imgDst)",
+     binding::add_function<MovingAverageYDM>},
+    {"ImageRef ", "MovingAverageZ(ImageRef imgSrc, long nRad, ImageRef imgDst)",
+     binding::add_function<MovingAverageZDM>},
+    {"ImageRef ", "GaussianBlur(ImageRef imgSrc, double fRad, long nOrder, ImageRef imgDst)",
+     binding::add_function<GaussianBlurDM>},
+};
+
+}  // namespace
+
+const dm::script_functions smoothing_functions{rows};
 
 }  // namespace qorv::functions

@@ -4,51 +4,55 @@
 
 #include "entry/steps.h"
 #include "entry/timing_scope.h"
-#include "functions/reciprocal/weight.h"
 #include "functions/statistics/center_of_mass.h"
 #include "functions/statistics/min_max.h"
 #include "functions/statistics/radial_survey.h"
+#include "functions/statistics/survey.h"
 #include "functions/statistics/survey_difference.h"
-#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
 
-/// The host's code of an image's element type.
-/// Throws  errors::parameters_invalid for a null image, `text` for a type that is not in the list
-template <class List>
-std::uint32_t required_type(List list, const image_ref& image, const char* text)
-{
-    dm::require_image(image);
-    const std::uint32_t code = binding::ImageGetDataType(image);
-    dm::require(has_type(list, code), text);
-    return code;
-}
+using binding::image_ref;
+using binding::output;
+using dm::read_lock;
+using dm::reading;
+using dm::write_lock;
+using dm::writing;
 
-/// What `find(view)` finds in an image of any real type.
+/// Locks an image of any real type and returns find(view).
+/// Throws  errors::should_be_real for another type
 template <class Find>
 auto found_in(const image_ref& source, Find find)
 {
-    const std::uint32_t type = required_type(dm::eight_reals{}, source, dm::errors::should_be_real);
-    dm::read_lock from{source};
-    decltype(find(dm::image<const float>{})) found{};
-    visit(dm::eight_reals{}, type, [&]<class T>() { found = find(from.view<T>()); });
-    from.release();
-    return found;
+    const std::uint32_t type = dm::required_type(dm::eight_reals{}, source, dm::errors::should_be_real);
+    return dm::with_locks(reading{source}, [&](const read_lock& from) {
+        decltype(find(dm::image<const float>{})) found{};
+        visit(dm::eight_reals{}, type, [&]<class T>() { found = find(from.view<T>()); });
+        return found;
+    });
 }
 
-struct place_outputs
+/// The output parameters for an element's position.
+struct position_outputs
 {
     output<std::int32_t> x, y, z;
     void set(const extremum& e) const { x.set(e.x), y.set(e.y), z.set(e.z); }
 };
 
-extrema min_max_of(const image_ref& source)
+/// The body of MinMax and MinMaxStable: the kernel is stable in either case.
+void store_extrema(const image_ref& source, const position_outputs& min_place, const output<double>& min,
+                   const position_outputs& max_place, const output<double>& max)
 {
-    return found_in(source, []<class T>(const dm::image<const T>& pixels) { return min_max<T>(pixels); });
+    const auto [smallest, greatest] =
+        found_in(source, []<class T>(const dm::image<const T>& pixels) { return min_max<T>(pixels); });
+    min_place.set(smallest);
+    min.set(smallest.value);
+    max_place.set(greatest);
+    max.set(greatest.value);
 }
 
-/// A float holds 8- and 16-bit integers and floats without loss, the other types need a double.
+/// The element type of a radial profile. A float holds 8- and 16-bit integers and floats exactly.
 dm::data_type profile_type(std::uint32_t code)
 {
     switch (static_cast<dm::data_type>(code)) {
@@ -59,21 +63,46 @@ dm::data_type profile_type(std::uint32_t code)
     }
 }
 
-}  // namespace
+void SurveyDM(image_ref imgSrc, output<double> fMin, output<double> fMax, output<double> fSum, output<double> fSqsum,
+              output<double> fSumAbs)
+{
+    const dm::timing_scope timing{"SurveyDM"};
+    dm::require_image(imgSrc);
+    const auto type = static_cast<std::uint32_t>(binding::GetDataType(imgSrc));
+    const auto record = dm::with_locks(reading{imgSrc}, [&](const read_lock& from) {
+        survey_record found;
+        const bool known = visit(dm::eight_reals{}, type, [&]<class T>() { found = survey(from.view<T>()); });
+        dm::require(known, dm::errors::invalid_data_type);
+        return found;
+    });
+    fMin.set(record.minimum);
+    fMax.set(record.maximum);
+    fSum.set(record.sum);
+    fSqsum.set(record.sum_of_squares);
+    fSumAbs.set(record.sum_of_absolutes);
+}
+
+void SurveyFourDM(image_ref imgSrc, output<double> fMin, output<double> fMax, output<double> fSum,
+                  output<double> fSqsum)
+{
+    SurveyDM(std::move(imgSrc), fMin, fMax, fSum, fSqsum, {});
+}
 
 void SurveyDifferenceDM(image_ref imgSrc1, image_ref imgSrc2, output<double> fSum1, output<double> fSqSum1,
                         output<double> fSum2, output<double> fSqSum2, output<double> fSumDiff,
                         output<double> fSumSqDiff, output<double> fSumAbsDiff)
 {
     const dm::timing_scope timing{"SurveyDifferenceDM"};
-    const std::uint32_t type = required_type(dm::eight_reals{}, imgSrc1, dm::errors::all_real);
-    const std::uint32_t other_type = required_type(dm::eight_reals{}, imgSrc2, dm::errors::all_real);
+    const std::uint32_t type = dm::required_type(dm::eight_reals{}, imgSrc1, dm::errors::all_real);
+    const std::uint32_t other_type = dm::required_type(dm::eight_reals{}, imgSrc2, dm::errors::all_real);
     dm::require(type == other_type, dm::errors::invalid_image_type);
-    dm::read_lock first{imgSrc1}, second{imgSrc2};
-    difference_survey sums;
-    visit(dm::eight_reals{}, type, [&]<class T>() { sums = survey_difference<T>(first.view<T>(), second.view<T>()); });
-    second.release();
-    first.release();
+    const auto compare = [&](const read_lock& first, const read_lock& second) {
+        difference_survey found;
+        visit(dm::eight_reals{}, type,
+              [&]<class T>() { found = survey_difference<T>(first.view<T>(), second.view<T>()); });
+        return found;
+    };
+    const difference_survey sums = dm::with_locks(reading{imgSrc1}, reading{imgSrc2}, compare);
     fSum1.set(sums.sum1);
     fSqSum1.set(sums.square_sum1);
     fSum2.set(sums.sum2);
@@ -88,31 +117,22 @@ void MinMaxStableDM(image_ref imgSrc, output<std::int32_t> nMinX, output<std::in
                     output<std::int32_t> nMaxY, output<std::int32_t> nMaxZ, output<double> fMax)
 {
     const dm::timing_scope timing{"MinMaxStableDM"};
-    const auto [smallest, greatest] = min_max_of(imgSrc);
-    place_outputs{nMinX, nMinY, nMinZ}.set(smallest);
-    fMin.set(smallest.value);
-    place_outputs{nMaxX, nMaxY, nMaxZ}.set(greatest);
-    fMax.set(greatest.value);
+    store_extrema(imgSrc, {nMinX, nMinY, nMinZ}, fMin, {nMaxX, nMaxY, nMaxZ}, fMax);
 }
 
-// The kernel is stable and fast at once, so both names do the same.
 void MinMaxDM(image_ref imgSrc, output<std::int32_t> nMinX, output<std::int32_t> nMinY, output<std::int32_t> nMinZ,
               output<double> fMin, output<std::int32_t> nMaxX, output<std::int32_t> nMaxY, output<std::int32_t> nMaxZ,
               output<double> fMax)
 {
     const dm::timing_scope timing{"MinMaxDM"};
-    const auto [smallest, greatest] = min_max_of(imgSrc);
-    place_outputs{nMinX, nMinY, nMinZ}.set(smallest);
-    fMin.set(smallest.value);
-    place_outputs{nMaxX, nMaxY, nMaxZ}.set(greatest);
-    fMax.set(greatest.value);
+    store_extrema(imgSrc, {nMinX, nMinY, nMinZ}, fMin, {nMaxX, nMaxY, nMaxZ}, fMax);
 }
 
 double MinDM(image_ref imgSrc, output<std::int32_t> nX, output<std::int32_t> nY, output<std::int32_t> nZ)
 {
     const dm::timing_scope timing{"MinDM"};
     const auto smallest = found_in(imgSrc, []<class T>(const dm::image<const T>& pixels) { return min_of<T>(pixels); });
-    place_outputs{nX, nY, nZ}.set(smallest);
+    position_outputs{nX, nY, nZ}.set(smallest);
     return smallest.value;
 }
 
@@ -120,53 +140,31 @@ double MaxDM(image_ref imgSrc, output<std::int32_t> nX, output<std::int32_t> nY,
 {
     const dm::timing_scope timing{"MaxDM"};
     const auto greatest = found_in(imgSrc, []<class T>(const dm::image<const T>& pixels) { return max_of<T>(pixels); });
-    place_outputs{nX, nY, nZ}.set(greatest);
+    position_outputs{nX, nY, nZ}.set(greatest);
     return greatest.value;
 }
 
 image_ref RadialSurveyDM(image_ref imgSrc, std::int32_t nCX, std::int32_t nCY, double fScaleX, double fScaleY)
 {
     const dm::timing_scope timing{"RadialSurveyDM"};
-    const std::uint32_t type = required_type(dm::eight_reals{}, imgSrc, dm::errors::should_be_real);
-    dm::read_lock from{imgSrc};
-    const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
-    const auto length = static_cast<std::uint32_t>(radial_length(grid, from.width(), from.height()));
-    std::vector<std::uint32_t> sizes{length};
-    if (from.depth() > 1) sizes.push_back(static_cast<std::uint32_t>(from.depth()));
-    const dm::data_type result_type = profile_type(type);
-    image_ref profile = binding::NewImage("Radial survey", static_cast<std::uint32_t>(result_type), sizes);
-    dm::write_lock to{profile};
-    visit(dm::eight_reals{}, type, [&]<class T>() {
-        if (result_type == dm::data_type::float64)
-            radial_survey<T, double>(from.view<T>(), grid, to.view<double>());
-        else
-            radial_survey<T, float>(from.view<T>(), grid, to.view<float>());
+    const std::uint32_t type = dm::required_type(dm::eight_reals{}, imgSrc, dm::errors::should_be_real);
+    return dm::with_locks(reading{imgSrc}, [&](const read_lock& from) {
+        const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
+        const auto length = static_cast<std::uint32_t>(radial_length(grid, from.width(), from.height()));
+        std::vector<std::uint32_t> sizes{length};
+        if (from.depth() > 1) sizes.push_back(static_cast<std::uint32_t>(from.depth()));
+        const dm::data_type result_type = profile_type(type);
+        image_ref profile = binding::NewImage("Radial survey", static_cast<std::uint32_t>(result_type), sizes);
+        dm::with_locks(writing{profile}, [&](const write_lock& to) {
+            visit(dm::eight_reals{}, type, [&]<class T>() {
+                if (result_type == dm::data_type::float64)
+                    radial_survey<T, double>(from.view<T>(), grid, to.view<double>());
+                else
+                    radial_survey<T, float>(from.view<T>(), grid, to.view<float>());
+            });
+        });
+        return profile;
     });
-    to.release();
-    from.release();
-    return profile;
-}
-
-image_ref WeightDM(image_ref imgSrc, image_ref imgW, std::int32_t nCX, std::int32_t nCY, float fScaleX, float fScaleY,
-                   std::int32_t eMode, image_ref imgDst)
-{
-    const dm::timing_scope timing{"WeightDM"};
-    const std::uint32_t type = required_type(dm::real_or_complex{}, imgSrc, dm::errors::all_real_or_complex);
-    const std::uint32_t curve_type = required_type(dm::float_or_double{}, imgW, dm::errors::should_be_real4_or_real8);
-    imgDst = dm::or_clone_of(std::move(imgDst), imgSrc);
-    dm::require(binding::ImageGetDataType(imgDst) == type, dm::errors::invalid_image_type);
-    const weight_mode mode = weight_mode_of(eMode);
-    dm::read_lock from{imgSrc}, curve{imgW};
-    dm::write_lock to{imgDst};
-    const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
-    visit(dm::real_or_complex{}, type, [&]<class T>() {
-        visit(dm::float_or_double{}, curve_type,
-              [&]<class Curve>() { weight<T, Curve>(from.view<T>(), curve.view<Curve>(), grid, mode, to.view<T>()); });
-    });
-    to.release();
-    curve.release();
-    from.release();
-    return imgDst;
 }
 
 std::int32_t GetCenterOfMassDM(image_ref imgSrc, output<double> fX, output<double> fY, double fRad,
@@ -181,5 +179,39 @@ std::int32_t GetCenterOfMassDM(image_ref imgSrc, output<double> fX, output<doubl
     fY.set(center.y);
     return cycles;
 }
+
+constexpr dm::script_function rows[] = {
+    {"void ", "Survey(ImageRef imgSrc, double * fMin, double * fMax, double * fSum, double * fSqsum, double * fSumAbs)",
+     binding::add_function<SurveyDM>},
+    {"void ", "Survey(ImageRef imgSrc, double * fMin, double * fMax, double * fSum, double * fSqsum)",
+     binding::add_function<SurveyFourDM>},
+    {"void ",
+     "SurveyDifference(ImageRef imgSrc1, ImageRef imgSrc2, double * fSum1, double * fSqSum1, double * fSum2, double * "
+     "fSqSum2, double * fSumDiff, double * fSumSqDiff, double * fSumAbsDiff)",
+     binding::add_function<SurveyDifferenceDM>},
+    {"void ",
+     "MinMaxStable(ImageRef imgSrc, long * nMinX, long * nMinY, long * nMinZ, double * fMin, long * nMaxX, long * "
+     "nMaxY, long * nMaxZ, double * fMax)",
+     binding::add_function<MinMaxStableDM>},
+    {"void ",
+     "MinMax(ImageRef imgSrc, long * nMinX, long * nMinY, long * nMinZ, double * fMin, long * nMaxX, long * nMaxY, "
+     "long * nMaxZ, double * fMax)",
+     binding::add_function<MinMaxDM>},
+    {"double ", "Min(ImageRef imgSrc, long * nX, long * nY, long * nZ)", binding::add_function<MinDM>},
+    {"double ", "Max(ImageRef imgSrc, long * nX, long * nY, long * nZ)", binding::add_function<MaxDM>},
+    {"ImageRef ", "RadialSurvey(Image * imgSrc, long nCX, long nCY, double fScaleX, double fScaleY )",
+     binding::add_function<RadialSurveyDM>},
+};
+
+constexpr dm::script_function center_of_mass_rows[] = {
+    {"long ",
+     "GetCenterOfMass(ImageRef imgSrc, double * fX, double * fY, double fRad, long nCycles, double fThreshold)",
+     binding::add_function<GetCenterOfMassDM>},
+};
+
+}  // namespace
+
+const dm::script_functions statistics_functions{rows};
+const dm::script_functions center_of_mass_functions{center_of_mass_rows};
 
 }  // namespace qorv::functions

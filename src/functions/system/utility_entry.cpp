@@ -14,14 +14,12 @@
 namespace qorv::functions {
 namespace {
 
-/// Far above any machine's cores; the parallel runtime ends the process when it cannot start as many as it was told.
+/// The parallel runtime ends the process when it cannot start as many threads as requested.
 constexpr std::int32_t most_threads = 1024;
-
-}  // namespace
 
 std::int32_t PadSizeDM(std::int32_t n)
 {
-    // Sizes from 2^31 on come back as the script's negative numbers with the same bits, as they went in.
+    // A script's negative number stands for the unsigned number of the same bits, in both directions.
     return static_cast<std::int32_t>(boost::numeric_cast<std::uint32_t>(pad_size(static_cast<std::uint32_t>(n))));
 }
 
@@ -36,7 +34,7 @@ void SetNumThreadsDM(std::int32_t n)
 std::int32_t GetNumThreadsDM()
 {
     const dm::timing_scope timing{"GetNumThreadsDM"};
-    return omp_get_num_threads();  // of the present team: 1 outside a parallel region
+    return omp_get_num_threads();  // size of the current team: 1 outside a parallel region
 }
 
 std::int32_t GetMaxThreadsDM()
@@ -59,5 +57,25 @@ void ShellExecDM(const std::string& strCommandLine)
     const dm::timing_scope timing{"ShellExecDM"};
     platform::open(strCommandLine);
 }
+
+constexpr dm::script_function rows[] = {
+    {"long ", "PadSize(long n)", binding::add_function<PadSizeDM>},
+    {"long ", "ToDMDataType(long eType)", binding::add_function<ToDMDataTypeDM>},
+    {"void ", "SetNumThreads(long n)", binding::add_function<SetNumThreadsDM>},
+    {"long ", "GetNumThreads()", binding::add_function<GetNumThreadsDM>},
+    {"long ", "GetMaxThreads()", binding::add_function<GetMaxThreadsDM>},
+    {"dm_string ", "GetSpecialDirectory(long eType, long doCreate)", binding::add_function<GetSpecialDirectoryDM>},
+};
+
+constexpr dm::script_function process_rows[] = {
+    {"void ", "Exec(dm_string strCommandLine)", binding::add_function<ExecDM>},
+    {"void ", "ExecWait(dm_string strCommandLine)", binding::add_function<ExecWaitDM>},
+    {"void ", "ShellExec(dm_string strCommandLine)", binding::add_function<ShellExecDM>},
+};
+
+}  // namespace
+
+const dm::script_functions utility_functions{rows};
+const dm::script_functions process_functions{process_rows};
 
 }  // namespace qorv::functions

@@ -12,7 +12,13 @@
 namespace qorv::functions {
 namespace {
 
-/// The host's codes of all element types that can be moved; their sizes in bytes are the host's to tell.
+using binding::image_ref;
+using dm::read_lock;
+using dm::reading;
+using dm::write_lock;
+using dm::writing;
+
+/// The host's codes of the element types that can be moved. The host gives their sizes in bytes.
 constexpr std::array<std::uint32_t, 20> movable{6,  9,  14, 1,  10, 2,  7,  11, 23, 3,
                                                 12, 24, 13, 25, 8,  15, 17, 18, 19, 26};
 
@@ -24,8 +30,8 @@ voxels voxels_of(const dm::image_lock& lock, std::size_t element_bytes)
     return volume;
 }
 
-/// The volume as bytes, for comparing places in memory.
-dm::image<std::byte> places_of(const voxels& volume) { return {volume.data, volume.sizes, volume.strides}; }
+/// The volume as an image of bytes, for comparing memory ranges.
+dm::image<std::byte> bytes_of(const voxels& volume) { return {volume.data, volume.sizes, volume.strides}; }
 
 image_ref transposed(const image_ref& source, image_ref destination, transposition which)
 {
@@ -41,18 +47,14 @@ image_ref transposed(const image_ref& source, image_ref destination, transpositi
                     std::find(movable.begin(), movable.end(), type) != movable.end(),
                 dm::errors::invalid_image_type);
     const std::uint32_t element_bytes = binding::ImageGetDataElementByteSize(source);
-    dm::read_lock from{source};
-    dm::write_lock to{destination};
-    const voxels original = voxels_of(from, element_bytes), result = voxels_of(to, element_bytes);
-    dm::require_in_place_or_apart(places_of(original), places_of(result));
-    const auto transpose = which == transposition::xz ? transpose_xz : transpose_yz;
-    transpose(original, result, element_bytes);
-    to.release();
-    from.release();
+    dm::with_locks(reading{source}, writing{destination}, [&](const read_lock& from, const write_lock& to) {
+        const voxels original = voxels_of(from, element_bytes), result = voxels_of(to, element_bytes);
+        dm::require_in_place_or_apart(bytes_of(original), bytes_of(result));
+        const auto transpose = which == transposition::xz ? transpose_xz : transpose_yz;
+        transpose(original, result, element_bytes);
+    });
     return destination;
 }
-
-}  // namespace
 
 image_ref TransposeXZDM(image_ref imgSrc, image_ref imgDst)
 {
@@ -65,5 +67,14 @@ image_ref TransposeYZDM(image_ref imgSrc, image_ref imgDst)
     const dm::timing_scope timing{"TransposeYZDM"};
     return transposed(imgSrc, std::move(imgDst), transposition::yz);
 }
+
+constexpr dm::script_function rows[] = {
+    {"ImageRef ", "TransposeXZ(ImageRef imgSrc, ImageRef imgDst)", binding::add_function<TransposeXZDM>},
+    {"ImageRef ", "TransposeYZ(ImageRef imgSrc, ImageRef imgDst)", binding::add_function<TransposeYZDM>},
+};
+
+}  // namespace
+
+const dm::script_functions transpose_functions{rows};
 
 }  // namespace qorv::functions

@@ -1,19 +1,10 @@
 #pragma once
 
-#include <complex>
-#include <cstdint>
-#include <string>
+#include "entry/script_function.h"
 
-#include "binding/values.h"
-
-/// Script functions of the library: volume transposes. docs/script-reference.md tells what each does.
 namespace qorv::functions {
 
-using binding::image_ref;
-using binding::output;
-using binding::tag_group_ref;
-
-image_ref TransposeXZDM(image_ref imgSrc, image_ref imgDst);
-image_ref TransposeYZDM(image_ref imgSrc, image_ref imgDst);
+/// Transposed volumes. docs/script-reference.md describes each function.
+extern const dm::script_functions transpose_functions;
 
 }  // namespace qorv::functions

@@ -19,7 +19,7 @@ using namespace qorv;
 using dm::element_type;
 using support::message_of;
 
-TEST(numbered_name, counts_as_a_person_does)
+TEST(NumberedName, SortsRunsOfDigitsByTheirValue)
 {
     const std::vector<std::string> sorted{"",
                                           "9.raw",
@@ -37,13 +37,13 @@ TEST(numbered_name, counts_as_a_person_does)
                                           "img100000000000000000000.raw",
                                           "z",
                                           "\xC3\xA9"};
-    auto turned = sorted;
-    std::reverse(turned.begin(), turned.end());
-    functions::sort_numbered_names(turned);
-    EXPECT_EQ(turned, sorted);
+    auto reversed = sorted;
+    std::reverse(reversed.begin(), reversed.end());
+    functions::sort_numbered_names(reversed);
+    EXPECT_EQ(reversed, sorted);
 }
 
-TEST(numbered_name, keeps_the_order_of_equal_names)
+TEST(NumberedName, KeepsTheOrderOfEqualNames)
 {
     std::vector<std::string> names, wanted{"img0"};
     for (int zeros = 0; zeros < 40; ++zeros)
@@ -54,7 +54,7 @@ TEST(numbered_name, keeps_the_order_of_equal_names)
     EXPECT_EQ(names, wanted);
 }
 
-TEST(raw_file, reads_what_has_the_right_length)
+TEST(RawFile, ReadsAFileOfTheRightLength)
 {
     const auto path = std::filesystem::temp_directory_path() / std::filesystem::path{u8"zentrix_raw_\u00e9.bin"};
     const std::vector<std::int16_t> pixels{1, -2, 300, -400, 5, 6};
@@ -74,7 +74,7 @@ TEST(raw_file, reads_what_has_the_right_length)
         EXPECT_EQ(message_of([&] { functions::raw_file{missing}; }), functions::file_not_opened);
 }
 
-TEST(raw_file, counts_bytes_and_refuses_sizes_that_are_none)
+TEST(RawFile, CountsBytesAndRefusesInvalidSizes)
 {
     EXPECT_EQ(functions::raw_bytes(element_type::complex128, 100000, 100000, 10), 1600000000000u);
     EXPECT_EQ(message_of([] { functions::raw_bytes(element_type::none, 0, 1, 1); }), dm::errors::unknown_data_type);
