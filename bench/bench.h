@@ -1,64 +1,137 @@
 #pragma once
 
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
+#include "image/processor.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstring>
+#include <map>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
-/// Timing of kernels whose result was checked first: ns per pixel, the median of several runs, and ratios within one run.
+/// Comparisons of several ways to do the same work, on Google Benchmark. A way is timed only after its result was
+/// checked. The output gives the time per pixel and the ratio to the first way of the comparison.
 namespace bench {
 
-struct timing
+/// Adds the ratios to the console output and remembers failed checks.
+class ratio_reporter : public benchmark::ConsoleReporter
 {
-    double median_ns;  ///< per pixel
-    double best_ns;    ///< per pixel
-};
+  public:
+    ratio_reporter() : ConsoleReporter{OO_Tabular} {}
 
-/// Processor time of the whole program, which other programs' load changes less than the clock on the wall; for work of
-/// one thread that takes milliseconds.
-struct processor_clock
-{
-    using duration = std::chrono::microseconds;
-    using rep = duration::rep;
-    using period = duration::period;
-    using time_point = std::chrono::time_point<processor_clock, duration>;
-    static constexpr bool is_steady = true;
-    static time_point now() { return time_point{duration{std::clock() * 1'000'000LL / CLOCKS_PER_SEC}}; }
-};
-
-/// Runs `work` once to warm up and then until `runs` timings are there.
-template <class clock = std::chrono::steady_clock, class Work>
-timing measure(double pixels, Work&& work, int runs = 9)
-{
-    work();
-    std::vector<double> times;
-    for (int i = 0; i < runs; ++i) {
-        const auto start = clock::now();
-        work();
-        times.push_back(std::chrono::duration<double, std::nano>(clock::now() - start).count() / pixels);
+    bool ReportContext(const Context& context) override
+    {
+        if (std::exchange(has_context_, true)) return true;
+        ConsoleReporter::ReportContext(context);
+        name_field_width_ = 44;  // the names to come are not known yet
+        return true;
     }
-    std::sort(times.begin(), times.end());
-    return {times[times.size() / 2], times.front()};
+    void ReportRuns(const std::vector<Run>& runs) override
+    {
+        auto with_ratios = runs;
+        for (Run& run : with_ratios) {
+            failed_ |= run.error_occurred;
+            if (run.error_occurred) continue;
+            const double time = run.counters.at("per_pixel");
+            run.counters["ratio"] = time / references_.emplace(run.aggregate_name, time).first->second;
+        }
+        ConsoleReporter::ReportRuns(with_ratios);
+    }
+    void start_comparison() { references_.clear(); }
+    bool failed() const { return failed_; }
+
+  private:
+    std::map<std::string, double> references_;  ///< time per pixel of the first way, by the name of the statistic
+    bool has_context_ = false, failed_ = false;
+};
+inline ratio_reporter reporter;
+
+enum class clock
+{
+    processor,  ///< little disturbed by the load of other programs
+    wall        ///< for work of several threads
+};
+
+/// One comparison; runs when it goes out of scope.
+class comparison
+{
+  public:
+    comparison(std::string what, double pixels, clock timed_by = clock::processor)
+        : what_{std::move(what)}, pixels_{pixels}, clock_{timed_by}
+    {}
+    comparison(const comparison&) = delete;
+    comparison& operator=(const comparison&) = delete;
+    ~comparison()
+    {
+        reporter.start_comparison();
+        benchmark::RunSpecifiedBenchmarks(&reporter);
+        benchmark::ClearRegisteredBenchmarks();
+    }
+
+    /// `right()` is called after a first `work()`; where it is false, nothing is timed and the program ends with 1.
+    template <class Work, class Right>
+    void add(const std::string& way, Work work, Right right)
+    {
+        const auto run = [work, right, pixels = pixels_, checked = false](benchmark::State& state) mutable {
+            if (!std::exchange(checked, true)) {
+                work();
+                if (!right()) state.SkipWithError("wrong result");
+            }
+            for ([[maybe_unused]] auto _ : state) {
+                work();
+                benchmark::ClobberMemory();
+            }
+            using benchmark::Counter;
+            state.counters["per_pixel"] = Counter{pixels, Counter::kIsIterationInvariantRate | Counter::kInvert};
+        };
+        auto* registered = benchmark::RegisterBenchmark((what_ + '/' + way).c_str(), run);
+        registered->Unit(benchmark::kMillisecond);
+        if (clock_ == clock::wall) registered->UseRealTime();
+    }
+
+  private:
+    std::string what_;
+    double pixels_;
+    clock clock_;
+};
+
+/// Compares the variants of a kernel that writes `results` elements, the plain one first; all must give the same bytes.
+/// `run(kernel, to)` calls the kernel.
+template <class R, class Table, class Run>
+void compare_variants(const std::string& what, double pixels, std::size_t results, const Table& table, Run run)
+{
+    const auto rows = qorv::dm::runnable(table);
+    std::vector<R> plain(results), result(results);
+    run(rows.back().function, plain.data());
+    comparison compared{what, pixels};
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+        compared.add(
+            row->name, [&, kernel = row->function] { run(kernel, result.data()); },
+            [&] { return std::memcmp(static_cast<void*>(result.data()), plain.data(), results * sizeof(R)) == 0; });
 }
 
-/// Prints a line of a table; `reference` is the timing that the ratio refers to (0: none).
-inline void print(const std::string& what, const std::string& variant, timing t, double reference_ns = 0)
+/// Uniformly distributed pixels, the same in every run.
+template <class T>
+std::vector<T> noise(std::size_t count, double low, double high)
 {
-    std::printf("%-36s %-14s %9.2f ns/px (best %8.2f)", what.c_str(), variant.c_str(), t.median_ns, t.best_ns);
-    if (reference_ns > 0) std::printf("  ratio %6.2f", t.median_ns / reference_ns);
-    std::printf("\n");
-    std::fflush(stdout);
+    std::mt19937 generator{1};
+    std::uniform_real_distribution<double> values{low, high};
+    std::vector<T> result(count);
+    for (T& pixel : result) pixel = static_cast<T>(values(generator));
+    return result;
 }
 
-/// Ends the program when a result is wrong: a time without a right result says nothing.
-inline void check(bool right, const char* what)
+/// The body of `main`: `comparisons` makes one comparison after another. Returns the program's exit code.
+template <class Comparisons>
+int run(int argc, char** argv, Comparisons comparisons)
 {
-    if (right) return;
-    std::fprintf(stderr, "wrong result: %s\n", what);
-    std::exit(1);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    qorv::dm::read_processor_features();
+    comparisons();
+    return reporter.failed() ? 1 : 0;
 }
 
 }  // namespace bench

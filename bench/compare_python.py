@@ -1,10 +1,10 @@
 #!/usr/bin/python3
-"""Times script functions against the same operation of NumPy, SciPy and, where they are installed, OpenCV and scikit-image.
+"""Times script functions against NumPy, SciPy and, where they are installed, OpenCV and scikit-image.
 
     PYTHONPATH=build/release/python bench/compare_python.py [WIDTH]
 
-Each result is compared away from the border first. Times are the least of several runs in one thread, new result
-included; a ratio above 1 says that the script function is faster.
+Results are compared first, without the border. A time is the least of several runs in one thread, allocation of the
+result included. With a ratio above 1 the script function is faster.
 """
 
 import os
@@ -47,7 +47,7 @@ PHASE = np.angle(np.exp(1j * (4 * np.sin(X) * np.cos(Y) + X * Y))).astype(np.flo
 
 
 def fastest(call, seconds=0.4):
-    """Least time of one call [s], and its result."""
+    """Returns the least time of one call [s] and its result."""
     least, result, end = np.inf, None, time.perf_counter() + seconds
     while time.perf_counter() < end or least == np.inf:
         start = time.perf_counter()
@@ -117,7 +117,7 @@ def numpy_rings():
 
 
 def lattice_mask():
-    """Discs of radius 4 with a rim of 2 about every sixteenth pixel from the centre."""
+    """Discs of radius 4 with a soft rim of 2, every 16 pixels from the centre."""
     off = [(place - WIDTH // 2 + 8) % 16 - 8 for place in np.indices(WAVE.shape)]
     return (1 - np.sin(np.pi / 4 * np.clip(np.hypot(*off) - 4, -2, 2))) / 2
 
@@ -133,7 +133,7 @@ def with_offset_of(reference, unwrapped):
 
 
 def comparisons(zx):
-    """(name, ours, tolerance, {name of another: its call})"""
+    """Yields (name, our call, tolerance, {name of another library: its call})."""
     yield "box mean, radius 5", lambda: zx.ZXMovingAverage(IMAGE, 5, None), 1e-4, {
         "scipy": lambda: ndimage.uniform_filter(IMAGE, 11),
         "cv2": cv2 and (lambda: cv2.blur(IMAGE, (11, 11))),

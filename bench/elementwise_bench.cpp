@@ -3,97 +3,96 @@
 #include "functions/elementwise/norm.h"
 #include "functions/elementwise/polar.h"
 #include "functions/elementwise/powers.h"
-#include "image/processor.h"
+#include "numeric/atan2.h"
+#include "numeric/exp.h"
+#include "numeric/sincos.h"
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
-#include <random>
-#include <string>
-#include <vector>
 
-// Element-wise operations on float images beside plain loops over the C library, one thread.
+// Element-wise operations on float images against loops over the C library. One thread.
 
 namespace {
 
-namespace functions = qorv::functions;
+using namespace qorv;
 using complex = std::complex<float>;
+constexpr std::size_t count = std::size_t{1} << 22;
+constexpr auto n = static_cast<std::ptrdiff_t>(count);
 
-constexpr int size = 2048;
-constexpr std::size_t count = std::size_t{size} * size;
-
-std::vector<float> noise(float low, float high)
+/// `ours(result)` against a loop that computes each element by `element(i)`.
+template <class R, class Ours, class Element>
+void compare(const std::string& what, Ours ours, Element element)
 {
-    std::mt19937 generator{3};
-    std::uniform_real_distribution<float> values{low, high};
-    std::vector<float> result(count);
-    for (float& x : result) x = values(generator);
-    return result;
+    std::vector<R> result(count), library(count);
+    bench::comparison compared{what, double(count)};
+    compared.add(
+        "library",
+        [&] {
+            for (std::size_t i = 0; i < count; ++i) library[i] = element(i);
+        },
+        [] { return true; });
+    compared.add(
+        "ours", [&] { ours(result.data()); },
+        [&] {
+            return std::equal(result.begin(), result.end(), library.begin(),
+                              [](R a, R b) { return std::abs(a - b) <= 4e-7f * (1 + std::abs(b)); });
+        });
 }
 
-bool near(float a, float b) { return std::abs(a - b) <= 4e-7f * (1 + std::abs(b)); }
-bool near(complex a, complex b) { return std::abs(a - b) <= 4e-7f * (1 + std::abs(b)); }
-
-/// Times `ours(result)` beside a loop that computes each element by `element(i)`.
-template <class R, class Ours, class Element>
-void compare(const char* what, const char* variant, Ours&& ours, Element&& element)
+void run()
 {
-    std::vector<R> got(count), wanted(count);
-    const auto loop = [&] {
-        for (std::size_t i = 0; i < count; ++i) wanted[i] = element(i);
+    const auto rho = bench::noise<float>(count, 0, 3), angles = bench::noise<float>(count, -20, 20),
+               exponents = bench::noise<float>(count, -3, 3), positive = bench::noise<float>(count, 0.01, 50);
+    std::vector<complex> z(count);
+    for (std::size_t i = 0; i < count; ++i) z[i] = std::polar(rho[i] + 0.1f, angles[count - 1 - i]);
+    std::vector<float> other(count);
+
+    const auto each = [](auto element) {
+        return [element](float* r) {
+            for (std::size_t i = 0; i < count; ++i) r[i] = element(i);
+        };
     };
-    ours(got.data());
-    loop();
-    bool right = true;
-    for (std::size_t i = 0; i < count; ++i) right = right && near(got[i], wanted[i]);
-    bench::check(right, what);
-    const auto reference = bench::measure(double(count), loop, 5);
-    bench::print(what, "C library", reference);
-    bench::print(what, variant,
-                 bench::measure(
-                     double(count), [&] { ours(got.data()); }, 15),
-                 reference.median_ns);
+    compare<float>("sincos", each([&](std::size_t i) {
+                       const auto turn = numeric::sincos(angles[i]);
+                       return turn.sine + turn.cosine;
+                   }),
+                   [&](std::size_t i) { return std::sin(angles[i]) + std::cos(angles[i]); });
+    compare<float>("exp", each([&](std::size_t i) { return numeric::exp(exponents[i]); }),
+                   [&](std::size_t i) { return std::exp(exponents[i]); });
+    compare<float>("atan2", each([&](std::size_t i) { return numeric::atan2(angles[i], exponents[i]); }),
+                   [&](std::size_t i) { return std::atan2(angles[i], exponents[i]); });
+    compare<float>(
+        "exp2", [&](float* r) { functions::exp2(exponents.data(), r, n); },
+        [&](std::size_t i) { return std::exp2(exponents[i]); });
+    compare<float>(
+        "log2", [&](float* r) { functions::log2(positive.data(), r, n); },
+        [&](std::size_t i) { return std::log2(positive[i]); });
+    compare<float>(
+        "pow", [&](float* r) { functions::pow(positive.data(), exponents.data(), r, n); },
+        [&](std::size_t i) { return std::pow(positive[i], exponents[i]); });
+    compare<complex>(
+        "polar", [&](complex* r) { functions::polar(rho.data(), angles.data(), r, n); },
+        [&](std::size_t i) { return std::polar(rho[i], angles[i]); });
+    compare<float>(
+        "abs and arg", [&](float* r) { functions::modulus_and_phase(z.data(), other.data(), r, n); },
+        [&](std::size_t i) {
+            other[i] = std::abs(z[i]);
+            return std::arg(z[i]);
+        });
+    compare<complex>(
+        "carg", [&](complex* r) { functions::unit_phase(z.data(), r, n); },
+        [&](std::size_t i) { return z[i] / std::abs(z[i]); });
+    compare<float>(
+        "norm", [&](float* r) { functions::norm(z.data(), 0.5, r, n); },
+        [&](std::size_t i) { return std::norm(z[i]) * 0.5f; });
+
+    bench::compare_variants<float>("abs", double(count), count, functions::modulus_variants<float>,
+                                   [&](auto* kernel, float* to) { kernel(z.data(), to, n); });
+    bench::compare_variants<float>("pow", double(count), count, functions::pow_variants<float>,
+                                   [&](auto* kernel, float* to) { kernel(positive.data(), exponents.data(), to, n); });
 }
 
 }  // namespace
 
-int main()
-{
-    qorv::dm::read_processor_features();
-    constexpr auto n = static_cast<std::ptrdiff_t>(count);
-    const auto rho = noise(0, 3), theta = noise(-20, 20), exponents = noise(-3, 3), positive = noise(0.01f, 50);
-    std::vector<complex> z(count);
-    for (std::size_t i = 0; i < count; ++i) z[i] = {theta[i], exponents[i]};
-    std::vector<float> phase(count);
-
-    compare<complex>(
-        "polar", "float", [&](complex* r) { functions::polar(rho.data(), theta.data(), r, n); },
-        [&](std::size_t i) {
-            return complex{rho[i] * std::cos(theta[i]), rho[i] * std::sin(theta[i])};
-        });
-    for (const auto& v : qorv::dm::runnable(functions::modulus_variants<float>))
-        compare<float>(
-            "abs", v.name, [&](float* r) { v.function(z.data(), r, n); },
-            [&](std::size_t i) { return std::abs(z[i]); });
-    compare<float>(
-        "abs and arg", "float", [&](float* r) { functions::modulus_and_phase(z.data(), phase.data(), r, n); },
-        [&](std::size_t i) {
-            phase[i] = std::abs(z[i]);
-            return std::arg(z[i]);
-        });
-    compare<float>(
-        "exp2", "float", [&](float* r) { functions::exp2(exponents.data(), r, n); },
-        [&](std::size_t i) { return std::exp2(exponents[i]); });
-    compare<float>(
-        "log2", "float", [&](float* r) { functions::log2(positive.data(), r, n); },
-        [&](std::size_t i) { return std::log2(positive[i]); });
-    for (const auto& v : qorv::dm::runnable(functions::pow_variants<float>))
-        compare<float>(
-            "pow", v.name, [&](float* r) { v.function(positive.data(), exponents.data(), r, n); },
-            [&](std::size_t i) { return std::pow(positive[i], exponents[i]); });
-    compare<complex>(
-        "carg", "float", [&](complex* r) { functions::unit_phase(z.data(), r, n); },
-        [&](std::size_t i) { return z[i] / std::abs(z[i]); });
-    compare<float>(
-        "norm", "float", [&](float* r) { functions::norm(z.data(), 0.5, r, n); },
-        [&](std::size_t i) { return std::norm(z[i]) * 0.5f; });
-}
+int main(int argc, char** argv) { return bench::run(argc, argv, run); }

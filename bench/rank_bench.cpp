@@ -4,78 +4,44 @@
 #include "functions/rank/median_z.h"
 #include "functions/rank/selection.h"
 
-#include <cstring>
-#include <random>
+// Maximum, median and selection on float images: each variant against the plain one. One thread.
 
-// Maximum, median and selection, each variant against the plain form, whose result it must have to the bit.
+namespace {
 
 using namespace qorv;
 using namespace qorv::functions;
 
-namespace {
-
-std::vector<float> noise(std::ptrdiff_t count)
+void run()
 {
-    std::mt19937 random{1};
-    std::normal_distribution<float> normal{1000.0f, 30.0f};
-    std::vector<float> pixels(static_cast<std::size_t>(count));
-    for (float& p : pixels) p = normal(random);
-    return pixels;
-}
-
-bool same(const std::vector<float>& a, const std::vector<float>& b)
-{
-    return std::memcmp(a.data(), b.data(), a.size() * sizeof(float)) == 0;
-}
-
-/// Times run(kernel, result) of every variant; `slow_runs` of the plain one.
-template <class Table, class Run>
-void compare(const std::string& what, const Table& table, std::ptrdiff_t pixels, std::size_t results, int slow_runs,
-             Run&& run)
-{
-    const auto rows = dm::runnable(table);
-    std::vector<float> wanted(results);
-    std::vector<float> got(results);
-    const auto& plain = rows.back();
-    const auto plain_time = bench::measure(
-        double(pixels), [&] { run(plain.function, wanted); }, slow_runs);
-    for (const auto& row : rows) {
-        if (row.function == plain.function) continue;
-        run(row.function, got);
-        bench::check(same(got, wanted), (what + ' ' + row.name).c_str());
-        const auto time = bench::measure(double(pixels), [&] { run(row.function, got); });
-        bench::print(what, row.name, time, plain_time.median_ns);
-    }
-    bench::print(what, plain.name, plain_time);
+    const auto pixels = bench::noise<float>(64 * 512 * 512, 900, 1100);  // a stack of planes
+    const auto plane = [&](std::ptrdiff_t n) { return dm::image<const float>{pixels.data(), n, n}; };
+    const auto filter = [&](const std::string& what, std::ptrdiff_t n, std::ptrdiff_t radius, const auto& table,
+                            auto call) {
+        const auto count = static_cast<std::size_t>(n * n);
+        bench::compare_variants<float>(what + ' ' + std::to_string(n) + ", radius " + std::to_string(radius),
+                                       double(count), count, table, [&](auto* kernel, float* to) {
+                                           call(kernel, plane(n), dm::image<float>{to, n, n});
+                                       });
+    };
+    for (const std::ptrdiff_t radius : {1, 5, 20})
+        filter("maximum", 2048, radius, extreme_variants<float>,
+               [radius](auto* kernel, auto from, auto to) { kernel(from, extreme::maximum, radius, to); });
+    for (const std::ptrdiff_t radius : {1, 2, 3, 5, 20})
+        filter("median", radius < 5 ? 2048 : 512, radius, median_variants<float>,
+               [radius](auto* kernel, auto from, auto to) { kernel(from, radius, padding::none, to); });
+    bench::compare_variants<float>("median of 2048 square", 2048.0 * 2048, 2, rank_variants<float>,
+                                   [&](auto* kernel, float* to) {
+                                       const auto found = kernel(plane(2048), 2048 * 2048 / 2, neighbour::before);
+                                       to[0] = found.before;
+                                       to[1] = found.at;
+                                   });
+    bench::compare_variants<float>(
+        "median along z, 64 of 512", double(pixels.size()), 512 * 512, median_z_variants<float>,
+        [&](auto* kernel, float* to) {
+            kernel(dm::image<const float>{pixels.data(), 512, 512, 64}, dm::image<float>{to, 512, 512});
+        });
 }
 
 }  // namespace
 
-int main()
-{
-    dm::read_processor_features();
-    constexpr std::ptrdiff_t side = 2048;
-    constexpr std::ptrdiff_t small = 512;       // for plain forms that take long
-    const auto pixels = noise(64 * 512 * 512);  // a stack, or a plane out of it
-    const auto plane = [&](std::ptrdiff_t n) { return dm::image<const float>{pixels.data(), n, n}; };
-    const auto into = [](std::vector<float>& to, std::ptrdiff_t n) { return dm::image<float>{to.data(), n, n}; };
-    const auto title = [](const char* what, std::ptrdiff_t n, std::ptrdiff_t radius) {
-        return what + std::string(" ") + std::to_string(n) + ", radius " + std::to_string(radius);
-    };
-
-    for (std::ptrdiff_t radius : {1, 5, 20})
-        compare(title("maximum", side, radius), extreme_variants<float>, side * side, side * side, 1,
-                [&](auto* kernel, auto& to) { kernel(plane(side), extreme::maximum, radius, into(to, side)); });
-    for (std::ptrdiff_t n : {small, side})
-        for (std::ptrdiff_t radius : {1, 2, 3, 5, 20})
-            if (n == side ? radius < 5 : true)
-                compare(title("median", n, radius), median_variants<float>, n * n, std::size_t(n * n), 1,
-                        [&](auto* kernel, auto& to) { kernel(plane(n), radius, padding::none, into(to, n)); });
-    compare("median of an image of 2048", rank_variants<float>, side * side, 2, 3, [&](auto* kernel, auto& to) {
-        const auto found = kernel(plane(side), side * side / 2, neighbour::before);
-        to = {found.before, found.at};
-    });
-    const dm::image<const float> stack{pixels.data(), 512, 512, 64};
-    compare("median along z, 64 planes of 512", median_z_variants<float>, 64 * 512 * 512, 512 * 512, 3,
-            [&](auto* kernel, auto& to) { kernel(stack, into(to, 512)); });
-}
+int main(int argc, char** argv) { return bench::run(argc, argv, run); }

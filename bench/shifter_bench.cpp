@@ -2,53 +2,40 @@
 #include "optics/shifter.h"
 
 #include <omp.h>
-#include <cstring>
-#include <random>
 
-/// The shifter beside memcpy of the same bytes.
+// The variants of the shifter against memcpy of the same bytes, in one thread and in two.
+
 namespace {
 
 using namespace qorv;
 
-template <class T>
-void compare(const char* name, optics::shift_kernel<T>* kernel, int n, int threads)
+void compare(int n, int threads)
 {
-    using pixel = std::complex<T>;
-    const std::ptrdiff_t count = std::ptrdiff_t{n} * n;
-    std::vector<pixel> source(count), wanted(count), result(count);
-    std::mt19937 random{1};
-    for (auto& value : source) value = {T(random() % 1000), T(random() % 1000)};
-    for (std::ptrdiff_t i = 0; i < count; ++i) wanted[i] = std::conj(source[i]) * ((i % n + i / n) % 2 ? T(-1) : T(1));
+    using pixel = std::complex<float>;
+    const auto count = static_cast<std::size_t>(n) * static_cast<std::size_t>(n);
+    const auto parts = bench::noise<float>(2 * count, -1, 1);
+    const auto* const source = reinterpret_cast<const pixel*>(parts.data());
+    std::vector<pixel> result(count), plain(count);
+    const auto room = static_cast<std::ptrdiff_t>(count);
+    optics::shift_half_plain(source, plain.data(), n, n, room);
     omp_set_num_threads(threads);
-    const auto shift = [&] { kernel(source.data(), result.data(), n, n, count); };
-    shift();
-    bench::check(result == wanted, name);
 
-    const int repeats = std::max<int>(1, (1 << 22) / static_cast<int>(count));
-    const auto repeated = [&](auto&& work) {
-        return bench::measure(
-            static_cast<double>(count) * repeats,
-            [&] {
-                for (int i = 0; i < repeats; ++i) work();
-            },
-            25);
-    };
-    const auto copy =
-        repeated([&] { std::memcpy(static_cast<void*>(result.data()), source.data(), count * sizeof(pixel)); });
-    const auto shifted = repeated(shift);
-    const std::string what = "shifter " + std::to_string(n) + " square, " + std::to_string(threads) + " thread(s)";
-    bench::print(what, "memcpy", copy);
-    bench::print(what, name, shifted, copy.median_ns);
+    bench::comparison compared{"shifter " + std::to_string(n) + ", threads " + std::to_string(threads), double(count),
+                               bench::clock::wall};
+    compared.add(
+        "memcpy", [&] { std::memcpy(static_cast<void*>(result.data()), source, count * sizeof(pixel)); },
+        [] { return true; });
+    for (const auto& row : dm::runnable(optics::shifter_variants))
+        compared.add(
+            row.name, [&, row] { row.function(source, result.data(), n, n, room); }, [&] { return result == plain; });
 }
 
 }  // namespace
 
-int main()
+int main(int argc, char** argv)
 {
-    dm::read_processor_features();
-    for (const int n : {64, 256, 512, 1024, 2048, 4096})
-        for (const int threads : {1, 2})
-            for (const auto& row : dm::runnable(optics::shifter_variants))
-                if (threads == 1 || row.needs != dm::cpu::none) compare<float>(row.name, row.function, n, threads);
-    for (const int n : {256, 2048}) compare<double>("plain, double", optics::shift_half_plain<double>, n, 1);
+    return bench::run(argc, argv, [] {
+        for (const int n : {64, 256, 1024, 4096})
+            for (const int threads : {1, 2}) compare(n, threads);
+    });
 }

@@ -1,55 +1,50 @@
 #include "bench.h"
 #include "functions/transpose/transpose.h"
 
-#include <cstring>
-#include <random>
-#include <string>
+// Transposes of 256 cubed: each variant against memcpy of the same bytes. One thread.
 
-/// Transposes of 256 cubed, each variant beside memcpy of the same bytes.
 namespace {
 
 using namespace qorv;
+using functions::transposition;
 
 template <class T>
 void compare(const std::string& type)
 {
-    constexpr std::ptrdiff_t n = 256, count = n * n * n;
-    std::vector<T> from(count), to(count), wanted(count);
-    std::mt19937_64 random{1};
-    for (auto& v : from) v = static_cast<T>(random());
+    constexpr std::ptrdiff_t n = 256;
+    constexpr std::size_t count = n * n * n, bytes = count * sizeof(T);
+    auto from = bench::noise<T>(count, 0, 250);
+    std::vector<T> to(count), wanted(count);
     const auto view = [](std::vector<T>& pixels) { return functions::voxels_of(dm::image<T>{pixels.data(), n, n, n}); };
-    const auto copy =
-        bench::measure<bench::processor_clock>(count, [&] { std::memcpy(to.data(), from.data(), count * sizeof(T)); });
-    bench::print("copy " + type, "memcpy", copy);
-    for (const auto& [name, which] :
-         {std::pair{"XZ ", functions::transposition::xz}, {"YZ ", functions::transposition::yz}}) {
+    for (const auto& [name, which] : {std::pair{"XZ ", transposition::xz}, {"YZ ", transposition::yz}}) {
         functions::transpose_plain(view(from), view(wanted), sizeof(T), which);
+        bench::comparison compared{"transpose " + (name + type), double(count)};
+        compared.add(
+            "memcpy", [&] { std::memcpy(to.data(), from.data(), bytes); }, [&] { return to == from; });
         for (const auto& row : dm::runnable(functions::transpose_variants)) {
-            const auto run = [&, w = which](std::vector<T>& source, std::vector<T>& result) {
-                row.function(view(source), view(result), sizeof(T), w);
-            };
-            bench::print(name + type, row.name,
-                         bench::measure<bench::processor_clock>(
-                             count, [&] { run(from, to); }, 5),
-                         copy.median_ns);
-            bench::check(std::memcmp(to.data(), wanted.data(), count * sizeof(T)) == 0, name);
-            // Each measured run undoes the one before; the warm-up makes their number even.
-            bench::print(name + type + " in place", row.name,
-                         bench::measure<bench::processor_clock>(
-                             count, [&] { run(to, to); }, 5),
-                         copy.median_ns);
-            bench::check(std::memcmp(to.data(), wanted.data(), count * sizeof(T)) == 0, name);
+            compared.add(
+                row.name, [&, row, w = which] { row.function(view(from), view(to), sizeof(T), w); },
+                [&] { return to == wanted; });
+            // In place the check sees one transpose; later ones undo each other in turn.
+            compared.add(
+                std::string{row.name} + ", in place",
+                [&, row, w = which, first = true]() mutable {
+                    if (std::exchange(first, false)) to = from;
+                    row.function(view(to), view(to), sizeof(T), w);
+                },
+                [&] { return to == wanted; });
         }
     }
 }
 
 }  // namespace
 
-int main()
+int main(int argc, char** argv)
 {
-    dm::read_processor_features();
-    compare<std::uint8_t>("1 byte");
-    compare<std::uint16_t>("2 bytes");
-    compare<std::uint32_t>("4 bytes");
-    compare<std::uint64_t>("8 bytes");
+    return bench::run(argc, argv, [] {
+        compare<std::uint8_t>("1 byte");
+        compare<std::uint16_t>("2 bytes");
+        compare<std::uint32_t>("4 bytes");
+        compare<std::uint64_t>("8 bytes");
+    });
 }

@@ -8,11 +8,11 @@ namespace qorv::optics {
 
 namespace {
 
-/// One stretch of `count` pixels that starts at a pixel of even (or odd) x + y.
+/// `count` pixels, the first of which has an odd x + y or not.
 template <class T>
 void conjugate_alternating(const std::complex<T>* from, std::complex<T>* to, std::ptrdiff_t count, bool odd) noexcept
 {
-    // All of a pair is read before any of it is written: a vector operation then needs no proof that the images differ.
+    // A pair is read before it is written, so that the compiler can vectorise although the images may be the same.
     const auto pairs = [&](auto rule) {
         const T* in = reinterpret_cast<const T*>(from);
         T* out = reinterpret_cast<T*>(to);
@@ -49,7 +49,7 @@ template <class T>
 void shift_half_plain(const std::complex<T>* source, std::complex<T>* destination, std::ptrdiff_t width,
                       std::ptrdiff_t height, std::ptrdiff_t room) noexcept
 {
-    if (width == 1) std::swap(width, height);  // a column is one line of contiguous pixels
+    if (width == 1) std::swap(width, height);  // the pixels of a column are contiguous
     for (std::ptrdiff_t y = 0; y < height; ++y) {
         const std::ptrdiff_t start = y * width;
         if (start >= room) return;

@@ -5,20 +5,20 @@
 #include <complex>
 #include <cstddef>
 
-/// Re-centres a complex spectrum or wave by half its size for programs whose transforms keep the origin in the middle
-/// and use the opposite sign in the exponent: each pixel becomes its conjugate times (-1)^(x+y). Exact: only sign bits
-/// flip, so twice is the identity, and zeros and NaNs keep their payloads.
+/// Re-centres a complex spectrum or wave by half its size for programs whose transforms have the origin in the middle
+/// and the opposite sign in the exponent: each pixel becomes its conjugate times (-1)^(x+y). Only sign bits change, so
+/// two applications are the identity, and zeros and NaNs keep the rest of their bits.
 namespace qorv::optics {
 
-/// The only accepted shift is half the size, in whole pixels: `shift_x` == width / 2 and `shift_y` == height / 2
-/// (integer division), and both sizes must be divisible by 4 unless one of them is 1. Scripts know both refusals by one
-/// text, which speaks of powers of two though 12 x 20 is fine. Throws  errors::size_power_of_2
+/// Accepts half the size as the shift, in whole pixels: shift_x == width / 2 and shift_y == height / 2 (integer
+/// division). Both sizes must be divisible by 4 unless one of them is 1.
+/// Throws  errors::size_power_of_2 for a wrong size and for a wrong shift; 12 x 20 is accepted in spite of the text
 void require_shift(std::ptrdiff_t width, std::ptrdiff_t height, double shift_x, double shift_y);
 
-/// Any width and height from 1 on, odd ones too; both images are contiguous rows of `width` elements.
-/// source       width x height
-/// destination  the same shape; may be the source itself, must not overlap it otherwise
-/// room         elements that the destination holds; nothing is written behind them
+/// source       width x height, rows contiguous; any sizes from 1 on, odd ones included
+/// destination  same shape; may equal source, must not overlap it otherwise
+/// room         number of elements in the destination; nothing is written past them
+/// Exactness    all variants give the same bits
 template <class T>
 using shift_kernel = void(const std::complex<T>* source, std::complex<T>* destination, std::ptrdiff_t width,
                           std::ptrdiff_t height, std::ptrdiff_t room) noexcept;
@@ -29,18 +29,18 @@ void shift_half_plain(const std::complex<T>* source, std::complex<T>* destinatio
 extern template shift_kernel<float> shift_half_plain<float>;
 extern template shift_kernel<double> shift_half_plain<double>;
 
-/// Two pixels at a time, pairs of rows (or stretches of a line) shared among the threads. The same bits as the plain
-/// one.
-shift_kernel<float> shift_half_sse;
+/// Two pixels at a time; pairs of rows, or sections of a line, are shared among the threads.
+shift_kernel<float> shift_half_sse2;
 
 inline constexpr dm::variant<shift_kernel<float>> shifter_variants[] = {
-    {"sse", dm::cpu::sse, shift_half_sse}, {"plain", dm::cpu::none, shift_half_plain<float>}};
+    {"sse2", dm::cpu::sse, shift_half_sse2},  // bit 25 decides; all processors of this platform have both
+    {"plain", dm::cpu::none, shift_half_plain<float>}};
 
 /// The best variant that the script switch allows; parameters as above.
 /// Throws  errors::parameters_invalid on null data
 void shift_half(const std::complex<float>* source, std::complex<float>* destination, std::ptrdiff_t width,
                 std::ptrdiff_t height, std::ptrdiff_t room);
-/// Double precision has the plain kernel only.
+/// The plain kernel: double precision has no other.
 void shift_half(const std::complex<double>* source, std::complex<double>* destination, std::ptrdiff_t width,
                 std::ptrdiff_t height, std::ptrdiff_t room);
 

@@ -1,63 +1,80 @@
 #pragma once
 
-#include <complex>
+#include "image/processor.h"
 
-/// Wave transfer function of an aberrated lens, on a centred spectrum: zero frequency at (nx/2, ny/2), x to the right
-/// and y downwards. All arithmetic is single precision and its order is part of the rule, since it fixes the rounding.
-/// A complex product is re = a.re*b.re - a.im*b.im, im = a.re*b.im + a.im*b.re, each operation rounded; a product of a
-/// complex and a real number multiplies both parts.
+#include <complex>
+#include <optional>
+
+/// Wave transfer function of an aberrated lens, on a centred spectrum: zero frequency at (nx/2, ny/2), x to the right,
+/// y downwards. All arithmetic is single precision, and its order is part of the definition because it fixes the
+/// rounding. A complex product is numeric::product; a product of a complex and a real number multiplies both parts.
 namespace qorv::optics {
 
 using complex_float = std::complex<float>;
 
-/// Aberration coefficients, scaled by the caller so that the aberration function comes out in radians. cNM belongs to
-/// the term of order N in the angle with M-fold symmetry; M = 0 is real, the others are real and imaginary part.
-struct wave_parameters
+/// Aberration coefficients, scaled by the caller so that the aberration function is in radians. cNM belongs to the term
+/// of order N in the angle with M-fold symmetry. Round coefficients (M = 0) are real.
+struct aberrations
 {
     float c20 = 0;
-    complex_float c22;
+    complex_float c22{};
     float c40 = 0;
     float c60 = 0;
-    complex_float c31;
-    complex_float c33;
-    complex_float c42;
-    complex_float c44;
-    complex_float c51;
-    complex_float c53;
-    complex_float c55;
-    complex_float c62;
-    complex_float c64;
-    complex_float c66;
+    complex_float c31{};
+    complex_float c33{};
+    complex_float c42{};
+    complex_float c44{};
+    complex_float c51{};
+    complex_float c53{};
+    complex_float c55{};
+    complex_float c62{};
+    complex_float c64{};
+    complex_float c66{};
 };
 
-/// Complex angle of pixel (x, y): (x/nx - 1/2) + i (y/ny - 1/2), times lambda, divided by step, plus the tilt.
-complex_float pixel_angle(int x, int y, int nx, int ny, float lambda, float step, complex_float tilt) noexcept;
+/// Size of the spectrum and the angles of its pixels: pixel (x, y) has the complex angle
+/// ((x/nx - 1/2) + i (y/ny - 1/2)) * lambda / step + tilt. No value is checked: a zero step gives non-finite angles.
+struct sampling
+{
+    int nx = 0;            ///< columns
+    int ny = 0;            ///< rows
+    float lambda = 0;      ///< wavelength
+    float step = 0;        ///< pixel size of the wave, in the unit of lambda
+    complex_float tilt{};  ///< beam tilt [rad]; real part along x
+};
 
-/// Aberration function [rad] at the complex angle w with s = |w|^2:
-/// c20 s + c40 s^2 + c60 s^3 + re[(c31 s + c51 s^2) w + (c22 + c42 s + c62 s^2) w^2 + (c33 + c53 s) w^3
-/// + (c44 + c64 s) w^4 + c55 w^5 + c66 w^6], nested.
-float chi(const wave_parameters& c, complex_float w, float s) noexcept;
+/// Widths of the partial-coherence envelopes. Each adds a term to the damping exponent; w is the pixel's angle,
+/// s = |w|^2, and w0 and s0 are those of the centre pixel.
+struct envelope
+{
+    float c2s = 0;   ///< focus spread: ((s - s0) c2s)^2 / 2
+    float bdiv = 0;  ///< beam divergence: |gradient - gradient at w0|^2 bdiv^2 / 2, for the round part of chi
+    float vib = 0;   ///< vibration: 2 a^2 (x - nx/2)^2 + 2 b^2 (y - ny/2)^2, a = pi vib / nx / step, b with ny; no tilt
+};
 
-/// Gradient of the round part of chi (c20, c40, c60) at w, s = |w|^2. The other coefficients do not damp.
-complex_float round_gradient(const wave_parameters& c, complex_float w, float s) noexcept;
+/// Multiplies a spectrum by env * exp(i (chi(centre) - chi(pixel))), chi being the aberration function of
+/// wave_transfer_terms.h and the centre pixel (nx/2, ny/2) in integer division.
+/// src      nx x ny pixels, rows contiguous
+/// dst      same shape; may equal src, must not overlap it otherwise. Unchanged when nx or ny is below 1
+/// at       size and angles
+/// lens     aberration coefficients
+/// damping  env = exp(-sum of the three terms, at most 50); without a value, env = 1
+/// Throws     std::bad_alloc; dst is unchanged then
+/// Exactness  all variants give the same bits, with sine, cosine and exponential of numeric/. Only NaN payloads may
+///            differ.
+using wave_transfer_kernel = void(const complex_float* src, complex_float* dst, const sampling& at,
+                                  const aberrations& lens, const std::optional<envelope>& damping);
 
-/// dst = src * env * exp(i (chi(centre) - chi(pixel))), the centre being pixel (nx/2, ny/2) in integer division.
-/// src, dst   nx x ny pixels, rows contiguous; dst may be src, other overlaps are not allowed
-/// lambda, step  wavelength and pixel size; only their ratio enters the angle, step alone also the vibration
-/// c2s        focus spread: half the square of (s - s(centre)) * c2s damps
-/// bdiv       beam divergence: half of |gradient - gradient(centre)|^2 bdiv^2 damps
-/// vib        vibration: (x - nx/2)^2 2 a^2 + (y - ny/2)^2 2 b^2 damps, a = pi vib / nx / step, b = pi vib / ny / step;
-///            the squared offsets are 32-bit integers and wrap beyond 46340 pixels from the centre
-/// envelope   false: env = 1; true: env = exp(-sum), the sum limited to 50; a sum that is not a number stays so
-/// tilt       angle added to every pixel's angle; the vibration ignores it
-/// No value is checked: a zero step gives non-finite pixels. Nothing happens for nx or ny below 1.
-/// Sine, cosine and exponential are those of numeric/. Blocks of a row at a time, one loop for each stage; the result
-/// has the bits of multiply_plain (where the result is NaN, which NaN is open).
-void multiply(const complex_float* src, complex_float* dst, int nx, int ny, const wave_parameters& parameters,
-              float lambda, float step, float c2s, float bdiv, float vib, bool envelope, complex_float tilt);
+/// Pixel by pixel.
+wave_transfer_kernel apply_wave_transfer_plain;
 
-/// The same, pixel by pixel as the rule reads.
-void multiply_plain(const complex_float* src, complex_float* dst, int nx, int ny, const wave_parameters& parameters,
-                    float lambda, float step, float c2s, float bdiv, float vib, bool envelope, complex_float tilt);
+/// Blocks of a row at a time, one loop per stage, which the compiler vectorises.
+wave_transfer_kernel apply_wave_transfer_blocked;
+
+inline constexpr dm::variant<wave_transfer_kernel> wave_transfer_variants[] = {
+    {"blocked", dm::cpu::sse2, apply_wave_transfer_blocked}, {"plain", dm::cpu::none, apply_wave_transfer_plain}};
+
+/// The best variant that the script switch allows.
+wave_transfer_kernel apply_wave_transfer;
 
 }  // namespace qorv::optics

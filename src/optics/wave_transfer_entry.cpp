@@ -20,7 +20,7 @@ binding::image_ref WTFMulDM(binding::image_ref source, float lambda, float step,
                             std::complex<double> c42, std::complex<double> c44, std::complex<double> c51,
                             std::complex<double> c53, std::complex<double> c55, std::complex<double> c62,
                             std::complex<double> c64, std::complex<double> c66, float c2s, float bdiv, float vib,
-                            std::int32_t envelope, std::complex<double> tilt, binding::image_ref destination)
+                            std::int32_t with_envelope, std::complex<double> tilt, binding::image_ref destination)
 {
     const dm::timing_scope timing{"WTFMulDM"};
     dm::require_image(source);
@@ -32,12 +32,11 @@ binding::image_ref WTFMulDM(binding::image_ref source, float lambda, float step,
     dm::require_same_size(from, to);
     dm::require_in_place_or_apart(from.view<complex_float>(), to.view<complex_float>());
 
-    const wave_parameters parameters{c20,         narrow(c22), c40,         c60,         narrow(c31),
-                                     narrow(c33), narrow(c42), narrow(c44), narrow(c51), narrow(c53),
-                                     narrow(c55), narrow(c62), narrow(c64), narrow(c66)};
-    multiply(dm::flat_plane(from.view<complex_float>()), dm::flat_plane(to.view<complex_float>()),
-             static_cast<int>(from.width()), static_cast<int>(from.height()), parameters, lambda, step, c2s, bdiv, vib,
-             envelope != 0, narrow(tilt));
+    const sampling at{static_cast<int>(from.width()), static_cast<int>(from.height()), lambda, step, narrow(tilt)};
+    const aberrations lens{c20,         narrow(c22), c40,         c60,         narrow(c31), narrow(c33), narrow(c42),
+                           narrow(c44), narrow(c51), narrow(c53), narrow(c55), narrow(c62), narrow(c64), narrow(c66)};
+    apply_wave_transfer(dm::flat_plane(from.view<complex_float>()), dm::flat_plane(to.view<complex_float>()), at, lens,
+                        with_envelope != 0 ? std::optional{envelope{c2s, bdiv, vib}} : std::nullopt);
     to.release();
     from.release();
     return destination;

@@ -6,6 +6,7 @@
 
 #include "image/errors.h"
 #include "image/overlap.h"
+#include "numeric/complex.h"
 
 namespace qorv::warp {
 namespace {
@@ -13,30 +14,14 @@ namespace {
 using dm::image;
 using std::ptrdiff_t;
 
-double widened(float v) { return v; }
-double widened(double v) { return v; }
-template <class Real>
-std::complex<double> widened(std::complex<Real> v)
-{
-    return {v.real(), v.imag()};
-}
-template <class T, class Wide>
-T rounded(Wide v)
-{
-    if constexpr (std::is_floating_point_v<T>)
-        return static_cast<T>(v);
-    else
-        return {static_cast<typename T::value_type>(v.real()), static_cast<typename T::value_type>(v.imag())};
-}
-
-/// A place along one axis: the pixel at or below it and how far it lies beyond, 0 <= part < 1.
+/// A place along one axis: the pixel at or below it and the fraction beyond that pixel, 0 <= part < 1.
 struct place
 {
     ptrdiff_t below;
     double part;
 };
 
-/// False outside, NaN included.
+/// Returns false for a coordinate outside the image, and for NaN.
 bool locate(double coordinate, ptrdiff_t size, place& found)
 {
     if (!(coordinate >= 0 && coordinate <= static_cast<double>(size - 1))) return false;
@@ -59,9 +44,10 @@ T value_at(const image<const T>& source, const place& x, const place& y, const p
     const auto& [step_x, step_y, step_z] = source.strides();
     const T* const corner = &source(x.below, y.below, z.below);
     if (x.part == 0 && y.part == 0 && z.part == 0) return *corner;
-    return rounded<T>(between(z.part, step_z, [&, sy = step_y, sx = step_x](ptrdiff_t plane) {
+    return numeric::rounded<T>(between(z.part, step_z, [&, sy = step_y, sx = step_x](ptrdiff_t plane) {
         return between(y.part, sy, [&](ptrdiff_t row) {
-            return between(x.part, sx, [&](ptrdiff_t column) { return widened(corner[plane + row + column]); });
+            return between(x.part, sx,
+                           [&](ptrdiff_t column) { return numeric::widened(corner[plane + row + column]); });
         });
     }));
 }
@@ -78,7 +64,7 @@ void require_apart(const image<T>& destination, const image<Other>& other)
     dm::require(!dm::overlap(destination, other), dm::errors::out_of_place);
 }
 
-/// A displacement read at the destination's coordinates; an axis of size 1 has the stride 0.
+/// A displacement, read at the destination's coordinates. The stride is 0 along axes of size 1.
 template <class Real>
 class field
 {
@@ -100,8 +86,8 @@ class field
     std::array<ptrdiff_t, 3> strides_{};
 };
 
-/// Stands for an axis without displacement.
-struct at_rest
+/// The displacement along an axis that stays.
+struct no_displacement
 {
     double operator()(ptrdiff_t, ptrdiff_t, ptrdiff_t) const { return 0; }
 };
@@ -120,7 +106,7 @@ void warp(const image<const T>& source, const Dx& dx, const Dy& dy, const Dz& dz
             }
 }
 
-/// The checks of all displacement warps, and then `work` with the displacements as fields.
+/// Checks the arguments of a displacement warp, then calls `work` with the displacements as fields.
 template <class T, class Work, class... Displacement>
 image<T>& checked(const image<const T>& source, image<T>& destination, Work&& work, const Displacement&... moves)
 {
@@ -148,7 +134,7 @@ template <class T>
 image<T>& LinearWarpX(const image<const T>& source, const displacement<T>& dx, image<T>& destination,
                       std::type_identity_t<T> fill)
 {
-    const auto work = [&](const auto& x) { warp(source, x, at_rest{}, at_rest{}, destination, fill); };
+    const auto work = [&](const auto& x) { warp(source, x, no_displacement{}, no_displacement{}, destination, fill); };
     return checked(source, destination, work, dx);
 }
 
@@ -156,7 +142,7 @@ template <class T>
 image<T>& LinearWarpY(const image<const T>& source, const displacement<T>& dy, image<T>& destination,
                       std::type_identity_t<T> fill)
 {
-    const auto work = [&](const auto& y) { warp(source, at_rest{}, y, at_rest{}, destination, fill); };
+    const auto work = [&](const auto& y) { warp(source, no_displacement{}, y, no_displacement{}, destination, fill); };
     return checked(source, destination, work, dy);
 }
 
@@ -164,7 +150,7 @@ template <class T>
 image<T>& LinearWarpZ(const image<const T>& source, const displacement<T>& dz, image<T>& destination,
                       std::type_identity_t<T> fill)
 {
-    const auto work = [&](const auto& z) { warp(source, at_rest{}, at_rest{}, z, destination, fill); };
+    const auto work = [&](const auto& z) { warp(source, no_displacement{}, no_displacement{}, z, destination, fill); };
     return checked(source, destination, work, dz);
 }
 
@@ -172,7 +158,7 @@ template <class T>
 image<T>& LinearWarpXY(const image<const T>& source, const displacement<T>& dx, const displacement<T>& dy,
                        image<T>& destination, std::type_identity_t<T> fill)
 {
-    const auto work = [&](const auto& x, const auto& y) { warp(source, x, y, at_rest{}, destination, fill); };
+    const auto work = [&](const auto& x, const auto& y) { warp(source, x, y, no_displacement{}, destination, fill); };
     return checked(source, destination, work, dx, dy);
 }
 
@@ -192,7 +178,7 @@ image<T>& AffineWarp(const image<const T>& source, const affine_matrix& matrix, 
                 start[axis] = matrix[axis][1] * static_cast<double>(y) + matrix[axis][2] * static_cast<double>(z) +
                               matrix[axis][3];
             for (ptrdiff_t x = 0; x < destination.width(); ++x) {
-                // Multiplied anew for each element: added up step by step, a whole step would not stay whole.
+                // Multiplied for each element: a running sum would accumulate rounding errors.
                 const auto along = static_cast<double>(x);
                 place px{}, py{}, pz{};
                 const bool inside = locate(matrix[0][0] * along + start[0], source.width(), px) &&

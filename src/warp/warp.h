@@ -6,23 +6,25 @@
 
 #include "image/image.h"
 
-/// Linear resampling of typed images along given displacements or by an affine map. The library exports these
-/// functions; a module that uses them includes this header and links Zentrix64 (on Windows with ZENTRIX_WARP_IMPORT
-/// defined). It has to come from the same compiler, since names, image<T> and the thrown errors are C++.
+/// Linear resampling of typed images by displacements or by an affine map. The library exports these functions. A
+/// module that uses them includes this header and links Zentrix64, on Windows with ZENTRIX_WARP_IMPORT defined. It must
+/// be built by the same compiler, because names, image<T> and exceptions are C++.
 ///
 /// T is float, double, std::complex<float> or std::complex<double>; the complex variants interpolate real and imaginary
 /// parts. All functions share these rules:
-/// - Element (x, y, z) of the destination is read at a place of the source. Between pixel centres, which lie on whole
-///   coordinates, the value is linear along each axis: a weighted mean of the 2, 4 or 8 pixels around.
-/// - A place below 0 or above size - 1 along an axis, or NaN, is outside: the element becomes `fill`.
-/// - A whole coordinate takes the pixel as it is, to the bit, and reads no neighbour: a shift by whole pixels is exact,
-///   the identity copies, and a NaN or infinity next to the place does not enter.
+/// - Element (x, y, z) of the destination is read at a place of the source. Pixel centres have whole coordinates;
+///   between them the value is linear along each axis, a weighted mean of the 2, 4 or 8 surrounding pixels.
+/// - A coordinate below 0, above size - 1 or NaN is outside: the element becomes `fill`.
+/// - On a whole coordinate no neighbour along that axis is read. A shift by whole pixels is therefore exact to the bit,
+///   and a NaN or infinity in the next pixel has no effect.
 /// - Computed in double and rounded once to T.
 /// - Views may have any strides. Source and destination may differ in size but must not overlap in memory.
-/// - The destination is returned. When a check fails nothing was written.
-/// Checks, in this order: "Parameters are invalid." for an image without data or elements (and for a matrix that is not
-/// finite); "Images of different size cannot appear in this function." for a displacement that fits neither way;
-/// "Output should be out-of-place." when the destination overlaps the source or a displacement.
+/// - The destination is returned. When a check fails, nothing is written.
+/// Throws std::runtime_error, in this order:
+/// - "Parameters are invalid." for an image without data or elements, and for a matrix that is not finite
+/// - "Images of different size cannot appear in this function." for a displacement that has neither the destination's
+///   size nor size 1 along an axis
+/// - "Output should be out-of-place." when the destination overlaps the source or a displacement
 
 #if defined(_WIN32)
 #if defined(ZENTRIX_WARP_IMPORT)
@@ -48,8 +50,8 @@ struct real_of<std::complex<Real>>
 };
 
 /// A displacement along one axis for each element of the destination, [pixel], in the precision of T. Along each axis
-/// it has the destination's size, or size 1 for a value that holds all along it: 1 x 1 x 1 shifts the whole image, 1 x
-/// height shifts whole rows.
+/// it has the destination's size, or size 1 for one value along that axis: 1 x 1 x 1 shifts the whole image, 1 x height
+/// whole rows.
 template <class T>
 using displacement = dm::image<const typename real_of<T>::type>;
 
@@ -58,7 +60,7 @@ template <class T>
 dm::image<T>& LinearWarp(const dm::image<const T>& source, const displacement<T>& dx, const displacement<T>& dy,
                          const displacement<T>& dz, dm::image<T>& destination, std::type_identity_t<T> fill = T{});
 
-/// As LinearWarp, displaced along x only; y and z stay.
+/// As LinearWarp, with a displacement along x only; likewise the others.
 template <class T>
 dm::image<T>& LinearWarpX(const dm::image<const T>& source, const displacement<T>& dx, dm::image<T>& destination,
                           std::type_identity_t<T> fill = T{});

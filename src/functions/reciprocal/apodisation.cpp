@@ -6,11 +6,15 @@
 
 #include "image/errors.h"
 #include "image/overlap.h"
+#include "numeric/complex.h"
 
 namespace qorv::functions {
 namespace {
 
 using dm::image;
+using numeric::product;
+using numeric::rounded;
+using numeric::widened;
 using std::numbers::pi;
 
 /// a0 - a1 cos(t) + a2 cos(2t) - ... with t = 2 pi n / size.
@@ -76,34 +80,6 @@ double window_at(window shape, std::ptrdiff_t n, std::ptrdiff_t size)
     return 1;
 }
 
-template <class To>
-To rounded(double value)
-{
-    return static_cast<To>(value);
-}
-template <class To>
-To rounded(std::complex<double> value)
-{
-    using real = typename To::value_type;
-    return {static_cast<real>(value.real()), static_cast<real>(value.imag())};
-}
-
-double times(double a, double b) { return a * b; }
-std::complex<double> times(std::complex<double> a, double b) { return {a.real() * b, a.imag() * b}; }
-/// By the formula alone: the library's operator looks for infinities after every product.
-std::complex<double> times(std::complex<double> a, std::complex<double> b)
-{
-    return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
-}
-
-double widened(float v) { return v; }
-double widened(double v) { return v; }
-template <class Real>
-std::complex<double> widened(std::complex<Real> v)
-{
-    return {v.real(), v.imag()};
-}
-
 }  // namespace
 
 window ft_window_of(std::int32_t mode)
@@ -135,7 +111,7 @@ void apply_window(const image<const From>& source, window shape, const window_of
             const double row = along_y[static_cast<std::size_t>(y)] * along_z[static_cast<std::size_t>(z)];
             for (std::ptrdiff_t x = 0; x < source.width(); ++x) {
                 const double factor = along_x[static_cast<std::size_t>(x)] * row;
-                destination(x, y, z) = rounded<To>(times(times(widened(source(x, y, z)) - a, factor), b) + c);
+                destination(x, y, z) = rounded<To>(product(product(widened(source(x, y, z)) - a, factor), b) + c);
             }
         }
 }

@@ -10,6 +10,7 @@
 
 #include "image/errors.h"
 #include "image/overlap.h"
+#include "numeric/complex.h"
 
 namespace qorv::functions {
 namespace {
@@ -69,11 +70,11 @@ class reduced_basis
     vector2 to_a_{}, to_b_{};  ///< rows of the inverse matrix
 };
 
-template <class Real>
-std::complex<Real> masked(std::complex<Real> value, double factor)
+template <class T>
+T masked(T value, double factor)
 {
     if (factor == 0) return {};
-    return {static_cast<Real>(value.real() * factor), static_cast<Real>(value.imag() * factor)};
+    return numeric::rounded<T>(numeric::product(numeric::widened(value), factor));
 }
 
 }  // namespace

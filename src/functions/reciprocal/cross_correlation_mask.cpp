@@ -9,18 +9,15 @@
 
 #include "image/errors.h"
 #include "image/overlap.h"
+#include "numeric/complex.h"
 
 namespace qorv::functions {
 namespace {
 
 using dm::image;
+using numeric::product;
+using numeric::rounded;
 using wide = std::complex<double>;
-
-/// By the formula alone: the library's operator looks for infinities after every product.
-wide product(wide a, wide b)
-{
-    return {a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real()};
-}
 
 /// Products of floats cannot overflow as doubles, nor can their squares; those of doubles can.
 template <class Real>
@@ -58,7 +55,7 @@ template <class T>
 double cross_correlation_mask(const image<const T>& target, const image<const T>& reference,
                               const correlation_filter& filter, correlation_mode mode, const image<T>& destination)
 {
-    using real = typename T::value_type;
+    using real = numeric::real_of<T>;
     const auto& [grid, defocus, radius] = filter;
     dm::require(target.sizes() == reference.sizes() && target.sizes() == destination.sizes(),
                 dm::errors::different_size);
@@ -88,8 +85,7 @@ double cross_correlation_mask(const image<const T>& target, const image<const T>
                 const wide cross = product(wide{target(x, y, z)}, std::conj(wide{reference(x, y, z)}));
                 const double m = modulus<real>(cross), scale = scale_of(m, mode);
                 const wide turned = product(cross, product(phases[column], phase_y));
-                destination(x, y, z) = {static_cast<real>(turned.real() * scale),
-                                        static_cast<real>(turned.imag() * scale)};
+                destination(x, y, z) = rounded<T>(product(turned, scale));
                 sum += m * scale;
                 ++count;
             }

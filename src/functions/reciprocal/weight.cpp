@@ -8,19 +8,12 @@
 
 #include "image/errors.h"
 #include "image/overlap.h"
+#include "numeric/complex.h"
 
 namespace qorv::functions {
 namespace {
 
 using dm::image;
-
-float scaled(float value, double factor) { return static_cast<float>(value * factor); }
-double scaled(double value, double factor) { return value * factor; }
-template <class Real>
-std::complex<Real> scaled(std::complex<Real> value, double factor)
-{
-    return {scaled(value.real(), factor), scaled(value.imag(), factor)};
-}
 
 /// One row of the curve, ready to be read at any radius.
 class reader
@@ -88,7 +81,8 @@ void weight(const image<const T>& source, const image<const Curve>& curve, const
                 std::transform(radii.begin(), radii.end(), factors.begin(),
                                [&](double radius) { return readers[static_cast<std::size_t>(z)].factor(radius); });
             for (std::ptrdiff_t x = 0; x < source.width(); ++x)
-                destination(x, y, z) = scaled(source(x, y, z), factors[static_cast<std::size_t>(x)]);
+                destination(x, y, z) = numeric::rounded<T>(
+                    numeric::product(numeric::widened(source(x, y, z)), factors[static_cast<std::size_t>(x)]));
         }
     }
 }

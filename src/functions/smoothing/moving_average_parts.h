@@ -5,22 +5,12 @@
 #include <cstddef>
 #include <vector>
 
+#include "numeric/complex.h"
+
 /// What the variants of the moving averages share.
 namespace qorv::functions::box {
 
-template <class T>
-struct component
-{
-    using type = T;
-};
-template <class T>
-struct component<std::complex<T>>
-{
-    using type = T;
-};
-/// The precision of a real or complex pixel.
-template <class T>
-using real_of = typename component<T>::type;
+using numeric::real_of;
 
 /// Factors of a one-dimensional pass for each sample of a line: result = sum * inverse() * [i], 1 in the interior
 /// (which multiplies exactly) and behind the line. The same quotients as in `box_pass_kernel`.

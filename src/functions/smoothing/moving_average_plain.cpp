@@ -10,20 +10,6 @@ using namespace box;
 
 namespace {
 
-template <class T>
-T square(T value)
-{
-    return value * value;
-}
-
-/// The complex square without the library's rescue of infinite parts.
-template <class T>
-std::complex<T> square(std::complex<T> value)
-{
-    const T re = value.real(), im = value.imag();
-    return {re * re - im * im, re * im + im * re};
-}
-
 /// Samples of one line, `step` elements apart.
 template <class T>
 struct line
@@ -149,7 +135,7 @@ void box_slice2_plain(const dm::image<const T>& from, const dm::image<T>& mean, 
                       std::ptrdiff_t radius)
 {
     average_plane(from, mean, radius, [](T value) { return value; });
-    average_plane(from, squares, radius, [](T value) { return square(value); });
+    average_plane(from, squares, radius, [](T value) { return numeric::product(value, value); });
 }
 
 template box_pass_kernel<float> box_pass_plain<float>;

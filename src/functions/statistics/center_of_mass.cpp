@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "image/errors.h"
+#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
@@ -79,14 +80,7 @@ std::int32_t center_of_mass(const image<const T>& source, position& center, cons
 }
 
 #define INSTANTIATE(T) template std::int32_t center_of_mass(const image<const T>&, position&, const mass_search&)
-INSTANTIATE(std::int8_t);
-INSTANTIATE(std::uint8_t);
-INSTANTIATE(std::int16_t);
-INSTANTIATE(std::uint16_t);
-INSTANTIATE(std::int32_t);
-INSTANTIATE(std::uint32_t);
-INSTANTIATE(float);
-INSTANTIATE(double);
+ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE
 
 }  // namespace qorv::functions

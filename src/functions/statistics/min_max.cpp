@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "image/visit.h"
+
 namespace qorv::functions {
 namespace {
 
@@ -125,14 +127,7 @@ extremum max_of(const image<const T>& source)
     template extrema min_max(const image<const T>&); \
     template extremum min_of(const image<const T>&); \
     template extremum max_of(const image<const T>&)
-INSTANTIATE(std::int8_t);
-INSTANTIATE(std::uint8_t);
-INSTANTIATE(std::int16_t);
-INSTANTIATE(std::uint16_t);
-INSTANTIATE(std::int32_t);
-INSTANTIATE(std::uint32_t);
-INSTANTIATE(float);
-INSTANTIATE(double);
+ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE
 
 }  // namespace qorv::functions

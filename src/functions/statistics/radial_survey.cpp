@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "image/errors.h"
+#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
@@ -65,14 +66,7 @@ void radial_survey(const image<const T>& source, const radial_grid& grid, const 
 #define INSTANTIATE(T)                                                                           \
     template void radial_survey(const image<const T>&, const radial_grid&, const image<float>&); \
     template void radial_survey(const image<const T>&, const radial_grid&, const image<double>&)
-INSTANTIATE(std::int8_t);
-INSTANTIATE(std::uint8_t);
-INSTANTIATE(std::int16_t);
-INSTANTIATE(std::uint16_t);
-INSTANTIATE(std::int32_t);
-INSTANTIATE(std::uint32_t);
-INSTANTIATE(float);
-INSTANTIATE(double);
+ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE
 
 }  // namespace qorv::functions

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "image/visit.h"
+
 namespace qorv::functions {
 
 template <class T>
@@ -31,22 +33,10 @@ survey_record survey(const dm::image<const T>& image)
     return dm::choose(survey_variants<T>).function(image);
 }
 
-template survey_kernel<std::int8_t> survey_plain<std::int8_t>;
-template survey_kernel<std::uint8_t> survey_plain<std::uint8_t>;
-template survey_kernel<std::int16_t> survey_plain<std::int16_t>;
-template survey_kernel<std::uint16_t> survey_plain<std::uint16_t>;
-template survey_kernel<std::int32_t> survey_plain<std::int32_t>;
-template survey_kernel<std::uint32_t> survey_plain<std::uint32_t>;
-template survey_kernel<float> survey_plain<float>;
-template survey_kernel<double> survey_plain<double>;
-
-template survey_kernel<std::int8_t> survey<std::int8_t>;
-template survey_kernel<std::uint8_t> survey<std::uint8_t>;
-template survey_kernel<std::int16_t> survey<std::int16_t>;
-template survey_kernel<std::uint16_t> survey<std::uint16_t>;
-template survey_kernel<std::int32_t> survey<std::int32_t>;
-template survey_kernel<std::uint32_t> survey<std::uint32_t>;
-template survey_kernel<float> survey<float>;
-template survey_kernel<double> survey<double>;
+#define INSTANTIATE(T)                         \
+    template survey_kernel<T> survey_plain<T>; \
+    template survey_kernel<T> survey<T>
+ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
+#undef INSTANTIATE
 
 }  // namespace qorv::functions

@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "image/errors.h"
+#include "image/visit.h"
 
 namespace qorv::functions {
 namespace {
@@ -75,14 +76,7 @@ difference_survey survey_difference(const dm::image<const T>& first, const dm::i
 
 #define INSTANTIATE(T) \
     template difference_survey survey_difference(const dm::image<const T>&, const dm::image<const T>&)
-INSTANTIATE(std::int8_t);
-INSTANTIATE(std::uint8_t);
-INSTANTIATE(std::int16_t);
-INSTANTIATE(std::uint16_t);
-INSTANTIATE(std::int32_t);
-INSTANTIATE(std::uint32_t);
-INSTANTIATE(float);
-INSTANTIATE(double);
+ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE
 
 }  // namespace qorv::functions

@@ -8,7 +8,7 @@
 
 namespace qorv::optics {
 
-/// One bit per pixel in rows of bytes; a stretch of a row is looked at 57 bits at a time, wherever it starts.
+/// One bit per pixel, in rows of bytes. Up to 57 bits of a row are read at once, from any column on.
 class bit_plane
 {
   public:
@@ -21,17 +21,17 @@ class bit_plane
     void set(std::int32_t x, std::int32_t y) noexcept { bytes_[at(x, y)] |= bit(x); }
     void clear(std::int32_t x, std::int32_t y) noexcept { bytes_[at(x, y)] &= static_cast<std::uint8_t>(~bit(x)); }
 
-    /// Bits x to x + 56 of a row, the first one lowest; what lies behind the row's end is 0 or of no use to the caller.
+    /// Bits x to x + 56 of a row, bit x lowest. Bits past the end of the row are unspecified.
     std::uint64_t bits_from(std::int32_t x, std::int32_t y) const noexcept
     {
         static_assert(std::endian::native == std::endian::little);
         std::uint64_t word;
-        std::memcpy(&word, &bytes_[at(x, y)], sizeof word);  // rows end with room for this
+        std::memcpy(&word, &bytes_[at(x, y)], sizeof word);  // rows are padded for this
         return word >> (x & 7);
     }
 
-    /// Calls visit(x) for each set bit of a row from `first` to `last`, in ascending order, until it returns true. A
-    /// visit may change the bit it is called for. Returns whether a visit returned true.
+    /// Calls visit(x) for each set bit of a row from `first` to `last`, in ascending order, until it returns true. It
+    /// may change the bit that it is called for. Returns whether a call returned true.
     template <class Visit>
     bool any_of(std::int32_t y, std::int32_t first, std::int32_t last, Visit&& visit) const
     {
@@ -41,7 +41,7 @@ class bit_plane
         return false;
     }
 
-    /// The bits of a row from x on, at most `chunk` of them and none behind `last`.
+    /// At most `chunk` bits of a row, from x on and up to `last`.
     std::uint64_t stretch(std::int32_t x, std::int32_t y, std::int32_t last) const noexcept
     {
         const std::int32_t count = last - x + 1;

@@ -13,15 +13,18 @@ struct position
     std::int32_t x, y;
 };
 
-/// Residues lie at pixel corners: along each axis the end nearer to the origin moves up by one, unless it is on the edge.
+/// Residues are at pixel corners: along each axis the end nearer to the origin moves up by one, unless it is on the
+/// edge.
 void move_nearer_end(std::int32_t& a, std::int32_t& b)
 {
-    const bool a_is_nearer = (1 <= a) & (a < b), b_is_nearer = (1 <= b) & (b < a);  // without jumps: no order is usual
+    const bool a_is_nearer = (1 <= a) & (a < b),
+               b_is_nearer = (1 <= b) & (b < a);  // branch-free: both orders are frequent
     a += a_is_nearer;
     b += b_is_nearer;
 }
 
-/// Marks a digital straight line; `major` and `minor` are the lengths along the two axes, `step` the index steps.
+/// Marks a digital straight line without its last pixel. `major` and `minor` are its lengths along the longer and the
+/// shorter axis, `major_step` and `minor_step` the index steps.
 void mark_line(std::uint8_t* flag, std::ptrdiff_t major, std::ptrdiff_t minor, std::ptrdiff_t major_step,
                std::ptrdiff_t minor_step, bool minor_falls)
 {
@@ -53,7 +56,7 @@ void place_cut(pixel_flags& flags, position from, position to)
     flags.data()[flags.index(to.x, to.y)] |= pixel_flags::cut;
 }
 
-/// Grows one tree after another.
+/// Grows the trees one after another.
 class cut_grower
 {
   public:
@@ -78,7 +81,7 @@ class cut_grower
                     continue;
                 }
                 x += std::countr_zero(found);
-                grow({x, y});  // counts further residues of this row too: their bits are read anew
+                grow({x, y});  // may count further residues of this row, so the bits are read again
                 ++x;
             }
     }
@@ -97,10 +100,10 @@ class cut_grower
         }
     }
 
-    /// True when the tree was finished: neutral, or cut to the edge.
+    /// Returns whether the tree was finished: neutral or cut to the edge.
     bool search_boxes()
     {
-        std::size_t walked = 0;  // members whose last smaller box was searched: only its ring is new
+        std::size_t walked = 0;  // members whose previous box was searched; only the ring around it is new
         for (std::int32_t side = 3; side <= limit_; side += 2) {
             for (std::size_t k = 0; k < members_.size(); ++k)
                 if (search_box(members_[k], side / 2, k < walked)) return true;
@@ -113,7 +116,7 @@ class cut_grower
     {
         const std::int32_t left = centre.x - radius, right = centre.x + radius;
         const std::int32_t top = centre.y - radius, bottom = centre.y + radius;
-        if (left <= 0 || top <= 0) return cut_to_edge(centre);  // the first pixel looked at is on the edge
+        if (left <= 0 || top <= 0) return cut_to_edge(centre);  // the first pixel of the box is on the edge
         const auto visit_row = [&](std::int32_t y, std::int32_t last) {
             return open_.rows.any_of(y, left, last, [&](std::int32_t x) { return found({x, y}, centre); });
         };
@@ -144,7 +147,7 @@ class cut_grower
         return false;
     }
 
-    /// A residue in a member's box becomes a member; true when the tree is neutral with it.
+    /// A residue in a member's box becomes a member. Returns whether the tree is neutral then.
     bool found(position residue, position centre)
     {
         if (uncounted_.test(residue.x, residue.y)) count(residue);
@@ -166,8 +169,8 @@ class cut_grower
         members_.push_back(residue);
     }
 
-    /// Cuts straight to the edge of the residue's half of the image: up or down when the side is at least as far away
-    /// as the top or bottom, sideways otherwise. Always true.
+    /// Straight to the edge of the image's half in which the residue lies: up or down when the side is at least as far
+    /// away as the top or bottom, sideways otherwise. Always returns true.
     bool cut_to_edge(position from)
     {
         const std::int32_t side = from.x < width_ / 2 ? 0 : width_ - 1;
@@ -177,8 +180,8 @@ class cut_grower
         return true;
     }
 
-    residue_map& open_;    ///< residues outside the tree that is growing
-    bit_plane uncounted_;  ///< residues whose charge no tree has counted
+    residue_map& open_;    ///< residues outside the growing tree
+    bit_plane uncounted_;  ///< residues whose charge is not counted in any tree
     std::int32_t limit_;
     pixel_flags& flags_;
     std::int32_t width_, height_;

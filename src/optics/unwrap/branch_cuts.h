@@ -5,14 +5,15 @@
 
 namespace qorv::optics {
 
-/// Joins residues by branch cuts: each tree grows from one residue by boxes of 3, 5, 7, ... pixels around all its
-/// members until its charges cancel or a box touches the image's edge. Pixels on a cut get `pixel_flags::cut`. residues
-/// as found; its bits are worked on and come back unchanged box_limit  largest box side in pixels; 0: half the sum of
-/// width and height; below 3: every residue that no tree has
-///            counted is joined to the nearest edge straight away
-/// The result does not depend on how boxes are searched: members, charges and cuts follow the order of the plain walk
-/// (boxes small to large, members first to last, pixels row by row).
-/// Source  Goldstein, Zebker, Werner, Radio Science 23 (1988) 713-720
+/// Joins residues by branch cuts. Each tree grows from one residue by boxes of 3, 5, 7, ... pixels around all its
+/// members until its charges cancel or a box reaches the edge of the image.
+/// residues   as found; used as working memory and restored
+/// box_limit  largest box side [pixel]; 0: half the sum of width and height; below 3: every residue that no tree has
+///            counted is cut straight to the nearest edge
+/// flags      pixels on a cut get `pixel_flags::cut`
+/// Throws     std::bad_alloc
+/// Exactness  members, charges and cuts follow the order of the plain walk: boxes from small to large, members from
+///            first to last, pixels row by row
 void place_branch_cuts(residue_map& residues, std::int32_t box_limit, pixel_flags& flags);
 
 }  // namespace qorv::optics

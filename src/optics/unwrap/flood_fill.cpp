@@ -9,7 +9,7 @@ namespace qorv::optics {
 
 namespace {
 
-/// Pixels whose flags are looked at together.
+/// Number of pixels whose flags are tested together.
 constexpr std::int32_t run = 8;
 
 constexpr std::uint64_t every_byte(std::uint64_t value) { return value * 0x0101010101010101u; }
@@ -21,7 +21,7 @@ std::uint64_t word_at(const std::uint8_t* flags) noexcept
     return word;
 }
 
-/// Whether one of eight bytes, none above 127, is zero.
+/// Whether one of eight bytes is zero; none may be above 127.
 bool has_zero(std::uint64_t word) noexcept { return ((every_byte(0x80) - word) & every_byte(0x80)) != 0; }
 
 enum class heading
@@ -52,14 +52,14 @@ class filler
         visit();
         while (top_ != stack_) {
             const std::uint32_t index = *--top_;
-            if (is_surrounded(flags_ + index)) continue;  // as half the pixels of a smooth phase are by then
+            if (is_surrounded(flags_ + index)) continue;  // true of half the pixels of a smooth phase
             go_to(index);
             visit();
         }
     }
 
   private:
-    /// Phases and results have no frame: a column of theirs is one pixel shorter than one of flags.
+    /// Phase and result have no frame, so their columns are one pixel shorter than those of the flags.
     void go_to(std::uint32_t index)
     {
         const std::uint32_t x = index / static_cast<std::uint32_t>(pitch_);
@@ -79,8 +79,8 @@ class filler
 
     void push(const std::uint8_t* flag) { *top_++ = static_cast<std::uint32_t>(flag - flags_); }
 
-    /// A step to the left or up adds the difference, one to the right or down subtracts the opposite one: the same but
-    /// where both are zero, which decides a zero's sign.
+    // A step to the left or up adds a difference, one to the right or down subtracts the opposite difference. Only the
+    // sign of a zero depends on it.
     void step_back(std::ptrdiff_t data, std::ptrdiff_t flag) { reach(data, flag, *q_ + wrap(p_[data] - *p_)); }
     void step_on(std::ptrdiff_t data, std::ptrdiff_t flag) { reach(data, flag, *q_ - wrap(*p_ - p_[data])); }
 
@@ -96,7 +96,8 @@ class filler
         if (flag_[pitch_] == 0) step_on(height_, pitch_), push(flag_ + pitch_);
     }
 
-    /// The pixel that was reached last goes on, as long as that is the one below or above: it need not see the stack.
+    /// Visits the current pixel. As long as the pixel reached last is the one below or above, it is visited next
+    /// without going through the stack.
     void visit()
     {
         reach_sides();
@@ -110,7 +111,7 @@ class filler
             follow<heading::up>();
     }
 
-    /// Goes on from the pixel just reached, whose neighbour behind has its value.
+    /// Goes on from the pixel just reached; the pixel before it has its value.
     template <heading way>
     void follow()
     {
@@ -127,7 +128,7 @@ class filler
         }
     }
 
-    /// A whole run has nothing to do on its left, everything on its right and ahead.
+    /// Whether the next `run` pixels ahead and all pixels on the right are open, and none on the left is.
     template <heading way>
     bool can_run() const
     {
@@ -166,12 +167,13 @@ class filler
     std::ptrdiff_t height_, pitch_;
     std::uint32_t *stack_, *top_;
 
-    const float* p_ = nullptr;  ///< the pixel visited, in all three images
+    const float* p_ = nullptr;  ///< the current pixel in all three images
     float* q_ = nullptr;
     std::uint8_t* flag_ = nullptr;
 };
 
-/// Whether some pixel of the rows from y to y + 7 is open.
+/// Whether a pixel of rows y to y + 7 is open. In the last rows this includes the frame and what follows it, which may
+/// only cost time.
 bool any_open(const pixel_flags& flags, std::int32_t y)
 {
     bool open = false;
@@ -185,8 +187,7 @@ void fill_regions(const float* phase, float* result, pixel_flags& flags, std::ui
 {
     filler fill{phase, result, flags, stack};
     for (std::int32_t y = 0; y < flags.height(); ++y) {
-        // Most rows are done by then, and eight of them are told at once. In the last ones, the frame and what follows
-        // it are looked at too, which may only cost time.
+        // Most rows are complete by then; eight of them are skipped at once.
         if (y % run == 0 && !any_open(flags, y)) {
             y += run - 1;
             continue;
@@ -199,7 +200,7 @@ void fill_regions(const float* phase, float* result, pixel_flags& flags, std::ui
 void fill_cuts(const float* phase, float* result, pixel_flags& flags)
 {
     const std::ptrdiff_t height = flags.height(), pitch = flags.pitch();
-    // Column by column: a pixel's left and upper neighbour come before it in this order as well as row by row.
+    // Column by column is as good as row by row: the left and upper neighbours come first in both orders.
     for (std::int32_t x = 0; x < flags.width(); ++x) {
         std::uint8_t* flag = flags.data() + flags.index(x, 0);
         const float* p = phase + x * height;

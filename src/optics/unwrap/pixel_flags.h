@@ -7,10 +7,9 @@
 
 namespace qorv::optics {
 
-/// A byte of flags for each pixel, kept column by column, because the fill prefers to go down: pixel (x, y) has the
-/// index x * pitch + y, its neighbours are at -pitch, +pitch, -1 and +1. One byte of frame stands behind each column
-/// (and so before the next), a column of it on either side, so that no neighbour of a pixel needs a test for the
-/// image's edge.
+/// One byte of flags per pixel, stored in columns because the fill mostly goes down. The index of pixel (x, y) is
+/// x * pitch + y; its neighbours are at -pitch, +pitch, -1 and +1. One byte of frame follows each column, and a column of
+/// frame is on either side, so that no neighbour needs a test for the edge of the image.
 class pixel_flags
 {
   public:
@@ -29,12 +28,12 @@ class pixel_flags
     std::ptrdiff_t pitch() const noexcept { return std::ptrdiff_t{height_} + 1; }
     std::ptrdiff_t index(std::int32_t x, std::int32_t y) const noexcept { return x * pitch() + y; }
 
-    /// Flags of index 0; indices from -pitch on and beyond the last pixel by pitch are frame.
+    /// Flags of index 0. One column before it and one after the last pixel are frame.
     std::uint8_t* data() noexcept { return bytes_.data() + spare + pitch(); }
     const std::uint8_t* data() const noexcept { return bytes_.data() + spare + pitch(); }
 
   private:
-    static constexpr std::ptrdiff_t spare = 8;  // a word of eight that holds a pixel or a neighbour of one lies inside
+    static constexpr std::ptrdiff_t spare = 8;  // words of eight bytes around a pixel or its neighbour stay inside
     std::int32_t width_, height_;
     std::vector<std::uint8_t> bytes_;
 };

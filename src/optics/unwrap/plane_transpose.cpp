@@ -8,12 +8,12 @@ namespace qorv::optics {
 
 namespace {
 
-/// A tile's rows are four cache lines long, its columns one; the fastest of the shapes tried.
+/// A tile is four cache lines wide and one high: the fastest of the shapes tried.
 constexpr std::int32_t tile_columns = 64, tile_rows = 16;
 
 void transpose_full_tile(const float* from, std::ptrdiff_t from_pitch, float* to, std::ptrdiff_t to_pitch) noexcept
 {
-    // By way of a small buffer: rows a power of two bytes apart would displace each other from the cache.
+    // Through a small buffer: rows that are a power of two bytes apart would evict each other from the cache.
     float tile[tile_rows][tile_columns];
     for (std::int32_t y = 0; y < tile_rows; ++y) std::memcpy(tile[y], from + y * from_pitch, sizeof tile[y]);
     for (std::int32_t x = 0; x < tile_columns; ++x)

@@ -9,21 +9,18 @@ namespace qorv::optics {
 
 namespace {
 
-/// A sum beyond this is a residue [rad].
-constexpr double least_sum = 0.01;
+/// Phases up to this [rad] round the four differences of a loop by less than 0.001 rad in total. A loop is then a
+/// residue exactly when the turns of its four differences, which are whole numbers, do not cancel.
+constexpr float small_phase = 1000;
 
-/// Up to this the four differences of a loop round by less than 0.001 rad together, so that a sum is beyond `least_sum`
-/// exactly when the turns of the four differences do not cancel: whole numbers tell it.
-constexpr float tame_phase = 1000;
-
-bool is_tame(const float* row, std::ptrdiff_t count)
+bool all_small(const float* row, std::ptrdiff_t count)
 {
-    int wild = 0;
-    for (std::ptrdiff_t x = 0; x < count; ++x) wild |= !(std::fabs(row[x]) <= tame_phase);
-    return wild == 0;
+    int others = 0;
+    for (std::ptrdiff_t x = 0; x < count; ++x) others |= !(std::fabs(row[x]) <= small_phase);
+    return others == 0;
 }
 
-/// to[x] = whole turns by which wrapping changes b[x] - a[x]
+/// to[x] = the whole turns that wrapping adds to b[x] - a[x].
 void turns_between(const float* a, const float* b, std::int8_t* to, std::ptrdiff_t count)
 {
     for (std::ptrdiff_t x = 0; x < count; ++x) {
@@ -32,20 +29,20 @@ void turns_between(const float* a, const float* b, std::int8_t* to, std::ptrdiff
     }
 }
 
-/// The turns along one row of pixels and whether they tell all.
+/// The turns along one row of pixels, and whether all its phases are small enough to rely on turns alone.
 struct row_turns
 {
     explicit row_turns(std::ptrdiff_t width) : turns(width) {}
     void read(const float* row, std::ptrdiff_t width)
     {
-        tame = is_tame(row, width);
+        small = all_small(row, width);
         turns_between(row, row + 1, turns.data(), width - 1);
     }
     std::vector<std::int8_t> turns;
-    bool tame = false;
+    bool small = false;
 };
 
-/// The loops between two rows by the sums themselves; wrapping is odd, so a difference may be taken either way.
+/// Signs of the loops between two rows, from the sums themselves.
 void sign_loops(const float* above, const float* below, std::int8_t* signs, std::ptrdiff_t loops)
 {
     for (std::ptrdiff_t x = 0; x < loops; ++x) {
@@ -54,21 +51,21 @@ void sign_loops(const float* above, const float* below, std::int8_t* signs, std:
         const double left = wrap(below[x] - below[x + 1]);
         const double up = wrap(above[x] - below[x]);
         const double sum = down + right + left + up;
-        signs[x] = static_cast<std::int8_t>((sum > least_sum) - (sum < -least_sum));
+        signs[x] = static_cast<std::int8_t>((sum > least_residue) - (sum < -least_residue));
     }
 }
 
-/// Eight flags of 0 or 1, one a byte, as eight bits.
+/// Eight bytes of 0 or 1 as eight bits.
 std::uint8_t packed(std::uint64_t flags) { return static_cast<std::uint8_t>(flags * 0x0102040810204080u >> 56); }
 
 constexpr std::uint64_t every_byte(std::uint64_t value) { return value * 0x0101010101010101u; }
 
-/// Bits of bytes that are not zero; bytes hold -4 to 4.
+/// 1 in each byte that is not zero; bytes are -4 to 4.
 std::uint64_t non_zero(std::uint64_t bytes) { return (bytes | bytes >> 1 | bytes >> 2) & every_byte(1); }
 
 void store(const std::int8_t* signs, std::int32_t loops, std::int32_t y, residue_map& map)
 {
-    for (std::int32_t x = 0; x < loops; x += 8)  // signs behind the last loop are zero
+    for (std::int32_t x = 0; x < loops; x += 8)  // signs after the last loop are zero
     {
         std::uint64_t bytes;
         std::memcpy(&bytes, signs + x, sizeof bytes);
@@ -96,7 +93,7 @@ residue_map find_residues(const float* phase, std::int32_t width, std::int32_t h
         const float* next = row + width;
         std::swap(above, below);
         below.read(next, width);
-        if (above.tame && below.tame) {
+        if (above.small && below.small) {
             turns_between(row, next, down.data(), width);
             const std::int8_t *v = down.data(), *h0 = above.turns.data(), *h1 = below.turns.data();
             for (std::ptrdiff_t x = 0; x + 1 < width; ++x)

@@ -1,4 +1,5 @@
 #include "optics/shifter.h"
+#include "optics/team_size.h"
 
 #include <xmmintrin.h>
 #include <algorithm>
@@ -10,13 +11,13 @@ namespace {
 
 using pixel = std::complex<float>;
 
-/// A line is cut into stretches of this many pixels (an even number: each starts at an even pixel).
-constexpr std::ptrdiff_t stretch = 4096;
+/// A line is divided into sections of this many pixels. Even, so that each starts at an even pixel.
+constexpr std::ptrdiff_t section = 4096;
 
-/// Below this a second thread costs more than it saves.
+/// Below this size a second thread costs more than it saves.
 constexpr std::ptrdiff_t shared_from_pixels = 1 << 15;
 
-/// From this size on the destination bypasses the caches, which would only be read in to be overwritten.
+/// From this size on stores bypass the caches: the destination would be loaded only to be overwritten.
 constexpr std::ptrdiff_t streamed_from_pixels = 1 << 21;
 
 void keep(float* to, __m128 value) noexcept { _mm_storeu_ps(to, value); }
@@ -43,7 +44,7 @@ void flip_one(const pixel* from, pixel* to, bool odd) noexcept
     *to = odd ? -conjugate : conjugate;
 }
 
-/// `count` pixels that start at a pixel of even (or odd) x + y.
+/// `count` pixels, the first of which has an odd x + y or not.
 void conjugate_alternating(const pixel* from, pixel* to, std::ptrdiff_t count, bool odd, bool streamed) noexcept
 {
     if (count <= 0) return;
@@ -66,30 +67,32 @@ void conjugate_alternating(const pixel* from, pixel* to, std::ptrdiff_t count, b
 
 }  // namespace
 
-void shift_half_sse(const pixel* source, pixel* destination, std::ptrdiff_t width, std::ptrdiff_t height,
-                    std::ptrdiff_t room) noexcept
+void shift_half_sse2(const pixel* source, pixel* destination, std::ptrdiff_t width, std::ptrdiff_t height,
+                     std::ptrdiff_t room) noexcept
 {
     const std::ptrdiff_t count = std::min(width * height, room);
     const bool line = width == 1 || height == 1;
-    const std::ptrdiff_t row = line ? stretch : width;
-    const std::ptrdiff_t rows = line ? (count + stretch - 1) / stretch : height;
+    const std::ptrdiff_t row = line ? section : width;
+    const std::ptrdiff_t rows = line ? (count + section - 1) / section : height;
     const bool streamed = count >= streamed_from_pixels && source != destination;
     const auto one_row = [&](std::ptrdiff_t y) {
         const bool odd = !line && y % 2 != 0;
         conjugate_alternating(source + y * row, destination + y * row, std::min(row, count - y * row), odd, streamed);
     };
-    if (count < shared_from_pixels) {
+    const int threads = count < shared_from_pixels ? 1 : team_size((rows + 1) / 2);
+    if (threads == 1) {  // without the parallel runtime, which does not work in every process
         for (std::ptrdiff_t y = 0; y < rows; ++y) one_row(y);
+        if (streamed) _mm_sfence();
         return;
     }
-#pragma omp parallel
+#pragma omp parallel num_threads(threads)
     {
 #pragma omp for schedule(static) nowait
         for (std::ptrdiff_t y = 0; y < rows; y += 2) {
             one_row(y);
             if (y + 1 < rows) one_row(y + 1);
         }
-        if (streamed) _mm_sfence();  // each thread's own stores are visible before the threads meet
+        if (streamed) _mm_sfence();  // makes this thread's streaming stores visible before the threads join
     }
 }
 
