@@ -1,7 +1,7 @@
 #include "functions/rank/median_filter.h"
-#include "functions/rank/median_forms.h"
+#include "functions/rank/median_filter_ranks.h"
 #include "functions/rank/median_window.h"
-#include "functions/rank/rank_special.h"
+#include "functions/rank/special_values.h"
 
 #include <cstring>
 

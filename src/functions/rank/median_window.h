@@ -1,7 +1,7 @@
 #pragma once
 
 #include "functions/rank/median_filter.h"
-#include "functions/rank/selection.h"
+#include "functions/rank/nth_element.h"
 #include "image/image.h"
 
 #include <algorithm>

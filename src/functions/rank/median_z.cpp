@@ -1,6 +1,6 @@
 #include "functions/rank/median_z.h"
 
-#include "functions/rank/selection.h"
+#include "functions/rank/nth_element.h"
 #include "image/errors.h"
 
 #include <vector>

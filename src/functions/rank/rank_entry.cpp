@@ -5,7 +5,7 @@
 #include "functions/rank/extreme_filter.h"
 #include "functions/rank/median_filter.h"
 #include "functions/rank/median_z.h"
-#include "functions/rank/selection.h"
+#include "functions/rank/nth_element.h"
 #include "image/overlap.h"
 #include "image/visit.h"
 

@@ -1,7 +1,7 @@
 #include "functions/rank/median_z.h"
+#include "functions/rank/nth_element.h"
 #include "functions/rank/rank_packs_sse.h"
-#include "functions/rank/rank_special.h"
-#include "functions/rank/selection.h"
+#include "functions/rank/special_values.h"
 
 #include <algorithm>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "functions/rank/selection.h"
+#include "functions/rank/nth_element.h"
 
 #include "image/errors.h"
 #include "tests/functions/rank/rank_pictures.h"

@@ -1,4 +1,4 @@
-#include "functions/rank/median_forms.h"
+#include "functions/rank/median_filter_ranks.h"
 #include "functions/rank/rank_packs_sse.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
-#include "functions/rank/median_forms.h"
+#include "functions/rank/median_filter_ranks.h"
 #include "functions/rank/median_window.h"
-#include "functions/rank/rank_keys.h"
+#include "functions/rank/rank_key.h"
 #include "functions/rank/rank_window_sse.h"
 
 #include <array>

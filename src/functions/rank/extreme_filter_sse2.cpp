@@ -1,7 +1,7 @@
 #include "functions/rank/extreme_filter.h"
 #include "functions/rank/extreme_order.h"
 #include "functions/rank/extreme_stretch.h"
-#include "functions/rank/rank_special.h"
+#include "functions/rank/special_values.h"
 
 #include <cstring>
 #include <utility>
