@@ -64,18 +64,18 @@ int main()
     };
 
     for (std::ptrdiff_t radius : {1, 5, 20})
-        compare(title("maximum", side, radius), extreme_variants<float>, side * side, side * side, 1,
+        compare(title("maximum", side, radius), extreme_variants<float>::table, side * side, side * side, 1,
                 [&](auto* kernel, auto& to) { kernel(plane(side), extreme::maximum, radius, into(to, side)); });
     for (std::ptrdiff_t n : {small, side})
         for (std::ptrdiff_t radius : {1, 2, 3, 5, 20})
             if (n == side ? radius < 5 : true)
-                compare(title("median", n, radius), median_variants<float>, n * n, std::size_t(n * n), 1,
+                compare(title("median", n, radius), median_variants<float>::table, n * n, std::size_t(n * n), 1,
                         [&](auto* kernel, auto& to) { kernel(plane(n), radius, padding::none, into(to, n)); });
-    compare("median of an image of 2048", rank_variants<float>, side * side, 2, 3, [&](auto* kernel, auto& to) {
+    compare("median of an image of 2048", rank_variants<float>::table, side * side, 2, 3, [&](auto* kernel, auto& to) {
         const auto found = kernel(plane(side), side * side / 2, neighbour::before);
         to = {found.before, found.at};
     });
     const dm::image<const float> stack{pixels.data(), 512, 512, 64};
-    compare("median along z, 64 planes of 512", median_z_variants<float>, 64 * 512 * 512, 512 * 512, 3,
+    compare("median along z, 64 planes of 512", median_z_variants<float>::table, 64 * 512 * 512, 512 * 512, 3,
             [&](auto* kernel, auto& to) { kernel(stack, into(to, 512)); });
 }

@@ -1,15 +1,17 @@
 #include "functions/rank/median_filter_ranks.h"
-#include "functions/rank/median_window.h"
 #include "functions/rank/rank_key.h"
-#include "functions/rank/rank_window_sse.h"
+#include "functions/rank/window_range.h"
 
 #include <array>
+#include <bit>
+#include <utility>
+#include <vector>
 
 namespace qorv::functions {
 namespace {
 
-/// Tiles of outputs are this wide and high, or twice the radius: the margin is ranked for every tile again, and the
-/// window's set of ranks should fit the first-level cache.
+/// Width and height of a tile of outputs, at least; large windows get tiles of twice the radius. Larger tiles rank fewer
+/// margin pixels twice; smaller ones keep the window's set of ranks in the first-level cache.
 constexpr std::ptrdiff_t tile_side = 64;
 
 template <class T>
@@ -19,7 +21,7 @@ struct keyed
     std::uint32_t index;
 };
 
-/// Sorts by key, digit by digit from the lowest; digits that all keys share are passed over.
+/// Radix sort by key from the lowest digit. Digits that are the same in all keys are skipped. `scratch` is overwritten.
 template <class T>
 void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
 {
@@ -42,13 +44,13 @@ void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
     }
 }
 
-/// The pixels that a tile's windows can see, ranked. Columns are contiguous: a window that moves along a row takes a
-/// piece of one in and gives one up.
+/// The ranks of the pixels under a tile's windows, stored column by column: a window that moves along a row adds a piece of
+/// one column and removes a piece of another.
 template <class T>
 class ranked_tile
 {
   public:
-    /// Positions of `across` and `down` outside the plane count as zeros.
+    /// Ranks the positions across x down of the plane; those outside the plane are zeros.
     void rank(const dm::image<const T>& plane, window_range across, window_range down)
     {
         across_ = across;
@@ -80,7 +82,54 @@ class ranked_tile
     std::vector<std::uint32_t> ranks_;
 };
 
-/// A square window on its way over a tile.
+/// A set of ranks. The search for its middle starts at the word of 64 ranks where the last search ended, since the middle
+/// moves little while a window slides.
+class rank_set
+{
+  public:
+    /// The empty set, for ranks 0 .. count - 1.
+    explicit rank_set(std::size_t count) : words_(count / 64 + 1) {}
+
+    void add(std::uint32_t rank)
+    {
+        words_[rank / 64] |= std::uint64_t(1) << rank % 64;
+        below_ += rank / 64 < word_;
+    }
+    void remove(std::uint32_t rank)
+    {
+        words_[rank / 64] &= ~(std::uint64_t(1) << rank % 64);
+        below_ -= rank / 64 < word_;
+    }
+
+    /// The rank that has `index` smaller ones in the set, which has more than `index` ranks.
+    std::uint32_t at(std::uint32_t index)
+    {
+        while (below_ > index) below_ -= count_bits(words_[--word_]);
+        for (std::uint32_t n = count_bits(words_[word_]); below_ + n <= index; n = count_bits(words_[word_])) {
+            below_ += n;
+            ++word_;
+        }
+        std::uint64_t bits = words_[word_];
+        for (std::uint32_t i = below_; i < index; ++i) bits &= bits - 1;
+        return 64 * word_ + static_cast<std::uint32_t>(std::countr_zero(bits));
+    }
+
+  private:
+    /// std::popcount is a function call without the POPCNT instruction. Here: sums of 2, 4, then 8 bits, then all bytes.
+    static std::uint32_t count_bits(std::uint64_t bits)
+    {
+        bits -= bits >> 1 & 0x5555555555555555;
+        bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
+        bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0F;
+        return static_cast<std::uint32_t>(bits * 0x0101010101010101 >> 56);
+    }
+
+    std::vector<std::uint64_t> words_;
+    std::uint32_t word_ = 0;   ///< where the last search ended
+    std::uint32_t below_ = 0;  ///< ranks in the set in the words before word_
+};
+
+/// The set of ranks of a square window that slides over a tile.
 template <class T>
 class sliding_window
 {
@@ -141,11 +190,11 @@ class sliding_window
 
     const ranked_tile<T>& tile_;
     std::ptrdiff_t radius_;
-    rank_window set_;
+    rank_set set_;
     window_range across_, down_;
 };
 
-/// Goes over the outputs row by row, to the right and back.
+/// Filters the outputs row by row, alternately rightwards and leftwards.
 template <class T>
 void filter_tile(const ranked_tile<T>& tile, std::ptrdiff_t radius, const dm::image<T>& destination, window_range xs,
                  window_range ys)
@@ -167,14 +216,14 @@ void filter_tile(const ranked_tile<T>& tile, std::ptrdiff_t radius, const dm::im
 }  // namespace
 
 template <class T>
-void median_plane_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
-                           const dm::image<T>& destination)
+void median_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                     const dm::image<T>& destination)
 {
     const std::ptrdiff_t width = source.width();
     const std::ptrdiff_t height = source.height();
     const std::ptrdiff_t reach_x = outside == padding::none ? std::min(radius, width) : radius;
     const std::ptrdiff_t reach_y = outside == padding::none ? std::min(radius, height) : radius;
-    const auto seen_from = [&](window_range outputs, std::ptrdiff_t reach, std::ptrdiff_t size) {
+    const auto under_windows = [&](window_range outputs, std::ptrdiff_t reach, std::ptrdiff_t size) {
         outputs.begin -= reach;
         outputs.end += reach;
         if (outside == padding::none) {
@@ -190,12 +239,12 @@ void median_plane_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radi
         for (std::ptrdiff_t x = 0; x < width; x += side_x) {
             const window_range xs{x, std::min(x + side_x, width)};
             const window_range ys{y, std::min(y + side_y, height)};
-            tile.rank(source, seen_from(xs, reach_x, width), seen_from(ys, reach_y, height));
+            tile.rank(source, under_windows(xs, reach_x, width), under_windows(ys, reach_y, height));
             filter_tile(tile, radius, destination, xs, ys);
         }
 }
 
-template void median_plane_by_ranks(const dm::image<const float>&, std::ptrdiff_t, padding, const dm::image<float>&);
-template void median_plane_by_ranks(const dm::image<const double>&, std::ptrdiff_t, padding, const dm::image<double>&);
+template void median_by_ranks(const dm::image<const float>&, std::ptrdiff_t, padding, const dm::image<float>&);
+template void median_by_ranks(const dm::image<const double>&, std::ptrdiff_t, padding, const dm::image<double>&);
 
 }  // namespace qorv::functions

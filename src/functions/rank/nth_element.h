@@ -4,33 +4,35 @@
 #include "image/processor.h"
 
 #include <cstddef>
+#include <cstdint>
 
-/// Values by rank: the element that would stand at an index if all were sorted ascending, and the median.
+/// The n-th smallest of a range of values or of all values of an image. Instantiated for float and double.
 ///
-/// Order, NaN and zeros: without NaN the result is the sorted one, infinities included. -0 and +0 compare equal, so
-/// where both are among the values the sign of a zero result is that of the one the plain procedure arrives at, and
-/// with a NaN among the values the result is whichever element it arrives at, possibly a NaN. Every variant gives the
-/// bits of the plain procedure in these cases too, at the plain procedure's speed. Instantiated for float and double.
+/// Without NaN the result is the element at index n of the sorted values, infinities included. Two cases depend on the
+/// order in which the quickselect compares: with a NaN among the values the result is the element that it ends at,
+/// possibly a NaN; where the result is zero and both -0 and +0 occur, its sign is that of the element that it ends at.
+/// Every variant returns the bits of the plain form, also in these cases.
 namespace qorv::functions {
 
 /// Element k of the sorted range, by quickselect with the median of three as pivot.
-/// [first, last)  at least one element; reordered: afterwards nothing before k is greater and nothing behind it smaller
-/// k              0 .. last - first - 1
+/// first, last  at least one element; reordered: no element before k is greater, none after k is smaller
+/// k            0 .. last - first - 1
 template <class T>
 T select(T* first, T* last, std::ptrdiff_t k);
 
-/// Median of the range, which is reordered: the middle element, or (a + b) * 0.5 in the element's precision for the two
-/// middle ones of an even count, which overflows to an infinity where a + b does.
-/// [first, last)  at least one element
+/// The value at index n, counted from 0, of all values of the image in ascending order.
+/// values  any strides, up to three dimensions; not modified
+/// n       0 .. number of values - 1
+/// Throws  errors::parameters_invalid for null data or n out of range
 template <class T>
-T median_of(T* first, T* last);
+T nth_element(const dm::image<const T>& values, std::ptrdiff_t n);
 
-/// What a selection over a whole image returns: the element at the asked rank and the one before it.
+/// The element at a rank and, if requested, the one before it in ascending order.
 template <class T>
 struct ranked
 {
     T at;
-    T before;  ///< 0 if not asked for
+    T before;  ///< 0 if not requested
 };
 
 enum class neighbour
@@ -39,31 +41,34 @@ enum class neighbour
     before,
 };
 
+/// values  not empty
+/// rank    0 .. number of values - 1; from 1 with neighbour::before
 template <class T>
 using rank_kernel = ranked<T>(const dm::image<const T>& values, std::ptrdiff_t rank, neighbour also);
 
-/// Copies the image and runs the quickselect: `rank` first, then, on what that left, the one before it.
+/// The variants of the selection in an image. The plain form copies the image and runs the quickselect.
 template <class T>
-ranked<T> rank_plain(const dm::image<const T>& values, std::ptrdiff_t rank, neighbour also);
+struct rank_variants
+{
+    static const dm::variant<rank_kernel<T>> table[2];
+};
 
-/// Brackets the rank between two values of a sample, counts what lies below in one pass and selects among what lies
-/// inside. Images of few pixels or with pixels apart in a row go the plain way, and so do those with a NaN, or with a -0
-/// when the result is a zero.
-template <class T>
-ranked<T> rank_vector(const dm::image<const T>& values, std::ptrdiff_t rank, neighbour also);
+/// Counts of one row of pixels relative to two limits.
+struct row_counts
+{
+    std::int64_t below = 0;      ///< values < low
+    std::int64_t up_to_low = 0;  ///< values <= low
+    std::int64_t inside = 0;     ///< values > low and < high
+    bool nan = false;
+};
 
-template <class T>
-inline constexpr dm::variant<rank_kernel<T>> rank_variants[] = {{"vector", dm::cpu::sse2, rank_vector<T>},
-                                                                {"plain", dm::cpu::none, rank_plain<T>}};
+/// The largest `count` that `count_row` accepts.
+constexpr std::ptrdiff_t longest_row = 4096;
 
-/// The value at index n, counted from 0, of all values of the image in ascending order. The image keeps its order.
-/// Throws  errors::parameters_invalid for null data or n outside 0 .. size - 1
-template <class T>
-T nth_element(const dm::image<const T>& values, std::ptrdiff_t n);
-
-/// The median of all values of the image, formed as by `median_of`. The image keeps its order.
-/// Throws  errors::parameters_invalid for null or no data
-template <class T>
-T median(const dm::image<const T>& values);
+/// Compares contiguous pixels with the limits. Compiled for each instruction set (nth_element_simd.h).
+/// row     `count` values, at most longest_row
+/// inside  room for `count` values; the values strictly between the limits are copied there
+template <class Arch, class T>
+row_counts count_row(const T* row, std::ptrdiff_t count, T low, T high, T* inside);
 
 }  // namespace qorv::functions

@@ -47,7 +47,8 @@ TYPED_TEST(ExtremeFilter, IsTheExtremeOfTheClippedWindow)
                     const dm::image<const T> plane{pixels.data(), size[0], size[1]};
                     const auto wanted = at_every_pixel(
                         plane, [&](auto& p, auto x, auto y) { return by_definition<T>(p, which, radius, x, y); });
-                    ASSERT_TRUE(every_variant_gives(wanted, extreme_variants<T>, plane, which, radius)) << int(what);
+                    ASSERT_TRUE(every_variant_gives(wanted, extreme_variants<T>::table, plane, which, radius))
+                        << int(what);
                 }
 }
 
@@ -60,8 +61,9 @@ TYPED_TEST(ExtremeFilter, EveryVariantGivesThePlainBits)
                 for (extreme which : {extreme::minimum, extreme::maximum}) {
                     const auto pixels = picture<T>(what, size[0] * size[1], unsigned(radius));
                     const dm::image<const T> plane{pixels.data(), size[0], size[1]};
-                    const auto wanted = run(&extreme_plain<T>, plane, which, radius);
-                    ASSERT_TRUE(every_variant_gives(wanted, extreme_variants<T>, plane, which, radius)) << int(what);
+                    const auto wanted = run(plain_of(extreme_variants<T>::table), plane, which, radius);
+                    ASSERT_TRUE(every_variant_gives(wanted, extreme_variants<T>::table, plane, which, radius))
+                        << int(what);
                 }
 }
 
@@ -103,7 +105,8 @@ TEST(ExtremeFilterPlain, TakesANaNOnlyAsAColumnsLastAndOnlyFromTheFirstSlot)
     const auto centre_of = [&](int x, int y) {
         std::vector<float> pixels{1, 2, 3, 4, 5, 6, 7, 8, 9};
         pixels[static_cast<std::size_t>(3 * y + x)] = nan;
-        return run(&extreme_plain<float>, dm::image<const float>{pixels.data(), 3, 3}, extreme::maximum, 1)[4];
+        return run(plain_of(extreme_variants<float>::table), dm::image<const float>{pixels.data(), 3, 3},
+                   extreme::maximum, 1)[4];
     };
     EXPECT_TRUE(std::isnan(centre_of(0, 2)));  // the first slot's last
     EXPECT_EQ(centre_of(2, 2), 8.0f);          // hides its column

@@ -1,5 +1,7 @@
 #include "functions/rank/nth_element.h"
 
+#include "functions/rank/median.h"
+
 #include "image/errors.h"
 #include "tests/functions/rank/rank_pictures.h"
 
@@ -57,7 +59,7 @@ TYPED_TEST(Selection, NthElementOfAnImageAgreesWithTheStandardLibraryInEveryVari
                 const auto values = picture<T>(what, count);
                 auto wanted = values;
                 std::nth_element(wanted.begin(), wanted.begin() + k, wanted.end());
-                for (const auto& v : variants(rank_variants<T>)) {
+                for (const auto& v : variants(rank_variants<T>::table)) {
                     const dm::image<const T> view{values.data(), count};
                     const auto found = v.function(view, k, k > 0 ? neighbour::before : neighbour::none);
                     ASSERT_EQ(found.at, wanted[std::size_t(k)]) << v.name << ", rank " << k << " of " << count;
@@ -78,8 +80,8 @@ TYPED_TEST(Selection, EveryVariantGivesThePlainBitsWithNaNsAndBothZeros)
                 if (what == content::zeros)  // the middle ranks are zeros of both signs
                     for (std::ptrdiff_t i = 0; i < count; i += 2) values[std::size_t(i)] = i % 3 ? T(0) : -T(0);
                 const dm::image<const T> view{values.data(), count};
-                const auto wanted = rank_plain<T>(view, k, neighbour::before);
-                for (const auto& v : variants(rank_variants<T>)) {
+                const auto wanted = plain_of(rank_variants<T>::table)(view, k, neighbour::before);
+                for (const auto& v : variants(rank_variants<T>::table)) {
                     const auto found = v.function(view, k, neighbour::before);
                     ASSERT_TRUE(support::same_bytes<T>({found.at, found.before}, {wanted.at, wanted.before}))
                         << v.name << ", rank " << k << " of " << count << ", content " << int(what);
@@ -100,7 +102,7 @@ TEST(SelectionOfAnImage, FindsRanksThatItsSampleMisses)
             const dm::image<const float> view{values.data(), 256, 256};
             auto sorted = values;
             std::sort(sorted.begin(), sorted.end());
-            for (const auto& v : variants(rank_variants<float>)) {
+            for (const auto& v : variants(rank_variants<float>::table)) {
                 const auto found = v.function(view, k, neighbour::before);
                 EXPECT_EQ(found.at, sorted[std::size_t(k)]) << v.name;
                 EXPECT_EQ(found.before, sorted[std::size_t(k - 1)]) << v.name;

@@ -73,6 +73,13 @@ auto variants(const qorv::dm::variant<Function> (&table)[n])
     return qorv::dm::runnable(table);
 }
 
+/// The last row of a kernel's table.
+template <class Function, std::size_t n>
+Function* plain_of(const qorv::dm::variant<Function> (&table)[n])
+{
+    return table[n - 1].function;
+}
+
 /// Width and height.
 using extent = std::array<std::ptrdiff_t, 2>;
 inline constexpr extent small_planes[] = {{1, 1}, {2, 3}, {7, 1}, {1, 9}, {13, 11}, {37, 29}};
