@@ -37,7 +37,7 @@ void extreme_rows<Arch, T, which>::merge(const T* a, const T* b, const T* c, con
     for (std::ptrdiff_t i = 0; i < count; ++i) {
         const T ab = better<Arch, T, which>(a[i], b[i]);
         const T cd = better<Arch, T, which>(c[i], d[i]);
-        out[i] = better<Arch, T, which>(ab, cd);
+        out[i] = better<Arch, T, which>(cd, ab);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <bit>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -44,7 +45,74 @@ void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
     }
 }
 
-/// The ranks of the pixels under a tile's windows, stored column by column: a window that moves along a row adds a piece of
+/// A set of ranks: a byte, 0 or 1, for each possible one, since setting a byte is faster than setting a bit. The search for
+/// the middle starts at the block of 64 ranks where the last search ended, because the middle moves little while a window
+/// slides.
+class rank_set
+{
+  public:
+    /// The place of a rank's byte. Within a block, byte j of word k belongs to rank 8 * j + k, so that a sum of shifted
+    /// words is the block as a mask of 64 bits.
+    static std::uint32_t slot_of(std::uint32_t rank) { return (rank & ~63u) | (rank & 7u) << 3 | (rank >> 3 & 7u); }
+
+    /// The empty set, for ranks 0 .. count - 1.
+    explicit rank_set(std::size_t count) : bytes_((count + block_size) & ~(block_size - 1)) {}
+
+    void add(std::uint32_t slot)
+    {
+        bytes_[slot] = 1;
+        below_ += slot < begin_;
+    }
+    void remove(std::uint32_t slot)
+    {
+        bytes_[slot] = 0;
+        below_ -= slot < begin_;
+    }
+
+    /// The rank that has `index` smaller ones in the set, which has more than `index` ranks.
+    std::uint32_t at(std::uint32_t index)
+    {
+        while (below_ > index) {
+            begin_ -= block_size;
+            below_ -= count_of_block();
+        }
+        for (std::uint32_t count = count_of_block(); below_ + count <= index; count = count_of_block()) {
+            below_ += count;
+            begin_ += block_size;
+        }
+        std::uint64_t mask = mask_of_block();
+        for (std::uint32_t i = below_; i < index; ++i) mask &= mask - 1;
+        return begin_ + static_cast<std::uint32_t>(std::countr_zero(mask));
+    }
+
+  private:
+    static constexpr std::uint32_t block_size = 64;
+
+    std::uint64_t word(int k) const
+    {
+        std::uint64_t bytes;
+        std::memcpy(&bytes, bytes_.data() + begin_ + 8 * k, sizeof(bytes));
+        return bytes;
+    }
+    std::uint32_t count_of_block() const
+    {
+        std::uint64_t sums = 0;  // of each byte, at most 8
+        for (int k = 0; k < 8; ++k) sums += word(k);
+        return static_cast<std::uint32_t>(sums * 0x0101010101010101 >> 56);
+    }
+    std::uint64_t mask_of_block() const
+    {
+        std::uint64_t mask = 0;
+        for (int k = 8; k-- > 0;) mask = 2 * mask + word(k);
+        return mask;
+    }
+
+    std::vector<std::uint8_t> bytes_;
+    std::uint32_t begin_ = 0;  ///< first rank of the block where the last search ended
+    std::uint32_t below_ = 0;  ///< ranks in the set below begin_
+};
+
+/// The ranks, as slots of a rank_set, of the pixels under a tile's windows, stored column by column: a window that moves along a row adds a piece of
 /// one column and removes a piece of another.
 template <class T>
 class ranked_tile
@@ -62,14 +130,15 @@ class ranked_tile
                 items_.push_back({key_of(inside ? plane(x, y) : T(0)), static_cast<std::uint32_t>(items_.size())});
             }
         sort_keys(items_, scratch_);
-        ranks_.resize(items_.size());
-        for (std::size_t i = 0; i < items_.size(); ++i) ranks_[items_[i].index] = static_cast<std::uint32_t>(i);
+        slots_.resize(items_.size());
+        for (std::size_t i = 0; i < items_.size(); ++i)
+            slots_[items_[i].index] = rank_set::slot_of(static_cast<std::uint32_t>(i));
     }
 
     std::size_t size() const { return items_.size(); }
     const std::uint32_t* column(std::ptrdiff_t x, std::ptrdiff_t y) const
     {
-        return ranks_.data() + (x - across_.begin) * down_.count() + (y - down_.begin);
+        return slots_.data() + (x - across_.begin) * down_.count() + (y - down_.begin);
     }
     T value(std::uint32_t rank) const { return value_of<T>(items_[rank].key); }
 
@@ -79,54 +148,7 @@ class ranked_tile
   private:
     window_range across_{}, down_{};
     std::vector<keyed<T>> items_, scratch_;
-    std::vector<std::uint32_t> ranks_;
-};
-
-/// A set of ranks. The search for its middle starts at the word of 64 ranks where the last search ended, since the middle
-/// moves little while a window slides.
-class rank_set
-{
-  public:
-    /// The empty set, for ranks 0 .. count - 1.
-    explicit rank_set(std::size_t count) : words_(count / 64 + 1) {}
-
-    void add(std::uint32_t rank)
-    {
-        words_[rank / 64] |= std::uint64_t(1) << rank % 64;
-        below_ += rank / 64 < word_;
-    }
-    void remove(std::uint32_t rank)
-    {
-        words_[rank / 64] &= ~(std::uint64_t(1) << rank % 64);
-        below_ -= rank / 64 < word_;
-    }
-
-    /// The rank that has `index` smaller ones in the set, which has more than `index` ranks.
-    std::uint32_t at(std::uint32_t index)
-    {
-        while (below_ > index) below_ -= count_bits(words_[--word_]);
-        for (std::uint32_t n = count_bits(words_[word_]); below_ + n <= index; n = count_bits(words_[word_])) {
-            below_ += n;
-            ++word_;
-        }
-        std::uint64_t bits = words_[word_];
-        for (std::uint32_t i = below_; i < index; ++i) bits &= bits - 1;
-        return 64 * word_ + static_cast<std::uint32_t>(std::countr_zero(bits));
-    }
-
-  private:
-    /// std::popcount is a function call without the POPCNT instruction. Here: sums of 2, 4, then 8 bits, then all bytes.
-    static std::uint32_t count_bits(std::uint64_t bits)
-    {
-        bits -= bits >> 1 & 0x5555555555555555;
-        bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
-        bits = (bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0F;
-        return static_cast<std::uint32_t>(bits * 0x0101010101010101 >> 56);
-    }
-
-    std::vector<std::uint64_t> words_;
-    std::uint32_t word_ = 0;   ///< where the last search ended
-    std::uint32_t below_ = 0;  ///< ranks in the set in the words before word_
+    std::vector<std::uint32_t> slots_;
 };
 
 /// The set of ranks of a square window that slides over a tile.
@@ -179,13 +201,13 @@ class sliding_window
     }
     void add_column(std::ptrdiff_t x)
     {
-        const std::uint32_t* ranks = tile_.column(x, down_.begin);
-        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.add(ranks[i]);
+        const std::uint32_t* slots = tile_.column(x, down_.begin);
+        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.add(slots[i]);
     }
     void remove_column(std::ptrdiff_t x)
     {
-        const std::uint32_t* ranks = tile_.column(x, down_.begin);
-        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.remove(ranks[i]);
+        const std::uint32_t* slots = tile_.column(x, down_.begin);
+        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.remove(slots[i]);
     }
 
     const ranked_tile<T>& tile_;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 #include <vector>
 
@@ -30,12 +29,10 @@ bool any_special([[maybe_unused]] const T* values, [[maybe_unused]] std::ptrdiff
 {
     if constexpr (std::is_floating_point_v<T>) {
         using bits = std::conditional_t<sizeof(T) == 4, std::int32_t, std::int64_t>;
-        constexpr bits sign = std::numeric_limits<bits>::min();
-        constexpr bits infinity = std::bit_cast<bits>(std::numeric_limits<T>::infinity());
-        bits found = 0;  // integer compares only: the compiler vectorises these
+        bits found = 0;  // written so that the compiler vectorises it
         for (std::ptrdiff_t i = 0; i < count; ++i) {
             const bits b = std::bit_cast<bits>(values[i]);
-            found |= bits(b == sign) | bits((b & ~sign) > infinity);
+            found |= (values[i] == 0 ? b : 0) | (values[i] != values[i] ? b : 0);  // +0 alone has no bits
         }
         return found != 0;
     } else
