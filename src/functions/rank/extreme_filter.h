@@ -12,10 +12,10 @@
 /// of the type, for a minimum the highest. It changes the result only where all pixels of the window are infinite: the
 /// maximum of -inf alone is then -3.4028235e38 (float).
 ///
-/// NaN and zeros: each column of the window is scanned from top to bottom. A NaN always replaces the value before it and
-/// is replaced by the value after it, so it remains only as the column's last value. The extremes of the columns are
-/// kept in a ring, column x in slot x modulo 2 * radius + 1; a NaN there is skipped, except in slot 0, where it wins. Of
-/// -0 and +0 the first in this order wins. All variants return the same bits, also then.
+/// NaN and zeros: each column of the window is scanned from top to bottom. A NaN always replaces the value before it
+/// and is replaced by the value after it, so it remains only as the column's last value. The extremes of the columns
+/// are kept in a ring, column x in slot x modulo 2 * radius + 1; a NaN there is skipped, except in slot 0, where it
+/// wins. Of -0 and +0 the first in this order wins. All variants return the same bits, also then.
 ///
 /// Instantiated for the signed and unsigned 8-, 16- and 32-bit integers, float and double.
 namespace qorv::functions {
@@ -53,8 +53,8 @@ template <class T>
 using extreme_kernel = void(const dm::image<const T>& source, extreme which, std::ptrdiff_t radius,
                             const dm::image<T>& destination);
 
-/// The plain form keeps a ring of the extremes of the window's columns and scans it for each pixel, O(radius) per pixel.
-/// The fast ones filter the columns, then the rows, O(log radius) per pixel.
+/// The plain form keeps a ring of the extremes of the window's columns and scans it for each pixel, O(radius) per
+/// pixel. The fast ones filter the columns, then the rows, O(log radius) per pixel.
 template <class T>
 struct extreme_variants
 {

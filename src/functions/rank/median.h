@@ -4,8 +4,8 @@
 
 /// The median of a range of values or of all values of an image. Instantiated for float and double.
 ///
-/// Of an odd count it is the middle element in ascending order, of an even count (a + b) * 0.5 of the two middle ones in
-/// the precision of the elements, which is infinite where a + b overflows. NaN and zeros of both signs: see
+/// Of an odd count it is the middle element in ascending order, of an even count (a + b) * 0.5 of the two middle ones
+/// in the precision of the elements, which is infinite where a + b overflows. NaN and zeros of both signs: see
 /// nth_element.h.
 namespace qorv::functions {
 

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Median filter with a square window of 2 * radius + 1 pixels a side. The values of each window, row by row, go through
-/// `median_of` (median.h), whose rules for even counts, NaN and zeros apply window by window. All variants return the
-/// same bits. Instantiated for float and double.
+/// Median filter with a square window of 2 * radius + 1 pixels a side. The values of each window, row by row, go
+/// through `median_of` (median.h), whose rules for even counts, NaN and zeros apply window by window. All variants
+/// return the same bits. Instantiated for float and double.
 namespace qorv::functions {
 
 inline constexpr char vector_too_long[] = "vector<T> too long";

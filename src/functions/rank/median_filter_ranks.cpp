@@ -11,8 +11,8 @@
 namespace qorv::functions {
 namespace {
 
-/// Width and height of a tile of outputs, at least; large windows get tiles of twice the radius. Larger tiles rank fewer
-/// margin pixels twice; smaller ones keep the window's set of ranks in the first-level cache.
+/// Width and height of a tile of outputs, at least; large windows get tiles of twice the radius. Larger tiles rank
+/// fewer margin pixels twice; smaller ones keep the window's set of ranks in the first-level cache.
 constexpr std::ptrdiff_t tile_side = 64;
 
 template <class T>
@@ -45,9 +45,9 @@ void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
     }
 }
 
-/// A set of ranks: a byte, 0 or 1, for each possible one, since setting a byte is faster than setting a bit. The search for
-/// the middle starts at the block of 64 ranks where the last search ended, because the middle moves little while a window
-/// slides.
+/// A set of ranks: a byte, 0 or 1, for each possible one, since setting a byte is faster than setting a bit. The search
+/// for the middle starts at the block of 64 ranks where the last search ended, because the middle moves little while a
+/// window slides.
 class rank_set
 {
   public:
@@ -112,8 +112,8 @@ class rank_set
     std::uint32_t below_ = 0;  ///< ranks in the set below begin_
 };
 
-/// The ranks, as slots of a rank_set, of the pixels under a tile's windows, stored column by column: a window that moves along a row adds a piece of
-/// one column and removes a piece of another.
+/// The ranks, as slots of a rank_set, of the pixels under a tile's windows, stored column by column: a window that
+/// moves along a row adds a piece of one column and removes a piece of another.
 template <class T>
 class ranked_tile
 {

@@ -57,11 +57,11 @@ void sort5(Batch& a, Batch& b, Batch& c, Batch& d, Batch& e)
     exchange(b, c);
 }
 
-/// The median of the 13 values that remain candidates after the columns of a window of 25 were sorted and the five values
-/// of each rank were sorted as far as needed: the two largest of the smallest (0, 1), three largest (2 to 4), middle three
-/// (5 to 7), three smallest (8 to 10), two smallest of the largest (11, 12); (3, 4), (5, 6) and (8, 9) are in order. A
-/// value known to be below or above more than six others is dropped at once, so that min or max replaces the exchange.
-/// The sequence was found by a search over the 0-1 patterns that sorted columns can produce.
+/// The median of the 13 values that remain candidates after the columns of a window of 25 were sorted and the five
+/// values of each rank were sorted as far as needed: the two largest of the smallest (0, 1), three largest (2 to 4),
+/// middle three (5 to 7), three smallest (8 to 10), two smallest of the largest (11, 12); (3, 4), (5, 6) and (8, 9) are
+/// in order. A value known to be below or above more than six others is dropped at once, so that min or max replaces
+/// the exchange. The sequence was found by a search over the 0-1 patterns that sorted columns can produce.
 template <class Batch>
 Batch median_of_candidates(Batch (&c)[13])
 {

@@ -6,8 +6,9 @@
 #include <cstddef>
 #include <cstdint>
 
-/// The median along Z of a stack of planes, position by position, formed by `median_of` (median.h), whose rules for even
-/// counts, NaN and zeros apply column by column. All variants return the same bits. Instantiated for float and double.
+/// The median along Z of a stack of planes, position by position, formed by `median_of` (median.h), whose rules for
+/// even counts, NaN and zeros apply column by column. All variants return the same bits. Instantiated for float and
+/// double.
 namespace qorv::functions {
 
 /// stack        width x height x planes, at least one plane
@@ -21,8 +22,8 @@ void median_z(const dm::image<const T>& stack, const dm::image<T>& destination);
 template <class T>
 using median_z_kernel = void(const dm::image<const T>& stack, const dm::image<T>& destination);
 
-/// The plain form copies the values of each position and selects their median. The fast ones pass neighbouring positions
-/// together through a sorting network.
+/// The plain form copies the values of each position and selects their median. The fast ones pass neighbouring
+/// positions together through a sorting network.
 template <class T>
 struct median_z_variants
 {
@@ -43,17 +44,17 @@ struct comparator
     std::int32_t low, high;  ///< rows that receive the smaller and the larger value
 };
 
-/// Merge exchange of the rows begin .. end - 1 of a block (K. E. Batcher; D. E. Knuth, The Art of Computer Programming 3,
-/// 5.2.2, algorithm M). The passes over the longest distances are replaced by sorting every stride-th row, at most eight,
-/// which fit in registers. The comparators do the rest.
+/// Merge exchange of the rows begin .. end - 1 of a block (K. E. Batcher; D. E. Knuth, The Art of Computer Programming
+/// 3, 5.2.2, algorithm M). The passes over the longest distances are replaced by sorting every stride-th row, at most
+/// eight, which fit in registers. The comparators do the rest.
 struct sorting_network
 {
     std::ptrdiff_t begin, end, stride;
     const comparator *first, *last;
 };
 
-/// Sorts the rows of the network, column by column. Compiled for each instruction set (median_z_simd.h). The block holds
-/// no NaN and no -0.
+/// Sorts the rows of the network, column by column. Compiled for each instruction set (median_z_simd.h). The block
+/// holds no NaN and no -0.
 template <class Arch, class T>
 void sort_columns(const column_block<T>& block, const sorting_network& network);
 
