@@ -31,13 +31,13 @@ T by_definition(const image<const T>& source, extreme which, std::ptrdiff_t radi
 
 TYPED_TEST(ExtremeFilter, IsTheExtremeOfTheClippedWindow)
 {
-    using T = TypeParam;
-    for_each_plane<T>(small_planes, {0, 1, 2, 5, 12, 13, 14, 40, 2147483647}, ordered_contents,
-                      {extreme::minimum, extreme::maximum}, [](auto plane, auto radius, extreme which) {
-                          const auto expected = at_every_pixel(
-                              plane, [&](auto x, auto y) { return by_definition<T>(plane, which, radius, x, y); });
-                          return every_variant_gives(expected, extreme_variants<T>::table, plane, which, radius);
-                      });
+    for_each_plane<TypeParam>(
+        small_planes, {0, 1, 2, 5, 12, 13, 14, 40, 2147483647}, ordered_contents, {extreme::minimum, extreme::maximum},
+        [](auto plane, auto radius, extreme which) {
+            const auto expected = at_every_pixel(
+                plane, [&](auto x, auto y) { return by_definition<TypeParam>(plane, which, radius, x, y); });
+            return every_variant_gives(expected, extreme_variants<TypeParam>::table, plane, which, radius);
+        });
 }
 
 TYPED_TEST(ExtremeFilter, EveryVariantGivesThePlainBits)
@@ -52,12 +52,10 @@ TYPED_TEST(ExtremeFilter, EveryVariantGivesThePlainBits)
 
 TEST(ExtremeFilterPlain, KeepsANaNOnlyAtTheBottomOfAColumnAndOnlyInTheFirstSlot)
 {
-    const float nan = std::numeric_limits<float>::quiet_NaN();
     const auto centre_with_nan_at = [&](int x, int y) {
         std::vector<float> pixels{1, 2, 3, 4, 5, 6, 7, 8, 9};
-        pixels[static_cast<std::size_t>(3 * y + x)] = nan;
-        const image<const float> plane{pixels.data(), 3, 3};
-        return run_plain(extreme_variants<float>::table, plane, extreme::maximum, 1)[4];
+        pixels[static_cast<std::size_t>(3 * y + x)] = std::numeric_limits<float>::quiet_NaN();
+        return run_plain<float>(extreme_variants<float>::table, {pixels.data(), 3, 3}, extreme::maximum, 1)[4];
     };
     EXPECT_TRUE(std::isnan(centre_with_nan_at(0, 2)));  // the bottom of the column in the first slot
     EXPECT_EQ(centre_with_nan_at(2, 2), 8.0f);          // hides its column

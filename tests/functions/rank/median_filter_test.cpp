@@ -1,5 +1,6 @@
 #include "functions/rank/median_filter.h"
 
+#include "functions/rank/extreme_filter.h"
 #include "tests/functions/rank/rank_pictures.h"
 
 using namespace qorv::functions;
@@ -53,6 +54,18 @@ TYPED_TEST(MedianFilter, EveryVariantGivesThePlainBits)
             if (size[0] * size[1] * std::min(radius, size[0]) * std::min(radius, size[1]) <= 60000)  // plain is slow
                 expect({size}, {radius}, all_contents);
     expect({{301, 90}, {90, 150}}, {1, 2, 7}, {content::noise, content::zeros});
+}
+
+TEST(RankFilters, FilterEachPlaneOfAVolume)
+{
+    const auto pixels = picture<float>(content::noise, 126);
+    const image<const float> volume{pixels.data(), 9, 7, 2}, second = volume.plane(1);
+    std::vector<float> medians(126), minima(126);
+    median_filter<float>(volume, 2, padding::none, {medians.data(), 9, 7, 2});
+    minimum_filter<float>(volume, 2, {minima.data(), 9, 7, 2});
+    const auto end_of = [](const std::vector<float>& all) { return std::vector<float>(all.begin() + 63, all.end()); };
+    EXPECT_EQ(end_of(medians), run_plain(median_variants<float>::table, second, 2, padding::none));
+    EXPECT_EQ(end_of(minima), run_plain(extreme_variants<float>::table, second, extreme::minimum, 2));
 }
 
 }  // namespace

@@ -22,7 +22,7 @@ using real_types = testing::Types<float, double>;
 enum class content
 {
     noise,       ///< hardly two alike, both signs
-    few_levels,  ///< ties everywhere
+    few_levels,  ///< ties everywhere; the sum of two real numbers may overflow
     ramp,        ///< sorted
     infinities,  ///< noise with a third of infinities of both signs
     halves,      ///< the lowest value or -inf, then the highest or +inf
@@ -49,7 +49,7 @@ std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
         T& p = pixels[i];
         p = limits::is_integer ? static_cast<T>(r)
                                : static_cast<T>(std::ldexp(double(r) - 2147483648.0, int(r % 9) - 40));
-        if (what == content::few_levels) p = static_cast<T>(1 + r % 3);
+        if (what == content::few_levels) p = static_cast<T>((1 + r % 3) * (limits::is_integer ? 1 : limits::max() / 3));
         if (what == content::ramp) p = static_cast<T>(i);
         const unsigned rare = random();
         if (what == content::infinities && rare % 3 == 0) p = rare % 2 == 0 ? lowest : highest;
