@@ -2,7 +2,7 @@
 #include "functions/rank/extreme_filter.h"
 #include "functions/rank/median_filter.h"
 #include "functions/rank/median_z.h"
-#include "functions/rank/selection.h"
+#include "functions/rank/nth_element.h"
 
 // Maximum, median and selection on float images: each variant against the plain one. One thread.
 

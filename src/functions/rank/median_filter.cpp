@@ -1,10 +1,68 @@
 #include "functions/rank/median_filter.h"
 
-#include "functions/rank/median_window.h"
+#include "functions/rank/median.h"
+#include "functions/rank/median_filter_ranks.h"
+#include "functions/rank/special_values.h"
+#include "functions/rank/window_range.h"
 #include "image/errors.h"
 #include "image/overlap.h"
 
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+namespace xsimd {
+struct sse2;
+}
+
 namespace qorv::functions {
+namespace {
+
+/// Collects the window around (x, y) row by row and returns its median.
+template <class T>
+T window_median(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside, std::ptrdiff_t x,
+                std::ptrdiff_t y, std::vector<T>& window)
+{
+    const window_range across = window_around(x, radius, source.width());
+    const window_range down = window_around(y, radius, source.height());
+    window.clear();
+    const auto add_zeros = [&](std::ptrdiff_t count) {
+        window.insert(window.end(), static_cast<std::size_t>(count), T(0));
+    };
+    if (outside == padding::none) {
+        for (std::ptrdiff_t v = down.begin; v < down.end; ++v)
+            for (std::ptrdiff_t u = across.begin; u < across.end; ++u) window.push_back(source(u, v));
+        return median_of(window.data(), window.data() + window.size());
+    }
+
+    // Unless zeros are the majority, the image bounds the radius and thereby all sizes below.
+    const std::uint64_t side = 2 * static_cast<std::uint64_t>(radius) + 1;
+    if (side * side > 2 * static_cast<std::uint64_t>(across.count() * down.count())) return T(0);
+    for (std::ptrdiff_t v = y - radius; v <= y + radius; ++v) {
+        if (v < down.begin || v >= down.end) {
+            add_zeros(2 * radius + 1);
+            continue;
+        }
+        add_zeros(across.begin - (x - radius));
+        for (std::ptrdiff_t u = across.begin; u < across.end; ++u) window.push_back(source(u, v));
+        add_zeros(x + radius + 1 - across.end);
+    }
+    return median_of(window.data(), window.data() + window.size());
+}
+
+/// The plain form for the pixels [begin, end) of row y.
+template <class T>
+void filter_run(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                const dm::image<T>& destination, std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end,
+                std::vector<T>& window)
+{
+    for (std::ptrdiff_t x = begin; x < end; ++x) {
+        // Where the window spans the image, the next one holds the same values in the same order.
+        const bool same = outside == padding::none && x > begin &&
+                          window_around(x, radius, source.width()) == window_around(x - 1, radius, source.width());
+        destination(x, y) = same ? destination(x - 1, y) : window_median(source, radius, outside, x, y, window);
+    }
+}
 
 template <class T>
 void median_plain(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
@@ -16,8 +74,123 @@ void median_plain(const dm::image<const T>& source, std::ptrdiff_t radius, paddi
             window_around(y, radius, source.height()) == window_around(y - 1, radius, source.height()))
             for (std::ptrdiff_t x = 0; x < source.width(); ++x) destination(x, y) = destination(x, y - 1);
         else
-            median_stretch(source, radius, outside, destination, y, 0, source.width(), window);
+            filter_run(source, radius, outside, destination, y, 0, source.width(), window);
 }
+
+/// A ring of the rows of one row of windows, with zeros around the image.
+template <class T>
+class padded_rows
+{
+  public:
+    padded_rows(const dm::image<const T>& source, std::ptrdiff_t radius)
+        : source_{source},
+          radius_{radius},
+          pitch_{source.width() + 2 * radius + network_slack},
+          rows_(static_cast<std::size_t>(pitch_ * (2 * radius + 1)))
+    {
+        for (std::ptrdiff_t y = 0; y < radius; ++y) enter(y);
+    }
+
+    /// Copies row y, zeros below the image, over row y - 2 * radius - 1.
+    void enter(std::ptrdiff_t y)
+    {
+        T* row = slot(y) + radius_;
+        const auto bytes = static_cast<std::size_t>(source_.width()) * sizeof(T);
+        if (y < source_.height())
+            std::memcpy(row, source_.row(y), bytes);
+        else
+            std::memset(row, 0, bytes);
+    }
+    /// Points rows[0 .. 2 * radius] to the rows y - radius .. y + radius.
+    void around(std::ptrdiff_t y, const T** rows)
+    {
+        for (std::ptrdiff_t i = 0; i <= 2 * radius_; ++i) rows[i] = slot(y - radius_ + i);
+    }
+
+  private:
+    T* slot(std::ptrdiff_t y)
+    {
+        const std::ptrdiff_t slots = 2 * radius_ + 1;
+        return rows_.data() + pitch_ * ((y + slots) % slots);
+    }
+
+    const dm::image<const T>& source_;
+    std::ptrdiff_t radius_, pitch_;
+    std::vector<T> rows_;
+};
+
+/// Radius 1 or 2. The networks see zeros outside the image; without padding, the pixels near its edges take the plain
+/// form.
+template <class Arch, class T>
+void filter_by_networks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                        const dm::image<T>& destination, special_rows<T>& special)
+{
+    const std::ptrdiff_t width = source.width();
+    const std::ptrdiff_t height = source.height();
+    padded_rows<T> padded{source, radius};
+    const T* rows[5];
+    std::vector<T> window;
+    for (std::ptrdiff_t y = 0; y < height; ++y) {
+        special.inspect(y, 0, width);
+        padded.enter(y + radius);
+        padded.around(y, rows);
+        const auto plain = [&](std::ptrdiff_t begin, std::ptrdiff_t end) {
+            filter_run(source, radius, outside, destination, y, begin, end, window);
+        };
+        if (outside == padding::none && (y < radius || y >= height - radius || width <= 2 * radius)) {
+            plain(0, width);
+            continue;
+        }
+        median_row<Arch>(rows, radius, destination.row(y), width);
+        if (outside == padding::zeros) continue;
+        plain(0, radius);
+        plain(width - radius, width);
+    }
+}
+
+/// Whether zeros are the majority even in the window that covers most of the plane.
+bool zeros_everywhere(std::ptrdiff_t radius, std::ptrdiff_t width, std::ptrdiff_t height)
+{
+    const std::uint64_t side = 2 * static_cast<std::uint64_t>(radius) + 1;
+    const auto within = [&](std::ptrdiff_t size) { return std::min(side, static_cast<std::uint64_t>(size)); };
+    return side * side > 2 * within(width) * within(height);
+}
+
+/// Rows that are not contiguous and windows with a NaN or -0 take the plain form.
+template <class T, class Arch>
+void median_fast(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                 const dm::image<T>& destination)
+{
+    if (source.strides()[0] != 1 || destination.strides()[0] != 1)
+        return median_plain<T>(source, radius, outside, destination);
+    const std::ptrdiff_t width = source.width();
+    if (radius == 0) {
+        for (std::ptrdiff_t y = 0; y < source.height(); ++y) std::copy_n(source.row(y), width, destination.row(y));
+        return;
+    }
+    if (outside == padding::zeros && zeros_everywhere(radius, width, source.height())) {
+        for (std::ptrdiff_t y = 0; y < source.height(); ++y) std::fill_n(destination.row(y), width, T(0));
+        return;
+    }
+
+    special_rows<T> special{source};
+    if (radius <= 2)
+        filter_by_networks<Arch>(source, radius, outside, destination, special);
+    else {
+        for (std::ptrdiff_t y = 0; y < source.height(); ++y) special.inspect(y, 0, width);
+        median_by_ranks<T>(source, radius, outside, destination);
+    }
+    std::vector<T> window;
+    special.repair(radius, [&](std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end) {
+        filter_run(source, radius, outside, destination, y, begin, end, window);
+    });
+}
+
+}  // namespace
+
+template <class T>
+constexpr dm::variant<median_kernel<T>> median_variants<T>::table[2] = {
+    {"sse2", dm::cpu::sse2, median_fast<T, xsimd::sse2>}, {"plain", dm::cpu::none, median_plain<T>}};
 
 template <class T>
 void median_filter(const dm::image<const T>& source, std::int32_t radius, padding outside,
@@ -31,13 +204,13 @@ void median_filter(const dm::image<const T>& source, std::int32_t radius, paddin
                 dm::errors::different_size);
     dm::require(!dm::overlap(source, destination), dm::errors::out_of_place);
 
-    const auto& filter = dm::choose(median_variants<T>);
+    const auto& filter = dm::choose(median_variants<T>::table);
     const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());
     for (std::ptrdiff_t z = 0; z < planes; ++z) filter.function(source.plane(z), radius, outside, destination.plane(z));
 }
 
-template median_kernel<float> median_plain<float>;
-template median_kernel<double> median_plain<double>;
+template struct median_variants<float>;
+template struct median_variants<double>;
 template void median_filter(const dm::image<const float>&, std::int32_t, padding, const dm::image<float>&);
 template void median_filter(const dm::image<const double>&, std::int32_t, padding, const dm::image<double>&);
 

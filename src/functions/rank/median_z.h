@@ -4,34 +4,62 @@
 #include "image/processor.h"
 
 #include <cstddef>
+#include <cstdint>
 
-/// The median along Z of a stack of planes, position by position, formed as by `median_of` (library/selection.h), whose
-/// rules for even counts, NaN and zeros hold here column by column; every variant gives the same bits.
-/// Instantiated for float and double.
+/// The median along Z of a stack of planes, position by position, formed by `median_of` (median.h), whose rules for
+/// even counts, NaN and zeros apply column by column. All variants return the same bits. Instantiated for float and
+/// double.
 namespace qorv::functions {
 
-/// Sizes checked; parameters of `median_z`.
+/// stack        width x height x planes, at least one plane
+/// destination  width x height x 1; may be one of the stack's planes, must not overlap the stack otherwise
+/// Throws  errors::parameters_invalid for null data or an empty stack; errors::invalid_image_size for a destination of
+///         another shape
+template <class T>
+void median_z(const dm::image<const T>& stack, const dm::image<T>& destination);
+
+/// Parameters of `median_z`, checked.
 template <class T>
 using median_z_kernel = void(const dm::image<const T>& stack, const dm::image<T>& destination);
 
-/// Copies the values of each position and selects their median.
+/// The plain form copies the values of each position and selects their median. The fast ones pass neighbouring
+/// positions together through a sorting network.
 template <class T>
-void median_z_plain(const dm::image<const T>& stack, const dm::image<T>& destination);
+struct median_z_variants
+{
+    static const dm::variant<median_z_kernel<T>> table[2];
+};
 
-/// Neighbouring positions together through a sorting network. Stacks of more than 512 planes are selected like plain,
-/// from copies of several columns at once, and so are columns beside one with a NaN or a -0; positions that are not
-/// contiguous along x go the plain way.
+/// Columns of a stack that are sorted together: one row of `columns` values for each plane.
 template <class T>
-void median_z_vector(const dm::image<const T>& stack, const dm::image<T>& destination);
+struct column_block
+{
+    T* rows;
+    std::ptrdiff_t depth;
+    std::ptrdiff_t columns;  ///< a multiple of 64 bytes, thereby of every vector
+};
 
-template <class T>
-inline constexpr dm::variant<median_z_kernel<T>> median_z_variants[] = {{"vector", dm::cpu::sse2, median_z_vector<T>},
-                                                                        {"plain", dm::cpu::none, median_z_plain<T>}};
+struct comparator
+{
+    std::int32_t low, high;  ///< rows that receive the smaller and the larger value
+};
 
-/// stack        width x height x planes; one plane is copied, of two the mean is taken
-/// destination  width x height x 1; may be one of the stack's planes, must not overlap the stack otherwise
-/// Throws  errors::parameters_invalid for null data, errors::invalid_image_size for a destination of another shape
-template <class T>
-void median_z(const dm::image<const T>& stack, const dm::image<T>& destination);
+/// Merge exchange of the rows begin .. end - 1 of a block (K. E. Batcher; D. E. Knuth, The Art of Computer Programming
+/// 3, 5.2.2, algorithm M). The passes over the longest distances are replaced by sorting every stride-th row, at most
+/// eight, which fit in registers. The comparators do the rest.
+struct sorting_network
+{
+    std::ptrdiff_t begin, end, stride;
+    const comparator *first, *last;
+};
+
+/// Sorts the rows of the network, column by column. Compiled for each instruction set (median_z_simd.h). The block
+/// holds no NaN and no -0.
+template <class Arch, class T>
+void sort_columns(const column_block<T>& block, const sorting_network& network);
+
+/// The medians of the first `count` columns. The rows 0 .. (depth + 1) / 2 - 1 are sorted, and so are the others.
+template <class Arch, class T>
+void medians_of_halves(const column_block<T>& block, std::ptrdiff_t count, T* out);
 
 }  // namespace qorv::functions

@@ -3,9 +3,10 @@
 #include "entry/steps.h"
 #include "entry/timing_scope.h"
 #include "functions/rank/extreme_filter.h"
+#include "functions/rank/median.h"
 #include "functions/rank/median_filter.h"
 #include "functions/rank/median_z.h"
-#include "functions/rank/selection.h"
+#include "functions/rank/nth_element.h"
 #include "image/overlap.h"
 
 namespace qorv::functions {

@@ -1,11 +1,8 @@
 #include "functions/rank/median_filter.h"
 
-#include "image/errors.h"
+#include "functions/rank/extreme_filter.h"
 #include "tests/functions/rank/rank_pictures.h"
 
-#include <algorithm>
-
-using namespace qorv;
 using namespace qorv::functions;
 using namespace rank_pictures;
 
@@ -14,12 +11,10 @@ namespace {
 template <class T>
 class MedianFilter : public testing::Test
 {};
-using real_types = testing::Types<float, double>;
 TYPED_TEST_SUITE(MedianFilter, real_types);
 
 template <class T>
-T by_sorting(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside, std::ptrdiff_t x,
-             std::ptrdiff_t y)
+T by_sorting(const image<const T>& source, std::ptrdiff_t radius, padding outside, std::ptrdiff_t x, std::ptrdiff_t y)
 {
     std::vector<T> window;
     for (std::ptrdiff_t v = y - radius; v <= y + radius; ++v)
@@ -28,80 +23,49 @@ T by_sorting(const dm::image<const T>& source, std::ptrdiff_t radius, padding ou
                 window.push_back(source(u, v));
             else if (outside == padding::zeros)
                 window.push_back(0);
-    std::sort(window.begin(), window.end());
-    const T middle = window[window.size() / 2];
-    return window.size() % 2 != 0 ? middle : (middle + window[window.size() / 2 - 1]) * T(0.5);
+    return median_by_sorting(window);
 }
 
 TYPED_TEST(MedianFilter, IsTheMiddleOfTheSortedWindow)
 {
     using T = TypeParam;
-    for (const extent size : small_planes)
-        for (std::ptrdiff_t radius : {0, 1, 2, 3, 5, 9, 13, 17})
-            for (content what : {content::noise, content::few_levels, content::infinities})
-                for (padding outside : {padding::none, padding::zeros}) {
-                    const auto pixels = picture<T>(what, size[0] * size[1]);
-                    const dm::image<const T> plane{pixels.data(), size[0], size[1]};
-                    const auto wanted = at_every_pixel(
-                        plane, [&](auto& p, auto x, auto y) { return by_sorting<T>(p, radius, outside, x, y); });
-                    ASSERT_TRUE(every_variant_gives(wanted, median_variants<T>, plane, radius, outside)) << int(what);
-                }
+    for_each_plane<T>(
+        small_planes, {0, 1, 2, 3, 5, 9, 13, 17}, {content::noise, content::few_levels, content::infinities},
+        {padding::none, padding::zeros}, [](auto plane, auto radius, padding outside) {
+            const auto expected =
+                at_every_pixel(plane, [&](auto x, auto y) { return by_sorting<T>(plane, radius, outside, x, y); });
+            return every_variant_gives(expected, median_variants<T>::table, plane, radius, outside);
+        });
 }
 
 TYPED_TEST(MedianFilter, EveryVariantGivesThePlainBits)
 {
-    using T = TypeParam;
-    const auto expect = [](extent size, std::ptrdiff_t radius, const std::vector<content>& contents) {
-        for (content what : contents)
-            for (padding outside : {padding::none, padding::zeros}) {
-                const auto pixels = picture<T>(what, size[0] * size[1], unsigned(radius));
-                const dm::image<const T> plane{pixels.data(), size[0], size[1]};
-                const auto wanted = run(&median_plain<T>, plane, radius, outside);
-                ASSERT_TRUE(every_variant_gives(wanted, median_variants<T>, plane, radius, outside)) << int(what);
-            }
+    const auto& table = median_variants<TypeParam>::table;
+    const auto expect = [&](const std::vector<extent>& sizes, std::vector<std::ptrdiff_t> radii,
+                            const contents& whats) {
+        for_each_plane<TypeParam>(sizes, radii, whats, {padding::none, padding::zeros},
+                                  [&](auto plane, auto radius, padding outside) {
+                                      const auto expected = run_plain(table, plane, radius, outside);
+                                      return every_variant_gives(expected, table, plane, radius, outside);
+                                  });
     };
     for (const extent size : planes())
         for (std::ptrdiff_t radius : {0, 1, 2, 3, 5, 20, 66, 70, 2147483647})
             if (size[0] * size[1] * std::min(radius, size[0]) * std::min(radius, size[1]) <= 60000)  // plain is slow
-                expect(size, radius, all_contents());
-    for (const extent size : {extent{301, 90}, {90, 150}})
-        for (std::ptrdiff_t radius : {1, 2, 7}) expect(size, radius, {content::noise, content::zeros});
+                expect({size}, {radius}, all_contents);
+    expect({{301, 90}, {90, 150}}, {1, 2, 7}, {content::noise, content::zeros});
 }
 
-TEST(MedianFilterEntry, TakesVolumesPlaneByPlaneAndStridedViews)
+TEST(RankFilters, FilterEachPlaneOfAVolume)
 {
-    for (std::int32_t radius : {1, 2, 4})
-        expect_filters_strided_volumes<float>(
-            [&](auto& source, auto& destination) { median_filter<float>(source, radius, padding::none, destination); },
-            [&](auto&& plane, auto x, auto y) { return by_sorting<float>(plane, radius, padding::none, x, y); });
-}
-
-TEST(MedianFilterEntry, RefusesInThisOrderAndWritesNothing)
-{
-    std::vector<double> room(64, 3.0);
-    const dm::image<double> null_image{nullptr, 4, 4}, four{room.data(), 4, 4}, next{room.data() + 16, 4, 4},
-        wide{room.data() + 16, 5, 4};
-    constexpr std::int32_t too_far = 536870912;  // (2 * too_far + 1)^2 is the first to pass 2^60 - 1 doubles
-    struct refusal
-    {
-        dm::image<double> source, destination;
-        std::int32_t radius;
-        padding outside;
-        const char* text;
-    };
-    for (const refusal& r : {refusal{null_image, wide, too_far, padding::zeros, dm::errors::parameters_invalid},
-                             {four, null_image, 1, padding::none, dm::errors::parameters_invalid},
-                             {four, wide, -1, padding::zeros, dm::errors::parameters_invalid},
-                             {four, wide, too_far, padding::zeros, "vector<T> too long"},
-                             {four, wide, too_far, padding::none, dm::errors::different_size},
-                             {four, four, 1, padding::none, dm::errors::out_of_place},
-                             {four, next, too_far, padding::none, ""}}) {
-        const auto call = [&] { median_filter<double>(r.source, r.radius, r.outside, r.destination); };
-        EXPECT_EQ(support::message_of(call), r.text);
-        EXPECT_EQ(std::count(room.begin(), room.end(), 3.0), 64);
-    }
-    median_filter<double>(four, too_far - 1, padding::zeros, next);
-    EXPECT_EQ(std::count(room.begin(), room.end(), 0.0), 16) << "zeros are the majority";
+    const auto pixels = picture<float>(content::noise, 126);
+    const image<const float> volume{pixels.data(), 9, 7, 2}, second = volume.plane(1);
+    std::vector<float> medians(126), minima(126);
+    median_filter<float>(volume, 2, padding::none, {medians.data(), 9, 7, 2});
+    minimum_filter<float>(volume, 2, {minima.data(), 9, 7, 2});
+    const auto end_of = [](const std::vector<float>& all) { return std::vector<float>(all.begin() + 63, all.end()); };
+    EXPECT_EQ(end_of(medians), run_plain(median_variants<float>::table, second, 2, padding::none));
+    EXPECT_EQ(end_of(minima), run_plain(extreme_variants<float>::table, second, extreme::minimum, 2));
 }
 
 }  // namespace

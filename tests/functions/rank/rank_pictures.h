@@ -2,9 +2,9 @@
 
 #include "image/image.h"
 #include "image/processor.h"
-#include "tests/support/canvas.h"
 #include "tests/support/same_bytes.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -13,38 +13,35 @@
 #include <string>
 #include <vector>
 
-/// Pictures that are hard to rank, and the types and variants to rank them in.
+/// Pictures that are hard to rank, and the variants of a kernel compared on them.
 namespace rank_pictures {
+
+using qorv::dm::image;
+using real_types = testing::Types<float, double>;
 
 enum class content
 {
     noise,       ///< hardly two alike, both signs
-    few_levels,  ///< ties everywhere
+    few_levels,  ///< ties everywhere; the sum of two real numbers may overflow
     ramp,        ///< sorted
     infinities,  ///< noise with a third of infinities of both signs
     halves,      ///< the lowest value or -inf, then the highest or +inf
     zeros,       ///< noise with zeros of both signs, scattered in one quarter of the picture
     nans,        ///< noise with a few NaN of different payloads
 };
+using contents = std::vector<content>;
+inline const contents ordered_contents{content::noise, content::few_levels, content::ramp, content::infinities,
+                                       content::halves};
+inline const contents all_contents{content::noise,  content::few_levels, content::ramp, content::infinities,
+                                   content::halves, content::zeros,      content::nans};
 
-inline std::vector<content> contents_without_special()
-{
-    return {content::noise, content::few_levels, content::ramp, content::infinities, content::halves};
-}
-inline std::vector<content> all_contents()
-{
-    auto all = contents_without_special();
-    all.insert(all.end(), {content::zeros, content::nans});
-    return all;
-}
-
-/// Integers know no infinity and no NaN; they get the ends of their range and zeros instead.
+/// Integers have the ends of their range for infinities, and zeros for NaN.
 template <class T>
 std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
 {
     using limits = std::numeric_limits<T>;
-    constexpr T lowest = limits::has_infinity ? -limits::infinity() : limits::lowest();
-    constexpr T highest = limits::has_infinity ? limits::infinity() : limits::max();
+    const T lowest = limits::has_infinity ? -limits::infinity() : limits::lowest();
+    const T highest = limits::has_infinity ? limits::infinity() : limits::max();
     std::mt19937 random{seed};
     std::vector<T> pixels(static_cast<std::size_t>(count));
     for (std::size_t i = 0; i < pixels.size(); ++i) {
@@ -52,7 +49,7 @@ std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
         T& p = pixels[i];
         p = limits::is_integer ? static_cast<T>(r)
                                : static_cast<T>(std::ldexp(double(r) - 2147483648.0, int(r % 9) - 40));
-        if (what == content::few_levels) p = static_cast<T>(1 + r % 3);
+        if (what == content::few_levels) p = static_cast<T>((1 + r % 3) * (limits::is_integer ? 1 : limits::max() / 3));
         if (what == content::ramp) p = static_cast<T>(i);
         const unsigned rare = random();
         if (what == content::infinities && rare % 3 == 0) p = rare % 2 == 0 ? lowest : highest;
@@ -65,19 +62,11 @@ std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
     return pixels;
 }
 
-/// The rows of a kernel's table that this machine runs; the last is the plain one.
-template <class Function, std::size_t n>
-auto variants(const qorv::dm::variant<Function> (&table)[n])
-{
-    qorv::dm::read_processor_features();
-    return qorv::dm::runnable(table);
-}
-
 /// Width and height.
 using extent = std::array<std::ptrdiff_t, 2>;
-inline constexpr extent small_planes[] = {{1, 1}, {2, 3}, {7, 1}, {1, 9}, {13, 11}, {37, 29}};
+inline const std::vector<extent> small_planes{{1, 1}, {2, 3}, {7, 1}, {1, 9}, {13, 11}, {37, 29}};
 
-/// Widths and heights that meet every remainder of a vector, a stretch and a window at least once.
+/// Widths and heights with every remainder of a vector, a stretch of columns and a window.
 inline std::vector<extent> planes()
 {
     std::vector<extent> all{{67, 1}, {1, 67}, {2, 2}, {3, 3}, {5, 4}};
@@ -85,55 +74,72 @@ inline std::vector<extent> planes()
     return all;
 }
 
+/// Asserts check(plane, radius, mode) for all combinations.
+template <class T, class Mode, class Check>
+void for_each_plane(const std::vector<extent>& sizes, const std::vector<std::ptrdiff_t>& radii, const contents& whats,
+                    std::initializer_list<Mode> modes, Check check)
+{
+    for (const auto [width, height] : sizes)
+        for (const std::ptrdiff_t radius : radii)
+            for (const content what : whats)
+                for (const Mode mode : modes) {
+                    const auto pixels = picture<T>(what, width * height, unsigned(radius));
+                    ASSERT_TRUE(check(image<const T>{pixels.data(), width, height}, radius, mode)) << int(what);
+                }
+}
+
 template <class T, class Truth>
-std::vector<T> at_every_pixel(const qorv::dm::image<const T>& plane, Truth truth)
+std::vector<T> at_every_pixel(const image<const T>& plane, Truth truth)
 {
     std::vector<T> all;
     for (std::ptrdiff_t y = 0; y < plane.height(); ++y)
-        for (std::ptrdiff_t x = 0; x < plane.width(); ++x) all.push_back(truth(plane, x, y));
+        for (std::ptrdiff_t x = 0; x < plane.width(); ++x) all.push_back(truth(x, y));
     return all;
 }
 
-/// What a kernel writes into guarded memory; `how` stands between its source and its destination.
-template <class T, class Kernel, class... How>
-std::vector<T> run(Kernel* kernel, const qorv::dm::image<const T>& plane, How... how)
+template <class T>
+T median_by_sorting(std::vector<T> values)
 {
-    support::framed<T> out{static_cast<std::size_t>(plane.width() * plane.height())};
-    kernel(plane, how..., {out.inside(), plane.width(), plane.height()});
+    std::sort(values.begin(), values.end());
+    const T middle = values[values.size() / 2];
+    return values.size() % 2 != 0 ? middle : (middle + values[values.size() / 2 - 1]) * T(0.5);
+}
+
+/// The rows of a kernel's table that this machine runs.
+template <class Table>
+auto variants(const Table& table)
+{
+    qorv::dm::read_processor_features();
+    return qorv::dm::runnable(table);
+}
+
+/// The output of a kernel, written into guarded memory. `options` are the parameters between source and destination.
+template <class T, class Kernel, class... Options>
+std::vector<T> run(Kernel* kernel, const image<const T>& source, Options... options)
+{
+    support::framed<T> out{static_cast<std::size_t>(source.width() * source.height())};
+    kernel(source, options..., {out.inside(), source.width(), source.height()});
     EXPECT_TRUE(out.frame_untouched());
     return out.copy();
 }
 
-template <class T, class Kernel, std::size_t n, class... How>
-testing::AssertionResult every_variant_gives(const std::vector<T>& wanted, const qorv::dm::variant<Kernel> (&table)[n],
-                                             const qorv::dm::image<const T>& plane, How... how)
+/// The last row of a table is the plain form.
+template <class T, class Table, class... Options>
+std::vector<T> run_plain(const Table& table, const image<const T>& source, Options... options)
 {
-    for (const auto& v : variants(table))
-        if (auto same = support::same_bytes(run(v.function, plane, how...), wanted); !same)
-            return ((same << " by " << v.name << ", " << plane.width() << " x " << plane.height())
-                    << ... << (" " + std::to_string(static_cast<std::int64_t>(how))));
-    return testing::AssertionSuccess();
+    return run(std::end(table)[-1].function, source, options...);
 }
 
-/// `filter` works plane by plane through any strides, writes nothing between them, and gives `truth` at every pixel.
-template <class T, class Filter, class Truth>
-void expect_filters_strided_volumes(Filter filter, Truth truth)
+template <class T, class Kernel, std::size_t n, class... Options>
+testing::AssertionResult every_variant_gives(const std::vector<T>& expected,
+                                             const qorv::dm::variant<Kernel> (&table)[n], const image<const T>& source,
+                                             Options... options)
 {
-    const auto pixels = picture<T>(content::noise, 40 * 30 * 3);
-    using extents = typename qorv::dm::image<T>::extents;
-    for (const extents& strides : {extents{1, 40, 1200}, {2, 40, 1200}, {40, 1, 1200}, {1, 120, 40}})
-        for (std::int32_t use : {0, 1}) {
-            qorv::dm::set_use_simd(use);
-            const qorv::dm::image<const T> source{pixels.data(), {17, 13, 3}, strides};
-            std::vector<T> out(pixels.size(), T(7));
-            const qorv::dm::image<T> destination{out.data(), {17, 13, 3}, strides};
-            filter(source, destination);
-            support::for_each_place(source.sizes(), [&](auto x, auto y, auto z) {
-                EXPECT_EQ(destination(x, y, z), truth(source.plane(z), x, y));
-                destination(x, y, z) = T(7);
-            });
-            ASSERT_EQ(out, std::vector<T>(pixels.size(), T(7))) << "written between the strides";
-        }
+    for (const auto& v : variants(table))
+        if (auto same = support::same_bytes(run(v.function, source, options...), expected); !same)
+            return ((same << " by " << v.name << ", " << source.width() << " x " << source.height())
+                    << ... << (" " + std::to_string(static_cast<std::int64_t>(options))));
+    return testing::AssertionSuccess();
 }
 
 }  // namespace rank_pictures

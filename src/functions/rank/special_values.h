@@ -5,17 +5,16 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <limits>
 #include <type_traits>
 #include <vector>
 
-/// The values for which an order by comparison does not settle which bits come out: a NaN, which compares with nothing,
-/// and -0, which equals +0. The fast forms of the rank filters go ahead regardless of them and then have the windows in
-/// which they occur done again by the plain form, so that every variant gives the same bits.
+/// NaN, which is unordered, and -0, which equals +0: with these values the bits of a rank filter's result depend on the
+/// order of its comparisons. The fast forms first filter as if there were none and then recompute by the plain form the
+/// pixels whose windows hold one, so that all variants return the same bits.
 namespace qorv::functions {
 
 template <class T>
-constexpr bool is_special(T value)
+constexpr bool is_special([[maybe_unused]] T value)
 {
     if constexpr (std::is_floating_point_v<T>) {
         using bits = std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>;
@@ -26,23 +25,21 @@ constexpr bool is_special(T value)
 
 /// Whether any of `count` contiguous values is special.
 template <class T>
-bool any_special(const T* values, std::ptrdiff_t count)
+bool any_special([[maybe_unused]] const T* values, [[maybe_unused]] std::ptrdiff_t count)
 {
     if constexpr (std::is_floating_point_v<T>) {
         using bits = std::conditional_t<sizeof(T) == 4, std::int32_t, std::int64_t>;
-        constexpr bits sign = std::numeric_limits<bits>::min();
-        constexpr bits infinity = std::bit_cast<bits>(std::numeric_limits<T>::infinity());
-        bits found = 0;  // as integers throughout, which leaves one kind of compare to the vector unit
+        bits found = 0;  // written so that the compiler vectorises it
         for (std::ptrdiff_t i = 0; i < count; ++i) {
             const bits b = std::bit_cast<bits>(values[i]);
-            found |= bits(b == sign) | bits((b & ~sign) > infinity);
+            found |= (values[i] == 0 ? b : 0) | (values[i] != values[i] ? b : 0);  // +0 alone has no bits
         }
         return found != 0;
     } else
-        return values == nullptr && count < 0;
+        return false;
 }
 
-/// Remembers which rows of a plane hold special values, and finds the outputs that these can reach.
+/// The rows of a plane that hold special values, and the output pixels that depend on them.
 template <class T>
 class special_rows
 {
@@ -51,19 +48,19 @@ class special_rows
         : plane_{plane}, flags_(static_cast<std::size_t>(plane.height()))
     {}
 
-    /// Looks at the contiguous pixels [begin, end) of row y.
-    void look(std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end)
+    /// Flags row y if one of its pixels [begin, end), which must be contiguous, is special.
+    void inspect(std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end)
     {
         if (any_special(plane_.row(y) + begin, end - begin)) flags_[static_cast<std::size_t>(y)] = true;
     }
 
-    /// Calls redo(y, begin, end) for the stretches of output pixels whose windows hold a special value.
-    template <class Redo>
-    void repair(std::ptrdiff_t radius, Redo&& redo) const
+    /// Calls recompute(y, begin, end) for each run of output pixels whose windows hold a special value.
+    template <class Recompute>
+    void repair(std::ptrdiff_t radius, Recompute&& recompute) const
     {
         if (std::find(flags_.begin(), flags_.end(), true) == flags_.end()) return;
         const std::ptrdiff_t height = plane_.height();
-        std::vector<std::int32_t> counts(static_cast<std::size_t>(plane_.width()));  // in the window's rows, by column
+        std::vector<std::int32_t> counts(static_cast<std::size_t>(plane_.width()));  // per column of the window's rows
         const auto add = [&](std::ptrdiff_t y, std::int32_t step) {
             if (!flags_[static_cast<std::size_t>(y)]) return;
             for (std::ptrdiff_t x = 0; x < plane_.width(); ++x)
@@ -73,13 +70,15 @@ class special_rows
         for (std::ptrdiff_t y = 0; y < height; ++y) {
             if (radius < height - y) add(y + radius, 1);
             if (y > radius) add(y - radius - 1, -1);
-            stretches(counts, std::min(radius, plane_.width()), [&](auto begin, auto end) { redo(y, begin, end); });
+            for_each_run(counts, std::min(radius, plane_.width()),
+                         [&](auto begin, auto end) { recompute(y, begin, end); });
         }
     }
 
   private:
+    /// Calls found(begin, end) for each maximal run of positions within `reach` of a column with a count.
     template <class Found>
-    static void stretches(const std::vector<std::int32_t>& counts, std::ptrdiff_t reach, Found&& found)
+    static void for_each_run(const std::vector<std::int32_t>& counts, std::ptrdiff_t reach, Found&& found)
     {
         const auto width = static_cast<std::ptrdiff_t>(counts.size());
         std::ptrdiff_t begin = 0;

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <type_traits>
 
-/// Unsigned integers in the order of the floating-point numbers they stand for: negative numbers have all bits flipped,
-/// the others the sign bit. -0 comes before +0, NaNs come first or last by their sign.
+/// Unsigned integers that sort like the floating-point numbers they encode: all bits of a negative number are flipped,
+/// of any other number the sign bit. -0 sorts before +0; a NaN sorts first or last, by its sign.
 namespace qorv::functions {
 
 template <class T>

@@ -1,15 +1,18 @@
-#include "functions/rank/median_forms.h"
-#include "functions/rank/median_window.h"
-#include "functions/rank/rank_keys.h"
-#include "functions/rank/rank_window_sse.h"
+#include "functions/rank/median_filter_ranks.h"
+#include "functions/rank/rank_key.h"
+#include "functions/rank/window_range.h"
 
 #include <array>
+#include <bit>
+#include <cstring>
+#include <utility>
+#include <vector>
 
 namespace qorv::functions {
 namespace {
 
-/// Tiles of outputs are this wide and high, or twice the radius: the margin is ranked for every tile again, and the
-/// window's set of ranks should fit the first-level cache.
+/// Width and height of a tile of outputs, at least; large windows get tiles of twice the radius. Larger tiles rank
+/// fewer margin pixels twice; smaller ones keep the window's set of ranks in the first-level cache.
 constexpr std::ptrdiff_t tile_side = 64;
 
 template <class T>
@@ -19,7 +22,7 @@ struct keyed
     std::uint32_t index;
 };
 
-/// Sorts by key, digit by digit from the lowest; digits that all keys share are passed over.
+/// Radix sort by key from the lowest digit. Digits that are the same in all keys are skipped. `scratch` is overwritten.
 template <class T>
 void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
 {
@@ -42,13 +45,80 @@ void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
     }
 }
 
-/// The pixels that a tile's windows can see, ranked. Columns are contiguous: a window that moves along a row takes a
-/// piece of one in and gives one up.
+/// A set of ranks: a byte, 0 or 1, for each possible one, since setting a byte is faster than setting a bit. The search
+/// for the middle starts at the block of 64 ranks where the last search ended, because the middle moves little while a
+/// window slides.
+class rank_set
+{
+  public:
+    /// The place of a rank's byte. Within a block, byte j of word k belongs to rank 8 * j + k, so that a sum of shifted
+    /// words is the block as a mask of 64 bits.
+    static std::uint32_t slot_of(std::uint32_t rank) { return (rank & ~63u) | (rank & 7u) << 3 | (rank >> 3 & 7u); }
+
+    /// The empty set, for ranks 0 .. count - 1.
+    explicit rank_set(std::size_t count) : bytes_((count + block_size) & ~(block_size - 1)) {}
+
+    void add(std::uint32_t slot)
+    {
+        bytes_[slot] = 1;
+        below_ += slot < begin_;
+    }
+    void remove(std::uint32_t slot)
+    {
+        bytes_[slot] = 0;
+        below_ -= slot < begin_;
+    }
+
+    /// The rank that has `index` smaller ones in the set, which has more than `index` ranks.
+    std::uint32_t at(std::uint32_t index)
+    {
+        while (below_ > index) {
+            begin_ -= block_size;
+            below_ -= count_of_block();
+        }
+        for (std::uint32_t count = count_of_block(); below_ + count <= index; count = count_of_block()) {
+            below_ += count;
+            begin_ += block_size;
+        }
+        std::uint64_t mask = mask_of_block();
+        for (std::uint32_t i = below_; i < index; ++i) mask &= mask - 1;
+        return begin_ + static_cast<std::uint32_t>(std::countr_zero(mask));
+    }
+
+  private:
+    static constexpr std::uint32_t block_size = 64;
+
+    std::uint64_t word(int k) const
+    {
+        std::uint64_t bytes;
+        std::memcpy(&bytes, bytes_.data() + begin_ + 8 * k, sizeof(bytes));
+        return bytes;
+    }
+    std::uint32_t count_of_block() const
+    {
+        std::uint64_t sums = 0;  // of each byte, at most 8
+        for (int k = 0; k < 8; ++k) sums += word(k);
+        return static_cast<std::uint32_t>(sums * 0x0101010101010101 >> 56);
+    }
+    std::uint64_t mask_of_block() const
+    {
+        std::uint64_t mask = 0;
+        for (int k = 8; k-- > 0;) mask = 2 * mask + word(k);
+        return mask;
+    }
+
+    std::vector<std::uint8_t> bytes_;
+    std::uint32_t begin_ = 0;  ///< first rank of the block where the last search ended
+    std::uint32_t below_ = 0;  ///< ranks in the set below begin_
+};
+
+/// The ranks, as slots of a rank_set, of the pixels under a tile's windows, stored column by column: a window that
+/// moves along a row adds a piece of one column and removes a piece of another.
 template <class T>
 class ranked_tile
 {
   public:
-    /// Positions of `across` and `down` outside the plane count as zeros.
+    /// Ranks the positions across x down of the plane; those outside the plane are zeros.
     void rank(const dm::image<const T>& plane, window_range across, window_range down)
     {
         across_ = across;
@@ -60,14 +130,15 @@ class ranked_tile
                 items_.push_back({key_of(inside ? plane(x, y) : T(0)), static_cast<std::uint32_t>(items_.size())});
             }
         sort_keys(items_, scratch_);
-        ranks_.resize(items_.size());
-        for (std::size_t i = 0; i < items_.size(); ++i) ranks_[items_[i].index] = static_cast<std::uint32_t>(i);
+        slots_.resize(items_.size());
+        for (std::size_t i = 0; i < items_.size(); ++i)
+            slots_[items_[i].index] = rank_set::slot_of(static_cast<std::uint32_t>(i));
     }
 
     std::size_t size() const { return items_.size(); }
     const std::uint32_t* column(std::ptrdiff_t x, std::ptrdiff_t y) const
     {
-        return ranks_.data() + (x - across_.begin) * down_.count() + (y - down_.begin);
+        return slots_.data() + (x - across_.begin) * down_.count() + (y - down_.begin);
     }
     T value(std::uint32_t rank) const { return value_of<T>(items_[rank].key); }
 
@@ -77,10 +148,10 @@ class ranked_tile
   private:
     window_range across_{}, down_{};
     std::vector<keyed<T>> items_, scratch_;
-    std::vector<std::uint32_t> ranks_;
+    std::vector<std::uint32_t> slots_;
 };
 
-/// A square window on its way over a tile.
+/// The set of ranks of a square window that slides over a tile.
 template <class T>
 class sliding_window
 {
@@ -130,22 +201,22 @@ class sliding_window
     }
     void add_column(std::ptrdiff_t x)
     {
-        const std::uint32_t* ranks = tile_.column(x, down_.begin);
-        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.add(ranks[i]);
+        const std::uint32_t* slots = tile_.column(x, down_.begin);
+        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.add(slots[i]);
     }
     void remove_column(std::ptrdiff_t x)
     {
-        const std::uint32_t* ranks = tile_.column(x, down_.begin);
-        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.remove(ranks[i]);
+        const std::uint32_t* slots = tile_.column(x, down_.begin);
+        for (std::ptrdiff_t i = 0; i < down_.count(); ++i) set_.remove(slots[i]);
     }
 
     const ranked_tile<T>& tile_;
     std::ptrdiff_t radius_;
-    rank_window set_;
+    rank_set set_;
     window_range across_, down_;
 };
 
-/// Goes over the outputs row by row, to the right and back.
+/// Filters the outputs row by row, alternately rightwards and leftwards.
 template <class T>
 void filter_tile(const ranked_tile<T>& tile, std::ptrdiff_t radius, const dm::image<T>& destination, window_range xs,
                  window_range ys)
@@ -167,14 +238,14 @@ void filter_tile(const ranked_tile<T>& tile, std::ptrdiff_t radius, const dm::im
 }  // namespace
 
 template <class T>
-void median_plane_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
-                           const dm::image<T>& destination)
+void median_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
+                     const dm::image<T>& destination)
 {
     const std::ptrdiff_t width = source.width();
     const std::ptrdiff_t height = source.height();
     const std::ptrdiff_t reach_x = outside == padding::none ? std::min(radius, width) : radius;
     const std::ptrdiff_t reach_y = outside == padding::none ? std::min(radius, height) : radius;
-    const auto seen_from = [&](window_range outputs, std::ptrdiff_t reach, std::ptrdiff_t size) {
+    const auto under_windows = [&](window_range outputs, std::ptrdiff_t reach, std::ptrdiff_t size) {
         outputs.begin -= reach;
         outputs.end += reach;
         if (outside == padding::none) {
@@ -190,12 +261,12 @@ void median_plane_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radi
         for (std::ptrdiff_t x = 0; x < width; x += side_x) {
             const window_range xs{x, std::min(x + side_x, width)};
             const window_range ys{y, std::min(y + side_y, height)};
-            tile.rank(source, seen_from(xs, reach_x, width), seen_from(ys, reach_y, height));
+            tile.rank(source, under_windows(xs, reach_x, width), under_windows(ys, reach_y, height));
             filter_tile(tile, radius, destination, xs, ys);
         }
 }
 
-template void median_plane_by_ranks(const dm::image<const float>&, std::ptrdiff_t, padding, const dm::image<float>&);
-template void median_plane_by_ranks(const dm::image<const double>&, std::ptrdiff_t, padding, const dm::image<double>&);
+template void median_by_ranks(const dm::image<const float>&, std::ptrdiff_t, padding, const dm::image<float>&);
+template void median_by_ranks(const dm::image<const double>&, std::ptrdiff_t, padding, const dm::image<double>&);
 
 }  // namespace qorv::functions
