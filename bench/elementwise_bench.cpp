@@ -70,7 +70,7 @@ int main()
         [&](std::size_t i) {
             return complex{rho[i] * std::cos(theta[i]), rho[i] * std::sin(theta[i])};
         });
-    for (const auto& v : qorv::dm::runnable(functions::modulus_variants<float>))
+    for (const auto& v : qorv::dm::runnable(functions::modulus_variants<float>()))
         compare<float>(
             "abs", v.name, [&](float* r) { v.function(z.data(), r, n); },
             [&](std::size_t i) { return std::abs(z[i]); });
@@ -86,7 +86,7 @@ int main()
     compare<float>(
         "log2", "float", [&](float* r) { functions::log2(positive.data(), r, n); },
         [&](std::size_t i) { return std::log2(positive[i]); });
-    for (const auto& v : qorv::dm::runnable(functions::pow_variants<float>))
+    for (const auto& v : qorv::dm::runnable(functions::pow_variants<float>()))
         compare<float>(
             "pow", v.name, [&](float* r) { v.function(positive.data(), exponents.data(), r, n); },
             [&](std::size_t i) { return std::pow(positive[i], exponents[i]); });

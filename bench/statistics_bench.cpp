@@ -13,7 +13,7 @@ namespace {
 
 using namespace qorv;
 
-/// The seven sums as one would write them first: the reference of the ratios.
+/// The seven sums in one plain loop: the reference of the ratios.
 functions::difference_survey plain_survey(const std::vector<float>& a, const std::vector<float>& b)
 {
     functions::difference_survey s;
@@ -54,7 +54,7 @@ void run(std::ptrdiff_t size)
                  two.median_ns);
 
     const functions::radial_grid grid{size / 2, size / 2, 1, 1};
-    const std::ptrdiff_t length = functions::radial_length(grid, size, size);
+    const std::ptrdiff_t length = functions::radial_length(grid, {size, size, 1});
     std::vector<float> flat(a.size(), 3.0f), profile(static_cast<std::size_t>(length));
     const auto survey = [&](const std::vector<float>& from) {
         functions::radial_survey<float, float>({from.data(), size, size}, grid, {profile.data(), length});

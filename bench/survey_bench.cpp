@@ -20,7 +20,7 @@ void compare(const std::string& what)
     for (auto& v : pixels) sum += static_cast<double>(v = static_cast<T>(random() % 1000));
     const dm::image<const T> image{pixels.data(), n, n};
     double plain = 0;
-    for (auto rows = dm::runnable(functions::survey_variants<T>); !rows.empty(); rows.pop_back()) {
+    for (auto rows = dm::runnable(functions::survey_variants<T>()); !rows.empty(); rows.pop_back()) {
         functions::survey_record record;
         const auto taken = bench::measure<bench::processor_clock>(n * n, [&] { record = rows.back().function(image); });
         bench::check(record.count == n * n && std::abs(record.sum - sum) <= 1e-12 * sum, what.c_str());

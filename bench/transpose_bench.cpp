@@ -24,7 +24,7 @@ void compare(const std::string& type)
     for (const auto& [name, which] :
          {std::pair{"XZ ", functions::transposition::xz}, {"YZ ", functions::transposition::yz}}) {
         functions::transpose_plain(view(from), view(wanted), sizeof(T), which);
-        for (const auto& row : dm::runnable(functions::transpose_variants)) {
+        for (const auto& row : dm::runnable(functions::transpose_variants())) {
             const auto run = [&, w = which](std::vector<T>& source, std::vector<T>& result) {
                 row.function(view(source), view(result), sizeof(T), w);
             };

@@ -78,7 +78,7 @@ TYPED_TEST(gaussian_test, VariantsAgreeToTheBit)
                     const canvas<TypeParam> from{sizes, how}, wanted{sizes};
                     from.view()(n / 2 % sizes[0], n / 3 % sizes[1]) = TypeParam(-0.0);
                     gaussian_plain<TypeParam>(from.view(), wanted.view(), weights);
-                    for (const auto& row : dm::runnable(gaussian_variants<TypeParam>)) {
+                    for (const auto& row : dm::runnable(gaussian_variants<TypeParam>())) {
                         const canvas<TypeParam> apart{sizes, how, 2}, in_place{sizes, how};
                         in_place.view()(n / 2 % sizes[0], n / 3 % sizes[1]) = TypeParam(-0.0);
                         row.function(from.view(), apart.view(), weights);

@@ -50,7 +50,7 @@ std::complex<double> one_sided_mean(const std::vector<T>& line, std::ptrdiff_t i
 
 TYPED_TEST(moving_average_test, PassDividesByAWindowClippedOnOneSide)
 {
-    for (const auto& row : dm::runnable(box_pass_variants<TypeParam>))
+    for (const auto& row : dm::runnable(box_pass_variants<TypeParam>()))
         for (int along = 0; along < 3; ++along)
             for (std::ptrdiff_t n : {1, 2, 3, 5, 21, 67})
                 for (std::ptrdiff_t r : radii) {
@@ -136,7 +136,7 @@ TYPED_TEST(moving_average_test, PassVariantsAgreeToTheBit)
         for (int along = 0; along < 3; ++along) {
             const source<TypeParam> from{sizes, how_from}, wanted{sizes, dense};
             box_pass_plain<TypeParam>(from.view(), wanted.view(), axis{along}, r);
-            for (const auto& row : dm::runnable(box_pass_variants<TypeParam>)) {
+            for (const auto& row : dm::runnable(box_pass_variants<TypeParam>())) {
                 const source<TypeParam> apart{sizes, how_to, 2}, in_place{sizes, how_to};
                 row.function(from.view(), apart.view(), axis{along}, r);
                 row.function(in_place.view(), in_place.view(), axis{along}, r);
@@ -155,11 +155,11 @@ TYPED_TEST(moving_average_test, PlaneVariantsAgreeToTheBit)
         const canvas<TypeParam> wanted{sizes}, wanted2{sizes}, mean{sizes, how_to}, squares{sizes, how_to};
         box_slice_plain<TypeParam>(from.view(), wanted.view(), r);
         box_slice2_plain<TypeParam>(from.view(), wanted.view(), wanted2.view(), r);
-        for (const auto& row : dm::runnable(box_slice_variants<TypeParam>)) {
+        for (const auto& row : dm::runnable(box_slice_variants<TypeParam>())) {
             row.function(from.view(), mean.view(), r);
             expect_same(row.name, mean, wanted, r);
         }
-        for (const auto& row : dm::runnable(box_slice2_variants<TypeParam>)) {
+        for (const auto& row : dm::runnable(box_slice2_variants<TypeParam>())) {
             row.function(from.view(), mean.view(), squares.view(), r);
             expect_same(row.name, mean, wanted, r);
             expect_same(row.name, squares, wanted2, r);

@@ -133,7 +133,7 @@ TEST(radial_survey, is_the_mean_of_each_rounded_radius_in_each_plane)
         for (std::ptrdiff_t depth : {1, 3}) {
             const canvas<std::int16_t> source{{17, 13, depth}};
             few_values(source, 4);
-            const std::ptrdiff_t length = functions::radial_length(g, 17, 13);
+            const std::ptrdiff_t length = functions::radial_length(g, {17, 13, depth});
             support::framed<float> profile{static_cast<std::size_t>(length * depth)};
             functions::radial_survey<std::int16_t, float>(source.view(), g, {profile.inside(), length, depth});
             EXPECT_TRUE(profile.frame_untouched());
@@ -151,13 +151,21 @@ TEST(radial_survey, is_the_mean_of_each_rounded_radius_in_each_plane)
         }
 }
 
-TEST(radial_survey, refuses_scales_without_a_profile)
+TEST(radial_survey, refuses_profiles_that_no_image_needs)
 {
-    for (const double scale : {inf, nan, 1e9})
-        EXPECT_EQ(message_of([&] {
-                      functions::radial_length({0, 0, scale, 1}, 100, 100);
-                  }),
-                  dm::errors::parameters_invalid);
+    const struct
+    {
+        functions::radial_grid grid;
+        image<float>::extents sizes;
+        bool refused;
+    } rows[] = {{{0, 0, inf, 1}, {100, 100, 1}, true},         {{0, 0, nan, 1}, {100, 100, 1}, true},
+                {{0, 0, 1e9, 1}, {100, 100, 1}, true},         {{16'000'000, 0, 1, 1}, {4, 4, 1}, false},
+                {{16'000'000, 0, 1, 1}, {4, 4, 2}, true},      {{0, 0, 0, 1}, {1 << 15, 1 << 15, 1000}, false},
+                {{0, 0, 1e12, 1}, {1 << 20, 1 << 20, 1}, true}};
+    for (const auto& r : rows)
+        EXPECT_EQ(message_of([&] { functions::radial_length(r.grid, r.sizes); }),
+                  r.refused ? dm::errors::parameters_invalid : "")
+            << r.grid.scale_x << " " << r.sizes[2];
 }
 
 /// A blob whose pixels mirror about its centre, on zero ground: its centre of mass is known without summing.
@@ -262,7 +270,7 @@ TEST(weight, by_the_inverse_of_its_own_rotational_average_leaves_one)
     std::vector<float> pixels(23 * 19 * 2);
     std::mt19937 random{11};
     for (float& v : pixels) v = 1.0f + static_cast<float>(random() % 1000);
-    const std::ptrdiff_t length = functions::radial_length(grid, 23, 19);
+    const std::ptrdiff_t length = functions::radial_length(grid, {23, 19, 2});
     std::vector<double> profile(static_cast<std::size_t>(2 * length)), flat(profile.size());
     functions::radial_survey<float, double>({pixels.data(), 23, 19, 2}, grid, {profile.data(), length, 2});
     const image<float> in_place{pixels.data(), 23, 19, 2};

@@ -24,7 +24,7 @@ TYPED_TEST_SUITE(survey_test, real_types);
 
 TYPED_TEST(survey_test, AgreesWithSortingAndExtendedSums)
 {
-    for (const auto& row : dm::runnable(survey_variants<TypeParam>))
+    for (const auto& row : dm::runnable(survey_variants<TypeParam>()))
         for (std::ptrdiff_t n = 1; n <= 67; ++n)
             for (const auto& how : {support::dense, support::gapped, support::sparse}) {
                 const canvas<TypeParam> image{{n, n == 1 ? 1 : 3, n == 1 ? 1 : 2}, how, static_cast<unsigned>(n)};
@@ -48,7 +48,7 @@ TYPED_TEST(survey_test, AgreesWithSortingAndExtendedSums)
 TYPED_TEST(survey_test, OfNoElementIsTheEmptyRange)
 {
     TypeParam value{};
-    for (const auto& row : dm::runnable(survey_variants<TypeParam>)) {
+    for (const auto& row : dm::runnable(survey_variants<TypeParam>())) {
         const survey_record none = row.function(dm::image<const TypeParam>{&value, 0, 3});
         EXPECT_EQ(none.count, 0);
         EXPECT_TRUE(none.minimum == 1.7976931348623157e308 && none.maximum == -1.7976931348623157e308) << row.name;
@@ -59,7 +59,7 @@ template <class T>
 void check_nans_passed_over()
 {
     const double nan = std::numeric_limits<double>::quiet_NaN(), infinity = std::numeric_limits<double>::infinity();
-    for (const auto& row : dm::runnable(survey_variants<T>))
+    for (const auto& row : dm::runnable(survey_variants<T>()))
         for (std::ptrdiff_t x = 0; x < 21; ++x) {
             const canvas<T> image{{21, 1, 1}};
             image.view()(x) = static_cast<T>(nan);

@@ -43,7 +43,7 @@ const extents volumes[] = {{1, 1, 1},   {7, 5, 1},    {1, 5, 7},     {9, 1, 4}, 
 
 TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
 {
-    for (const auto& row : dm::runnable(transpose_variants))
+    for (const auto& row : dm::runnable(transpose_variants()))
         for (const auto which : {transposition::xz, transposition::yz})
             for (const extents& sizes : volumes)
                 for (const auto& how : {support::dense, support::gapped, support::sparse}) {
@@ -61,7 +61,7 @@ TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
 
 TYPED_TEST(transpose_test, InPlaceIsTheSame)
 {
-    for (const auto& row : dm::runnable(transpose_variants))
+    for (const auto& row : dm::runnable(transpose_variants()))
         for (const auto which : {transposition::xz, transposition::yz})
             for (const std::ptrdiff_t n : {1, 2, 16, 33, 67, 130})
                 for (const auto& how : {support::dense, support::sparse}) {
