@@ -104,6 +104,22 @@ xsimd::batch<double, Arch> widened_half(xsimd::batch<float, Arch> v)
     (std::make_index_sequence<size>{});
 }
 
+/// The lanes of two vectors in double precision, rounded to single precision.
+template <class Arch>
+xsimd::batch<float, Arch> narrowed(xsimd::batch<double, Arch> low, xsimd::batch<double, Arch> high)
+{
+    using singles = xsimd::batch<float, Arch>;
+    constexpr std::size_t size = xsimd::batch<double, Arch>::size;
+    using half [[gnu::vector_size(size * sizeof(float))]] = float;
+    const half low_half = __builtin_convertvector(low.data, half);
+    const half high_half = __builtin_convertvector(high.data, half);
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return singles((typename singles::register_type)__builtin_shufflevector(low_half, high_half, i...));
+    }
+    (std::make_index_sequence<2 * size>{});
+}
+
 /// Transposes a square of elements, one vector a row. Each round interleaves the first half of the vectors with the
 /// second, which moves one bit of an element's position from its vector's index to its place in the vector.
 template <std::size_t width, class T, class Arch, std::size_t n>

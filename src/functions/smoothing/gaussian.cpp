@@ -47,14 +47,28 @@ std::vector<double> gaussian_weights(double sigma, std::int32_t order, std::ptrd
 
 std::vector<double> gaussian_norms(const std::vector<double>& weights, std::ptrdiff_t n)
 {
+    constexpr std::ptrdiff_t together = 8;  // independent sums hide the latency of the additions
     std::vector<double> norms(static_cast<std::size_t>(n));
     const std::ptrdiff_t last = static_cast<std::ptrdiff_t>(weights.size()) - 1;
     double both_sides = weights[0];  // of the taps that have samples on the left and on the right
-    for (std::ptrdiff_t i = 0; i <= n - 1 - i; ++i) {
-        if (i > 0 && i <= last) both_sides = both_sides + weights[i] + weights[i];
-        double sum = both_sides;
-        for (std::ptrdiff_t k = i + 1; k <= std::min(last, n - 1 - i); ++k) sum += weights[k];
-        norms[i] = norms[n - 1 - i] = sum;  // the same additions from the other end
+    for (std::ptrdiff_t begin = 0; begin <= n - 1 - begin; begin += together) {
+        const std::ptrdiff_t end = std::min(begin + together, (n + 1) / 2);
+        double sums[together] = {};
+        const auto add_one_sided = [&](std::ptrdiff_t i, std::ptrdiff_t from, std::ptrdiff_t to) {
+            for (std::ptrdiff_t k = from; k <= std::min({to, last, n - 1 - i}); ++k) sums[i - begin] += weights[k];
+        };
+        for (std::ptrdiff_t i = begin; i < end; ++i) {
+            if (i > 0 && i <= last) both_sides = both_sides + weights[i] + weights[i];
+            sums[i - begin] = both_sides;
+            add_one_sided(i, i + 1, end - 1);
+        }
+        const std::ptrdiff_t common_last = std::min(last, n - end);  // of the taps that all these samples have
+        for (std::ptrdiff_t k = end; k <= common_last; ++k)
+            for (double& sum : sums) sum += weights[k];
+        for (std::ptrdiff_t i = begin; i < end; ++i) {
+            add_one_sided(i, std::max(end, common_last + 1), last);
+            norms[i] = norms[n - 1 - i] = sums[i - begin];  // the same additions from the other end
+        }
     }
     return norms;
 }

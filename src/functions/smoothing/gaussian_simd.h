@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 #include "functions/smoothing/gaussian.h"
+#include "image/lanes_simd.h"
 
 /// Many pixels side by side, each with its taps in the plain variant's order. Samples are converted to double once, and
 /// -0 replaces those outside the image: adding a weight times -0 changes no sum, not even one that is -0.
@@ -18,24 +20,29 @@ namespace gauss {
 template <class Arch>
 inline constexpr std::ptrdiff_t group = 4 * static_cast<std::ptrdiff_t>(xsimd::batch<double, Arch>::size);
 
-/// The weights, each in all lanes of a vector.
+/// A weight in all lanes of a vector, and the samples that it applies to: for the pixels of the line in order the sample
+/// before and the one after. Pointers of the table are as fast as possible for the processor to load; for computed ones
+/// GCC needs more registers than there are.
 template <class Arch>
-struct wide_weights
+struct tap
 {
-    using vec = xsimd::batch<double, Arch>;
+    double weight[xsimd::batch<double, Arch>::size];
+    const double *before, *after;
+};
 
-    explicit wide_weights(const std::vector<double>& weights)
-        : size{static_cast<std::ptrdiff_t>(weights.size())}, values(weights.size() * vec::size)
-    {
-        for (std::size_t i = 0; i < values.size(); ++i) values[i] = weights[i / vec::size];
-    }
-    vec operator[](std::ptrdiff_t i) const
-    {
-        return vec::load_unaligned(values.data() + i * static_cast<std::ptrdiff_t>(vec::size));
-    }
+template <class Arch>
+std::vector<tap<Arch>> taps_of(const std::vector<double>& weights)
+{
+    std::vector<tap<Arch>> taps(weights.size());
+    for (std::size_t i = 0; i < taps.size(); ++i) std::fill_n(taps[i].weight, std::size(taps[i].weight), weights[i]);
+    return taps;
+}
 
-    std::ptrdiff_t size;
-    std::vector<double> values;
+/// The greatest i of each side for which tap i meets the line, for the first group of pixels.
+struct reach
+{
+    std::ptrdiff_t before, after;
+    std::ptrdiff_t step;  ///< 1 along x, where the next pixel has one sample more before it, 0 along y
 };
 
 /// The weighted sums of a group of pixels.
@@ -59,98 +66,84 @@ struct sums_of_group
         d = d + weight * vec::load_unaligned(pixels + 3 * lanes);
     }
     /// Divides by `norms` and rounds to the element type.
-    template <class T>
-    void store_means(const double* norms, T* to) const
+    void store_means(const double* norms, double* to) const
     {
-        alignas(64) double means[group<Arch>];
-        (a / vec::load_unaligned(norms)).store_aligned(means);
-        (b / vec::load_unaligned(norms + lanes)).store_aligned(means + lanes);
-        (c / vec::load_unaligned(norms + 2 * lanes)).store_aligned(means + 2 * lanes);
-        (d / vec::load_unaligned(norms + 3 * lanes)).store_aligned(means + 3 * lanes);
-        for (std::ptrdiff_t i = 0; i < group<Arch>; ++i) to[i] = static_cast<T>(means[i]);
+        (a / vec::load_unaligned(norms)).store_unaligned(to);
+        (b / vec::load_unaligned(norms + lanes)).store_unaligned(to + lanes);
+        (c / vec::load_unaligned(norms + 2 * lanes)).store_unaligned(to + 2 * lanes);
+        (d / vec::load_unaligned(norms + 3 * lanes)).store_unaligned(to + 3 * lanes);
+    }
+    void store_means(const double* norms, float* to) const
+    {
+        dm::simd::narrowed(a / vec::load_unaligned(norms), b / vec::load_unaligned(norms + lanes)).store_unaligned(to);
+        dm::simd::narrowed(c / vec::load_unaligned(norms + 2 * lanes), d / vec::load_unaligned(norms + 3 * lanes))
+            .store_unaligned(to + 2 * lanes);
     }
 
     vec a, b, c, d;
 };
 
-/// The means of the group of pixels at `at`. Taps that meet the line for no pixel of the group are left out.
-/// samples   before(i) and after(i) are the samples of weight i, for the pixels of the line in order; most_before(at)
-///           and most_after(at) the greatest i of each side that meets the line
-template <class Arch, class T, class Samples>
-void mean_of_group(const wide_weights<Arch>& weights, const Samples& samples, std::ptrdiff_t at, const double* norms,
-                   T* to)
+/// The means of the group of pixels at `at`, from the first `before` and `after` taps of each side.
+template <class Arch, class T>
+[[gnu::always_inline]] inline void mean_of_group(const tap<Arch>* taps, std::ptrdiff_t at, std::ptrdiff_t before,
+                                                 std::ptrdiff_t after, const double* norms, T* to)
 {
-    const std::ptrdiff_t before = std::min(samples.most_before(at), weights.size - 1);
-    const std::ptrdiff_t after = std::min(samples.most_after(at), weights.size - 1);
-    sums_of_group<Arch> sums{weights[0], samples.before(0) + at};
-    std::ptrdiff_t i = 1;
-    for (; i <= std::min(before, after); ++i) {
-        const auto weight = weights[i];
-        sums.add(weight, samples.before(i) + at);
-        sums.add(weight, samples.after(i) + at);
+    using vec = xsimd::batch<double, Arch>;
+    sums_of_group<Arch> sums{vec::load_unaligned(taps->weight), taps->before + at};
+    const tap<Arch>* const both = taps + std::min(before, after);
+    const tap<Arch>* t = taps + 1;
+    for (; t <= both; ++t) {
+        const vec weight = vec::load_unaligned(t->weight);
+        sums.add(weight, t->before + at);
+        sums.add(weight, t->after + at);
     }
-    for (; i <= before; ++i) sums.add(weights[i], samples.before(i) + at);
-    for (; i <= after; ++i) sums.add(weights[i], samples.after(i) + at);
+    for (; t <= taps + before; ++t) sums.add(vec::load_unaligned(t->weight), t->before + at);
+    for (; t <= taps + after; ++t) sums.add(vec::load_unaligned(t->weight), t->after + at);
     sums.store_means(norms + at, to);
 }
 
-/// `count` means; samples and norms exist for whole groups.
-template <class Arch, class T, class Samples>
-void weighted_means(const wide_weights<Arch>& weights, const Samples& samples, const double* norms, T* to,
+/// `count` means; samples and norms exist for whole groups. Taps that meet the line for no pixel of a group are left out.
+template <class Arch, class T>
+void weighted_means(const std::vector<tap<Arch>>& taps, const reach& meets, const double* norms, T* to,
                     std::ptrdiff_t count)
 {
-    std::ptrdiff_t at = 0;
-    for (; at + group<Arch> <= count; at += group<Arch>) mean_of_group<Arch>(weights, samples, at, norms, to + at);
-    if (at == count) return;
-    T room[group<Arch>];
-    mean_of_group<Arch>(weights, samples, at, norms, room);
-    std::memcpy(to + at, room, static_cast<std::size_t>(count - at) * sizeof(T));
+    const std::ptrdiff_t last = static_cast<std::ptrdiff_t>(taps.size()) - 1;
+    for (std::ptrdiff_t at = 0; at < count; at += group<Arch>) {
+        const std::ptrdiff_t before = std::min(meets.before + meets.step * at, last);
+        const std::ptrdiff_t after = std::min(meets.after - meets.step * at, last);
+        if (at + group<Arch> <= count) {
+            if (before == last && after == last)  // with these as constants of the loop, the usual group is faster
+                mean_of_group(taps.data(), at, last, last, norms, to + at);
+            else
+                mean_of_group(taps.data(), at, before, after, norms, to + at);
+        } else {
+            T room[group<Arch>];
+            mean_of_group(taps.data(), at, before, after, norms, room);
+            std::memcpy(to + at, room, static_cast<std::size_t>(count - at) * sizeof(T));
+        }
+    }
 }
-
-/// The samples of one row, with -0 on both sides as far as a group can reach.
-template <class Arch>
-struct row_samples
-{
-    const double* pixels;
-    std::ptrdiff_t width;
-
-    const double* before(std::ptrdiff_t i) const { return pixels - i; }
-    const double* after(std::ptrdiff_t i) const { return pixels + i; }
-    std::ptrdiff_t most_before(std::ptrdiff_t at) const { return at + group<Arch> - 1; }
-    std::ptrdiff_t most_after(std::ptrdiff_t at) const { return width - 1 - at; }
-};
 
 template <class Arch, class T>
 void blur_rows(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights)
 {
     const std::ptrdiff_t width = from.width(), step = from.strides()[0];
-    const wide_weights<Arch> wide{weights};
+    auto taps = taps_of<Arch>(weights);
     auto norms = gaussian_norms(weights, width);
     norms.resize(static_cast<std::size_t>(width + group<Arch>), 1.0);
     std::vector<double> line(static_cast<std::size_t>(width + 2 * group<Arch>), -0.0);
-    double* const pixels = line.data() + group<Arch>;
+    double* const pixels = line.data() + group<Arch>;  // a group reaches less than its length beyond the line
+    const auto n = static_cast<std::ptrdiff_t>(weights.size());
+    for (std::ptrdiff_t i = 0; i < n; ++i) taps[i].before = pixels - i, taps[i].after = pixels + i;
     for (std::ptrdiff_t y = 0; y < from.height(); ++y) {
         const T* row = from.row(y);
         if (step == 1)
             for (std::ptrdiff_t x = 0; x < width; ++x) pixels[x] = row[x];
         else
             for (std::ptrdiff_t x = 0; x < width; ++x) pixels[x] = row[x * step];
-        weighted_means(wide, row_samples<Arch>{pixels, width}, norms.data(), to.row(y), width);
+        weighted_means(taps, {group<Arch> - 1, width - 1, 1}, norms.data(), to.row(y), width);
     }
 }
-
-/// The samples around row `y` of neighbouring columns.
-template <class Arch>
-struct column_samples
-{
-    const double* const* rows;  ///< of the whole image; those in the window are valid
-    std::ptrdiff_t y, height;
-
-    const double* before(std::ptrdiff_t i) const { return rows[y - i]; }
-    const double* after(std::ptrdiff_t i) const { return rows[y + i]; }
-    std::ptrdiff_t most_before(std::ptrdiff_t) const { return y; }
-    std::ptrdiff_t most_after(std::ptrdiff_t) const { return height - 1 - y; }
-};
 
 /// Columns are blurred in blocks. The rows of a block that the window reaches are kept in double precision in a ring,
 /// in which a row replaces the one that left the window.
@@ -159,7 +152,7 @@ void blur_columns(const dm::image<T>& image, const std::vector<double>& weights)
 {
     const std::ptrdiff_t width = image.width(), height = image.height();
     const auto n = static_cast<std::ptrdiff_t>(weights.size());
-    const wide_weights<Arch> wide{weights};
+    auto taps = taps_of<Arch>(weights);
     const auto norms = gaussian_norms(weights, height);
     const std::ptrdiff_t ring_rows = std::min(2 * n - 1, height);
     // Every sample of the ring is read once for each row in the window, so a usual window should fit the first cache.
@@ -179,7 +172,10 @@ void blur_columns(const dm::image<T>& image, const std::vector<double>& weights)
         for (std::ptrdiff_t y = 0; y < height; ++y) {
             if (y + n - 1 < height) read(y + n - 1);
             if (norm[0] != norms[y]) std::fill(norm.begin(), norm.end(), norms[y]);
-            weighted_means(wide, column_samples<Arch>{rows.data(), y, height}, norm.data(), image.row(y) + x, columns);
+            const reach meets{y, height - 1 - y, 0};
+            for (std::ptrdiff_t i = 0; i <= std::min(meets.before, n - 1); ++i) taps[i].before = rows[y - i];
+            for (std::ptrdiff_t i = 0; i <= std::min(meets.after, n - 1); ++i) taps[i].after = rows[y + i];
+            weighted_means(taps, meets, norm.data(), image.row(y) + x, columns);
         }
     }
 }
