@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// Timing of kernels whose result was checked first: ns per pixel, the median of several runs, and ratios within one run.
+/// Times kernels after a check of their results: ns per pixel, the median of several runs, and ratios within one run.
 namespace bench {
 
 struct timing
@@ -17,8 +17,8 @@ struct timing
     double best_ns;    ///< per pixel
 };
 
-/// Processor time of the whole program, which other programs' load changes less than the clock on the wall; for work of
-/// one thread that takes milliseconds.
+/// Processor time of the program, which depends less on the load of the machine than real time; for work of one thread
+/// that lasts milliseconds.
 struct processor_clock
 {
     using duration = std::chrono::microseconds;
@@ -29,7 +29,7 @@ struct processor_clock
     static time_point now() { return time_point{duration{std::clock() * 1'000'000LL / CLOCKS_PER_SEC}}; }
 };
 
-/// Runs `work` once to warm up and then until `runs` timings are there.
+/// Runs `work` once to warm up and then `runs` times.
 template <class clock = std::chrono::steady_clock, class Work>
 timing measure(double pixels, Work&& work, int runs = 9)
 {
@@ -53,7 +53,7 @@ inline void print(const std::string& what, const std::string& variant, timing t,
     std::fflush(stdout);
 }
 
-/// Ends the program when a result is wrong: a time without a right result says nothing.
+/// Ends the program when a result is wrong.
 inline void check(bool right, const char* what)
 {
     if (right) return;

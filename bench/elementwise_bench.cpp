@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-// Element-wise operations on float images beside plain loops over the C library, one thread.
+// Element-wise operations on float images compared with plain loops over the C library, one thread.
 
 namespace {
 
@@ -33,18 +33,18 @@ std::vector<float> noise(float low, float high)
 bool near(float a, float b) { return std::abs(a - b) <= 4e-7f * (1 + std::abs(b)); }
 bool near(complex a, complex b) { return std::abs(a - b) <= 4e-7f * (1 + std::abs(b)); }
 
-/// Times `ours(result)` beside a loop that computes each element by `element(i)`.
+/// Times `ours(result)` and a loop that computes each element by `element(i)`.
 template <class R, class Ours, class Element>
 void compare(const char* what, const char* variant, Ours&& ours, Element&& element)
 {
-    std::vector<R> got(count), wanted(count);
+    std::vector<R> got(count), expected(count);
     const auto loop = [&] {
-        for (std::size_t i = 0; i < count; ++i) wanted[i] = element(i);
+        for (std::size_t i = 0; i < count; ++i) expected[i] = element(i);
     };
     ours(got.data());
     loop();
     bool right = true;
-    for (std::size_t i = 0; i < count; ++i) right = right && near(got[i], wanted[i]);
+    for (std::size_t i = 0; i < count; ++i) right = right && near(got[i], expected[i]);
     bench::check(right, what);
     const auto reference = bench::measure(double(count), loop, 5);
     bench::print(what, "C library", reference);

@@ -35,17 +35,17 @@ bool near(const std::vector<float>& a, const std::vector<float>& b)
 template <class Ours, class Library>
 void compare(const char* name, Ours&& ours, Library&& library)
 {
-    std::vector<float> got(count), wanted(count);
+    std::vector<float> got(count), expected(count);
     ours(got.data());
-    library(wanted.data());
-    bench::check(near(got, wanted), name);
+    library(expected.data());
+    bench::check(near(got, expected), name);
     const int rounds = 200;
     const auto repeated = [&](auto& work, std::vector<float>& into) {
         return bench::measure(double(count) * rounds, [&] {
             for (int i = 0; i < rounds; ++i) work(into.data());
         });
     };
-    const auto slow = repeated(library, wanted);
+    const auto slow = repeated(library, expected);
     bench::print(name, "C library", slow);
     bench::print(name, "ours", repeated(ours, got), slow.median_ns);
 }

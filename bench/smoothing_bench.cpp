@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-/// Box filters and the Gaussian, each variant beside the plain one; 2048 square or a volume, one thread.
+/// Box filters and the Gaussian, each variant compared with the plain one; 2048 square or a volume, one thread.
 namespace {
 
 using namespace qorv;
@@ -14,8 +14,8 @@ using namespace qorv;
 template <class T>
 struct pair_of_images
 {
-    std::vector<T> from, to, wanted;
-    explicit pair_of_images(std::size_t count) : from(count), to(count), wanted(count)
+    std::vector<T> from, to, expected;
+    explicit pair_of_images(std::size_t count) : from(count), to(count), expected(count)
     {
         std::mt19937 random{1};
         for (auto& v : from) v = static_cast<T>(static_cast<double>(random() % 100000) / 100);
@@ -29,7 +29,7 @@ void compare(const std::string& what, dm::variants<Kernel> table, dm::image<floa
     pair_of_images<T> data(static_cast<std::size_t>(size[0] * size[1] * size[2]));
     const auto view = [&](auto& pixels) { return dm::image<T>{pixels.data(), size[0], size[1], size[2]}; };
     const dm::image<const T> from = view(data.from);
-    run(table.back().function, from, view(data.wanted));
+    run(table.back().function, from, view(data.expected));
     const auto count = static_cast<double>(data.from.size());
     const auto time = [&](Kernel* kernel, int runs) {
         return bench::measure<bench::processor_clock>(
@@ -39,7 +39,7 @@ void compare(const std::string& what, dm::variants<Kernel> table, dm::image<floa
     for (const auto& row : dm::runnable(table)) {
         const auto taken = row.needs == dm::cpu::none ? plain : time(row.function, 15);
         bench::check(
-            std::memcmp(static_cast<void*>(data.to.data()), data.wanted.data(), data.to.size() * sizeof(T)) == 0,
+            std::memcmp(static_cast<void*>(data.to.data()), data.expected.data(), data.to.size() * sizeof(T)) == 0,
             what.c_str());
         bench::print(what, row.name, taken, plain.median_ns);
     }

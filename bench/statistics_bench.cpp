@@ -34,9 +34,9 @@ void run(std::ptrdiff_t size)
     const auto pixels = static_cast<double>(a.size());
     const std::string at = size == 512 ? " float 512" : " float 2048";
 
-    const auto wanted = plain_survey(a, b);
+    const auto expected = plain_survey(a, b);
     bench::check(std::fabs(functions::survey_difference<float>(first, second).difference_square_sum /
-                               wanted.difference_square_sum -
+                               expected.difference_square_sum -
                            1) < 1e-10,
                  "survey difference");
     volatile double keep = 0;

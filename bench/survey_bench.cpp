@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-/// The survey of 2048 square, each variant beside the plain one.
+/// The survey of 2048 square, each variant compared with the plain one.
 namespace {
 
 using namespace qorv;

@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-/// Transposes of 256 cubed, each variant beside memcpy of the same bytes.
+/// Transposes of 256 cubed, each variant compared with memcpy of the same bytes.
 namespace {
 
 using namespace qorv;
@@ -14,7 +14,7 @@ template <class T>
 void compare(const std::string& type)
 {
     constexpr std::ptrdiff_t n = 256, count = n * n * n;
-    std::vector<T> from(count), to(count), wanted(count);
+    std::vector<T> from(count), to(count), expected(count);
     std::mt19937_64 random{1};
     for (auto& v : from) v = static_cast<T>(random());
     const auto view = [](std::vector<T>& pixels) { return functions::voxels_of(dm::image<T>{pixels.data(), n, n, n}); };
@@ -23,7 +23,7 @@ void compare(const std::string& type)
     bench::print("copy " + type, "memcpy", copy);
     for (const auto& [name, which] :
          {std::pair{"XZ ", functions::transposition::xz}, {"YZ ", functions::transposition::yz}}) {
-        functions::transpose_plain(view(from), view(wanted), sizeof(T), which);
+        functions::transpose_plain(view(from), view(expected), sizeof(T), which);
         for (const auto& row : dm::runnable(functions::transpose_variants())) {
             const auto run = [&, w = which](std::vector<T>& source, std::vector<T>& result) {
                 row.function(view(source), view(result), sizeof(T), w);
@@ -32,13 +32,13 @@ void compare(const std::string& type)
                          bench::measure<bench::processor_clock>(
                              count, [&] { run(from, to); }, 5),
                          copy.median_ns);
-            bench::check(std::memcmp(to.data(), wanted.data(), count * sizeof(T)) == 0, name);
+            bench::check(std::memcmp(to.data(), expected.data(), count * sizeof(T)) == 0, name);
             // Each measured run undoes the one before; the warm-up makes their number even.
             bench::print(name + type + " in place", row.name,
                          bench::measure<bench::processor_clock>(
                              count, [&] { run(to, to); }, 5),
                          copy.median_ns);
-            bench::check(std::memcmp(to.data(), wanted.data(), count * sizeof(T)) == 0, name);
+            bench::check(std::memcmp(to.data(), expected.data(), count * sizeof(T)) == 0, name);
         }
     }
 }

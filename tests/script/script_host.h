@@ -14,6 +14,7 @@
 #include "host/engine/engine.h"
 #include "host/engine/library.h"
 #include "image/element_type.h"
+#include "tests/support/digest.h"
 
 /// The built library, loaded into the stand-alone host as any program loads it.
 namespace script {
@@ -93,12 +94,12 @@ inline std::vector<unsigned char> bytes_of(const image_ref& picture)
     return {data, data + picture->count() * picture->type().bytes};
 }
 
-/// The hash of Fowler, Noll and Vo (FNV-1a) of all bytes, for comparing platforms.
+/// The hash of all bytes, for comparing platforms.
 inline std::uint64_t digest(const image_ref& picture)
 {
-    std::uint64_t hash = 0xcbf29ce484222325;
-    for (unsigned char byte : bytes_of(picture)) hash = (hash ^ byte) * 0x100000001b3;
-    return hash;
+    support::fnv1a hash;
+    for (unsigned char byte : bytes_of(picture)) hash.add(byte);
+    return hash.value();
 }
 
 }  // namespace script

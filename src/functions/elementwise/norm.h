@@ -7,8 +7,8 @@
 /// processors, which the compiler vectorises.
 namespace qorv::functions {
 
-/// dst = (re^2 + im^2) * scale, in the precision of the image; a scale given in double precision is rounded to it
-/// first. Source and result must not overlap.
+/// dst = (re^2 + im^2) * scale, in the precision of the image, to which the scale is rounded first.
+/// Source and result must not overlap.
 template <class T>
 void norm(const std::complex<T>* src, double scale, T* dst, std::ptrdiff_t count);
 

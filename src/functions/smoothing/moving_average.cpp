@@ -207,6 +207,12 @@ void average_in_place(const dm::image<const T>& from, const dm::image<T>& to, st
 }  // namespace
 
 template <class T>
+bool box_pass_has_lanes(const dm::image<const T>& from, const dm::image<T>& to)
+{
+    return from.strides()[0] == 1 && to.strides()[0] == 1 && (dm::same_pixels(from, to) || !dm::overlap(from, to));
+}
+
+template <class T>
 void moving_average(const dm::image<const std::type_identity_t<T>>& from, const dm::image<T>& to, std::ptrdiff_t radius)
 {
     require_data(from, to);
@@ -263,6 +269,7 @@ void moving_average2(const dm::image<const std::type_identity_t<T>>& from, const
     template dm::variants<box_pass_kernel<T>> box_pass_variants<T>();                                     \
     template dm::variants<box_slice_kernel<T>> box_slice_variants<T>();                                   \
     template dm::variants<box_slice2_kernel<T>> box_slice2_variants<T>();                                 \
+    template bool box_pass_has_lanes<T>(const dm::image<const T>&, const dm::image<T>&);                  \
     template box_pass_kernel<T> box_pass_plain<T>;                                                        \
     template box_slice_kernel<T> box_slice_plain<T>;                                                      \
     template box_slice2_kernel<T> box_slice2_plain<T>;                                                    \

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <type_traits>
 
-/// Box (moving-average) filters of float, double, complex<float> and complex<double> images. The window holds
+/// Box (moving-average) filters of float, double, complex<float> and complex<double> images. The window has
 /// 2 * radius + 1 samples along each filtered axis and is clipped at the border; a running sum makes the cost
 /// independent of the radius. Sums, factors and divisors are kept in the precision of the image (of the component for
 /// complex images, whose parts are averaged with the same window).
@@ -87,6 +87,11 @@ void box_slice_plain(const dm::image<const T>& from, const dm::image<T>& mean, s
 template <class T>
 void box_slice2_plain(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
                       std::ptrdiff_t radius);
+
+/// Whether the vector form of the pass is possible: contiguous rows, and images that are the same or apart. Here and not
+/// in its only caller, so that no copy compiled for a newer instruction set can replace that of other callers.
+template <class T>
+bool box_pass_has_lanes(const dm::image<const T>& from, const dm::image<T>& to);
 
 /// Several lines at a time as lanes, each with the plain variant's operations in the same order: the same bits except
 /// for the payloads of NaNs. Images without contiguous rows, and views that overlap without being the same, are passed

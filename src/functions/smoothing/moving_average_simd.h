@@ -6,7 +6,6 @@
 
 #include "functions/smoothing/moving_average_down_simd.h"
 #include "functions/smoothing/moving_average_strip_simd.h"
-#include "image/overlap.h"
 
 namespace qorv::functions {
 namespace box {
@@ -190,9 +189,7 @@ class plane_filter
 template <class Arch, class T>
 void box_pass_simd(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius)
 {
-    const bool contiguous_rows = from.strides()[0] == 1 && to.strides()[0] == 1;
-    if (!contiguous_rows || (!dm::same_pixels(from, to) && dm::overlap(from, to)))
-        return box_pass_plain<T>(from, to, along, radius);
+    if (!box_pass_has_lanes<T>(from, to)) return box_pass_plain<T>(from, to, along, radius);
     if (along == axis::x) return box::pass_along_x<Arch, T>(from, to, radius);
     box::pass_down<Arch, T>(from, to, along, radius);
 }

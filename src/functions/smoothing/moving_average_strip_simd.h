@@ -10,8 +10,8 @@
 #include "image/lanes_simd.h"
 #include "numeric/complex.h"
 
-/// Running sums along x, several rows at a time. A sum depends on its left neighbour, so a vector holds the sums of
-/// several rows. A strip holds these rows transposed, block by block, for each x one pixel of every row.
+/// Running sums along x, several rows at a time. A sum depends on its left neighbour, so a vector contains the sums of
+/// several rows. A strip is a buffer with these rows transposed: for each x one pixel of every row.
 namespace qorv::functions::box {
 
 using numeric::real_of;

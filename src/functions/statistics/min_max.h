@@ -19,7 +19,7 @@ struct extrema
 };
 
 /// The smallest and the greatest element of an image. Of equal elements the first in storage order (x fastest, then y,
-/// then z) is found. NaNs are ignored; an image that contains only NaNs gives NaN at (0, 0, 0).
+/// then z) is found. NaNs are ignored; an image that contains only NaNs has NaN at (0, 0, 0).
 /// source     not empty, any strides, any of the eight real element types
 /// Exactness  exact
 template <class T>

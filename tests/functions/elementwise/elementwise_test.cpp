@@ -151,7 +151,7 @@ TYPED_TEST(Elementwise, PolarWithOneModulusTurnsEveryAngle)
         ASSERT_NEAR(z[i].real(), -2 * std::cos(static_cast<long double>(theta[i])), tolerance) << theta[i];
         ASSERT_NEAR(z[i].imag(), -2 * std::sin(static_cast<long double>(theta[i])), tolerance) << theta[i];
     }
-    // Far out the Windows C library's long double is no truth any more, so one angle stands here with its value.
+    // For large angles the long double of the Windows C library is not accurate, hence the value of one angle.
     const T far = 1000000;
     functions::polar(T{1}, &far, z.data(), 1);
     EXPECT_NEAR(z[0].real(), 0.93675212753314474, std::numeric_limits<T>::epsilon());

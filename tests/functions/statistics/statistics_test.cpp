@@ -284,7 +284,7 @@ TEST(weight, ReadsTheCurveAtTheRadius)
         functions::weight<double, double>({ones.data(), 5, 2}, {curve.data(), 4}, grid, r.mode, {result.data(), 5, 2});
         for (std::size_t x = 0; x < 5; ++x) EXPECT_DOUBLE_EQ(result[x], r.first_row[x]) << "mode " << int(r.mode);
     }
-    // Beyond the curve its last element holds.
+    // Beyond the curve its last element applies.
     std::vector<double> far(1);
     functions::weight<double, double>({ones.data(), 1}, {curve.data(), 4}, {0, 100, 1, 1}, weight_mode::linear,
                                       {far.data(), 1});
