@@ -24,19 +24,19 @@ void run()
                                        });
     };
     for (const std::ptrdiff_t radius : {1, 5, 20})
-        filter("maximum", 2048, radius, extreme_variants<float>,
+        filter("maximum", 2048, radius, extreme_variants<float>::table,
                [radius](auto* kernel, auto from, auto to) { kernel(from, extreme::maximum, radius, to); });
     for (const std::ptrdiff_t radius : {1, 2, 3, 5, 20})
-        filter("median", radius < 5 ? 2048 : 512, radius, median_variants<float>,
+        filter("median", radius < 5 ? 2048 : 512, radius, median_variants<float>::table,
                [radius](auto* kernel, auto from, auto to) { kernel(from, radius, padding::none, to); });
-    bench::compare_variants<float>("median of 2048 square", 2048.0 * 2048, 2, rank_variants<float>,
+    bench::compare_variants<float>("median of 2048 square", 2048.0 * 2048, 2, rank_variants<float>::table,
                                    [&](auto* kernel, float* to) {
                                        const auto found = kernel(plane(2048), 2048 * 2048 / 2, neighbour::before);
                                        to[0] = found.before;
                                        to[1] = found.at;
                                    });
     bench::compare_variants<float>(
-        "median along z, 64 of 512", double(pixels.size()), 512 * 512, median_z_variants<float>,
+        "median along z, 64 of 512", double(pixels.size()), 512 * 512, median_z_variants<float>::table,
         [&](auto* kernel, float* to) {
             kernel(dm::image<const float>{pixels.data(), 512, 512, 64}, dm::image<float>{to, 512, 512});
         });

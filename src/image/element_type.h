@@ -5,7 +5,7 @@
 
 #include "contract/host_link.h"
 
-/// The program's numbering of pixel types and the host's codes for them.
+/// Zentrix64's numbering of pixel types, and the host's codes for them.
 namespace qorv::dm {
 
 enum class element_type : std::int32_t
@@ -40,8 +40,9 @@ enum class data_type : std::uint32_t
     binary = HOST_ELEMENT_BINARY,
 };
 
-/// The host's code of element type `index`, -1 (none: 0xFFFFFFFF) to 9.
-/// Throws  errors::unknown_data_type outside -1..9
+/// The host's code of element type `index`.
+/// index   0 to 9, or -1 for none, whose code is 0xFFFFFFFF
+/// Throws  errors::unknown_data_type for any other index
 std::uint32_t ToDMDataType(std::int32_t index);
 
 /// The element type of a host code; none for a code outside the table.

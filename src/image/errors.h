@@ -2,8 +2,8 @@
 
 #include <stdexcept>
 
-/// The texts with which script functions fail, one sentence each, shown to the user as they stand. A text that two
-/// functions share is here; a text of one function stands beside that function.
+/// Error messages that several script functions share, one sentence each, shown to the user as they are. A message of
+/// one function is defined next to that function.
 namespace qorv::dm::errors {
 
 inline constexpr char different_size[] = "Images of different size cannot appear in this function.";
@@ -21,12 +21,10 @@ inline constexpr char should_be_real[] = "Data type should be Real.";
 inline constexpr char should_be_real4[] = "Data type should be Real 4.";
 inline constexpr char should_be_real4_or_real8[] = "Data type should be Real 4 or Real 8.";
 inline constexpr char all_real[] = "All data type should be Real.";
-inline constexpr char all_real4[] = "All data type should be Real 4.";
 inline constexpr char all_real_or_complex[] = "All data type should be Real or Complex.";
 inline constexpr char all_complex[] = "All data type should be Complex.";
 inline constexpr char all_complex8[] = "All data type should be Complex 8.";
 inline constexpr char all_same_complex[] = "All data type should be same Complex.";
-inline constexpr char all_integer_or_real[] = "All data type should be Integer 1, Integer 2, Real 4 or Real 8.";
 
 }  // namespace qorv::dm::errors
 

@@ -8,8 +8,9 @@
 
 namespace qorv::dm {
 
-/// Typed view of an image's pixels, up to three dimensions. Copies share the pixels; a view made from a lock keeps the
-/// lock alive. Sizes are in elements along x, y, z (1 where an image has fewer dimensions), strides in elements.
+/// Typed view of an image's pixels, up to three dimensions. Copies share the pixels. A view made from a lock keeps the
+/// lock alive, in the boost::shared_ptr that the exported header warp.h fixes. Sizes are in elements along x, y, z (1
+/// where an image has fewer dimensions), strides in elements.
 template <class T>
 class image
 {
@@ -24,8 +25,8 @@ class image
         : data_{data}, sizes_{width, height, depth}, strides_{1, width, width * height}
     {}
 
-    /// Pixels at data + x * strides[0] + y * strides[1] + z * strides[2]; `lock` lives as long as the view and its
-    /// copies.
+    /// Pixels at data + x * strides[0] + y * strides[1] + z * strides[2]; `lock` is kept until the view and
+    /// all its copies are destroyed.
     image(T* data, extents sizes, extents strides, boost::shared_ptr<const void> lock = {})
         : data_{data}, sizes_{sizes}, strides_{strides}, lock_{std::move(lock)}
     {}
@@ -47,7 +48,7 @@ class image
     }
     T* row(size_type y, size_type z = 0) const noexcept { return data_ + y * strides_[1] + z * strides_[2]; }
 
-    /// One plane as a view of its own, sharing the lock.
+    /// A view of one plane, which shares the lock.
     image plane(size_type z) const { return {row(0, z), {sizes_[0], sizes_[1], 1}, strides_, lock_}; }
 
     /// True when the elements form one flat sequence, x fastest.

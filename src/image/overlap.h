@@ -9,7 +9,7 @@
 
 namespace qorv::dm {
 
-/// The bytes from the first to the last pixel of a view, gaps of strided rows included.
+/// The bytes from the first to the last pixel of a view, including the gaps of strided rows.
 struct byte_span
 {
     std::uintptr_t begin, end;
@@ -31,8 +31,8 @@ byte_span bytes_of(const image<T>& view) noexcept
             start + static_cast<std::uintptr_t>((highest + 1) * size)};
 }
 
-/// True when the memory ranges of two views meet. Interleaved views (the even and the odd columns of one image) count
-/// as overlapping although they share no pixel.
+/// True when the memory ranges of two views intersect. Interleaved views (the even and the odd columns of one image)
+/// overlap in this sense although they share no pixel.
 template <class A, class B>
 bool overlap(const image<A>& a, const image<B>& b) noexcept
 {
@@ -40,7 +40,8 @@ bool overlap(const image<A>& a, const image<B>& b) noexcept
     return one.begin < other.end && other.begin < one.end;
 }
 
-/// True when each pixel of one view is the same pixel of the other: an operation between them works in place.
+/// True when each pixel of one view is the same pixel of the other, so that an operation from one to the other is in
+/// place.
 template <class A, class B>
 requires std::is_same_v<std::remove_const_t<A>, std::remove_const_t<B>>
 bool same_pixels(const image<A>& a, const image<B>& b) noexcept
@@ -53,8 +54,8 @@ bool same_pixels(const image<A>& a, const image<B>& b) noexcept
     return same;
 }
 
-/// Fails with errors::out_of_place unless the result is the source, pixel by pixel, or lies apart from it: images that
-/// overlap otherwise would be read after they were written.
+/// Fails with errors::out_of_place unless the result is the source, pixel by pixel, or shares no memory with it. With
+/// any other overlap pixels would be read after they were written.
 template <class A, class B>
 void require_in_place_or_apart(const image<A>& source, const image<B>& result)
 {

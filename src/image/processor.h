@@ -2,12 +2,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
-/// Which instruction sets the kernels may use, and the table form in which a kernel lists its variants.
+/// The library's names of instruction sets, which select the vector form of a kernel in a table of variants. Only the
+/// files that define and instantiate such a form include the library.
+namespace xsimd {
+struct sse2;
+}
+
+/// The instruction sets that kernels may use, and the table in which a kernel lists its variants.
 namespace qorv::dm {
 
-/// Feature bits of the fourth word (EDX) of CPUID leaf 1; none = runs everywhere.
+/// Feature bits in the fourth word (EDX) of CPUID leaf 1; none = runs on every processor.
 enum class cpu : std::uint32_t
 {
     none = 0,
@@ -15,15 +22,15 @@ enum class cpu : std::uint32_t
     sse2 = 1u << 26,
 };
 
-/// The four registers EAX, EBX, ECX, EDX of CPUID leaf 1 as last read. Zero until `read_processor_features` ran.
+/// The registers EAX, EBX, ECX, EDX of CPUID leaf 1 as last read; zero before the first read_processor_features().
 /// Written on the host's main thread only, read without a lock.
 extern std::uint32_t processor_words[4];
 
 /// Reads CPUID leaf 1 into all four words.
 void read_processor_features() noexcept;
 
-/// The script switch: 0 clears the third and fourth words, so that every later test fails and the plain kernels run;
-/// anything else reads all four words again.
+/// The script function SetUseSIMD: 0 clears the third and fourth words, so that has() is false and the plain kernels
+/// run; any other value reads all four words again.
 void set_use_simd(std::int32_t use) noexcept;
 
 inline bool has(cpu needed) noexcept
@@ -32,7 +39,7 @@ inline bool has(cpu needed) noexcept
     return (processor_words[3] & bits) == bits;
 }
 
-/// One row of a kernel's table: best first, the last one needs nothing.
+/// One row of a kernel's table of variants. The best variant is first; the last one needs no feature.
 template <class Function>
 struct variant
 {
@@ -41,23 +48,37 @@ struct variant
     Function* function;
 };
 
-/// The first row that the present features allow; asked once per call, so that the script switch acts at once.
-template <class Function, std::size_t n>
-const variant<Function>& choose(const variant<Function> (&table)[n]) noexcept
+/// A table defined in the source file of the kernel's plain form.
+template <class Function>
+using variants = std::span<const variant<Function>>;
+
+/// The first row that the present features allow. Called once per script call, so that SetUseSIMD takes effect at once.
+template <class Function>
+const variant<Function>& choose(variants<Function> table) noexcept
 {
     for (const auto& row : table)
         if (has(row.needs)) return row;
-    return table[n - 1];
+    return table.back();
+}
+template <class Function, std::size_t n>
+const variant<Function>& choose(const variant<Function> (&table)[n]) noexcept
+{
+    return choose(variants<Function>{table});
 }
 
 /// All rows that the present features allow, for tests and benchmarks.
-template <class Function, std::size_t n>
-std::vector<variant<Function>> runnable(const variant<Function> (&table)[n])
+template <class Function>
+std::vector<variant<Function>> runnable(variants<Function> table)
 {
     std::vector<variant<Function>> rows;
     for (const auto& row : table)
         if (has(row.needs)) rows.push_back(row);
     return rows;
+}
+template <class Function, std::size_t n>
+std::vector<variant<Function>> runnable(const variant<Function> (&table)[n])
+{
+    return runnable(variants<Function>{table});
 }
 
 }  // namespace qorv::dm

@@ -7,8 +7,8 @@
 
 namespace qorv::dm {
 
-/// Hands images of the same width and height to a kernel that knows flat sequences only: work(count, pointer...) for the
-/// longest stretches that are contiguous in all of them, in storage order. Planes that one of them lacks are left out.
+/// Applies a kernel for flat sequences to images of the same width and height: calls work(count, pointer...) for the
+/// longest stretches that are contiguous in all images, in storage order. Planes that one of them lacks are left out.
 template <class Work, class First, class... Others>
 void for_runs(Work&& work, const image<First>& first, const image<Others>&... others)
 {

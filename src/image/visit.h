@@ -17,8 +17,8 @@ using real_or_complex = element_list<float, std::complex<float>, double, std::co
 using eight_reals =
     element_list<std::int16_t, float, std::uint8_t, std::int32_t, std::int8_t, std::uint16_t, std::uint32_t, double>;
 
-/// `M(T);` for each of the eight real element types. Kernels are templates defined in source files and instantiated there
-/// with this list, so that none of them can lack a type that a script function accepts.
+/// `M(T);` for each of the eight real element types. Kernels are templates defined in source files and instantiated
+/// there with this list, so that none of them can lack a type that a script function accepts.
 #define ZENTRIX_FOR_EIGHT_REALS(M) \
     M(std::int8_t);                \
     M(std::uint8_t);               \

@@ -7,7 +7,7 @@
 namespace qorv::numeric {
 
 /// Angle of the point (x, y), branch-free: [rad] from -pi to pi, the float next to pi included.
-/// y, x      any floats; zeros, infinities and NaN as C's table for atan2 has them
+/// y, x      any floats; zeros, infinities and NaN give the values of C's atan2
 /// Exactness at most 0.51 ulp
 /// Source    coefficients from tools/numeric_coefficients.py
 inline float atan2(float y, float x) noexcept
@@ -21,13 +21,13 @@ inline float atan2(float y, float x) noexcept
     const std::uint32_t steep = mask_of(ay > ax);
     const float larger = select(steep, ay, ax);
     const float smaller = select(steep, ax, ay);
-    // Two infinities lie on the diagonal like two ones; two zeros need a divisor.
+    // Two infinities are a point on the diagonal, like (1, 1); two zeros need a divisor other than zero.
     const std::uint32_t both_infinite = mask_of(smaller == infinity);
     const float height = select(both_infinite, 1.0f, smaller);
     const float width = select(both_infinite | mask_of(larger == 0.0f), 1.0f, larger);
 
-    // The upper half of the octant is turned back by pi/4, so that |t| <= tan(pi/8). Octants that run against the angle
-    // take t and with it the arc with the other sign.
+    // The upper half of the octant is rotated back by pi/4, so that |t| <= tan(pi/8). In octants where the angle
+    // decreases from the axis to the diagonal, t and the arc change their sign.
     const std::uint32_t turned = mask_of(height > tangent_of_eighth_pi * width);
     const std::uint32_t left = mask_of((bits_of(x) & sign_bit) != 0u);
     const std::uint32_t reversed = (steep ^ left) & sign_bit;

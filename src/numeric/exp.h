@@ -4,8 +4,9 @@
 
 namespace qorv::numeric {
 
-/// 2^t with a relative error below 2^-34, for the functions of this folder: they round it to float once.
-/// t   in [-1000, 1000] or NaN, which stays NaN
+/// 2^t with a relative error below 2^-34. The functions of this folder round it to float once.
+/// t        [-1000, 1000], or NaN, which stays NaN; integers give exact powers
+/// Source   coefficients from tools/numeric_coefficients.py
 inline double exp2_unrounded(double t) noexcept
 {
     const double shifted = t + rounding_shift;
@@ -19,15 +20,12 @@ inline double exp2_unrounded(double t) noexcept
     return double_of(bits_of(p) + (bits_of(shifted) << 52));  // the exponent grows by the integer part
 }
 
-/// 2^x. Any float, since beyond 200 its power is infinite or 0 anyway; at most 0.501 ulp, results below the normal range included; integers give exact powers.
-/// Source: coefficients from tools/numeric_coefficients.py
-inline float exp2(float x) noexcept { return static_cast<float>(exp2_unrounded(limited(x, -200.0f, 200.0f))); }
-
-/// e^x. Any float; at most 0.501 ulp, results below the normal range included.
-/// The product with log2(e) is off by at most 2^-46, so that it needs no second part.
+/// e^x.
+/// x          any float
+/// Exactness  at most 0.501 ulp, subnormal results included
 inline float exp(float x) noexcept
 {
-    constexpr double log2_of_e = 0x1.71547652b82fep0;
+    constexpr double log2_of_e = 0x1.71547652b82fep0;  // the error of the product, at most 2^-46, needs no second part
     return static_cast<float>(exp2_unrounded(limited(x, -200.0f, 200.0f) * log2_of_e));
 }
 

@@ -3,8 +3,8 @@
 #include <bit>
 #include <cstdint>
 
-/// Bit patterns and branch-free steps that the elementary functions share. All of it is arithmetic that SSE2 has for
-/// whole registers, so that a loop over these functions is vectorised and a scalar call gives the same bits.
+/// Bit patterns and branch-free steps of the elementary functions. SSE2 has all of this arithmetic for vectors, so the
+/// compiler vectorises loops over these functions; a scalar call gives the same bits.
 namespace qorv::numeric {
 
 constexpr std::uint32_t bits_of(float x) noexcept { return std::bit_cast<std::uint32_t>(x); }
@@ -14,17 +14,17 @@ constexpr double double_of(std::uint64_t bits) noexcept { return std::bit_cast<d
 
 inline constexpr std::uint32_t sign_bit = 0x80000000u;
 
-/// Adding and subtracting 1.5 * 2^52 rounds a double below 2^51 to an integer, ties to even; in between, the low bits
-/// of the sum's pattern hold that integer in two's complement.
+/// Adding and subtracting 1.5 * 2^52 rounds a double below 2^51 to an integer, ties to even. The low bits of the sum
+/// contain that integer in two's complement.
 inline constexpr double rounding_shift = 0x1.8p52;
 
 constexpr float magnitude(float x) noexcept { return float_of(bits_of(x) & ~sign_bit); }
 
-/// All bits where `condition` holds, none elsewhere. Conditions are combined as masks: the vectoriser gives up on
+/// All bits set if `condition` holds, none otherwise. Conditions are combined as masks because GCC does not vectorise
 /// longer expressions of bool.
 constexpr std::uint32_t mask_of(bool condition) noexcept { return condition ? ~0u : 0u; }
 
-/// `chosen` where the mask is set, `otherwise` elsewhere.
+/// `chosen` if all bits of the mask are set, `otherwise` if none is.
 constexpr float select(std::uint32_t mask, float chosen, float otherwise) noexcept
 {
     return float_of((bits_of(chosen) & mask) | (bits_of(otherwise) & ~mask));
@@ -37,7 +37,7 @@ constexpr float limited(float x, float low, float high) noexcept
     return select(mask_of(from_below > high), high, from_below);
 }
 
-/// The same without masks: of these, the vectoriser has none for double.
+/// The same without masks, which GCC does not vectorise for double.
 constexpr double limited(double x, double low, double high) noexcept
 {
     const double from_below = x < low ? low : x;

@@ -14,7 +14,7 @@ struct split_number
     double s;
 };
 
-/// x   positive and finite, a float widened to double, so that it is normal whatever the float was
+/// x   positive and finite; a float widened to double, which is a normal number even if the float was subnormal
 inline split_number split(double x) noexcept
 {
     constexpr std::uint64_t one = 0x3ff0000000000000u;
@@ -37,7 +37,7 @@ inline double log_of_fraction(const split_number& number) noexcept
     return 2.0 * number.s * (1.0 + z * correction);
 }
 
-/// The values that C gives where a logarithm has no finite one: infinity, zeros (-infinity), negative numbers and NaN.
+/// `logarithm` of x, or C's special value where x has no finite logarithm: infinity, zero, a negative number or NaN.
 inline float with_special_logarithms(float logarithm, float x) noexcept
 {
     constexpr float infinity = std::numeric_limits<float>::infinity();
@@ -46,21 +46,15 @@ inline float with_special_logarithms(float logarithm, float x) noexcept
     return select(mask_of(x > 0.0f), finite_or_not, select(mask_of(x == 0.0f), -infinity, nan));
 }
 
-/// Natural logarithm. Any float; at most 0.501 ulp. Zeros give -infinity, negative numbers and NaN give NaN.
-/// Source: coefficients from tools/numeric_coefficients.py
+/// Natural logarithm.
+/// x          any float; zeros give -infinity, negative numbers and NaN give NaN
+/// Exactness  at most 0.501 ulp
+/// Source     coefficients from tools/numeric_coefficients.py
 inline float log(float x) noexcept
 {
     constexpr double log_of_2 = 0x1.62e42fefa39efp-1;
     const split_number number = split(x);
     return with_special_logarithms(static_cast<float>(number.exponent * log_of_2 + log_of_fraction(number)), x);
-}
-
-/// Logarithm to the base 2. Any float; at most 0.501 ulp; exact for powers of two. Specials as for log.
-inline float log2(float x) noexcept
-{
-    constexpr double log2_of_e = 0x1.71547652b82fep0;
-    const split_number number = split(x);
-    return with_special_logarithms(static_cast<float>(number.exponent + log2_of_e * log_of_fraction(number)), x);
 }
 
 }  // namespace qorv::numeric

@@ -8,8 +8,8 @@
 
 namespace qorv::numeric {
 
-/// log2 of the magnitude of a power's base, infinity, zero and NaN included, with a relative error below 2^-44: the
-/// exponent multiplies the error by up to 128.
+/// log2 of the magnitude of a power's base, including infinity, zero and NaN. The relative error is below 2^-44,
+/// because the exponent multiplies it by up to 128.
 inline double log2_of_base(float base_magnitude) noexcept
 {
     constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -25,13 +25,12 @@ inline double log2_of_base(float base_magnitude) noexcept
     return wide < infinity ? above_zero : wide;
 }
 
-/// The power whose logarithm to the base 2 is `logarithm` = exponent * log2_of_base(|base|), with the sign and the
-/// special values that base and exponent call for.
+/// base^exponent from `logarithm` = exponent * log2_of_base(|base|), with the sign and the special values of C's pow.
 inline float power_of_logarithm(double logarithm, float base, float exponent) noexcept
 {
     const float power = static_cast<float>(exp2_unrounded(limited(logarithm, -200.0, 200.0)));
 
-    // From 2^24 on every float is an even integer, infinity counts as one too.
+    // Every float from 2^24 is an even integer; infinity counts as one, too.
     const float exponent_magnitude = magnitude(exponent);
     const float countable = exponent_magnitude < 0x1p24f ? exponent_magnitude : 0x1p24f;
     const double shifted = static_cast<double>(countable) + rounding_shift;
@@ -49,8 +48,8 @@ inline float power_of_logarithm(double logarithm, float base, float exponent) no
 }
 
 /// Base raised to exponent, branch-free.
-/// base, exponent  any floats; zeros, infinities, NaN and negative bases as C's table for pow has them
-/// Exactness       at most 0.51 ulp; pow(2, x) has the bits of exp2(x)
+/// base, exponent  any floats; zeros, infinities, NaN and negative bases give the values of C's pow
+/// Exactness       at most 0.51 ulp
 inline float pow(float base, float exponent) noexcept
 {
     return power_of_logarithm(exponent * log2_of_base(magnitude(base)), base, exponent);

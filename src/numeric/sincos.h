@@ -12,9 +12,10 @@ struct sine_cosine
 
 /// Sine and cosine of one angle together, branch-free.
 /// x         [rad], any float
-/// Exactness at most 0.501 ulp for |x| <= 1e6. Beyond, the angle left after the whole quarter turns is off by about
-///           |x| * 2^-53 rad; from |x| = 2^40 on, where neighbouring floats are 20861 turns apart, the angle counts as 0.
-///           Sine and cosine belong to one angle for every finite x. Zeros keep their sign; infinities and NaN give NaN.
+/// Exactness at most 0.501 ulp for |x| <= 1e6. For larger |x| the angle that remains after the whole quarter turns has
+///           an error of about |x| * 2^-53 rad; from |x| = 2^40, where neighbouring floats are 20861 turns apart, the
+///           angle is taken as 0. For every finite x, sine and cosine belong to the same angle. Zeros keep their sign;
+///           infinities and NaN give NaN.
 /// Source    Reduction by pi/2 in two parts: Cody, Waite, Software Manual for the Elementary Functions (1980);
 ///           coefficients from tools/numeric_coefficients.py
 inline sine_cosine sincos(float x) noexcept
@@ -31,7 +32,7 @@ inline sine_cosine sincos(float x) noexcept
 
     const double z = r * r;
     const double z2 = z * z;
-    // The factor 1 instead of a sum r + ... keeps the sign of -0.
+    // The product r * (1 + ...) keeps the sign of -0; the sum r + ... would lose it.
     const double sine =
         r * ((1.0 + z * -0.166666666407970758) +
              z2 * ((0.0083333293048511998 + z * -0.000198393122721969034) + z2 * 2.71812164949643665e-6));

@@ -14,6 +14,7 @@
 #include "host/engine/engine.h"
 #include "host/engine/library.h"
 #include "image/element_type.h"
+#include "tests/support/digest.h"
 
 /// The built library, loaded into the stand-alone host as any program loads it.
 namespace script {
@@ -93,13 +94,13 @@ inline std::vector<unsigned char> bytes_of(const image_ref& picture)
     return {data, data + picture->count() * picture->type().bytes};
 }
 
-/// The hash of Fowler, Noll and Vo (FNV-1a) of some bytes.
+/// The hash of some bytes, for comparing platforms.
 template <class Bytes>
 std::uint64_t digest(const Bytes& bytes)
 {
-    std::uint64_t hash = 0xcbf29ce484222325;
-    for (const auto byte : bytes) hash = (hash ^ static_cast<unsigned char>(byte)) * 0x100000001b3;
-    return hash;
+    support::fnv1a hash;
+    for (const auto byte : bytes) hash.add(static_cast<unsigned char>(byte));
+    return hash.value();
 }
 
 /// The hash of all pixels, for comparing platforms.

@@ -11,7 +11,7 @@ namespace {
 float angle(float im, float re) { return numeric::atan2(im, re); }
 double angle(double im, double re) { return std::atan2(im, re); }
 
-/// Real and imaginary parts in turn: a loop over these is vectorised where one over std::complex may not be.
+/// The interleaved real and imaginary parts. The compiler vectorises loops over these, not always over std::complex.
 template <class T>
 const T* parts(const std::complex<T>* values)
 {
@@ -33,14 +33,18 @@ void modulus_plain(const std::complex<T>* src, T* modulus, std::ptrdiff_t count)
     for (std::ptrdiff_t i = 0; i < count; ++i) modulus[i] = safe_modulus(from[2 * i], from[2 * i + 1]);
 }
 
+namespace {
+
 template <class T>
-void modulus_vector(const std::complex<T>* src, T* modulus, std::ptrdiff_t count)
+constexpr dm::variant<modulus_kernel<T>> rows[] = {{"sse", dm::cpu::sse, modulus_simd<xsimd::sse2, T>},
+                                                   {"plain", dm::cpu::none, modulus_plain<T>}};
+
+}  // namespace
+
+template <class T>
+dm::variants<modulus_kernel<T>> modulus_variants()
 {
-    const T* const from = parts(src);
-    for (std::ptrdiff_t i = 0; i < count; ++i) {
-        const T re = from[2 * i], im = from[2 * i + 1];
-        modulus[i] = std::sqrt(im * im + re * re);
-    }
+    return rows<T>;
 }
 
 template <class T>
@@ -66,13 +70,13 @@ void unit_phase(const std::complex<T>* src, std::complex<T>* dst, std::ptrdiff_t
     }
 }
 
-template void modulus_plain(const std::complex<float>*, float*, std::ptrdiff_t);
-template void modulus_plain(const std::complex<double>*, double*, std::ptrdiff_t);
-template void modulus_vector(const std::complex<float>*, float*, std::ptrdiff_t);
-template void modulus_vector(const std::complex<double>*, double*, std::ptrdiff_t);
-template void modulus_and_phase(const std::complex<float>*, float*, float*, std::ptrdiff_t);
-template void modulus_and_phase(const std::complex<double>*, double*, double*, std::ptrdiff_t);
-template void unit_phase(const std::complex<float>*, std::complex<float>*, std::ptrdiff_t);
-template void unit_phase(const std::complex<double>*, std::complex<double>*, std::ptrdiff_t);
+#define INSTANTIATE(T)                                                               \
+    template void modulus_plain(const std::complex<T>*, T*, std::ptrdiff_t);         \
+    template dm::variants<modulus_kernel<T>> modulus_variants<T>();                  \
+    template void modulus_and_phase(const std::complex<T>*, T*, T*, std::ptrdiff_t); \
+    template void unit_phase(const std::complex<T>*, std::complex<T>*, std::ptrdiff_t)
+INSTANTIATE(float);
+INSTANTIATE(double);
+#undef INSTANTIATE
 
 }  // namespace qorv::functions

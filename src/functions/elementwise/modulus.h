@@ -16,32 +16,30 @@ using modulus_kernel = void(const std::complex<T>* src, T* modulus, std::ptrdiff
 template <class T>
 modulus_kernel<T> modulus_plain;
 
-/// sqrt(im^2 + re^2) as it stands: infinite where a square is (a part above 1.8e19 in float, 1.3e154 in double), zero or
-/// inexact where squares vanish. Elsewhere within 1.5 ulp; the two rows of the table differ by their rule.
-template <class T>
-modulus_kernel<T> modulus_vector;
+/// sqrt(im^2 + re^2) without scaling: infinite where a square overflows (a part above 1.8e19 in float, 1.3e154 in
+/// double), zero or inexact where squares underflow. Elsewhere within 1.5 ulp, not always the bits of modulus_plain.
+/// Defined in modulus_simd.h, instantiated for each instruction set in a file of its own.
+template <class Arch, class T>
+modulus_kernel<T> modulus_simd;
 
 template <class T>
-inline constexpr dm::variant<modulus_kernel<T>> modulus_variants[] = {
-    {"sse", dm::cpu::sse, modulus_vector<T>},
-    {"plain", dm::cpu::none, modulus_plain<T>},
-};
+dm::variants<modulus_kernel<T>> modulus_variants();
 
 /// |z|, by the first row of the table that the present features allow.
 template <class T>
 void modulus(const std::complex<T>* src, T* result, std::ptrdiff_t count)
 {
-    dm::choose(modulus_variants<T>).function(src, result, count);
+    dm::choose(modulus_variants<T>()).function(src, result, count);
 }
 
-/// |z| as modulus_plain has it, and the phase atan2(im, re), [rad] from -pi to pi; 0 or +-pi at zero, by the signs of its
-/// parts. The phase is within 0.51 ulp (float: numeric/atan2.h; double: the C library's, within 1 ulp).
+/// |z| as by modulus_plain, and the phase atan2(im, re), [rad] from -pi to pi; at zero 0 or +-pi, by the signs of the
+/// parts. The phase is within 0.51 ulp in float (numeric/atan2.h), within 1 ulp in double (the C library's).
 template <class T>
 void modulus_and_phase(const std::complex<T>* src, T* modulus, T* phase, std::ptrdiff_t count);
 
-/// z / |z|, within 2 ulp of each part; dst may be src. Zeros stay what they are: a pixel without phase gets no
-/// modulus. The scaled modulus divides, so that every other finite z has its unit phase, however large or small. A part
-/// that is infinite or NaN gives NaN (the other part is then 0 or NaN).
+/// z / |z|, within 2 ulp of each part; dst may be src. Zeros are kept. The divisor is the scaled modulus, so that every
+/// other finite z has modulus 1, however large or small. A part that is infinite or NaN becomes NaN; the other part is
+/// then 0 or NaN.
 template <class T>
 void unit_phase(const std::complex<T>* src, std::complex<T>* dst, std::ptrdiff_t count);
 

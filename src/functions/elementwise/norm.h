@@ -4,10 +4,10 @@
 #include <cstddef>
 
 /// Squared moduli of complex images, float and double, as `count` elements in one flat sequence. One loop for all
-/// processors: the compiler vectorises it, and the vector form computes the same values.
+/// processors, which the compiler vectorises.
 namespace qorv::functions {
 
-/// dst = (re^2 + im^2) * scale, in the precision of the image; a scale given in double precision is rounded to it first.
+/// dst = (re^2 + im^2) * scale, in the precision of the image, to which the scale is rounded first.
 /// Source and result must not overlap.
 template <class T>
 void norm(const std::complex<T>* src, double scale, T* dst, std::ptrdiff_t count);

@@ -26,8 +26,8 @@ direction<float> towards(float theta)
 direction<double> towards(double theta)
 {
 #ifdef _WIN32
-    // The C library takes the x87 unit's sine, which loses digits near multiples of pi and all of them at 1e9. Both lanes
-    // get the same angle, since xsimd reduces them by the larger one.
+    // The C library uses the x87 instructions, which lose digits near multiples of pi and all digits at 1e9. Both lanes
+    // have the same angle because xsimd chooses the reduction for the larger one.
     const auto [sine, cosine] = xsimd::sincos(xsimd::batch<double, xsimd::sse2>(theta));
     return {cosine.get(0), sine.get(0)};
 #else

@@ -7,11 +7,11 @@
 #include <type_traits>
 
 /// The overflow-safe modulus of a complex number: its parts are scaled by a power of two before they are squared, so
-/// that no square overflows or vanishes. Branch-free; float and double alike.
+/// that no square overflows or underflows. Branch-free, for float and double; the compiler vectorises loops over it.
 namespace qorv::functions {
 
-/// A complex number as (re, im) * back with the larger part in [1, 2), for all but the smallest and largest numbers
-/// (then within [2^-52, 4)), zeros, infinities and NaN, which keep their kind.
+/// A complex number as (re, im) * back. The larger part is in [1, 2); for the smallest and largest numbers it is in
+/// [2^-52, 4). Zeros, infinities and NaNs remain what they are.
 template <class T>
 struct scaled_complex
 {
@@ -22,7 +22,7 @@ struct scaled_complex
     T modulus() const noexcept { return std::sqrt(re * re + im * im); }
 };
 
-/// std::abs would need a vector form of its own: this is two integer operations.
+/// |x|, as an integer operation that the compiler vectorises together with those below.
 template <class T>
 constexpr T without_sign(T x) noexcept
 {
@@ -49,7 +49,7 @@ scaled_complex<T> scaled(T re, T im) noexcept
     return {re * down, im * down, std::bit_cast<T>(exponent)};
 }
 
-/// |re + i im|, within 1.5 ulp. An infinite part gives infinity even beside NaN.
+/// |re + i im|, within 1.5 ulp. An infinite part gives infinity even if the other is NaN.
 template <class T>
 T safe_modulus(T re, T im) noexcept
 {

@@ -21,7 +21,7 @@ using std::numbers::pi;
 double cosine_sum(std::initializer_list<double> terms, std::ptrdiff_t n, std::ptrdiff_t size)
 {
     double sum = 0, sign = 1;
-    std::ptrdiff_t multiple = 0;  // k * n modulo the size: a small angle keeps the cosine's bits
+    std::ptrdiff_t multiple = 0;  // k * n modulo the size: the cosine is most accurate for small angles
     for (const double term : terms) {
         sum += sign * term * std::cos(2 * pi * static_cast<double>(multiple) / static_cast<double>(size));
         sign = -sign;
@@ -58,7 +58,8 @@ double kaiser_at(std::ptrdiff_t n, std::ptrdiff_t size)
 
 double sine_at(std::ptrdiff_t n, std::ptrdiff_t size)
 {
-    const auto from_edge = static_cast<double>(std::min(n, size - 1 - n));  // one branch for both halves: they mirror
+    const auto from_edge =
+        static_cast<double>(std::min(n, size - 1 - n));  // the same number in both halves, which makes them symmetric
     return std::sin(pi * (from_edge + 0.5) / static_cast<double>(size));
 }
 

@@ -29,9 +29,9 @@ enum class window : std::int32_t
 window ft_window_of(std::int32_t mode);
 
 /// The window over `size` elements. The FTWindow modes are periodic: they peak at element size / 2, where a centred
-/// transform has its origin, and element 0 is their minimum. Sine and Vorbis windows are sampled half an element in and
-/// mirror about (size - 1) / 2, so that w(n)^2 + w(n + size/2)^2 = 1. A size of 1 gives 1: nothing is tapered along
-/// a dimension that the image has not got.
+/// transform has its origin, and element 0 is their minimum. Sine and Vorbis windows are sampled at half elements and
+/// symmetric about (size - 1) / 2, so that w(n)^2 + w(n + size/2)^2 = 1. A size of 1 gives 1, so that a dimension that
+/// the image does not have is not tapered.
 /// Exactness  double, to the last bits of the system's cosine
 /// Source     Harris, Proc. IEEE 66 (1978) 51-83 (Hann, Hamming, Blackman, Tukey, Kaiser, Blackman-Harris);
 ///            Nuttall, IEEE Trans. ASSP 29 (1981) 84-91 (four terms, lowest side lobes);
@@ -50,8 +50,8 @@ struct window_offsets
 /// source       any strides; float, double or complex of these
 /// offsets      real, or complex for a complex destination
 /// destination  size of the source; its type, or the complex type of its precision; may be the source
-/// Throws       errors::different_size; errors::out_of_place for a destination that overlaps the source otherwise
-/// Exactness    computed in double, rounded once. A NaN stays where it is.
+/// Throws       errors::different_size; errors::out_of_place for any other overlap
+/// Exactness    computed in double, rounded once. A NaN affects only its own pixel.
 template <class From, class To, class Number>
 void apply_window(const dm::image<const From>& source, window shape, const window_offsets<Number>& offsets,
                   const dm::image<To>& destination);

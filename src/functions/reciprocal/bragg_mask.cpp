@@ -31,8 +31,8 @@ void require_valid(const disc& shape)
     dm::require(valid(shape.radius) && valid(shape.rim), dm::errors::parameters_invalid);
 }
 
-/// The shortest two vectors that span the same lattice (Lagrange and Gauss): in their cells the nearest lattice point
-/// of any place is a corner of the cell that holds it.
+/// The two shortest vectors that span the same lattice (Lagrange and Gauss). With these, the lattice point nearest to
+/// any position is a corner of the cell that contains the position.
 class reduced_basis
 {
   public:
@@ -42,10 +42,10 @@ class reduced_basis
         dm::require(longest > 0, dm::errors::parameters_invalid);
         for (;;) {
             if (dot(b_, b_) < dot(a_, a_)) std::swap(a_, b_);
-            // Of parallel vectors rounding errors are left over.
+            // From parallel vectors only rounding errors remain.
             dm::require(std::sqrt(dot(a_, a_)) > 1e-9 * longest, dm::errors::parameters_invalid);
             const double part = dot(a_, b_) / dot(a_, a_);
-            if (std::abs(part) <= 0.5 + 1e-9) break;  // at exactly a half there are two shortest, and no progress
+            if (std::abs(part) <= 0.5 + 1e-9) break;  // at exactly a half the exchange would go on for ever
             b_ = b_ - std::round(part) * a_;
         }
         const double determinant = a_.x * b_.y - a_.y * b_.x;

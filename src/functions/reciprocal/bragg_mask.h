@@ -6,21 +6,21 @@
 
 namespace qorv::functions {
 
-/// A plane lattice in pixel coordinates (x right, y down): the points origin + h * a + k * b with whole h and k.
+/// A plane lattice in pixel coordinates (x right, y down): the points origin + h * a + k * b with integer h and k.
 struct lattice
 {
     double a_x, a_y, b_x, b_y;
     double origin_x, origin_y;
 
     /// From a matrix of two rows: x = m11 h + m12 k + m13, y = m21 h + m22 k + m23. Without a third column the origin
-    /// is pixel (width / 2, height / 2), where a centred transform has its own.
+    /// is pixel (width / 2, height / 2), the origin of a centred transform.
     /// matrix  2 or 3 wide, 2 high
     /// Throws  errors::invalid_matrix_size; errors::parameters_invalid for an element that is not finite
     template <class Element>
     static lattice from(const dm::image<const Element>& matrix, std::ptrdiff_t width, std::ptrdiff_t height);
 };
 
-/// What the mask lets through about a point.
+/// The transmission around a point of the mask.
 struct disc
 {
     double radius;  ///< [pixel] >= 0
@@ -37,25 +37,26 @@ struct peak
     double x, y;
 };
 
-/// Factors in 0..1, rows of `width`. Where discs overlap the greater factor holds.
+/// Factors in 0..1, rows of `width`. Where discs overlap, the greater factor applies.
 using mask_plane = std::vector<double>;
 
-/// Discs about every point of the lattice that reaches into the image.
+/// Discs around all points of the lattice.
 /// Throws  errors::parameters_invalid for a radius or rim that is negative or not finite, and for lattice vectors that
 ///         are parallel or zero
 mask_plane lattice_mask(const lattice& points, const disc& shape, std::ptrdiff_t width, std::ptrdiff_t height);
 
-/// Discs about each peak, in pixels. A peak that is not finite has no disc.
+/// Discs around the peaks, in pixels. A peak that is not finite has no disc.
 /// Throws  errors::parameters_invalid for a radius or rim that is negative or not finite
 mask_plane peak_mask(const std::vector<peak>& peaks, const disc& shape, std::ptrdiff_t width, std::ptrdiff_t height);
 
-/// Turns lattice indices into pixel coordinates.
+/// Converts lattice indices to pixel coordinates.
 std::vector<peak> placed(const std::vector<peak>& indices, const lattice& points);
 
-/// Multiplies each plane by the mask. Where it is 0 the result is 0 and where it is 1 the element itself, NaN or not.
+/// Multiplies each plane by the mask. Where the mask is 0 the result is 0, and where it is 1 the element is unchanged,
+/// even if it is NaN.
 /// source       any strides, planes of the mask's size; complex of float or double
 /// destination  size of the source; may be the source
-/// Throws       errors::different_size; errors::out_of_place for a destination that overlaps the source otherwise
+/// Throws       errors::different_size; errors::out_of_place for any other overlap
 template <class T>
 void apply_mask(const dm::image<const T>& source, const mask_plane& mask, const dm::image<T>& destination);
 

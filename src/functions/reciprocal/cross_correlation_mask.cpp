@@ -29,11 +29,11 @@ double modulus(wide v)
         return std::hypot(v.real(), v.imag());
 }
 
-/// The factor that turns modulus m into the mode's own.
+/// The factor from modulus m to that of the mode.
 double scale_of(double m, correlation_mode mode)
 {
     if (mode == correlation_mode::plain) return 1;
-    if (m < std::numeric_limits<double>::min()) return 0;  // nothing, or so little that 1 / m would overflow
+    if (m < std::numeric_limits<double>::min()) return 0;  // 1 / m would overflow
     return mode == correlation_mode::phase_only ? 1 / m : 1 / std::sqrt(m);
 }
 

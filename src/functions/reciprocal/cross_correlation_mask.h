@@ -7,11 +7,11 @@
 
 namespace qorv::functions {
 
-/// What becomes of the cross-spectrum's modulus m.
+/// The modulus of the result, from the modulus m of the cross-spectrum.
 enum class correlation_mode : std::int32_t
 {
-    plain = 0,       ///< kept
-    phase_only = 1,  ///< 1, and 0 where m is 0 or no normal number
+    plain = 0,       ///< m
+    phase_only = 1,  ///< 1, and 0 where m is zero or subnormal
     mutual = 2,      ///< sqrt(m)
 };
 
@@ -22,20 +22,20 @@ correlation_mode correlation_mode_of(std::int32_t number);
 struct correlation_filter
 {
     radial_grid grid;  ///< spatial frequency of a pixel, finite scales [1/nm per pixel]
-    double defocus;    ///< wavelength times defocus that the target has more than the reference, finite [nm^2]
-    double radius;     ///< frequencies above it are left out [1/nm] >= 0; infinity: none
+    double defocus;    ///< wavelength times the target's defocus minus the reference's, finite [nm^2]
+    double radius;     ///< the highest frequency that passes [1/nm] >= 0; infinity: all pass
 };
 
-/// Cross-spectrum target * conj(reference) with a difference of defocus taken out and a low-pass:
+/// Low-pass filtered cross-spectrum with a compensated difference of defocus:
 /// destination = target * conj(reference) * exp(+i pi defocus g^2) where g <= radius, and 0 elsewhere. A lens with
-/// defocus C1 multiplies a spectrum by exp(-i pi lambda C1 g^2), so the positive sign undoes it in the target.
+/// defocus C1 multiplies a spectrum by exp(-i pi lambda C1 g^2), which the positive sign removes from the target.
 /// target, reference, destination   same size, any strides, complex of float or double; the destination may be one of
 ///            the others. Each plane of a volume is a spectrum of its own.
-/// Returns    the mean modulus of the written elements within the radius, 0 when there are none: times the number of
-///            those elements it is the height of the correlation peak of equal images
+/// Returns    the mean modulus of the elements within the radius, 0 when there are none. Multiplied by their number it
+///            is the height of the correlation peak of equal images.
 /// Throws     errors::different_size; errors::parameters_invalid for a scale or defocus that is not finite and for a
-///            radius that is negative or NaN; errors::out_of_place for a destination that overlaps otherwise
-/// Exactness  computed in double, rounded once. A NaN stays in its pixel and makes the mean NaN.
+///            radius that is negative or NaN; errors::out_of_place for any other overlap
+/// Exactness  computed in double, rounded once. A NaN affects its own pixel and the mean.
 /// Source     Meyer, Kirkland, Saxton, Ultramicroscopy 92 (2002) 89-109 (correlation with compensated defocus)
 template <class T>
 double cross_correlation_mask(const dm::image<const T>& target, const dm::image<const T>& reference,

@@ -7,7 +7,7 @@
 
 namespace qorv::functions {
 
-/// How the curve is read at a radius, and whether its value multiplies or divides.
+/// The interpolation of the curve at a radius, and whether its value multiplies or divides.
 enum class weight_mode : std::int32_t
 {
     nearest = 0,
@@ -20,14 +20,14 @@ enum class weight_mode : std::int32_t
 /// Throws  errors::invalid_mode outside 0..3
 weight_mode weight_mode_of(std::int32_t number);
 
-/// Multiplies every pixel by a curve read at the pixel's radius: element r of the curve belongs to radius r, the last
-/// to all radii beyond. An inverse mode divides instead; where the curve is 0 the result is 0.
+/// Multiplies every pixel by the value of a curve at the pixel's radius. Element r of the curve is its value at radius
+/// r; the last element is the value at all larger radii. An inverse mode divides instead; where the curve is 0 the
+/// result is 0.
 /// source       any strides; float, double or complex of these
 /// curve        one row for all planes, or a row for each plane; one element or more
 /// destination  size of the source; may be the source
 /// Throws       errors::different_size; errors::invalid_image_size for a curve of another shape;
-///              errors::parameters_invalid for a scale that is not finite; errors::out_of_place for a destination that
-///              overlaps the source otherwise
+///              errors::parameters_invalid for a scale that is not finite; errors::out_of_place for any other overlap
 /// Exactness    the factor (in an inverse mode the reciprocal) and the product are formed in double and rounded once
 template <class T, class Curve>
 void weight(const dm::image<const T>& source, const dm::image<const Curve>& curve, const radial_grid& grid,

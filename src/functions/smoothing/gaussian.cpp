@@ -32,7 +32,7 @@ double weighted_mean(const T* line, std::ptrdiff_t step, std::ptrdiff_t n, std::
 
 std::vector<double> gaussian_weights(double sigma, std::int32_t order, std::ptrdiff_t limit)
 {
-    // Compared before it is narrowed: the length can be beyond every integer, or NaN for order 0 of an infinite sigma.
+    // Compared before the conversion: the length can exceed every integer, and order 0 of an infinite sigma gives NaN.
     const float length = std::ceil(static_cast<float>(order) * static_cast<float>(sigma) + 1.0f);
     const std::ptrdiff_t n = static_cast<double>(length) >= static_cast<double>(limit) ? limit
                              : length > 1.0f ? static_cast<std::ptrdiff_t>(length)
@@ -43,6 +43,34 @@ std::vector<double> gaussian_weights(double sigma, std::int32_t order, std::ptrd
         weights[i] = std::exp(-(distance * distance) * (1.0 / (2 * sigma * sigma)));
     }
     return weights;
+}
+
+std::vector<double> gaussian_norms(const std::vector<double>& weights, std::ptrdiff_t n)
+{
+    constexpr std::ptrdiff_t together = 8;  // independent sums hide the latency of the additions
+    std::vector<double> norms(static_cast<std::size_t>(n));
+    const std::ptrdiff_t last = static_cast<std::ptrdiff_t>(weights.size()) - 1;
+    double both_sides = weights[0];  // of the taps that have samples on the left and on the right
+    for (std::ptrdiff_t begin = 0; begin <= n - 1 - begin; begin += together) {
+        const std::ptrdiff_t end = std::min(begin + together, (n + 1) / 2);
+        double sums[together] = {};
+        const auto add_one_sided = [&](std::ptrdiff_t i, std::ptrdiff_t from, std::ptrdiff_t to) {
+            for (std::ptrdiff_t k = from; k <= std::min({to, last, n - 1 - i}); ++k) sums[i - begin] += weights[k];
+        };
+        for (std::ptrdiff_t i = begin; i < end; ++i) {
+            if (i > 0 && i <= last) both_sides = both_sides + weights[i] + weights[i];
+            sums[i - begin] = both_sides;
+            add_one_sided(i, i + 1, end - 1);
+        }
+        const std::ptrdiff_t common_last = std::min(last, n - end);  // of the taps that all these samples have
+        for (std::ptrdiff_t k = end; k <= common_last; ++k)
+            for (double& sum : sums) sum += weights[k];
+        for (std::ptrdiff_t i = begin; i < end; ++i) {
+            add_one_sided(i, std::max(end, common_last + 1), last);
+            norms[i] = norms[n - 1 - i] = sums[i - begin];  // the same additions from the other end
+        }
+    }
+    return norms;
 }
 
 template <class T>
@@ -60,8 +88,19 @@ void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, cons
     }
 }
 
-template gaussian_kernel<float> gaussian_plain<float>;
-template gaussian_kernel<double> gaussian_plain<double>;
+namespace {
+
+template <class T>
+constexpr dm::variant<gaussian_kernel<T>> rows[] = {{"sse2", dm::cpu::sse2, gaussian_simd<xsimd::sse2, T>},
+                                                    {"plain", dm::cpu::none, gaussian_plain<T>}};
+
+}  // namespace
+
+template <class T>
+dm::variants<gaussian_kernel<T>> gaussian_variants()
+{
+    return rows<T>;
+}
 
 template <class T>
 void gaussian_blur(const dm::image<const std::type_identity_t<T>>& from, const dm::image<T>& to, double sigma,
@@ -70,12 +109,17 @@ void gaussian_blur(const dm::image<const std::type_identity_t<T>>& from, const d
     const bool valid = from.width() > 0 && from.height() > 0 && from.data() && sigma >= 0 && order >= 0 && to.data();
     dm::require(valid, dm::errors::parameters_invalid);
     const auto weights = gaussian_weights(sigma, order, std::max(from.width(), from.height()));
-    const auto& kernel = dm::choose(gaussian_variants<T>);
+    const auto& kernel = dm::choose(gaussian_variants<T>());
     for (std::ptrdiff_t z = 0; z < std::min(from.depth(), to.depth()); ++z)
         kernel.function(from.plane(z), to.plane(z), weights);
 }
 
-template void gaussian_blur<float>(const dm::image<const float>&, const dm::image<float>&, double, std::int32_t);
-template void gaussian_blur<double>(const dm::image<const double>&, const dm::image<double>&, double, std::int32_t);
+#define INSTANTIATE(T)                                                \
+    template dm::variants<gaussian_kernel<T>> gaussian_variants<T>(); \
+    template gaussian_kernel<T> gaussian_plain<T>;                    \
+    template void gaussian_blur<T>(const dm::image<const T>&, const dm::image<T>&, double, std::int32_t)
+INSTANTIATE(float);
+INSTANTIATE(double);
+#undef INSTANTIATE
 
 }  // namespace qorv::functions

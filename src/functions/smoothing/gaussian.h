@@ -12,21 +12,25 @@
 namespace qorv::functions {
 
 /// Blurs each plane along x, then along y. The kernel has n = ceil(order * sigma + 1) weights, the product and the sum
-/// in single precision, w[i] = exp(-i^2 / (2 sigma^2)); the window reaches n - 1 samples to each side, taps outside the
-/// line are dropped and the others' weights renormalised. Sums in double precision; what the x pass found is rounded to
-/// the element type before the y pass. sigma 0 or order 0 copies (a negative zero stays one).
+/// in single precision, w[i] = exp(-i^2 / (2 sigma^2)). The window extends n - 1 samples to each side; taps outside the
+/// line are dropped and the other weights renormalised. Sums are in double precision; the result of the x pass is
+/// rounded to the element type before the y pass. With sigma 0 or order 0 the image is copied, negative zeros included.
 /// from    the source; strides of any size and sign
 /// to      the destination: width and height of the source; the planes that both have are written; may be the source
 /// sigma   standard deviation [pixels], >= 0; infinity with an order above 0 gives the mean of row and column
 /// order   the kernel ends at order * sigma, >= 0
-/// A NaN or infinite pixel reaches every result whose window holds it, a tap with weight 0 included.
+/// A NaN or infinite pixel reaches every result whose window contains it, even at a tap with weight 0.
+/// Time    proportional to the pixels times the smaller of n and the width (the height in the y pass)
 /// Throws  errors::parameters_invalid on null data, an empty width or height, a negative or NaN sigma, a negative order
 template <class T>
 void gaussian_blur(const dm::image<const std::type_identity_t<T>>& from, const dm::image<T>& to, double sigma,
                    std::int32_t order);
 
-/// The weights w[0] = 1, w[1] ... of that kernel, at most `limit`: a line of `limit` samples never meets the others.
+/// The weights w[0] = 1, w[1] ... of the kernel, at most `limit`: in a line of `limit` samples no other weight is used.
 std::vector<double> gaussian_weights(double sigma, std::int32_t order, std::ptrdiff_t limit);
+
+/// The sum of the weights that meet a line of `n` samples, for each of its samples; n > 0.
+std::vector<double> gaussian_norms(const std::vector<double>& weights, std::ptrdiff_t n);
 
 /// One plane, in place or out of place. Each result is acc / wsum, where acc starts with w[0] * x and wsum with w[0];
 /// for i = 1, 2 ... the tap on the left and then the tap on the right are added to both, if they exist.
@@ -37,13 +41,13 @@ using gaussian_kernel = void(const dm::image<const T>& from, const dm::image<T>&
 template <class T>
 void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights);
 
-/// Several pixels at a time with the same operations in the same order: the same bits (but for the payloads of NaNs).
-/// A destination without contiguous rows goes to the plain variant.
-template <class T>
-void gaussian_sse(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights);
+/// Several pixels at a time with the same operations in the same order: the same bits except for the payloads of NaNs.
+/// A destination without contiguous rows is passed to the plain variant. Defined in gaussian_simd.h, instantiated for
+/// each instruction set in a file of its own.
+template <class Arch, class T>
+void gaussian_simd(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights);
 
 template <class T>
-inline constexpr dm::variant<gaussian_kernel<T>> gaussian_variants[] = {{"sse2", dm::cpu::sse2, gaussian_sse<T>},
-                                                                        {"plain", dm::cpu::none, gaussian_plain<T>}};
+dm::variants<gaussian_kernel<T>> gaussian_variants();
 
 }  // namespace qorv::functions

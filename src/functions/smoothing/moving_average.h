@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <type_traits>
 
-/// Box (moving-average) filters of float, double, complex<float> and complex<double> images. The window holds
+/// Box (moving-average) filters of float, double, complex<float> and complex<double> images. The window has
 /// 2 * radius + 1 samples along each filtered axis and is clipped at the border; a running sum makes the cost
 /// independent of the radius. Sums, factors and divisors are kept in the precision of the image (of the component for
 /// complex images, whose parts are averaged with the same window).
@@ -16,9 +16,10 @@
 /// to       the destination: width and height of the source; the planes that both have are written
 /// radius   pixels; any value to 2^31 - 1, also beyond the size
 ///
-/// A NaN or an infinity never leaves a running sum again: from the sample at which it enters the window on, every
-/// later result of its line is NaN (an infinity stays infinite until it leaves the window). In the two-dimensional
-/// filter its column keeps it for all later rows. All variants agree on which results are NaN; the payload is open.
+/// A NaN or an infinity never leaves a running sum: from the sample at which it enters the window, every later result
+/// of its line is NaN (after an infinity the results are infinite until it leaves the window). In the two-dimensional
+/// filter its column keeps it for all later rows. All variants agree on which results are NaN; the payload is not
+/// specified.
 namespace qorv::functions {
 
 /// Mean over all axes. Images apart: each plane is divided by the true number of pixels in the clipped rectangle, and
@@ -87,25 +88,27 @@ template <class T>
 void box_slice2_plain(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
                       std::ptrdiff_t radius);
 
-/// Several lines at a time as lanes, each with the plain variant's operations in the same order: the same bits (but for
-/// the payloads of NaNs). Images without contiguous rows, and views that overlap without being the same, go to the
-/// plain variant.
+/// Whether the vector form of the pass is possible: contiguous rows, and images that are the same or apart. Here and not
+/// in its only caller, so that no copy compiled for a newer instruction set can replace that of other callers.
 template <class T>
-void box_pass_sse(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius);
-template <class T>
-void box_slice_sse(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius);
-template <class T>
-void box_slice2_sse(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
-                    std::ptrdiff_t radius);
+bool box_pass_has_lanes(const dm::image<const T>& from, const dm::image<T>& to);
+
+/// Several lines at a time as lanes, each with the plain variant's operations in the same order: the same bits except
+/// for the payloads of NaNs. Images without contiguous rows, and views that overlap without being the same, are passed
+/// to the plain variant. Defined in moving_average_simd.h, instantiated for each instruction set in a file of its own.
+template <class Arch, class T>
+void box_pass_simd(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius);
+template <class Arch, class T>
+void box_slice_simd(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius);
+template <class Arch, class T>
+void box_slice2_simd(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
+                     std::ptrdiff_t radius);
 
 template <class T>
-inline constexpr dm::variant<box_pass_kernel<T>> box_pass_variants[] = {{"sse2", dm::cpu::sse2, box_pass_sse<T>},
-                                                                        {"plain", dm::cpu::none, box_pass_plain<T>}};
+dm::variants<box_pass_kernel<T>> box_pass_variants();
 template <class T>
-inline constexpr dm::variant<box_slice_kernel<T>> box_slice_variants[] = {{"sse2", dm::cpu::sse2, box_slice_sse<T>},
-                                                                          {"plain", dm::cpu::none, box_slice_plain<T>}};
+dm::variants<box_slice_kernel<T>> box_slice_variants();
 template <class T>
-inline constexpr dm::variant<box_slice2_kernel<T>> box_slice2_variants[] = {
-    {"sse2", dm::cpu::sse2, box_slice2_sse<T>}, {"plain", dm::cpu::none, box_slice2_plain<T>}};
+dm::variants<box_slice2_kernel<T>> box_slice2_variants();
 
 }  // namespace qorv::functions

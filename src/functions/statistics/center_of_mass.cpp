@@ -12,12 +12,13 @@ namespace {
 
 using dm::image;
 
-/// Whole numbers from the first to the last within `reach` of `middle`, inside 0 .. size - 1.
+/// The integers within `reach` of `middle`, limited to 0 .. size - 1.
 struct range
 {
     range(double middle, double reach, std::ptrdiff_t size)
     {
-        const auto most = static_cast<double>(size);  // limits before the conversion: a start may lie far outside
+        const auto most =
+            static_cast<double>(size);  // limited before the conversion, because the start may be far outside
         first = static_cast<std::ptrdiff_t>(std::ceil(std::clamp(middle - reach, 0.0, most)));
         last = static_cast<std::ptrdiff_t>(std::floor(std::clamp(middle + reach, -1.0, most - 1)));
     }
@@ -36,14 +37,14 @@ moments moments_within(const image<const T>& source, const position& center, con
     const range rows{center.y, how.radius, source.height()};
     for (std::ptrdiff_t y = rows.first; y <= rows.last; ++y) {
         const double dy = static_cast<double>(y) - center.y;
-        // The root of a tiny negative number can only come from rounding at the disc's top and bottom.
+        // Rounding can make the square slightly negative at the top and the bottom of the disc.
         const double reach =
             std::isinf(how.radius) ? how.radius : std::sqrt(std::max(0.0, how.radius * how.radius - dy * dy));
         const range columns{center.x, reach, source.width()};
         double mass = 0, moment = 0;
         for (std::ptrdiff_t x = columns.first; x <= columns.last; ++x) {
             const double excess = static_cast<double>(source(x, y)) - how.threshold;
-            const double weight = excess > 0 ? excess : 0.0;  // a NaN is not above the threshold
+            const double weight = excess > 0 ? excess : 0.0;  // 0 for a NaN, too
             mass += weight;
             moment += weight * static_cast<double>(x);
         }
@@ -68,7 +69,7 @@ std::int32_t center_of_mass(const image<const T>& source, position& center, cons
         const moments found = moments_within(source, current, how);
         if (!(found.mass > 0) || !std::isfinite(found.mass)) return 0;
         const position next{found.x / found.mass, found.y / found.mass};
-        // The same pixels give the same sums to the bit, so a centre at rest needs no tolerance.
+        // The same pixels give the same sums to the bit, so the comparison needs no tolerance.
         const bool rests = next.x == current.x && next.y == current.y;
         current = next;
         if (rests || cycle == how.most_cycles) {

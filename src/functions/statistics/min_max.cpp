@@ -13,8 +13,8 @@ namespace {
 
 using dm::image;
 
-/// Calls `work(step)` with the distance of a row's neighbours: as a compile-time 1 for the usual contiguous row, so
-/// that the loop inside can be vectorised, and as a number for a strided one.
+/// Calls `work(step)` with the distance between neighbours in a row: a compile-time 1 for a contiguous row, so that the
+/// compiler can vectorise the loop, a number for a strided one.
 template <class Work>
 decltype(auto) with_step(std::ptrdiff_t step, Work&& work)
 {
@@ -32,7 +32,7 @@ constexpr T worst()
         return Better{}(T{0}, T{1}) ? limits::max() : limits::min();
 }
 
-/// The best of a row. The form "better ? element : best" is the one of the vector instructions, and false for a NaN.
+/// The best element of a row. "better ? element : best" is what the vector instructions compute; it ignores NaNs.
 template <class T, class Better, class Step>
 T best_of_row(const T* row, std::ptrdiff_t width, Step step)
 {
@@ -52,7 +52,8 @@ T best_of_row(const T* row, std::ptrdiff_t width, Step step)
     return best[0];
 }
 
-/// Takes row after row. A row's best is found first, its place only when it beats all rows before.
+/// Searches row after row. The position of a row's best element is searched only when it is better than all rows
+/// before.
 template <class T, class Better>
 class search
 {

@@ -6,7 +6,7 @@
 
 namespace qorv::functions {
 
-/// An extreme element: its value and where it lies.
+/// An extreme element: its value and position.
 struct extremum
 {
     double value;
@@ -18,10 +18,9 @@ struct extrema
     extremum smallest, greatest;
 };
 
-/// The smallest and the greatest element of an image, each the first of its value in storage order (x fastest, then y,
-/// then z), whatever the image's size. A NaN is neither small nor great and is passed over; an image of NaNs only gives
-/// NaN at (0, 0, 0).
-/// source     one element or more, any strides, any of the eight real element types
+/// The smallest and the greatest element of an image. Of equal elements the first in storage order (x fastest, then y,
+/// then z) is found. NaNs are ignored; an image that contains only NaNs has NaN at (0, 0, 0).
+/// source     not empty, any strides, any of the eight real element types
 /// Exactness  exact
 template <class T>
 extrema min_max(const dm::image<const T>& source);

@@ -5,7 +5,7 @@
 
 namespace qorv::functions {
 
-/// Radii about a pixel, with a scale for each axis:
+/// Radii around a pixel, with a scale for each axis:
 /// radius(x, y) = sqrt(((x - center_x) * scale_x)^2 + ((y - center_y) * scale_y)^2).
 struct radial_grid
 {

@@ -13,7 +13,7 @@ namespace {
 
 using dm::image;
 
-constexpr double longest_profile = 1 << 24;  // longer ones come from a mistaken scale, not from an image
+constexpr double largest_profile = 0x1p24;  // elements, for images with fewer
 
 double farthest_square(const radial_grid& grid, std::ptrdiff_t width, std::ptrdiff_t height)
 {
@@ -24,17 +24,21 @@ std::int32_t nearest_radius(double square) { return static_cast<std::int32_t>(st
 
 }  // namespace
 
-std::ptrdiff_t radial_length(const radial_grid& grid, std::ptrdiff_t width, std::ptrdiff_t height)
+std::ptrdiff_t radial_length(const radial_grid& grid, const image<const float>::extents& sizes)
 {
+    const auto [width, height, depth] = sizes;
     const double farthest = std::sqrt(farthest_square(grid, width, height));
-    dm::require(farthest + 1 < longest_profile, dm::errors::parameters_invalid);  // false for a NaN too
+    const double elements = static_cast<double>(width * height * depth);
+    const bool plausible =
+        farthest < 0x1p30 && (farthest + 1) * static_cast<double>(depth) < std::max(largest_profile, elements);
+    dm::require(plausible, dm::errors::parameters_invalid);  // false for a NaN, too
     return nearest_radius(farthest * farthest) + std::ptrdiff_t{1};
 }
 
 template <class T, class Profile>
 void radial_survey(const image<const T>& source, const radial_grid& grid, const image<Profile>& profile)
 {
-    const auto length = static_cast<std::size_t>(radial_length(grid, source.width(), source.height()));
+    const auto length = static_cast<std::size_t>(radial_length(grid, source.sizes()));
     dm::require(profile.width() == static_cast<std::ptrdiff_t>(length) && profile.height() == source.depth() &&
                     profile.depth() == 1,
                 dm::errors::different_size);

@@ -150,7 +150,7 @@ image_ref RadialSurveyDM(image_ref imgSrc, std::int32_t nCX, std::int32_t nCY, d
     const std::uint32_t type = dm::required_type(dm::eight_reals{}, imgSrc, dm::errors::should_be_real);
     return dm::with_locks(reading{imgSrc}, [&](const read_lock& from) {
         const radial_grid grid{nCX, nCY, fScaleX, fScaleY};
-        const auto length = static_cast<std::uint32_t>(radial_length(grid, from.width(), from.height()));
+        const auto length = static_cast<std::uint32_t>(radial_length(grid, from.sizes()));
         std::vector<std::uint32_t> sizes{length};
         if (from.depth() > 1) sizes.push_back(static_cast<std::uint32_t>(from.depth()));
         const dm::data_type result_type = profile_type(type);

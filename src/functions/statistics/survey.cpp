@@ -27,14 +27,34 @@ survey_record survey_plain(const dm::image<const T>& image)
     return {image.size(), minimum, maximum, sum, squares, absolutes};
 }
 
+namespace {
+
+template <class T>
+constexpr dm::variant<survey_kernel<T>> rows[] = {{"plain", dm::cpu::none, survey_plain<T>}};
+template <>
+constexpr dm::variant<survey_kernel<float>> rows<float>[] = {{"sse2", dm::cpu::sse2, survey_simd<xsimd::sse2, float>},
+                                                             {"plain", dm::cpu::none, survey_plain<float>}};
+template <>
+constexpr dm::variant<survey_kernel<double>> rows<double>[] = {
+    {"sse2", dm::cpu::sse2, survey_simd<xsimd::sse2, double>}, {"plain", dm::cpu::none, survey_plain<double>}};
+
+}  // namespace
+
+template <class T>
+dm::variants<survey_kernel<T>> survey_variants()
+{
+    return rows<T>;
+}
+
 template <class T>
 survey_record survey(const dm::image<const T>& image)
 {
-    return dm::choose(survey_variants<T>).function(image);
+    return dm::choose(survey_variants<T>()).function(image);
 }
 
-#define INSTANTIATE(T)                         \
-    template survey_kernel<T> survey_plain<T>; \
+#define INSTANTIATE(T)                                            \
+    template survey_kernel<T> survey_plain<T>;                    \
+    template dm::variants<survey_kernel<T>> survey_variants<T>(); \
     template survey_kernel<T> survey<T>
 ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE

@@ -9,7 +9,7 @@
 /// Basic statistics of a real image in one pass.
 namespace qorv::functions {
 
-/// As for an image without elements.
+/// The initial values are the result for an image without elements.
 struct survey_record
 {
     std::int64_t count = 0;  ///< width * height * depth
@@ -21,9 +21,9 @@ struct survey_record
 /// Surveys all pixels of an image of int8 to uint32, float or double; strides of any size and sign. Accumulates in
 /// double precision. Minimum and maximum are exact. The plain kernel adds in row order; the vector kernels (float,
 /// double) add in lanes, so that sums of many terms differ in their last bits.
-/// NaN pixels make the three sums NaN and are passed over by minimum and maximum. The minimum is at most the largest
-/// number of the search's start value and the maximum at least its negative: 1.7976931348623157e308, and 3.4028235e38
-/// in the vector kernel for float. Only an image of nothing but NaNs and infinities shows it.
+/// NaN pixels make the three sums NaN; minimum and maximum ignore them. The search starts with the largest finite
+/// number as the minimum and its negative as the maximum: 1.7976931348623157e308, in the vector kernel for float
+/// 3.4028235e38. These values are the result only for an image that contains nothing but NaNs and infinities.
 template <class T>
 survey_record survey(const dm::image<const T>& image);
 
@@ -33,17 +33,12 @@ using survey_kernel = survey_record(const dm::image<const T>& image);
 template <class T>
 survey_record survey_plain(const dm::image<const T>& image);
 
-/// Adds each row in lanes; images without contiguous rows go to the plain variant.
-survey_kernel<float> survey_sse;
-survey_kernel<double> survey_sse;
+/// float and double: each row is added in lanes; images without contiguous rows are passed to the plain variant.
+/// Defined in survey_simd.h, instantiated for each instruction set in a file of its own.
+template <class Arch, class T>
+survey_record survey_simd(const dm::image<const T>& image);
 
 template <class T>
-inline constexpr dm::variant<survey_kernel<T>> survey_variants[] = {{"plain", dm::cpu::none, survey_plain<T>}};
-template <>
-inline constexpr dm::variant<survey_kernel<float>> survey_variants<float>[] = {
-    {"sse2", dm::cpu::sse2, survey_sse}, {"plain", dm::cpu::none, survey_plain<float>}};
-template <>
-inline constexpr dm::variant<survey_kernel<double>> survey_variants<double>[] = {
-    {"sse2", dm::cpu::sse2, survey_sse}, {"plain", dm::cpu::none, survey_plain<double>}};
+dm::variants<survey_kernel<T>> survey_variants();
 
 }  // namespace qorv::functions

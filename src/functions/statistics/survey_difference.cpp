@@ -12,12 +12,12 @@
 namespace qorv::functions {
 namespace {
 
-/// Two doubles in one vector register (a type of the compiler's, no processor's instruction by name).
+/// The sums for even and odd columns. The result is defined by two partial sums, so this is a pair of doubles of the
+/// compiler's vector type, not a vector whose length depends on the instruction set.
 using pair = double __attribute__((vector_size(16)));
 
 pair absolute_of(pair v) { return v < 0.0 ? -v : v; }
 
-/// Two partial results of each sum, for even and odd columns.
 struct paired_sums
 {
     pair sum1{}, square1{}, sum2{}, square2{}, difference{}, square{}, absolute{};
@@ -45,7 +45,7 @@ struct paired_sums
 template <class T, class Step>
 void add_row(paired_sums& sums, std::ptrdiff_t width, const T* a, Step a_step, const T* b, Step b_step)
 {
-    paired_sums row = sums;  // a copy of its own stays in registers
+    paired_sums row = sums;  // a local copy stays in registers
     const auto at = [](const T* p, std::ptrdiff_t i) { return static_cast<double>(p[i]); };
     std::ptrdiff_t x = 0;
     for (; x + 1 < width; x += 2)

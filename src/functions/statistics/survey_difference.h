@@ -17,9 +17,9 @@ struct difference_survey
 /// Surveys two images and their difference in one pass.
 /// first, second  same size, any strides, any of the eight real element types
 /// Throws     errors::different_size
-/// Exactness  elements become doubles before anything is computed. Even and odd columns are summed apart and added at
-///            the end, so whole numbers are summed exactly below 2^53 and other sums are right to the last bits. A NaN
-///            makes every sum that it enters a NaN.
+/// Exactness  elements are converted to double first. Even and odd columns are summed separately and added at the end:
+///            sums of integers are exact below 2^53, others right to the last bits. A NaN makes every sum to which it
+///            contributes a NaN.
 template <class T>
 difference_survey survey_difference(const dm::image<const T>& first, const dm::image<const T>& second);
 

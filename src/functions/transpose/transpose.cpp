@@ -44,14 +44,14 @@ struct any_element
 template <class Element>
 void copy_transposed(const voxels& from, const voxels& to, std::pair<int, int> axes, Element element)
 {
-    voxels source = from;  // walked with the destination's indices
+    voxels source = from;  // indexed with the destination's indices
     std::swap(source.strides[axes.first], source.strides[axes.second]);
     for (std::ptrdiff_t z = 0; z < to.sizes[2]; ++z)
         for (std::ptrdiff_t y = 0; y < to.sizes[1]; ++y)
             for (std::ptrdiff_t x = 0; x < to.sizes[0]; ++x) element.copy(at(source, x, y, z), at(to, x, y, z));
 }
 
-/// Every pair once: the later axis' index is the greater one.
+/// Each pair once: of two mirrored elements the one with the greater index along the later axis is visited.
 template <class Element>
 void exchange_mirrored(const voxels& volume, std::pair<int, int> axes, Element element)
 {
@@ -75,10 +75,10 @@ void transpose_elements(const voxels& from, const voxels& to, transposition whic
 
 void transpose(const voxels& from, const voxels& to, std::size_t element_bytes, transposition which)
 {
-    auto wanted = from.sizes;
-    std::swap(wanted[axes_of(which).first], wanted[axes_of(which).second]);
-    dm::require(to.sizes == wanted, dm::errors::invalid_image_size);
-    dm::choose(transpose_variants).function(from, to, element_bytes, which);
+    auto exchanged = from.sizes;
+    std::swap(exchanged[axes_of(which).first], exchanged[axes_of(which).second]);
+    dm::require(to.sizes == exchanged, dm::errors::invalid_image_size);
+    dm::choose(transpose_variants()).function(from, to, element_bytes, which);
 }
 
 }  // namespace
@@ -93,6 +93,13 @@ void transpose_plain(const voxels& from, const voxels& to, std::size_t element_b
         case 16: return transpose_elements(from, to, which, fixed_element<16>{});
         default: return transpose_elements(from, to, which, any_element{element_bytes});
     }
+}
+
+dm::variants<transpose_kernel> transpose_variants()
+{
+    static constexpr dm::variant<transpose_kernel> rows[] = {{"sse2", dm::cpu::sse2, transpose_simd<xsimd::sse2>},
+                                                             {"plain", dm::cpu::none, transpose_plain}};
+    return rows;
 }
 
 void transpose_xz(const voxels& from, const voxels& to, std::size_t element_bytes)

@@ -6,8 +6,7 @@
 #include <array>
 #include <cstddef>
 
-/// Exchange of two axes of a volume. Only whole elements are moved, so the element's type does not matter, just its
-/// bytes.
+/// Exchange of two axes of a volume. Elements are only moved, so that the number of their bytes is all that matters.
 namespace qorv::functions {
 
 /// A volume of elements of any type: sizes along x, y, z in elements, strides in bytes.
@@ -29,10 +28,9 @@ voxels voxels_of(const dm::image<T>& view)
 
 /// to(x, y, z) = from(z, y, x). In place when both have the same data pointer: mirrored elements are exchanged.
 /// from            the source; it is only read unless it is the destination
-/// to              sizes (nz, ny, nx) of the source's; must not overlap the source otherwise
-/// element_bytes   1 and more
-/// Throws  errors::invalid_image_size when the sizes are others, before anything is written; in place this leaves
-///         volumes with nx = nz
+/// to              a source of nx x ny x nz needs a destination of nz x ny x nx; must not overlap the source otherwise
+/// element_bytes   >= 1
+/// Throws  errors::invalid_image_size for other sizes, before anything is written; in place therefore unless nx = nz
 void transpose_xz(const voxels& from, const voxels& to, std::size_t element_bytes);
 
 /// to(x, y, z) = from(x, z, y), sizes (nx, nz, ny); otherwise like `transpose_xz`.
@@ -50,11 +48,12 @@ using transpose_kernel = void(const voxels& from, const voxels& to, std::size_t 
 /// Element by element in the destination's order.
 transpose_kernel transpose_plain;
 
-/// Long stretches of rows through small blocks; x and z of elements with 1, 2, 4, 8 or 16 bytes, y and z of any. Volumes
-/// without contiguous rows and other elements go to the plain variant.
-transpose_kernel transpose_sse;
+/// Long stretches of rows through small blocks; x and z of elements with 1, 2, 4, 8 or 16 bytes, y and z of any. Other
+/// elements, and volumes without contiguous rows, are passed to the plain variant. Defined in transpose_simd.h,
+/// instantiated for each instruction set in a file of its own.
+template <class Arch>
+void transpose_simd(const voxels& from, const voxels& to, std::size_t element_bytes, transposition which);
 
-inline constexpr dm::variant<transpose_kernel> transpose_variants[] = {{"sse2", dm::cpu::sse2, transpose_sse},
-                                                                       {"plain", dm::cpu::none, transpose_plain}};
+dm::variants<transpose_kernel> transpose_variants();
 
 }  // namespace qorv::functions

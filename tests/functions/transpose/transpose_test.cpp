@@ -1,6 +1,5 @@
 #include "functions/transpose/transpose.h"
 
-#include "image/errors.h"
 #include "tests/support/canvas.h"
 #include "tests/support/same_bytes.h"
 
@@ -43,17 +42,17 @@ const extents volumes[] = {{1, 1, 1},   {7, 5, 1},    {1, 5, 7},     {9, 1, 4}, 
 
 TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
 {
-    for (const auto& row : dm::runnable(transpose_variants))
+    for (const auto& row : dm::runnable(transpose_variants()))
         for (const auto which : {transposition::xz, transposition::yz})
             for (const extents& sizes : volumes)
                 for (const auto& how : {support::dense, support::gapped, support::sparse}) {
                     const canvas<TypeParam> from{sizes, how}, to{transposed(sizes, which), how, 2};
                     row.function(voxels_of(from.view()), voxels_of(to.view()), sizeof(TypeParam), which);
-                    std::vector<TypeParam> wanted;
+                    std::vector<TypeParam> expected;
                     support::for_each_place(to.view().sizes(), [&](auto x, auto y, auto z) {
-                        wanted.push_back(which == transposition::xz ? from.view()(z, y, x) : from.view()(x, z, y));
+                        expected.push_back(which == transposition::xz ? from.view()(z, y, x) : from.view()(x, z, y));
                     });
-                    ASSERT_TRUE(support::same_bytes(to.pixels(), wanted))
+                    ASSERT_TRUE(support::same_bytes(to.pixels(), expected))
                         << row.name << " " << testing::PrintToString(sizes);
                     ASSERT_TRUE(to.gaps_untouched());
                 }
@@ -61,7 +60,7 @@ TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
 
 TYPED_TEST(transpose_test, InPlaceIsTheSame)
 {
-    for (const auto& row : dm::runnable(transpose_variants))
+    for (const auto& row : dm::runnable(transpose_variants()))
         for (const auto which : {transposition::xz, transposition::yz})
             for (const std::ptrdiff_t n : {1, 2, 16, 33, 67, 130})
                 for (const auto& how : {support::dense, support::sparse}) {
@@ -73,17 +72,6 @@ TYPED_TEST(transpose_test, InPlaceIsTheSame)
                     ASSERT_TRUE(support::same_bytes(image.pixels(), to.pixels())) << row.name << n;
                     ASSERT_TRUE(image.gaps_untouched());
                 }
-}
-
-TEST(transpose, RefusesOtherSizes)
-{
-    const canvas<float> from{{3, 4, 5}}, to{{5, 4, 3}, support::dense, 2}, before{{5, 4, 3}, support::dense, 2};
-    const voxels source = voxels_of(from.view()), result = voxels_of(to.view());
-    EXPECT_EQ(support::message_of([&] { transpose_yz(source, result, 4); }), dm::errors::invalid_image_size);
-    EXPECT_EQ(support::message_of([&] { transpose_xz(source, source, 4); }), dm::errors::invalid_image_size);
-    EXPECT_TRUE(support::same_bytes(to.pixels(), before.pixels()));
-    transpose_xz(source, result, 4);
-    EXPECT_EQ(to.view()(4, 1, 2), from.view()(2, 1, 4));
 }
 
 }  // namespace

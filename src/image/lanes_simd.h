@@ -1,0 +1,140 @@
+#pragma once
+
+#include <xsimd/xsimd.hpp>
+
+#include <cstddef>
+#include <utility>
+
+/// Rearrangement of elements in vectors, for any instruction set. An element is `width` lanes: 1 for a real number, 2
+/// for a complex one.
+namespace qorv::dm::simd {
+
+/// Lane i of the result is lane `index[i]` of a followed by b. The library has this for single instruction sets only,
+/// the compiler for all.
+template <class T, class Arch, std::size_t... index>
+xsimd::batch<T, Arch> shuffled(xsimd::batch<T, Arch> a, xsimd::batch<T, Arch> b, std::index_sequence<index...>)
+{
+    using batch = xsimd::batch<T, Arch>;
+    using lanes [[gnu::vector_size(batch::size * sizeof(T))]] = T;
+    using registers = typename batch::register_type;
+    return batch((registers)__builtin_shufflevector((lanes)a.data, (lanes)b.data, index...));
+}
+
+/// Elements from both halves in turn: a0 b0 a1 b1 ..., of the low halves (half 0) or the high halves (half 1).
+template <std::size_t width, std::size_t half, class T, class Arch>
+xsimd::batch<T, Arch> interleaved(xsimd::batch<T, Arch> a, xsimd::batch<T, Arch> b)
+{
+    constexpr std::size_t size = xsimd::batch<T, Arch>::size;
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return shuffled(
+            a, b,
+            std::index_sequence<half * size / 2 + i / (2 * width) * width + i % width + (i / width % 2) * size...>{});
+    }
+    (std::make_index_sequence<size>{});
+}
+
+/// Complex numbers, their parts interleaved: the real part in both lanes of each number, the imaginary part in both,
+/// and the parts exchanged.
+template <class T, class Arch>
+xsimd::batch<T, Arch> real_parts(xsimd::batch<T, Arch> v)
+{
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return shuffled(v, v, std::index_sequence<i / 2 * 2 ...>{});
+    }
+    (std::make_index_sequence<xsimd::batch<T, Arch>::size>{});
+}
+template <class T, class Arch>
+xsimd::batch<T, Arch> imaginary_parts(xsimd::batch<T, Arch> v)
+{
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return shuffled(v, v, std::index_sequence<i / 2 * 2 + 1 ...>{});
+    }
+    (std::make_index_sequence<xsimd::batch<T, Arch>::size>{});
+}
+template <class T, class Arch>
+xsimd::batch<T, Arch> exchanged_parts(xsimd::batch<T, Arch> v)
+{
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return shuffled(v, v, std::index_sequence<(i ^ 1)...>{});
+    }
+    (std::make_index_sequence<xsimd::batch<T, Arch>::size>{});
+}
+
+/// The lanes of `even` and `odd` in turn, each in its own place.
+template <class T, class Arch>
+xsimd::batch<T, Arch> alternating(xsimd::batch<T, Arch> even, xsimd::batch<T, Arch> odd)
+{
+    constexpr std::size_t size = xsimd::batch<T, Arch>::size;
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return shuffled(even, odd, std::index_sequence<i + i % 2 * size...>{});
+    }
+    (std::make_index_sequence<size>{});
+}
+
+/// The even lanes (offset 0) or the odd ones (offset 1) of a followed by b: the real or the imaginary parts of complex
+/// numbers.
+template <std::size_t offset, class T, class Arch>
+xsimd::batch<T, Arch> every_second(xsimd::batch<T, Arch> a, xsimd::batch<T, Arch> b)
+{
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return shuffled(a, b, std::index_sequence<2 * i + offset...>{});
+    }
+    (std::make_index_sequence<xsimd::batch<T, Arch>::size>{});
+}
+
+/// The low half (0) or the high half (1) of single-precision lanes in double precision.
+template <std::size_t half, class Arch>
+xsimd::batch<double, Arch> widened_half(xsimd::batch<float, Arch> v)
+{
+    constexpr std::size_t size = xsimd::batch<double, Arch>::size;
+    using single_lanes [[gnu::vector_size(2 * size * sizeof(float))]] = float;
+    using double_lanes [[gnu::vector_size(size * sizeof(double))]] = double;
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        const auto part = __builtin_shufflevector((single_lanes)v.data, (single_lanes)v.data, half * size + i...);
+        return xsimd::batch<double, Arch>(
+            (typename xsimd::batch<double, Arch>::register_type) __builtin_convertvector(part, double_lanes));
+    }
+    (std::make_index_sequence<size>{});
+}
+
+/// The lanes of two vectors in double precision, rounded to single precision.
+template <class Arch>
+xsimd::batch<float, Arch> narrowed(xsimd::batch<double, Arch> low, xsimd::batch<double, Arch> high)
+{
+    using singles = xsimd::batch<float, Arch>;
+    constexpr std::size_t size = xsimd::batch<double, Arch>::size;
+    using half [[gnu::vector_size(size * sizeof(float))]] = float;
+    const half low_half = __builtin_convertvector(low.data, half);
+    const half high_half = __builtin_convertvector(high.data, half);
+    return [&]<std::size_t... i>(std::index_sequence<i...>)
+    {
+        return singles((typename singles::register_type)__builtin_shufflevector(low_half, high_half, i...));
+    }
+    (std::make_index_sequence<2 * size>{});
+}
+
+/// Transposes a square of elements, one vector a row. Each round interleaves the first half of the vectors with the
+/// second, which moves one bit of an element's position from its vector's index to its place in the vector.
+template <std::size_t width, class T, class Arch, std::size_t n>
+void transpose(xsimd::batch<T, Arch> (&square)[n])
+{
+    static_assert(n * width == xsimd::batch<T, Arch>::size);
+    if constexpr (n > 1)
+        for (std::size_t round = 1; round < n; round *= 2) {
+            xsimd::batch<T, Arch> next[n];
+            for (std::size_t i = 0; i < n / 2; ++i) {
+                next[2 * i] = interleaved<width, 0>(square[i], square[i + n / 2]);
+                next[2 * i + 1] = interleaved<width, 1>(square[i], square[i + n / 2]);
+            }
+            for (std::size_t i = 0; i < n; ++i) square[i] = next[i];
+        }
+}
+
+}  // namespace qorv::dm::simd
