@@ -51,7 +51,8 @@ void add_tags(py::module_& to)
 PYBIND11_MODULE(_core, module)
 {
     module.doc() = "The stand-alone host for Python; use the package zentrix.";
-    // The class is a static of this kind because pybind's translators have no captures; it lives as long as the process.
+    // The class is a static of this kind because pybind's translators have no captures; it lives as long as the
+    // process.
     static const auto& script_error = *new py::exception<host::script_error>{module, "ScriptError", PyExc_RuntimeError};
     py::register_exception_translator([](std::exception_ptr thrown) {
         try {

@@ -13,8 +13,8 @@ namespace zentrix::python {
 
 namespace py = pybind11;
 
-/// Keeps a Python object for a host object that stands for it. May be destroyed on any thread, with the interpreter lock
-/// or without.
+/// Keeps a Python object for a host object that stands for it. May be destroyed on any thread, with the interpreter
+/// lock or without.
 class python_owner
 {
   public:

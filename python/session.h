@@ -11,9 +11,9 @@
 
 namespace zentrix::python {
 
-/// The stand-alone host with the library running in it. The thread that makes a session is the host's main thread; every
-/// function but `traces` fails on another one. All functions need the interpreter lock; `call` gives it back while the
-/// library computes.
+/// The stand-alone host with the library running in it. The thread that makes a session is the host's main thread;
+/// every function but `traces` fails on another one. All functions need the interpreter lock; `call` gives it back
+/// while the library computes.
 class session
 {
   public:

@@ -14,8 +14,8 @@ namespace qorv::binding {
 /// `share` adds one to an object that was lent.
 ///
 /// A reference belongs to the host link that was current when it was made. Once that link has been replaced or removed,
-/// the reference reads as null and its object is never released: the old link may be gone, and the new one does not know
-/// the object.
+/// the reference reads as null and its object is never released: the old link may be gone, and the new one does not
+/// know the object.
 class object_ref
 {
   public:

@@ -13,8 +13,8 @@ host_link* current_link() noexcept;
 /// the same address.
 std::uint64_t link_generation() noexcept;
 
-/// Does what DMPlugIn_Link_2 promises: adds a reference to `link` (null: no link), stores it, then releases the previous
-/// link. The current link again changes nothing.
+/// Does what DMPlugIn_Link_2 promises: adds a reference to `link` (null: no link), stores it, then releases the
+/// previous link. The current link again changes nothing.
 ///
 /// Objects of the previous link are not released, neither here nor later: references to them read as null from now on
 /// (binding/object_ref.h). A host that wants them back calls PlugInShutdown first.

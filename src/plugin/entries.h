@@ -20,8 +20,8 @@ ZENTRIX_ENTRY std::int32_t HOST_CALL DMPlugIn_GetVersion();
 ZENTRIX_ENTRY void HOST_CALL DMPlugIn_Link_2(host_link* link);
 
 ZENTRIX_ENTRY void HOST_CALL PlugInRegisterFloatingWindows();
-/// Checks the host's version, registers all script functions and the panel, and checks for the companion package. An old
-/// host or a missing package is reported; start-up continues.
+/// Checks the host's version, registers all script functions and the panel, and checks for the companion package. An
+/// old host or a missing package is reported; start-up continues.
 ZENTRIX_ENTRY void HOST_CALL PlugInStartup();
 ZENTRIX_ENTRY void HOST_CALL PlugInRun();
 

@@ -6,8 +6,8 @@
 
 namespace qorv::dm {
 
-/// The frame of every exported lifecycle entry: gets the plug-in object, times `operation(plug_in)` under `name`, passes
-/// any exception to the host's error manager, and returns normally.
+/// The frame of every exported lifecycle entry: gets the plug-in object, times `operation(plug_in)` under `name`,
+/// passes any exception to the host's error manager, and returns normally.
 template <class Operation>
 void guarded(const char* name, Operation&& operation) noexcept
 try {

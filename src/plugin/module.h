@@ -11,8 +11,8 @@ void set_module_handle(void* handle) noexcept;
 /// Full path of a module's file, UTF-8; empty when the system cannot supply it.
 std::string module_path(void* handle);
 
-/// `path` with its extension, if any, replaced by `extension`, which includes the dot. A dot in a folder's name does not
-/// start an extension.
+/// `path` with its extension, if any, replaced by `extension`, which includes the dot. A dot in a folder's name does
+/// not start an extension.
 std::string with_extension(const std::string& path, const std::string& extension);
 
 }  // namespace qorv::dm

@@ -4,8 +4,8 @@
 
 #include "framework/plugin_main.h"
 
-/// The script functions of the floating panel, and its registration. On platforms without windows there is no panel: the
-/// queries return 0, the update does nothing and nothing is registered.
+/// The script functions of the floating panel, and its registration. On platforms without windows there is no panel:
+/// the queries return 0, the update does nothing and nothing is registered.
 namespace qorv::dm {
 
 /// Script function ZXZentrixPanelUpdate: the panel, then its sheet, re-read their values from the held tag group. Does
