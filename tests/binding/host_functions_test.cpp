@@ -104,7 +104,8 @@ void use_the_rest(engine& host)
     ShowAlert("careful", 2);
     UnregisterCustomTool(RegisterCustomTool(1, "tool", 2));
     WriteOutputWindow("test", 1, "a line\n");
-    EXPECT_EQ(std::pair(host.records().dialogs().size(), host.records().output().size()), std::pair(2ul, 1ul));
+    EXPECT_EQ(std::pair(host.records().dialogs().size(), host.records().output().size()),
+              std::pair<std::size_t, std::size_t>(2, 1));
     EXPECT_TRUE(NewThrowableFromString("oops"));
 }
 
