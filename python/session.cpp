@@ -54,12 +54,16 @@ void show_unraisable(const py::object& error)
     PyErr_WriteUnraisable(nullptr);
 }
 
+int sessions_closing = 0;  // all sessions use the same loaded library, so only one at a time may run
+
 }  // namespace
 
 session::session(const std::string& file, py::object log)
-    : engine_{std::make_unique<host::engine>(options_with(std::make_shared<python_owner>(log)))},
-      library_{std::make_unique<host::library>(*engine_, file)}
-{}
+{
+    if (sessions_closing > 0) throw host::script_error{"A host cannot be started while another one is closed."};
+    engine_ = std::make_unique<host::engine>(options_with(std::make_shared<python_owner>(log)));
+    library_ = std::make_unique<host::library>(*engine_, file);
+}
 
 session::~session()
 {
@@ -144,8 +148,8 @@ void session::close()
     require_main_thread();
     if (!is_open()) return;
     if (running_calls_ > 0) throw host::script_error{"The library cannot be closed while one of its functions runs."};
-    library_->close();
-    library_.reset();
+    const counted one_more{sessions_closing};
+    std::exchange(library_, nullptr)->close();  // no longer open: finalizers of Python objects may call close() again
     left_ = engine_->report();
     engine_->forget_held();
 }

@@ -18,7 +18,7 @@ class session
 {
   public:
     /// `log(level, text)` receives the library's errors ("error"), dialogs ("warning") and output ("info").
-    /// Throws  host::script_error when the library does not start
+    /// Throws  host::script_error when the library does not start, or while another session is being closed
     session(const std::string& file, py::object log);
     ~session();
     session(const session&) = delete;
@@ -42,7 +42,7 @@ class session
     /// What the library holds now; after close what it left behind.
     host::held_report held() const;
 
-    /// Shuts the library down. Does nothing if it is closed.
+    /// Shuts the library down. Does nothing if it is closed or being closed.
     /// Throws  host::script_error while a script function runs
     void close();
 

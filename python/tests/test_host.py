@@ -111,9 +111,23 @@ PROGRAM = """if True:
 
 
 @pytest.mark.parametrize("end", ["pass", "zx.close(); zx.close()"])
-@pytest.mark.parametrize("finalizer", ["pass"])
+@pytest.mark.parametrize("finalizer", ["pass", "zx.close(); zx.held()"])
 def test_process_ends_cleanly(finalizer, end):
-    """Whether the program closes the host or not."""
+    """Whether the program closes the host or not, and even if the finalizer of a handler closes it."""
     program = PROGRAM.format(finalizer=finalizer, end=end)
     done = subprocess.run([sys.executable, "-c", program], capture_output=True, text=True, env=os.environ, check=False)
     assert (done.returncode, done.stdout, done.stderr) == (0, "", "")
+
+
+def test_host_cannot_be_loaded_while_it_is_closed(zx):
+    class Handler:
+        def __del__(self):
+            try:
+                zentrix.load()
+            except ScriptError as refusal:
+                refusals.append(str(refusal))
+
+    refusals = []
+    zx.ZXSetZentrixHandler(Handler(), {})
+    zx.close()
+    assert refusals == ["A host cannot be started while another one is closed."]

@@ -85,7 +85,7 @@ def load(path=None):
     path    the library's file. Default: the environment's ZENTRIX_LIBRARY, or the file installed with this module
 
     The calling thread becomes the host's main thread, the only one that may call script functions.
-    Raises ScriptError if the library is not found or does not start.
+    Raises ScriptError if the library is not found or does not start, and during the `close` of another host.
     """
     global _open_host
     file = os.path.realpath(_library_file() if path is None else os.fspath(path))
