@@ -56,9 +56,20 @@ double real_number(py::handle value)
     return number;
 }
 
-bool is_path(py::handle value) { return py::hasattr(value, "__fspath__"); }
+/// Whether the class of the object is one of paths; a mere attribute of the object does not count, as for os.fspath.
+bool is_path(py::handle value) { return py::hasattr(py::type::of(value), "__fspath__"); }
 
-py::object text_of_path(py::handle path) { return py::reinterpret_steal<py::object>(PyOS_FSPath(path.ptr())); }
+/// Throws  what `__fspath__` raises; py::type_error unless it returns a str or bytes
+std::string path_text(py::handle path)
+{
+    const auto name = py::reinterpret_steal<py::object>(PyOS_FSPath(path.ptr()));
+    if (!name) throw py::error_already_set{};
+    if (PyUnicode_Check(name.ptr())) return text_from_python(name);
+    const auto decoded = py::reinterpret_steal<py::object>(
+        PyUnicode_DecodeFSDefaultAndSize(PyBytes_AS_STRING(name.ptr()), PyBytes_GET_SIZE(name.ptr())));
+    if (!decoded) throw py::error_already_set{};
+    return text_from_python(decoded);
+}
 
 /// Numbers and texts; nothing for anything else.
 std::optional<host::script_value> plain_value(py::handle value)
@@ -81,7 +92,7 @@ host::script_value object_from_python(py::handle value)
     if (PyObject_CheckBuffer(value.ptr()))
         throw py::type_error{"Bytes are no script value: decode() them to a text or view them as a NumPy array."};
     if (is_tags(value)) return host::object_ref{tags_of(value)};
-    if (is_path(value)) return plain_value(text_of_path(value)).value();
+    if (is_path(value)) return path_text(value);
     return host::object_ref{handler_of(value)};
 }
 

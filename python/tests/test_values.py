@@ -52,12 +52,20 @@ def test_complex(zx, value):
     assert result[0, 0] == complex(value)
 
 
+class Path:
+    def __init__(self, result):
+        self.result = result
+
+    def __fspath__(self):
+        return self.result()
+
+
 def test_texts_and_paths(zx, tmp_path):
     """Names beyond ASCII, and bytes that are not UTF-8, reach the file."""
     for name in ("plain.raw", "Å µ 波.raw", os.fsdecode(b"\xff.raw")):
         path = tmp_path / name
         np.arange(3, dtype=np.int16).tofile(path)
-        for form in (path, str(path)):
+        for form in (path, str(path), Path(lambda: os.fsencode(path))):  # noqa: B023
             assert zx.ZXOpenImage(form, 3, 1, 1, 2).tolist() == [[0, 1, 2]]
         folder = Ref(str(path))
         zx.ZXSelectImageFiles(folder, "", None, None, None)
@@ -69,6 +77,8 @@ def test_texts_and_paths(zx, tmp_path):
     [
         (b"text", TypeError, "Bytes are no script value"),
         (memoryview(b"ab"), TypeError, "Bytes are no script value"),
+        (Path(lambda: 1 / 0), ZeroDivisionError, "division by zero"),
+        (Path(lambda: 3), TypeError, r"expected Path.__fspath__\(\) to return str or bytes"),
     ],
 )
 def test_unsuitable_texts_are_refused(zx, text, error, message):
