@@ -140,7 +140,11 @@ py::dict session::traces() const
 host::held_report session::held() const
 {
     require_main_thread();
-    return is_open() ? engine_->report() : left_;
+    try {
+        return is_open() ? engine_->report() : left_;
+    } catch (const host::script_error& stopped) {
+        raise(stopped, nullptr);
+    }
 }
 
 void session::close()

@@ -131,3 +131,16 @@ def test_host_cannot_be_loaded_while_it_is_closed(zx):
     zx.ZXSetZentrixHandler(Handler(), {})
     zx.close()
     assert refusals == ["A host cannot be started while another one is closed."]
+
+
+def test_descriptions_of_held_objects_may_use_the_host(zx):
+    class Tags(dict):
+        def __len__(self):
+            zx.close()
+            return 1 // self["divisor"]
+
+    for divisor in (1, 1, 0):
+        zx.ZXSetZentrixHandler(None, Tags(divisor=divisor))
+    with pytest.raises(ScriptError, match="^ZeroDivisionError") as refusal:
+        zx.held()
+    assert isinstance(refusal.value.__cause__, ZeroDivisionError)
