@@ -24,6 +24,8 @@ const scalar_classes& numpy_scalars()
     return found;
 }
 
+constexpr char nul_in_text[] = "A text with a NUL character cannot be passed to a script.";
+
 host::script_value whole_number(py::handle value_with_index)
 {
     const auto number = py::reinterpret_steal<py::object>(PyNumber_Index(value_with_index.ptr()));
@@ -56,6 +58,14 @@ double real_number(py::handle value)
     return number;
 }
 
+/// A text for a script, where a NUL would end it.
+std::string script_text(py::handle text)
+{
+    auto utf8 = text_from_python(text);
+    if (utf8.find('\0') != std::string::npos) throw host::script_error{nul_in_text};
+    return utf8;
+}
+
 /// Whether the class of the object is one of paths; a mere attribute of the object does not count, as for os.fspath.
 bool is_path(py::handle value) { return py::hasattr(py::type::of(value), "__fspath__"); }
 
@@ -64,11 +74,11 @@ std::string path_text(py::handle path)
 {
     const auto name = py::reinterpret_steal<py::object>(PyOS_FSPath(path.ptr()));
     if (!name) throw py::error_already_set{};
-    if (PyUnicode_Check(name.ptr())) return text_from_python(name);
+    if (PyUnicode_Check(name.ptr())) return script_text(name);
     const auto decoded = py::reinterpret_steal<py::object>(
         PyUnicode_DecodeFSDefaultAndSize(PyBytes_AS_STRING(name.ptr()), PyBytes_GET_SIZE(name.ptr())));
     if (!decoded) throw py::error_already_set{};
-    return text_from_python(decoded);
+    return script_text(decoded);
 }
 
 /// Numbers and texts; nothing for anything else.
@@ -82,7 +92,7 @@ std::optional<host::script_value> plain_value(py::handle value)
         const Py_complex number = PyComplex_AsCComplex(value.ptr());
         return std::complex{number.real, number.imag};
     }
-    if (PyUnicode_Check(value.ptr())) return text_from_python(value);
+    if (PyUnicode_Check(value.ptr())) return script_text(value);
     return std::nullopt;
 }
 

@@ -27,7 +27,7 @@ class call_arguments
     ///     numpy.ndarray            image, see image_of
     ///     mapping; list, tuple     tag group; tag list
     ///     any other object         script object
-    /// Throws  as image_of; py::type_error for bytes; the
+    /// Throws  as image_of; py::type_error for bytes; host::script_error for a text with a NUL character; the
     /// exceptions of
     ///         the objects' own methods
     explicit call_arguments(const py::args& arguments);

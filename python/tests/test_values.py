@@ -79,6 +79,8 @@ def test_texts_and_paths(zx, tmp_path):
         (memoryview(b"ab"), TypeError, "Bytes are no script value"),
         (Path(lambda: 1 / 0), ZeroDivisionError, "division by zero"),
         (Path(lambda: 3), TypeError, r"expected Path.__fspath__\(\) to return str or bytes"),
+        (Path(lambda: b"a\0b"), ScriptError, "A text with a NUL character cannot be passed to a script."),
+        ("true\0false", ScriptError, "A text with a NUL character cannot be passed to a script."),
     ],
 )
 def test_unsuitable_texts_are_refused(zx, text, error, message):
