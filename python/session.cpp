@@ -141,7 +141,7 @@ host::held_report session::held() const
 {
     require_main_thread();
     try {
-        return is_open() ? engine_->report() : left_;
+        return engine_->report();
     } catch (const host::script_error& stopped) {
         raise(stopped, nullptr);
     }
@@ -154,7 +154,6 @@ void session::close()
     if (running_calls_ > 0) throw host::script_error{"The library cannot be closed while one of its functions runs."};
     const counted one_more{sessions_closing};
     std::exchange(library_, nullptr)->close();  // no longer open: finalizers of Python objects may call close() again
-    left_ = engine_->report();
     engine_->forget_held();
 }
 

@@ -39,7 +39,7 @@ class session
     std::vector<std::string> functions() const;
     /// counter name -> (reports, ticks)
     py::dict traces() const;
-    /// What the library holds now; after close what it left behind.
+    /// What the library holds. After close the host has dropped whatever the library left.
     host::held_report held() const;
 
     /// Shuts the library down. Does nothing if it is closed or being closed.
@@ -83,7 +83,6 @@ class session
 
     std::unique_ptr<host::engine> engine_;
     std::unique_ptr<host::library> library_;
-    host::held_report left_;
     int running_calls_ = 0;
 };
 

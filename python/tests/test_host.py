@@ -94,7 +94,7 @@ def test_handlers_are_held_until_close(zx):
     watched = [weakref.ref(handler) for handler in handlers]
     del handler, handlers
     zx.close()
-    assert all(one() is None for one in watched)
+    assert not any(zx.held()) and all(one() is None for one in watched)
 
 
 PROGRAM = """if True:
@@ -143,4 +143,4 @@ def test_descriptions_of_held_objects_may_use_the_host(zx):
         zx.ZXSetZentrixHandler(None, Tags(divisor=divisor))
     with pytest.raises(ScriptError, match="^ZeroDivisionError") as refusal:
         zx.held()
-    assert isinstance(refusal.value.__cause__, ZeroDivisionError)
+    assert isinstance(refusal.value.__cause__, ZeroDivisionError) and not zx.held().references

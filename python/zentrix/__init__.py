@@ -68,7 +68,7 @@ class Host:
         return _core.notifications(array)
 
     def held(self):
-        """What the library holds now; after `close`, what it left behind. See `Held`."""
+        """What the library holds now; after `close` nothing but violations. See `Held`."""
         return Held(*self._core.held())
 
     def close(self):
