@@ -100,15 +100,12 @@ def test_output_parameters(zx):
 
 
 def test_failed_call_changes_nothing(zx):
-    source, place, value = np.float32([[1, 2]]), np.float32([[3]]), Ref(7.5)
+    place, value = np.float32([[3]]), Ref(7.5)
     reference = Ref(place)
-    for call in (
-        lambda: zx.ZXAbsArg(source.astype(np.complex64), reference, Ref()),
-        lambda: zx.ZXGetCenterOfMass(source, value, Ref(0.0), -1.0, 3, 0.0),
-        lambda: zx.ZXFTWindow(source, 0, place),
-    ):
-        with pytest.raises(ScriptError):
-            call()
+    with pytest.raises(ScriptError):
+        zx.ZXAbsArg(np.zeros((1, 2), np.complex64), reference, Ref())
+    with pytest.raises(ScriptError):
+        zx.ZXGetCenterOfMass(place, value, Ref(0.0), -1.0, 3, 0.0)
     assert reference.value is place and place.tolist() == [[3]] and value.value == 7.5
 
 

@@ -84,7 +84,7 @@ inline constexpr std::size_t kMaxDim = 3;
 /// Throws  std::runtime_error "num_dim <= kMaxDim" for more dimensions
 image_ref NewImage(std::string_view name, uint32_t data_type, const std::vector<uint32_t>& sizes);
 
-// Image data.
+// Image data. `mode` is HOST_LOCK_READ or HOST_LOCK_WRITE; `listener` may be null.
 inline constinit host_function<script_object_ref(image_ref, uint32_t mode, script_object_ref listener)>
     ImageGetLockedData{"ScriptObject ImageGetLockedData( BasicImage, ulong, ScriptObject )"};
 inline constinit host_function<uint32_t(script_object_ref lock)> ImageData_CountSlices{

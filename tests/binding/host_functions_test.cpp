@@ -193,17 +193,13 @@ TEST(HostFunction, WithoutOutputWindowALineGoesToStandardError)
 TEST(ImageLock, IsSharedByCopiesUntilReleased)
 {
     linked to;
-    {
-        qorv::dm::write_lock lock{ramp(3, 2)};
-        {
-            const qorv::dm::write_lock copy = lock;
-        }
-        EXPECT_EQ(to.host.report().locks.size(), 1u);
-        EXPECT_EQ(message_of([&] { lock.view<double>(); }), "Invalid data type.");
-        lock.release();
-        EXPECT_EQ(to.host.report().locks.size(), 0u);
-        lock.release();
-    }
+    qorv::dm::write_lock lock{ramp(3, 2)};
+    std::optional copy{lock};
+    copy.reset();
+    EXPECT_EQ(to.host.report().locks.size(), 1u);
+    EXPECT_EQ(message_of([&] { lock.view<double>(); }), "Invalid data type.");
+    lock.release();
+    EXPECT_EQ(to.host.report().locks.size(), 0u);
     EXPECT_EQ(message_of([] { qorv::dm::read_lock{image_ref{}}; }), "Parameters are invalid.");
 }
 
