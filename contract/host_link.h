@@ -1,15 +1,15 @@
 /*
- * The contract between the plug-in library and its host: plain C data and one table of functions. Nothing of C++
- * crosses it, neither a type nor an exception; all text is UTF-8.
+ * The contract between the plug-in library and its host: plain C data and one table of functions. No C++ type and no
+ * exception crosses it. All text is UTF-8.
  *
- * The host hands a host_link to the library's entry point DMPlugIn_Link_2. Everything else that the library asks of the
- * host, and every script function that it offers, goes through the table that the link points to.
+ * The host passes a host_link to the library's entry point DMPlugIn_Link_2. Every other request of the library, and
+ * every script function that it offers, goes through the table that the link points to.
  *
- * Thread: unless a comment says otherwise, every function of the table and every native function is called on the
- * host's main thread only.
+ * Threads: unless a comment says otherwise, all functions of the table and all native functions are called on the
+ * host's main thread.
  *
- * Ownership: objects are counted. "Lent" means that the caller keeps its reference and the callee adds one if it wants
- * to keep the object; "counted for the caller" means that the caller has to release it.
+ * Ownership: objects are reference-counted. "Lent" means that the caller keeps its reference; a callee that keeps the
+ * object adds its own. "Counted for the caller" means that the caller has to release the object.
  */
 #ifndef ZENTRIX_CONTRACT_HOST_LINK_H
 #define ZENTRIX_CONTRACT_HOST_LINK_H
@@ -32,7 +32,7 @@ extern "C" {
 /* An image, tag group, script object, string, function, script class or throwable of the host. */
 typedef struct host_object host_object;
 
-/* What a host_value holds. A prototype's type words map to kinds like this (a parameter's name is not part of it):
+/* The kind of a host_value. The type words of prototypes map to kinds as follows:
  *   void                                                        HOST_VOID
  *   long, short, sint32, Boolean, bool                          HOST_INT32 (Boolean and bool: 0 or 1)
  *   uint32, ulong                                               HOST_UINT32
@@ -48,8 +48,8 @@ typedef struct host_object host_object;
  *   ScriptClass                                                 HOST_SCRIPT_CLASS
  *   Throwable                                                   HOST_THROWABLE
  *   void*                                                       HOST_POINTER
- *   any other type followed by *                                HOST_OUTPUT, its cell of the kind before the *
- * A type followed by "..." takes any number of further arguments of that type. */
+ *   any other type followed by *                                HOST_OUTPUT; its cell has the kind of that type
+ * A type followed by "..." stands for any number of arguments of that type. Parameter names have no meaning. */
 typedef enum host_kind
 {
     HOST_VOID = 0,
@@ -70,13 +70,13 @@ typedef enum host_kind
     HOST_OUTPUT = 15
 } host_kind;
 
-/* One argument or result. `kind` always says which member counts.
+/* One argument or result. `kind` selects the valid member of the union.
  *
- * Arguments: objects are lent; a null object is a null reference (strings are never null). Results: an object is
- * counted for the caller.
- * HOST_OUTPUT: `cell` is a value of the caller's, or null where the caller wants no such output. The cell starts with
- * the caller's present value and always owns the object it holds: who stores another object releases the former one
- * and stores a counted one. A failing call leaves every cell as it was. */
+ * Arguments: objects are lent. A null object is a null reference; strings are never null.
+ * Results: an object is counted for the caller.
+ * HOST_OUTPUT: `cell` points to a value of the caller, or is null if the caller does not need this output. The cell
+ * initially contains the caller's current value and owns its object: to replace the object, the callee releases it and
+ * stores one that it has counted for the caller. A failing call leaves all cells unchanged. */
 typedef struct host_value
 {
     uint32_t kind; /* a host_kind */
@@ -95,38 +95,42 @@ typedef struct host_value
     } as;
 } host_value;
 
-/* A script function of the library. `arguments` come in prototype order, converted to the prototype's kinds; `count` is
- * their number. Fills *result with a value of the prototype's kind and returns 0; or returns 1, leaves *result alone
- * and stores in *error a throwable counted for the caller (or null, when not even that could be made). */
+/* A script function of the library.
+ *   context     the pointer passed to register_function
+ *   arguments   in prototype order, converted to the prototype's kinds
+ *   count       the number of arguments
+ *   result      receives a value of the prototype's result kind; unchanged on failure
+ *   error       on failure, receives a throwable counted for the caller, or null if none could be created
+ * Returns 0 on success, 1 on failure. */
 typedef int32_t(HOST_CALL* host_native)(void* context, const host_value* arguments, uint32_t count, host_value* result,
                                         host_object** error);
 
-/* A floating window that the host creates, shows, hides and closes. All callbacks run on the main thread. */
+/* A floating window of the library. The host decides when to create, show, hide and close it. */
 typedef struct host_floating_window
 {
     uint32_t size;     /* bytes of this structure */
     const char* title; /* copied by the host */
     void* module;      /* handle of the library's module (HINSTANCE) */
-    void* context;     /* handed to both callbacks */
-    /* Creates the window hidden, as a child of `parent` (an HWND, or null), and returns it (an HWND); null on failure,
-     * which the library has reported. */
+    void* context;     /* passed to both callbacks */
+    /* Creates the window, hidden, as a child of `parent` (an HWND, or null) and returns it (an HWND). Returns null on
+     * failure, after the library has reported the error. */
     void*(HOST_CALL* create)(void* context, void* parent);
     /* Destroys a window that `create` returned. */
     void(HOST_CALL* destroy)(void* context, void* window);
 } host_floating_window;
 
-/* A description of part of an image's data, as ExtractImageDataSequenceFromScriptObjectOrFail stores it and
- * NewImageDataSlice( data_type, num_dim, start, size, ... ) makes it: a start and a size for each dimension. */
+/* Part of an image's data. NewImageDataSlice( data_type, num_dim, start, size, ... ) creates a description of it, with
+ * a start and a size for each dimension; ExtractImageDataSequenceFromScriptObjectOrFail unpacks the description. */
 typedef struct host_data_slice
 {
-    uint32_t data_type; /* the host's code of the element type */
+    uint32_t data_type; /* a host_element */
     uint32_t num_dim;   /* 1 to 3 */
-    int32_t start[3];
-    int32_t extent[3];
+    int32_t start[3];   /* in elements, x first */
+    int32_t extent[3];  /* in elements, x first */
 } host_data_slice;
 
-/* The codes of an image's element type, as the host's image functions take and return them. Other codes
- * (colours, packed spectra) and binary images are carried as they are and never computed with. */
+/* The element types of images, as the host's image functions accept and return them. The library does not compute with
+ * binary images or with other codes (colours, packed spectra). */
 typedef enum host_element
 {
     HOST_ELEMENT_INT16 = 1,
@@ -146,66 +150,68 @@ typedef enum host_element
 #define HOST_LOCK_READ 1u
 #define HOST_LOCK_WRITE 2u
 
-/* Element strides and sizes come from ImageData_GetSlice as `des_num_dim` pairs (size, stride in elements), x first. */
+/* ImageData_GetSlice stores `des_num_dim` pairs of size and stride, both in elements, x first. */
 
 typedef struct host_link host_link;
 
 typedef struct host_table
 {
-    /* Count the references to the link itself. Any thread. They are the first two operations whatever follows. */
+    /* Add and release a reference to the link itself. Any thread. These are the first two operations in every version
+     * of the table, and the only ones that DMPlugIn_Link_2 calls. */
     void(HOST_CALL* add_reference)(host_link* link);
     void(HOST_CALL* release)(host_link* link);
 
-    /* Bytes of this table: a later host may append entries. */
+    /* Size of this table in bytes. A later host may append entries. */
     uint64_t size;
 
-    /* Count the references to an object; null is allowed and ignored. */
+    /* Add and release a reference to an object. Null is ignored. */
     void(HOST_CALL* object_add_reference)(host_link* link, host_object* object);
     void(HOST_CALL* object_release)(host_link* link, host_object* object);
 
-    /* Makes a string of `length` bytes, counted for the caller; null when memory runs out. */
+    /* Creates a string of `length` bytes, counted for the caller. Returns null when memory runs out. */
     host_object*(HOST_CALL* string_new)(host_link* link, const char* text, uint64_t length);
-    /* The text of a string object, zero-terminated, valid while the object lives; *length may be null. Null when
-     * `string` is not a live string. */
+    /* Returns the text of a string object, zero-terminated, and stores its length in bytes in *length unless `length`
+     * is null. The text is valid as long as the object. Returns null if `string` is not a live string. */
     const char*(HOST_CALL* string_text)(host_link* link, host_object* string, uint64_t* length);
 
-    /* Stores the host's version (major in the top byte, minor in the next, patch in the low 16 bits) and returns 1;
-     * returns 0 when the host tells none. */
+    /* Stores the host's version (major in the top byte, minor in the next, patch in the low 16 bits) and returns 1.
+     * Returns 0 if the host has no version. */
     int32_t(HOST_CALL* version)(host_link* link, uint32_t* version);
 
-    /* The host function of exactly this prototype text, counted for the caller; null when there is none. */
+    /* Returns the host function with exactly this prototype text, counted for the caller; null if there is none. */
     host_object*(HOST_CALL* find_function)(host_link* link, const char* prototype);
-    /* The method of a script object by name and prototype (string objects, lent), counted for the caller; null when the
-     * object has no such method. `script_object` must not be null. */
+    /* Returns the method of a script object with this name and prototype (string objects, lent), counted for the
+     * caller; null if there is none. `script_object` must not be null. */
     host_object*(HOST_CALL* find_method)(host_link* link, host_object* script_object, host_object* name,
                                          host_object* prototype);
-    /* Calls a function or a method (the script object is then the first argument). Same rules as host_native. `result`
-     * may be null when the result is not wanted; it is then released by the host. */
+    /* Calls a function, or a method with its script object as the first argument. Arguments, result and error follow
+     * host_native. `result` may be null: the host then releases the result. */
     int32_t(HOST_CALL* call)(host_link* link, host_object* function, const host_value* arguments, uint32_t count,
                              host_value* result, host_object** error);
-    /* The text of a throwable as a string object, counted for the caller; null when `throwable` is not one. */
+    /* Returns the text of a throwable as a string object, counted for the caller; null if `throwable` is none. */
     host_object*(HOST_CALL* throwable_text)(host_link* link, host_object* throwable);
 
-    /* Makes `prototype` (copied) callable from scripts. Returns 0; or 1 with *error as in host_native when the
-     * prototype cannot be read or is registered already. `context` is handed back at each call. */
+    /* Makes `prototype` (copied) callable from scripts; `context` is passed to each call. Returns 0 on success. Returns
+     * 1, with *error as in host_native, if the prototype cannot be parsed or is already registered. */
     int32_t(HOST_CALL* register_function)(host_link* link, const char* prototype, host_native native, void* context,
                                           host_object** error);
-    /* Takes a registered function back; an unknown prototype is ignored. */
+    /* Withdraws a registered function. An unknown prototype is ignored. */
     void(HOST_CALL* withdraw_function)(host_link* link, const char* prototype);
 
-    /* 1 when the host has an error manager. */
+    /* Returns 1 if the host has an error manager, else 0. */
     int32_t(HOST_CALL* has_error_manager)(host_link* link);
-    /* Hands an error to the host's error manager; without one the host may still show the text. Any thread. */
+    /* Passes an error to the host's error manager. A host without one may still show the text. Any thread. */
     void(HOST_CALL* report_error)(host_link* link, uint32_t code, const char* text);
 
-    /* Adds `ticks` (of QueryPerformanceCounter, or of the monotonic clock) to the trace counter `name` and counts one
-     * report. Any thread. */
+    /* Adds `ticks` to the trace counter `name` and increments its number of reports. Ticks are those of
+     * QueryPerformanceCounter on Windows, nanoseconds elsewhere. Any thread. */
     void(HOST_CALL* trace_add)(host_link* link, const char* name, int64_t ticks);
 
-    /* Registers a floating window under its title. Returns 0; or 1 with *error as in host_native. */
+    /* Registers a floating window under its title. Returns 0 on success; 1, with *error as in host_native, on
+     * failure. */
     int32_t(HOST_CALL* register_floating_window)(host_link* link, const host_floating_window* window,
                                                  host_object** error);
-    /* Takes a registered floating window back, closing it first; an unknown title is ignored. */
+    /* Closes a registered floating window if it is open, and withdraws it. An unknown title is ignored. */
     void(HOST_CALL* withdraw_floating_window)(host_link* link, const char* title);
 } host_table;
 
@@ -214,10 +220,26 @@ struct host_link
     const host_table* table;
 };
 
-/* The library's exported entry points, under these names and in the order in which a host calls them. */
+/* The library's exported entry points, in the order in which a host calls them. No exception leaves them.
+ *
+ *   DMPlugIn_GetVersion             returns HOST_LINK_PROTOCOL
+ *   DMPlugIn_Link_2                 adds a reference to the link, stores it and releases the previous link; null only
+ *                                   releases; the current link again has no effect
+ *   PlugInRegisterFloatingWindows
+ *   PlugInStartup                   registers all script functions and the floating window
+ *   PlugInRun
+ *   PlugInRequestClose              returns non-zero if the host may close
+ *   PlugInPrepareClose
+ *   PlugInCleanup
+ *   PlugInShutdown                  releases all objects and withdraws all registrations; handlers and tag groups that
+ *                                   a later ZXSetZentrixHandler replaced stay referenced
+ *   DMPlugIn_Link_2( null )
+ *
+ * Objects belong to the link through which the library got them. A host that replaces or removes the link without a
+ * PlugInShutdown does not get them back: the library neither uses nor releases them any more. */
 typedef int32_t(HOST_CALL* host_entry_get_version)(void);
-typedef void(HOST_CALL* host_entry_link)(host_link* link); /* null releases the present link */
-typedef void(HOST_CALL* host_entry)(void);                 /* PlugInRegisterFloatingWindows, PlugInStartup, ... */
+typedef void(HOST_CALL* host_entry_link)(host_link* link);
+typedef void(HOST_CALL* host_entry)(void);
 typedef int32_t(HOST_CALL* host_entry_request_close)(void);
 
 #ifdef __cplusplus

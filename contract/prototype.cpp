@@ -28,7 +28,7 @@ constexpr word_kind words[] = {{"void", HOST_VOID},          {"long", HOST_INT32
                                {"Function", HOST_FUNCTION},  {"ScriptClass", HOST_SCRIPT_CLASS},
                                {"Throwable", HOST_THROWABLE}};
 
-/// Words that are complete only with a star, which then is no sign of an output.
+/// Types that end in a star. For these, only a second star denotes an output parameter.
 constexpr word_kind starred_words[] = {{"void", HOST_POINTER}, {"char", HOST_STRING}, {"Image", HOST_IMAGE}};
 
 std::optional<host_kind> kind_in(std::span<const word_kind> table, std::string_view word)
@@ -99,7 +99,7 @@ class parser
         bool is_output = take("*");
         auto kind = is_output ? kind_in(starred_words, found.word) : kind_in(words, found.word);
         if (kind && is_output)
-            is_output = take("*");  // a second star makes an output of it
+            is_output = take("*");  // a second star denotes an output parameter
         else if (is_output)
             kind = kind_in(words, found.word);
         if (!kind) fail("the type \"" + found.word + "\" is unknown");
@@ -114,10 +114,10 @@ class parser
         blanks();
         if (rest_.starts_with(")")) return list;
         do {
-            if (list.size() > 0 && list.back().variadic) fail("\"...\" stands before the last parameter");
+            if (list.size() > 0 && list.back().variadic) fail("\"...\" is allowed for the last parameter only");
             prototype_parameter one;
             one.type = type();
-            one.variadic = take("...");  // before or behind the name
+            one.variadic = take("...");  // before or after the name
             one.name = word();
             one.variadic = one.variadic || take("...");
             list.push_back(std::move(one));

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-/// Reading of prototype texts. Both sides of the contract read them by this one rule.
+/// Parsing of prototype texts, shared by both sides of the contract.
 namespace contract {
 
-/// A type word of a prototype and what it maps to in the contract.
+/// A type word of a prototype and the kind that it maps to.
 struct prototype_type
 {
     std::string word;                 ///< as written, without the star: "long", "ComplexImagePtr"
@@ -23,14 +23,14 @@ struct prototype_type
 struct prototype_parameter
 {
     prototype_type type;
-    std::string name;       ///< may be empty: host prototypes name few parameters
-    bool variadic = false;  ///< "...": any number of further arguments, none included; the last parameter only
+    std::string name;       ///< may be empty
+    bool variadic = false;  ///< "...": any number of arguments, including none; the last parameter only
 };
 
 /// A parsed prototype text, "long ZXPadSize(long n)".
 struct prototype
 {
-    std::string text;  ///< exactly as written; functions are found by it
+    std::string text;  ///< exactly as written; the key by which functions are found
     prototype_type result;
     std::string name;
     std::vector<prototype_parameter> parameters;
@@ -38,16 +38,15 @@ struct prototype
     bool is_variadic() const { return !parameters.empty() && parameters.back().variadic; }
     /// Whether a call may have `count` arguments.
     bool takes(std::size_t count) const;
-    /// The parameter that argument `index` belongs to; `takes` has to hold for some count above index.
+    /// The parameter of argument `index`. Requires that a call may have more than `index` arguments.
     const prototype_parameter& parameter_of(std::size_t index) const;
-    /// Same name, result and parameter kinds: blanks and parameter names do not matter.
+    /// Whether name, result kind and parameter kinds are the same. Blanks and parameter names do not matter.
     bool same_signature(const prototype& other) const;
 };
 
-/// Reads a prototype text: return type, name, parameter list in parentheses. Blanks may stand anywhere between words;
-/// "()", "( void )" and "(  )" are empty lists; the star of an output parameter or a picture type may stand at the type
-/// or at the name.
-/// Throws  std::invalid_argument naming the text and what is wrong with it
+/// Parses a prototype: result type, name, and a parameter list in parentheses. Blanks are allowed between all tokens.
+/// "()", "( void )" and "(  )" are empty lists. A star may follow the type or precede the parameter's name.
+/// Throws  std::invalid_argument with the text and the reason
 prototype parse_prototype(std::string_view text);
 
 /// "void", "32-bit integer", "image", ...: for messages.

@@ -15,6 +15,7 @@ namespace {
 
 constexpr char capsule_name[] = "zentrix image";
 
+/// NumPy's kind of a dtype; 0 if it has none.
 constexpr char kind_of(host::element_class meaning)
 {
     switch (meaning) {
@@ -27,31 +28,31 @@ constexpr char kind_of(host::element_class meaning)
     return 0;
 }
 
-/// The host's element type of a dtype; null when it has none.
+/// The host's element type for a dtype; null if there is none.
 const host::element* element_of(const py::dtype& type)
 {
     const auto all = host::all_elements();
-    const auto found = std::ranges::find_if(all, [&](const host::element& one) {
-        return kind_of(one.meaning) == type.kind() && one.bytes == static_cast<std::size_t>(type.itemsize());
+    const auto found = std::ranges::find_if(all, [&](const host::element& element) {
+        return kind_of(element.meaning) == type.kind() && element.bytes == static_cast<std::size_t>(type.itemsize());
     });
     return found == all.end() ? nullptr : &*found;
 }
 
 bool has_flag(const py::array& array, int flag) { return (array.flags() & flag) != 0; }
 
-/// Sizes and strides in elements, x first as the host has them.
+/// Sizes and strides in elements, x first as in the host.
 struct layout
 {
     std::vector<std::uint32_t> sizes;
     std::vector<std::ptrdiff_t> strides;
 };
 
-/// Whether two elements could lie at one address: never wrong when it says no.
-bool may_overlap_itself(const layout& of)
+/// Whether two elements may have the same address. False is certain; true is not.
+bool may_overlap_itself(const layout& array)
 {
-    std::vector<std::pair<std::ptrdiff_t, std::ptrdiff_t>> steps;  // stride, extent beyond the first element
-    for (std::size_t d = 0; d < of.sizes.size(); ++d)
-        if (of.sizes[d] > 1) steps.emplace_back(std::abs(of.strides[d]), std::ptrdiff_t{of.sizes[d]} - 1);
+    std::vector<std::pair<std::ptrdiff_t, std::ptrdiff_t>> steps;  // stride, number of steps
+    for (std::size_t d = 0; d < array.sizes.size(); ++d)
+        if (array.sizes[d] > 1) steps.emplace_back(std::abs(array.strides[d]), std::ptrdiff_t{array.sizes[d]} - 1);
     std::ranges::sort(steps);
     std::ptrdiff_t reach = 0;
     for (const auto& [stride, extent] : steps) {
@@ -69,7 +70,7 @@ bool is_masked(const py::array& array)
 
 std::string shape_text(const py::array& array) { return py::str(array.attr("shape")).cast<std::string>(); }
 
-/// Throws  for an array that no image can be made of
+/// Throws  py::type_error, py::value_error for an array that cannot be an image
 void check(const py::array& array)
 {
     const std::string type = py::str(array.dtype()).cast<std::string>();
@@ -91,7 +92,8 @@ void check(const py::array& array)
         throw py::value_error{"An array of shape " + shape_text(array) + " cannot be an image: it has no element."};
 }
 
-/// Throws  for strides that are no whole elements and for sizes and strides beyond 32 bits
+/// Throws  py::value_error for strides that are not a multiple of the element size, and for sizes and strides beyond 32
+/// bits
 layout layout_of(const py::array& array)
 {
     constexpr auto largest = std::numeric_limits<std::int32_t>::max();
@@ -99,7 +101,7 @@ layout layout_of(const py::array& array)
     for (py::ssize_t d = array.ndim(); d-- > 0;) {
         if (array.strides(d) % array.itemsize() != 0)
             throw py::value_error{"An array with strides of " + py::str(array.attr("strides")).cast<std::string>() +
-                                  " bytes, no whole elements, cannot be an image: pass a copy()."};
+                                  " bytes, not a multiple of its element size, cannot be an image: pass a copy()."};
         const py::ssize_t stride = array.strides(d) / array.itemsize();
         if (array.shape(d) > largest || std::abs(stride) > largest)
             throw py::value_error{"An array of shape " + shape_text(array) +
@@ -110,16 +112,16 @@ layout layout_of(const py::array& array)
     return found;
 }
 
-host::access access_of(const py::array& array, const layout& arranged)
+host::access access_of(const py::array& array, const layout& arrangement)
 {
-    return array.writeable() && !may_overlap_itself(arranged) ? host::access::write : host::access::read;
+    return array.writeable() && !may_overlap_itself(arrangement) ? host::access::write : host::access::read;
 }
 
-/// Counts for arrays whose images come and go with the calls.
+/// Notifications for an array whose images are temporary.
 struct notification_count
 {
     std::uint64_t times = 0;
-    py::object until_gone;  ///< a weak reference that takes the count away when the array dies
+    py::object finalizer;  ///< a weak reference that removes the count when the array dies
 };
 
 using notification_counts = std::unordered_map<PyObject*, notification_count>;
@@ -130,30 +132,30 @@ notification_counts& the_counts()
     return counts;
 }
 
-/// The host tells of changed pixels, on its main thread and without the interpreter lock.
+/// Called when the host is notified of changed pixels: on its main thread, without the interpreter lock.
 void count_notification(PyObject* array)
 {
     const py::gil_scoped_acquire locked;
     auto& count = the_counts()[array];
     ++count.times;
-    if (!count.until_gone)
-        count.until_gone = py::weakref(py::handle{array}, py::cpp_function{[array](const py::handle&) {
-                                           const auto node = the_counts().extract(array);  // holds the reference still
-                                       }});
+    if (!count.finalizer)
+        count.finalizer = py::weakref(py::handle{array}, py::cpp_function{[array](const py::handle&) {
+                                          const auto node = the_counts().extract(array);  // keeps the weak reference
+                                      }});
 }
 
-/// The image that an array from array_of shows; null for other arrays.
-host::image_ref image_beneath(const py::array& array)
+/// The image of an array made by array_of; null for other arrays.
+host::image_ref original_image(const py::array& array)
 {
     const py::object base = array.base();
     if (!base || !PyCapsule_IsValid(base.ptr(), capsule_name)) return nullptr;
     return *static_cast<host::image_ref*>(PyCapsule_GetPointer(base.ptr(), capsule_name));
 }
 
-/// The image in use for the array, if the array has not been given another shape or flag since.
+/// The existing image of the array, unless the array's shape or flags have changed since.
 host::image_ref present_image(const py::array& array, host::access allowed)
 {
-    auto image = image_beneath(array);
+    auto image = original_image(array);
     if (!image) image = std::dynamic_pointer_cast<host::image>(find_stand_in(array));
     const bool same = image && shows(array, *image) && image->is_writable() == (allowed == host::access::write);
     return same ? image : nullptr;
@@ -177,12 +179,12 @@ bool shows(const py::array& array, const host::image& image)
 host::image_ref image_of(const py::array& array)
 {
     check(array);
-    const layout arranged = layout_of(array);
-    const auto allowed = access_of(array, arranged);
+    const layout arrangement = layout_of(array);
+    const auto allowed = access_of(array, arrangement);
     if (auto present = present_image(array, allowed)) return present;
-    auto* const data = const_cast<void*>(array.data());  // `allowed` says whether it may be written
-    auto image = host::image::over("array", element_of(array.dtype())->code, data, arranged.sizes, arranged.strides,
-                                   allowed, std::make_shared<python_owner>(array));
+    auto* const data = const_cast<void*>(array.data());  // `allowed` defines whether it may be written
+    auto image = host::image::over("array", element_of(array.dtype())->code, data, arrangement.sizes,
+                                   arrangement.strides, allowed, std::make_shared<python_owner>(array));
     image->on_changed([array = array.ptr()](host::image&) { count_notification(array); });
     remember_stand_in(array, image);
     return image;
@@ -209,7 +211,7 @@ py::array array_of(const host::image_ref& image)
 std::uint64_t notifications(const py::array& array)
 {
     std::uint64_t times = 0;
-    if (const auto image = image_beneath(array)) times += image->changes();
+    if (const auto image = original_image(array)) times += image->changes();
     const auto found = the_counts().find(array.ptr());
     return found == the_counts().end() ? times : times + found->second.times;
 }

@@ -7,24 +7,24 @@
 #include "host/objects/image.h"
 #include "python/python_object.h"
 
-/// NumPy arrays as host images and back, over the same memory.
+/// NumPy arrays as host images and vice versa, sharing the same memory.
 namespace zentrix::python {
 
-/// The host image over an array's elements: shape (n,), (ny, nx) or (nz, ny, nx) is n, nx x ny, nx x ny x nz. Any
-/// strides will do, negative ones too. An array that may not be written, or whose elements share memory among
-/// themselves, makes an image that refuses write locks. The image keeps the array; an array that came from array_of
-/// gives its own image back.
-/// Throws  py::type_error, py::value_error saying which array it is and what to do
+/// The host image over an array's elements: an array of shape (n,), (ny, nx) or (nz, ny, nx) is an image of n, nx x ny
+/// or nx x ny x nz elements. Strides are arbitrary, including negative ones. A read-only array, or one whose elements
+/// overlap in memory, becomes an image that refuses write locks. The image keeps the array alive. An array made by
+/// array_of returns its original image.
+/// Throws  py::type_error, py::value_error that describe the array and the remedy
 host::image_ref image_of(const py::array& array);
 
-/// An array over an image's elements, which it keeps.
+/// An array over the elements of an image, which the array keeps alive.
 /// Throws  py::type_error for an element type that NumPy does not have
 py::array array_of(const host::image_ref& image);
 
-/// Whether both are the same view of the same memory.
+/// Whether array and image have the same memory, element type, shape and strides.
 bool shows(const py::array& array, const host::image& image);
 
-/// How often the host was told that the pixels of this array's image changed.
+/// The number of notifications to the host that the pixels of this array's image have changed.
 std::uint64_t notifications(const py::array& array);
 
 }  // namespace zentrix::python

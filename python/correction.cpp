@@ -19,11 +19,11 @@ namespace {
 /// Coefficient name -> (modulus in its unit, degrees).
 using coefficients = std::map<std::string, std::pair<double, double>>;
 
-lens::aberrations lens_of(const coefficients& given)
+lens::aberrations lens_of(const coefficients& values)
 {
     lens::aberrations lens;
     for (const auto& about : lens::all_coefficients)
-        if (const auto found = given.find(std::string{about.name}); found != given.end())
+        if (const auto found = values.find(std::string{about.name}); found != values.end())
             lens[about.which] = {found->second.first, found->second.second};
     return lens;
 }
@@ -36,15 +36,15 @@ lens::damping damping_of(const std::string& word)
     throw py::value_error{"The envelope is \"auto\", \"on\" or \"off\", not \"" + word + "\"."};
 }
 
-/// In nm and mrad as lens::optics has them. `wave` is replaced by the result.
+/// Corrects `wave` in place. Units as in lens::optics.
 void correct(session& host, const py::array& wave, double wavelength, double pixel, const coefficients& lens,
              const std::array<double, 3>& spread, std::complex<double> tilt, bool remove, const std::string& envelope)
 {
-    const lens::optics setup{wavelength, pixel, lens_of(lens), {spread[0], spread[1], spread[2]}, tilt};
-    const auto way = remove ? lens::direction::remove : lens::direction::apply;
+    const lens::optics optics{wavelength, pixel, lens_of(lens), {spread[0], spread[1], spread[2]}, tilt};
+    const auto direction = remove ? lens::direction::remove : lens::direction::apply;
     const auto image = image_of(wave);
-    const auto arguments = lens::arguments_for(setup, static_cast<int>(image->size(0)),
-                                               static_cast<int>(image->size(1)), way, damping_of(envelope));
+    const auto arguments = lens::arguments_for(optics, static_cast<int>(image->size(0)),
+                                               static_cast<int>(image->size(1)), direction, damping_of(envelope));
     host.run([&](host::engine& engine) { host::multiply_spectrum(engine, image, arguments); });
 }
 

@@ -4,7 +4,7 @@
 
 namespace zentrix::python {
 
-/// Adds what zentrix.correct is made of: the wavelength, the coefficients' names and units, the correction in place.
+/// Adds the functions that zentrix.correct uses: the wavelength, the table of coefficients, the correction in place.
 void add_correction(pybind11::module_& to);
 
 }  // namespace zentrix::python

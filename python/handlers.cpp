@@ -6,12 +6,13 @@ namespace zentrix::python {
 
 namespace {
 
-/// Calls the Python method with all arguments but the object itself.
+/// Calls a Python method with all arguments except the first, the object itself.
 host::script_value call_python(const py::object& method, std::span<const host::script_value> arguments)
 {
-    py::list given;
-    for (const auto& one : arguments.subspan(arguments.empty() ? 0 : 1)) given.append(argument_to_python(one));
-    return result_from_python(method(*py::tuple{given}));
+    py::list python_arguments;
+    for (const auto& argument : arguments.subspan(arguments.empty() ? 0 : 1))
+        python_arguments.append(argument_to_python(argument));
+    return result_from_python(method(*py::tuple{python_arguments}));
 }
 
 class python_method : public host::function
@@ -21,10 +22,10 @@ class python_method : public host::function
 
     host::script_value call(std::span<const host::script_value> arguments) override
     {
-        const bool wants_result = signature().result.kind != HOST_VOID;
+        const bool has_result = signature().result.kind != HOST_VOID;
         return call_back([&] {
-            auto answer = call_python(owner_.get(), arguments);
-            return wants_result ? answer : host::script_value{};
+            auto result = call_python(owner_.get(), arguments);
+            return has_result ? result : host::script_value{};
         });
     }
 
@@ -34,25 +35,25 @@ class python_method : public host::function
 
 }  // namespace
 
-python_handler::python_handler(py::handle served)
-    : script_object{py::str(py::type::of(served).attr("__name__")).cast<std::string>()}, owner_{served}
+python_handler::python_handler(py::handle owned)
+    : script_object{py::str(py::type::of(owned).attr("__name__")).cast<std::string>()}, owner_{owned}
 {}
 
-host::function_ref python_handler::find_method(const std::string& name, const host::prototype& wanted)
+host::function_ref python_handler::find_method(const std::string& name, const host::prototype& signature)
 {
     return call_back([&]() -> host::function_ref {
         const py::object method = py::getattr(owner_.get(), name.c_str(), py::none());
         if (!PyCallable_Check(method.ptr())) return nullptr;
-        return std::make_shared<python_method>(wanted, method);
+        return std::make_shared<python_method>(signature, method);
     });
 }
 
 std::shared_ptr<python_handler> handler_of(py::handle object)
 {
-    if (auto present = std::dynamic_pointer_cast<python_handler>(find_stand_in(object))) return present;
-    auto made = std::make_shared<python_handler>(object);
-    remember_stand_in(object, made);
-    return made;
+    if (auto existing = std::dynamic_pointer_cast<python_handler>(find_stand_in(object))) return existing;
+    auto handler = std::make_shared<python_handler>(object);
+    remember_stand_in(object, handler);
+    return handler;
 }
 
 }  // namespace zentrix::python

@@ -19,8 +19,8 @@ void add_session(py::module_& to)
         .def("functions", &session::functions)
         .def("trace", &session::traces)
         .def("held",
-             [](const session& of) {
-                 const auto report = of.held();
+             [](const session& self) {
+                 const auto report = self.held();
                  return py::make_tuple(report.references, report.locks, report.others, report.violations);
              })
         .def("is_open", &session::is_open)
@@ -30,20 +30,21 @@ void add_session(py::module_& to)
 void add_tags(py::module_& to)
 {
     py::class_<tags_view>(to, "Tags")
-        .def("__len__", [](const tags_view& of) { return of.held->count(); })
+        .def("__len__", [](const tags_view& self) { return self.held->count(); })
         .def("get",
-             [](const tags_view& of, py::handle name) -> py::object {
-                 const auto found = of.held->get(text_from_python(name));
+             [](const tags_view& self, py::handle name) -> py::object {
+                 const auto found = self.held->get(text_from_python(name));
                  if (!found) throw py::key_error{py::repr(name).cast<std::string>()};
                  return tag_to_python(*found);
              })
         .def("get_at",
-             [](const tags_view& of, std::size_t index) -> py::object {
-                 const auto found = of.held->get_at(index);
+             [](const tags_view& self, std::size_t index) -> py::object {
+                 const auto found = self.held->get_at(index);
                  if (!found) throw py::index_error{"There is no tag of that number."};
                  return tag_to_python(*found);
              })
-        .def("name_at", [](const tags_view& of, std::size_t index) { return text_to_python(of.held->name_at(index)); });
+        .def("name_at",
+             [](const tags_view& self, std::size_t index) { return text_to_python(self.held->name_at(index)); });
 }
 
 }  // namespace
@@ -51,7 +52,7 @@ void add_tags(py::module_& to)
 PYBIND11_MODULE(_core, module)
 {
     module.doc() = "The stand-alone host for Python; use the package zentrix.";
-    // The class is a static of this kind because pybind's translators have no captures; it lives as long as the process.
+    // Static, because exception translators cannot capture; never destroyed.
     static const auto& script_error = *new py::exception<host::script_error>{module, "ScriptError", PyExc_RuntimeError};
     py::register_exception_translator([](std::exception_ptr thrown) {
         try {

@@ -8,7 +8,7 @@ namespace {
 
 using stand_ins = std::unordered_map<PyObject*, std::weak_ptr<host::object>>;
 
-// Never destroyed: objects die until the very end of the process.
+// Never destroyed, because objects may be destroyed as late as the process.
 stand_ins& the_stand_ins()
 {
     static auto& all = *new stand_ins;
@@ -26,7 +26,7 @@ py::object& the_kept_error()
 python_owner::~python_owner()
 {
     if (!Py_IsInitialized()) {
-        kept_.release();  // the interpreter took its objects with it
+        kept_.release();  // the interpreter has already destroyed the object
         return;
     }
     const py::gil_scoped_acquire locked;

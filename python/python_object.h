@@ -8,13 +8,14 @@
 #include "host/objects/object.h"
 #include "host/objects/value.h"
 
-/// What the host's objects and Python's share. Functions need the interpreter lock unless they say that they take it.
+/// The relation between objects of the host and of Python. Functions require the interpreter lock unless they acquire
+/// it.
 namespace zentrix::python {
 
 namespace py = pybind11;
 
-/// Keeps a Python object for a host object that stands for it. May be destroyed on any thread, with the interpreter lock
-/// or without.
+/// Owns a Python object on behalf of the host object that represents it. May be destroyed on any thread, with or
+/// without the interpreter lock.
 class python_owner
 {
   public:
@@ -29,26 +30,26 @@ class python_owner
     py::object kept_;
 };
 
-/// The host object that stands for this Python object and is still in use; null when there is none. One Python object
-/// is one host object at a time, so that the library sees a source that is its own destination as such.
+/// The host object that represents this Python object, if one is in use; else null. At any time one Python object is
+/// represented by one host object, so that the library recognises a source that is also the destination.
 host::object_ref find_stand_in(py::handle object);
 
-/// Makes `stand_in`, which has to keep `object` by a python_owner, the one to be found.
+/// Makes find_stand_in(object) return `stand_in`, which has to own `object` by a python_owner.
 void remember_stand_in(py::handle object, const host::object_ref& stand_in);
 
-/// Keeps the Python error that stopped a callback until the script call that it happened in ends.
+/// Stores the Python exception that ended a callback until the enclosing script call ends.
 void keep_error(py::error_already_set& raised);
 
-/// The error kept since the last take: the exception, or none.
+/// Removes and returns the stored exception; empty if there is none.
 py::object take_kept_error();
 
-/// "ZeroDivisionError: division by zero"; the bare text for a ScriptError, which has been through here already.
+/// "ZeroDivisionError: division by zero"; only the text for a ScriptError, which already includes the class.
 std::string error_text(const py::error_already_set& raised);
 
 /// The class zentrix.ScriptError.
 py::object script_error_class();
 
-/// Runs Python code on behalf of the library: takes the interpreter lock, turns a Python exception into a script_error.
+/// Runs Python code for the library: acquires the interpreter lock and converts a Python exception to a script_error.
 template <class Body>
 auto call_back(Body body) -> decltype(body())
 {

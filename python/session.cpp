@@ -11,11 +11,11 @@ namespace zentrix::python {
 
 namespace {
 
-/// What the functions answer that know no strides.
+/// The error text of functions that require contiguous arrays, among others.
 constexpr char refused_parameters[] = "Parameters are invalid.";
-constexpr char advice_on_scattered[] =
-    "An array among the arguments is not C-contiguous, which some functions need: pass numpy.ascontiguousarray() of "
-    "it.";
+constexpr char advice_on_strides[] =
+    "An argument is an array that is not C-contiguous, which some functions do not support: pass "
+    "numpy.ascontiguousarray() of it.";
 
 /// The library misses its companion package, a file beside it that brings the panel's handler, with a dialog at each
 /// start. Here a handler is a Python object, so the package is vouched for.
@@ -47,19 +47,23 @@ host::engine_options options_with(const std::shared_ptr<python_owner>& log)
     return options;
 }
 
-/// A callback failed and the library went on regardless: Python shows the error, as nobody else would.
-void show(const py::object& swallowed)
+/// Shows the error of a callback that the library ignored.
+void show_unraisable(const py::object& error)
 {
-    PyErr_SetObject(py::type::of(swallowed).ptr(), swallowed.ptr());
+    PyErr_SetObject(py::type::of(error).ptr(), error.ptr());
     PyErr_WriteUnraisable(nullptr);
 }
+
+int sessions_closing = 0;  // all sessions use the same loaded library, so only one at a time may run
 
 }  // namespace
 
 session::session(const std::string& file, py::object log)
-    : engine_{std::make_unique<host::engine>(options_with(std::make_shared<python_owner>(log)))},
-      library_{std::make_unique<host::library>(*engine_, file)}
-{}
+{
+    if (sessions_closing > 0) throw host::script_error{"A host cannot be started while another one is closed."};
+    engine_ = std::make_unique<host::engine>(options_with(std::make_shared<python_owner>(log)));
+    library_ = std::make_unique<host::library>(*engine_, file);
+}
 
 session::~session()
 {
@@ -78,7 +82,7 @@ void session::require_usable() const
     if (!is_open()) throw host::script_error{"The library is closed."};
 }
 
-/// Raises ScriptError with the error of a callback as its cause; KeyboardInterrupt and the like go on as they are.
+/// Raises ScriptError with the error of a callback as its cause. KeyboardInterrupt and the like are raised unchanged.
 void session::raise(const host::script_error& stopped, const char* advice)
 {
     const py::object cause = take_kept_error();
@@ -89,33 +93,34 @@ void session::raise(const host::script_error& stopped, const char* advice)
     const py::object error = script_error_class()(text_to_python(stopped.what()));
     if (cause) PyException_SetCause(error.ptr(), py::object{cause}.release().ptr());
     if (advice && std::string_view{stopped.what()} == refused_parameters && py::hasattr(error, "add_note"))
-        error.attr("add_note")(advice);  // beside the text, which stays to the letter
+        error.attr("add_note")(advice);  // in addition to the script's message, which stays unchanged
     PyErr_SetObject(script_error_class().ptr(), error.ptr());
     throw py::error_already_set{};
 }
 
-/// Converts the arguments, runs `body(engine, values)`, converts what came out.
+/// Converts the arguments, runs `body(engine, values)`, converts outputs and result.
 template <class Body>
-py::object session::answer(const py::args& given, Body body)
+py::object session::call_with(const py::args& python_arguments, Body body)
 {
     require_usable();
-    const call_arguments arguments{given};
+    const call_arguments arguments{python_arguments};
     const auto result = run([&](host::engine& engine) { return body(engine, arguments.values()); },
-                            arguments.has_scattered_array() ? advice_on_scattered : nullptr);
-    if (const auto swallowed = take_kept_error()) show(swallowed);
+                            arguments.has_strided_array() ? advice_on_strides : nullptr);
+    if (const auto ignored = take_kept_error()) show_unraisable(ignored);
     arguments.store_outputs();
     return arguments.to_python(result);
 }
 
-py::object session::call(const std::string& name, const py::args& given)
+py::object session::call(const std::string& name, const py::args& arguments)
 {
-    return answer(given, [&](host::engine& engine, const auto& values) { return engine.call(name, values); });
+    return call_with(arguments, [&](host::engine& engine, const auto& values) { return engine.call(name, values); });
 }
 
-py::object session::call_method(py::handle object, const std::string& prototype, const py::args& given)
+py::object session::call_method(py::handle object, const std::string& prototype, const py::args& arguments)
 {
     const auto self = handler_of(object);
-    return answer(given, [&](host::engine&, const auto& values) { return host::call_method(self, prototype, values); });
+    return call_with(arguments,
+                     [&](host::engine&, const auto& values) { return host::call_method(self, prototype, values); });
 }
 
 std::vector<std::string> session::functions() const
@@ -135,7 +140,11 @@ py::dict session::traces() const
 host::held_report session::held() const
 {
     require_main_thread();
-    return is_open() ? engine_->report() : left_;
+    try {
+        return engine_->report();
+    } catch (const host::script_error& stopped) {
+        raise(stopped, nullptr);
+    }
 }
 
 void session::close()
@@ -143,9 +152,8 @@ void session::close()
     require_main_thread();
     if (!is_open()) return;
     if (running_calls_ > 0) throw host::script_error{"The library cannot be closed while one of its functions runs."};
-    library_->close();
-    library_.reset();
-    left_ = engine_->report();
+    const counted one_more{sessions_closing};
+    std::exchange(library_, nullptr)->close();  // no longer open: finalizers of Python objects may call close() again
     engine_->forget_held();
 }
 

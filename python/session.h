@@ -11,14 +11,14 @@
 
 namespace zentrix::python {
 
-/// The stand-alone host with the library running in it. The thread that makes a session is the host's main thread; every
-/// function but `traces` fails on another one. All functions need the interpreter lock; `call` gives it back while the
-/// library computes.
+/// The stand-alone host with the library running in it. The thread that creates a session is the host's main thread; on
+/// other threads all functions except `traces` fail. All functions require the interpreter lock; `call` releases it
+/// while the library computes.
 class session
 {
   public:
-    /// `log(level, text)` hears of the library's errors ("error"), dialogs ("warning") and output ("info").
-    /// Throws  host::script_error when the library does not start
+    /// `log(level, text)` receives the library's errors ("error"), dialogs ("warning") and output ("info").
+    /// Throws  host::script_error when the library does not start, or while another session is being closed
     session(const std::string& file, py::object log);
     ~session();
     session(const session&) = delete;
@@ -27,27 +27,27 @@ class session
     bool is_open() const noexcept { return library_ != nullptr; }
 
     /// Calls a script function. See call_arguments for the conversions.
-    /// Throws  host::script_error with the script's message, whose cause is what a callback raised; what the conversion
-    ///         of an argument throws
-    py::object call(const std::string& name, const py::args& given);
+    /// Throws  host::script_error with the script's message, caused by the exception of a callback if there is one; the
+    ///         exceptions of the conversions
+    py::object call(const std::string& name, const py::args& arguments);
 
-    /// Calls a method of a Python object as the library would, by the prototype that the library has for it.
+    /// Calls a method of a Python object as the library does, by its prototype.
     /// Throws  as call
-    py::object call_method(py::handle object, const std::string& prototype, const py::args& given);
+    py::object call_method(py::handle object, const std::string& prototype, const py::args& arguments);
 
     /// The library's prototypes in the order of registration.
     std::vector<std::string> functions() const;
     /// counter name -> (reports, ticks)
     py::dict traces() const;
-    /// What the library holds now; after close what it still held.
+    /// What the library holds. After close the host has dropped whatever the library left.
     host::held_report held() const;
 
-    /// Runs the library's shut-down. Does nothing when closed already.
+    /// Shuts the library down. Does nothing if it is closed or being closed.
     /// Throws  host::script_error while a script function runs
     void close();
 
-    /// Runs `body(host::engine&)`, which calls the library, without the interpreter lock.
-    /// Throws  as call; `advice` goes with a refusal of parameters as the exception's note
+    /// Runs `body(host::engine&)`, which calls the library, with the interpreter lock released.
+    /// Throws  as call; `advice` becomes the exception's note if the library refuses its parameters
     template <class Body>
     auto run(Body body, const char* advice = nullptr)
     {
@@ -62,7 +62,7 @@ class session
     }
 
   private:
-    /// One more of something as long as it lives.
+    /// Increments a counter for its lifetime.
     class counted
     {
       public:
@@ -76,14 +76,13 @@ class session
     };
 
     template <class Body>
-    py::object answer(const py::args& given, Body body);
+    py::object call_with(const py::args& python_arguments, Body body);
     void require_main_thread() const;
     void require_usable() const;
     [[noreturn]] static void raise(const host::script_error& stopped, const char* advice);
 
     std::unique_ptr<host::engine> engine_;
     std::unique_ptr<host::library> library_;
-    host::held_report left_;
     int running_calls_ = 0;
 };
 

@@ -26,22 +26,22 @@ bool is_sequence(py::handle object)
     return PyList_Check(object.ptr()) || py::isinstance(object, abstract_class("Sequence"));
 }
 
-/// Module zentrix._tags, where the Python side of the host's own tags is.
+/// Module zentrix._tags, which has the Python classes for tags of the host.
 py::object wrapper_module() { return py::module_::import("zentrix._tags"); }
 
-/// The view inside a TagGroup or TagList; null for any other object.
+/// The view in a TagGroup or TagList; null for any other object.
 tags_view* view_in(py::handle object)
 {
     if (!py::hasattr(object, "_tags")) return nullptr;
-    const py::object inner = object.attr("_tags");
-    return py::isinstance<tags_view>(inner) ? inner.cast<tags_view*>() : nullptr;
+    const py::object view = object.attr("_tags");
+    return py::isinstance<tags_view>(view) ? view.cast<tags_view*>() : nullptr;
 }
 
-/// A mapping or a sequence of Python as tags. May be used with the interpreter lock or without.
+/// A Python mapping or sequence as tags. May be called with or without the interpreter lock.
 class python_tags : public host::tag_group
 {
   public:
-    python_tags(py::handle served, bool is_list) : owner_{served}, is_list_{is_list} {}
+    python_tags(py::handle owned, bool is_list) : owner_{owned}, is_list_{is_list} {}
 
     const py::object& python_object() const { return owner_.get(); }
 
@@ -130,15 +130,15 @@ bool is_tags(py::handle object) { return view_in(object) || is_mapping(object) |
 host::tag_group_ref tags_of(py::handle object)
 {
     if (const auto* view = view_in(object)) return view->held;
-    if (auto present = std::dynamic_pointer_cast<host::tag_group>(find_stand_in(object))) return present;
-    auto made = std::make_shared<python_tags>(object, !is_mapping(object));
-    remember_stand_in(object, made);
-    return made;
+    if (auto existing = std::dynamic_pointer_cast<host::tag_group>(find_stand_in(object))) return existing;
+    auto tags = std::make_shared<python_tags>(object, !is_mapping(object));
+    remember_stand_in(object, tags);
+    return tags;
 }
 
 py::object tags_to_python(const host::tag_group_ref& tags)
 {
-    if (const auto ours = std::dynamic_pointer_cast<python_tags>(tags)) return ours->python_object();
+    if (const auto from_python = std::dynamic_pointer_cast<python_tags>(tags)) return from_python->python_object();
     return wrapper_module().attr("wrap")(tags_view{tags}, tags->is_list());
 }
 
@@ -161,11 +161,11 @@ py::object tag_to_python(const host::tag& value)
 std::optional<host::tag> tag_from_python(py::handle value)
 {
     if (py::isinstance<py::array>(value) || is_reference(value)) return std::nullopt;
-    const auto read = result_from_python(value);
-    if (const auto* number = std::get_if<std::int64_t>(&read)) return number_tag(*number);
-    if (const auto* number = std::get_if<double>(&read)) return *number;
-    if (const auto* text = std::get_if<std::string>(&read)) return *text;
-    if (auto group = host::object_in<host::tag_group>(read)) return group;
+    const auto converted = result_from_python(value);
+    if (const auto* number = std::get_if<std::int64_t>(&converted)) return number_tag(*number);
+    if (const auto* number = std::get_if<double>(&converted)) return *number;
+    if (const auto* text = std::get_if<std::string>(&converted)) return *text;
+    if (auto group = host::object_in<host::tag_group>(converted)) return group;
     return std::nullopt;
 }
 

@@ -11,7 +11,7 @@ namespace zentrix::python {
 
 namespace {
 
-/// Classes of NumPy's scalars, looked up once.
+/// Classes of NumPy scalars, looked up once.
 struct scalar_classes
 {
     py::object truth = py::module_::import("numpy").attr("bool_");
@@ -24,9 +24,11 @@ const scalar_classes& numpy_scalars()
     return found;
 }
 
-host::script_value whole_number(py::handle given)
+constexpr char nul_in_text[] = "A text with a NUL character cannot be passed to a script.";
+
+host::script_value whole_number(py::handle value_with_index)
 {
-    const auto number = py::reinterpret_steal<py::object>(PyNumber_Index(given.ptr()));
+    const auto number = py::reinterpret_steal<py::object>(PyNumber_Index(value_with_index.ptr()));
     if (!number) throw py::error_already_set{};
     int overflow = 0;
     const long long value = PyLong_AsLongLongAndOverflow(number.ptr(), &overflow);
@@ -38,51 +40,70 @@ host::script_value whole_number(py::handle given)
                                           : "bad numeric conversion: negative overflow"};
 }
 
-bool is_complex(py::handle given)
+bool is_complex(py::handle value)
 {
-    return PyComplex_Check(given.ptr()) || py::isinstance(given, numpy_scalars().complex);
+    return PyComplex_Check(value.ptr()) || py::isinstance(value, numpy_scalars().complex);
 }
 
-bool is_real(py::handle given)
+bool is_real(py::handle value)
 {
-    const auto* numeric = Py_TYPE(given.ptr())->tp_as_number;
+    const auto* numeric = Py_TYPE(value.ptr())->tp_as_number;
     return numeric && numeric->nb_float;
 }
 
-double real_number(py::handle given)
+double real_number(py::handle value)
 {
-    const double number = PyFloat_AsDouble(given.ptr());
+    const double number = PyFloat_AsDouble(value.ptr());
     if (number == -1 && PyErr_Occurred()) throw py::error_already_set{};
     return number;
 }
 
-bool is_path(py::handle given) { return py::hasattr(given, "__fspath__"); }
+/// A text for a script, where a NUL would end it.
+std::string script_text(py::handle text)
+{
+    auto utf8 = text_from_python(text);
+    if (utf8.find('\0') != std::string::npos) throw host::script_error{nul_in_text};
+    return utf8;
+}
 
-py::object text_of_path(py::handle path) { return py::reinterpret_steal<py::object>(PyOS_FSPath(path.ptr())); }
+/// Whether the class of the object is one of paths; a mere attribute of the object does not count, as for os.fspath.
+bool is_path(py::handle value) { return py::hasattr(py::type::of(value), "__fspath__"); }
+
+/// Throws  what `__fspath__` raises; py::type_error unless it returns a str or bytes
+std::string path_text(py::handle path)
+{
+    const auto name = py::reinterpret_steal<py::object>(PyOS_FSPath(path.ptr()));
+    if (!name) throw py::error_already_set{};
+    if (PyUnicode_Check(name.ptr())) return script_text(name);
+    const auto decoded = py::reinterpret_steal<py::object>(
+        PyUnicode_DecodeFSDefaultAndSize(PyBytes_AS_STRING(name.ptr()), PyBytes_GET_SIZE(name.ptr())));
+    if (!decoded) throw py::error_already_set{};
+    return script_text(decoded);
+}
 
 /// Numbers and texts; nothing for anything else.
-std::optional<host::script_value> plain_value(py::handle given)
+std::optional<host::script_value> plain_value(py::handle value)
 {
-    if (given.is_none()) return host::script_value{};
-    if (py::isinstance(given, numpy_scalars().truth)) return std::int64_t{PyObject_IsTrue(given.ptr())};
-    if (PyIndex_Check(given.ptr()) && !py::isinstance<py::array>(given)) return whole_number(given);
-    if (PyFloat_Check(given.ptr())) return PyFloat_AS_DOUBLE(given.ptr());
-    if (is_complex(given)) {
-        const Py_complex number = PyComplex_AsCComplex(given.ptr());
+    if (value.is_none()) return host::script_value{};
+    if (py::isinstance(value, numpy_scalars().truth)) return std::int64_t{PyObject_IsTrue(value.ptr())};
+    if (PyIndex_Check(value.ptr()) && !py::isinstance<py::array>(value)) return whole_number(value);
+    if (PyFloat_Check(value.ptr())) return PyFloat_AS_DOUBLE(value.ptr());
+    if (is_complex(value)) {
+        const Py_complex number = PyComplex_AsCComplex(value.ptr());
         return std::complex{number.real, number.imag};
     }
-    if (PyUnicode_Check(given.ptr())) return text_from_python(given);
+    if (PyUnicode_Check(value.ptr())) return script_text(value);
     return std::nullopt;
 }
 
-host::script_value object_from_python(py::handle given)
+host::script_value object_from_python(py::handle value)
 {
-    if (is_real(given)) return real_number(given);
-    if (PyObject_CheckBuffer(given.ptr()))
+    if (is_real(value)) return real_number(value);
+    if (PyObject_CheckBuffer(value.ptr()))
         throw py::type_error{"Bytes are no script value: decode() them to a text or view them as a NumPy array."};
-    if (is_tags(given)) return host::object_ref{tags_of(given)};
-    if (is_path(given)) return plain_value(text_of_path(given)).value();
-    return host::object_ref{handler_of(given)};
+    if (is_tags(value)) return host::object_ref{tags_of(value)};
+    if (is_path(value)) return path_text(value);
+    return host::object_ref{handler_of(value)};
 }
 
 struct to_python_visitor
@@ -103,8 +124,11 @@ struct to_python_visitor
         if (const auto handler = std::dynamic_pointer_cast<python_handler>(held)) return handler->python_object();
         throw host::script_error{"Python has no form for " + held->describe() + "."};
     }
-    py::object operator()(const host::cell_ref&) const { return py::none(); }  // a function returns no output parameter
-    py::object operator()(void*) const { return py::none(); }                  // nor a pointer
+    py::object operator()(const host::cell_ref&) const
+    {
+        return py::none();
+    }                                                          // scripts never pass output parameters to Python
+    py::object operator()(void*) const { return py::none(); }  // nor pointers
 };
 
 }  // namespace
@@ -129,33 +153,33 @@ py::str text_to_python(const std::string& text)
         PyUnicode_DecodeUTF8(text.data(), static_cast<py::ssize_t>(text.size()), "surrogateescape"));
 }
 
-call_arguments::call_arguments(const py::args& given)
+call_arguments::call_arguments(const py::args& arguments)
 {
-    values_.reserve(given.size());
-    for (const py::handle one : given) values_.push_back(from_python(one));
+    values_.reserve(arguments.size());
+    for (const py::handle argument : arguments) values_.push_back(from_python(argument));
 }
 
-host::script_value call_arguments::from_python(py::handle given)
+host::script_value call_arguments::from_python(py::handle argument)
 {
-    if (is_reference(given)) return cell_for(given);
-    if (py::isinstance<py::array>(given)) {
-        const auto array = py::reinterpret_borrow<py::array>(given);
+    if (is_reference(argument)) return cell_for(argument);
+    if (py::isinstance<py::array>(argument)) {
+        const auto array = py::reinterpret_borrow<py::array>(argument);
         auto image = image_of(array);
         arrays_.emplace_back(array, image);
         return host::object_ref{std::move(image)};
     }
-    return result_from_python(given);
+    return result_from_python(argument);
 }
 
-host::script_value call_arguments::cell_for(py::handle given)
+host::script_value call_arguments::cell_for(py::handle reference)
 {
-    const auto same = [&](const auto& one) { return one.first.is(given); };
+    const auto same = [&](const auto& known) { return known.first.is(reference); };
     const auto found = std::ranges::find_if(references_, same);
     if (found != references_.end()) return found->second;
-    const py::object initial = given.attr("value");
+    const py::object initial = reference.attr("value");
     if (is_reference(initial)) throw py::type_error{"A Ref cannot hold a Ref."};
     auto cell = host::make_cell(from_python(initial));
-    references_.emplace_back(py::reinterpret_borrow<py::object>(given), cell);
+    references_.emplace_back(py::reinterpret_borrow<py::object>(reference), cell);
     return cell;
 }
 
@@ -164,9 +188,9 @@ void call_arguments::store_outputs() const
     for (const auto& [ref, cell] : references_) ref.attr("value") = to_python(cell->value);
 }
 
-bool call_arguments::has_scattered_array() const
+bool call_arguments::has_strided_array() const
 {
-    return std::ranges::any_of(arrays_, [](const auto& one) { return !one.second->is_contiguous(); });
+    return std::ranges::any_of(arrays_, [](const auto& entry) { return !entry.second->is_contiguous(); });
 }
 
 py::object call_arguments::to_python(const host::script_value& value) const
@@ -177,11 +201,11 @@ py::object call_arguments::to_python(const host::script_value& value) const
     return argument_to_python(value);
 }
 
-host::script_value result_from_python(py::handle given)
+host::script_value result_from_python(py::handle result)
 {
-    if (auto plain = plain_value(given)) return *std::move(plain);
-    if (py::isinstance<py::array>(given)) return host::object_ref{image_of(py::reinterpret_borrow<py::array>(given))};
-    return object_from_python(given);
+    if (auto plain = plain_value(result)) return *std::move(plain);
+    if (py::isinstance<py::array>(result)) return host::object_ref{image_of(py::reinterpret_borrow<py::array>(result))};
+    return object_from_python(result);
 }
 
 py::object argument_to_python(const host::script_value& value) { return std::visit(to_python_visitor{}, value); }

@@ -8,55 +8,59 @@
 #include "python/arrays.h"
 #include "python/python_object.h"
 
-/// Python values as script values and back.
+/// Conversion between Python values and script values.
 namespace zentrix::python {
 
-/// Whether it is an output parameter, a zentrix.Ref.
+/// Whether the object is a zentrix.Ref, an output parameter.
 bool is_reference(py::handle object);
 
-/// What one script call got from Python. Each Ref becomes one cell and each array one image, however often it is given.
+/// The arguments of one script call. Each Ref becomes one cell and each array one image, however often it is passed.
 class call_arguments
 {
   public:
-    /// Converts by the Python type alone; the host converts on by the prototype:
-    ///     None                     nothing
-    ///     whole numbers, bool      integer; beyond 64 bits a real number, so that only a whole-number type refuses it
+    /// Converts by the Python type alone. The host then converts to the types of the prototype.
+    ///     None                     null
+    ///     integers, bool           integer; beyond 64 bits a real number, so that only integer parameters refuse it
     ///     other numbers            real number, complex number
     ///     str, path                text
-    ///     Ref                      output parameter holding the Ref's value
+    ///     Ref                      output parameter with the Ref's value
     ///     numpy.ndarray            image, see image_of
     ///     mapping; list, tuple     tag group; tag list
     ///     any other object         script object
-    /// Throws  what image_of throws; py::type_error for bytes
-    explicit call_arguments(const py::args& given);
+    /// Throws  as image_of; py::type_error for bytes; host::script_error for a text with a NUL character; the
+    /// exceptions of
+    ///         the objects' own methods
+    explicit call_arguments(const py::args& arguments);
 
     const std::vector<host::script_value>& values() const noexcept { return values_; }
 
-    /// Puts what the cells hold now into the Refs.
+    /// Copies the values of the cells to the Refs.
     void store_outputs() const;
 
-    /// Whether an argument is an array with gaps or of another order than rows.
-    bool has_scattered_array() const;
+    /// Whether an argument is an array that is not C-contiguous.
+    bool has_strided_array() const;
 
-    /// A script value for Python: an image that an argument's array shows becomes that very array.
+    /// Converts a result for Python. The image of an argument becomes that same array.
     py::object to_python(const host::script_value& value) const;
 
   private:
-    host::script_value from_python(py::handle given);
-    host::script_value cell_for(py::handle given);
+    host::script_value from_python(py::handle argument);
+    host::script_value cell_for(py::handle reference);
 
     std::vector<host::script_value> values_;
     std::vector<std::pair<py::array, host::image_ref>> arrays_;
     std::vector<std::pair<py::object, host::cell_ref>> references_;
 };
 
-/// The result of a Python method, for the library. Throws  as call_arguments
-host::script_value result_from_python(py::handle given);
+/// Converts the result of a Python method for the library.
+/// Throws  as call_arguments
+host::script_value result_from_python(py::handle result);
 
-/// An argument of a Python method, from the library.
+/// Converts an argument from the library for a Python method.
 py::object argument_to_python(const host::script_value& value);
 
-/// Text between Python and UTF-8. Bytes that are no UTF-8, as file names may have, survive the way there and back.
+/// Conversion between Python's text and UTF-8. Bytes that are not valid UTF-8, which file names may contain, are
+/// preserved in both directions.
 std::string text_from_python(py::handle text);
 py::str text_to_python(const std::string& text);
 

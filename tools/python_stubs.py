@@ -22,7 +22,7 @@ from . import Ref, TagGroup, TagList
 
 Number = SupportsIndex | SupportsFloat
 Complex = complex | Number
-Text = str | os.PathLike[str]
+Text = str | os.PathLike[str] | os.PathLike[bytes]
 Image = NDArray[Any]
 Tags = Mapping[str, Any] | MutableSequence[Any] | TagList
 

@@ -1,4 +1,4 @@
-"""The host that all tests share; a test that needs it closed opens it again."""
+"""The host that all tests share. A test that closes it makes the next test load another."""
 
 import os
 

@@ -1,4 +1,4 @@
-"""Results of the script functions against the functions that SciPy and NumPy have for the same."""
+"""Results of script functions against the equivalent functions of SciPy and NumPy."""
 
 import numpy as np
 import pytest
@@ -14,12 +14,12 @@ WAVE = F8 + 1j * random.normal(size=F8.shape)
 WHOLE = random.integers(-50, 50, (37, 41)).astype(np.int16)
 RADIUS = 3
 WIDTH = 2 * RADIUS + 1
-INSIDE = (slice(RADIUS, -RADIUS),) * 2  # where a window lies inside the image
+INTERIOR = (slice(RADIUS, -RADIUS),) * 2  # where the window is completely inside the image
 WINDOWS = ["hann", "hamming", "blackman", ("tukey", 0.5), ("kaiser", 8.6), "flattop", "blackmanharris", "nuttall"]
 
 
 def window_image(window):
-    """Along both axes of F8."""
+    """The product of a window along both axes of F8."""
     return np.multiply.outer(*(window(size) for size in F8.shape))
 
 
@@ -34,10 +34,10 @@ def centre_of_mass(zx):
     return y.value, x.value
 
 
-#: (name, what the library gives, the truth, relative tolerance; 0: the same values)
+#: (name, result, reference, relative tolerance; 0: equal values)
 COMPARISONS = [
-    ("mean", lambda zx: zx.ZXMovingAverage(F8, RADIUS, None)[INSIDE],
-     lambda: ndimage.uniform_filter(F8, WIDTH)[INSIDE], 1e-12),
+    ("mean", lambda zx: zx.ZXMovingAverage(F8, RADIUS, None)[INTERIOR],
+     lambda: ndimage.uniform_filter(F8, WIDTH)[INTERIOR], 1e-12),
     ("gaussian", lambda zx: zx.ZXGaussianBlur(F8, 1.0, 4, None)[4:-4, 4:-4],
      lambda: ndimage.gaussian_filter(F8, 1.0, truncate=4)[4:-4, 4:-4], 1e-12),
     ("maximum", lambda zx: zx.ZXMaximumFilter(F4, RADIUS, None),
@@ -56,8 +56,8 @@ COMPARISONS = [
 ]  # fmt: skip
 
 
-@pytest.mark.parametrize("name, ours, truth, tolerance", COMPARISONS, ids=[row[0] for row in COMPARISONS])
-def test_agrees(zx, name, ours, truth, tolerance):
-    found, expected = np.asarray(ours(zx)), np.asarray(truth())
+@pytest.mark.parametrize("name, result, reference, tolerance", COMPARISONS, ids=[row[0] for row in COMPARISONS])
+def test_result_agrees_with_the_reference(zx, name, result, reference, tolerance):
+    found, expected = np.asarray(result(zx)), np.asarray(reference())
     assert found.shape == expected.shape
     assert np.abs(found - expected).max() <= tolerance * np.abs(expected).max()

@@ -4,8 +4,8 @@
     zx = zentrix.load()
     smooth = zx.ZXMedianFilter(numpy.random.rand(512, 512), 2, None)
 
-`load` starts a host with the library in it; each script function is an attribute of what it returns. `correct` applies or
-removes a lens's aberrations in physical units.
+`load` starts a host with the library; each script function is an attribute of the host. `correct` applies or removes
+the aberrations of a lens in physical units.
 """
 
 import atexit
@@ -28,7 +28,7 @@ _open_host = None
 
 
 class Held(NamedTuple):
-    """What the library holds of the host, a line for each; all empty when it has cleaned up."""
+    """What the library holds, one line for each item; all lists are empty if it holds nothing."""
 
     references: list  #: host objects
     locks: list  #: image locks
@@ -48,31 +48,31 @@ class Host:
             setattr(self, name, _script_function(core, name, texts))
 
     def call(self, name, *arguments):
-        """Calls a function by name: a script function, or one of the host such as "TagGroupCountTags"."""
+        """Calls a function by name: a script function, or a function of the host such as "TagGroupCountTags"."""
         return self._core.call(name, *arguments)
 
     def call_method(self, handler, prototype, *arguments):
-        """Calls a handler's method as the library would: call_method(handler, "void OnChange( ScriptObject self )")."""
+        """Calls a method of a handler as the library does, for example "void OnChange( ScriptObject self )"."""
         return self._core.call_method(handler, prototype, *arguments)
 
     def functions(self):
-        """The prototypes of all script functions, in the order of their registration."""
+        """The prototypes of all script functions, in the order of registration."""
         return self._core.functions()
 
     def trace(self):
-        """How often each function reported its time: counter name -> (reports, ticks)."""
+        """The time reports of all functions: counter name -> (reports, ticks)."""
         return self._core.trace()
 
     def notifications(self, array):
-        """How often the host was told that the pixels of this array's image changed."""
+        """How often the host was notified that the pixels of this array's image have changed."""
         return _core.notifications(array)
 
     def held(self):
-        """What the library holds now; after `close`, what it left behind. See `Held`."""
+        """What the library holds now; after `close` nothing but violations. See `Held`."""
         return Held(*self._core.held())
 
     def close(self):
-        """Shuts the library down. Closing twice does nothing."""
+        """Shuts the library down. Does nothing if it is closed."""
         self._core.close()
 
     def __repr__(self):
@@ -80,12 +80,12 @@ class Host:
 
 
 def load(path=None):
-    """Starts the host with the library in it and returns it; the one that runs already if there is one.
+    """Starts the host with the library and returns it; returns the running host if there is one.
 
-    path    the library's file; otherwise the environment's ZENTRIX_LIBRARY, or the file that came with this module
+    path    the library's file. Default: the environment's ZENTRIX_LIBRARY, or the file installed with this module
 
     The calling thread becomes the host's main thread, the only one that may call script functions.
-    Raises ScriptError when the library is not found or does not start.
+    Raises ScriptError if the library is not found or does not start, and during the `close` of another host.
     """
     global _open_host
     file = os.path.realpath(_library_file() if path is None else os.fspath(path))
@@ -99,7 +99,7 @@ def load(path=None):
 
 
 def _library_file():
-    """Beside the module in a build's folder, two or more above it in an installed tree."""
+    """The file next to the module in a build folder, or two or more folders above it in an installed tree."""
     if not os.environ.get("ZENTRIX_LIBRARY"):
         folders = pathlib.Path(__file__).resolve().parents
         for folder in folders[1:4]:
@@ -126,5 +126,5 @@ def _close_at_exit():
     if _open_host is not None:
         try:
             _open_host.close()
-        except ScriptError:  # loaded on another thread, which alone could close it
+        except ScriptError:  # loaded on another thread, the only one that could close it
             pass

@@ -36,9 +36,9 @@ def correct(
     remove=True,
     envelope="auto",
 ):
-    """The wave without these aberrations, or with remove=False an ideal wave as this lens images it.
+    """Removes aberrations from a wave or, with remove=False, applies them.
 
-    wave           complex array (ny, nx); stays as it is. The result is a new array of complex64.
+    wave           complex array (ny, nx), not modified. The result is a new array of complex64.
     pixel          pixel size [nm]
     kv             accelerating voltage [kV]; or `wavelength` [nm]
     C1 ... S5      aberrations. C1, C3, C5 are numbers; the others a modulus or (modulus, degrees), counter-clockwise on
@@ -46,13 +46,13 @@ def correct(
                    C1 < 0 is underfocus.
     focus_spread, convergence, vibration
                    rms widths of the envelope [nm, mrad, nm]
-    tilt           of the beam, (right, up) on the displayed image [mrad]
-    envelope       "auto": damp when applying, not when removing; "on", "off"
+    tilt           beam tilt, (right, up) on the displayed image [mrad]
+    envelope       "on": damp by the envelope; "off": do not; "auto": only if remove is False
 
-    Uses the host that runs, or loads it. Raises ValueError or TypeError for parameters without sense.
+    Uses the running host, or loads one. Raises ValueError or TypeError for invalid parameters.
     """
-    given = dict(C1=C1, A1=A1, B2=B2, A2=A2, C3=C3, S3=S3, A3=A3, B4=B4, D4=D4, A4=A4, C5=C5, A5=A5, R5=R5, S5=S5)
-    lens = {name: _polar(name, value) for name, value in given.items()}
+    coefficients = dict(C1=C1, A1=A1, B2=B2, A2=A2, C3=C3, S3=S3, A3=A3, B4=B4, D4=D4, A4=A4, C5=C5, A5=A5, R5=R5, S5=S5)
+    lens = {name: _polar(name, value) for name, value in coefficients.items()}
     result = _as_wave(wave)
     spread = (float(focus_spread), float(convergence), float(vibration))
     _core.correct(
@@ -89,7 +89,7 @@ def _as_wave(wave):
 
 
 def _polar(name, value):
-    """(modulus, degrees) of a coefficient as it was given."""
+    """(modulus, degrees) of a coefficient."""
     _, unit, has_angle = _COEFFICIENTS[name]
     try:
         if np.ndim(value) == 0:

@@ -2,9 +2,9 @@
 
 
 class Ref:
-    """An output parameter: holds a value that a script function may read and writes anew.
+    """An output parameter, whose value a script function may read and replaces.
 
-    value   what the function stored, or what it is to find; None: nothing yet
+    value   the initial value, then the one that the function stored; None: no value
     """
 
     __slots__ = ("value",)

@@ -4,7 +4,7 @@ from collections.abc import Mapping, Sequence
 
 
 class TagGroup(Mapping):
-    """Named tags of the host, in the order in which they were written first."""
+    """Named tags of the host, in the order in which they were added."""
 
     __slots__ = ("_tags",)
 
@@ -25,7 +25,7 @@ class TagGroup(Mapping):
 
 
 class TagList(Sequence):
-    """Numbered tags of the host. Equal to any list of equal tags."""
+    """Numbered tags of the host. Equal to any list or tuple of equal tags."""
 
     __slots__ = ("_tags",)
     __hash__ = None

@@ -10,7 +10,7 @@ constexpr char not_found[] = "A function of the following prototype can not be f
 constexpr char null_dispatch[] = "Attempt to dispatch off a null object.";
 constexpr char no_host[] = "There is no host.";
 
-function_slot* first_slot = nullptr;
+function_slot* first_slot = nullptr;  // of those that were ever used
 
 host_link* require_link()
 {
@@ -21,22 +21,26 @@ host_link* require_link()
 
 }  // namespace
 
-function_slot::function_slot(const char* prototype) noexcept : prototype_{prototype}, next_{first_slot}
+const function_ref& function_slot::find()
 {
-    first_slot = this;
-}
-
-const function_ref& function_slot::function()
-{
-    if (!function_) {
-        host_link* link = require_link();
-        function_ = function_ref::adopt(link->table->find_function(link, prototype_));
-        if (!function_) throw Gatan::gatan_exception{std::string{not_found} + prototype_};
+    host_link* link = Gatan::PlugIn::current_link();
+    if (function_ || !link) return function_;
+    function_ = function_ref::adopt(link->table->find_function(link, prototype_));
+    if (!is_listed_) {
+        next_ = std::exchange(first_slot, this);
+        is_listed_ = true;
     }
     return function_;
 }
 
-void function_slot::forget_all() noexcept
+const function_ref& function_slot::require()
+{
+    require_link();
+    if (!find()) throw Gatan::gatan_exception{std::string{not_found} + prototype_};
+    return function_;
+}
+
+void function_slot::release_all() noexcept
 {
     for (function_slot* slot = first_slot; slot; slot = slot->next_) slot->function_ = {};
 }

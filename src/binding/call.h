@@ -10,10 +10,10 @@
 #include "binding/values.h"
 #include "framework/error_manager.h"
 
-/// Calls of host functions and of script objects' methods.
+/// Calls of host functions and of methods of script objects.
 namespace qorv::binding {
 
-/// A call of the host failed. Keeps the host's throwable, so that it can be handed back as it came.
+/// A call of the host failed. Keeps the host's throwable, so that a script function can return it unchanged.
 class host_error : public Gatan::gatan_exception
 {
   public:
@@ -26,29 +26,34 @@ class host_error : public Gatan::gatan_exception
     throwable_ref throwable_;
 };
 
-/// Remembers the host function of one prototype: looked up at the first call, forgotten when the link changes.
-/// Slots are function-local statics, each beside the one call it serves.
+/// Caches the host function of one prototype: looked up at the first use, and again after a change of the link.
+/// Slots have static storage duration. Host calls are made on the main thread only, so slots need no lock.
 class function_slot
 {
   public:
     /// `prototype` is the exact text, blanks included, and lives as long as the slot.
-    explicit function_slot(const char* prototype) noexcept;
+    explicit constexpr function_slot(const char* prototype) noexcept : prototype_{prototype} {}
     function_slot(const function_slot&) = delete;
     function_slot& operator=(const function_slot&) = delete;
 
-    /// Throws  Gatan::gatan_exception "A function of the following prototype can not be found:\n\n" + prototype
-    const function_ref& function();
+    /// The host function; null when the host has none or there is no host.
+    const function_ref& find();
 
-    /// Empties every slot.
-    static void forget_all() noexcept;
+    /// The host function.
+    /// Throws  Gatan::gatan_exception "A function of the following prototype can not be found:\n\n" + prototype
+    const function_ref& require();
+
+    /// Empties all slots, so that the host counts no function as held.
+    static void release_all() noexcept;
 
   private:
     const char* prototype_;
     function_ref function_;
-    function_slot* next_;
+    function_slot* next_ = nullptr;
+    bool is_listed_ = false;
 };
 
-/// Marks an output argument of a host call: `target` gives the cell its value and gets what the host stored.
+/// Marks an output argument of a host call: `target` is the cell's initial value and receives what the host stored.
 template <class T>
 struct out
 {
@@ -59,7 +64,7 @@ out(T&) -> out<T>;
 
 namespace details {
 
-/// Keeps alive what one argument's host_value points to.
+/// One argument's host_value, and whatever it points to.
 template <class T>
 struct argument
 {
@@ -110,7 +115,7 @@ Result call(const function_ref& function, const Arguments&... arguments)
     std::tuple<argument<Arguments>...> held{arguments...};
     return std::apply(
         [&](auto&... each) -> Result {
-            // One more than needed, since an array of none is not allowed.
+            // One extra element, because a zero-sized array has no usable data().
             const std::array<host_value, sizeof...(Arguments) + 1> values{each.value...};
             host_value result = value_of_kind(kind_of<Result>);
             invoke(function, values.data(), sizeof...(Arguments), &result);
@@ -132,23 +137,22 @@ Result call(const function_ref& function, const Arguments&... arguments)
 template <class Result, class... Arguments>
 Result call(function_slot& slot, const Arguments&... arguments)
 {
-    return details::call<Result>(slot.function(), arguments...);
+    return details::call<Result>(slot.require(), arguments...);
 }
 
-/// A method of a script object.
-/// Throws  Gatan::gatan_exception "Attempt to dispatch off a null object." for a null object; the text of a missing
-/// host
-///         function, with the method's prototype, when the object has no such method
+/// The method of a script object with this name and prototype.
+/// Throws  Gatan::gatan_exception "Attempt to dispatch off a null object." for a null object; "A function of the
+///         following prototype can not be found:\n\n" + prototype when the object has no such method
 function_ref find_method(const script_object_ref& object, std::string_view name, std::string_view prototype);
 
-/// Calls a method that was found before; the object it belongs to comes first.
+/// Calls a method returned by find_method; `object` becomes its first argument.
 template <class Result, class... Arguments>
 Result call(const function_ref& method, const script_object_ref& object, const Arguments&... arguments)
 {
     return details::call<Result>(method, object, arguments...);
 }
 
-/// Calls a method by name and prototype; the object itself is the first argument.
+/// Finds a method by name and prototype and calls it; `object` becomes its first argument.
 template <class Result, class... Arguments>
 Result call_method(const script_object_ref& object, std::string_view name, std::string_view prototype,
                    const Arguments&... arguments)

@@ -12,8 +12,8 @@ namespace {
 host_object* throwable_with(const char* text) noexcept
 try {
     return NewThrowableFromString(text).detach();
-} catch (const host_error& failed_too) {
-    return throwable_ref{failed_too.throwable()}.detach();
+} catch (const host_error& failed) {
+    return throwable_ref{failed.throwable()}.detach();
 } catch (...) {
     return nullptr;
 }
@@ -40,19 +40,21 @@ void throwable_of_current_exception(host_object** error) noexcept
         throwable_ref::adopt(made);
 }
 
-void require_count(std::uint32_t got, std::size_t wanted)
+void require_count(std::uint32_t count, std::size_t expected)
 {
-    if (got == wanted) return;
-    throw std::invalid_argument{"The host passed " + std::to_string(got) + " arguments instead of " +
-                                std::to_string(wanted) + "."};
+    if (count == expected) return;
+    throw std::invalid_argument{"The host passed " + std::to_string(count) + " arguments instead of " +
+                                std::to_string(expected) + "."};
 }
 
 void require_fit(const std::string& prototype, const signature& shape)
 {
-    const auto read = contract::parse_prototype(prototype);
-    bool fits = read.result.kind == shape.result && read.parameters.size() == shape.count;
-    for (std::size_t i = 0; fits && i < shape.count; ++i)
-        fits = parameter_kind{read.parameters[i].type.kind, read.parameters[i].type.cell_kind} == shape.parameters[i];
+    const auto parsed = contract::parse_prototype(prototype);
+    bool fits = parsed.result.kind == shape.result && parsed.parameters.size() == shape.count;
+    for (std::size_t i = 0; fits && i < shape.count; ++i) {
+        const auto& type = parsed.parameters[i].type;
+        fits = parameter_kind{type.kind, type.cell_kind} == shape.parameters[i];
+    }
     if (!fits) throw std::logic_error{"The native function does not fit the prototype \"" + prototype + "\"."};
 }
 

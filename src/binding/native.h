@@ -9,10 +9,10 @@
 #include "binding/values.h"
 #include "framework/plugin_main.h"
 
-/// Turns C++ functions into script functions: the contract's call form around a native function's own signature.
+/// Turns C++ functions into script functions: wraps a function of any supported signature in the contract's call form.
 namespace qorv::binding {
 
-/// What a parameter is in the contract's terms; an output has HOST_OUTPUT and the kind of its cell.
+/// A parameter's kind in the contract; an output has HOST_OUTPUT and the kind of its cell.
 struct parameter_kind
 {
     host_kind kind;
@@ -43,11 +43,11 @@ struct parameter<output<T>>
     static output<T> read(const host_value& value) { return output<T>{value.as.cell}; }
 };
 
-/// Makes *error a throwable of the exception being handled; null when even that fails.
+/// Stores in *error a throwable for the exception being handled, or null when none can be made.
 void throwable_of_current_exception(host_object** error) noexcept;
 
-/// Throws when the host passed another number of arguments than the native function takes.
-void require_count(std::uint32_t got, std::size_t wanted);
+/// Throws std::invalid_argument when the host passed `count` arguments to a native function with `expected` parameters.
+void require_count(std::uint32_t count, std::size_t expected);
 
 template <class Function>
 struct binding;
@@ -55,7 +55,7 @@ struct binding;
 template <class Result, class... Parameters>
 struct binding<Result (*)(Parameters...)>
 {
-    // One more than needed, since an array of none is not allowed.
+    // One extra element, because a zero-sized array has no usable data().
     static constexpr std::array<parameter_kind, sizeof...(Parameters) + 1> kinds{
         parameter<std::remove_cvref_t<Parameters>>::kind..., parameter_kind{HOST_VOID}};
     static constexpr signature shape{kind_of<Result>, kinds.data(), sizeof...(Parameters)};
@@ -88,13 +88,13 @@ struct binding<Result (*)(Parameters...)>
     }
 };
 
-/// Throws std::logic_error, naming the prototype, when the C++ signature does not fit the prototype's types.
+/// Throws std::logic_error, naming the prototype, when the C++ signature does not match the prototype's types.
 void require_fit(const std::string& prototype, const signature& shape);
 
 }  // namespace details
 
 /// Registers `function` under `prototype`.
-/// Throws  std::logic_error when the C++ signature does not fit the prototype (a defect, found at start-up);
+/// Throws  std::logic_error when the C++ signature does not match the prototype (a defect, found at start-up);
 ///         Gatan::gatan_exception when the host refuses
 template <auto function>
 void add_function(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prototype)

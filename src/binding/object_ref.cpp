@@ -8,19 +8,30 @@
 namespace qorv::binding {
 
 using Gatan::PlugIn::current_link;
+using Gatan::PlugIn::link_generation;
 
-object_ref::object_ref(host_object* object, counted is_counted) noexcept : object_{object}
+object_ref::object_ref(host_object* object, counted is_counted) noexcept
+    : object_{object}, generation_{link_generation()}
 {
     host_link* link = current_link();
     if (is_counted == counted::no && object_ && link) link->table->object_add_reference(link, object_);
 }
 
-object_ref::object_ref(const object_ref& other) noexcept : object_ref{other.object_, counted::no} {}
+object_ref::object_ref(const object_ref& other) noexcept : object_ref{other.get(), counted::no} {}
 
 object_ref::~object_ref()
 {
     host_link* link = current_link();
-    if (object_ && link) link->table->object_release(link, object_);
+    if (host_object* const object = get(); object && link) link->table->object_release(link, object);
+}
+
+host_object* object_ref::get() const noexcept { return generation_ == link_generation() ? object_ : nullptr; }
+
+host_object* object_ref::detach() noexcept
+{
+    host_object* const object = get();
+    object_ = nullptr;
+    return object;
 }
 
 string_ref make_string(std::string_view text)

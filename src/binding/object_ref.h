@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -9,26 +10,33 @@
 /// Binding to the host: counted references, host functions called by prototype, conversion of script calls.
 namespace qorv::binding {
 
-/// A counted reference to an object of the host; may be null. `adopt` takes over a count that was made for us, `share`
-/// adds one to an object that was lent.
+/// A counted reference to a host object; may be null. `adopt` takes over a reference that the host counted for us,
+/// `share` adds one to an object that was lent.
+///
+/// A reference belongs to the host link that was current when it was made. Once that link has been replaced or removed,
+/// the reference reads as null and its object is never released: the old link may be gone, and the new one does not
+/// know the object.
 class object_ref
 {
   public:
     object_ref() = default;
     object_ref(const object_ref& other) noexcept;
-    object_ref(object_ref&& other) noexcept : object_{std::exchange(other.object_, nullptr)} {}
+    object_ref(object_ref&& other) noexcept
+        : object_{std::exchange(other.object_, nullptr)}, generation_{other.generation_}
+    {}
     object_ref& operator=(object_ref other) noexcept
     {
         std::swap(object_, other.object_);
+        std::swap(generation_, other.generation_);
         return *this;
     }
     ~object_ref();
 
-    host_object* get() const noexcept { return object_; }
-    /// Gives the reference away: the caller releases it.
-    host_object* detach() noexcept { return std::exchange(object_, nullptr); }
-    explicit operator bool() const noexcept { return object_ != nullptr; }
-    friend bool operator==(const object_ref& a, const object_ref& b) noexcept { return a.object_ == b.object_; }
+    host_object* get() const noexcept;
+    /// Hands the reference over: the caller releases it.
+    host_object* detach() noexcept;
+    explicit operator bool() const noexcept { return get() != nullptr; }
+    friend bool operator==(const object_ref& a, const object_ref& b) noexcept { return a.get() == b.get(); }
 
   protected:
     enum class counted
@@ -40,9 +48,10 @@ class object_ref
 
   private:
     host_object* object_ = nullptr;
+    std::uint64_t generation_ = 0;  ///< of the link that the object belongs to
 };
 
-/// A reference to objects of one kind, so that an image cannot be passed for a tag group.
+/// A reference to an object of one kind, so that an image cannot be passed for a tag group.
 template <host_kind object_kind>
 class ref : public object_ref
 {

@@ -1,3 +1,5 @@
+#include "binding/output_window.h"
+
 #include <cstdio>
 #include <string>
 
@@ -5,22 +7,17 @@
 #include <windows.h>
 #endif
 
-#include "binding/call.h"
 #include "binding/host_functions.h"
-#include "framework/link.h"
 
 namespace qorv::binding {
 namespace {
 
-constexpr char prototype[] = "void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )";
+constinit host_function<void(std::string_view module_name, std::uint32_t output_type, std::string_view text)>
+    host_window{"void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )"};
 
-bool host_has_output_window()
-{
-    host_link* link = Gatan::PlugIn::current_link();
-    return link && function_ref::adopt(link->table->find_function(link, prototype));
-}
+constexpr std::uint32_t warning = 1;  // output type
 
-void to_debugger(const char* text)
+void write_to_debugger(const char* text)
 {
 #ifdef _WIN32
     OutputDebugStringA(text);
@@ -33,9 +30,18 @@ void to_debugger(const char* text)
 
 void WriteOutputWindow(std::string_view module_name, std::uint32_t output_type, std::string_view text)
 {
-    if (!host_has_output_window()) return to_debugger("No DM output window\n");
-    static function_slot slot{prototype};
-    call<void>(slot, module_name, output_type, text);
+    if (host_window.exists())
+        host_window(module_name, output_type, text);
+    else
+        write_to_debugger("No DM output window\n");
+}
+
+void log_lost_error(const char* what, const std::exception& error) noexcept
+{
+    try {
+        WriteOutputWindow("Zentrix", warning, std::string{what} + " ended with an error: " + error.what() + "\n");
+    } catch (...) {  // neither the window nor memory for the line is available
+    }
 }
 
 }  // namespace qorv::binding

@@ -2,32 +2,30 @@
 
 #include <windows.h>
 
+#include <boost/nowide/convert.hpp>
 #include <string>
 
-/// Between the contract's UTF-8 and the system's 8-bit code page, for the system calls that take the latter.
+/// Conversion between the contract's UTF-8 and the system's ANSI code page, for system calls that take 8-bit text.
+/// Characters that the code page lacks are replaced as the system does it.
 namespace qorv::platform {
 
-inline std::wstring widen(const std::string& text, UINT code_page)
+inline std::string to_ansi(const std::string& utf8)
 {
-    if (text.empty()) return {};
-    const int size = static_cast<int>(text.size());
-    std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(code_page, 0, text.data(), size, nullptr, 0)),
-                      L'\0');
-    MultiByteToWideChar(code_page, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()));
-    return wide;
+    const std::wstring wide = boost::nowide::widen(utf8);
+    const int size = static_cast<int>(wide.size());
+    const int bytes = WideCharToMultiByte(CP_ACP, 0, wide.data(), size, nullptr, 0, nullptr, nullptr);
+    std::string ansi(static_cast<std::size_t>(bytes), '\0');
+    WideCharToMultiByte(CP_ACP, 0, wide.data(), size, ansi.data(), bytes, nullptr, nullptr);
+    return ansi;
 }
 
-inline std::string narrow(const std::wstring& text, UINT code_page)
+inline std::string to_utf8(const std::string& ansi)
 {
-    if (text.empty()) return {};
-    const int size = static_cast<int>(text.size());
-    const int bytes = WideCharToMultiByte(code_page, 0, text.data(), size, nullptr, 0, nullptr, nullptr);
-    std::string narrowed(static_cast<std::size_t>(bytes), '\0');
-    WideCharToMultiByte(code_page, 0, text.data(), size, narrowed.data(), bytes, nullptr, nullptr);
-    return narrowed;
+    const int size = static_cast<int>(ansi.size());
+    const int length = MultiByteToWideChar(CP_ACP, 0, ansi.data(), size, nullptr, 0);
+    std::wstring wide(static_cast<std::size_t>(length), L'\0');
+    MultiByteToWideChar(CP_ACP, 0, ansi.data(), size, wide.data(), length);
+    return boost::nowide::narrow(wide);
 }
-
-inline std::string to_ansi(const std::string& utf8) { return narrow(widen(utf8, CP_UTF8), CP_ACP); }
-inline std::string to_utf8(const std::string& ansi) { return narrow(widen(ansi, CP_ACP), CP_UTF8); }
 
 }  // namespace qorv::platform

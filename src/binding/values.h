@@ -9,7 +9,7 @@
 
 #include "binding/object_ref.h"
 
-/// How C++ values travel as host_value, in calls of host functions and in calls of ours by scripts.
+/// Conversion between C++ values and host_value, for calls of host functions and of our script functions.
 namespace qorv::binding {
 
 template <class T>
@@ -68,7 +68,7 @@ noexcept
     return value;
 }
 
-/// The reference as a lent object.
+/// A reference as a lent object.
 template <object_reference T>
 host_value to_value(const T& object) noexcept
 {
@@ -77,7 +77,7 @@ host_value to_value(const T& object) noexcept
     return value;
 }
 
-/// Reads a value of the right kind; objects are shared, not taken over.
+/// Reads a value of the right kind. Adds a reference to an object.
 template <class T>
 T from_value(const host_value& value)
 {
@@ -103,7 +103,7 @@ T from_value(const host_value& value)
         return T::share(value.as.object);
 }
 
-/// Stores a result or an output: an object's count goes to the receiver.
+/// Stores a result or an output. The receiver owns the reference to an object.
 template <class T>
 void store(host_value& value, T content)
 {
@@ -118,8 +118,8 @@ void store(host_value& value, T content)
         value = to_value(content);
 }
 
-/// Output parameter of one of our script functions (`double *`, `ImageRef *`): the script's variable, or nothing where
-/// the script gives none. Write it last, after everything that can fail.
+/// Output parameter of one of our script functions (`double *`, `ImageRef *`): the script's variable, or nothing if the
+/// script passes none. Set it last, after everything that can fail.
 template <class T>
 class output
 {
@@ -128,15 +128,15 @@ class output
     explicit output(host_value* cell) : cell_{cell} {}
 
     explicit operator bool() const noexcept { return cell_ != nullptr; }
-    /// The variable's value on entry; T{} without a variable.
+    /// The variable's current value; T{} without a variable.
     T get() const { return cell_ ? from_value<T>(*cell_) : T{}; }
-    /// Stores into the variable; without one nothing happens.
+    /// Stores into the variable, if there is one.
     void set(T content) const
     {
         if (!cell_) return;
         host_value stored{};
         store(stored, std::move(content));
-        // What the cell owned is let go of.
+        // Release the previous object.
         if constexpr (object_reference<T>) T::adopt(cell_->as.object);
         if constexpr (std::same_as<T, std::string>) string_ref::adopt(cell_->as.object);
         *cell_ = stored;

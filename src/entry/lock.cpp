@@ -5,7 +5,7 @@
 
 #include "binding/call.h"
 #include "binding/host_functions.h"
-#include "binding/log.h"
+#include "binding/output_window.h"
 
 namespace qorv::dm {
 
@@ -51,7 +51,7 @@ image_lock::state::~state()
 {
     try {
         unlock();
-    } catch (const std::exception& error) {  // a destructor cannot throw it; `release` is there for who wants to
+    } catch (const std::exception& error) {  // cannot throw from a destructor; call release() to see the error
         binding::log_lost_error("An image's lock", error);
     }
 }

@@ -4,7 +4,7 @@
 
 namespace Gatan::Win32 {
 
-/// A lock that its owner may take again; meets the standard's requirements for lock guards.
+/// A recursive mutex; works with the standard lock guards.
 class CriticalSection
 {
   public:

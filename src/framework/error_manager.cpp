@@ -6,6 +6,8 @@
 #include <windows.h>
 
 #include <comdef.h>
+
+#include <boost/nowide/convert.hpp>
 #endif
 
 #include "framework/link.h"
@@ -22,19 +24,22 @@ void to_debugger(const char* text) noexcept
 #endif
 }
 
+/// The host's error manager, or the temporary one given.
+ErrorManager& manager_or(ErrorManager&& temporary) noexcept
+{
+    ErrorManager* manager = GetErrorManager();
+    return manager ? *manager : temporary;
+}
+
 #ifdef _WIN32
-/// The description that a COM error carries, UTF-8; empty when it has none.
+/// The description of a COM error, UTF-8; empty when it has none.
 std::string description_of(const _com_error& error)
 {
     IErrorInfo* info = error.ErrorInfo();
     if (!info) return {};
     BSTR text = nullptr;
     std::string description;
-    if (SUCCEEDED(info->GetDescription(&text)) && text) {
-        const int bytes = WideCharToMultiByte(CP_UTF8, 0, text, -1, nullptr, 0, nullptr, nullptr);
-        description.resize(static_cast<std::size_t>(bytes > 1 ? bytes - 1 : 0));
-        WideCharToMultiByte(CP_UTF8, 0, text, -1, description.data(), bytes, nullptr, nullptr);
-    }
+    if (SUCCEEDED(info->GetDescription(&text)) && text) description = boost::nowide::narrow(text);
     SysFreeString(text);
     info->Release();
     return description;
@@ -45,7 +50,7 @@ void report_com_error(const _com_error& error) noexcept
     std::string description;
     try {
         description = description_of(error);
-    } catch (...) {  // no memory for the text: reported without it
+    } catch (...) {  // no memory for the text; report the error without it
     }
     if (description.empty())
         report_error(error_code::com_error, "A COM error occurred.");
@@ -79,20 +84,15 @@ ErrorManager* GetErrorManager() noexcept
 
 void report_error(error_code code, const char* text) noexcept
 {
-    if (ErrorManager* manager = GetErrorManager())
-        manager->HandleExceptionError(code, text);
-    else
-        ErrorManager{}.HandleExceptionError(code, text);
+    manager_or(ErrorManager{}).HandleExceptionError(code, text);
 }
 
 void report_current_exception() noexcept
 {
     try {
         throw;
-    } catch (const gatan_exception& error) {
-        report_error(error.code(), error.what());
     } catch (const std::exception& error) {
-        report_error(error_code::message, error.what());
+        manager_or(ErrorManager{}).HandleExceptionError(error);
     }
 #ifdef _WIN32
     catch (const _com_error& error) {

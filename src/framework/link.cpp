@@ -1,25 +1,26 @@
 #include "framework/link.h"
 
+#include <utility>
+
 namespace Gatan::PlugIn {
 namespace {
 
 host_link* the_link = nullptr;
-link_listener the_listener = nullptr;
+std::uint64_t the_generation = 0;
 
 }  // namespace
 
 host_link* current_link() noexcept { return the_link; }
 
+std::uint64_t link_generation() noexcept { return the_generation; }
+
 void set_current_link(host_link* link) noexcept
 {
     if (link == the_link) return;
-    if (the_link && the_listener) the_listener();
     if (link) link->table->add_reference(link);
-    host_link* const former = the_link;
-    the_link = link;
-    if (former) former->table->release(former);
+    host_link* const previous = std::exchange(the_link, link);
+    ++the_generation;
+    if (previous) previous->table->release(previous);
 }
-
-void on_link_change(link_listener listener) noexcept { the_listener = listener; }
 
 }  // namespace Gatan::PlugIn

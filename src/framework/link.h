@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "contract/host_link.h"
 
 namespace Gatan::PlugIn {
@@ -7,12 +9,15 @@ namespace Gatan::PlugIn {
 /// The link that the host handed over; null before and after. Borrowed: the entry point DMPlugIn_Link_2 counts it.
 host_link* current_link() noexcept;
 
-/// Takes over a link (null: none). The same link again changes nothing; another one is counted and stored first and the
-/// former one released then.
-void set_current_link(host_link* link) noexcept;
+/// Changes with every change of the link, so that an object of an earlier link is recognised even if the new link is at
+/// the same address.
+std::uint64_t link_generation() noexcept;
 
-/// Runs before a link is given up, while it can still be called: whoever keeps objects of the link lets go of them.
-using link_listener = void (*)() noexcept;
-void on_link_change(link_listener listener) noexcept;
+/// Does what DMPlugIn_Link_2 promises: adds a reference to `link` (null: no link), stores it, then releases the
+/// previous link. The current link again changes nothing.
+///
+/// Objects of the previous link are not released, neither here nor later: references to them read as null from now on
+/// (binding/object_ref.h). A host that wants them back calls PlugInShutdown first.
+void set_current_link(host_link* link) noexcept;
 
 }  // namespace Gatan::PlugIn

@@ -43,14 +43,14 @@ std::string take_error_text(host_link* link, host_object* throwable, const char*
     return text;
 }
 
-PlugInMain::PlugInMain() { the_list(); }  // the list is made first, so that it outlives every plug-in object
+PlugInMain::PlugInMain() { the_list(); }  // constructs the list first, so that it outlives every plug-in object
 
 PlugInMain::~PlugInMain() { tear_down(); }
 
 void PlugInMain::AddFunction(const std::string& prototype, host_native native)
 {
     host_link* link = require_link();
-    functions_.reserve(functions_.size() + 1);  // after the host has it, nothing may fail
+    functions_.reserve(functions_.size() + 1);  // nothing may fail after the registration
     std::string kept = prototype;
     host_object* error = nullptr;
     if (link->table->register_function(link, prototype.c_str(), native, nullptr, &error) != 0)
@@ -74,6 +74,7 @@ void PlugInMain::enlist()
     auto& list = the_list();
     const std::lock_guard lock{list.guard};
     if (std::find(list.plugins.begin(), list.plugins.end(), this) == list.plugins.end()) list.plugins.push_back(this);
+    started_ = true;
 }
 
 bool PlugInMain::enlisted() const noexcept

@@ -9,7 +9,7 @@
 namespace Gatan::Win32 {
 
 /// Base of every plug-in object: the operations that the exported entry points call, in the order of the host's calls.
-/// All of them do nothing but `RequestClose`, which agrees.
+/// By default they do nothing, and `RequestClose` allows closing.
 class PlugInMain
 {
   public:
@@ -32,8 +32,8 @@ class PlugInMain
 
 namespace Gatan::PlugIn {
 
-/// A plug-in that offers script functions and floating windows. It remembers what it registered with the host and takes
-/// it back in `tear_down`.
+/// A plug-in that offers script functions and floating windows. It keeps track of what it registered with the host and
+/// withdraws it in `tear_down`.
 class PlugInMain : public Win32::PlugInMain
 {
   public:
@@ -41,22 +41,22 @@ class PlugInMain : public Win32::PlugInMain
     ~PlugInMain() override;
 
     /// Makes `prototype` callable from scripts.
-    /// Throws  gatan_exception when there is no host, or with the host's text when it refuses
+    /// Throws  gatan_exception when there is no host; with the host's text when the host refuses
     void AddFunction(const std::string& prototype, host_native native);
 
-    /// Registers a floating window under its title. Throws as AddFunction.
+    /// Registers a floating window under its title.
+    /// Throws  as AddFunction
     void AddFloatingWindow(const host_floating_window& window);
 
-    /// The prototypes in the order of their registration.
+    /// The registered prototypes in the order of registration.
     const std::vector<std::string>& functions() const noexcept { return functions_; }
 
-    /// Puts the object into the framework's list of plug-ins, unless it is there.
+    /// Adds the object to the framework's list of plug-ins, unless it is listed, and marks it started.
     void enlist();
     bool enlisted() const noexcept;
-    void mark_started() noexcept { started_ = true; }
     bool started() const noexcept { return started_; }
 
-    /// Takes functions and windows back from the host and leaves the list of plug-ins. May be called again.
+    /// Withdraws windows and functions from the host and leaves the list of plug-ins. May be called repeatedly.
     void tear_down() noexcept;
 
   private:
@@ -65,7 +65,7 @@ class PlugInMain : public Win32::PlugInMain
     bool started_ = false;
 };
 
-/// The text of a throwable of the host, which is released; `fallback` when there is none.
+/// The text of a host throwable, which is released; `fallback` when there is none.
 std::string take_error_text(host_link* link, host_object* throwable, const char* fallback);
 
 }  // namespace Gatan::PlugIn

@@ -9,7 +9,7 @@
 
 namespace {
 
-const char inside_this_module = 0;  // any address inside the library names its module
+const char inside_this_module = 0;  // any address in the library identifies its module
 
 }  // namespace
 

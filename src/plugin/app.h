@@ -3,7 +3,7 @@
 #ifdef _WIN32
 #include "afx/app.h"
 #else
-/// Where there are no windows, the application object is only what starts.
+/// Base of the application object on platforms without windows.
 class CWinApp
 {
   public:
@@ -12,13 +12,13 @@ class CWinApp
 };
 #endif
 
-/// The library's application object. Its start stores the module's handle, which the rest of the program asks for.
+/// The library's application object. InitInstance stores the module handle, see module.h.
 class CZXApp : public CWinApp
 {
   public:
     int InitInstance() override;
 #ifdef _WIN32
-    /// What the panel's message handlers throw goes to the host's error manager.
+    /// Reports an exception of a panel's message handler to the host's error manager.
     LRESULT ProcessWndProcException(std::exception_ptr error, UINT message) override;
 #endif
 };

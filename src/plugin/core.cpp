@@ -27,14 +27,15 @@ constexpr char shifter_prototype[] =
     "ComplexImagePtr ZXImageShifterForSemper(ComplexImagePtr cimSrc, long nCX, long nCY, double fShiftX, "
     "double fShiftY, double fSign, ComplexImagePtr cimDst)";
 
-/// Script function ZXSetUseSIMD: 0 makes every kernel take its plain path, anything else what the processor can do.
+/// Script function ZXSetUseSIMD: 0 selects the plain variant of every kernel that has one; any other value selects what
+/// the processor supports.
 void SetUseSIMDDM(std::int32_t isUseSIMD)
 {
     const qorv::dm::timing_scope timing{"SetUseSIMDDM"};
     qorv::dm::set_use_simd(isUseSIMD);
 }
 
-/// The script switch. Its registration reads the processor's features, so that vector kernels are on from the start.
+/// Registers the switch. Also reads the processor's features, so that vector kernels are enabled from the start.
 void register_switch(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
 {
     qorv::dm::read_processor_features();
@@ -49,12 +50,13 @@ CZenkor::CZenkor(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
     qorv::functions::register_library(plug_in, prefix_zx);
     add_function<qorv::optics::WTFMulDM>(plug_in, wave_transfer_prototype);
     add_function<qorv::optics::GoldstainDM>(plug_in, goldstein_prototype);
+    // The panel's functions take their prefix from the caller. Blanks and parameter names are part of the prototypes.
     add_function<qorv::dm::SetZentrixHandlerDM>(
-        plug_in, "void " + prefix + "SetZentrixHandler(" + " ScriptObject hander, TagGroup tag )");
-    add_function<qorv::dm::ZentrixPanelUpdateDM>(plug_in, "void " + prefix + "ZentrixPanelUpdate(" + " void )");
+        plug_in, "void " + prefix + "SetZentrixHandler( ScriptObject hander, TagGroup tag )");
+    add_function<qorv::dm::ZentrixPanelUpdateDM>(plug_in, "void " + prefix + "ZentrixPanelUpdate( void )");
     add_function<qorv::optics::ImageShifterForSemperDM>(plug_in, shifter_prototype);
-    add_function<qorv::dm::IsPaletteOpenDM>(plug_in, "long " + prefix + "IsPaletteOpen(" + "void )");
-    add_function<qorv::dm::IsWindowVisibleDM>(plug_in, "long " + prefix + "IsWindowVisible(" + "void )");
+    add_function<qorv::dm::IsPaletteOpenDM>(plug_in, "long " + prefix + "IsPaletteOpen(void )");
+    add_function<qorv::dm::IsWindowVisibleDM>(plug_in, "long " + prefix + "IsWindowVisible(void )");
     qorv::dm::register_panel(plug_in);
 }
 

@@ -6,13 +6,13 @@
 
 namespace QORV::DM {
 
-/// The core object: its construction makes everything the library offers known to the host.
+/// The core object: its constructor registers everything that the library offers.
 class CZenkor
 {
   public:
     /// Registers, in this order, the vector-instruction switch, the image-processing library, the core script functions
-    /// and the floating panel. `prefix` starts the names of the panel's functions; the others carry theirs.
-    /// Throws  what a refused registration throws
+    /// and the floating panel. `prefix` is that of the panel's functions; the other names include theirs.
+    /// Throws  as binding::add_function and PlugInMain::AddFloatingWindow
     CZenkor(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix);
     CZenkor(const CZenkor&) = delete;
     CZenkor& operator=(const CZenkor&) = delete;

@@ -4,10 +4,7 @@
 
 #include "binding/call.h"
 #include "framework/link.h"
-#include "plugin/app.h"
 #include "plugin/guarded.h"
-#include "plugin/handler.h"
-#include "plugin/plugin.h"
 
 using qorv::dm::guarded;
 
@@ -21,37 +18,30 @@ void check_host_version()
     host_link* link = Gatan::PlugIn::current_link();
     std::uint32_t version = 0;
     if (link && link->table->version(link, &version) && version >= oldest_version) return;
+    // Reported from static storage, so that a host may read the text after the call; 511 characters at most.
     static char text[512];
     std::snprintf(text, sizeof text, "%s", host_too_old);
     Gatan::report_error(Gatan::error_code::message, text);
 }
 
-void start()
+void start(CZXPlugIn& plug_in)
 {
     check_host_version();
-    the_plug_in().enlist();
-    the_plug_in().Start();
+    plug_in.enlist();
+    plug_in.Start();
 }
 
-void register_floating_windows()
+void register_floating_windows(CZXPlugIn& plug_in)
 {
-    CZXPlugIn& plug_in = the_plug_in();
     plug_in.enlist();
-    plug_in.mark_started();
     plug_in.RegisterFloatingWindows();
 }
 
-void end()
+void end(CZXPlugIn& plug_in)
 {
-    the_plug_in().End();
-    the_plug_in().tear_down();
-}
-
-/// Objects belong to the link that they came through: once it is gone nobody could release them.
-void let_go_of_host_objects() noexcept
-{
-    qorv::dm::release_held();
-    qorv::binding::function_slot::forget_all();
+    plug_in.End();
+    plug_in.tear_down();
+    qorv::binding::function_slot::release_all();
 }
 
 }  // namespace
@@ -62,37 +52,33 @@ void HOST_CALL PlugInStartup() { guarded("PlugIn_Start", start); }
 
 void HOST_CALL PlugInRun()
 {
-    guarded("PlugIn_Run", [] { the_plug_in().Run(); });
+    guarded("PlugIn_Run", [](CZXPlugIn& plug_in) { plug_in.Run(); });
 }
 
 std::int32_t HOST_CALL PlugInRequestClose()
 {
     std::int32_t may_close = 0;
-    guarded("PlugIn_RequestClose", [&] { may_close = the_plug_in().RequestClose(); });
+    guarded("PlugIn_RequestClose", [&](CZXPlugIn& plug_in) { may_close = plug_in.RequestClose(); });
     return may_close;
 }
 
 void HOST_CALL PlugInPrepareClose()
 {
-    guarded("PlugIn_PrepareClose", [] { the_plug_in().PrepareClose(); });
+    guarded("PlugIn_PrepareClose", [](CZXPlugIn& plug_in) { plug_in.PrepareClose(); });
 }
 
 void HOST_CALL PlugInCleanup()
 {
-    guarded("PlugIn_Cleanup", [] { the_plug_in().Cleanup(); });
+    guarded("PlugIn_Cleanup", [](CZXPlugIn& plug_in) { plug_in.Cleanup(); });
 }
 
 void HOST_CALL PlugInShutdown() { guarded("PlugIn_End", end); }
 
 void plug_in_about_dialog()
 {
-    guarded("PlugIn_AboutDialog", [] { the_plug_in().AboutDialog(); });
+    guarded("PlugIn_AboutDialog", [](CZXPlugIn& plug_in) { plug_in.AboutDialog(); });
 }
 
 std::int32_t HOST_CALL DMPlugIn_GetVersion() { return HOST_LINK_PROTOCOL; }
 
-void HOST_CALL DMPlugIn_Link_2(host_link* link)
-{
-    Gatan::PlugIn::on_link_change(let_go_of_host_objects);
-    Gatan::PlugIn::set_current_link(link);
-}
+void HOST_CALL DMPlugIn_Link_2(host_link* link) { Gatan::PlugIn::set_current_link(link); }

@@ -13,17 +13,17 @@ binding::script_object_ref* the_handler = nullptr;
 binding::tag_group_ref* the_tag_group = nullptr;
 
 /// A pair of holders that a later call replaced.
-struct earlier_holders
+struct replaced_holders
 {
     binding::script_object_ref* handler;
     binding::tag_group_ref* tag_group;
 };
 
-/// The earlier holders, never deleted: the host counts them as held until the process ends. Kept in sight, so that they
-/// are no stray memory.
-std::vector<earlier_holders>& earlier()
+/// Intentionally never freed; the host counts them as held until exit. Kept reachable so that leak checkers do not
+/// report them.
+std::vector<replaced_holders>& all_replaced()
 {
-    static auto& all = *new std::vector<earlier_holders>;
+    static auto& all = *new std::vector<replaced_holders>;
     return all;
 }
 
@@ -36,10 +36,10 @@ const binding::tag_group_ref* held_tag_group() noexcept { return the_tag_group; 
 void SetZentrixHandlerDM(binding::script_object_ref hander, binding::tag_group_ref tag)
 {
     const timing_scope timing{"SetZentrixHandlerDM"};
-    // Both holders exist before either global changes. The former ones stay on purpose, see the declaration.
+    // Create both holders before changing either global. The previous ones are kept, see the declaration.
     auto handler = std::make_unique<binding::script_object_ref>(std::move(hander));
     auto tag_group = std::make_unique<binding::tag_group_ref>(std::move(tag));
-    if (the_handler) earlier().push_back({the_handler, the_tag_group});
+    if (the_handler) all_replaced().push_back({the_handler, the_tag_group});
     the_handler = handler.release();
     the_tag_group = tag_group.release();
 }

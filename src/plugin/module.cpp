@@ -29,7 +29,7 @@ void set_module_handle(void* handle) noexcept { the_module = handle; }
 
 namespace {
 
-constexpr DWORD path_room = MAX_PATH;  // 260 characters, the final zero included
+constexpr DWORD path_room = MAX_PATH;  // 260 characters, including the terminating zero
 
 }  // namespace
 

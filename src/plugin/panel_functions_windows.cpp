@@ -9,8 +9,8 @@
 namespace qorv::dm {
 namespace {
 
-/// The held handler and tag group, as the panel sees them. References are copied before each use: a handler may replace
-/// the held ones while it runs.
+/// The panel's access to the held handler and tag group. References are copied before each use, because a handler may
+/// replace the held ones while it runs.
 class held_link final : public panel::panel_link
 {
   public:
@@ -53,16 +53,19 @@ class held_link final : public panel::panel_link
 held_link the_link;
 
 void* HOST_CALL create_panel(void*, void* parent) noexcept
-{
-    try {
-        return panel::create_floating_panel(static_cast<HWND>(parent), the_link);
-    } catch (...) {
-        Gatan::report_current_exception();
-        return nullptr;
-    }
+try {
+    return panel::create_floating_panel(static_cast<HWND>(parent), the_link);
+} catch (...) {
+    Gatan::report_current_exception();
+    return nullptr;
 }
 
-void HOST_CALL destroy_panel(void*, void* window) noexcept { panel::destroy_floating_panel(static_cast<HWND>(window)); }
+void HOST_CALL destroy_panel(void*, void* window) noexcept
+try {
+    panel::destroy_floating_panel(static_cast<HWND>(window));
+} catch (...) {
+    Gatan::report_current_exception();
+}
 
 }  // namespace
 

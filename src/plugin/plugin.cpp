@@ -16,9 +16,10 @@ constexpr char companion_missing[] =
     "The gtk for Zentrix is missing. In order to use the Zentrix install the gtk for Zentrix on to the plug-in folder "
     "and launch the DM again.";
 
+CZXPlugIn* the_instance = nullptr;
 QORV::DM::CZenkor* the_core = nullptr;
 
-/// The companion script package is a file of the library's own stem beside it.
+/// The companion script package is in the library's folder and has the library's file name with another extension.
 void check_companion_package()
 {
     void* const module = qorv::dm::module_handle();
@@ -46,7 +47,9 @@ void CZXPlugIn::End()
 
 CZXPlugIn& the_plug_in()
 {
-    static CZXPlugIn plug_in;
-    static CZXPlugIn* const pointer = &plug_in;
-    return *pointer;
+    if (!the_instance) {  // later calls skip the guard of the local static
+        static CZXPlugIn plug_in;
+        the_instance = &plug_in;
+    }
+    return *the_instance;
 }

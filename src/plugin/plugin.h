@@ -2,13 +2,13 @@
 
 #include "framework/plugin_main.h"
 
-/// The plug-in object behind the exported entries. There is one in a process, made on first use.
+/// The plug-in object on which the exported entries operate. There is one per process, created on first use.
 class CZXPlugIn : public Gatan::PlugIn::PlugInMain
 {
   public:
-    /// Makes the core object, which registers everything, and looks for the companion script package.
+    /// Creates the core object, which registers everything, and checks for the companion script package.
     void Start() override;
-    /// Destroys the core object and lets go of the held handler and tag group.
+    /// Deletes the core object, then the held handler, then the held tag group.
     void End() override;
 };
 

@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// A host for the panel that is two maps of tags and keeps account of everything it is asked.
+/// A host of the panel that keeps tags in two maps and records all reads, writes and calls.
 class recording_link final : public qorv::panel::panel_link
 {
   public:
@@ -21,7 +21,7 @@ class recording_link final : public qorv::panel::panel_link
     mutable std::vector<std::string> reads;
     std::vector<std::string> events;  ///< "ModA1 = 2.5" for a write, "OnChange" for a call, in order
 
-    /// What happened since the last question.
+    /// Returns and clears the recorded events.
     std::vector<std::string> take_events() { return std::exchange(events, {}); }
 
     bool has_handler() const override { return handler; }
@@ -30,7 +30,7 @@ class recording_link final : public qorv::panel::panel_link
     std::optional<std::int32_t> read_long(const char* key) const override { return find(longs, key); }
     void write_float(const char* key, float value) override { write(floats, key, value); }
     void write_long(const char* key, std::int32_t value) override { write(longs, key, value); }
-    std::function<void()> on_call;  ///< what the handler does
+    std::function<void()> on_call;  ///< the body of the handler
     void call(const qorv::panel::handler_method& method) override
     {
         if (!handler) return;

@@ -6,17 +6,17 @@
 
 #include <algorithm>
 #include <array>
+#include <boost/nowide/convert.hpp>
 #include <cstring>
 #include <exception>
 
-#include "binding/text_windows.h"
 #include "image/element_type.h"
 
 namespace qorv::platform {
 namespace {
 
-std::wstring wide(const std::string& utf8) { return qorv::platform::widen(utf8, CP_UTF8); }
-std::string utf8(const std::wstring& text) { return qorv::platform::narrow(text, CP_UTF8); }
+std::wstring wide(const std::string& utf8) { return boost::nowide::widen(utf8); }
+std::string utf8(const std::wstring& text) { return boost::nowide::narrow(text); }
 
 HWND window_titled(const std::string& title)
 {

@@ -1,4 +1,4 @@
-// What runs when the library is loaded. Apart from the other sources, since tests link those into programs.
+// Runs when the library is loaded. Kept apart from the other sources, which the tests link into programs.
 #include "plugin/app.h"
 
 namespace {

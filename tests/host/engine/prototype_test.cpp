@@ -82,7 +82,7 @@ TEST(prototypes, that_cannot_be_read_say_why)
                           {"long f() g", "text follows the parameter list"},
                           {"long * f()", "a result cannot be an output parameter"},
                           {"long f(void, long)", "a parameter is void"},
-                          {"long f(long..., long)", "\"...\" stands before the last parameter"},
+                          {"long f(long..., long)", "\"...\" is allowed for the last parameter only"},
                           {"int f()", "the type \"int\" is unknown"},
                           {"long f(char c)", "the type \"char\" is unknown"}};
     for (const auto& r : faults)
