@@ -1,4 +1,4 @@
-#include "host/engine/engine_inside.h"
+#include "host/engine/engine_state.h"
 
 #include <algorithm>
 

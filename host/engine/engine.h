@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/engine/faults.h"
-#include "host/engine/functions.h"
+#include "host/engine/function_table.h"
 #include "host/objects/image.h"
 #include "host/objects/journal.h"
 #include "host/objects/script_object.h"

@@ -1,5 +1,5 @@
 #include "host/engine/arguments.h"
-#include "host/engine/engine_inside.h"
+#include "host/engine/engine_state.h"
 
 namespace zentrix::host {
 

@@ -1,7 +1,7 @@
 // The engine and a library written against the contract in plain C, loaded from its file.
 
 #include "host/engine/library.h"
-#include "host/engine/engine_inside.h"
+#include "host/engine/engine_state.h"
 #include "tests/host/engine/calls.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "host/engine/functions.h"
+#include "host/engine/function_table.h"
 
 #include "host/objects/conversion.h"
 

@@ -1,4 +1,4 @@
-#include "host/engine/engine_inside.h"
+#include "host/engine/engine_state.h"
 #include "host/engine/marshalling.h"
 
 // The contract's table. Each entry runs on the main thread unless it says otherwise, and each is guarded: an exception
