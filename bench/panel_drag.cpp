@@ -12,6 +12,7 @@
 #include "bench.h"
 #include "host/correction/multiply_spectrum.h"
 #include "host/engine/library.h"
+#include "host/engine/library_search.h"
 #include "lens/electron.h"
 
 namespace {

@@ -1,5 +1,6 @@
 #include <pybind11/stl.h>
 
+#include "host/engine/library_search.h"
 #include "python/arrays.h"
 #include "python/correction.h"
 #include "python/session.h"

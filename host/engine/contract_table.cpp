@@ -1,105 +1,124 @@
+#include "host/engine/contract_table.h"
+
 #include "host/engine/engine_state.h"
 #include "host/engine/marshalling.h"
+#include "host/engine/native_function.h"
 
-// The contract's table. Each entry runs on the main thread unless it says otherwise, and each is guarded: an exception
-// becomes what the contract has for failure.
+// Threads: as the contract says for each function. Every function is guarded: an exception becomes the contract's form of
+// failure.
 
 namespace zentrix::host {
 
 namespace {
 
-using inside = engine::inside;
-
 constexpr std::int32_t done = 0;
 constexpr std::int32_t failed = 1;
+constexpr host_object* no_object = nullptr;
 
-inside& inside_of(host_link* link)
+engine_state& state_of(host_link* link)
 {
-    static_assert(offsetof(inside::link_with_owner, link) == 0, "the library's link is the start of ours");
-    return *reinterpret_cast<inside::link_with_owner*>(link)->owner;
+    static_assert(offsetof(engine_state::link_with_owner, link) == 0, "the library's link is the start of ours");
+    return *reinterpret_cast<engine_state::link_with_owner*>(link)->owner;
 }
 
-bool right_thread(inside& in, const char* entry)
-{
-    if (in.on_main_thread()) return true;
-    in.records->add_violation(std::string{entry} + " is called on another thread than the main one.");
-    return false;
-}
-
-/// Runs `work` on the main thread only; `otherwise` is the answer of a failure.
-template <class Work, class Answer>
-Answer guarded(host_link* link, const char* entry, Answer otherwise, Work work) noexcept
+/// Runs `work` on any thread. Returns `failure` when it throws.
+template <class Answer, class Work>
+Answer guarded_on_any_thread(host_link* link, Answer failure, Work work) noexcept
 {
     try {
-        auto& in = inside_of(link);
-        if (!right_thread(in, entry)) return otherwise;
-        return work(in);
+        return work(state_of(link));
     } catch (...) {
-        return otherwise;
+        return failure;
     }
 }
 
-/// The same for entries that tell a throwable.
-template <class Work>
-std::int32_t failing_with(host_link* link, const char* entry, host_object** error, Work work) noexcept
+/// Runs `work` on the main thread. Returns `failure` when it throws; also, with a violation, on another thread.
+template <class Answer, class Work>
+Answer guarded(host_link* link, const char* entry, Answer failure, Work work) noexcept
 {
-    return guarded(link, entry, failed, [&](inside& in) {
-        const auto tell = [&](const char* text) {
-            if (error) *error = in.handles.give(std::make_shared<throwable>(text));
+    return guarded_on_any_thread(link, failure, [&](engine_state& state) -> Answer {
+        if (state.on_main_thread()) return work(state);
+        state.records->add_violation(std::string{entry} + " is called on a thread other than the main thread.");
+        return failure;
+    });
+}
+
+/// As guarded, for entries that return a throwable on failure.
+template <class Work>
+std::int32_t guarded_with_error(host_link* link, const char* entry, host_object** error, Work work) noexcept
+{
+    return guarded(link, entry, failed, [&](engine_state& state) {
+        const auto fail = [&](const char* text) {
+            if (error) *error = state.handles.give(std::make_shared<throwable>(text));
             return failed;
         };
         try {
-            work(in);
+            work(state);
             return done;
         } catch (const std::exception& thrown) {
-            return tell(thrown.what());
+            return fail(thrown.what());
         } catch (...) {
-            return tell("An unknown error occurred in the host.");
+            return fail("An unknown error occurred in the host.");
         }
     });
 }
 
-/// A text of the library's that may not be null.
-std::string given_text(inside& in, const char* text)
+/// A text passed by the library, which must not be null.
+std::string required_text(engine_state& state, const char* text)
 {
     if (text) return text;
-    in.records->add_violation("A null text is passed.");
+    state.records->add_violation("A null text is passed.");
     throw script_error{"A text is needed."};
 }
 
-void HOST_CALL link_add_reference(host_link* link) { ++inside_of(link).link_references; }
+/// The text of a string object passed by the library.
+std::string required_text(engine_state& state, host_object* string)
+{
+    const auto held = std::dynamic_pointer_cast<string_object>(state.handles.get(string));
+    if (held) return held->text();
+    state.records->add_violation("An object that is not a string is passed where a string is needed.");
+    throw script_error{"A string is needed."};
+}
+
+void HOST_CALL link_add_reference(host_link* link)
+{
+    guarded_on_any_thread(link, done, [](engine_state& state) { return ++state.link_references, done; });
+}
 
 void HOST_CALL link_release(host_link* link)
 {
-    auto& in = inside_of(link);
-    if (--in.link_references >= 0) return;
-    ++in.link_references;
-    in.records->add_violation("The link is released more often than it was referenced.");
+    guarded_on_any_thread(link, done, [](engine_state& state) {
+        if (--state.link_references >= 0) return done;
+        ++state.link_references;
+        state.records->add_violation("The link is released more often than it was referenced.");
+        return failed;
+    });
 }
 
 void HOST_CALL object_add_reference(host_link* link, host_object* object)
 {
-    guarded(link, "object_add_reference", 0, [&](inside& in) { return in.handles.add_reference(object), 0; });
+    guarded(link, "object_add_reference", 0,
+            [&](engine_state& state) { return state.handles.add_reference(object), 0; });
 }
 
 void HOST_CALL object_release(host_link* link, host_object* object)
 {
-    guarded(link, "object_release", 0, [&](inside& in) { return in.handles.release(object), 0; });
+    guarded(link, "object_release", 0, [&](engine_state& state) { return state.handles.release(object), 0; });
 }
 
 host_object* HOST_CALL string_new(host_link* link, const char* text, std::uint64_t length)
 {
-    return guarded(link, "string_new", static_cast<host_object*>(nullptr), [&](inside& in) -> host_object* {
+    return guarded(link, "string_new", no_object, [&](engine_state& state) -> host_object* {
         const std::string copy = length ? std::string{text, static_cast<std::size_t>(length)} : std::string{};
-        if (in.faults.strikes(fault_point::make_string, copy)) return nullptr;
-        return in.handles.give(std::make_shared<string_object>(copy));
+        if (state.faults.should_fail(fault_point::make_string, copy)) return nullptr;
+        return state.handles.give(std::make_shared<string_object>(copy));
     });
 }
 
 const char* HOST_CALL string_text(host_link* link, host_object* string, std::uint64_t* length)
 {
-    return guarded(link, "string_text", static_cast<const char*>(nullptr), [&](inside& in) -> const char* {
-        const auto held = std::dynamic_pointer_cast<string_object>(in.handles.get(string));
+    return guarded(link, "string_text", static_cast<const char*>(nullptr), [&](engine_state& state) -> const char* {
+        const auto held = std::dynamic_pointer_cast<string_object>(state.handles.get(string));
         if (!held) return nullptr;
         if (length) *length = held->text().size();
         return held->text().c_str();
@@ -108,134 +127,130 @@ const char* HOST_CALL string_text(host_link* link, host_object* string, std::uin
 
 std::int32_t HOST_CALL version(host_link* link, std::uint32_t* number)
 {
-    return guarded(link, "version", 0, [&](inside& in) {
-        if (in.options.version) *number = *in.options.version;
-        return in.options.version ? 1 : 0;
+    return guarded(link, "version", 0, [&](engine_state& state) {
+        if (state.options.version) *number = *state.options.version;
+        return state.options.version ? 1 : 0;
     });
 }
 
 host_object* HOST_CALL find_function(host_link* link, const char* prototype_text)
 {
-    return guarded(link, "find_function", static_cast<host_object*>(nullptr), [&](inside& in) -> host_object* {
-        const auto wanted = given_text(in, prototype_text);
-        if (in.faults.strikes(fault_point::find_function, wanted)) return nullptr;
-        return in.handles.give(in.functions.find(wanted));
+    return guarded(link, "find_function", no_object, [&](engine_state& state) -> host_object* {
+        const auto text = required_text(state, prototype_text);
+        if (state.faults.should_fail(fault_point::find_function, text)) return nullptr;
+        return state.handles.give(state.functions.find(text));
     });
-}
-
-std::string text_in(inside& in, host_object* string)
-{
-    const auto held = std::dynamic_pointer_cast<string_object>(in.handles.get(string));
-    if (held) return held->text();
-    in.records->add_violation("Something else than a string is passed where a string is needed.");
-    throw script_error{"A string is needed."};
 }
 
 host_object* HOST_CALL find_method(host_link* link, host_object* script_object_handle, host_object* name,
                                    host_object* prototype_text)
 {
-    return guarded(link, "find_method", static_cast<host_object*>(nullptr), [&](inside& in) -> host_object* {
-        const auto text = text_in(in, prototype_text);
-        if (in.faults.strikes(fault_point::find_method, text)) return nullptr;
-        const auto self = std::dynamic_pointer_cast<script_object>(in.handles.get(script_object_handle));
+    return guarded(link, "find_method", no_object, [&](engine_state& state) -> host_object* {
+        const auto text = required_text(state, prototype_text);
+        if (state.faults.should_fail(fault_point::find_method, text)) return nullptr;
+        const auto self = std::dynamic_pointer_cast<script_object>(state.handles.get(script_object_handle));
         if (!self) {
-            in.records->add_violation("The method \"" + text + "\" is looked for on what is no script object.");
+            state.records->add_violation("The method \"" + text +
+                                         "\" is looked up on an object that is not a script object.");
             return nullptr;
         }
-        return in.handles.give(self->find_method(text_in(in, name), parse_prototype(text)));
+        return state.handles.give(self->find_method(required_text(state, name), parse_prototype(text)));
     });
 }
 
-/// What frees something does so even when it is made to fail.
-bool gives_back(const std::string& name) { return name == "UnlockMemory" || name == "UnregisterCustomTool"; }
+/// Releasing calls still release when a fault is injected, because the library cannot release in another way.
+bool is_releasing(const std::string& name) { return name == "UnlockMemory" || name == "UnregisterCustomTool"; }
 
 std::int32_t HOST_CALL call(host_link* link, host_object* function_handle, const host_value* arguments,
                             std::uint32_t count, host_value* result, host_object** error)
 {
-    return failing_with(link, "call", error, [&](inside& in) {
-        const auto callee = std::dynamic_pointer_cast<function>(in.handles.get(function_handle));
+    return guarded_with_error(link, "call", error, [&](engine_state& state) {
+        const auto callee = std::dynamic_pointer_cast<function>(state.handles.get(function_handle));
         if (!callee) {
-            in.records->add_violation("What is called is no function.");
-            throw script_error{"What is called is no function."};
+            state.records->add_violation("The called object is not a function.");
+            throw script_error{"The called object is not a function."};
         }
-        const std::span given{arguments, count};
+        const std::span passed{arguments, count};
         const auto& signature = callee->signature();
-        if (!in.faults.strikes(fault_point::call, signature.text))
-            return call_for_library(*callee, in.handles, *in.records, given, result);
-        const auto text = in.faults.text();
-        if (gives_back(signature.name)) call_for_library(*callee, in.handles, *in.records, given, nullptr);
+        if (!state.faults.should_fail(fault_point::call, signature.text))
+            return call_for_library(*callee, state.handles, *state.records, passed, result);
+        const auto text = state.faults.text();
+        if (is_releasing(signature.name)) call_for_library(*callee, state.handles, *state.records, passed, nullptr);
         throw script_error{text};
     });
 }
 
 host_object* HOST_CALL throwable_text(host_link* link, host_object* thrown)
 {
-    return guarded(link, "throwable_text", static_cast<host_object*>(nullptr), [&](inside& in) -> host_object* {
-        const auto held = std::dynamic_pointer_cast<throwable>(in.handles.get(thrown));
+    return guarded(link, "throwable_text", no_object, [&](engine_state& state) -> host_object* {
+        const auto held = std::dynamic_pointer_cast<throwable>(state.handles.get(thrown));
         if (!held) return nullptr;
-        return in.handles.give(std::make_shared<string_object>(held->text()));
+        return state.handles.give(std::make_shared<string_object>(held->text()));
     });
 }
 
 std::int32_t HOST_CALL register_function(host_link* link, const char* prototype_text, host_native native, void* context,
                                          host_object** error)
 {
-    return failing_with(link, "register_function", error, [&](inside& in) {
-        const auto wanted = given_text(in, prototype_text);
-        if (in.faults.strikes(fault_point::register_function, wanted)) throw script_error{in.faults.text()};
+    return guarded_with_error(link, "register_function", error, [&](engine_state& state) {
+        const auto text = required_text(state, prototype_text);
+        if (state.faults.should_fail(fault_point::register_function, text)) throw script_error{state.faults.text()};
         if (!native) throw script_error{"A script function needs a native function."};
-        in.functions.add(make_native_function(parse_prototype(wanted), native, context, in.handles, *in.records),
-                         origin::library);
+        state.functions.add(make_native_function(parse_prototype(text), native, context, state.handles, *state.records),
+                            origin::library);
     });
 }
 
 void HOST_CALL withdraw_function(host_link* link, const char* prototype_text)
 {
-    guarded(link, "withdraw_function", 0,
-            [&](inside& in) { return in.functions.remove(given_text(in, prototype_text), origin::library) ? 1 : 0; });
+    guarded(link, "withdraw_function", 0, [&](engine_state& state) {
+        return state.functions.remove(required_text(state, prototype_text), origin::library) ? 1 : 0;
+    });
 }
 
 std::int32_t HOST_CALL has_error_manager(host_link* link)
 {
-    return guarded(link, "has_error_manager", 0, [](inside& in) { return in.options.has_error_manager ? 1 : 0; });
+    return guarded(link, "has_error_manager", 0,
+                   [](engine_state& state) { return state.options.has_error_manager ? 1 : 0; });
 }
 
 void HOST_CALL report_error(host_link* link, std::uint32_t code, const char* text)
 {
-    try {
-        inside_of(link).records->add_error(code, text ? text : "");
-    } catch (...) {  // there is nobody left to tell
-    }
+    guarded_on_any_thread(link, done, [&](engine_state& state) {
+        state.records->add_error(code, text ? text : "");
+        return done;
+    });
 }
 
 void HOST_CALL trace_add(host_link* link, const char* name, std::int64_t ticks)
 {
-    try {
-        inside_of(link).records->add_trace(name ? name : "", ticks);
-    } catch (...) {  // a lost count is not worth more
-    }
+    guarded_on_any_thread(link, done, [&](engine_state& state) {
+        state.records->add_trace(name ? name : "", ticks);
+        return done;
+    });
 }
 
 std::int32_t HOST_CALL register_floating_window(host_link* link, const host_floating_window* window,
                                                 host_object** error)
 {
-    return failing_with(link, "register_floating_window", error, [&](inside& in) {
+    return guarded_with_error(link, "register_floating_window", error, [&](engine_state& state) {
         if (!window || window->size < sizeof *window || !window->title || !window->create || !window->destroy)
-            throw script_error{"The floating window's description is not complete."};
-        if (in.faults.strikes(fault_point::register_function, window->title)) throw script_error{in.faults.text()};
-        if (in.window(window->title) != in.windows.end())
-            throw script_error{"A floating window \"" + std::string{window->title} + "\" is registered already."};
-        in.windows.push_back({window->title, window->module, window->context, window->create, window->destroy});
+            throw script_error{"The description of the floating window is incomplete."};
+        if (state.faults.should_fail(fault_point::register_function, window->title))
+            throw script_error{state.faults.text()};
+        if (state.window(window->title) != state.windows.end())
+            throw script_error{"A floating window \"" + std::string{window->title} + "\" is already registered."};
+        state.windows.push_back({window->title, window->module, window->context, window->create, window->destroy});
     });
 }
 
 void HOST_CALL withdraw_floating_window(host_link* link, const char* title)
 {
-    guarded(link, "withdraw_floating_window", 0, [&](inside& in) {
-        const auto found = in.window(given_text(in, title));
-        if (found == in.windows.end()) return 0;
+    guarded(link, "withdraw_floating_window", 0, [&](engine_state& state) {
+        const auto found = state.window(required_text(state, title));
+        if (found == state.windows.end()) return 0;
         const auto closing = *found;
-        in.windows.erase(found);
+        state.windows.erase(found);
         if (closing.window) closing.destroy(closing.context, closing.window);
         return 1;
     });
@@ -243,7 +258,7 @@ void HOST_CALL withdraw_floating_window(host_link* link, const char* title)
 
 }  // namespace
 
-const host_table& the_table() noexcept
+const host_table& contract_table() noexcept
 {
     static const host_table table = {link_add_reference,
                                      link_release,

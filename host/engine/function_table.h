@@ -8,36 +8,34 @@
 
 namespace zentrix::host {
 
-/// Whose function it is.
+/// The owner of a function.
 enum class origin
 {
     host,
     library
 };
 
-/// All functions that scripts can call, by exact prototype text and by name with overloads.
+/// All functions that scripts can call, found by exact prototype text or by name.
 ///
-/// Which overload a call means: those that take that number of arguments and whose kinds the arguments convert to; of
-/// these the one whose conversions are the smallest (an integer for a long before a double before a complex, a real
-/// number for a double before a complex before a long, a complex picture for a ComplexImagePtr before any other, a null
-/// reference for any object); among equals the one registered first.
+/// Overloads: of the functions that accept the number and kinds of the arguments, the one with the least sum of
+/// conversion_cost is called; of equal ones the one registered first.
 class function_table
 {
   public:
-    /// Throws  script_error when a function of exactly this prototype text is there already
+    /// Throws  script_error when the exact prototype text is already registered
     void add(function_ref added, origin whose);
-    /// Takes a function out by its exact prototype text; false when there is none of that origin.
+    /// Removes a function by its exact prototype text. False when there is none of that origin.
     bool remove(std::string_view prototype_text, origin whose);
     /// The function of exactly this text; null when there is none.
     function_ref find(std::string_view prototype_text) const;
     /// The prototypes of one origin in the order of their registration.
     std::vector<std::string> prototypes(origin whose) const;
-    /// All functions of that name, library's and host's, in that order.
+    /// All functions of a name: those of the library, then those of the host.
     std::vector<function_ref> overloads(std::string_view name) const;
 
-    /// The overload that these arguments mean.
-    /// Throws  script_error: 'There is no script function "NAME".', or for wrong arguments a text that lists what was
-    ///         given and the prototypes that exist
+    /// The overload to call for these arguments.
+    /// Throws  script_error: 'There is no script function "NAME".', or, when no overload fits, a text that lists the
+    ///         arguments and the prototypes of that name
     function_ref resolve(std::string_view name, std::span<const script_value> arguments) const;
 
   private:

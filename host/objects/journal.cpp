@@ -4,7 +4,7 @@
 
 namespace zentrix::host {
 
-// A listener runs outside the lock: it may well ask for the records.
+// Listeners run without the lock, since they may read the records.
 
 void journal::add_error(std::uint32_t code, std::string text)
 {

@@ -10,14 +10,14 @@
 
 namespace zentrix::host {
 
-/// What the host's error manager was told.
+/// An error reported to the host's error manager.
 struct error_record
 {
     std::uint32_t code;
     std::string text;
 };
 
-/// A trace counter: how often it was reported to and the sum of ticks.
+/// A trace counter: the number of reports and the sum of their ticks.
 struct trace_counter
 {
     std::uint64_t reports = 0;
@@ -32,23 +32,24 @@ struct output_record
     std::string text;
 };
 
-/// A message box: `kind` is ShowAlert's second argument, or nothing for OkDialog (-1).
+/// A message box: `kind` is the second argument of ShowAlert, or -1 for OkDialog.
 struct dialog_record
 {
     std::string text;
     std::int64_t kind;
 };
 
-/// Who wants to see these as they happen; any of them may be empty. `error` may be called from any thread.
+/// Callbacks, invoked as each record is added. Any of them may be empty. `error` may be called on any thread.
 struct listeners
 {
     std::function<void(const error_record&)> error;
     std::function<void(const output_record&)> output;
     std::function<void(const dialog_record&)> dialog;
-    std::function<void(std::string_view path, const std::string& value)> tag_write;  ///< by the library, value as text
+    /// A tag written by the library, with its value as text.
+    std::function<void(std::string_view path, const std::string& value)> tag_write;
 };
 
-/// Everything that an engine writes down while the library runs. Any thread may write and read.
+/// The records of an engine. Thread-safe.
 class journal
 {
   public:
@@ -58,7 +59,7 @@ class journal
     void add_output(output_record line);
     void add_dialog(dialog_record shown);
     void add_trace(const std::string& name, std::int64_t ticks);
-    /// A breach of the contract by the library: "image #12 is used after its last release", ...
+    /// Records a breach of the contract by the library: "image #12 is used after its last release.", ...
     void add_violation(std::string text);
 
     std::vector<error_record> errors() const;
@@ -66,7 +67,7 @@ class journal
     std::vector<dialog_record> dialogs() const;
     std::map<std::string, trace_counter> traces() const;
     std::vector<std::string> violations() const;
-    /// Forgets all records; the listeners stay.
+    /// Removes all records. The listeners stay.
     void clear();
 
   private:

@@ -11,7 +11,7 @@ namespace zentrix::host {
 
 namespace {
 
-/// A part of a path: a name, or a number in brackets.
+/// A part of a path: a name, or a number in brackets (then `index` is set too).
 struct step
 {
     std::string name;
@@ -40,9 +40,9 @@ std::vector<step> steps_of(std::string_view path)
     }
 }
 
-std::optional<tag> get_step(const tag_group& in, const step& wanted)
+std::optional<tag> get_step(const tag_group& in, const step& where)
 {
-    return wanted.index ? in.get_at(*wanted.index) : in.get(wanted.name);
+    return where.index ? in.get_at(*where.index) : in.get(where.name);
 }
 
 void set_step(tag_group& in, const step& where, tag value)
@@ -53,7 +53,7 @@ void set_step(tag_group& in, const step& where, tag value)
     throw script_error{"The " + in.describe() + " has no place for a tag \"" + where.name + "\"."};
 }
 
-/// The group at a step, made when it is missing.
+/// The group at a step, created when it does not exist.
 tag_group_ref enter(tag_group& in, const step& where)
 {
     const auto present = get_step(in, where);
@@ -122,7 +122,7 @@ std::optional<std::int32_t> tag_group::read_long(std::string_view path) const
     const auto number = number_in(find(path));
     if (!number) return std::nullopt;
     const double whole = std::trunc(*number);
-    const bool fits = whole >= limits::min() && whole <= limits::max();  // false for what is not a number
+    const bool fits = whole >= limits::min() && whole <= limits::max();  // false for NaN
     return fits ? std::optional{static_cast<std::int32_t>(whole)} : std::nullopt;
 }
 
@@ -137,11 +137,6 @@ std::optional<float> tag_group::read_float(std::string_view path) const
 std::optional<std::string> tag_group::read_string(std::string_view path) const
 {
     return held_in<std::string>(find(path));
-}
-
-std::optional<tag_group_ref> tag_group::read_group(std::string_view path) const
-{
-    return held_in<tag_group_ref>(find(path));
 }
 
 void tag_group::write(std::string_view path, tag value)

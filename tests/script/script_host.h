@@ -13,6 +13,7 @@
 
 #include "host/engine/engine.h"
 #include "host/engine/library.h"
+#include "host/engine/library_search.h"
 #include "image/element_type.h"
 
 /// The built library, loaded into the stand-alone host as any program loads it.

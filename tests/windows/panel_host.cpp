@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/engine/library_search.h"
+
 namespace windows_tests {
 
 using namespace zentrix::host;

@@ -3,6 +3,7 @@
 #include "host/windows/panel_program.h"
 
 #include "host/engine/library.h"
+#include "host/engine/library_search.h"
 #include "host/windows/resource.h"
 #include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"

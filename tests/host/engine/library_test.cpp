@@ -51,7 +51,7 @@ TEST(running_library, is_refused_when_it_cannot_be_loaded_or_linked)
     EXPECT_EQ(support::message_of([&] {
                   library{host, entries};
               }),
-              "The library speaks version 1 of the linking protocol, this host version 2.");
+              "The library uses version 1 of the linking protocol, but this host uses version 2.");
     entries.cleanup = nullptr;
     EXPECT_EQ(support::message_of([&] { library{host, entries}; }), "The library lacks an entry point.");
     EXPECT_THAT(host.records().errors(), IsEmpty());
@@ -63,19 +63,19 @@ TEST(running_library, takes_and_gives_values_by_its_prototypes)
     engine host;
     library loaded{host, TEST_LIBRARY};
     const auto rest = make_cell(number(9));
-    EXPECT_EQ(loaded.call("TestDivide", {17.9, number(5), rest}), number(3));
+    EXPECT_EQ(host.call("TestDivide", {17.9, number(5), rest}), number(3));
     EXPECT_EQ(rest->value, number(2));
-    EXPECT_EQ(loaded.call("TestDivide", {number(17), number(5), {}}), number(3));
-    EXPECT_EQ(failure(loaded, "TestDivide", {number(1), number(0), rest}), "Division by zero.");
+    EXPECT_EQ(host.call("TestDivide", {number(17), number(5), {}}), number(3));
+    EXPECT_EQ(failure(host, "TestDivide", {number(1), number(0), rest}), "Division by zero.");
     EXPECT_EQ(rest->value, number(2));
-    EXPECT_EQ(failure(loaded, "TestDivide", {3e9, number(1), rest}), "bad numeric conversion: positive overflow");
-    EXPECT_EQ(loaded.call("TestOverload", {number(1)}), script_value{std::string{"double"}});
-    EXPECT_EQ(loaded.call("TestOverload", {std::complex<double>{1, 1}}), script_value{std::string{"complex"}});
+    EXPECT_EQ(failure(host, "TestDivide", {3e9, number(1), rest}), "bad numeric conversion: positive overflow");
+    EXPECT_EQ(host.call("TestOverload", {number(1)}), script_value{std::string{"double"}});
+    EXPECT_EQ(host.call("TestOverload", {std::complex<double>{1, 1}}), script_value{std::string{"complex"}});
 
     std::vector<float> memory(12);
     const auto columns = image::over("v", 2, memory.data() + 10, {{std::uint32_t{2}, std::uint32_t{3}}},
                                      {{std::ptrdiff_t{1}, std::ptrdiff_t{-4}}}, access::write, {});
-    EXPECT_EQ(loaded.call("TestFill", {columns, 0.5}), script_value{object_ref{columns}});
+    EXPECT_EQ(host.call("TestFill", {columns, 0.5}), script_value{object_ref{columns}});
     EXPECT_THAT(memory, ElementsAre(0, 0, 0.5, 0.5, 0, 0, 0.5, 0.5, 0, 0, 0.5, 0.5));
     EXPECT_EQ(columns->changes(), 1u);
     EXPECT_EQ(columns->locks(), 0u);
@@ -89,7 +89,7 @@ TEST(running_library, survives_the_failure_of_every_single_request)
     engine host;
     library loaded{host, TEST_LIBRARY};
     const auto filled = picture();
-    const auto fill = [&] { loaded.call("TestFill", {filled, 0.5}); };
+    const auto fill = [&] { host.call("TestFill", {filled, 0.5}); };
     struct row
     {
         fault_point point;
@@ -138,10 +138,10 @@ TEST(running_library, that_breaks_the_rules_is_found_out)
     const row rows[] = {{"nothing wrong", "", nullptr},
                         {"release twice", "", " is released after its last release."},
                         {"use after release", "", " is used after its last release."},
-                        {"foreign pointer", "", "A pointer that is no host object is referenced."},
+                        {"foreign pointer", "", "A pointer that is not a host object is referenced."},
                         {"release lent", "", ", which was only lent, is released."},
                         {"unlocked access", not_locked, " is asked for its data while it is not locked."},
-                        {"unlock twice", not_locked, " is unlocked though it is not locked."},
+                        {"unlock twice", not_locked, " is unlocked but was not locked."},
                         {"drop locked", "", " was released while its memory was locked."},
                         {"wrong kind", handed_wrong, handed_wrong},
                         {"wrong count", "\"void ImageDataChanged( ImageRef )\" is called with 0 arguments.",
@@ -150,7 +150,7 @@ TEST(running_library, that_breaks_the_rules_is_found_out)
                         {"fail and write", "Failed on purpose.", "failed but wrote to an output parameter."},
                         {"wrong result", "A value of kind double is passed where the prototype has void.",
                          "A value of kind double is passed where the prototype has void."},
-                        {"write under read lock", "", " was for reading, but the pixels changed."}};
+                        {"write under read lock", "", " is for reading, but the pixels changed."}};
     for (const auto& r : rows) {
         engine_options options;
         options.check_read_locks = true;
@@ -158,7 +158,7 @@ TEST(running_library, that_breaks_the_rules_is_found_out)
         library loaded{host, TEST_LIBRARY};
         const auto locked = picture();
         const auto output = make_cell(0.25);
-        EXPECT_EQ(failure(loaded, "TestMisbehave", {locked, std::string{r.how}, output}), r.told) << r.how;
+        EXPECT_EQ(failure(host, "TestMisbehave", {locked, std::string{r.how}, output}), r.told) << r.how;
         EXPECT_EQ(output->value, script_value{0.25}) << r.how;
         EXPECT_EQ(locked->locks(), 0u) << r.how;
         const auto breaches = host.records().violations();
@@ -174,7 +174,7 @@ TEST(running_library, is_reported_for_what_it_still_holds)
     const auto locked = picture();
     {
         library loaded{host, TEST_LIBRARY};
-        loaded.call("TestMisbehave", {locked, std::string{"keep a lock"}, {}});
+        host.call("TestMisbehave", {locked, std::string{"keep a lock"}, {}});
     }
     EXPECT_EQ(host.report().text(),
               "held: read lock of image \"p\" (3 x 2, Real 4 Byte): 1 reference\n"
@@ -197,8 +197,8 @@ TEST(the_table, refuses_other_threads_where_only_the_main_one_may_call)
         link->table->report_error(link, 28802, "from afar");
     }}.join();
     EXPECT_THAT(host.records().violations(),
-                ElementsAre("object_release is called on another thread than the main one.",
-                            "find_function is called on another thread than the main one."));
+                ElementsAre("object_release is called on a thread other than the main thread.",
+                            "find_function is called on a thread other than the main thread."));
     EXPECT_STREQ(link->table->string_text(link, text, nullptr), "a");
     EXPECT_EQ(host.records().traces()["counter"].ticks, 5);
     EXPECT_EQ(host.records().errors().at(0).code, 28802u);
@@ -214,7 +214,7 @@ TEST(the_table, exchanges_what_an_output_holds_and_counts_it)
     host_value arguments[3]{{HOST_TAG_GROUP, 0, {}}, {HOST_STRING, 0, {}}, {HOST_OUTPUT, 0, {}}};
     host_value cell{HOST_STRING, 0, {}}, found{};
     cell.as.object = table.string_new(link, "before", 6);
-    arguments[0].as.object = host.in().handles.give(group);
+    arguments[0].as.object = host.state().handles.give(group);
     arguments[1].as.object = table.string_new(link, "a", 1);
     arguments[2].as.cell = &cell;
     host_object* error = nullptr;

@@ -138,7 +138,7 @@ TEST(overloads, are_chosen_by_count_kind_and_least_loss)
               "P(ComplexImagePtr a)");
     EXPECT_EQ(refusal("V", {}), "V cannot be called with (). Its prototype is:\n    long V(long a, long... b)");
     EXPECT_EQ(support::message_of([&] { table.add(table.find(texts[0]), origin::library); }),
-              "A function of the prototype \"long F(long a)\" is registered already.");
+              "The prototype \"long F(long a)\" is already registered.");
     EXPECT_FALSE(table.remove(texts[0], origin::host));
     EXPECT_TRUE(table.remove(texts[0], origin::library));
     EXPECT_EQ(table.resolve("F", std::vector<script_value>{integer(1)})->signature().text, "long F(double a)");

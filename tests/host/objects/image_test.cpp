@@ -28,14 +28,14 @@ TEST(images, come_zeroed_with_their_sizes_or_say_why_not)
     };
     const row rows[] = {{2, {2, 2, 2, 2}, "num_dim <= kMaxDim"},
                         {2, {}, "An image needs at least one dimension."},
-                        {2, {4, 0}, "An image of 4 x 0 elements has no element."},
+                        {2, {4, 0}, "An image of 4 x 0 elements is empty."},
                         {4, {4, 4}, "The data type 4 is unknown."},
                         {13,
                          {4000000000, 4000000000},
-                         "There is no memory for an image of 4000000000 x 4000000000 elements of 16 bytes."},
+                         "There is not enough memory for an image of 4000000000 x 4000000000 elements of 16 bytes."},
                         {13,
                          {46340, 46340, 2000000000},
-                         "There is no memory for an image of 46340 x 46340 x 2000000000 elements of 16 bytes."}};
+                         "There is not enough memory for an image of 46340 x 46340 x 2000000000 elements of 16 bytes."}};
     for (const auto& r : rows)
         EXPECT_EQ(support::message_of([&] { image::create("a", r.code, r.dimensions); }), r.refused);
 }
@@ -122,7 +122,7 @@ TEST(image_functions, make_and_tell)
     EXPECT_EQ(host.call("ImageIsValid", {script_value{}}), number(0));
     EXPECT_EQ(failure(host, "ImageClone", {script_value{}}), "A null reference was passed where an object is needed.");
     EXPECT_EQ(failure(host, "RealImage", {name, number(2), number(5), number(7)}),
-              "No such picture element has 2 bytes.");
+              "There is no such element type of 2 bytes.");
     EXPECT_EQ(failure(host, "NewImage", {name, number(2), number(1), number(1), number(1), number(1)}),
               "num_dim <= kMaxDim");
 }
