@@ -67,7 +67,6 @@ void register_writers(engine_state& state)
                             [](const arguments& passed) -> script_value {
                                 const auto into = passed.tags(0);
                                 const auto inserted = passed.tags(2);
-                                if (into == inserted) throw script_error{"A tag list cannot be put into itself."};
                                 // A negative index, or one past the end, appends.
                                 const auto index = passed.integer(1);
                                 const auto count = into->count();

@@ -70,8 +70,9 @@ class tag_group : public object
     listener listener_;
 };
 
-/// A group or list of the host, in memory.
-/// Throws  script_error from set on a list and from insert and replace on a group
+/// A group or list of the host, in memory. Groups may be nested to any depth.
+/// Throws  script_error from set on a list and from insert and replace on a group; also when a group or list would contain
+///         itself, directly or inside others (groups of another language in between are not searched)
 class memory_tag_group : public tag_group
 {
   public:
@@ -79,6 +80,7 @@ class memory_tag_group : public tag_group
     static tag_group_ref make_list();
 
     explicit memory_tag_group(bool is_list) : is_list_{is_list} {}
+    ~memory_tag_group() override;
     bool is_list() const override { return is_list_; }
     std::size_t count() const override { return tags_.size(); }
     std::optional<tag> get(const std::string& name) const override;
@@ -89,7 +91,12 @@ class memory_tag_group : public tag_group
     void replace(std::size_t index, tag value) override;
 
   private:
+    void require_no_cycle(const tag& added);
+    bool is_inside(const memory_tag_group& outer) const;
+
     bool is_list_;
+    bool was_nested_ = false;                        // put into another group at some time
+    std::shared_ptr<memory_tag_group> next_doomed_;  // links the groups that a destructor has still to destroy
     std::vector<std::pair<std::string, tag>> tags_;  // in order of creation; names are empty in a list
 };
 

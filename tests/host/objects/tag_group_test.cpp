@@ -55,6 +55,28 @@ TEST(Tags, AreReachedByPathsThroughGroupsAndLists)
               "The tag list of 2 has no place for a tag \"[4]\".");
 }
 
+TEST(Tags, AreNestedToAnyDepthButNotInThemselves)
+{
+    const auto root = memory_tag_group::make_group();
+    std::string path = "a";
+    for (int level = 1; level < 400'000; ++level) path += ":a";
+    root->write(path, std::int32_t{1});
+    auto list = memory_tag_group::make_list();
+    for (int level = 0; level < 400'000; ++level) {
+        const auto outer = memory_tag_group::make_list();
+        outer->insert(0, list);
+        outer->insert(1, list);
+        list = outer;
+    }
+    const auto inner = memory_tag_group::make_list(), outer = memory_tag_group::make_group();
+    outer->write("b:c", inner);
+    for (const auto& added : {inner, outer})
+        EXPECT_EQ(support::message_of([&] { inner->insert(0, added); }),
+                  "A tag group or list cannot contain itself, directly or inside another one.");
+    EXPECT_EQ(inner->count(), 0u);
+    outer->write("d", inner);  // twice, but not in itself
+}
+
 TEST(TagFunctions, ReportWritesAndInsertByNumberOrAtTheEnd)
 {
     std::string log;
