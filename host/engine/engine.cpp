@@ -64,7 +64,7 @@ held_report engine::report() const
 {
     held_report held;
     held.references = state_->handles.held();
-    for (const auto& one : state_->locks)
+    for (const auto& one : std::vector{state_->locks})  // a copy, as in handle_table::held
         if (const auto lock = one.lock(); lock && lock->is_locked()) held.locks.push_back(lock->describe());
     if (const auto references = state_->link_references.load())
         held.others.push_back("the link: " + std::to_string(references) + " references");

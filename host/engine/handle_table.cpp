@@ -118,15 +118,16 @@ void handle_table::end_loan(host_object* handle)
 
 std::vector<std::string> handle_table::held() const
 {
-    std::vector<std::pair<std::uint64_t, const entry*>> ordered;
+    // Copies, because describe() may run foreign code that changes the table.
+    std::vector<std::pair<std::uint64_t, entry>> ordered;
     for (const auto& [number, one] : entries_)
-        if (one.references > 0) ordered.emplace_back(number & ~base_mask, &one);
-    std::ranges::sort(ordered);
+        if (one.references > 0) ordered.emplace_back(number & ~base_mask, one);
+    std::ranges::sort(ordered, {}, [](const auto& one) { return one.first; });
     std::vector<std::string> lines;
     lines.reserve(ordered.size());
     for (const auto& [number, one] : ordered)
-        lines.push_back(one->held->describe() + ": " + std::to_string(one->references) +
-                        (one->references == 1 ? " reference" : " references"));
+        lines.push_back(one.held->describe() + ": " + std::to_string(one.references) +
+                        (one.references == 1 ? " reference" : " references"));
     return lines;
 }
 

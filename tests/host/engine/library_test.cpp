@@ -154,6 +154,31 @@ TEST(ContractTable, ReplacesAndCountsTheObjectInAnOutput)
     EXPECT_EQ(host.report().text(), "");
 }
 
+/// An object of another language. Its description runs code there, which drops the library's reference to another object.
+struct foreign_object : object
+{
+    foreign_object() : object{object_kind::script_object} {}
+    std::string describe() const override
+    {
+        on_describe();
+        return "foreign";
+    }
+    std::function<void()> on_describe;
+};
+
+TEST(Engine, ReportsObjectsWhoseDescriptionChangesWhatIsHeld)
+{
+    engine host;
+    auto& handles = host.state().handles;
+    const auto first = std::make_shared<foreign_object>();
+    handles.give(first);
+    auto* second = handles.give(std::make_shared<string_object>("second"));
+    first->on_describe = [&] { handles.release(second); };
+    EXPECT_EQ(host.report().text(), "held: foreign: 1 reference\nheld: string \"second\": 1 reference\n");
+    first->on_describe = [] {};
+    EXPECT_EQ(host.report().text(), "held: foreign: 1 reference\n");
+}
+
 TEST(Engine, HasTheFeaturesOfItsOptions)
 {
     engine_options options;
