@@ -44,7 +44,13 @@ void store(std::vector<output>& outputs, handle_table& handles)
 {
     std::vector<host_value> fresh;
     fresh.reserve(outputs.size());
-    for (auto& one : outputs) fresh.push_back(counted_for_library(handles, one.cell->value, one.type));
+    try {
+        for (auto& one : outputs) fresh.push_back(counted_for_library(handles, one.cell->value, one.type));
+    } catch (...) {
+        for (std::size_t i = 0; i < fresh.size(); ++i)
+            if (is_counted(outputs[i].type.kind)) handles.release(fresh[i].as.object);
+        throw;
+    }
     for (std::size_t i = 0; i < outputs.size(); ++i) {
         if (is_counted(outputs[i].type.kind)) handles.release(outputs[i].place->as.object);
         *outputs[i].place = fresh[i];
@@ -84,6 +90,13 @@ script_value from_library(handle_table& handles, journal& records, const host_va
     }
 }
 
+object_ref string_for_library(const std::string& text)
+{
+    if (text.find('\0') != std::string::npos)
+        throw script_error{"A text with a null character cannot be passed to the library."};
+    return std::make_shared<string_object>(text);
+}
+
 host_value counted_for_library(handle_table& handles, const script_value& value, const prototype_type& type)
 {
     const auto converted = convert(value, type);
@@ -103,9 +116,7 @@ host_value counted_for_library(handle_table& handles, const script_value& value,
             break;
         }
         case HOST_POINTER: plain.as.pointer = std::get<void*>(converted); break;
-        case HOST_STRING:
-            plain.as.object = handles.give(std::make_shared<string_object>(std::get<std::string>(converted)));
-            break;
+        case HOST_STRING: plain.as.object = handles.give(string_for_library(std::get<std::string>(converted))); break;
         default: plain.as.object = handles.give(std::get<object_ref>(converted));
     }
     return plain;

@@ -20,8 +20,12 @@ script_value default_value(const prototype_type& type);
 script_value from_library(handle_table& handles, journal& records, const host_value& passed,
                           const prototype_type& type);
 
+/// A text as a string object for the library.
+/// Throws  script_error when the text contains a null character, which would end it for the library's C strings
+object_ref string_for_library(const std::string& text);
+
 /// A script's value in plain form. An object is counted for the library.
-/// Throws  script_error as convert
+/// Throws  script_error as convert and string_for_library
 host_value counted_for_library(handle_table& handles, const script_value& value, const prototype_type& type);
 
 /// Carries out a call by the library: checks the plain arguments against the prototype, calls, stores outputs and result.

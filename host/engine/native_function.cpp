@@ -14,7 +14,7 @@ class native_arguments
 {
   public:
     native_arguments(const prototype& signature, std::span<const script_value> values, handle_table& handles)
-        : signature_{signature}, handles_{handles}, plain_(values.size()), cells_(values.size()), before_(values.size())
+        : native_arguments{signature, values.size(), handles}  // so that the destructor cleans up when this one throws
     {
         for (std::size_t i = 0; i < values.size(); ++i) {
             const auto& type = signature.parameter_of(i).type;
@@ -56,11 +56,15 @@ class native_arguments
     bool has_cell(std::size_t i) const { return plain_[i].kind == HOST_OUTPUT && plain_[i].as.cell; }
 
   private:
+    native_arguments(const prototype& signature, std::size_t count, handle_table& handles)
+        : signature_{signature}, handles_{handles}, plain_(count), cells_(count), before_(count)
+    {}
+
     void add_value(std::size_t i, const script_value& value, const prototype_type& type)
     {
         const auto kind = static_cast<std::uint32_t>(type.kind);
         if (type.kind == HOST_STRING)
-            plain_[i].as.object = handles_.lend(std::make_shared<string_object>(std::get<std::string>(value)));
+            plain_[i].as.object = handles_.lend(string_for_library(std::get<std::string>(value)));
         else if (is_counted(type.kind))
             plain_[i].as.object = handles_.lend(std::get<object_ref>(value));
         else

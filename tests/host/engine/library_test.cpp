@@ -95,6 +95,17 @@ TEST(RunningLibrary, IsFoundToBreakTheRules)
     }
 }
 
+TEST(RunningLibrary, ReceivesNoTextWithANullCharacter)
+{
+    engine host;
+    library loaded{host, TEST_LIBRARY};
+    const auto locked = picture();
+    const std::string cut{"drop\0locked", 11};
+    const char refused[] = "A text with a null character cannot be passed to the library.";
+    EXPECT_EQ(failure(host, "TestMisbehave", {locked, cut, make_cell(0.0)}), refused);
+    EXPECT_EQ(locked.use_count(), 1);  // no longer lent
+}
+
 TEST(RunningLibrary, IsReportedWithTheObjectsThatItStillHolds)
 {
     engine host;
@@ -131,26 +142,34 @@ TEST(ContractTable, RefusesOtherThreadsWhereOnlyTheMainThreadMayCall)
     EXPECT_EQ(host.records().errors().at(0).code, 28802u);
 }
 
-TEST(ContractTable, ReplacesAndCountsTheObjectInAnOutput)
+TEST(ContractTable, ReplacesAndCountsTheObjectsInOutputsUnlessOneIsRefused)
 {
     engine host;
     auto* link = host.link();
     const auto& table = *link->table;
-    const auto group = memory_tag_group::make_group();
-    group->write("a", std::string{"stored"});
-    host_value arguments[3]{{HOST_TAG_GROUP, 0, {}}, {HOST_STRING, 0, {}}, {HOST_OUTPUT, 0, {}}};
-    host_value cell{HOST_STRING, 0, {}}, found{};
-    cell.as.object = table.string_new(link, "before", 6);
-    arguments[0].as.object = host.state().handles.give(group);
-    arguments[1].as.object = table.string_new(link, "a", 1);
-    arguments[2].as.cell = &cell;
-    host_object* error = nullptr;
-    auto* read = table.find_function(link, "Boolean TagGroupGetTagAsString( TagGroup, string, dm_string * )");
-    ASSERT_EQ(table.call(link, read, arguments, 3, &found, &error), 0);
-    EXPECT_EQ(found.as.i32, 1);
-    EXPECT_STREQ(table.string_text(link, cell.as.object, nullptr), "stored");
-    for (auto* held : {cell.as.object, arguments[0].as.object, arguments[1].as.object, read})
-        table.object_release(link, held);
+    std::string second = "more";
+    const auto body = [&](std::span<const script_value> cells) -> script_value {
+        std::get<cell_ref>(cells[0])->value = std::string{"stored"};
+        std::get<cell_ref>(cells[1])->value = second;
+        return {};
+    };
+    host.functions().add(make_function("void Read( dm_string *, dm_string * )", body), origin::host);
+    host_value cells[2]{{HOST_STRING, 0, {}}, {HOST_STRING, 0, {}}},
+        arguments[2]{{HOST_OUTPUT, 0, {}}, {HOST_OUTPUT, 0, {}}};
+    for (int i = 0; i < 2; ++i) {
+        cells[i].as.object = table.string_new(link, "before", 6);
+        arguments[i].as.cell = &cells[i];
+    }
+    const auto text = [&](int i) { return std::string{table.string_text(link, cells[i].as.object, nullptr)}; };
+    host_object *read = table.find_function(link, "void Read( dm_string *, dm_string * )"), *error = nullptr;
+    ASSERT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 0);
+    EXPECT_EQ(text(0) + " " + text(1), "stored more");
+    second += '\0';
+    table.object_release(link, cells[0].as.object);
+    cells[0].as.object = table.string_new(link, "kept", 4);
+    ASSERT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 1);
+    EXPECT_EQ(text(0) + " " + text(1), "kept more");
+    for (auto* held : {cells[0].as.object, cells[1].as.object, read, error}) table.object_release(link, held);
     EXPECT_EQ(host.report().text(), "");
 }
 
