@@ -12,7 +12,6 @@
 #include "bench.h"
 #include "host/correction/multiply_spectrum.h"
 #include "host/engine/library.h"
-#include "host/engine/library_search.h"
 #include "lens/electron.h"
 
 namespace {
@@ -109,7 +108,7 @@ int main()
     engine_options options;
     options.file_exists = [](const std::string&) { return true; };
     engine host{options};
-    library zentrix{host, find_library_file()};
+    library zentrix{host, ZENTRIX_LIBRARY_FILE};
     const auto wave = noise();
     drag(host, wave, display_mode::modulus, "modulus");
     drag(host, wave, display_mode::log_modulus, "log");

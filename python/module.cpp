@@ -1,6 +1,5 @@
 #include <pybind11/stl.h>
 
-#include "host/engine/library_search.h"
 #include "python/arrays.h"
 #include "python/correction.h"
 #include "python/session.h"
@@ -65,7 +64,6 @@ PYBIND11_MODULE(_core, module)
     add_session(module);
     add_correction(module);
     module.def("notifications", &notifications);
-    module.def("find_library_file", &host::find_library_file);
 }
 
 }  // namespace zentrix::python

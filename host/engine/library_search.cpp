@@ -38,14 +38,13 @@ std::string find_library_file()
 {
     if (const char* named = std::getenv("ZENTRIX_LIBRARY"); named && *named) return named;
     const auto folder = program_folder();
-    std::string places;
-    for (const auto& place : {folder, folder.parent_path() / "lib", folder.parent_path()}) {
-        const auto file = place / file_name;
-        std::error_code unreadable;
-        if (std::filesystem::exists(file, unreadable)) return utf8_path(file);
-        places += "\n    " + utf8_path(file);
-    }
-    throw script_error{"The library was not found. Name it in ZENTRIX_LIBRARY or put it at one of:" + places};
+    if (folder.empty())
+        throw script_error{"The folder of the program is unknown. Name the library in ZENTRIX_LIBRARY."};
+    const auto file = folder / file_name;
+    std::error_code unreadable;
+    if (std::filesystem::exists(file, unreadable)) return utf8_path(file);
+    throw script_error{"The library \"" + utf8_path(file) +
+                       "\" does not exist. Put it there or name it in ZENTRIX_LIBRARY."};
 }
 
 }  // namespace zentrix::host

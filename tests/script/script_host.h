@@ -13,7 +13,6 @@
 
 #include "host/engine/engine.h"
 #include "host/engine/library.h"
-#include "host/engine/library_search.h"
 #include "image/element_type.h"
 
 /// The built library, loaded into the stand-alone host as any program loads it.
@@ -28,7 +27,7 @@ class script_host
   public:
     explicit script_host(engine_options options = with_checks()) : engine_{std::move(options)}
     {
-        library_.emplace(engine_, find_library_file());
+        library_.emplace(engine_, ZENTRIX_LIBRARY_FILE);
     }
     ~script_host()
     {
