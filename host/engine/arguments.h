@@ -8,8 +8,8 @@
 
 namespace zentrix::host {
 
-/// The converted arguments of a host function, by position from 0. The getters of plain values require the kind that the
-/// prototype has at that position.
+/// The converted arguments of a host function, by position from 0. The getters of plain values require the kind that
+/// the prototype has at that position.
 class arguments
 {
   public:

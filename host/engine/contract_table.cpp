@@ -4,8 +4,8 @@
 #include "host/engine/marshalling.h"
 #include "host/engine/native_function.h"
 
-// Threads: as the contract says for each function. Every function is guarded: an exception becomes the contract's form of
-// failure.
+// Threads: as the contract says for each function. Every function is guarded: an exception becomes the contract's form
+// of failure.
 
 namespace zentrix::host {
 

@@ -18,7 +18,7 @@ namespace zentrix::host {
 
 struct engine_state;
 
-/// The features of the host that an engine stands in for.
+/// The features of the host that an engine represents.
 struct engine_options
 {
     /// Major version in the top byte, minor in the next, patch in the low 16 bits. Empty: the host reports no version.
@@ -61,9 +61,9 @@ struct held_report
     std::string text() const;
 };
 
-/// The stand-alone host: the host functions, the script functions of the library, and the contract's table through which
-/// the library reaches the host. The thread that constructs the engine is the main thread. The engine must outlive the
-/// library that is linked to it (see library.h). Images, tag groups and script objects do not depend on an engine.
+/// The stand-alone host: the host functions, the script functions of the library, and the contract's table through
+/// which the library reaches the host. The thread that constructs the engine is the main thread. The engine must
+/// outlive the library that is linked to it (see library.h). Images, tag groups and script objects need no engine.
 ///
 ///     engine host;
 ///     library zentrix{host, "Zentrix64.so"};

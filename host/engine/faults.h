@@ -32,8 +32,8 @@ struct fault
 ///     run(); const auto calls = engine.faults().count(fault_point::call);
 ///     for (k = 1..calls) { engine.faults().plan({fault_point::call, k}); run(); ... }
 ///
-/// A call that is made to fail is not carried out. Releasing calls ("UnlockMemory", "UnregisterCustomTool") are carried out
-/// before they fail, because the caller cannot recover from a missing release.
+/// A call that is made to fail is not carried out. Releasing calls ("UnlockMemory", "UnregisterCustomTool") are carried
+/// out before they fail, because the caller cannot recover from a missing release.
 class fault_plan
 {
   public:

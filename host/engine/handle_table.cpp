@@ -8,8 +8,8 @@ namespace zentrix::host {
 
 namespace {
 
-// Handles count up from an address that no process can map, so that following one by mistake fails at once. They contain
-// the object's kind, for messages about objects that no longer exist.
+// Handles count up from an address that no process can map, so that following one by mistake fails at once. They
+// contain the object's kind, for messages about objects that no longer exist.
 constexpr std::uint64_t handle_base = 0x5A00'0000'0000'0000u;
 constexpr std::uint64_t base_mask = 0xFF00'0000'0000'0000u;
 constexpr int kind_bits = 8;

@@ -9,9 +9,9 @@
 
 namespace zentrix::host {
 
-/// The library's references to host objects. The host_object* that the library receives is a number that is never reused
-/// and is not an address. A foreign pointer, a stale one and one release too many are therefore always detected, and no
-/// handle is ever followed. Breaches are recorded in the journal. Main thread only.
+/// The library's references to host objects. The host_object* that the library receives is a number that is never
+/// reused and is not an address. A foreign pointer, a stale one and one release too many are therefore always detected,
+/// and no handle is ever followed. Breaches are recorded in the journal. Main thread only.
 class handle_table
 {
   public:

@@ -8,7 +8,7 @@
 namespace zentrix::host {
 
 /// A running library: loaded, linked to an engine and started in the host's order. Closing runs the steps in reverse.
-/// Errors that the library reports while it starts do not stop it, as in any host; engine.records().errors() lists them.
+/// Errors that the library reports while it starts do not stop it; engine.records().errors() lists them.
 ///
 ///     engine host;
 ///     library zentrix{host, "Zentrix64.so"};
@@ -26,8 +26,8 @@ class library
     library(const library&) = delete;
     library& operator=(const library&) = delete;
 
-    /// Requests the close, prepares it, cleans up, shuts down and unlinks. Returns the answer of PlugInRequestClose; the
-    /// library is closed whatever it is. Further calls do nothing and return 0.
+    /// Requests the close, prepares it, cleans up, shuts down and unlinks. Returns the answer of PlugInRequestClose;
+    /// the library is closed whatever it is. Further calls do nothing and return 0.
     std::int32_t close();
 
   private:

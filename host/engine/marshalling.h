@@ -15,8 +15,8 @@ script_value default_value(const prototype_type& type);
 /// A plain value of the library in a script's form. Reference counts do not change.
 /// passed   the value
 /// type     the prototype's type; not an output parameter
-/// Throws   script_error, and records a violation, when the value is of another kind, does not name a live object, or is a
-///          null string
+/// Throws   script_error, and records a violation, when the value is of another kind, does not name a live object, or
+///          is a null string
 script_value from_library(handle_table& handles, journal& records, const host_value& passed,
                           const prototype_type& type);
 
@@ -28,8 +28,9 @@ object_ref string_for_library(const std::string& text);
 /// Throws  script_error as convert and string_for_library
 host_value counted_for_library(handle_table& handles, const script_value& value, const prototype_type& type);
 
-/// Carries out a call by the library: checks the plain arguments against the prototype, calls, stores outputs and result.
-/// result   may be null: no result is wanted
+/// Carries out a call by the library: checks the plain arguments against the prototype, calls, and stores the results.
+/// passed   the plain arguments
+/// result   place for the result; null: it is not needed
 /// Throws   script_error; outputs and result are then unchanged
 void call_for_library(function& callee, handle_table& handles, journal& records, std::span<const host_value> passed,
                       host_value* result);

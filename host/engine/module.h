@@ -20,8 +20,8 @@ struct library_entries
     host_entry shutdown = nullptr;
 };
 
-/// A loaded library file. It is never unloaded, because threads of the parallel runtime may still run code in it. Loading
-/// the same file again returns the same module in its present state.
+/// A loaded library file. It is never unloaded, because threads of the parallel runtime may still run code in it.
+/// Loading the same file again returns the same module in its present state.
 class module
 {
   public:

@@ -30,8 +30,7 @@ struct element
 ///   23            colour, 4 bytes
 ///   24, 25        blocks of 8 and 16 bytes
 ///   26            two complex numbers, 32 bytes
-/// These and HOST_ELEMENT_BINARY are copied as a whole and never computed with. Their sizes are this host's choice: all
-/// sizes that an element can have occur.
+/// These and HOST_ELEMENT_BINARY are copied as a whole and never computed with. Their sizes are this host's choice.
 std::span<const element> all_elements() noexcept;
 
 /// The element type of `code`. Throws  script_error for an unknown code

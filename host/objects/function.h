@@ -8,8 +8,8 @@
 
 namespace zentrix::host {
 
-/// The body of a function or method. The arguments are in prototype order and converted (see convert); an output parameter
-/// that the caller does not need is null. The first argument of a method is the script object.
+/// The body of a function or method. The arguments are in prototype order and converted (see convert); an output
+/// parameter that the caller does not need is null. The first argument of a method is the script object.
 /// Fails by throwing script_error (or any std::exception).
 using callable = std::function<script_value(std::span<const script_value> arguments)>;
 
@@ -35,8 +35,8 @@ using function_ref = std::shared_ptr<function>;
 function_ref make_function(std::string_view prototype_text, callable body);
 
 /// Converts the arguments to the types of the prototype, calls, and converts the result to the result type.
-/// Throws  script_error for a wrong number of arguments, wrong kinds or numbers out of range; also anything that the body
-///         throws
+/// Throws  script_error for a wrong number of arguments, wrong kinds or numbers out of range; also anything that the
+///         body throws
 script_value call_converted(function& callee, std::span<const script_value> arguments);
 
 }  // namespace zentrix::host

@@ -21,7 +21,7 @@ enum class access : std::uint32_t
 /// A typed image of one to three dimensions, x first, in memory of its own or of another owner.
 ///
 ///     auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, {{512, 512}});
-///     auto view = image::over("array", HOST_ELEMENT_FLOAT32, data, {{columns, rows}}, {{1, columns}}, access::write, owner);
+///     auto view = image::over("array", HOST_ELEMENT_FLOAT32, data, {{w, h}}, {{1, w}}, access::read, owner);
 class image : public object
 {
   public:

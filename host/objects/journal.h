@@ -79,9 +79,9 @@ class bounded_records
     std::size_t bytes_ = 0;
 };
 
-/// The records of an engine. Thread-safe. Memory is limited: of errors, output and dialogs the newest are kept, 1 MiB of
-/// each; of violations the first `most_violations`, since the first ones show the cause, and the number of all others. A
-/// caller that needs every record uses the listeners.
+/// The records of an engine. Thread-safe. Memory is limited: of errors, output and dialogs the newest are kept, 1 MiB
+/// of each; of violations the first `most_violations`, since the first ones show the cause, and the number of all
+/// others. A caller that needs every record uses the listeners.
 class journal
 {
   public:

@@ -29,8 +29,8 @@ constexpr bool is_counted(host_kind kind) noexcept { return kind >= HOST_STRING 
 constexpr bool is_object(host_kind kind) noexcept { return is_counted(kind) && kind != HOST_STRING; }
 
 /// Base of all objects that a script or the library can refer to. The host keeps them in std::shared_ptr. The library's
-/// references are counted separately, in the engine's handle_table, which distinguishes an object that the library forgot
-/// to release from one that a caller still uses.
+/// references are counted separately, in the engine's handle_table, which distinguishes an object that the library
+/// forgot to release from one that a caller still uses.
 class object : public std::enable_shared_from_this<object>
 {
   public:

@@ -59,8 +59,8 @@ function_ref script_object::find_method(const std::string& name, const prototype
 script_value call_method(const std::shared_ptr<script_object>& self, std::string_view prototype_text,
                          std::span<const script_value> arguments)
 {
-    const auto wanted = parse_prototype(prototype_text);
-    const auto method = require_method(self, wanted.name, wanted);
+    const auto signature = parse_prototype(prototype_text);
+    const auto method = require_method(self, signature.name, signature);
     std::vector<script_value> all{object_ref{self}};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return call_converted(*method, all);

@@ -38,8 +38,8 @@ class script_object : public object
     /// Throws  script_error when the prototype cannot be read
     void add_method(std::string_view prototype_text, callable body);
 
-    /// The method of that name and signature; null when there is none. Spaces and parameter names do not matter, because
-    /// scripts differ in them. The object's own methods take precedence over those of its class.
+    /// The method of that name and signature; null when there is none. Spaces and parameter names do not matter,
+    /// because scripts differ in them. The object's own methods take precedence over those of its class.
     virtual function_ref find_method(const std::string& name, const prototype& signature);
 
     std::string describe() const override { return "script object \"" + name_ + "\""; }
@@ -53,8 +53,8 @@ class script_object : public object
 /// Calls a method.
 /// prototype_text  prototype of the method, see script_object::find_method
 /// arguments       without the object itself
-/// Throws          script_error "Attempt to dispatch off a null object." when `self` is null; also when there is no such
-///                 method, and as call_converted
+/// Throws          script_error "Attempt to dispatch off a null object." when `self` is null; also when there is no
+///                 such method, and as call_converted
 script_value call_method(const std::shared_ptr<script_object>& self, std::string_view prototype_text,
                          std::span<const script_value> arguments = {});
 

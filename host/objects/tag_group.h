@@ -25,8 +25,8 @@ std::string text_of(const tag& value);
 /// A group of named tags, or a list of numbered tags. A path joins names with colons; "[2]" is the third tag:
 /// "Zentrix:Pages:[2]:Title". Names are case-sensitive.
 ///
-/// The virtual functions handle the group's own tags. Paths and conversions build on them, so that a class which represents
-/// a dictionary of another language needs to override only these functions.
+/// The virtual functions handle the group's own tags. Paths and conversions build on them, so that a class which
+/// represents a dictionary of another language needs to override only these functions.
 class tag_group : public object
 {
   public:
@@ -71,8 +71,8 @@ class tag_group : public object
 };
 
 /// A group or list of the host, in memory. Groups may be nested to any depth.
-/// Throws  script_error from set on a list and from insert and replace on a group; also when a group or list would contain
-///         itself, directly or inside others (groups of another language in between are not searched)
+/// Throws  script_error from set on a list and from insert and replace on a group; also when a group or list would
+///         contain itself, directly or inside others (groups of another language in between are not searched)
 class memory_tag_group : public tag_group
 {
   public:

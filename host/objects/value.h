@@ -14,9 +14,9 @@ struct cell;
 /// An output parameter. The function sees the cell's value and may replace it; the caller keeps the cell.
 using cell_ref = std::shared_ptr<cell>;
 
-/// A value of a script: nothing (a null reference, or the result of a void function), an integer, a real number, a complex
-/// number, a text, an object, an output parameter, or a pointer (used by host functions for memory only). Truth values are
-/// the integers 0 and 1. A null object_ref is equivalent to nothing.
+/// A value of a script: nothing (a null reference, or the result of a void function), an integer, a real number, a
+/// complex number, a text, an object, an output parameter, or a pointer (used by host functions for memory only). Truth
+/// values are the integers 0 and 1. A null object_ref is equivalent to nothing.
 using script_value =
     std::variant<std::monostate, std::int64_t, double, std::complex<double>, std::string, object_ref, cell_ref, void*>;
 

@@ -173,7 +173,8 @@ TEST(ContractTable, ReplacesAndCountsTheObjectsInOutputsUnlessOneIsRefused)
     EXPECT_EQ(host.report().text(), "");
 }
 
-/// An object of another language. Its description runs code there, which drops the library's reference to another object.
+/// An object of another language. Its description runs code there, which drops the library's reference to another
+/// object.
 struct foreign_object : object
 {
     foreign_object() : object{object_kind::script_object} {}

@@ -1,5 +1,5 @@
-/* A small library in plain C that uses the contract alone. The host's tests load it. Its script function breaks the rules
- * of the contract on demand. Each entry point reports its name to the error manager. */
+/* A small library in plain C that uses the contract alone. The host's tests load it. Its script function breaks the
+ * rules of the contract on demand. Each entry point reports its name to the error manager. */
 #include "contract/host_link.h"
 
 #include <stddef.h>
@@ -54,7 +54,8 @@ static int32_t call_host(const char* prototype, const host_value* arguments, uin
 static int32_t fail(host_object** error, const char* text)
 {
     host_value argument = object_value(HOST_STRING, make_string(text)), made;
-    if (!call_host("Throwable NewThrowableFromString( dm_string )", &argument, 1, &made, error)) *error = made.as.object;
+    if (call_host("Throwable NewThrowableFromString( dm_string )", &argument, 1, &made, error) == 0)
+        *error = made.as.object;
     release(argument.as.object);
     return 1;
 }
