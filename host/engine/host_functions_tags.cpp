@@ -18,12 +18,6 @@ script_value answer(const arguments& passed, const std::optional<T>& found)
     return std::int64_t{found.has_value()};
 }
 
-void write(engine_state& state, const arguments& passed, tag value)
-{
-    passed.tags(0)->write(passed.text(1), value);
-    if (const auto& listener = state.records->listening.tag_write) listener(passed.text(1), text_of(value));
-}
-
 void register_readers(engine_state& state)
 {
     state.add_host_function("Boolean TagGroupGetTagAsFloat( TagGroup, string, float * )", [](const arguments& passed) {
@@ -49,18 +43,18 @@ void register_readers(engine_state& state)
 void register_writers(engine_state& state)
 {
     state.add_host_function("void TagGroupSetTagAsFloat( TagGroup, string, float )",
-                            [&state](const arguments& passed) -> script_value {
-                                write(state, passed, static_cast<float>(passed.real(2)));
+                            [](const arguments& passed) -> script_value {
+                                passed.tags(0)->write(passed.text(1), static_cast<float>(passed.real(2)));
                                 return {};
                             });
     state.add_host_function("void TagGroupSetTagAsLong( TagGroup, string, long )",
-                            [&state](const arguments& passed) -> script_value {
-                                write(state, passed, passed.integer_as<std::int32_t>(2));
+                            [](const arguments& passed) -> script_value {
+                                passed.tags(0)->write(passed.text(1), passed.integer_as<std::int32_t>(2));
                                 return {};
                             });
     state.add_host_function("void TagGroupSetTagAsString( TagGroup, string, dm_string )",
-                            [&state](const arguments& passed) -> script_value {
-                                write(state, passed, passed.text(2));
+                            [](const arguments& passed) -> script_value {
+                                passed.tags(0)->write(passed.text(1), passed.text(2));
                                 return {};
                             });
     state.add_host_function("void TagGroupInsertTagAsTagGroup( TagGroup, long, TagGroup )",

@@ -6,7 +6,6 @@
 #include <map>
 #include <mutex>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace zentrix::host {
@@ -52,8 +51,6 @@ struct listeners
     std::function<void(const error_record&)> error;
     std::function<void(const output_record&)> output;
     std::function<void(const dialog_record&)> dialog;
-    /// A tag written by the library, with its value as text.
-    std::function<void(std::string_view path, const std::string& value)> tag_write;
 };
 
 /// The records of one kind, up to a limit of memory.

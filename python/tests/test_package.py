@@ -35,8 +35,8 @@ def test_an_installed_tree_works_by_itself(tmp_path):
     load = [sys.executable, "-c", program]
     call = [tmp_path / "bin/zentrix", "call", "ZXPadSize", "100"]
 
-    def run(command):
-        environment = {**os.environ, "PYTHONPATH": str(module)}
+    def run(command, **variables):
+        environment = {**os.environ, "PYTHONPATH": str(module), **variables}
         return subprocess.run(command, env=environment, cwd=tmp_path, capture_output=True, text=True, check=False)
 
     assert run(load).stdout.split() == [str(module / "zentrix/Zentrix64.so"), "112"]
@@ -51,6 +51,7 @@ def test_an_installed_tree_works_by_itself(tmp_path):
     for command in (load, call):
         refused = run(command)
         assert refused.returncode == 1 and "Zentrix64.so" in refused.stderr
+        assert run(command, ZENTRIX_LIBRARY=str(tmp_path / "Zentrix64.so")).returncode == 0
 
 
 def test_the_example_corrects_and_plots(tmp_path):

