@@ -123,9 +123,10 @@ TEST(RunningLibrary, IsReportedWithTheObjectsThatItStillHolds)
     EXPECT_EQ(locked.use_count(), 1);
 }
 
-TEST(ContractTable, RefusesOtherThreadsWhereOnlyTheMainThreadMayCall)
+TEST(ContractTable, RefusesOtherThreadsWhereOnlyTheMainThreadMayCallAndLetsNoExceptionOut)
 {
     engine host;
+    host.records().listening.error = [](const error_record&) { throw script_error{"by a listener"}; };
     auto* link = host.link();
     host_object* text = link->table->string_new(link, "a", 1);
     std::thread{[&] {
@@ -133,10 +134,13 @@ TEST(ContractTable, RefusesOtherThreadsWhereOnlyTheMainThreadMayCall)
         EXPECT_EQ(link->table->find_function(link, "TagGroup NewTagGroup(  )"), nullptr);
         link->table->trace_add(link, "counter", 5);
         link->table->report_error(link, 28802, "on another thread");
+        link->table->add_reference(link);
+        for (int i = 0; i < 2; ++i) link->table->release(link);
     }}.join();
     EXPECT_THAT(host.records().violations(),
                 ElementsAre("object_release is called on a thread other than the main thread.",
-                            "find_function is called on a thread other than the main thread."));
+                            "find_function is called on a thread other than the main thread.",
+                            "The link is released more often than it was referenced."));
     EXPECT_STREQ(link->table->string_text(link, text, nullptr), "a");
     EXPECT_EQ(host.records().traces()["counter"].ticks, 5);
     EXPECT_EQ(host.records().errors().at(0).code, 28802u);
