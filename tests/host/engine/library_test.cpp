@@ -152,9 +152,9 @@ TEST(ContractTable, ReplacesAndCountsTheObjectsInOutputsUnlessOneIsRefused)
     auto* link = host.link();
     const auto& table = *link->table;
     const char prototype[] = "void Read( dm_string *, dm_string * )";
-    std::string second = "b";
+    std::string first = "a", second = "b";
     const auto body = [&](std::span<const script_value> cells) -> script_value {
-        std::get<cell_ref>(cells[0])->value = "a" + second;
+        std::get<cell_ref>(cells[0])->value = first;
         std::get<cell_ref>(cells[1])->value = second;
         return {};
     };
@@ -168,9 +168,10 @@ TEST(ContractTable, ReplacesAndCountsTheObjectsInOutputsUnlessOneIsRefused)
     }
     host_object *read = table.find_function(link, prototype), *error = nullptr;
     EXPECT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 0);
+    first = "c";
     second = std::string{"\0", 1};
     EXPECT_EQ(table.call(link, read, arguments, 2, nullptr, &error), 1);
-    EXPECT_STREQ(table.string_text(link, cells[0].as.object, nullptr), "ab");
+    EXPECT_STREQ(table.string_text(link, cells[0].as.object, nullptr), "a");
     EXPECT_STREQ(table.string_text(link, cells[1].as.object, nullptr), "b");
     for (auto* held : {cells[0].as.object, cells[1].as.object, read, error}) table.object_release(link, held);
     EXPECT_EQ(host.report().text(), "");
