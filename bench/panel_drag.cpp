@@ -110,7 +110,7 @@ int main()
     engine_options options;
     options.file_exists = [](const std::string&) { return true; };
     engine host{options};
-    library zentrix{host, find_library_file()};
+    library zentrix{host, ZENTRIX_LIBRARY_FILE};
     const auto wave = noise();
     drag(host, wave, display_mode::modulus, "modulus");
     drag(host, wave, display_mode::log_modulus, "log");

@@ -1,7 +1,8 @@
-# cmake --install build/release --prefix WHERE: the program, the library, the Python module in the folder that Debian's
-# interpreter searches below its own prefixes, and the headers with which a C++ module calls the warps.
+# cmake --install build/release --prefix WHERE: the program and the library in one folder, since the program loads the
+# library from no other; the Python package with a library of its own for the same reason, where Debian's interpreter looks
+# for packages below its prefixes; the headers that a C++ module needs to call the warps.
 install(TARGETS zentrix_program RUNTIME DESTINATION bin)
-install(TARGETS Zentrix64 RUNTIME DESTINATION bin LIBRARY DESTINATION lib ARCHIVE DESTINATION lib)
+install(TARGETS Zentrix64 RUNTIME DESTINATION bin LIBRARY DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES src/warp/warp.h DESTINATION include/zentrix64/warp)
 install(FILES src/image/image.h DESTINATION include/zentrix64/image)
 install(FILES README.md CHANGELOG.md LICENSE DESTINATION share/doc/zentrix64)
@@ -9,6 +10,6 @@ install(DIRECTORY docs examples DESTINATION share/doc/zentrix64
     PATTERN CMakeLists.txt EXCLUDE PATTERN __pycache__ EXCLUDE)
 if(NOT WIN32)
     set(python_folder lib/python${Python_VERSION_MAJOR}.${Python_VERSION_MINOR}/dist-packages/zentrix)
-    install(TARGETS zentrix_python LIBRARY DESTINATION ${python_folder})
+    install(TARGETS zentrix_python Zentrix64 LIBRARY DESTINATION ${python_folder})
     install(FILES ${python_package_files} DESTINATION ${python_folder})
 endif()

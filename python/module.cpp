@@ -65,7 +65,6 @@ PYBIND11_MODULE(_core, module)
     add_session(module);
     add_correction(module);
     module.def("notifications", &notifications);
-    module.def("find_library_file", &host::find_library_file);
 }
 
 }  // namespace zentrix::python

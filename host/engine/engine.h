@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/engine/faults.h"
-#include "host/engine/functions.h"
+#include "host/engine/function_table.h"
 #include "host/objects/image.h"
 #include "host/objects/journal.h"
 #include "host/objects/script_object.h"
@@ -16,26 +16,28 @@
 
 namespace zentrix::host {
 
-/// What kind of host an engine plays.
+struct engine_state;
+
+/// The features of the host that an engine represents.
 struct engine_options
 {
-    /// Major in the top byte, minor in the next, patch in the low 16 bits; nothing: the host tells no version.
+    /// Major version in the top byte, minor in the next, patch in the low 16 bits. Empty: the host reports no version.
     std::optional<std::uint32_t> version = 0x03320000;
     bool has_error_manager = true;
     /// False: "void WriteOutputWindow( ... )" does not exist.
     bool has_output_window = true;
-    /// Further host prototypes, by their exact text, that this host does not have.
+    /// Exact texts of further host prototypes that this host does not have.
     std::vector<std::string> withheld = {};
-    /// Answers DoesFileExist; the file system does when empty.
+    /// Implements DoesFileExist. Empty: the file system is asked.
     std::function<bool(const std::string& path)> file_exists = {};
-    /// Reads the picture file for OpenImage; fails with script_error. When empty, OpenImage fails.
+    /// Implements OpenImage; fails with script_error. Empty: OpenImage always fails.
     std::function<image_ref(const std::string& path)> open_image = {};
-    /// Compare the pixels before and after each read lock, and record it when they changed. Costs two passes.
+    /// Compares the pixels before and after each read lock, and records a violation when they differ. Costs two passes.
     bool check_read_locks = false;
     listeners listening = {};
 };
 
-/// A floating window that the library registered. `window` is the open window (an HWND), null while there is none.
+/// A floating window that the library registered.
 struct floating_window
 {
     std::string title;
@@ -43,10 +45,10 @@ struct floating_window
     void* context;
     void*(HOST_CALL* create)(void* context, void* parent);
     void(HOST_CALL* destroy)(void* context, void* window);
-    void* window = nullptr;
+    void* window = nullptr;  ///< the open window (an HWND); null while closed
 };
 
-/// What the library still held when asked. Each line names the object and its count.
+/// What the library holds. Each line names an object and its count.
 struct held_report
 {
     std::vector<std::string> references;  ///< host objects
@@ -55,13 +57,13 @@ struct held_report
     std::vector<std::string> violations;  ///< breaches of the contract so far
 
     bool clean() const { return references.empty() && locks.empty() && others.empty() && violations.empty(); }
-    /// All lines, each ended; empty when clean.
+    /// All lines, each with a line end; empty when clean.
     std::string text() const;
 };
 
-/// The stand-alone host: all host functions, the library's script functions, and the contract's table in front of them.
-/// The thread that makes the engine is the main thread. An engine outlives the library that is linked to it (library.h
-/// does the linking). Images, tag groups and script objects need no engine to be made.
+/// The stand-alone host: the host functions, the script functions of the library, and the contract's table through
+/// which the library reaches the host. The thread that constructs the engine is the main thread. The engine must
+/// outlive the library that is linked to it (see library.h). Images, tag groups and script objects need no engine.
 ///
 ///     engine host;
 ///     library zentrix{host, "Zentrix64.so"};
@@ -74,12 +76,14 @@ class engine
     engine(const engine&) = delete;
     engine& operator=(const engine&) = delete;
 
-    /// What DMPlugIn_Link_2 gets.
+    /// The link to pass to DMPlugIn_Link_2.
     host_link* link() noexcept;
 
-    /// Calls a script function by name: finds the overload, converts the arguments, calls, converts back. Output
-    /// parameters are cells (make_cell); they keep their values when the call fails.
-    /// Throws  script_error with the text that a script's user would read
+    /// Calls a script function: finds the overload, converts the arguments, calls it and converts the result.
+    /// name       name of a function of the host or the library
+    /// arguments  in prototype order; output parameters are cells (make_cell), which keep their values when the call
+    ///            fails
+    /// Throws     script_error with the text that the user of a script would read
     script_value call(std::string_view name, std::span<const script_value> arguments);
     script_value call(std::string_view name, std::initializer_list<script_value> arguments);
 
@@ -90,24 +94,26 @@ class engine
     /// True on the thread that made the engine.
     bool on_main_thread() const noexcept;
 
-    /// The registered floating windows in order. A program opens one with `open`: creates its window as a child of
-    /// `parent` (hidden), or returns the one that is open; null when the library could not. Closing destroys it.
+    /// The registered floating windows in the order of registration.
     const std::vector<floating_window>& windows() const noexcept;
+    /// Creates a registered window, hidden, as a child of `parent`; returns the present window if it is open already.
+    /// Returns null when the library could not create it.
+    /// Throws  script_error when no window of that title is registered
     void* open(std::string_view title, void* parent);
+    /// Destroys an open window; does nothing otherwise.
     void close(std::string_view title);
 
-    /// What the library holds now. After its shut-down and DMPlugIn_Link_2(null) this has to be clean; before, it has the
-    /// host functions that the library keeps for their next call, and what it registered.
+    /// What the library holds now. The report must be clean after the library's shut-down and DMPlugIn_Link_2(null).
+    /// Before that it contains the registrations and the host functions that the library keeps for further calls.
     held_report report() const;
-    /// Drops what the library holds, so that one engine can go on after a report.
+    /// Releases everything that the library holds, so that the engine can be used further.
     void forget_held();
 
-    /// The engine's inside, for the sources in this folder.
-    struct inside;
-    inside& in() noexcept { return *inside_; }
+    /// For the sources in this folder.
+    engine_state& state() noexcept { return *state_; }
 
   private:
-    std::unique_ptr<inside> inside_;
+    std::unique_ptr<engine_state> state_;
 };
 
 }  // namespace zentrix::host

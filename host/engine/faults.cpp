@@ -18,7 +18,7 @@ void fault_plan::clear()
     fired_ = 0;
 }
 
-bool fault_plan::strikes(fault_point point, std::string_view prototype)
+bool fault_plan::should_fail(fault_point point, std::string_view prototype)
 {
     ++counts_[static_cast<std::size_t>(point)];
     if (!planned_ || planned_->point != point) return false;

@@ -8,8 +8,8 @@ namespace zentrix::host {
 
 namespace {
 
-// Handles count up from an address that no process can map, so following one by mistake fails at once. The kind is
-// kept in the handle for messages about objects that are gone.
+// Handles count up from an address that no process can map, so that following one by mistake fails at once. They
+// contain the object's kind, for messages about objects that no longer exist.
 constexpr std::uint64_t handle_base = 0x5A00'0000'0000'0000u;
 constexpr std::uint64_t base_mask = 0xFF00'0000'0000'0000u;
 constexpr int kind_bits = 8;
@@ -26,47 +26,47 @@ std::string label_of(std::uint64_t number)
 
 }  // namespace
 
-host_object* handle_table::handle_of(const object_ref& wanted)
+host_object* handle_table::handle_of(const object_ref& object)
 {
-    const auto found = handles_.find(wanted.get());
+    const auto found = handles_.find(object.get());
     if (found != handles_.end()) return handle_from(found->second);
-    const auto number = handle_base | (next_++ << kind_bits) | static_cast<std::uint64_t>(wanted->kind());
-    entries_[number].held = wanted;
-    handles_[wanted.get()] = number;
+    const auto number = handle_base | (next_++ << kind_bits) | static_cast<std::uint64_t>(object->kind());
+    entries_[number].held = object;
+    handles_[object.get()] = number;
     return handle_from(number);
 }
 
-handle_table::entry* handle_table::find(host_object* handle, const char* doing)
+handle_table::entry* handle_table::find(host_object* handle, const char* action)
 {
     const auto number = number_of(handle);
     const auto found = entries_.find(number);
     if (found != entries_.end()) return &found->second;
-    const bool was_ours = (number & base_mask) == handle_base && (number & ~base_mask) >> kind_bits < next_;
-    journal_.add_violation(was_ours ? label_of(number) + " is " + doing + " after its last release."
-                                    : std::string{"A pointer that is no host object is "} + doing + ".");
+    const bool was_valid = (number & base_mask) == handle_base && (number & ~base_mask) >> kind_bits < next_;
+    records_.add_violation(was_valid ? label_of(number) + " is " + action + " after its last release."
+                                     : std::string{"A pointer that is not a host object is "} + action + ".");
     return nullptr;
 }
 
-handle_table::entry& handle_table::require(host_object* handle, const char* doing)
+handle_table::entry& handle_table::require(host_object* handle, const char* action)
 {
-    auto* found = find(handle, doing);
-    if (!found) throw script_error{"An object that is not alive is " + std::string{doing} + "."};
+    auto* found = find(handle, action);
+    if (!found) throw script_error{"An object that is not alive is " + std::string{action} + "."};
     return *found;
 }
 
 void handle_table::drop_if_unused(host_object* handle)
 {
     const auto found = entries_.find(number_of(handle));
-    if (found == entries_.end() || found->second.references + found->second.lent > 0) return;
+    if (found == entries_.end() || found->second.references + found->second.loans > 0) return;
     handles_.erase(found->second.held.get());
-    const auto dying = std::move(found->second.held);  // its destructor may come back here
+    const auto dying = std::move(found->second.held);  // its destructor may call this table
     entries_.erase(found);
 }
 
-host_object* handle_table::give(const object_ref& given)
+host_object* handle_table::give(const object_ref& object)
 {
-    if (!given) return nullptr;
-    auto* handle = handle_of(given);
+    if (!object) return nullptr;
+    auto* handle = handle_of(object);
     ++entries_[number_of(handle)].references;
     return handle;
 }
@@ -94,31 +94,32 @@ void handle_table::release(host_object* handle)
     auto* found = find(handle, "released");
     if (!found) return;
     if (found->references == 0) {
-        journal_.add_violation(label_of(number_of(handle)) + ", which was only lent, is released.");
+        records_.add_violation(label_of(number_of(handle)) + ", which was only lent, is released.");
         return;
     }
     --found->references;
     drop_if_unused(handle);
 }
 
-host_object* handle_table::lend(const object_ref& lent)
+host_object* handle_table::lend(const object_ref& object)
 {
-    if (!lent) return nullptr;
-    auto* handle = handle_of(lent);
-    ++entries_[number_of(handle)].lent;
+    if (!object) return nullptr;
+    auto* handle = handle_of(object);
+    ++entries_[number_of(handle)].loans;
     return handle;
 }
 
-void handle_table::take_back(host_object* handle)
+void handle_table::end_loan(host_object* handle)
 {
     if (!handle) return;
-    --entries_[number_of(handle)].lent;
+    --entries_[number_of(handle)].loans;
     drop_if_unused(handle);
 }
 
 std::vector<std::string> handle_table::held() const
 {
-    std::vector<std::pair<std::uint64_t, entry>> ordered;  // copies: a description may run code that changes the table
+    // Copies, because describe() may run foreign code that changes the table.
+    std::vector<std::pair<std::uint64_t, entry>> ordered;
     for (const auto& [number, one] : entries_)
         if (one.references > 0) ordered.emplace_back(number & ~base_mask, one);
     std::ranges::sort(ordered, {}, [](const auto& one) { return one.first; });

@@ -1,50 +1,45 @@
-#include "host/engine/arguments.h"
-#include "host/engine/engine_inside.h"
+#include "host/engine/host_functions.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::host {
 
 namespace {
 
-using values = std::span<const script_value>;
-
-void add_messages(engine::inside& to)
+void register_messages(engine_state& state)
 {
-    to.add_host_function("void OkDialog( string )", [&to](values list) -> script_value {
-        to.records->add_dialog({arguments{list}.text(0), -1});
+    state.add_host_function("void OkDialog( string )", [&state](const arguments& passed) -> script_value {
+        state.records->add_dialog({passed.text(0), -1});
         return {};
     });
-    to.add_host_function("void ShowAlert( dm_string, long )", [&to](values list) -> script_value {
-        const arguments given{list};
-        to.records->add_dialog({given.text(0), given.integer(1)});
+    state.add_host_function("void ShowAlert( dm_string, long )", [&state](const arguments& passed) -> script_value {
+        state.records->add_dialog({passed.text(0), passed.integer(1)});
         return {};
     });
-    if (!to.options.has_output_window) return;
-    to.add_host_function("void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )",
-                         [&to](values list) -> script_value {
-                             const arguments given{list};
-                             to.records->add_output({given.text(0), given.integer_as<std::uint32_t>(1), given.text(2)});
-                             return {};
-                         });
+    if (!state.options.has_output_window) return;
+    state.add_host_function(
+        "void WriteOutputWindow( dm_string module_name, uint32 output_type, dm_string text )",
+        [&state](const arguments& passed) -> script_value {
+            state.records->add_output({passed.text(0), passed.integer_as<std::uint32_t>(1), passed.text(2)});
+            return {};
+        });
 }
 
 }  // namespace
 
-void add_window_functions(engine::inside& to)
+void register_window_functions(engine_state& state)
 {
-    add_messages(to);
-    to.add_host_function("bool DoesFileExist( dm_string )", [&to](values list) {
-        const auto& path = arguments{list}.text(0);
-        const bool exists =
-            to.options.file_exists ? to.options.file_exists(path) : std::filesystem::exists(system_path(path));
-        return std::int64_t{exists};
+    register_messages(state);
+    state.add_host_function("bool DoesFileExist( dm_string )", [&state](const arguments& passed) {
+        const auto& path = passed.text(0);
+        const auto& file_exists = state.options.file_exists;
+        return std::int64_t{file_exists ? file_exists(path) : std::filesystem::exists(system_path(path))};
     });
-    to.add_host_function("uint64 RegisterCustomTool( uint64, string, uint64 )", [&to](values list) {
-        to.custom_tools[++to.last_custom_tool] = arguments{list}.text(1);
-        return static_cast<std::int64_t>(to.last_custom_tool);
+    state.add_host_function("uint64 RegisterCustomTool( uint64, string, uint64 )", [&state](const arguments& passed) {
+        state.custom_tools[++state.last_custom_tool] = passed.text(1);
+        return static_cast<std::int64_t>(state.last_custom_tool);
     });
-    to.add_host_function("void UnregisterCustomTool( uint64 )", [&to](values list) -> script_value {
-        if (to.custom_tools.erase(arguments{list}.integer_as<std::uint64_t>(0)) == 0)
+    state.add_host_function("void UnregisterCustomTool( uint64 )", [&state](const arguments& passed) -> script_value {
+        if (state.custom_tools.erase(passed.integer_as<std::uint64_t>(0)) == 0)
             throw script_error{"There is no such custom tool."};
         return {};
     });

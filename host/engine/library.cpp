@@ -28,18 +28,19 @@ library::~library()
 {
     try {
         close();
-    } catch (const std::exception& thrown) {  // no entry point throws; this is for what may come of memory
+    } catch (const std::exception& thrown) {  // entry points do not throw, but memory may run out
         std::fprintf(stderr, "closing the library: %s\n", thrown.what());
     }
 }
 
 void library::start()
 {
-    if (!engine_.on_main_thread()) throw script_error{"The library is loaded on the host's main thread only."};
+    if (!engine_.on_main_thread()) throw script_error{"The library must be loaded on the host's main thread."};
     const auto version = entries_.get_version();
     if (version != HOST_LINK_PROTOCOL)
-        throw script_error{"The library speaks version " + std::to_string(version) +
-                           " of the linking protocol, this host version " + std::to_string(HOST_LINK_PROTOCOL) + "."};
+        throw script_error{"The library uses version " + std::to_string(version) +
+                           " of the linking protocol, but this host uses version " +
+                           std::to_string(HOST_LINK_PROTOCOL) + "."};
     entries_.link(engine_.link());
     entries_.register_floating_windows();
     entries_.startup();
@@ -58,16 +59,6 @@ std::int32_t library::close()
     entries_.shutdown();
     entries_.link(nullptr);
     return answer;
-}
-
-script_value library::call(std::string_view name, std::span<const script_value> arguments)
-{
-    return engine_.call(name, arguments);
-}
-
-script_value library::call(std::string_view name, std::initializer_list<script_value> arguments)
-{
-    return engine_.call(name, arguments);
 }
 
 }  // namespace zentrix::host

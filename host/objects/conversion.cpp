@@ -9,10 +9,6 @@ namespace zentrix::host {
 
 namespace {
 
-object_kind object_kind_of(host_kind kind) { return static_cast<object_kind>(kind); }
-
-bool is_object(host_kind kind) { return kind >= HOST_IMAGE && kind <= HOST_THROWABLE; }
-
 bool is_integer(host_kind kind) { return kind == HOST_INT32 || kind == HOST_UINT32 || kind == HOST_UINT64; }
 
 std::optional<int> number_cost(const script_value& value, int integer, int real, std::optional<int> complex)
@@ -27,7 +23,7 @@ std::optional<int> object_cost(const script_value& value, const prototype_type& 
 {
     if (is_null(value)) return std::holds_alternative<cell_ref>(value) ? std::nullopt : std::optional{1};
     const auto* held = std::get_if<object_ref>(&value);
-    if (!held || (*held)->kind() != object_kind_of(type.kind)) return std::nullopt;
+    if (!held || (*held)->kind() != static_cast<object_kind>(type.kind)) return std::nullopt;
     if (const auto* picture = dynamic_cast<const image*>(held->get()))
         return (picture->type().meaning == element_class::complex) == type.is_complex_image() ? 0 : 1;
     return 0;
@@ -38,7 +34,7 @@ T checked(From number)
 {
     try {
         if constexpr (std::is_floating_point_v<From>)
-            if (std::isnan(number)) throw boost::numeric::bad_numeric_cast{};  // passes every comparison with a limit
+            if (std::isnan(number)) throw boost::numeric::bad_numeric_cast{};  // numeric_cast lets it pass
         return boost::numeric_cast<T>(number);
     } catch (const boost::numeric::bad_numeric_cast& refused) {
         throw script_error{refused.what()};

@@ -5,7 +5,7 @@
 
 namespace zentrix::host {
 
-/// What an element's bytes mean, as far as the host treats them differently.
+/// The meaning of an element's bytes, as far as the host distinguishes it.
 enum class element_class
 {
     signed_integer,
@@ -24,16 +24,13 @@ struct element
     const char* name;
 };
 
-/// All element types, by code:
-///   6, 9          1 byte unsigned, signed         10, 1     2 bytes unsigned, signed
-///   11, 7         4 bytes unsigned, signed        2, 12     real of 4 and 8 bytes
-///   3, 13         complex of 8 and 16 bytes       14        binary, 1 byte
-///   23            colour, 4 bytes                 24, 25    integer of 8, 16 bytes, carried only
+/// All element types, by code: those of host_element, and
 ///   8, 15         colour of three 1-byte channels, 3 bytes
-///   17, 18, 19    colour of three 2-, 4-, 8-byte channels: 6, 12, 24 bytes
+///   17, 18, 19    colour of three 2-, 4- and 8-byte channels: 6, 12 and 24 bytes
+///   23            colour, 4 bytes
+///   24, 25        blocks of 8 and 16 bytes
 ///   26            two complex numbers, 32 bytes
-/// The codes of the last three rows, and 14, 23 to 25, are moved as a whole and never computed with. Their sizes are
-/// this host's choice: 24 and 25 have the sizes that other 8- and 16-byte elements have, the others sizes of their own.
+/// These and HOST_ELEMENT_BINARY are copied as a whole and never computed with. Their sizes are this host's choice.
 std::span<const element> all_elements() noexcept;
 
 /// The element type of `code`. Throws  script_error for an unknown code

@@ -11,10 +11,10 @@ namespace zentrix::host {
 
 namespace {
 
-/// Sizes and strides cross the contract as 32-bit signed integers.
+/// The contract has sizes and strides as 32-bit signed integers.
 constexpr std::ptrdiff_t largest_stride = std::numeric_limits<std::int32_t>::max();
 
-/// A larger request is a mistake that the system need not even be asked for.
+/// A larger request is certainly a mistake.
 constexpr std::uint64_t most_bytes = std::uint64_t{1} << 40;
 
 std::string size_text(const std::array<std::uint32_t, 3>& sizes, std::size_t dimensions)
@@ -46,14 +46,14 @@ using float_converter = void (*)(const image& from, float* to);
 float_converter converter_of(std::uint32_t code)
 {
     switch (code) {
-        case 1: return to_float<std::int16_t>;
-        case 2: return to_float<float>;
-        case 6: return to_float<std::uint8_t>;
-        case 7: return to_float<std::int32_t>;
-        case 9: return to_float<std::int8_t>;
-        case 10: return to_float<std::uint16_t>;
-        case 11: return to_float<std::uint32_t>;
-        case 12: return to_float<double>;
+        case HOST_ELEMENT_INT16: return to_float<std::int16_t>;
+        case HOST_ELEMENT_FLOAT32: return to_float<float>;
+        case HOST_ELEMENT_UINT8: return to_float<std::uint8_t>;
+        case HOST_ELEMENT_INT32: return to_float<std::int32_t>;
+        case HOST_ELEMENT_INT8: return to_float<std::int8_t>;
+        case HOST_ELEMENT_UINT16: return to_float<std::uint16_t>;
+        case HOST_ELEMENT_UINT32: return to_float<std::uint32_t>;
+        case HOST_ELEMENT_FLOAT64: return to_float<double>;
         default: return nullptr;
     }
 }
@@ -67,7 +67,7 @@ image::image(std::string name, std::uint32_t code, std::span<const std::uint32_t
     if (dimensions_ == 0) throw script_error{"An image needs at least one dimension."};
     std::ranges::copy(sizes, sizes_.begin());
     if (std::ranges::find(sizes_, 0u) != sizes_.end())
-        throw script_error{"An image of " + size_text(sizes_, dimensions_) + " elements has no element."};
+        throw script_error{"An image of " + size_text(sizes_, dimensions_) + " elements is empty."};
 }
 
 void image::set_contiguous() noexcept { strides_ = {1, sizes_[0], static_cast<std::ptrdiff_t>(sizes_[0]) * sizes_[1]}; }
@@ -89,8 +89,8 @@ void image::own_memory()
                       plane * sizes_[2] <= most_bytes / type_->bytes;
     void* bytes = fits ? std::calloc(plane * sizes_[2], type_->bytes) : nullptr;
     if (!bytes)
-        throw script_error{"There is no memory for an image of " + size_text(sizes_, dimensions_) + " elements of " +
-                           std::to_string(type_->bytes) + " bytes."};
+        throw script_error{"There is not enough memory for an image of " + size_text(sizes_, dimensions_) +
+                           " elements of " + std::to_string(type_->bytes) + " bytes."};
     memory_ = std::shared_ptr<void>{bytes, std::free};
     data_ = bytes;
     set_contiguous();
@@ -107,7 +107,7 @@ image_ref image::over(std::string name, std::uint32_t code, void* data, std::spa
                       std::span<const std::ptrdiff_t> strides, access allowed, std::shared_ptr<void> keep_alive)
 {
     image_ref made{new image{std::move(name), code, sizes}};
-    if (!data) throw script_error{"An image over other memory needs a pointer to it."};
+    if (!data) throw script_error{"An image over the caller's memory needs a pointer to it."};
     if (strides.size() != sizes.size()) throw script_error{"An image needs a stride for each dimension."};
     made->set_contiguous();
     std::ranges::copy(strides, made->strides_.begin());
@@ -142,8 +142,8 @@ void image::convert_to_float()
     const auto converter = converter_of(code());
     if (!converter) throw script_error{describe() + " cannot be converted to float."};
     if (locks() > 0) throw script_error{describe() + " is locked and cannot be converted."};
-    if (code() == 2) return;
-    const auto converted = create(name_, 2, std::span{sizes_}.first(dimensions_));
+    if (code() == HOST_ELEMENT_FLOAT32) return;
+    const auto converted = create(name_, HOST_ELEMENT_FLOAT32, std::span{sizes_}.first(dimensions_));
     converter(*this, static_cast<float*>(converted->data_));
     type_ = converted->type_;
     strides_ = converted->strides_;

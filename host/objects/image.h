@@ -18,73 +18,77 @@ enum class access : std::uint32_t
     write = HOST_LOCK_WRITE
 };
 
-/// A typed image of one to three dimensions, x first, in memory of its own or of someone else's.
+/// A typed image of one to three dimensions, x first, in memory of its own or of another owner.
 ///
-///     auto wave = image::create("wave", 3, {{512, 512}});
-///     auto view = image::over("array", 2, data, {{cols, rows}}, {{1, cols}}, access::write, array_owner);
+///     auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, {{512, 512}});
+///     auto view = image::over("array", HOST_ELEMENT_FLOAT32, data, {{w, h}}, {{1, w}}, access::read, owner);
 class image : public object
 {
   public:
-    /// A new image, all zero, contiguous (strides 1, width, width * height).
-    /// Throws  script_error "num_dim <= kMaxDim" for more than three dimensions, or naming the size or memory that
-    ///         cannot be had
+    /// A new contiguous image, all zero.
+    /// name    for messages and ImageGetName
+    /// code    element type, see element.h
+    /// sizes   elements along each dimension, 1 or more
+    /// Throws  script_error "num_dim <= kMaxDim" for more than three dimensions; a text that names the size when it is
+    ///         empty or the memory is not enough
     static std::shared_ptr<image> create(std::string name, std::uint32_t code, std::span<const std::uint32_t> sizes);
 
-    /// An image over memory that stays the caller's: no copy is made. `strides` are in elements and may be negative or
-    /// zero (then `data` is the element at the origin). The memory has to stay until `keep_alive` is dropped, which is
-    /// when the image dies. With access::read, a write lock is refused.
-    /// Throws  as create; also for a null pointer and for strides that do not fit 32 bits
+    /// An image over the caller's memory, without a copy.
+    /// data        the element at the origin
+    /// strides     elements from one to the next along each dimension; may be negative or zero
+    /// allowed     access::read: write locks are refused
+    /// keep_alive  owner of the memory; released when the image is destroyed
+    /// Throws      as create; also for a null pointer and for strides that do not fit 32 bits
     static std::shared_ptr<image> over(std::string name, std::uint32_t code, void* data,
                                        std::span<const std::uint32_t> sizes, std::span<const std::ptrdiff_t> strides,
                                        access allowed, std::shared_ptr<void> keep_alive);
 
     const std::string& name() const noexcept { return name_; }
-    void set_name(std::string name) { name_ = std::move(name); }
     std::uint32_t code() const noexcept { return type_->code; }
     const element& type() const noexcept { return *type_; }
     std::size_t dimensions() const noexcept { return dimensions_; }
-    /// Elements along a dimension; 1 for those that the image does not have.
+    /// Elements along a dimension; 1 for a dimension that the image does not have.
     std::uint32_t size(std::size_t dimension) const noexcept { return dimension < 3 ? sizes_[dimension] : 1; }
-    /// Elements from one to the next along a dimension.
+    /// Distance in elements from one to the next along a dimension.
     std::ptrdiff_t stride(std::size_t dimension) const noexcept { return dimension < 3 ? strides_[dimension] : 0; }
     std::size_t count() const noexcept { return std::size_t{sizes_[0]} * sizes_[1] * sizes_[2]; }
     bool is_contiguous() const noexcept;
     bool is_writable() const noexcept { return allowed_ == access::write; }
 
-    /// The element at the origin; for the host's own side, which needs no lock.
+    /// The element at the origin. Only the host itself may use it: the library needs a lock.
     void* data() noexcept { return data_; }
     const void* data() const noexcept { return data_; }
-    /// The element at (x, y, z) as a T, whose size has to be the element's.
+    /// The element at (x, y, z). The size of T must be the element's.
     template <class T>
     T& at(std::ptrdiff_t x, std::ptrdiff_t y = 0, std::ptrdiff_t z = 0) noexcept
     {
         return static_cast<T*>(data_)[x * strides_[0] + y * strides_[1] + z * strides_[2]];
     }
 
-    /// A contiguous copy with memory of its own and the same name.
+    /// A contiguous copy in memory of its own, of the same name.
     std::shared_ptr<image> clone() const;
-    /// Turns integers and 8-byte reals into 4-byte reals in memory of the image's own; 4-byte reals stay.
-    /// Throws  script_error while locked, and for complex and other elements
+    /// Converts integers and 8-byte reals to 4-byte reals, in memory of the image's own. 4-byte reals are unchanged.
+    /// Throws  script_error while locked, and for all other elements
     void convert_to_float();
 
-    /// False once the user closed the image: references stay, locks are refused.
+    /// False after the user closed the image. References stay valid; locks are refused.
     bool is_valid() const noexcept { return valid_; }
     void close() noexcept { valid_ = false; }
 
-    /// Locks, counted for each access. Throws  script_error when the image was closed or may not be written
+    /// Counts a lock. Throws  script_error when the image was closed or may not be written
     void lock(access mode);
     void unlock(access mode) noexcept;
     std::size_t locks(access mode) const noexcept { return locks_[index(mode)]; }
     std::size_t locks() const noexcept { return locks_[0] + locks_[1]; }
-    /// Times that a write lock was taken so far.
+    /// Number of write locks so far, released ones included.
     std::uint64_t write_locks_taken() const noexcept { return write_locks_taken_; }
-    /// A fingerprint of all elements, for finding writes where none are allowed.
+    /// A hash of all elements. Detects writes where none are allowed.
     std::uint64_t fingerprint() const noexcept;
 
-    /// Tells that pixels were written: counts, then calls the listener.
+    /// To be called after pixels were written: counts the change and calls the listener.
     void data_changed();
     std::uint64_t changes() const noexcept { return changes_; }
-    /// Called at each data_changed, on the main thread; a window showing the image redraws then.
+    /// Sets the listener, called on the main thread at each data_changed. A window that shows the image redraws then.
     void on_changed(std::function<void(image&)> listener) { listener_ = std::move(listener); }
 
     std::string describe() const override;
@@ -101,7 +105,7 @@ class image : public object
     std::array<std::uint32_t, 3> sizes_{1, 1, 1};
     std::array<std::ptrdiff_t, 3> strides_{1, 1, 1};
     void* data_ = nullptr;
-    std::shared_ptr<void> memory_;  // keeps the bytes at data_
+    std::shared_ptr<void> memory_;  // owns the bytes at data_
     access allowed_ = access::write;
     bool valid_ = true;
     std::array<std::size_t, 2> locks_{};

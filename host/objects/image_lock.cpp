@@ -7,19 +7,19 @@ namespace {
 image_lock& self_in(std::span<const script_value> arguments)
 {
     const auto self = object_in<image_lock>(arguments[0]);
-    if (!self) throw script_error{"Only a lock of an image has these methods."};
+    if (!self) throw script_error{"The object is not an image lock."};
     return *self;
 }
 
 }  // namespace
 
 image_lock::image_lock(image_ref locked, std::uint32_t mode, const image_data_slice* part,
-                       std::shared_ptr<journal> told, bool check_unchanged)
+                       std::shared_ptr<journal> records, bool check_unchanged)
     : script_object{"lock"},
       locked_{std::move(locked)},
       writes_{(mode & HOST_LOCK_WRITE) != 0},
       check_unchanged_{check_unchanged},
-      journal_{std::move(told)}
+      records_{std::move(records)}
 {
     if (mode == 0 || (mode & ~(HOST_LOCK_READ | HOST_LOCK_WRITE)) != 0)
         throw script_error{"The access mode " + std::to_string(mode) + " is unknown."};
@@ -38,7 +38,7 @@ image_lock::image_lock(image_ref locked, std::uint32_t mode, const image_data_sl
 image_lock::~image_lock()
 {
     if (depth_ == 0) return;
-    journal_->add_violation(describe() + " was released while its memory was locked.");
+    records_->add_violation(describe() + " was released while its memory was locked.");
     unlock_all();
 }
 
@@ -60,8 +60,8 @@ void image_lock::lock()
 {
     locked_->lock(writes_ ? access::write : access::read);
     if (depth_++ > 0 || !check_unchanged_) return;
-    watches_ = locked_->locks(access::write) == 0;
-    if (!watches_) return;
+    checks_pixels_ = locked_->locks(access::write) == 0;
+    if (!checks_pixels_) return;
     fingerprint_ = locked_->fingerprint();
     write_locks_before_ = locked_->write_locks_taken();
 }
@@ -69,13 +69,13 @@ void image_lock::lock()
 void image_lock::unlock()
 {
     if (depth_ == 0) {
-        journal_->add_violation(describe() + " is unlocked though it is not locked.");
+        records_->add_violation(describe() + " is unlocked but was not locked.");
         throw script_error{"The memory of " + locked_->describe() + " is not locked."};
     }
     locked_->unlock(writes_ ? access::write : access::read);
-    if (--depth_ > 0 || !watches_ || write_locks_before_ != locked_->write_locks_taken()) return;
+    if (--depth_ > 0 || !checks_pixels_ || write_locks_before_ != locked_->write_locks_taken()) return;
     if (locked_->fingerprint() != fingerprint_)
-        journal_->add_violation(describe() + " was for reading, but the pixels changed.");
+        records_->add_violation(describe() + " is for reading, but the pixels changed.");
 }
 
 void image_lock::unlock_all()
@@ -86,7 +86,7 @@ void image_lock::unlock_all()
 void* image_lock::data() const
 {
     if (depth_ == 0) {
-        journal_->add_violation(describe() + " is asked for its data while it is not locked.");
+        records_->add_violation(describe() + " is asked for its data while it is not locked.");
         throw script_error{"The memory of " + locked_->describe() + " is not locked."};
     }
     std::ptrdiff_t offset = 0;

@@ -19,15 +19,18 @@ class image_data_slice : public script_object
     host_data_slice slice_;
 };
 
-/// Access to an image's pixels. Memory may be asked for only between its methods "void LockMemory( ScriptObject self )"
-/// and "void UnlockMemory( ScriptObject self )", which nest. A lock that dies locked gives its image free and is
-/// reported as a violation.
+/// Access to an image's pixels, which are available between the calls of the methods
+/// "void LockMemory( ScriptObject self )" and "void UnlockMemory( ScriptObject self )". The calls nest. A lock that is
+/// destroyed while locked unlocks its image and is recorded as a violation.
 class image_lock : public script_object
 {
   public:
-    /// `part` limits the lock to a slice; null: all of the image. `mode` as in the contract: reading, writing or both.
-    /// Throws  script_error for another mode and for a slice of another element type or outside the image
-    image_lock(image_ref locked, std::uint32_t mode, const image_data_slice* part, std::shared_ptr<journal> told,
+    /// mode             HOST_LOCK_READ, HOST_LOCK_WRITE or both
+    /// part             the slice to lock; null: the whole image
+    /// records          receives violations; the lock may outlive its engine
+    /// check_unchanged  a read lock records a violation when the pixels change
+    /// Throws           script_error for another mode, and for a slice of another element type or outside the image
+    image_lock(image_ref locked, std::uint32_t mode, const image_data_slice* part, std::shared_ptr<journal> records,
                bool check_unchanged);
     ~image_lock() override;
 
@@ -35,10 +38,9 @@ class image_lock : public script_object
     void unlock();
     bool is_locked() const noexcept { return depth_ > 0; }
 
-    /// The slices of contiguous storage; this host has one for each image.
+    /// Number of slices in which the image is stored. This host stores every image in one.
     std::uint32_t slices() const noexcept { return 1; }
-    /// The first element, the number of dimensions, and size and stride of each, x first.
-    /// Throws  script_error while not locked
+    /// The first element. Throws  script_error, and records a violation, while not locked
     void* data() const;
     std::size_t dimensions() const noexcept { return locked_->dimensions(); }
     std::int32_t size(std::size_t dimension) const noexcept { return extent_[dimension]; }
@@ -54,13 +56,13 @@ class image_lock : public script_object
     image_ref locked_;
     bool writes_;
     bool check_unchanged_;
-    std::shared_ptr<journal> journal_;  // a lock may outlive its engine
+    std::shared_ptr<journal> records_;
     std::array<std::int32_t, 3> start_{};
     std::array<std::int32_t, 3> extent_{};
     std::size_t depth_ = 0;
     std::uint64_t fingerprint_ = 0;
     std::uint64_t write_locks_before_ = 0;
-    bool watches_ = false;  // for writes, while nobody may write
+    bool checks_pixels_ = false;  // set while locked when nothing may write
 };
 
 }  // namespace zentrix::host

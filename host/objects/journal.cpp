@@ -4,14 +4,14 @@
 
 namespace zentrix::host {
 
-// A listener runs outside the lock: it may well ask for the records.
+// Listeners run without the lock, since they may read the records.
 
 void journal::add_error(std::uint32_t code, std::string text)
 {
     const error_record added{code, std::move(text)};
     {
         std::lock_guard guard{mutex_};
-        errors_.push_back(added);
+        errors_.add(added);
     }
     if (listening.error) listening.error(added);
 }
@@ -20,7 +20,7 @@ void journal::add_output(output_record line)
 {
     {
         std::lock_guard guard{mutex_};
-        output_.push_back(line);
+        output_.add(line);
     }
     if (listening.output) listening.output(line);
 }
@@ -29,7 +29,7 @@ void journal::add_dialog(dialog_record shown)
 {
     {
         std::lock_guard guard{mutex_};
-        dialogs_.push_back(shown);
+        dialogs_.add(shown);
     }
     if (listening.dialog) listening.dialog(shown);
 }
@@ -45,25 +45,28 @@ void journal::add_trace(const std::string& name, std::int64_t ticks)
 void journal::add_violation(std::string text)
 {
     std::lock_guard guard{mutex_};
-    violations_.push_back(std::move(text));
+    if (violations_.size() < most_violations)
+        violations_.push_back(std::move(text));
+    else
+        ++further_violations_;
 }
 
 std::vector<error_record> journal::errors() const
 {
     std::lock_guard guard{mutex_};
-    return errors_;
+    return errors_.copy();
 }
 
 std::vector<output_record> journal::output() const
 {
     std::lock_guard guard{mutex_};
-    return output_;
+    return output_.copy();
 }
 
 std::vector<dialog_record> journal::dialogs() const
 {
     std::lock_guard guard{mutex_};
-    return dialogs_;
+    return dialogs_.copy();
 }
 
 std::map<std::string, trace_counter> journal::traces() const
@@ -75,7 +78,9 @@ std::map<std::string, trace_counter> journal::traces() const
 std::vector<std::string> journal::violations() const
 {
     std::lock_guard guard{mutex_};
-    return violations_;
+    auto lines = violations_;
+    if (further_violations_ > 0) lines.push_back("and " + std::to_string(further_violations_) + " further violations.");
+    return lines;
 }
 
 void journal::clear()
@@ -86,6 +91,7 @@ void journal::clear()
     dialogs_.clear();
     traces_.clear();
     violations_.clear();
+    further_violations_ = 0;
 }
 
 }  // namespace zentrix::host

@@ -7,7 +7,7 @@
 
 namespace zentrix::host {
 
-/// What a host object is; the numbers are those of the contract's kinds.
+/// The class of a host object, numbered as the contract's kinds.
 enum class object_kind : std::uint32_t
 {
     string = HOST_STRING,
@@ -22,9 +22,15 @@ enum class object_kind : std::uint32_t
 /// "image", "tag group", ...: for messages.
 const char* name_of(object_kind kind) noexcept;
 
-/// Base of everything that a script or the library can hold a reference to. On the host's side objects live in
-/// std::shared_ptr; the references that the library holds are counted apart, in the engine's handle_table, so that
-/// what the library forgot to release can be told from what a caller still uses.
+/// True for kinds whose plain form is a counted host object, strings included.
+constexpr bool is_counted(host_kind kind) noexcept { return kind >= HOST_STRING && kind <= HOST_THROWABLE; }
+
+/// True for kinds that scripts hold as objects. A string is a counted object to the library but a text to scripts.
+constexpr bool is_object(host_kind kind) noexcept { return is_counted(kind) && kind != HOST_STRING; }
+
+/// Base of all objects that a script or the library can refer to. The host keeps them in std::shared_ptr. The library's
+/// references are counted separately, in the engine's handle_table, which distinguishes an object that the library
+/// forgot to release from one that a caller still uses.
 class object : public std::enable_shared_from_this<object>
 {
   public:
@@ -34,7 +40,7 @@ class object : public std::enable_shared_from_this<object>
     object& operator=(const object&) = delete;
 
     object_kind kind() const noexcept { return kind_; }
-    /// One line for reports: the kind and what tells this object from others.
+    /// One line for reports: the kind and a name or other distinction.
     virtual std::string describe() const { return name_of(kind_); }
 
   private:
@@ -43,7 +49,7 @@ class object : public std::enable_shared_from_this<object>
 
 using object_ref = std::shared_ptr<object>;
 
-/// A string as it crosses the contract. Scripts see std::string.
+/// A string of the contract. Scripts use std::string.
 class string_object : public object
 {
   public:

@@ -11,7 +11,7 @@ using contract::prototype;
 using contract::prototype_parameter;
 using contract::prototype_type;
 
-/// As contract::parse_prototype.
+/// Reads a prototype text, see contract::parse_prototype.
 /// Throws  script_error naming the text and what is wrong with it
 prototype parse_prototype(std::string_view text);
 

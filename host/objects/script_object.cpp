@@ -8,20 +8,20 @@ namespace {
 
 constexpr char null_dispatch[] = "Attempt to dispatch off a null object.";
 
-function_ref find_in(const std::vector<function_ref>& methods, const std::string& name, const prototype& wanted)
+function_ref find_in(const std::vector<function_ref>& methods, const std::string& name, const prototype& signature)
 {
     const auto found = std::ranges::find_if(methods, [&](const function_ref& one) {
-        return one->signature().name == name && one->signature().same_signature(wanted);
+        return one->signature().name == name && one->signature().same_signature(signature);
     });
     return found == methods.end() ? nullptr : *found;
 }
 
 function_ref require_method(const std::shared_ptr<script_object>& self, const std::string& name,
-                            const prototype& wanted)
+                            const prototype& signature)
 {
     if (!self) throw script_error{null_dispatch};
-    auto method = self->find_method(name, wanted);
-    if (!method) throw script_error{self->describe() + " has no method \"" + wanted.text + "\"."};
+    auto method = self->find_method(name, signature);
+    if (!method) throw script_error{self->describe() + " has no method \"" + signature.text + "\"."};
     return method;
 }
 
@@ -39,8 +39,8 @@ class abstract_method : public function
 
 }  // namespace
 
-script_object::script_object(std::string name, std::shared_ptr<script_class> of)
-    : object{object_kind::script_object}, name_{std::move(name)}, class_{std::move(of)}
+script_object::script_object(std::string name, std::shared_ptr<script_class> own_class)
+    : object{object_kind::script_object}, name_{std::move(name)}, class_{std::move(own_class)}
 {}
 
 void script_object::add_method(std::string_view prototype_text, callable body)
@@ -50,17 +50,17 @@ void script_object::add_method(std::string_view prototype_text, callable body)
     methods_.push_back(std::move(added));
 }
 
-function_ref script_object::find_method(const std::string& name, const prototype& wanted)
+function_ref script_object::find_method(const std::string& name, const prototype& signature)
 {
-    auto own = find_in(methods_, name, wanted);
-    return own || !class_ ? own : find_in(class_->methods(), name, wanted);
+    auto own = find_in(methods_, name, signature);
+    return own || !class_ ? own : find_in(class_->methods(), name, signature);
 }
 
 script_value call_method(const std::shared_ptr<script_object>& self, std::string_view prototype_text,
                          std::span<const script_value> arguments)
 {
-    const auto wanted = parse_prototype(prototype_text);
-    const auto method = require_method(self, wanted.name, wanted);
+    const auto signature = parse_prototype(prototype_text);
+    const auto method = require_method(self, signature.name, signature);
     std::vector<script_value> all{object_ref{self}};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return call_converted(*method, all);

@@ -6,12 +6,13 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <unordered_set>
 
 namespace zentrix::host {
 
 namespace {
 
-/// A part of a path: a name, or a number in brackets.
+/// A part of a path: a name, or a number in brackets (then `index` is set too).
 struct step
 {
     std::string name;
@@ -40,9 +41,9 @@ std::vector<step> steps_of(std::string_view path)
     }
 }
 
-std::optional<tag> get_step(const tag_group& in, const step& wanted)
+std::optional<tag> get_step(const tag_group& in, const step& where)
 {
-    return wanted.index ? in.get_at(*wanted.index) : in.get(wanted.name);
+    return where.index ? in.get_at(*where.index) : in.get(where.name);
 }
 
 void set_step(tag_group& in, const step& where, tag value)
@@ -53,7 +54,7 @@ void set_step(tag_group& in, const step& where, tag value)
     throw script_error{"The " + in.describe() + " has no place for a tag \"" + where.name + "\"."};
 }
 
-/// The group at a step, made when it is missing.
+/// The group at a step, created when it does not exist.
 tag_group_ref enter(tag_group& in, const step& where)
 {
     const auto present = get_step(in, where);
@@ -122,7 +123,7 @@ std::optional<std::int32_t> tag_group::read_long(std::string_view path) const
     const auto number = number_in(find(path));
     if (!number) return std::nullopt;
     const double whole = std::trunc(*number);
-    const bool fits = whole >= limits::min() && whole <= limits::max();  // false for what is not a number
+    const bool fits = whole >= limits::min() && whole <= limits::max();  // false for NaN
     return fits ? std::optional{static_cast<std::int32_t>(whole)} : std::nullopt;
 }
 
@@ -137,11 +138,6 @@ std::optional<float> tag_group::read_float(std::string_view path) const
 std::optional<std::string> tag_group::read_string(std::string_view path) const
 {
     return held_in<std::string>(find(path));
-}
-
-std::optional<tag_group_ref> tag_group::read_group(std::string_view path) const
-{
-    return held_in<tag_group_ref>(find(path));
 }
 
 void tag_group::write(std::string_view path, tag value)
@@ -166,6 +162,57 @@ tag_group_ref memory_tag_group::make_group() { return std::make_shared<memory_ta
 
 tag_group_ref memory_tag_group::make_list() { return std::make_shared<memory_tag_group>(true); }
 
+// Destroys nested groups one after the other: recursion would overflow the stack at a great depth. Links instead of a
+// container, because a destructor must not run out of memory.
+memory_tag_group::~memory_tag_group()
+{
+    std::shared_ptr<memory_tag_group> doomed;
+    const auto take_groups = [&doomed](memory_tag_group& from) {
+        for (auto& [name, value] : from.tags_) {
+            auto* held = std::get_if<tag_group_ref>(&value);
+            if (!held) continue;
+            auto group = std::dynamic_pointer_cast<memory_tag_group>(std::exchange(*held, nullptr));
+            if (!group || group.use_count() > 1) continue;
+            group->next_doomed_ = std::move(doomed);
+            doomed = std::move(group);
+        }
+    };
+    take_groups(*this);
+    while (doomed) {
+        const auto dying = std::move(doomed);
+        doomed = std::move(dying->next_doomed_);
+        take_groups(*dying);
+    }
+}
+
+bool memory_tag_group::is_inside(const memory_tag_group& outer) const
+{
+    std::unordered_set<const memory_tag_group*> seen{&outer};
+    std::vector<const memory_tag_group*> open{&outer};
+    while (!open.empty()) {
+        const auto* group = open.back();
+        open.pop_back();
+        if (group == this) return true;
+        for (const auto& [name, value] : group->tags_) {
+            const auto* held = std::get_if<tag_group_ref>(&value);
+            const auto* inner = held ? dynamic_cast<const memory_tag_group*>(held->get()) : nullptr;
+            if (inner && seen.insert(inner).second) open.push_back(inner);
+        }
+    }
+    return false;
+}
+
+void memory_tag_group::require_no_cycle(const tag& added)
+{
+    const auto* held = std::get_if<tag_group_ref>(&added);
+    auto* group = held ? dynamic_cast<memory_tag_group*>(held->get()) : nullptr;
+    if (!group) return;
+    // A group that was never put into another one can only be the added group itself. This saves most searches.
+    if (group == this || (was_nested_ && is_inside(*group)))
+        throw script_error{"A tag group or list cannot contain itself, directly or inside another one."};
+    group->was_nested_ = true;
+}
+
 std::optional<tag> memory_tag_group::get(const std::string& name) const
 {
     if (is_list_) return std::nullopt;
@@ -187,6 +234,7 @@ std::string memory_tag_group::name_at(std::size_t index) const
 void memory_tag_group::set(const std::string& name, tag value)
 {
     if (is_list_) throw script_error{"A tag list has no named tags."};
+    require_no_cycle(value);
     for (auto& [present, old] : tags_)
         if (present == name) {
             old = std::move(value);
@@ -198,6 +246,7 @@ void memory_tag_group::set(const std::string& name, tag value)
 void memory_tag_group::insert(std::size_t index, tag value)
 {
     if (!is_list_) throw script_error{"Tags are inserted by number into tag lists only."};
+    require_no_cycle(value);
     const auto place = tags_.begin() + static_cast<std::ptrdiff_t>(std::min(index, tags_.size()));
     tags_.insert(place, {std::string{}, std::move(value)});
 }
@@ -205,6 +254,7 @@ void memory_tag_group::insert(std::size_t index, tag value)
 void memory_tag_group::replace(std::size_t index, tag value)
 {
     if (!is_list_ || index >= tags_.size()) throw script_error{"The tag list has no tag of that number."};
+    require_no_cycle(value);
     tags_[index].second = std::move(value);
 }
 

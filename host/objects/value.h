@@ -11,13 +11,12 @@
 namespace zentrix::host {
 
 struct cell;
-/// An output parameter: the caller keeps the cell and finds the new value in it after the call. It may hold a value
-/// before the call, which the function sees.
+/// An output parameter. The function sees the cell's value and may replace it; the caller keeps the cell.
 using cell_ref = std::shared_ptr<cell>;
 
-/// A value as a script has it: nothing (a null reference, or the result of a void function), an integer, a real number,
-/// a complex number, a text, an object, an output parameter, a pointer (host functions that deal in memory only).
-/// Truth values are the integers 0 and 1. A null object_ref counts as nothing.
+/// A value of a script: nothing (a null reference, or the result of a void function), an integer, a real number, a
+/// complex number, a text, an object, an output parameter, or a pointer (used by host functions for memory only). Truth
+/// values are the integers 0 and 1. A null object_ref is equivalent to nothing.
 using script_value =
     std::variant<std::monostate, std::int64_t, double, std::complex<double>, std::string, object_ref, cell_ref, void*>;
 
@@ -29,14 +28,14 @@ struct cell
 /// A new output parameter holding `value`.
 inline cell_ref make_cell(script_value value = {}) { return std::make_shared<cell>(cell{std::move(value)}); }
 
-/// The error that stops a script; its text is what the user reads.
+/// An error that stops the script. The user reads its text.
 class script_error : public std::runtime_error
 {
   public:
     using std::runtime_error::runtime_error;
 };
 
-/// Nothing, a null object or a null output.
+/// True for nothing, a null object and a null output.
 bool is_null(const script_value& value) noexcept;
 
 /// The object in `value` if it is one of class T, otherwise null.

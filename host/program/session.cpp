@@ -3,6 +3,8 @@
 #include <filesystem>
 #include <iostream>
 
+#include "host/engine/library_search.h"
+
 namespace zentrix::program {
 
 namespace {

@@ -12,7 +12,7 @@ namespace zentrix::program {
 /// What every command obeys.
 struct global_options
 {
-    std::string library;  ///< file of the library; empty: beside the program, see host::find_library_file
+    std::string library;  ///< file of the library; empty: beside the program, see host/engine/library_search.h
     bool use_simd = true;
     bool json = false;
 };

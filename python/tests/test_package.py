@@ -30,14 +30,26 @@ def test_installed_tree_is_complete(tmp_path):
     subprocess.run(["cmake", "--install", build, "--prefix", tmp_path], capture_output=True, check=True)
     module = next(tmp_path.glob("lib/python3*/dist-packages"))
     program = "import zentrix; zx = zentrix.load(); print(zx._file, zx.ZXPadSize(100))"
-    environment = {**os.environ, "PYTHONPATH": str(module)}
-    command = [sys.executable, "-c", program]
-    done = subprocess.run(command, env=environment, cwd=tmp_path, capture_output=True, text=True, check=True)
-    assert done.stdout.split() == [str(tmp_path / "lib/Zentrix64.so"), "112"]
-    called = subprocess.run([tmp_path / "bin/zentrix", "call", "ZXPadSize", "100"], capture_output=True, text=True)
+    load = [sys.executable, "-c", program]
+    call = [tmp_path / "bin/zentrix", "call", "ZXPadSize", "100"]
+
+    def run(command, **variables):
+        environment = {**os.environ, "PYTHONPATH": str(module), **variables}
+        return subprocess.run(command, env=environment, cwd=tmp_path, capture_output=True, text=True, check=False)
+
+    assert run(load).stdout.split() == [str(module / "zentrix/Zentrix64.so"), "112"]
+    called = run(call)
     assert (called.returncode, called.stdout, called.stderr) == (0, "112\n", "")
     for file in ("include/zentrix64/warp/warp.h", "share/doc/zentrix64/LICENSE", "share/doc/zentrix64/docs/python.md"):
         assert (tmp_path / file).is_file()
+
+    # A library in the working directory, a folder above or its lib/ is not loaded: other users may have put it there.
+    (module / "zentrix/Zentrix64.so").rename(tmp_path / "Zentrix64.so")
+    (tmp_path / "bin/Zentrix64.so").rename(tmp_path / "lib/Zentrix64.so")
+    for command in (load, call):
+        refused = run(command)
+        assert refused.returncode == 1 and "Zentrix64.so" in refused.stderr
+        assert run(command, ZENTRIX_LIBRARY=str(tmp_path / "Zentrix64.so")).returncode == 0
 
 
 def test_example_corrects_and_plots(tmp_path):

@@ -99,13 +99,8 @@ def load(path=None):
 
 
 def _library_file():
-    """The file next to the module in a build folder, or two or more folders above it in an installed tree."""
-    if not os.environ.get("ZENTRIX_LIBRARY"):
-        folders = pathlib.Path(__file__).resolve().parents
-        for folder in folders[1:4]:
-            if (folder / "Zentrix64.so").exists():
-                return folder / "Zentrix64.so"
-    return _core.find_library_file()
+    """The file named in the environment, or the one in this package's folder. Other folders may not be trusted."""
+    return os.environ.get("ZENTRIX_LIBRARY") or pathlib.Path(__file__).resolve().parent / "Zentrix64.so"
 
 
 def _script_function(core, name, prototypes):

@@ -53,7 +53,7 @@ TEST_F(Files, OpenImageRefusesInOrderAndLeavesPicturesToTheHost)
 {
     auto options = script_host::with_checks();
     options.open_image = [](const std::string& file) {
-        return image::create(file, 2, {{std::uint32_t{2}, std::uint32_t{2}}});
+        return image::create(file, HOST_ELEMENT_FLOAT32, {{std::uint32_t{2}, std::uint32_t{2}}});
     };
     script_host script{options};
     const std::string file = write("six.raw", std::vector<unsigned char>(6)), missing = path("missing.raw");

@@ -139,7 +139,7 @@ TEST(CoreFunctions, WithoutAPanelQueriesReturnZero)
 TEST(CoreFunctions, KeepEarlierHandlersAndNothingElse)
 {
     engine host;
-    library zentrix{host, find_library_file()};
+    library zentrix{host, ZENTRIX_LIBRARY_FILE};
     const auto set = [&](const char* name) {
         auto tags = memory_tag_group::make_group();
         tags->set("name", std::string{name});

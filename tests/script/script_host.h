@@ -28,7 +28,7 @@ class script_host
   public:
     explicit script_host(engine_options options = with_checks()) : engine_{std::move(options)}
     {
-        library_.emplace(engine_, find_library_file());
+        library_.emplace(engine_, ZENTRIX_LIBRARY_FILE);
     }
     ~script_host()
     {

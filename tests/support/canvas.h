@@ -31,7 +31,7 @@ std::vector<T> pixels_of(const qorv::dm::image<T>& view)
     return result;
 }
 
-/// Elements from one pixel to the next, and extra elements behind each row and each plane.
+/// The distance from one pixel to the next, and unused elements after each row and each plane, in elements.
 struct layout
 {
     std::ptrdiff_t step = 1, row_gap = 0, plane_gap = 0;

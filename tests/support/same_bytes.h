@@ -11,23 +11,23 @@
 #include <string>
 #include <vector>
 
-/// Whole-buffer comparisons to the bit: zeros' signs and NaN payloads count.
+/// Comparisons of whole buffers to the bit: signs of zeros and NaN payloads count.
 namespace support {
 
 template <class T>
-testing::AssertionResult same_bytes(const std::vector<T>& got, const std::vector<T>& wanted)
+testing::AssertionResult same_bytes(const std::vector<T>& got, const std::vector<T>& expected)
 {
-    if (got.size() != wanted.size())
-        return testing::AssertionFailure() << "sizes differ: " << got.size() << " and " << wanted.size();
+    if (got.size() != expected.size())
+        return testing::AssertionFailure() << "sizes differ: " << got.size() << " and " << expected.size();
     for (std::size_t i = 0; i < got.size(); ++i)
-        if (std::memcmp(&got[i], &wanted[i], sizeof(T)) != 0)
+        if (std::memcmp(&got[i], &expected[i], sizeof(T)) != 0)
             return testing::AssertionFailure()
                    << "element " << i << " of " << got.size() << ": " << testing::PrintToString(got[i])
-                   << " instead of " << testing::PrintToString(wanted[i]);
+                   << " instead of " << testing::PrintToString(expected[i]);
     return testing::AssertionSuccess();
 }
 
-/// Every NaN is the same NaN: which of two operands' payloads survives an addition is the compiler's choice.
+/// Replaces every NaN by the same one: which operand's NaN an addition returns is the compiler's choice.
 template <class T>
 std::vector<T> one_nan(std::vector<T> values)
 {
@@ -38,7 +38,7 @@ std::vector<T> one_nan(std::vector<T> values)
     return values;
 }
 
-/// Pixels with a frame of guard elements before and behind, so that a stray write is seen. Inside starts as `fill` bytes.
+/// Pixels between guard elements that reveal a write out of bounds. All bytes start as `fill`.
 template <class T>
 class framed
 {
@@ -66,7 +66,7 @@ class framed
     std::vector<T> all_;
 };
 
-/// The text with which `call` fails; empty when it does not.
+/// The text of the exception that `call` throws; empty when it throws none.
 template <class Call>
 std::string message_of(Call&& call)
 {

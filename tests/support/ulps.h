@@ -6,8 +6,8 @@
 
 namespace support {
 
-/// Distance of a float from the true value in units of the last place of floats of that size (subnormal ones included).
-/// 0 for the right infinity, zero or NaN, infinite for a wrong one and for a zero of the wrong sign.
+/// The distance of a float from the true value, in units in the last place of the true value, which may be subnormal.
+/// 0 for the correct infinity, zero or NaN; infinite for an incorrect one and for a zero of the wrong sign.
 inline double ulps(float got, double truth)
 {
     constexpr double wrong = std::numeric_limits<double>::infinity();

@@ -40,7 +40,7 @@ panel_host::panel_host() : engine_{with_companion()}
     tags_->on_write([this](std::string_view path, const tag& value) {
         events_.push_back(std::string{path} + " = " + text_of(value));
     });
-    library_.emplace(engine_, find_library_file());
+    library_.emplace(engine_, ZENTRIX_LIBRARY_FILE);
     hand_over(true, true);
 }
 

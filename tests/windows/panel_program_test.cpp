@@ -66,7 +66,7 @@ class answer
 class at_the_panel : public testing::Test
 {
   protected:
-    at_the_panel() : engine_{with_companion()}, library_{std::in_place, engine_, find_library_file()} {}
+    at_the_panel() : engine_{with_companion()}, library_{std::in_place, engine_, ZENTRIX_LIBRARY_FILE} {}
 
     ~at_the_panel() override
     {

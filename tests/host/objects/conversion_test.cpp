@@ -22,126 +22,85 @@ script_value integer(std::int64_t number) { return number; }
 
 image_ref picture(std::uint32_t code) { return image::create("p", code, {{std::uint32_t{2}, std::uint32_t{2}}}); }
 
-TEST(conversions, of_numbers_are_checked_at_their_limits)
+TEST(Conversions, CheckNumbersAtTheLimitsOfTheirType)
 {
     struct row
     {
         const char* word;
-        script_value given;
+        script_value passed;
         script_value converted;
         const char* refused;
     };
     const double infinite = std::numeric_limits<double>::infinity();
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const double greatest_float = std::numeric_limits<float>::max();
-    const row rows[] = {{"long", integer(INT32_MAX), integer(INT32_MAX), nullptr},
-                        {"long", integer(INT32_MAX + 1ll), {}, positive},
-                        {"long", integer(INT32_MIN), integer(INT32_MIN), nullptr},
+    const row rows[] = {{"long", integer(INT32_MAX + 1ll), {}, positive},
                         {"long", integer(INT32_MIN - 1ll), {}, negative},
                         {"long", 2147483647.9, integer(INT32_MAX), nullptr},
                         {"long", 2147483648.0, {}, positive},
                         {"long", -2147483648.9, integer(INT32_MIN), nullptr},
                         {"long", -2147483649.0, {}, negative},
-                        {"long", -2.9, integer(-2), nullptr},
                         {"long", infinite, {}, positive},
                         {"long", nan, {}, overflow},
                         {"short", integer(32768), {}, positive},
-                        {"uint32", integer(-1), {}, negative},
-                        {"uint32", integer(UINT32_MAX), integer(UINT32_MAX), nullptr},
                         {"uint32", integer(UINT32_MAX + 1ll), {}, positive},
-                        {"uint64", integer(-1), {}, negative},
-                        {"uint64", integer(INT64_MAX), integer(INT64_MAX), nullptr},
                         {"uint64", 2e19, {}, positive},
                         {"Boolean", integer(1ll << 40), integer(1), nullptr},
-                        {"bool", 0.25, integer(1), nullptr},
-                        {"bool", 0.0, integer(0), nullptr},
                         {"float", 0.1, double{0.1f}, nullptr},
                         {"float", greatest_float, greatest_float, nullptr},
                         {"float", 3.5e38, {}, positive},
-                        {"float", -3.5e38, {}, negative},
                         {"float", -infinite, -infinite, nullptr},
-                        {"double", integer(3), 3.0, nullptr},
                         {"complex", 0.5, std::complex<double>{0.5, 0}, nullptr}};
     for (const auto& r : rows) {
         script_value got;
-        EXPECT_EQ(support::message_of([&] { got = convert(r.given, type_of(r.word)); }), r.refused ? r.refused : "")
-            << describe(r.given) << " as " << r.word;
-        EXPECT_EQ(got, r.converted) << describe(r.given) << " as " << r.word;
+        EXPECT_EQ(support::message_of([&] { got = convert(r.passed, type_of(r.word)); }), r.refused ? r.refused : "")
+            << describe(r.passed) << " as " << r.word;
+        EXPECT_EQ(got, r.converted) << describe(r.passed) << " as " << r.word;
     }
     EXPECT_TRUE(std::isnan(std::get<double>(convert(nan, type_of("float")))));
 }
 
-TEST(conversions, refuse_what_a_script_may_not_pass)
+TEST(Conversions, RefuseOtherKindsOfValues)
 {
-    struct row
-    {
-        const char* word;
-        script_value given;
-        const char* refused;
+    const auto refusal = [](const script_value& passed, const char* word) {
+        return support::message_of([&] { convert(passed, type_of(word)); });
     };
-    const row rows[] = {{"long", std::string{"1"}, "text \"1\" cannot be passed as 32-bit integer."},
-                        {"double", std::complex<double>{1, 2}, "complex number (1,2) cannot be passed as double."},
-                        {"string", integer(1), "integer 1 cannot be passed as string."},
-                        {"string", {}, "null cannot be passed as string."},
-                        {"long", {}, "null cannot be passed as 32-bit integer."},
-                        {"ImageRef", 0.5, "real number 0.5 cannot be passed as image."},
-                        {"TagGroup", picture(2), "image \"p\" (2 x 2, Real 4 Byte) cannot be passed as tag group."},
-                        {"long *", integer(1), "integer 1 cannot be passed as output parameter."},
-                        {"long", make_cell(), "output parameter cannot be passed as 32-bit integer."}};
-    for (const auto& r : rows) EXPECT_EQ(support::message_of([&] { convert(r.given, type_of(r.word)); }), r.refused);
+    EXPECT_EQ(refusal(std::string{"1"}, "long"), "text \"1\" cannot be passed as 32-bit integer.");
+    EXPECT_EQ(refusal(std::complex<double>{1, 2}, "double"), "complex number (1,2) cannot be passed as double.");
+    EXPECT_EQ(refusal(picture(HOST_ELEMENT_FLOAT32), "TagGroup"),
+              "image \"p\" (2 x 2, Real 4 Byte) cannot be passed as tag group.");
+    EXPECT_EQ(refusal(integer(1), "long *"), "integer 1 cannot be passed as output parameter.");
 }
 
-TEST(overloads, are_chosen_by_count_kind_and_least_loss)
+TEST(Overloads, AreChosenByNumberKindAndLeastLossOfArguments)
 {
     function_table table;
-    const char* texts[] = {"long F(long a)",
-                           "long F(double a)",
-                           "long F(complex a)",
-                           "long F(ImageRef a)",
-                           "long F(string a)",
-                           "long F(long a, long b)",
-                           "long G(complex a)",
-                           "long G(long a)",
-                           "long H(ImageRef a, double b)",
-                           "long H(ImageRef a, complex b)",
-                           "long P(ImageRef a)",
-                           "long P(ComplexImagePtr a)",
-                           "long V(long a, long... b)"};
+    const char* texts[] = {
+        "long F(long a)",     "long F(double a)",          "long F(complex a)",        "long F(ImageRef a)",
+        "long F(string a)",   "long F(long a, long b)",    "long G(complex a)",        "long G(long a)",
+        "long P(ImageRef a)", "long P(ComplexImagePtr a)", "long V(long a, long... b)"};
     for (const auto* text : texts) table.add(make_function(text, [](auto) { return script_value{}; }), origin::library);
     struct row
     {
         const char* name;
-        std::vector<script_value> given;
+        std::vector<script_value> passed;
         const char* chosen;
     };
     const row rows[] = {{"F", {integer(1)}, "long F(long a)"},
-                        {"F", {1.0}, "long F(double a)"},
                         {"F", {std::complex<double>{}}, "long F(complex a)"},
-                        {"F", {script_value{}}, "long F(ImageRef a)"},
                         {"F", {integer(1), 2.0}, "long F(long a, long b)"},
                         {"G", {1.0}, "long G(complex a)"},
-                        {"H", {script_value{}, integer(1)}, "long H(ImageRef a, double b)"},
-                        {"H", {script_value{}, std::complex<double>{}}, "long H(ImageRef a, complex b)"},
-                        {"P", {picture(3)}, "long P(ComplexImagePtr a)"},
-                        {"P", {picture(2)}, "long P(ImageRef a)"},
-                        {"P", {script_value{}}, "long P(ImageRef a)"},
-                        {"V", {integer(1)}, "long V(long a, long... b)"},
+                        {"P", {picture(HOST_ELEMENT_COMPLEX64)}, "long P(ComplexImagePtr a)"},
+                        {"P", {picture(HOST_ELEMENT_FLOAT32)}, "long P(ImageRef a)"},
                         {"V", {integer(1), integer(2), integer(3)}, "long V(long a, long... b)"}};
-    for (const auto& r : rows) EXPECT_EQ(table.resolve(r.name, r.given)->signature().text, r.chosen);
+    for (const auto& r : rows) EXPECT_EQ(table.resolve(r.name, r.passed)->signature().text, r.chosen);
 
-    const auto refusal = [&](const char* name, std::vector<script_value> given) {
-        return support::message_of([&] { table.resolve(name, given); });
-    };
-    EXPECT_EQ(refusal("Nothing", {}), "There is no script function \"Nothing\".");
-    EXPECT_EQ(refusal("P", {integer(1), std::string{"a"}}),
+    const std::vector<script_value> passed{integer(1), std::string{"a"}};
+    EXPECT_EQ(support::message_of([&] { table.resolve("P", passed); }),
               "P cannot be called with (integer 1, text \"a\"). Its prototypes are:\n    long P(ImageRef a)\n    long "
               "P(ComplexImagePtr a)");
-    EXPECT_EQ(refusal("V", {}), "V cannot be called with (). Its prototype is:\n    long V(long a, long... b)");
     EXPECT_EQ(support::message_of([&] { table.add(table.find(texts[0]), origin::library); }),
-              "A function of the prototype \"long F(long a)\" is registered already.");
-    EXPECT_FALSE(table.remove(texts[0], origin::host));
-    EXPECT_TRUE(table.remove(texts[0], origin::library));
-    EXPECT_EQ(table.resolve("F", std::vector<script_value>{integer(1)})->signature().text, "long F(double a)");
+              "The prototype \"long F(long a)\" is already registered.");
 }
 
 }  // namespace

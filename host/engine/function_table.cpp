@@ -1,4 +1,4 @@
-#include "host/engine/functions.h"
+#include "host/engine/function_table.h"
 
 #include "host/objects/conversion.h"
 
@@ -37,7 +37,7 @@ void function_table::add(function_ref added, origin whose)
 {
     const auto& text = added->signature().text;
     if (!by_text_.emplace(text, added).second)
-        throw script_error{"A function of the prototype \"" + text + "\" is registered already."};
+        throw script_error{"The prototype \"" + text + "\" is already registered."};
     entries_.push_back({std::move(added), whose});
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/engine/arguments.h"
 #include "host/engine/engine.h"
 #include "host/engine/handle_table.h"
 #include "host/objects/image_lock.h"
@@ -9,21 +10,25 @@
 
 namespace zentrix::host {
 
-/// What the sources of this folder share of an engine.
-struct engine::inside
-{
-    explicit inside(engine_options chosen);
+/// The body of a host function.
+using host_function_body = std::function<script_value(const arguments&)>;
 
-    /// Adds a host function unless the options withhold it.
-    void add_host_function(std::string_view prototype_text, callable body);
+/// The parts of an engine that the sources in this folder share.
+struct engine_state
+{
+    explicit engine_state(engine_options chosen);
+
+    /// Adds a host function unless the options withhold its prototype.
+    void add_host_function(std::string_view prototype_text, host_function_body body);
     bool on_main_thread() const noexcept { return std::this_thread::get_id() == main_thread; }
+    /// The registered floating window of that title, or windows.end().
     std::vector<floating_window>::iterator window(std::string_view title);
 
-    /// The link with the way back from it to the engine; the library sees the first member only.
+    /// The link and its engine. The library sees only the first member; the table gets from it to the engine.
     struct link_with_owner
     {
         host_link link;
-        inside* owner;
+        engine_state* owner;
     };
 
     engine_options options;
@@ -37,17 +42,7 @@ struct engine::inside
     std::thread::id main_thread = std::this_thread::get_id();
     link_with_owner link;
     function_table functions;
-    handle_table handles{*records};  // dies first: objects may tell the journal when they do
+    handle_table handles{*records};  // last, so that it is destroyed first: dying objects may write to the journal
 };
-
-/// The contract's table; every function in it reports failures as the contract says and lets no exception out.
-const host_table& the_table() noexcept;
-
-/// The host functions, by topic.
-void add_image_functions(engine::inside& to);
-void add_image_data_functions(engine::inside& to);
-void add_tag_functions(engine::inside& to);
-void add_object_functions(engine::inside& to);
-void add_window_functions(engine::inside& to);
 
 }  // namespace zentrix::host
