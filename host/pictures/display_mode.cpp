@@ -6,7 +6,7 @@
 #include <utility>
 #include <xsimd/xsimd.hpp>
 
-#include "host/pictures/for_each_plane.h"
+#include "host/pictures/for_each_pixel.h"
 
 namespace zentrix::host {
 

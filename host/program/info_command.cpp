@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "host/files/image_file.h"
-#include "host/pictures/for_each_plane.h"
+#include "host/pictures/for_each_pixel.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/json.h"

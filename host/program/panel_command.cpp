@@ -1,17 +1,17 @@
-#ifdef _WIN32
-#include "host/windows/panel_program.h"
-#endif
-
 #include <iostream>
 #include <optional>
 #include <stdexcept>
 
-#include "host/correction/panel_handler.h"
 #include "host/program/commands.h"
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
 #include "host/text/system_path.h"
+#include "host/windows/panel_handler.h"
+
+#ifdef _WIN32
+#include "host/windows/panel_program.h"
+#endif
 
 namespace zentrix::program {
 

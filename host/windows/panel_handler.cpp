@@ -1,4 +1,4 @@
-#include "host/correction/panel_handler.h"
+#include "host/windows/panel_handler.h"
 
 #include <algorithm>
 #include <stdexcept>
