@@ -1,9 +1,6 @@
 #include "python/session.h"
 
-#include <filesystem>
-
-#include "host/files/image_file.h"
-#include "host/text/system_path.h"
+#include "host/setup/host_options.h"
 #include "python/handlers.h"
 #include "python/values.h"
 
@@ -17,14 +14,6 @@ constexpr char advice_on_scattered[] =
     "An array among the arguments is not C-contiguous, which some functions need: pass numpy.ascontiguousarray() of "
     "it.";
 
-/// The library misses its companion package, a file beside it that brings the panel's handler, with a dialog at each
-/// start. Here a handler is a Python object, so the package is vouched for.
-bool exists_or_is_companion(const std::string& path)
-{
-    std::error_code unreadable;
-    return path.ends_with(".gtk") || std::filesystem::exists(host::system_path(path), unreadable);
-}
-
 /// What the host has to say goes to Python; trouble there stops nothing here.
 void tell(const std::shared_ptr<python_owner>& log, const char* level, const std::string& text)
 {
@@ -36,15 +25,13 @@ void tell(const std::shared_ptr<python_owner>& log, const char* level, const std
     }
 }
 
-host::engine_options options_with(const std::shared_ptr<python_owner>& log)
+host::listeners forward_to(const std::shared_ptr<python_owner>& log)
 {
-    host::engine_options options;
-    options.file_exists = exists_or_is_companion;
-    options.open_image = [](const std::string& path) { return host::read_image(host::system_path(path)); };
-    options.listening.error = [log](const host::error_record& error) { tell(log, "error", error.text); };
-    options.listening.dialog = [log](const host::dialog_record& shown) { tell(log, "warning", shown.text); };
-    options.listening.output = [log](const host::output_record& line) { tell(log, "info", line.text); };
-    return options;
+    host::listeners listening;
+    listening.error = [log](const host::error_record& error) { tell(log, "error", error.text); };
+    listening.dialog = [log](const host::dialog_record& shown) { tell(log, "warning", shown.text); };
+    listening.output = [log](const host::output_record& line) { tell(log, "info", line.text); };
+    return listening;
 }
 
 /// A callback failed and the library went on regardless: Python shows the error, as nobody else would.
@@ -57,7 +44,8 @@ void show(const py::object& swallowed)
 }  // namespace
 
 session::session(const std::string& file, py::object log)
-    : engine_{std::make_unique<host::engine>(options_with(std::make_shared<python_owner>(log)))},
+    : engine_{std::make_unique<host::engine>(
+          host::host_options(file, forward_to(std::make_shared<python_owner>(log))))},
       library_{std::make_unique<host::library>(*engine_, file)}
 {}
 

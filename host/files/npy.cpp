@@ -27,16 +27,16 @@ struct dtype
 };
 
 constexpr std::array<dtype, 10> dtypes{{
-    {9, "i1", "int8", 1},
-    {6, "u1", "uint8", 1},
-    {1, "i2", "int16", 2},
-    {10, "u2", "uint16", 2},
-    {7, "i4", "int32", 4},
-    {11, "u4", "uint32", 4},
-    {2, "f4", "float32", 4},
-    {12, "f8", "float64", 8},
-    {3, "c8", "complex64", 4},
-    {13, "c16", "complex128", 8},
+    {HOST_ELEMENT_INT8, "i1", "int8", 1},
+    {HOST_ELEMENT_UINT8, "u1", "uint8", 1},
+    {HOST_ELEMENT_INT16, "i2", "int16", 2},
+    {HOST_ELEMENT_UINT16, "u2", "uint16", 2},
+    {HOST_ELEMENT_INT32, "i4", "int32", 4},
+    {HOST_ELEMENT_UINT32, "u4", "uint32", 4},
+    {HOST_ELEMENT_FLOAT32, "f4", "float32", 4},
+    {HOST_ELEMENT_FLOAT64, "f8", "float64", 8},
+    {HOST_ELEMENT_COMPLEX64, "c8", "complex64", 4},
+    {HOST_ELEMENT_COMPLEX128, "c16", "complex128", 8},
 }};
 
 const dtype* dtype_of(std::uint32_t code)

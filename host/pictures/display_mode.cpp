@@ -52,7 +52,7 @@ std::vector<float> in_pairs(const image& pixels, Both both, Lone lone)
     const auto add = [&](std::complex<double> value, double result) {
         values.push_back(static_cast<float>(std::isfinite(result) ? result : lone(value)));
     };
-    visit_plane(pixels, 0, [&](std::complex<double> value) {
+    for_each_pixel_of_plane(pixels, 0, [&](std::complex<double> value) {
         if (waiting) {
             const two results = both(two{former.real(), value.real()}, two{former.imag(), value.imag()});
             add(former, results.get(0));
@@ -94,7 +94,7 @@ std::vector<float> displayed_values(const image& pixels, display_mode mode)
     if (mode == display_mode::log_modulus) return log_moduli(pixels);
     std::vector<float> values;
     values.reserve(std::size_t{pixels.size(0)} * pixels.size(1));
-    visit_plane(pixels, 0, [&](std::complex<double> value) { values.push_back(displayed(value, mode)); });
+    for_each_pixel_of_plane(pixels, 0, [&](std::complex<double> value) { values.push_back(displayed(value, mode)); });
     return values;
 }
 

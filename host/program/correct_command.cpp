@@ -5,10 +5,10 @@
 #include "host/correction/multiply_spectrum.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
-#include "host/program/json.h"
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
+#include "host/text/number_text.h"
 #include "lens/electron.h"
 #include "lens/numbers.h"
 #include "lens/transfer.h"
@@ -16,6 +16,8 @@
 namespace zentrix::program {
 
 namespace {
+
+using host::number_text;
 
 struct correct_request
 {
@@ -35,8 +37,8 @@ std::string stated(const lens::aberrations& lens)
     for (const auto& about : lens::all_coefficients) {
         const lens::polar& value = lens[about.which];
         if (value.modulus == 0) continue;
-        text += (text.empty() ? "" : ", ") + std::string{about.name} + " " + plain_number(value.modulus);
-        if (about.symmetry != 0) text += "@" + plain_number(value.angle_degrees);
+        text += (text.empty() ? "" : ", ") + std::string{about.name} + " " + number_text(value.modulus);
+        if (about.symmetry != 0) text += "@" + number_text(value.angle_degrees);
         text += " " + std::string{about.unit};
     }
     return text.empty() ? "no aberration" : text;
@@ -59,15 +61,14 @@ void run(correct_request& request, const global_options& global)
     write_result(request.output, request.picture, *wave);
 
     if (global.json)
-        std::cout << json_object({{"result", as_json(*wave, request.output)},
-                                  {"wavelength_nm", json_number(setup.wavelength_nm)},
-                                  {"removed", request.remove ? "true" : "false"},
-                                  {"envelope", arguments.envelope ? "true" : "false"}})
-                  << '\n';
+        print({{"result", as_json(*wave, request.output)},
+               {"wavelength_nm", setup.wavelength_nm},
+               {"removed", request.remove},
+               {"envelope", arguments.envelope}});
     else
         std::cout << (request.remove ? "removed " : "applied ") << stated(setup.lens)
                   << (arguments.envelope ? ", with the envelope" : "") << ", wavelength "
-                  << plain_number(std::round(setup.wavelength_nm * 1e7) / 1e4) << " pm: " << one_line(*wave) << " -> "
+                  << number_text(std::round(setup.wavelength_nm * 1e7) / 1e4) << " pm: " << one_line(*wave) << " -> "
                   << request.output << '\n';
 }
 

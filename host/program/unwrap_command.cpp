@@ -8,7 +8,6 @@
 #include "host/pictures/for_each_pixel.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
-#include "host/program/json.h"
 #include "host/program/picture_options.h"
 #include "host/text/system_path.h"
 
@@ -46,7 +45,7 @@ host::image_ref read_phase(const unwrap_request& request)
     const std::uint32_t sizes[] = {read->size(0), read->size(1)};
     auto phase = host::image::create(read->name(), host::code_of(host::element_class::real, 4), sizes);
     auto* out = static_cast<float*>(phase->data());
-    host::visit_plane(*read, 0, [&](std::complex<double> pixel) {
+    host::for_each_pixel_of_plane(*read, 0, [&](std::complex<double> pixel) {
         *out++ = static_cast<float>(complex ? std::arg(pixel) : pixel.real());
     });
     return phase;
@@ -76,7 +75,7 @@ void run(const unwrap_request& request, const global_options& global)
     }
     write_result(request.output, request.picture, *unwrapped);
     if (global.json)
-        std::cout << json_object({{"result", as_json(*unwrapped, request.output)}}) << '\n';
+        print({{"result", as_json(*unwrapped, request.output)}});
     else
         std::cout << "unwrapped " << one_line(*unwrapped) << " -> " << request.output << '\n';
 }

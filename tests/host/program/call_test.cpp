@@ -22,24 +22,26 @@ float hill(int x, int y)
 
 }  // namespace
 
-TEST(functions, are_listed_in_the_order_of_their_registration)
+TEST(functions, AreListedInTheOrderOfTheirRegistration)
 {
     const workbench bench;
     const auto plain = bench.zentrix({"functions"});
     EXPECT_EQ(plain.code, 0) << plain.err;
     EXPECT_THAT(plain.out, StartsWith("void ZXSetUseSIMD(long isUseSIMD)\nlong ZXPadSize(long n)\n"));
-    EXPECT_THAT(plain.out, HasSubstr("\nImageRef ZXGoldstain(Image * imgSrc, long nMaxBoxSize)\n"));
     EXPECT_EQ(std::count(plain.out.begin(), plain.out.end(), '\n'), 64);
-    const auto json = bench.zentrix({"functions", "--json"});
-    EXPECT_THAT(json.out, StartsWith("[\"void ZXSetUseSIMD(long isUseSIMD)\", \"long ZXPadSize(long n)\", "));
+    EXPECT_THAT(bench.zentrix({"functions", "--json"}).out, StartsWith(R"x(["void ZXSetUseSIMD(long isUseSIMD)",")x"));
 }
 
-TEST(call, converts_words_by_the_prototype_and_prints_what_comes_back)
+TEST(call, ConvertsWordsByThePrototypeAndPrintsTheResults)
 {
     const workbench bench;
     support::write_real(bench / "a.npy", 3, 2, [](int x, int y) { return x - 3 * y; });
-    const std::string no_whole_number =
-        "zentrix: ZXPadSize, argument 1 (long n): expected a whole number from -2147483648 to 2147483647, not ";
+    support::write_real(bench / "bar.npy", 5, 1, [](int x, int) { return x == 1 || x == 3 ? 1 : 0; });
+    for (const char* name : {"10.raw", "2.raw"}) bench.folder().write(name, "123456");
+    const std::string start = "zentrix: ZXSurvey, argument 2 (double fMin): expected _ or _=START, where START is ",
+                      whole =
+                          "zentrix: ZXPadSize, argument 1 (long n): expected a whole number from -2147483648 to "
+                          "2147483647, not ";
     struct row
     {
         std::vector<std::string> words;
@@ -47,24 +49,50 @@ TEST(call, converts_words_by_the_prototype_and_prints_what_comes_back)
     };
     for (const auto& [words, out, err] : {
              row{{"ZXPadSize", "1025"}, "1152\n", ""},
-             row{{"ZXPadSize", "1025", "--json"}, "{\"result\": 1152, \"outputs\": {}}\n", ""},
+             row{{"ZXPadSize", "1025", "--json"},
+                 R"({"result":1152,"outputs":{}})"
+                 "\n",
+                 ""},
              row{{"ZXHanningWindow", "a.npy", "-.5", "-1.5", "1", "null"},
-                 "float32 3 x 2, not written: -o FILE does\n",
+                 "float32 3 x 2, not written (use -o FILE)\n",
                  ""},
              row{{"ZXSurvey", "a.npy", "_", "_", "_", "null"}, "fMin = -3\nfMax = 2\nfSum = -3\n", ""},
-             row{{"--json", "ZXSurvey", "a.npy", "_", "_", "_", "_", "_"},
-                 "{\"result\": null, \"outputs\": {\"fMin\": -3, \"fMax\": 2, \"fSum\": -3, \"fSqsum\": 19, "
-                 "\"fSumAbs\": 9}}\n",
+             row{{"--json", "ZXSurvey", "a.npy", "_", "_", "_", "_"},
+                 R"({"result":null,"outputs":{"fMin":-3.0,"fMax":2.0,"fSum":-3.0,"fSqsum":19.0}})"
+                 "\n",
+                 ""},
+             // Output parameters with a start: near pixel 1, near pixel 3, everywhere.
+             row{{"ZXGetCenterOfMass", "bar.npy", "_=1.2", "_=0", "0.9", "9", "0"}, "2\nfX = 1\nfY = 0\n", ""},
+             row{{"ZXGetCenterOfMass", "bar.npy", "_=3.2", "_=-0.1", "0.9", "9", "0"}, "2\nfX = 3\nfY = 0\n", ""},
+             row{{"ZXGetCenterOfMass", "bar.npy", "_=0", "_=-.5", "inf", "9", "-.5"}, "2\nfX = 2\nfY = 0\n", ""},
+             row{{"ZXGetCenterOfMass", "bar.npy", "_=0", "_=-inf", "9", "9", "0"},
+                 "",
+                 "zentrix: Parameters are invalid.\n"},
+             row{{"ZXGetCenterOfMass", "bar.npy", "_=0", "_=0", "9", "9", "-inf"},
+                 "",
+                 "zentrix: Parameters are invalid.\n"},
+             row{{"ZXGetCenterOfMass", "bar.npy", "_=0", "_=0", "-nan", "9", "0"},
+                 "",
+                 "zentrix: Parameters are invalid.\n"},
+             row{{"ZXOpenImage", "a.npy", "1", "1", "1", "-1"}, "float32 3 x 2, not written (use -o FILE)\n", ""},
+             row{{"ZXSelectImageFiles", "_=./*.raw", "", "_=3", "_=1", "_=2"},
+                 R"([{"Name":"2.raw"},{"Name":"10.raw"}])"
+                 "\npath = ./\nnW = 3\nnH = 1\neType = 2\n",
+                 ""},
+             row{{"ZXSortNumberedName", "list:b10,b2"},
+                 R"(tFiles = ["b2","b10"])"
+                 "\n",
                  ""},
              row{{"ZXMaximumFilter", "a.npy", "1", "a.npy"}, "", "zentrix: Output should be out-of-place.\n"},
-             row{{"ZXPadSize", "1.5"}, "", no_whole_number + "\"1.5\"\n"},
-             row{{"ZXPadSize", "2147483648"}, "", no_whole_number + "\"2147483648\"\n"},
+             row{{"ZXPadSize", "1.5"}, "", whole + "\"1.5\"\n"},
+             row{{"ZXPadSize", "2147483648"}, "", whole + "\"2147483648\"\n"},
              row{{"ZXPadSize"}, "", "zentrix: ZXPadSize does not take 0 arguments:\n  long ZXPadSize(long n)\n"},
+             row{{"ZXSurvey", "a.npy", "_=x", "_", "_", "_"}, "", start + "a number; or null, not \"_=x\"\n"},
              row{{"ZXNone", "1"},
                  "",
-                 "zentrix: there is no script function ZXNone; zentrix functions lists those that there are\n"},
+                 "zentrix: there is no script function ZXNone; \"zentrix functions\" lists them all\n"},
              row{{"ZXMedian", "none.npy"}, "", "zentrix: none.npy: there is no such file\n"},
-             row{{"ZXMedian", "a.npy", "-o", "m.npy"}, "", "zentrix: -o m.npy: ZXMedian gives no image back\n"},
+             row{{"ZXMedian", "a.npy", "-o", "m.npy"}, "", "zentrix: -o m.npy: ZXMedian does not return an image\n"},
              row{{"ZXMaximumFilter", "a.npy", "1", "null", "-o", "m.jpg"},
                  "",
                  "zentrix: m.jpg: cannot be written: expected a name ending in .npy or .png\n"},
@@ -72,20 +100,24 @@ TEST(call, converts_words_by_the_prototype_and_prints_what_comes_back)
                  "",
                  "zentrix: none/m.npy: cannot be written: No such file or directory\n"},
          }) {
+#ifdef _WIN32
+        if (words.front() == "ZXSelectImageFiles") continue;  // backslashes
+#endif
         const auto done = bench.zentrix(joined({"call"}, words));
         EXPECT_EQ(done.code, err.empty() ? 0 : 1) << words.front();
         EXPECT_EQ(done.out, out);
         EXPECT_EQ(done.err, err);
     }
-    EXPECT_EQ(bench.folder().files(), std::vector<std::string>{"a.npy"});
+    EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"10.raw", "2.raw", "a.npy", "bar.npy"}));
 }
 
-TEST(call, images_go_to_their_files_and_in_place_works)
+TEST(call, WritesImagesToTheirFilesAndWorksInPlace)
 {
     const workbench bench;
     support::write_real(bench / "a.npy", 40, 30, hill);
     for (const auto& words : std::vector<std::vector<std::string>>{
-             {"call", "ZXMovingAverage2", "a.npy", "2", "_", "_", "-o", "imgDst2=sd.png", "-o", "imgDst1=mean.npy"},
+             {"call", "ZXMovingAverage2", "a.npy", "2", "_", "_=a.npy", "-o", "imgDst2=sd.png", "-o",
+              "imgDst1=mean.npy"},
              {"call", "ZXMovingAverage", "a.npy", "2", "null", "-o", "single.npy"},
              {"--simd", "off", "call", "ZXMaximumFilter", "a.npy", "2", "null", "-o", "plain.npy"},
              {"call", "ZXMaximumFilter", "a.npy", "2", "null", "-o", "vector.npy"}})
@@ -160,8 +192,8 @@ TEST(command_line, bad_usage_is_code_2_and_touches_nothing)
         const char* said;
     };
     for (const auto& [words, said] :
-         {row{{}, "a command is expected: functions, call, info, correct"},
-          row{{"corect"}, "a command is expected: functions, call, info, correct"},
+         {row{{}, "expected a command: functions, call, info, correct"},
+          row{{"corect"}, "expected a command: functions, call, info, correct"},
           row{{"call", "ZXPadSize", "3", "--jsno"}, "--jsno"}, row{{"--simd", "maybe", "functions"}, "maybe"},
           row{{"correct", "w.npy", "-o", "o.npy", "--kv", "300"}, "--pixel is required"},
           row{correct, "--kv is required"}}) {
@@ -204,7 +236,7 @@ TEST(command_line, names_the_file_that_it_cannot_use)
     const auto info = bench.zentrix({"info", "real.npy", "--json"});
     EXPECT_EQ(
         info.out,
-        "{\"type\": \"float32\", \"size\": [4, 4], \"file\": \"real.npy\", \"of\": \"value\", \"min\": 1, \"max\": 1, "
-        "\"mean\": 1, \"not_finite\": 0}\n");
+        R"({"type":"float32","size":[4,4],"file":"real.npy","of":"value","min":1.0,"max":1.0,"mean":1.0,"not_finite":0})"
+        "\n");
     EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"real.npy", "torn.npy"}));
 }
