@@ -92,3 +92,24 @@ TEST(correct, envelope_widths_are_rms_in_the_stated_units)
         EXPECT_NEAR(std::abs(sideband) / 0.25, std::exp(-exponent), 1e-5) << options.front();
     }
 }
+
+#if !defined(_WIN32) && !defined(__SANITIZE_ADDRESS__)
+TEST(correct, SaysSoWhenMemoryRunsOutAndLeavesNothing)
+{
+    const workbench bench;
+    write_noise(bench / "wave.npy", 1021, 1031);
+    const std::string program =
+        support::built(ZENTRIX_PROGRAM).string() + " correct wave.npy --kv 300 --pixel 0.02 --show phase --colour -o ";
+    int refused = 0;
+    for (int kilobytes = 20000; kilobytes < 38000; kilobytes += 1500) {
+        const auto done =
+            bench.run("/bin/sh", {"-c", "ulimit -v " + std::to_string(kilobytes) + "; exec " + program + "o.png"});
+        ASSERT_TRUE(done.code == 0 || done.code == 1) << kilobytes << ": " << done.code << " " << done.err;
+        if (done.code == 0) continue;
+        ++refused;
+        EXPECT_EQ(done.err.substr(0, 9), "zentrix: ");
+        EXPECT_EQ(bench.folder().files(), std::vector<std::string>{"wave.npy"});
+    }
+    EXPECT_GT(refused, 3);
+}
+#endif
