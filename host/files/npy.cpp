@@ -4,6 +4,7 @@
 #include <array>
 #include <bit>
 #include <cstring>
+#include <fstream>
 #include <limits>
 #include <vector>
 

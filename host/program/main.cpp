@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "host/files/pending_file.h"
 #include "host/program/argument.h"
 #include "host/program/commands.h"
 #include "host/text/encoding.h"
@@ -118,6 +119,7 @@ int main(int argc, char** argv)
 #ifdef _WIN32
         SetConsoleOutputCP(CP_UTF8);
 #endif
+        zentrix::host::remove_pending_files_on_signals();
         return run(argc, argv);
     } catch (const std::bad_alloc&) {
         std::cerr << "zentrix: there is not enough memory for images of this size\n";

@@ -4,14 +4,11 @@
 
 #include <complex>
 #include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
 #include "host/files/file_error.h"
 #include "host/files/npy_header.h"
-#include "host/files/pending_file.h"
 #include "tests/support/scratch.h"
 
 using namespace zentrix::host;
@@ -152,36 +149,4 @@ TEST(npy, says_what_is_wrong_with_a_file)
     }
     EXPECT_EQ(problem_of(folder / "none.npy"), (folder / "none.npy").string() + ": there is no such file");
     EXPECT_EQ(problem_of(folder / ""), (folder / "").string() + ": cannot be read");
-}
-
-TEST(npy, a_file_that_cannot_be_written_leaves_nothing_and_keeps_the_former_one)
-{
-    const scratch_folder folder;
-    folder.write("former.npy", "as it was");
-    const auto colours = image::create("colours", 23, std::vector<std::uint32_t>{2, 2});
-    EXPECT_THROW(write_npy(folder / "former.npy", *colours), file_error);
-    const auto grey = image::create("grey", 6, std::vector<std::uint32_t>{2, 2});
-    std::filesystem::create_directory(folder / "folder.npy");
-    EXPECT_THROW(write_npy(folder / "folder.npy", *grey), file_error);
-    EXPECT_THROW(write_npy(folder / "missing" / "a.npy", *grey), file_error);
-    EXPECT_EQ(folder.files(), (std::vector<std::string>{"folder.npy", "former.npy"}));
-    EXPECT_EQ(folder.read("former.npy"), "as it was");
-}
-
-TEST(pending_file, appears_whole_or_not_at_all)
-{
-    const scratch_folder folder;
-    folder.write("a", "former");
-    {
-        pending_file given_up{folder / "a"};
-        given_up.write("half", 4);
-    }
-    EXPECT_EQ(folder.files(), std::vector<std::string>{"a"});
-    EXPECT_EQ(folder.read("a"), "former");
-    pending_file finished{folder / "a"};
-    finished.write("whole", 5);
-    EXPECT_EQ(folder.read("a"), "former");
-    finished.commit();
-    EXPECT_EQ(folder.files(), std::vector<std::string>{"a"});
-    EXPECT_EQ(folder.read("a"), "whole");
 }
