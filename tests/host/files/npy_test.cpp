@@ -7,9 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "host/files/file_error.h"
 #include "host/files/npy_header.h"
+#include "tests/support/same_bytes.h"
 #include "tests/support/scratch.h"
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#endif
 
 using namespace zentrix::host;
 using support::scratch_folder;
@@ -34,21 +38,18 @@ std::string bytes_of(const std::vector<T>& values)
 
 std::string problem_of(const std::filesystem::path& file)
 {
-    try {
-        read_npy(file);
-    } catch (const file_error& problem) {
-        return problem.what();
-    }
-    return "no error";
+    return support::message_of([&] { read_npy(file); });
 }
 
 }  // namespace
 
-TEST(npy, every_type_and_dimension_comes_back_to_the_bit)
+TEST(Npy, KeepsEveryTypeAndDimensionToTheBit)
 {
     const scratch_folder folder;
     const std::vector<std::vector<std::uint32_t>> shapes{{7}, {5, 3}, {4, 3, 2}, {1, 1, 1}};
-    for (const std::uint32_t code : {9u, 6u, 1u, 10u, 7u, 11u, 2u, 12u, 3u, 13u})
+    for (const std::uint32_t code : {HOST_ELEMENT_INT8, HOST_ELEMENT_UINT8, HOST_ELEMENT_INT16, HOST_ELEMENT_UINT16,
+                                     HOST_ELEMENT_INT32, HOST_ELEMENT_UINT32, HOST_ELEMENT_FLOAT32,
+                                     HOST_ELEMENT_FLOAT64, HOST_ELEMENT_COMPLEX64, HOST_ELEMENT_COMPLEX128})
         for (const auto& sizes : shapes) {
             auto written = image::create("written", code, sizes);
             const std::size_t bytes = written->count() * written->type().bytes;
@@ -67,7 +68,7 @@ TEST(npy, every_type_and_dimension_comes_back_to_the_bit)
     EXPECT_EQ(folder.files(), std::vector<std::string>{"array.npy"});
 }
 
-TEST(npy, rows_columns_orders_and_versions_mean_the_same_picture)
+TEST(Npy, ReadsByteOrdersColumnMajorOrderAndVersions)
 {
     const scratch_folder folder;
     const std::vector<std::int16_t> by_rows{1, 2, 3, 4, 5, 6}, by_columns{1, 4, 2, 5, 3, 6};
@@ -80,7 +81,7 @@ TEST(npy, rows_columns_orders_and_versions_mean_the_same_picture)
     };
     for (const auto& [dictionary, elements, version] : {
              row{"{'descr': '<i2', 'fortran_order': False, 'shape': (2, 3), }", bytes_of(by_rows), 1},
-             row{"{'shape':(2,3),'fortran_order':False,'descr':'<i2'}", bytes_of(by_rows) + "behind", 2},
+             row{"{'shape':(2,3),'fortran_order':False,'descr':'<i2'}", bytes_of(by_rows) + "trailing", 2},
              row{"{\"descr\": \"=i2\", 'fortran_order': False, 'shape': (2L, 3L)}   ", bytes_of(by_rows), 3},
              row{"{'descr': '>i2', 'fortran_order': False, 'shape': (2, 3), }", bytes_of(swapped), 1},
              row{"{'descr': '<i2', 'fortran_order': True, 'shape': (2, 3), }", bytes_of(by_columns), 1},
@@ -93,7 +94,7 @@ TEST(npy, rows_columns_orders_and_versions_mean_the_same_picture)
         EXPECT_EQ(picture->at<std::int16_t>(0, 1), 4) << dictionary;
     }
 
-    // Big-endian complex numbers turn each part by itself; a volume's column-major order turns all three dimensions.
+    // Both parts of a complex number are swapped separately; column-major order reverses all three dimensions.
     folder.write("c.npy", npy_text("{'descr': '>c8', 'fortran_order': False, 'shape': (1,)}",
                                    std::string{"?\x80\0\0@\0\0\0", 8}));
     EXPECT_EQ(read_npy(folder / "c.npy")->at<std::complex<float>>(0), (std::complex<float>{1, 2}));
@@ -103,7 +104,7 @@ TEST(npy, rows_columns_orders_and_versions_mean_the_same_picture)
     EXPECT_EQ(read_npy(folder / "f.npy")->at<std::uint8_t>(3, 1, 1), 1 + 2 * (1 + 3 * 3));
 }
 
-TEST(npy, says_what_is_wrong_with_a_file)
+TEST(Npy, NamesWhatIsWrongWithAFile)
 {
     const scratch_folder folder;
     const std::string four(4 * 4, 'x');
@@ -113,10 +114,10 @@ TEST(npy, says_what_is_wrong_with_a_file)
     };
     struct row
     {
-        std::string contents, said;
+        std::string contents, message;
     };
     for (
-        const auto& [contents, said] : {
+        const auto& [contents, message] : {
             row{"", "it is not a .npy file: expected the first bytes \\x93NUMPY"},
             row{"\x89PNG\r\n\x1a\n", "it is not a .npy file: expected the first bytes \\x93NUMPY"},
             row{npy_text("{}", four, 4), "it has .npy format version 4; expected 1, 2 or 3"},
@@ -145,8 +146,23 @@ TEST(npy, says_what_is_wrong_with_a_file)
             row{shaped("(1, 5)"), "it is cut short: 1 x 5 elements of 4 bytes are announced, but only 16 bytes follow"},
         }) {
         folder.write("bad.npy", contents);
-        EXPECT_EQ(problem_of(folder / "bad.npy"), (folder / "bad.npy").string() + ": " + said);
+        EXPECT_EQ(problem_of(folder / "bad.npy"), (folder / "bad.npy").string() + ": " + message);
     }
-    EXPECT_EQ(problem_of(folder / "none.npy"), (folder / "none.npy").string() + ": there is no such file");
-    EXPECT_EQ(problem_of(folder / ""), (folder / "").string() + ": cannot be read");
+}
+
+TEST(Npy, RefusesWhatIsNotAFileAtOnce)
+{
+    const scratch_folder folder;
+    std::filesystem::create_directory(folder / "folder.npy");
+    std::vector<std::pair<std::string, std::string>> rows{{"none.npy", "there is no such file"},
+                                                          {"folder.npy", "cannot be read: it is a folder"}};
+#ifndef _WIN32
+    ASSERT_EQ(mkfifo((folder / "pipe.npy").c_str(), 0600), 0);
+    std::filesystem::create_symlink("loop.npy", folder / "loop.npy");
+    rows.insert(rows.end(), {{"pipe.npy", "cannot be read: it is not a regular file"},
+                             {"loop.npy", "cannot be read: Too many levels of symbolic links"},
+                             {std::string(300, 'n'), "cannot be read: File name too long"}});
+#endif
+    for (const auto& [name, message] : rows)
+        EXPECT_EQ(problem_of(folder / name), (folder / name).string() + ": " + message);
 }
