@@ -25,7 +25,7 @@ void write_noise(const std::filesystem::path& file, int width, int height)
 
 }  // namespace
 
-TEST(correct, gives_back_the_wave_that_went_through_an_independent_lens)
+TEST(correct, RemovesTheAberrationsOfAnIndependentLens)
 {
     const workbench bench;
     ASSERT_EQ(bench.run(support::built(MAKE_SAMPLE), {"in.npy", "truth.npy"}).code, 0);
@@ -41,7 +41,7 @@ TEST(correct, gives_back_the_wave_that_went_through_an_independent_lens)
     EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"in.npy", "out.npy", "out.png", "truth.npy"}));
 }
 
-TEST(correct, removing_undoes_applying_in_any_size_with_tilt)
+TEST(correct, RemovingUndoesApplyingInAnySizeWithTilt)
 {
     const std::vector<std::string> lens{"--kv",  "200",    "--pixel", "0.05",  "--tilt", "1.5,-0.8", "--C1",
                                         "-40",   "--A1",   "9@30",    "--B2",  "150@77", "--A2",     "80@-120",
@@ -61,7 +61,7 @@ TEST(correct, removing_undoes_applying_in_any_size_with_tilt)
 }
 
 /// A wave 1 + sideband of one frequency: the envelope damps the sideband by a closed form of the rms widths as typed.
-TEST(correct, envelope_widths_are_rms_in_the_stated_units)
+TEST(correct, EnvelopeWidthsAreRmsInTheStatedUnits)
 {
     constexpr int size = 64, cycles = 9;
     constexpr double pixel = 0.05, g = cycles / (size * pixel);
@@ -93,8 +93,47 @@ TEST(correct, envelope_widths_are_rms_in_the_stated_units)
     }
 }
 
+TEST(correct, RefusesOrReplacesPixelsThatAreNotFinite)
+{
+    const workbench bench;
+    const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
+    const auto write = [&](const std::vector<complex>& first) {
+        support::write_wave(bench / "wave.npy", 4, 4, [&](int x, int y) {
+            const auto i = static_cast<std::size_t>(x + 4 * y);
+            return i < first.size() ? first[i] : complex{3, 1};
+        });
+    };
+    const std::string which = "zentrix: wave.npy: 2 of 16 pixels are infinite or not a number; ";
+    struct row
+    {
+        std::vector<complex> first;
+        std::vector<std::string> options;
+        complex replaced;
+        std::string err;
+    };
+    for (const auto& [first, options, replaced, err] :
+         {row{{{1, nan}, {-inf, 0}}, {}, {}, which + "--nan zero or --nan mean replaces them\n"},
+          row{{{1, nan}, {-inf, 0}}, {"--nan", "zero"}, {0, 0}, which + "replaced by 0+0i\n"},
+          row{{{1, nan}, {-inf, 0}}, {"--nan", "mean"}, {3, 1}, which + "replaced by 3+1i\n"},
+          row{{{3e38F, 0}, {3e38F, 0}},
+              {},
+              {},
+              "zentrix: The result is not finite: the values of the wave are too large for single precision.\n"}}) {
+        write(first);
+        const auto done =
+            bench.zentrix(joined({"correct", "wave.npy", "-o", "o.npy", "--kv", "300", "--pixel", "0.1"}, options));
+        EXPECT_EQ(done.err, err);
+        EXPECT_EQ(done.code, options.empty() ? 1 : 0);
+        ASSERT_EQ(std::filesystem::exists(bench / "o.npy"), !options.empty());
+        if (options.empty()) continue;
+        const auto out = pixels_of<complex>(bench / "o.npy");
+        EXPECT_LT(std::abs(out[1] - replaced) + std::abs(out[2] - complex{3, 1}), 1e-5F);
+        std::filesystem::remove(bench / "o.npy");
+    }
+}
+
 #if !defined(_WIN32) && !defined(__SANITIZE_ADDRESS__)
-TEST(correct, SaysSoWhenMemoryRunsOutAndLeavesNothing)
+TEST(correct, ReportsThatMemoryRanOutAndLeavesNothing)
 {
     const workbench bench;
     write_noise(bench / "wave.npy", 1021, 1031);
