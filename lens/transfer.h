@@ -8,8 +8,9 @@
 /// coefficients are scaled to radians and whose zero frequency is at the image centre.
 namespace zentrix::lens {
 
-/// Partial coherence of the beam and vibration of the specimen, each as the rms width (standard deviation) of a Gaussian.
-/// The rms width is the 1/e half-width divided by sqrt(2), or the full width at half maximum divided by 2.3548.
+/// Partial coherence of the beam and vibration of the specimen, each as the rms width (standard deviation) of a
+/// Gaussian. The rms width is the 1/e half-width divided by sqrt(2), or the full width at half maximum divided by
+/// 2.3548.
 struct coherence
 {
     double focus_spread_nm = 0;
@@ -24,8 +25,9 @@ enum class direction
     remove  ///< its conjugate: an aberrated wave becomes an ideal one
 };
 
-/// Whether the damping envelope of `coherence` is applied. A multiplication that damps cannot undo damping, so `automatic`
-/// omits the envelope when aberrations are removed. `on` damps then, too, which suppresses noise at high frequencies.
+/// Whether the damping envelope of `coherence` is applied. A multiplication that damps cannot undo damping, so
+/// `automatic` omits the envelope when aberrations are removed. `on` damps then, too, which suppresses noise at high
+/// frequencies.
 enum class damping
 {
     automatic,
@@ -55,16 +57,16 @@ struct transfer_arguments
     std::complex<double> tilt;
 };
 
-/// The arguments that multiply a spectrum of width x height pixels, zero frequency at (width / 2, height / 2) in integer
-/// division, by the transfer function of `setup`.
+/// The arguments that multiply a spectrum of width x height pixels, zero frequency at (width / 2, height / 2) in
+/// integer division, by the transfer function of `setup`.
 ///
 /// Each coefficient of the aberration function is divided by the divisor of its term and multiplied by 2 pi / lambda.
-/// Removal negates the coefficients and nothing else: the phase, with its reference at the centre, changes sign exactly.
-/// In an odd size the zero of the function's own angle is half a pixel away from the zero frequency of the spectrum. The
-/// tilt compensates for that, so that odd sizes are as exact as even ones.
+/// Removal negates the coefficients and nothing else: the phase, with its reference at the centre, changes sign
+/// exactly. In an odd size the zero of the function's own angle is half a pixel away from the zero frequency of the
+/// spectrum. The tilt compensates for that, so that odd sizes are as exact as even ones.
 ///
-/// Throws  std::invalid_argument naming the quantity: a wavelength or pixel size that is not positive, a negative width,
-///         and numbers for which the function would leave the range of a float ("C1 is too large.")
+/// Throws  std::invalid_argument naming the quantity: a wavelength or pixel size that is not positive, a negative
+///         width, and numbers for which the function would leave the range of a float ("C1 is too large.")
 transfer_arguments arguments_for(const optics& setup, int width, int height, direction way,
                                  damping envelope = damping::automatic);
 

@@ -33,8 +33,8 @@ struct fftw<double>
     static constexpr auto destroy = fftw_destroy_plan;
 };
 
-/// FFTW ends the process when it gets no memory, so what it may need is tried first: measured up to 6.3 numbers per row
-/// and column (prime sizes) in addition to 1.3 MB.
+/// FFTW ends the process when an allocation fails, so try beforehand what it may need. Measured were up to 6.3 complex
+/// numbers per row and column (for prime sizes), or 1.3 MB.
 template <class T>
 void require_memory_for_plan(std::ptrdiff_t width, std::ptrdiff_t height)
 {
@@ -63,8 +63,8 @@ void transform(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t hei
 {
     require_memory_for_plan<T>(width, height);
     auto* const data = reinterpret_cast<typename fftw<T>::complex*>(pixels);
-    // Each size is transformed once or twice in a run, so measuring plans would not pay. An estimate also gives the same
-    // plan, and so the same bits, in every run.
+    // Each size is transformed once or twice in a run, so measuring plans would not pay. An estimate also gives the
+    // same plan, and so the same bits, in every run.
     auto* const plan = fftw<T>::plan(static_cast<int>(height), static_cast<int>(width), data, data,
                                      direction == fft_direction::forward ? FFTW_FORWARD : FFTW_BACKWARD, FFTW_ESTIMATE);
     if (plan == nullptr) throw std::bad_alloc{};

@@ -25,7 +25,7 @@ std::string extension_of(const std::filesystem::path& file)
 image_ref read_image(const std::filesystem::path& file)
 {
     if (extension_of(file) == ".npy") return read_npy(file);
-    open_input(file);  // for the message when there is none
+    open_input(file);  // a missing file is reported first
     throw file_error{file, "cannot be read: expected a .npy file"};
 }
 

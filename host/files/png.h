@@ -14,7 +14,8 @@ namespace zentrix::host {
 class png_writer
 {
   public:
-    /// Starts the picture. `channels` is 1 (grey) or 3 (red, green, blue), 8 bits each. `output` must outlive the writer.
+    /// Starts the picture. `channels` is 1 (grey) or 3 (red, green, blue), 8 bits each. `output` must outlive this
+    /// object.
     /// Throws  file_error when the disk is full; std::bad_alloc
     png_writer(pending_file& output, int width, int height, int channels);
     ~png_writer();

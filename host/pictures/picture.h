@@ -20,8 +20,8 @@ struct picture
     std::vector<std::uint8_t> bytes;
 };
 
-/// Paints the first plane of an image row by row, with memory for one row. With palette::cyclic in colours, otherwise in
-/// grey between robust_limits. A pixel that is not a number is black; in colours an infinite one, too.
+/// Paints the first plane of an image row by row, with memory for one row: in colours with palette::cyclic, otherwise
+/// in grey between robust_limits. Pixels that are not a number are black; in colours infinite ones, too.
 class picture_painter
 {
   public:

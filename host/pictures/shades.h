@@ -9,7 +9,7 @@
 /// Shades of 8 bits per channel for numbers.
 namespace zentrix::host {
 
-/// `cyclic` is for phases: red at 0, green at 120 and blue at 240 degrees, so that the step from pi to -pi is invisible.
+/// `cyclic` is for phases: red at 0, green at 120 and blue at 240 degrees, without a visible step from pi to -pi.
 enum class palette
 {
     grey,

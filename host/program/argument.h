@@ -38,8 +38,8 @@ std::string expected_for(const host::prototype_type& type);
 host::script_value read_argument(const std::string& word, const host::prototype_type& type, read_images& images);
 
 /// The overload of `name` that the words fit best; the first of several equal ones.
-/// Throws  host::script_error naming the argument that does not fit and what is expected, or listing the prototypes when
-///         none has that many parameters
+/// Throws  host::script_error naming the argument that does not fit and what is expected, or listing the prototypes
+///         when none has that many parameters
 host::function_ref choose_overload(const std::string& name, const std::vector<host::function_ref>& overloads,
                                    const std::vector<std::string>& words);
 

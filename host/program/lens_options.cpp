@@ -26,7 +26,7 @@ CLI::Validator positive_number() { return finite_number("a positive number", "PO
 void add_coefficients(CLI::App& command, lens::aberrations& lens)
 {
     for (const auto& about : lens::all_coefficients) {
-        const auto take = [&lens, which = about.which](const std::string& word) {
+        const auto set = [&lens, which = about.which](const std::string& word) {
             try {
                 lens[which] = lens::parse_coefficient(which, word);
             } catch (const std::invalid_argument& problem) {
@@ -34,7 +34,7 @@ void add_coefficients(CLI::App& command, lens::aberrations& lens)
             }
         };
         command
-            .add_option_function<std::string>("--" + std::string{about.name}, take,
+            .add_option_function<std::string>("--" + std::string{about.name}, set,
                                               std::string{about.meaning} + " [" + std::string{about.unit} + "]")
             ->type_name(about.symmetry == 0 ? "NUMBER" : "MODULUS@DEGREES")
             ->group("Aberrations, angles counter-clockwise on the displayed image");

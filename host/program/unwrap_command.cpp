@@ -83,7 +83,7 @@ host::image_ref unwrapped(const host::image_ref& phase, std::int32_t box, const 
     const std::uint32_t sizes[] = {phase->size(0), phase->size(1)};
     const std::ptrdiff_t strides[] = {1, phase->size(0)};
     const std::size_t pixels = std::size_t{sizes[0]} * sizes[1];
-    for (std::uint32_t z = 0; z < phase->size(2); ++z) {  // the library unwraps one plane
+    for (std::uint32_t z = 0; z < phase->size(2); ++z) {  // the library unwraps a single plane
         auto* const data = static_cast<float*>(phase->data()) + z * pixels;
         const host::object_ref plane =
             host::image::over("plane", HOST_ELEMENT_FLOAT32, data, sizes, strides, host::access::read, phase);

@@ -230,7 +230,7 @@ TEST(command_line, NamesTheFileAndTheProblem)
           row{joined(unwrap, {"whole.npy"}),
               "whole.npy: contains int32 4 x 4; expected float32 or float64, in radians"},
           row{joined(unwrap, {"real.npy", "--png", "a.jpg"}),
-              "a.jpg: cannot be the picture: expected a name ending in .png"},
+              "a.jpg: cannot be written: expected a name ending in .png"},
           row{joined(unwrap, {"volume.npy", "--png", "a.png"}),
               "volume.npy: contains float32 4 x 4 x 2; a volume cannot be shown as one picture"}}) {
         const auto done = bench.zentrix(words);

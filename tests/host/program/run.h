@@ -10,8 +10,7 @@
 
 namespace support {
 
-/// A file of the build, by the name that the build system gives it. A Windows program under Wine sees the machine's root
-/// as drive Z.
+/// The path of a built file. Windows programs under Wine see the root folder of the machine as drive Z.
 inline std::filesystem::path built(const std::string& file)
 {
 #ifdef _WIN32
@@ -20,7 +19,7 @@ inline std::filesystem::path built(const std::string& file)
     return file;
 }
 
-/// What a program did: its exit code and all that it wrote.
+/// Exit code and output of a program.
 struct outcome
 {
     int code = -1;
@@ -33,11 +32,10 @@ inline std::vector<std::string> joined(std::vector<std::string> words, const std
     return words;
 }
 
-/// Runs programs in a scratch folder, where their files are named without a path.
+/// Runs programs in a scratch folder, so that files need no path.
 class workbench
 {
   public:
-    /// Runs the program with these arguments, each quoted.
     outcome run(const std::filesystem::path& program, const std::vector<std::string>& arguments) const
     {
         std::string command = change_folder + ("\"" + (folder_ / "").string() + "\" && ") + quoted(program.string());
@@ -45,8 +43,7 @@ class workbench
         command += " >\"" + texts_("out").string() + "\" 2>\"" + texts_("err").string() + "\"";
         outcome result;
 #ifdef _WIN32
-        // The command processor drops the outer quotes. Wine now and then fails to start it, which is -1; no program of
-        // ours ends with that.
+        // The command processor drops the outer quotes. Wine sometimes fails to start it, which gives -1.
         for (int attempt = 0; attempt < 3 && result.code == -1; ++attempt)
             result.code = _wsystem(zentrix::host::system_path("\"" + command + "\"").wstring().c_str());
 #else
