@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <complex>
+#include <cmath>
 #include <functional>
 #include <map>
-#include <numbers>
 #include <string>
 
 #include "lens/electron.h"
@@ -14,7 +13,6 @@
 
 using namespace zentrix::lens;
 using support::message_of;
-using complex = std::complex<double>;
 
 namespace {
 
@@ -33,58 +31,6 @@ TEST(ElectronWavelength, AgreesWithTextbooks)
     for (auto [kilovolts, picometres] : {std::pair{20.0, 8.5885}, {100.0, 3.7014}, {200.0, 2.5079}, {300.0, 1.9687}})
         EXPECT_NEAR(electron_wavelength(kilovolts) * 1e3, picometres, 6e-5) << kilovolts << " kV";
     EXPECT_THROW(electron_wavelength(0), std::invalid_argument);
-}
-
-TEST(TransferArguments, RemovalNegatesEveryCoefficientAndKeepsTheTilt)
-{
-    optics setup = usual_optics();
-    setup.tilt_mrad = {1.5, -0.7};
-    for (const auto& about : all_coefficients) setup.lens[about.which] = {1.5, 33};
-    const auto a = arguments_for(setup, 65, 48, direction::apply), b = arguments_for(setup, 65, 48, direction::remove);
-    EXPECT_EQ(a.tilt, b.tilt);
-    const auto coefficients = [](const transfer_arguments& t) {
-        return std::vector<complex>{t.c20, t.c40, t.c60, t.c22, t.c31, t.c33, t.c42,
-                                    t.c44, t.c51, t.c53, t.c55, t.c62, t.c64, t.c66};
-    };
-    for (std::size_t i = 0; i < coefficient_count; ++i) {
-        EXPECT_EQ(coefficients(a)[i], -coefficients(b)[i]) << i;
-        EXPECT_NE(coefficients(a)[i], complex{}) << i;
-    }
-}
-
-TEST(TransferArguments, TiltPointsUpAndOddSizesAreCentred)
-{
-    optics setup = usual_optics();
-    setup.tilt_mrad = {2, 3};
-    for (auto [width, height] : {std::pair{64, 32}, {65, 32}, {64, 33}, {7, 5}}) {
-        const auto a = arguments_for(setup, width, height, direction::apply);
-        // The angle that the function assigns to the zero frequency must be the tilt alone, imaginary part down.
-        const complex centre{(width / 2) / double(width) - 0.5, (height / 2) / double(height) - 0.5};
-        EXPECT_LT(std::abs(centre * a.lambda / a.step + a.tilt - complex{0.002, -0.003}), 1e-15);
-    }
-}
-
-TEST(TransferArguments, WidthsAreRmsAndRemovalOmitsTheEnvelope)
-{
-    optics setup = usual_optics();
-    EXPECT_FALSE(arguments_for(setup, 8, 8, direction::apply).envelope);
-    setup.spread = {4, 0.3, 0.02};
-    const auto a = arguments_for(setup, 8, 8, direction::apply);
-    // Frank's envelope of a Gaussian focus spread: exp(-(pi sigma lambda g^2)^2 / 2).
-    const double g = 7, s = std::pow(g * a.lambda, 2);
-    EXPECT_NEAR(s * a.c2s, std::numbers::pi * 4 * a.lambda * g * g, 1e-12);
-    EXPECT_DOUBLE_EQ(a.bdiv, 0.3e-3);
-    EXPECT_DOUBLE_EQ(a.vib, 0.02);
-    struct row
-    {
-        direction way;
-        damping envelope;
-        bool is_damped;
-    };
-    for (auto [way, envelope, is_damped] :
-         {row{direction::apply, damping::automatic, true}, row{direction::apply, damping::off, false},
-          row{direction::remove, damping::automatic, false}, row{direction::remove, damping::on, true}})
-        EXPECT_EQ(arguments_for(setup, 8, 8, way, envelope).envelope, is_damped);
 }
 
 TEST(TransferArguments, RefuseNumbersBeyondSinglePrecisionByName)

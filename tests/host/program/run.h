@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,9 @@ struct outcome
 {
     int code = -1;
     std::string out, err;
+
+    /// "0 output", or "1 error" after a failure.
+    std::string text() const { return std::to_string(code) + " " + (code == 0 ? out + err : err); }
 };
 
 inline std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more)
@@ -40,7 +45,7 @@ class workbench
     {
         std::string command = change_folder + ("\"" + (folder_ / "").string() + "\" && ") + quoted(program.string());
         for (const auto& argument : arguments) command += " " + quoted(argument);
-        command += " >\"" + texts_("out").string() + "\" 2>\"" + texts_("err").string() + "\"";
+        command += " >\"" + (texts_ / "out").string() + "\" 2>\"" + (texts_ / "err").string() + "\"";
         outcome result;
 #ifdef _WIN32
         // The command processor drops the outer quotes. Wine sometimes fails to start it, which gives -1.
@@ -55,17 +60,17 @@ class workbench
         return result;
     }
     outcome zentrix(const std::vector<std::string>& arguments) const { return run(built(ZENTRIX_PROGRAM), arguments); }
+    /// The same with arguments that are separated by blanks.
+    outcome zentrix(const std::string& arguments) const
+    {
+        std::istringstream words{arguments};
+        return zentrix(std::vector<std::string>{std::istream_iterator<std::string>{words}, {}});
+    }
 
     const scratch_folder& folder() const { return folder_; }
     std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
 
   private:
-    struct texts
-    {
-        scratch_folder folder;
-        std::filesystem::path operator()(const std::string& name) const { return folder / name; }
-        std::string read(const std::string& name) const { return folder.read(name); }
-    };
 #ifdef _WIN32
     static constexpr const char* change_folder = "cd /d ";
 #else
@@ -79,7 +84,7 @@ class workbench
     }
 
     scratch_folder folder_;
-    texts texts_;
+    scratch_folder texts_;
 };
 
 }  // namespace support
