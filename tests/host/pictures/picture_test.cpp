@@ -110,44 +110,50 @@ TEST(Picture, LimitsAreQuantilesOfTheFiniteValues)
 
 TEST(Picture, GreysSpanTheValuesWithoutOutliers)
 {
-    const scratch_folder folder;
     std::vector<std::complex<float>> values;
     for (int i = 0; i < 5000; ++i) values.emplace_back(static_cast<float>(i % 100), 0.0F);
     values[0] = 1e9F, values[1] = -1e9F, values[2] = not_a_number, values[3] = std::numeric_limits<float>::infinity();
-    write_png(folder / "grey.png", *waves(values), display_mode::real);
-    const auto greys = bytes_of(folder / "grey.png", 1);
+    const auto greys = make_picture(*waves(values), display_mode::real, palette::grey).bytes;
     ASSERT_EQ(greys.size(), values.size());
-    EXPECT_EQ((std::vector<int>{greys.begin(), greys.begin() + 4}), (std::vector<int>{255, 0, 0, 255}));
+    EXPECT_EQ((std::vector<int>{greys[0], greys[1], greys[2], greys[3]}), (std::vector<int>{255, 0, 0, 255}));
     for (std::size_t i = 4; i < greys.size(); ++i) ASSERT_EQ(greys[i], std::lround(values[i].real() / 99 * 255)) << i;
 
-    write_png(folder / "flat.png", *waves({2.0F, 2.000002F, not_a_number}), display_mode::real);
-    EXPECT_EQ(bytes_of(folder / "flat.png", 1), (std::vector<int>{128, 128, 0}));
-
-    write_png(folder / "wide.png", *waves({-3e38F, 0.0F, 3e38F}), display_mode::real);
-    EXPECT_EQ(bytes_of(folder / "wide.png", 1), (std::vector<int>{0, 128, 255}));
+    const auto greys_of = [](const image_ref& pixels) {
+        return make_picture(*pixels, display_mode::real, palette::grey).bytes;
+    };
+    EXPECT_EQ(greys_of(waves({2.0F, 2.000002F, not_a_number})), (std::vector<std::uint8_t>{128, 128, 0}));
+    EXPECT_EQ(greys_of(waves({-3e38F, 0.0F, 3e38F})), (std::vector<std::uint8_t>{0, 128, 255}));
 }
 
 TEST(Picture, ColoursOfPhasesAreCyclic)
 {
-    const scratch_folder folder;
     const auto turned = [](double degrees) {
         return std::complex<float>{std::polar(2.0, degrees * std::numbers::pi / 180)};
     };
-    write_png(folder / "phase.png", *waves({turned(0), turned(120), turned(240), turned(180), turned(-180)}),
-              display_mode::phase, palette::cyclic);
-    EXPECT_EQ(bytes_of(folder / "phase.png", 3),
-              (std::vector<int>{255, 64, 64, 64, 255, 64, 64, 64, 255, 0, 191, 191, 0, 191, 191}));
+    const auto pixels = waves({turned(0), turned(120), turned(240), turned(180), turned(-180)});
+    EXPECT_EQ(make_picture(*pixels, display_mode::phase, palette::cyclic).bytes,
+              (std::vector<std::uint8_t>{255, 64, 64, 64, 255, 64, 64, 64, 255, 0, 191, 191, 0, 191, 191}));
 }
 
-TEST(Picture, KeepsTheOrderOfRowsAndRefusesVolumes)
+TEST(Picture, FilesHoldTheSamePixelsAndVolumesAreRefused)
 {
     const scratch_folder folder;
-    auto pixels = image::create("two rows", HOST_ELEMENT_UINT8, sizes{3, 2});
-    for (int i = 0; i < 6; ++i) pixels->at<std::uint8_t>(i % 3, i / 3) = static_cast<std::uint8_t>(51 * i);
-    write_png(folder / "rows.png", *pixels, display_mode::real);
-    EXPECT_EQ(bytes_of(folder / "rows.png", 1), (std::vector<int>{0, 51, 102, 153, 204, 255}));
-    EXPECT_THROW(
-        write_png(folder / "volume.png", *image::create("v", HOST_ELEMENT_FLOAT32, sizes{2, 2, 2}), display_mode::real),
-        file_error);
-    EXPECT_EQ(folder.files(), std::vector<std::string>{"rows.png"});
+    std::mt19937 random{3};
+    auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, sizes{301, 403});  // ramps, noise and blank rows
+    for (int i = 0; i < 301 * 403; ++i) {
+        const int x = i % 301, y = i / 301;
+        const float turns = y < 130 ? static_cast<float>(x * y) * 1e-4F : static_cast<float>(random()) * 1e-9F;
+        wave->at<std::complex<float>>(x, y) = y > 300 ? 0.0F : std::polar(1.0F, turns);
+    }
+    for (const palette shades : {palette::grey, palette::cyclic}) {
+        write_png(folder / "a.png", *wave, display_mode::phase, shades);
+        const picture whole = make_picture(*wave, display_mode::phase, shades);
+        EXPECT_EQ(bytes_of(folder / "a.png", whole.channels),
+                  (std::vector<int>{whole.bytes.begin(), whole.bytes.end()}));
+        write_png(folder / "b.png", whole);
+        EXPECT_EQ(folder.read("a.png"), folder.read("b.png"));
+    }
+    const auto volume = image::create("v", HOST_ELEMENT_FLOAT32, sizes{2, 2, 2});
+    EXPECT_THROW(write_png(folder / "c.png", *volume, display_mode::real), file_error);
+    EXPECT_EQ(folder.files(), (std::vector<std::string>{"a.png", "b.png"}));
 }
