@@ -62,8 +62,8 @@ TEST(TransferArguments, RefuseNumbersBeyondSinglePrecisionByName)
              row{[](optics& o) { o.spread.focus_spread_nm = 1e300; }, "The focus spread is too large."},
              row{[](optics& o) { o.spread.convergence_mrad = -1; }, "The convergence must not be negative."},
              row{[](optics& o) { o.spread.vibration_nm = HUGE_VAL; }, "The vibration is too large."},
-             // 6e20 rad at the corners, although the coefficient itself is a float.
-             row{[](optics& o) { o.pixel_nm = 1e-6, o.lens[coefficient::C3].modulus = 1; }, "C3 is too large."},
+             // 1e17 rad at the corners.
+             row{[](optics& o) { o.pixel_nm = 1e-6, o.lens[coefficient::C3].modulus = 1e-5; }, "C3 is too large."},
          }) {
         optics setup = usual_optics();
         change(setup);

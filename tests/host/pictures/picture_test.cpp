@@ -139,10 +139,11 @@ TEST(Picture, FilesHoldTheSamePixelsAndVolumesAreRefused)
 {
     const scratch_folder folder;
     std::mt19937 random{3};
-    auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, sizes{301, 403});  // ramps, noise and blank rows
+    auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, sizes{301, 403});  // a noisy ramp, noise, blank rows
     for (int i = 0; i < 301 * 403; ++i) {
         const int x = i % 301, y = i / 301;
-        const float turns = y < 130 ? static_cast<float>(x * y) * 1e-4F : static_cast<float>(random()) * 1e-9F;
+        const float noise = static_cast<float>(random()) * 1e-9F;
+        const float turns = y < 130 ? static_cast<float>(x + y) * 5e-3F + noise * 0.05F : noise;
         wave->at<std::complex<float>>(x, y) = y > 300 ? 0.0F : std::polar(1.0F, turns);
     }
     for (const palette shades : {palette::grey, palette::cyclic}) {
