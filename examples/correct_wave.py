@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes a wave behind a thin crystal, lets a lens out of trim image it, corrects it and plots all three.
+"""Simulates the exit wave of a thin crystal and a misaligned lens, corrects the image wave and plots all three.
 
     PYTHONPATH=build/release/python examples/correct_wave.py [PICTURE.png]
 """
@@ -20,7 +20,7 @@ LENS = dict(kv=300, pixel=PIXEL, C1=-40, A1=(9, 20), B2=(250, -130), A2=(200, 70
 
 
 def crystal():
-    """Phase of a hexagonal lattice of atom columns, 0.25 nm apart, that ends at a rough edge."""
+    """Phase of a hexagonal lattice of atom columns, 0.25 nm apart, with a rough edge."""
     random = np.random.default_rng(5)
     y, x = np.indices((SIZE, SIZE)) * PIXEL
     phase = np.zeros((SIZE, SIZE))
@@ -55,8 +55,8 @@ def main():
     seen = zentrix.correct(ideal, remove=False, **LENS)
     corrected = zentrix.correct(seen, **LENS)
     error = abs(corrected - ideal).max()
-    print(f"greatest difference from the wave that went in: {abs(seen - ideal).max():.2g} before, {error:.2g} after")
-    waves = {"behind the crystal": ideal, "as the lens images it": seen, "corrected": corrected}
+    print(f"largest difference from the exit wave: {abs(seen - ideal).max():.2g} before, {error:.2g} after")
+    waves = {"exit wave": ideal, "image wave": seen, "corrected": corrected}
     file = sys.argv[1] if len(sys.argv) > 1 else "correct_wave.png"
     plot([(title, unwrapped_phase(zx, wave)) for title, wave in waves.items()], file)
     print(f"pictures in {file}")

@@ -1,8 +1,8 @@
 // Makes an exit wave with known aberrations for the demonstration: a thin crystal seen along a channel direction, with
-// a dislocation, a wedge edge to vacuum and a few adatoms, imaged by a lens out of trim.
+// a dislocation, a wedge-shaped edge to vacuum and a few adatoms, imaged by a misaligned lens.
 //
-// The aberrations are put in here in double precision by the textbook formula, not by the library, so that the wave
-// which the library gives back can be held against the one that went in.
+// The aberrations are applied here in double precision by the textbook formula, not by the library, so that a wave
+// corrected by the library can be compared with the original.
 
 #include <cmath>
 #include <complex>
@@ -28,7 +28,7 @@ constexpr double nm = 1, um = 1e3, mm = 1e6;
 
 struct point
 {
-    double x, y;  // nm, y downwards
+    double x, y;  // nm, y down
 };
 
 constexpr std::size_t index(std::size_t x, std::size_t y) { return y * size + x; }
@@ -38,7 +38,7 @@ class specimen
   public:
     specimen() : phase_(std::size_t{size} * size) {}
 
-    /// An atom column: a Gaussian phase of that height [rad], 0.035 nm rms as thermal motion leaves it.
+    /// Adds an atom column: a Gaussian phase of that height [rad], 0.035 nm rms for thermal motion.
     void add(point at, double height)
     {
         constexpr double rms = 0.035;
@@ -53,7 +53,7 @@ class specimen
             }
     }
 
-    /// The wave behind it: a pure phase change of the illuminating plane wave.
+    /// The exit wave: a pure phase change of the illuminating plane wave.
     std::vector<complex> wave() const
     {
         std::vector<complex> result;
@@ -65,7 +65,7 @@ class specimen
     std::vector<double> phase_;
 };
 
-/// Where an edge dislocation moves a column to: the displacement field of isotropic elasticity (Hirth, Lothe, Theory of
+/// The position of a column displaced by an edge dislocation: isotropic elasticity (Hirth, Lothe, Theory of
 /// Dislocations), Burgers vector `b` along x, Poisson's ratio 0.3.
 point displaced(point at, point core, double b)
 {
@@ -97,13 +97,13 @@ specimen thin_crystal()
     std::uniform_real_distribution<double> anywhere{0, size * pixel};
     for (int i = 0; i < 14; ++i) {
         const double x = anywhere(random), y = anywhere(random);
-        if (x > 8.0 + 0.25 * y) crystal.add({x, y}, 0.2);  // adatoms on what holds the crystal
+        if (x > 8.0 + 0.25 * y) crystal.add({x, y}, 0.2);  // adatoms on the support
     }
     return crystal;
 }
 
-/// The aberration function of the displayed image, w = scattering angle with the imaginary part up [rad]. demo.sh
-/// removes these very coefficients.
+/// The aberration function on the displayed image; w is the scattering angle with the imaginary part up [rad]. demo.sh
+/// removes the same coefficients.
 double chi(complex w)
 {
     const auto turned = [](double modulus, double degrees) { return std::polar(modulus, degrees * pi / 180); };
@@ -133,7 +133,7 @@ void save(const std::string& file, const std::vector<complex>& wave)
 {
     using namespace zentrix::host;
     const std::uint32_t sizes[] = {size, size};
-    const auto image = image::create("sample", code_of(element_class::complex, 8), sizes);
+    const auto image = image::create("sample", HOST_ELEMENT_COMPLEX64, sizes);
     auto* out = static_cast<std::complex<float>*>(image->data());
     for (const complex& value : wave) *out++ = std::complex<float>{value};
     write_npy(file, *image);

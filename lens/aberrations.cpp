@@ -8,7 +8,7 @@
 
 namespace zentrix::lens {
 
-// The order and the units are those of the panel's pages.
+// In the order and the units of the panel's pages.
 const std::array<coefficient_traits, coefficient_count> all_coefficients{{
     {coefficient::C1, "C1", "defocus, negative is underfocus", "nm", 1, 0, 2},
     {coefficient::A1, "A1", "two-fold astigmatism", "nm", 1, 2, 2},
@@ -38,13 +38,13 @@ std::complex<double> aberrations::in_nanometres(coefficient which) const
 polar parse_coefficient(coefficient which, const std::string& text)
 {
     const coefficient_traits& about = traits(which);
-    const bool round = about.symmetry == 0;
-    const auto at = round ? std::string::npos : text.find('@');
+    const bool is_round = about.symmetry == 0;
+    const auto at = is_round ? std::string::npos : text.find('@');
     const auto modulus = parse_number(text.substr(0, at));
     const auto angle = at == std::string::npos ? 0.0 : parse_number(text.substr(at + 1));
     if (!modulus || !angle)
         throw std::invalid_argument{std::string{about.name} + " is " +
-                                    (round ? "a number" : "MODULUS or MODULUS@DEGREES") + " in " +
+                                    (is_round ? "a number" : "MODULUS or MODULUS@DEGREES") + " in " +
                                     std::string{about.unit} + ", not \"" + text + "\""};
     return {*modulus, *angle};
 }

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-/// Aberration coefficients as a microscopist states them: a name, a modulus in the unit of the panel's page and, unless
-/// the aberration is round, an angle.
+/// Aberration coefficients in the usual notation: a name, a modulus in the unit of the panel's page and, unless the
+/// aberration is round, an angle.
 namespace zentrix::lens {
 
 enum class coefficient : std::size_t
@@ -29,16 +29,16 @@ enum class coefficient : std::size_t
 };
 inline constexpr std::size_t coefficient_count = 14;
 
-/// What is known of a coefficient without its value.
+/// Fixed properties of a coefficient.
 struct coefficient_traits
 {
     coefficient which;
     std::string_view name;
     std::string_view meaning;
     std::string_view unit;
-    double nanometres;  ///< in one unit
-    int symmetry;       ///< m in cos(angle - m * azimuth); 0 = round, no angle
-    int divisor;        ///< of the term in the aberration function
+    double nanometres;  ///< per unit
+    int symmetry;       ///< m in cos(angle - m * azimuth); 0: round, no angle
+    int divisor;        ///< of its term in the aberration function
 };
 
 /// All fourteen in the order of `coefficient`.
@@ -46,9 +46,9 @@ extern const std::array<coefficient_traits, coefficient_count> all_coefficients;
 
 inline const coefficient_traits& traits(coefficient which) { return all_coefficients[static_cast<std::size_t>(which)]; }
 
-/// A coefficient's value. `modulus` is in the coefficient's unit and may be negative (half a turn of the phase; for a
-/// round coefficient the sign itself: C1 < 0 is underfocus). `angle_degrees` turns counter-clockwise on the displayed
-/// image, from the direction to the right, as the panel's knobs do; 0 for a round coefficient.
+/// Value of a coefficient. `modulus` is in the unit of the coefficient and may be negative (C1 < 0 is underfocus; with
+/// an angle, the same as 180 degrees more). `angle_degrees` is counter-clockwise on the displayed image from the
+/// direction to the right, as on the panel's knobs; 0 for a round coefficient.
 struct polar
 {
     double modulus = 0;
@@ -70,7 +70,7 @@ class aberrations
 };
 
 /// Reads `modulus` or, for a coefficient that is not round, `modulus@degrees`.
-/// Throws  std::invalid_argument with a text that names the coefficient, its unit and what was read
+/// Throws  std::invalid_argument naming the coefficient, its unit and the text
 polar parse_coefficient(coefficient which, const std::string& text);
 
 }  // namespace zentrix::lens

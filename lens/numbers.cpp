@@ -10,7 +10,7 @@ std::optional<double> parse_number(const std::string& text)
     const char* begin = text.data();
     const char* const end = begin + text.size();
     if (begin != end && *begin == '+' && !(text.size() > 1 && text[1] == '-'))
-        ++begin;  // from_chars takes no plus sign
+        ++begin;  // from_chars accepts no plus sign
     double value = 0;
     const auto [stop, error] = std::from_chars(begin, end, value);
     if (error != std::errc{} || stop != end || !std::isfinite(value)) return std::nullopt;

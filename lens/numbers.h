@@ -4,13 +4,14 @@
 #include <string>
 #include <utility>
 
-/// Numbers as they are typed; the C locale's decimal point whatever the machine's language.
+/// Typed numbers, with a decimal point whatever the language of the machine. The physics needs finite numbers and
+/// accepts a plus sign, unlike the parser of the host, on which it does not depend.
 namespace zentrix::lens {
 
-/// The finite number that the whole of `text` spells ("-1.5e3"), or nothing.
+/// The finite number that the whole text spells ("-1.5e3", "+2"); nothing for any other text.
 std::optional<double> parse_number(const std::string& text);
 
-/// Two finite numbers with a comma between ("0.5,-2"), or nothing.
+/// Two finite numbers separated by a comma ("0.5,-2"); nothing for any other text.
 std::optional<std::pair<double, double>> parse_pair(const std::string& text);
 
 }  // namespace zentrix::lens

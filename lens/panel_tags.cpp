@@ -45,7 +45,7 @@ double modulus_for_tag(coefficient which, double modulus)
     return modulus;
 }
 
-/// From 0 to 359.
+/// 0 to 359.
 double angle_for_tag(coefficient which, double degrees)
 {
     require(std::trunc(degrees) == degrees, which, " needs an angle of whole degrees on the panel.");
@@ -53,6 +53,7 @@ double angle_for_tag(coefficient which, double degrees)
     return rest < 0 ? rest + 360 : rest;
 }
 
+/// The shortest decimal number that rounds to `value`.
 double as_typed(float value)
 {
     char text[64];

@@ -4,28 +4,29 @@
 
 #include "lens/aberrations.h"
 
-/// From a microscope's aberrations to the arguments of the wave transfer function `ZXWTFMulDLL`, which takes its
-/// coefficients scaled to radians and its zero frequency at the image centre.
+/// Converts the aberrations of a microscope to the arguments of the wave transfer function `ZXWTFMulDLL`, whose
+/// coefficients are scaled to radians and whose zero frequency is at the image centre.
 namespace zentrix::lens {
 
-/// The beam's finite coherence and the specimen's unrest, each as the rms width (standard deviation) of a Gaussian.
-/// A 1/e half-width divided by sqrt(2), or a full width at half maximum divided by 2.3548, gives the rms width.
+/// Partial coherence of the beam and vibration of the specimen, each as the rms width (standard deviation) of a
+/// Gaussian. The rms width is the 1/e half-width divided by sqrt(2), or the full width at half maximum divided by
+/// 2.3548.
 struct coherence
 {
     double focus_spread_nm = 0;
-    double convergence_mrad = 0;  ///< of the illumination's angle, along each axis
+    double convergence_mrad = 0;  ///< of the illumination angle, along each axis
     double vibration_nm = 0;      ///< along each axis
 };
 
-/// What the spectrum is multiplied with.
+/// The factor of the spectrum.
 enum class direction
 {
     apply,  ///< the aberrations' phase factor exp(-i chi): an ideal wave becomes an aberrated one
     remove  ///< its conjugate: an aberrated wave becomes an ideal one
 };
 
-/// Whether the damping envelope of `coherence` takes part. Damping cannot be undone by a multiplication that damps, so
-/// `automatic` leaves it out when aberrations are removed; `on` damps then too, which quietens noise at high
+/// Whether the damping envelope of `coherence` is applied. A multiplication that damps cannot undo damping, so
+/// `automatic` omits the envelope when aberrations are removed. `on` damps then, too, which suppresses noise at high
 /// frequencies.
 enum class damping
 {
@@ -56,16 +57,16 @@ struct transfer_arguments
     std::complex<double> tilt;
 };
 
-/// The arguments with which a spectrum of width x height pixels, zero frequency at (width / 2, height / 2) in integer
-/// division, is multiplied by the transfer function of `setup`.
+/// The arguments that multiply a spectrum of width x height pixels, zero frequency at (width / 2, height / 2) in
+/// integer division, by the transfer function of `setup`.
 ///
 /// Each coefficient of the aberration function is divided by the divisor of its term and multiplied by 2 pi / lambda.
-/// Removing negates the coefficients and nothing else: the phase, its reference at the centre included, changes sign
-/// exactly. In an odd size the function's own zero of the angle lies half a pixel beside the spectrum's zero frequency;
-/// the tilt makes up for that, so that odd sizes are as right as even ones.
+/// Removal negates the coefficients and nothing else: the phase, with its reference at the centre, changes sign
+/// exactly. In an odd size the zero of the function's own angle is half a pixel away from the zero frequency of the
+/// spectrum. The tilt compensates for that, so that odd sizes are as exact as even ones.
 ///
-/// Throws  std::invalid_argument when wavelength or pixel is not positive and finite or a width of `spread` is negative,
-///         and "C1 is too large." for a coefficient beyond 1e30 rad
+/// Throws  std::invalid_argument naming the quantity: a wavelength or pixel size that is not positive, a negative
+///         width, and numbers for which the function would leave the range of a float ("C1 is too large.")
 transfer_arguments arguments_for(const optics& setup, int width, int height, direction way,
                                  damping envelope = damping::automatic);
 

@@ -1,9 +1,6 @@
 #include "python/session.h"
 
-#include <filesystem>
-
-#include "host/files/image_file.h"
-#include "host/text/system_path.h"
+#include "host/setup/host_options.h"
 #include "python/handlers.h"
 #include "python/values.h"
 
@@ -17,14 +14,6 @@ constexpr char advice_on_strides[] =
     "An argument is an array that is not C-contiguous, which some functions do not support: pass "
     "numpy.ascontiguousarray() of it.";
 
-/// The library misses its companion package, a file beside it that brings the panel's handler, with a dialog at each
-/// start. Here a handler is a Python object, so the package is vouched for.
-bool exists_or_is_companion(const std::string& path)
-{
-    std::error_code unreadable;
-    return path.ends_with(".gtk") || std::filesystem::exists(host::system_path(path), unreadable);
-}
-
 /// What the host has to say goes to Python; trouble there stops nothing here.
 void tell(const std::shared_ptr<python_owner>& log, const char* level, const std::string& text)
 {
@@ -36,15 +25,13 @@ void tell(const std::shared_ptr<python_owner>& log, const char* level, const std
     }
 }
 
-host::engine_options options_with(const std::shared_ptr<python_owner>& log)
+host::listeners forward_to(const std::shared_ptr<python_owner>& log)
 {
-    host::engine_options options;
-    options.file_exists = exists_or_is_companion;
-    options.open_image = [](const std::string& path) { return host::read_image(host::system_path(path)); };
-    options.listening.error = [log](const host::error_record& error) { tell(log, "error", error.text); };
-    options.listening.dialog = [log](const host::dialog_record& shown) { tell(log, "warning", shown.text); };
-    options.listening.output = [log](const host::output_record& line) { tell(log, "info", line.text); };
-    return options;
+    host::listeners listening;
+    listening.error = [log](const host::error_record& error) { tell(log, "error", error.text); };
+    listening.dialog = [log](const host::dialog_record& shown) { tell(log, "warning", shown.text); };
+    listening.output = [log](const host::output_record& line) { tell(log, "info", line.text); };
+    return listening;
 }
 
 /// Shows the error of a callback that the library ignored.
@@ -61,7 +48,8 @@ int sessions_closing = 0;  // all sessions use the same loaded library, so only 
 session::session(const std::string& file, py::object log)
 {
     if (sessions_closing > 0) throw host::script_error{"A host cannot be started while another one is closed."};
-    engine_ = std::make_unique<host::engine>(options_with(std::make_shared<python_owner>(log)));
+    engine_ = std::make_unique<host::engine>(
+        host::host_options(file, forward_to(std::make_shared<python_owner>(log))));
     library_ = std::make_unique<host::library>(*engine_, file);
 }
 

@@ -25,17 +25,17 @@ void live_correction::keep_transform_of(const image_ref& wave)
     forward_fft(pixels_of(spectrum_), width(), height());
 }
 
-void live_correction::ask(const lens::transfer_arguments& arguments)
+void live_correction::set(const lens::transfer_arguments& arguments)
 {
     arguments_ = arguments;
     stale_ = true;
     failure_.clear();
 }
 
-void live_correction::refuse(const std::string& why)
+void live_correction::set_failure(const std::string& text)
 {
     stale_ = false;
-    failure_ = why;
+    failure_ = text;
 }
 
 const image_ref& live_correction::result()
@@ -48,7 +48,7 @@ const image_ref& live_correction::result()
     try {
         multiply_by_transfer(engine_, spectrum_, result_, arguments_);
     } catch (const script_error& problem) {
-        failure_ = problem.what();  // it would fail again, and half done is no result
+        failure_ = problem.what();  // `result_` is incomplete
         throw;
     }
     const auto multiplied = clock::now();

@@ -8,29 +8,30 @@
 
 namespace zentrix::host {
 
-/// A wave that is corrected again and again while its user turns knobs. The source's transform is kept, so that each new
-/// correction costs a multiplication and a transform back; a correction that nobody asked the result of is never
-/// computed. The result is that of multiply_spectrum to the last bit.
+/// A wave that is corrected repeatedly while the user turns knobs. The transform of the source is kept, so a correction
+/// costs a multiplication and a transform back, and it is computed only when its result is needed. The result has the
+/// same bits as that of multiply_spectrum.
 class live_correction
 {
   public:
-    /// `wave` is complex of two floats a pixel, two dimensions, contiguous; it is not changed.
+    /// wave  complex of two floats per pixel, two dimensions, contiguous; not changed
     live_correction(engine& engine, const image_ref& wave);
 
-    /// Asks for another correction; `arguments` are those of lens::arguments_for of the wave's size.
-    void ask(const lens::transfer_arguments& arguments);
-    /// What was asked for last cannot be computed: `result` fails with this text until asked for anew.
-    void refuse(const std::string& why);
-    /// The wave under the correction last asked for; the same image each time.
-    /// Throws  script_error with the library's message, each time until another correction is asked for
+    /// Sets the correction.
+    /// arguments  lens::arguments_for of the wave's size
+    void set(const lens::transfer_arguments& arguments);
+    /// Makes `result` fail with this text until the next `set`.
+    void set_failure(const std::string& text);
+    /// The corrected wave; the same image each time.
+    /// Throws  script_error with the library's message, until the next `set`
     const image_ref& result();
-    /// Makes the result the source of further corrections. Throws as `result`, and nothing has changed then
+    /// Makes the result the source of further corrections. Throws  as `result`, and then changes nothing
     void accept();
 
     int width() const noexcept { return static_cast<int>(spectrum_->size(0)); }
     int height() const noexcept { return static_cast<int>(spectrum_->size(1)); }
 
-    /// What the corrections so far have cost.
+    /// Work done so far.
     struct costs
     {
         int computed = 0;
@@ -45,7 +46,7 @@ class live_correction
     image_ref spectrum_, result_;
     lens::transfer_arguments arguments_;
     bool stale_ = false;
-    std::string failure_;  ///< of the correction last asked for
+    std::string failure_;  ///< of the present correction; empty: none
     costs spent_;
 };
 

@@ -1,5 +1,6 @@
 #include "host/correction/multiply_spectrum.h"
 
+#include "host/correction/finite_pixels.h"
 #include "host/fft/fft.h"
 
 namespace zentrix::host {
@@ -16,11 +17,14 @@ void multiply_by_transfer(engine& engine, const image_ref& source, const image_r
 
 void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments)
 {
+    const bool was_finite = count_not_finite(*wave) == 0;
     auto* const pixels = static_cast<std::complex<float>*>(wave->data());
     const auto width = std::ptrdiff_t{wave->size(0)}, height = std::ptrdiff_t{wave->size(1)};
     forward_fft(pixels, width, height);
     multiply_by_transfer(engine, wave, wave, arguments);
     backward_fft(pixels, width, height);
+    if (was_finite && count_not_finite(*wave) > 0)
+        throw script_error{"The result is not finite: the values of the wave are too large for single precision."};
 }
 
 }  // namespace zentrix::host

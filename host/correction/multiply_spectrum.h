@@ -11,11 +11,12 @@ namespace zentrix::host {
 void multiply_by_transfer(engine& engine, const image_ref& source, const image_ref& destination,
                           const lens::transfer_arguments& arguments);
 
-/// Multiplies a wave's spectrum by the transfer function: forward transform, "ZXWTFMulDLL" of the library in `engine`,
-/// backward transform.
-/// wave       complex of two floats a pixel, two dimensions, contiguous; replaced by the result
+/// Multiplies the spectrum of a wave by the transfer function: forward transform, multiply_by_transfer, backward
+/// transform.
+/// wave       complex of two floats per pixel, two dimensions, contiguous; replaced by the result
 /// arguments  lens::arguments_for of the wave's size
-/// Throws  script_error with the library's message; the wave is then its spectrum
+/// Throws  script_error with the library's message, and when the result of a finite wave is not finite; the contents of
+///         `wave` are then undefined
 void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments);
 
 }  // namespace zentrix::host

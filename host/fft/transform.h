@@ -11,8 +11,9 @@ enum class fft_direction
     backward
 };
 
-/// What is beneath forward_fft and backward_fft: in place, frequency zero of the spectrum in the middle, without a factor
-/// either way. One of transform_fftw.cpp and transform_eigen.cpp is built.
+/// The transform of forward_fft and backward_fft: in place, zero frequency of the spectrum in the middle, not scaled in
+/// either direction. Implemented in transform_fftw.cpp (Linux) and transform_eigen.cpp (Windows).
+/// Throws  std::bad_alloc
 template <class T>
 void transform(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_t height, fft_direction direction);
 

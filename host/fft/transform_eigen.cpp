@@ -19,7 +19,7 @@ class line_transform
 
     void operator()(std::complex<T>* to, const std::complex<T>* from, std::ptrdiff_t length)
     {
-        if (length == 1)  // Eigen's transform has no radix for it and would write beyond its scratch memory
+        if (length == 1)  // Eigen would write beyond its scratch memory
             *to = *from;
         else if (direction_ == fft_direction::forward)
             fft_.fwd(to, from, length);
@@ -32,7 +32,7 @@ class line_transform
     fft_direction direction_;
 };
 
-/// A line with its zero frequency in the middle, to or from one that begins with it.
+/// Copy a line, moving the zero frequency from the start to the middle and back.
 template <class T>
 void to_middle(const std::complex<T>* line, std::complex<T>* centred, std::ptrdiff_t length)
 {
@@ -44,7 +44,7 @@ void from_middle(const std::complex<T>* centred, std::complex<T>* line, std::ptr
     std::rotate_copy(centred, centred + length / 2, centred + length, line);
 }
 
-/// One line's transform with the spectrum's zero frequency in the middle, in place.
+/// Transform of one line in place, zero frequency of the spectrum in the middle.
 template <class T>
 class centred_transform
 {
@@ -78,7 +78,7 @@ void transform_rows(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdiff_
     for (std::ptrdiff_t y = first; y < last; ++y) fft(pixels + y * width, width);
 }
 
-/// Columns go in strips of a cache line's width: a lone column would fetch each line of memory for one pixel.
+/// Columns are transformed in strips as wide as a cache line; single columns would use one pixel of each line fetched.
 constexpr std::ptrdiff_t strip_width = 16;
 
 template <class T>
@@ -86,7 +86,7 @@ void transform_strips(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdif
                       std::ptrdiff_t last, fft_direction direction)
 {
     centred_transform<T> fft{direction, height};
-    const std::ptrdiff_t stride = height + 8;  // columns a cache line apart, or those of a power of two would share one
+    const std::ptrdiff_t stride = height + 8;  // padded: columns of a power of two would map to the same cache set
     std::vector<std::complex<T>> strip(static_cast<std::size_t>(strip_width * stride));
     for (std::ptrdiff_t left = first * strip_width; left < std::min(last * strip_width, width); left += strip_width) {
         const std::ptrdiff_t count = std::min(strip_width, width - left);
@@ -98,7 +98,7 @@ void transform_strips(std::complex<T>* pixels, std::ptrdiff_t width, std::ptrdif
     }
 }
 
-/// Calls work(first, last) on `parts` parts of 0 to `count` at the same time; throws what one of them throws.
+/// Calls work(first, last) on `parts` parts of 0 to `count` in parallel. Rethrows an exception of one of them.
 template <class F>
 void in_parts(std::ptrdiff_t count, std::ptrdiff_t parts, F work)
 {
@@ -109,7 +109,7 @@ void in_parts(std::ptrdiff_t count, std::ptrdiff_t parts, F work)
     for (auto& other : others) other.get();
 }
 
-/// Lines are independent, so each processor takes its share; a small picture is done before a thread is awake.
+/// One part for each processor; fewer for images so small that starting threads would take longer.
 std::ptrdiff_t parts_for(std::ptrdiff_t pixel_count)
 {
     constexpr std::ptrdiff_t worth_a_thread = 1 << 16;

@@ -8,8 +8,7 @@
 
 namespace zentrix::host {
 
-/// A file that cannot be read or written. The text starts with the file's name and says what was expected or what the
-/// system answered.
+/// A file cannot be read or written. The text starts with the file's name and gives the reason.
 class file_error : public std::runtime_error
 {
   public:

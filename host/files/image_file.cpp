@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "host/files/file_error.h"
+#include "host/files/input_file.h"
 #include "host/files/npy.h"
 #include "host/files/png.h"
 
@@ -13,7 +14,7 @@ namespace {
 
 std::string extension_of(const std::filesystem::path& file)
 {
-    std::string extension = file.extension().string();
+    std::string extension = utf8_path(file.extension());
     std::transform(extension.begin(), extension.end(), extension.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return extension;
@@ -24,7 +25,7 @@ std::string extension_of(const std::filesystem::path& file)
 image_ref read_image(const std::filesystem::path& file)
 {
     if (extension_of(file) == ".npy") return read_npy(file);
-    if (!std::filesystem::exists(file)) throw file_error{file, "there is no such file"};
+    open_input(file);  // a missing file is reported first
     throw file_error{file, "cannot be read: expected a .npy file"};
 }
 

@@ -16,7 +16,7 @@ image_ref read_image(const std::filesystem::path& file);
 void write_image(const std::filesystem::path& file, const image& pixels, display_mode shown = display_mode::real,
                  palette shades = palette::grey);
 
-/// Throws  what write_image would throw for this file's extension, before any work is done
+/// Checks the file's extension before any work is done. Throws  as write_image
 void require_writable_kind(const std::filesystem::path& file);
 
 }  // namespace zentrix::host

@@ -8,35 +8,36 @@
 #include <vector>
 
 #include "host/files/file_error.h"
+#include "host/files/input_file.h"
 #include "host/files/npy_header.h"
 #include "host/files/pending_file.h"
 #include "host/objects/value.h"
 
 namespace zentrix::host {
 
-static_assert(std::endian::native == std::endian::little, "writing would need a conversion");
+static_assert(std::endian::native == std::endian::little, "elements are written as they are in memory");
 
 namespace {
 
 struct dtype
 {
-    std::uint32_t code;       ///< the host's
-    std::string_view symbol;  ///< NumPy's, without the byte order
+    std::uint32_t code;       ///< HOST_ELEMENT_...
+    std::string_view symbol;  ///< of NumPy, without the byte order
     const char* name;
-    std::size_t word;  ///< bytes that are reversed together in the other byte order
+    std::size_t word;  ///< bytes of a part that is reversed as a whole when the byte order is swapped
 };
 
 constexpr std::array<dtype, 10> dtypes{{
-    {9, "i1", "int8", 1},
-    {6, "u1", "uint8", 1},
-    {1, "i2", "int16", 2},
-    {10, "u2", "uint16", 2},
-    {7, "i4", "int32", 4},
-    {11, "u4", "uint32", 4},
-    {2, "f4", "float32", 4},
-    {12, "f8", "float64", 8},
-    {3, "c8", "complex64", 4},
-    {13, "c16", "complex128", 8},
+    {HOST_ELEMENT_INT8, "i1", "int8", 1},
+    {HOST_ELEMENT_UINT8, "u1", "uint8", 1},
+    {HOST_ELEMENT_INT16, "i2", "int16", 2},
+    {HOST_ELEMENT_UINT16, "u2", "uint16", 2},
+    {HOST_ELEMENT_INT32, "i4", "int32", 4},
+    {HOST_ELEMENT_UINT32, "u4", "uint32", 4},
+    {HOST_ELEMENT_FLOAT32, "f4", "float32", 4},
+    {HOST_ELEMENT_FLOAT64, "f8", "float64", 8},
+    {HOST_ELEMENT_COMPLEX64, "c8", "complex64", 4},
+    {HOST_ELEMENT_COMPLEX128, "c16", "complex128", 8},
 }};
 
 const dtype* dtype_of(std::uint32_t code)
@@ -57,7 +58,7 @@ const dtype& dtype_of(const std::string& descr)
         "(in NumPy: array.astype(\"float32\"))"};
 }
 
-/// Sizes with x first, checked against the host's limits and without a multiplication that could overflow.
+/// Sizes with x first, checked against the limits of the host.
 std::vector<std::uint32_t> sizes_of(const npy_header& header)
 {
     const auto& shape = header.shape;
@@ -88,7 +89,7 @@ void reverse_words(std::vector<std::byte>& bytes, std::size_t word)
         std::reverse(at, at + static_cast<std::ptrdiff_t>(word));
 }
 
-/// Elements of a column-major array of the same shape, put into row-major order.
+/// Copies a column-major array of the same shape into row-major order.
 void copy_from_column_major(image& to, const std::vector<std::byte>& from)
 {
     const std::size_t bytes = to.type().bytes, width = to.size(0), height = to.size(1), depth = to.size(2);
@@ -110,7 +111,7 @@ image_ref read(std::istream& stream, const std::filesystem::path& file)
     require_enough_bytes(sizes, element_bytes, available);
     stream.seekg(here);
 
-    auto result = image::create(file.stem().string(), type.code, sizes);
+    auto result = image::create(utf8_path(file.stem()), type.code, sizes);
     const bool swap = header.descr.front() == '>' && type.word > 1;
     if (!swap && !header.fortran_order) {
         stream.read(static_cast<char*>(result->data()), static_cast<std::streamsize>(result->count() * element_bytes));
@@ -131,15 +132,12 @@ image_ref read(std::istream& stream, const std::filesystem::path& file)
 
 image_ref read_npy(const std::filesystem::path& file)
 {
-    std::ifstream stream{file, std::ios::binary};
-    if (!stream || std::filesystem::is_directory(file))
-        throw file_error{file, std::filesystem::exists(file) ? "cannot be read" : "there is no such file"};
+    std::ifstream stream = open_input(file);
     try {
         return read(stream, file);
     } catch (const header_error& problem) {
         throw file_error{file, problem.what()};
-    } catch (const script_error& problem)  // the image's own limits and memory
-    {
+    } catch (const script_error& problem) {  // from image::create: size or memory
         throw file_error{file, problem.what()};
     }
 }
@@ -151,7 +149,7 @@ void write_npy(const std::filesystem::path& file, const image& pixels)
         throw file_error{file, std::string{"an image of type "} + pixels.type().name + " cannot be written as .npy"};
     std::vector<std::uint64_t> shape;
     for (std::size_t d = pixels.dimensions(); d-- > 0;) shape.push_back(pixels.size(d));
-    const std::string order = type->symbol.back() == '1' ? "|" : "<";  // one-byte elements have no order
+    const std::string order = type->symbol.back() == '1' ? "|" : "<";  // one-byte elements have no byte order
 
     pending_file output{file};
     const std::string header = npy_header_text({order + std::string{type->symbol}, false, shape});

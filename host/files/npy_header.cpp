@@ -6,13 +6,13 @@
 #include <charconv>
 #include <string_view>
 
-// The format is described in NumPy's documentation of numpy.lib.format.
+// The format is described in the documentation of numpy.lib.format.
 namespace zentrix::host {
 
 namespace {
 
 constexpr std::string_view magic{"\x93NUMPY", 6};
-constexpr std::uint32_t longest_header = 65536;  // a few hundred bytes are usual; more tells of a damaged file
+constexpr std::uint32_t longest_header = 65536;  // a few hundred bytes are usual
 
 /// Reads the dictionary, a Python literal such as {'descr': '<f4', 'fortran_order': False, 'shape': (3, 4), }.
 class literal_reader
@@ -20,16 +20,16 @@ class literal_reader
   public:
     explicit literal_reader(std::string_view text) : rest_{text} {}
 
-    bool skip(char wanted)
+    bool skip(char expected)
     {
-        while (!rest_.empty() && std::isspace(static_cast<unsigned char>(rest_.front()))) rest_.remove_prefix(1);
-        if (rest_.empty() || rest_.front() != wanted) return false;
+        skip_blanks();
+        if (rest_.empty() || rest_.front() != expected) return false;
         rest_.remove_prefix(1);
         return true;
     }
-    void expect(char wanted)
+    void expect(char expected)
     {
-        if (!skip(wanted)) fail();
+        if (!skip(expected)) fail();
     }
     std::string quoted()
     {
@@ -43,9 +43,9 @@ class literal_reader
     }
     bool truth()
     {
-        skip_word_space();
-        if (take("True")) return true;
-        if (!take("False")) fail();
+        skip_blanks();
+        if (skip_word("True")) return true;
+        if (!skip_word("False")) fail();
         return false;
     }
     std::vector<std::uint64_t> tuple()
@@ -66,8 +66,11 @@ class literal_reader
     }
 
   private:
-    void skip_word_space() { skip('\0'); }  // skips blanks; no header holds the character itself
-    bool take(std::string_view word)
+    void skip_blanks()
+    {
+        while (!rest_.empty() && std::isspace(static_cast<unsigned char>(rest_.front()))) rest_.remove_prefix(1);
+    }
+    bool skip_word(std::string_view word)
     {
         if (!rest_.starts_with(word)) return false;
         rest_.remove_prefix(word.size());
@@ -75,14 +78,14 @@ class literal_reader
     }
     std::uint64_t number()
     {
-        skip_word_space();
+        skip_blanks();
         std::uint64_t value = 0;
         const auto [end, error] = std::from_chars(rest_.data(), rest_.data() + rest_.size(), value);
         if (error == std::errc::result_out_of_range)
             throw header_error{"one of its dimensions has more than 64 bits; expected 1 to 2147483647"};
         if (error != std::errc{}) fail();
         rest_.remove_prefix(static_cast<std::size_t>(end - rest_.data()));
-        take("L");  // as Python 2 wrote long integers
+        skip_word("L");  // written by Python 2
         return value;
     }
 
@@ -146,7 +149,7 @@ std::string npy_header_text(const npy_header& header)
                        "', 'fortran_order': " + (header.fortran_order ? "True" : "False") + ", 'shape': (";
     for (const std::uint64_t length : header.shape) text += std::to_string(length) + ",";
     text += "), }";
-    constexpr std::size_t before = 10, alignment = 64;  // magic, version and length come first; a line feed comes last
+    constexpr std::size_t before = 10, alignment = 64;  // before: magic, version, length; a line feed is last
     text.resize((before + text.size() + 1 + alignment - 1) / alignment * alignment - before - 1, ' ');
     text += '\n';
     const std::string start{'\x01', '\x00', static_cast<char>(text.size() % 256), static_cast<char>(text.size() / 256)};

@@ -8,7 +8,7 @@
 
 namespace zentrix::host {
 
-/// What the header of a .npy file tells.
+/// The header of a .npy file.
 struct npy_header
 {
     std::string descr;  ///< element type with its byte order, "<f4"
@@ -16,7 +16,7 @@ struct npy_header
     std::vector<std::uint64_t> shape;
 };
 
-/// What is wrong with a file's contents, without the file's name.
+/// The contents of a file are wrong. The text does not name the file.
 class header_error : public std::runtime_error
 {
   public:
@@ -27,7 +27,7 @@ class header_error : public std::runtime_error
 /// Throws  header_error
 npy_header read_npy_header(std::istream& stream);
 
-/// Magic, version 1, length and dictionary, padded to a multiple of 64 bytes as the format asks.
+/// Magic, version 1, length and dictionary, padded to a multiple of 64 bytes as the format requires.
 std::string npy_header_text(const npy_header& header);
 
 }  // namespace zentrix::host

@@ -1,9 +1,8 @@
 #include "host/files/pending_file.h"
 
-#include <cerrno>
-#include <random>
 #include <system_error>
 
+#include "host/files/draft_file.h"
 #include "host/files/file_error.h"
 
 namespace zentrix::host {
@@ -12,58 +11,58 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::string last_system_error() { return std::generic_category().message(errno); }
-
-fs::path followed(const fs::path& target)
+[[noreturn]] void refuse(const fs::path& file, const std::string& why)
 {
-    std::error_code ignored;
-    if (!fs::is_symlink(target, ignored)) return target;
-    const fs::path end = fs::weakly_canonical(target, ignored);
-    return end.empty() ? target : end;
+    throw file_error{file, "cannot be written: " + why};
 }
 
-/// In the same folder, so that the move stays within one file system.
-fs::path draft_of(const fs::path& target)
+/// The file at the end of symbolic links; it need not exist.
+fs::path followed(fs::path target)
 {
-    fs::path draft = target;
-    draft += ".part" + std::to_string(std::random_device{}() % 1000000);
-    return draft;
+    constexpr int most_links = 40;  // as Linux has it
+    std::error_code ignored;
+    for (int i = 0; i < most_links; ++i) {
+        if (!fs::is_symlink(target, ignored)) return target;
+        target = target.parent_path() / fs::read_symlink(target, ignored);
+    }
+    throw std::system_error{std::make_error_code(std::errc::too_many_symbolic_link_levels)};
+}
+
+fs::path checked(const fs::path& target)
+{
+    const fs::path end = followed(target);
+    std::error_code problem;
+    const fs::file_status status = fs::status(end, problem);
+    if (status.type() == fs::file_type::not_found) return end;
+    if (status.type() == fs::file_type::none) throw std::system_error{problem};
+    if (fs::is_directory(status)) refuse(target, "it is a folder");
+    if (!fs::is_regular_file(status)) refuse(target, "it is not a regular file");
+    if (is_read_only(end)) refuse(target, "it is read-only");
+    return end;
 }
 
 }  // namespace
 
-pending_file::pending_file(const fs::path& target) : target_{followed(target)}, draft_{draft_of(target_)}
-{
-    std::error_code ignored;
-    // Moving a file over a device or a folder would replace the device or fail with a riddle.
-    if (fs::exists(target_, ignored) && !fs::is_regular_file(target_, ignored))
-        throw file_error{target, "cannot be written: it is not a regular file"};
-    stream_.open(draft_, std::ios::binary | std::ios::trunc);
-    if (!stream_) throw file_error{target, "cannot be written: " + last_system_error()};
+pending_file::pending_file(const fs::path& target)
+try : target_{checked(target)}, draft_{std::make_unique<draft_file>(target_)} {
+} catch (const std::system_error& problem) {
+    refuse(target, problem.code().message());
 }
 
-pending_file::~pending_file()
-{
-    if (draft_.empty()) return;
-    stream_.close();
-    std::error_code ignored;
-    fs::remove(draft_, ignored);
-}
+pending_file::~pending_file() = default;
 
 void pending_file::write(const void* bytes, std::size_t count)
-{
-    stream_.write(static_cast<const char*>(bytes), static_cast<std::streamsize>(count));
-    if (!stream_) throw file_error{target_, "cannot be written: " + last_system_error()};
+try {
+    draft_->write(static_cast<const std::byte*>(bytes), count);
+} catch (const std::system_error& problem) {
+    refuse(target_, problem.code().message());
 }
 
 void pending_file::commit()
-{
-    stream_.close();
-    if (!stream_) throw file_error{target_, "cannot be written: " + last_system_error()};
-    std::error_code problem;
-    fs::rename(draft_, target_, problem);
-    if (problem) throw file_error{target_, "cannot be written: " + problem.message()};
-    draft_.clear();
+try {
+    draft_->move_to(target_);
+} catch (const std::system_error& problem) {
+    refuse(target_, problem.code().message());
 }
 
 }  // namespace zentrix::host

@@ -2,32 +2,41 @@
 
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
+#include <memory>
 
 namespace zentrix::host {
 
-/// A file in the making: written beside its place under another name and moved there by `commit`. Without a commit
-/// nothing is left behind and a former file of that name stays as it was.
+class draft_file;
+
+/// A file that appears in its place only when it is complete. It is written as ".zentrix-<process>-<number>.part" in
+/// the same folder and moved by `commit`. Without a commit it is removed, and a former file stays as it was. Files left
+/// by killed processes are removed when another file is written to the folder.
+///
+/// A former file's mode is kept, its owner and group as far as the system permits. Other hard links to it keep the
+/// former contents. A symbolic link stays, and the file that it points to is replaced or created.
 class pending_file
 {
   public:
-    /// Opens the file in the making for `target`. A symbolic link is followed.
-    /// Throws  file_error when the folder does not exist or cannot be written, or something other than a file is there
+    /// Throws  file_error when the folder does not exist or cannot be written, when `target` is read-only or not a
+    ///         regular file, and for links that form a loop
     explicit pending_file(const std::filesystem::path& target);
     ~pending_file();
     pending_file(const pending_file&) = delete;
     pending_file& operator=(const pending_file&) = delete;
 
-    /// Throws  file_error when the disk takes no more
+    /// Appends bytes. Throws  file_error, for example when the disk is full
     void write(const void* bytes, std::size_t count);
 
-    /// Puts the file into its place, over a former one. Call once, last.
+    /// Moves the file to its place after all bytes have reached the disk. Call once, last. Throws  file_error
     void commit();
 
   private:
     std::filesystem::path target_;
-    std::filesystem::path draft_;
-    std::ofstream stream_;
+    std::unique_ptr<draft_file> draft_;
 };
+
+/// From now on pending files are removed when the user or the system ends the process: SIGINT, SIGTERM and SIGHUP,
+/// console events on Windows. For programs; a library must not install handlers in a process of others.
+void remove_pending_files_on_signals();
 
 }  // namespace zentrix::host

@@ -1,16 +1,49 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <span>
+#include <vector>
 
+#include "host/files/pending_file.h"
 #include "host/pictures/picture.h"
 
 namespace zentrix::host {
 
-/// Writes a picture as .png. Throws  file_error
+/// Writes a PNG file row by row; memory for a few rows, whatever the picture's size.
+class png_writer
+{
+  public:
+    /// Starts the picture. `channels` is 1 (grey) or 3 (red, green, blue), 8 bits each. `output` must outlive this
+    /// object.
+    /// Throws  file_error when the disk is full; std::bad_alloc
+    png_writer(pending_file& output, int width, int height, int channels);
+    ~png_writer();
+    png_writer(const png_writer&) = delete;
+    png_writer& operator=(const png_writer&) = delete;
+
+    /// The next row, from the top: width * channels bytes. Throws as the constructor
+    void write_row(std::span<const std::uint8_t> row);
+    /// Ends the picture after its last row; `output` still has to be committed. Throws as the constructor
+    void finish();
+
+  private:
+    struct compressor;
+
+    void write_chunk(const char (&type)[5], std::span<const std::uint8_t> data);
+    void compress(std::span<const std::uint8_t> bytes, int flush);
+
+    pending_file& output_;
+    std::unique_ptr<compressor> compressor_;
+    std::size_t pixel_bytes_;
+    std::vector<std::uint8_t> former_row_, filtered_, best_;
+};
+
+/// Writes a picture as .png. Throws  file_error, std::bad_alloc
 void write_png(const std::filesystem::path& file, const picture& shown);
 
-/// Writes a picture of an image as .png, grey between robust limits or in cyclic colours.
-/// Throws  file_error, also for an image of three dimensions
+/// Writes a picture of an image as .png, see picture_painter. Paints and writes row by row.
+/// Throws  file_error, also for an image of three dimensions and for elements that are not numbers; std::bad_alloc
 void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
                palette shades = palette::grey);
 

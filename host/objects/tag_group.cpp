@@ -1,9 +1,9 @@
 #include "host/objects/tag_group.h"
 
 #include "host/objects/value.h"
+#include "host/text/number_text.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <unordered_set>
@@ -23,10 +23,7 @@ step parse_step(std::string_view text)
 {
     step parsed{std::string{text}, {}};
     if (text.size() < 3 || text.front() != '[' || text.back() != ']') return parsed;
-    std::size_t number = 0;
-    const auto* end = text.data() + text.size() - 1;
-    const auto [stop, error] = std::from_chars(text.data() + 1, end, number);
-    if (error == std::errc{} && stop == end) parsed.index = number;
+    parsed.index = parse_number<std::size_t>(text.substr(1, text.size() - 2));
     return parsed;
 }
 
@@ -82,14 +79,6 @@ std::optional<T> held_in(const std::optional<tag>& found)
     return held ? std::optional{*held} : std::nullopt;
 }
 
-template <class T>
-std::string shortest(T number)
-{
-    char text[64];
-    const auto [end, error] = std::to_chars(text, text + sizeof text, number);
-    return {text, end};
-}
-
 }  // namespace
 
 std::string text_of(const tag& value)
@@ -97,8 +86,8 @@ std::string text_of(const tag& value)
     struct writer
     {
         std::string operator()(std::int32_t number) const { return std::to_string(number); }
-        std::string operator()(float number) const { return shortest(number); }
-        std::string operator()(double number) const { return shortest(number); }
+        std::string operator()(float number) const { return number_text(number); }
+        std::string operator()(double number) const { return number_text(number); }
         std::string operator()(const std::string& text) const { return '"' + text + '"'; }
         std::string operator()(const tag_group_ref& group) const { return group ? group->describe() : "null"; }
     };

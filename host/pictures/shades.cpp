@@ -4,67 +4,69 @@
 #include <bit>
 #include <cmath>
 #include <numbers>
+#include <vector>
 
 namespace zentrix::host {
 
 namespace {
 
-/// Values in bins by the upper half of their bits, which order as the values do: to find the value of a rank, only those
-/// of its bin have to be looked at.
-class ranked_values
+/// The bits of a float as an integer that orders as the values do.
+std::uint32_t key_of(float value)
 {
-  public:
-    /// Keeps the finite ones.
-    explicit ranked_values(const std::vector<float>& values) : values_{values}, counts_(bins)
-    {
-        for (const float value : values)
-            if (std::isfinite(value)) ++counts_[bin_of(value)], ++finite_;
-    }
+    const auto bits = std::bit_cast<std::uint32_t>(value);
+    const std::uint32_t if_negative = 0U - (bits >> 31);  // all ones: the larger the bits, the smaller the value
+    return bits ^ (if_negative | 0x80000000U);
+}
 
-    std::size_t count() const { return finite_; }
-    /// The value with `rank` others before it; rank < count().
-    float operator[](std::size_t rank) const
-    {
-        std::size_t bin = 0;
-        for (; rank >= counts_[bin]; ++bin) rank -= counts_[bin];
-        std::vector<float> alike;
-        alike.reserve(counts_[bin]);
-        for (const float value : values_)
-            if (std::isfinite(value) && bin_of(value) == bin) alike.push_back(value);
-        const auto wanted = alike.begin() + static_cast<std::ptrdiff_t>(rank);
-        std::nth_element(alike.begin(), wanted, alike.end());
-        return *wanted;
-    }
+float value_of(std::uint32_t key)
+{
+    const std::uint32_t if_negative = (key >> 31) - 1U;
+    return std::bit_cast<float>(key ^ (if_negative | 0x80000000U));
+}
 
-  private:
-    static constexpr std::size_t bins = 0x10000;
-    static std::size_t bin_of(float value)
-    {
-        const auto bits = std::bit_cast<std::uint32_t>(value);
-        const std::uint32_t if_negative = 0U - (bits >> 31);  // all ones: the larger the bits, the smaller the value
-        return (bits ^ (if_negative | 0x80000000U)) >> 16;
-    }
+/// Counts of the keys by one half of their bits.
+using histogram = std::vector<std::size_t>;
+constexpr std::size_t bins = 0x10000;
 
-    const std::vector<float>& values_;
-    std::vector<std::size_t> counts_;
-    std::size_t finite_ = 0;
-};
+/// The bin that holds the value with `rank` others before it; `rank` becomes the rank within the bin.
+std::uint32_t bin_at(const histogram& counts, std::size_t& rank)
+{
+    std::uint32_t bin = 0;
+    for (; rank >= counts[bin]; ++bin) rank -= counts[bin];
+    return bin;
+}
 
 }  // namespace
 
-grey_limits robust_limits(const std::vector<float>& values)
+grey_limits robust_limits(const value_source& values)
 {
-    const ranked_values ranked{values};
-    if (ranked.count() == 0) return {};
-    const std::size_t cut = ranked.count() / 1000;
-    const float black = ranked[cut], white = ranked[ranked.count() - 1 - cut];
-    const bool flat = white - black < 1e-5F * std::max(std::abs(black), std::abs(white));
-    return {black, flat ? black : white};
+    const auto for_each_finite = [&](auto use) {
+        values([&](std::span<const float> part) {
+            for (const float value : part)
+                if (std::isfinite(value)) use(key_of(value));
+        });
+    };
+    histogram upper(bins);
+    std::size_t count = 0;
+    for_each_finite([&](std::uint32_t key) { ++upper[key >> 16], ++count; });
+    if (count == 0) return {};
+
+    std::size_t ranks[] = {count / 1000, count - 1 - count / 1000};
+    const std::uint32_t upper_bins[] = {bin_at(upper, ranks[0]), bin_at(upper, ranks[1])};
+    histogram lower[] = {histogram(bins), histogram(bins)};
+    for_each_finite([&](std::uint32_t key) {
+        for (std::size_t i = 0; i < 2; ++i)
+            if (key >> 16 == upper_bins[i]) ++lower[i][key & 0xFFFFU];
+    });
+    const auto limit = [&](std::size_t i) { return value_of(upper_bins[i] << 16 | bin_at(lower[i], ranks[i])); };
+    const float black = limit(0), white = limit(1);
+    const bool is_flat = white - black < 1e-5F * std::max(std::abs(black), std::abs(white));
+    return {black, is_flat ? black : white};
 }
 
 grey_scale::grey_scale(grey_limits limits)
     : limits_{limits},
-      // in double, where the difference of two floats cannot overflow
+      // the difference of two floats may overflow in float
       steps_{limits.white > limits.black ? 255 / (static_cast<double>(limits.white) - limits.black) : 0}
 {}
 

@@ -3,30 +3,35 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <vector>
+#include <functional>
+#include <span>
 
-/// How numbers become shades of 8 bits a channel.
+/// Shades of 8 bits per channel for numbers.
 namespace zentrix::host {
 
-/// How values become shades. `cyclic` is for phases: colours that come round after a full turn, from red at 0 over
-/// green at 120 degrees to blue at 240, so that the step from pi to -pi does not show.
+/// `cyclic` is for phases: red at 0, green at 120 and blue at 240 degrees, without a visible step from pi to -pi.
 enum class palette
 {
     grey,
     cyclic
 };
 
-/// Black and white of a picture: the 0.1 % and 99.9 % quantiles of the finite values, so that a few wild pixels do not
-/// take all the contrast. Equal where they lie closer together than 1e-5 of their size, which is the noise of rounding
-/// and no picture; both 0 when no value is finite.
+/// The values shown as black and as white.
 struct grey_limits
 {
     float black = 0;
     float white = 0;
 };
-grey_limits robust_limits(const std::vector<float>& values);
 
-/// Greys from 0 at black to 255 at white; 128 where the two are equal, 0 for what is not a number.
+/// Passes all values to its argument, in one part or several. May be called more than once.
+using value_source = std::function<void(const std::function<void(std::span<const float>)>& use)>;
+
+/// The 0.1 % and 99.9 % quantiles of the finite values, so that a few outliers do not take all the contrast. Equal when
+/// they differ by less than 1e-5 of their magnitude, which is rounding noise; both 0 when no value is finite.
+/// Reads the values twice; needs about 1.5 MB, however many values there are.
+grey_limits robust_limits(const value_source& values);
+
+/// Greys from 0 at black to 255 at white; 128 when the limits are equal, 0 for not-a-number.
 class grey_scale
 {
   public:
@@ -38,8 +43,8 @@ class grey_scale
     double steps_;
 };
 
-/// Three cosines a third of a turn apart: their sum, and so nearly the brightness, is the same for every phase. In tenths
-/// of a degree, which is less than a step of any channel.
+/// Colours of phases: three cosines a third of a turn apart. Their sum, and so nearly the brightness, is the same for
+/// every phase. Resolution 0.1 degrees, less than a step of any channel.
 class colour_wheel
 {
   public:

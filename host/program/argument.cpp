@@ -1,32 +1,25 @@
 #include "host/program/argument.h"
 
-#include <charconv>
 #include <complex>
 #include <cstdint>
 #include <limits>
 
 #include "host/files/image_file.h"
 #include "host/objects/tag_group.h"
+#include "host/text/number_text.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {
 
 namespace {
 
-template <class T>
-std::optional<T> parse(const std::string& word)
-{
-    T value{};
-    const char* const end = word.data() + word.size();
-    const auto [stop, error] = std::from_chars(word.data(), end, value);
-    return error == std::errc{} && stop == end ? std::optional{value} : std::nullopt;
-}
+using host::parse_number;
 
 std::optional<std::complex<double>> parse_complex(const std::string& word)
 {
     const auto comma = word.find(',');
-    const auto real = parse<double>(word.substr(0, comma));
-    const auto imaginary = comma == std::string::npos ? 0.0 : parse<double>(word.substr(comma + 1));
+    const auto real = parse_number<double>(word.substr(0, comma));
+    const auto imaginary = comma == std::string::npos ? 0.0 : parse_number<double>(word.substr(comma + 1));
     if (!real || !imaginary) return std::nullopt;
     return std::complex{*real, *imaginary};
 }
@@ -43,16 +36,25 @@ bool in_range(std::int64_t value, host_kind kind)
 }
 
 constexpr std::string_view list_mark = "list:";
+constexpr std::string_view start_mark = "_=";  // of an output parameter with a start value
+constexpr char protection = '\x01';
+
+/// The type of the value in an output parameter's cell.
+host::prototype_type cell_type_of(host::prototype_type type)
+{
+    type.kind = type.cell_kind;
+    return type;
+}
 
 bool is_list(const std::string& word) { return word.starts_with(list_mark); }
 
 host::tag_group_ref read_list(const std::string& word)
 {
     auto list = host::memory_tag_group::make_list();
-    const std::string inside = word.substr(list_mark.size());
-    for (std::size_t begin = 0; begin < inside.size();) {
-        const auto end = std::min(inside.find(',', begin), inside.size());
-        list->insert(list->count(), inside.substr(begin, end - begin));
+    const std::string items = word.substr(list_mark.size());
+    for (std::size_t begin = 0; begin < items.size();) {
+        const auto end = std::min(items.find(',', begin), items.size());
+        list->insert(list->count(), items.substr(begin, end - begin));
         begin = end + 1;
     }
     return list;
@@ -63,7 +65,7 @@ std::string count_of(std::size_t arguments)
     return std::to_string(arguments) + (arguments == 1 ? " argument" : " arguments");
 }
 
-/// The sum of all words' suitabilities, or nothing; `misfit` is then the number of the first that does not suit.
+/// The sum over all words; nothing when a word does not fit, and then `misfit` is its index.
 std::optional<int> total_suitability(const host::prototype& signature, const std::vector<std::string>& words,
                                      std::size_t& misfit)
 {
@@ -79,51 +81,64 @@ std::optional<int> total_suitability(const host::prototype& signature, const std
     return total;
 }
 
-std::string misfit_text(const host::prototype& signature, const std::string& word, std::size_t number)
+std::string misfit_text(const host::prototype& signature, const std::string& word, std::size_t index)
 {
-    const auto& parameter = signature.parameter_of(number);
-    return signature.name + ", argument " + std::to_string(number + 1) + " (" + parameter.type.word +
+    const auto& parameter = signature.parameter_of(index);
+    return signature.name + ", argument " + std::to_string(index + 1) + " (" + parameter.type.word +
            (parameter.name.empty() ? "" : " " + parameter.name) + "): expected " + expected_for(parameter.type) +
            ", not \"" + word + "\"";
 }
 
 }  // namespace
 
+std::string protect_number(const std::string& word)
+{
+    const bool is_taken_for_option = word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
+    return is_taken_for_option && parse_complex(word) ? protection + word : word;
+}
+
+std::string unprotect_number(const std::string& word)
+{
+    return !word.empty() && word.front() == protection ? word.substr(1) : word;
+}
+
 std::optional<int> suitability(const std::string& word, const host::prototype_type& type)
 {
-    const auto if_true = [](bool suits, int cost = 0) { return suits ? std::optional{cost} : std::nullopt; };
+    const auto if_true = [](bool fits, int cost = 0) { return fits ? std::optional{cost} : std::nullopt; };
     switch (type.kind) {
         case HOST_INT32:
         case HOST_UINT32:
         case HOST_UINT64: {
-            const auto number = parse<std::int64_t>(word);
+            const auto number = parse_number<std::int64_t>(word);
             return if_true(number && in_range(*number, type.kind));
         }
         case HOST_FLOAT32:
-        case HOST_FLOAT64: return if_true(parse<double>(word).has_value());
-        case HOST_COMPLEX: return if_true(parse_complex(word).has_value(), parse<double>(word) ? 1 : 0);
+        case HOST_FLOAT64: return if_true(parse_number<double>(word).has_value());
+        case HOST_COMPLEX: return if_true(parse_complex(word).has_value(), parse_number<double>(word) ? 1 : 0);
         case HOST_STRING: return 0;
-        // A file may be called "2", but where another overload takes a number, a number is meant.
-        case HOST_IMAGE: return if_true(!word.empty(), parse<double>(word) ? 2 : 0);
+        // A file may be called "2", but an overload with a number there is preferred.
+        case HOST_IMAGE: return if_true(!word.empty(), parse_number<double>(word) ? 2 : 0);
         case HOST_TAG_GROUP: return if_true(word == "null" || is_list(word));
-        case HOST_OUTPUT: return if_true(word == "_" || word == "null");
+        case HOST_OUTPUT:
+            if (word.starts_with(start_mark)) return suitability(word.substr(start_mark.size()), cell_type_of(type));
+            return if_true(word == "_" || word == "null");
         default: return if_true(word == "null");
     }
 }
 
-const char* expected_for(const host::prototype_type& type)
+std::string expected_for(const host::prototype_type& type)
 {
     switch (type.kind) {
         case HOST_INT32: return "a whole number from -2147483648 to 2147483647";
         case HOST_UINT32: return "a whole number from 0 to 4294967295";
-        case HOST_UINT64: return "a whole number that is not negative";
+        case HOST_UINT64: return "a whole number of 0 or more";
         case HOST_FLOAT32:
         case HOST_FLOAT64: return "a number";
         case HOST_COMPLEX: return "a complex number as re,im";
         case HOST_STRING: return "a text";
         case HOST_IMAGE: return "a file or null";
         case HOST_TAG_GROUP: return "null or a list of texts as list:a,b,c";
-        case HOST_OUTPUT: return "_ (it is printed after the call) or null";
+        case HOST_OUTPUT: return "_ or _=START, where START is " + expected_for(cell_type_of(type)) + "; or null";
         default: return "null";
     }
 }
@@ -133,9 +148,9 @@ host::script_value read_argument(const std::string& word, const host::prototype_
     switch (type.kind) {
         case HOST_INT32:
         case HOST_UINT32:
-        case HOST_UINT64: return parse<std::int64_t>(word).value();
+        case HOST_UINT64: return parse_number<std::int64_t>(word).value();
         case HOST_FLOAT32:
-        case HOST_FLOAT64: return parse<double>(word).value();
+        case HOST_FLOAT64: return parse_number<double>(word).value();
         case HOST_COMPLEX: return parse_complex(word).value();
         case HOST_STRING: return word;
         case HOST_IMAGE: {
@@ -145,7 +160,10 @@ host::script_value read_argument(const std::string& word, const host::prototype_
             return host::object_ref{known};
         }
         case HOST_TAG_GROUP: return word == "null" ? host::script_value{} : host::object_ref{read_list(word)};
-        case HOST_OUTPUT: return word == "_" ? host::script_value{host::make_cell()} : host::script_value{};
+        case HOST_OUTPUT:
+            if (word == "null") return {};
+            if (word == "_") return host::make_cell();
+            return host::make_cell(read_argument(word.substr(start_mark.size()), cell_type_of(type), images));
         default: return {};
     }
 }
@@ -154,8 +172,7 @@ host::function_ref choose_overload(const std::string& name, const std::vector<ho
                                    const std::vector<std::string>& words)
 {
     if (overloads.empty())
-        throw host::script_error{"there is no script function " + name +
-                                 "; zentrix functions lists those that there are"};
+        throw host::script_error{"there is no script function " + name + "; \"zentrix functions\" lists them all"};
     host::function_ref best;
     int best_cost = std::numeric_limits<int>::max();
     std::string misfits, prototypes;

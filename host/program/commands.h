@@ -4,8 +4,8 @@
 
 #include "host/program/session.h"
 
-/// One function for each command: adds it to the command line, with what runs when it is chosen. `global` is read when
-/// the command runs and has to live as long as `app`.
+/// One function per command: adds it to the command line with its callback. `global` is read when the command runs and
+/// must outlive `app`.
 namespace zentrix::program {
 
 void add_functions_command(CLI::App& app, const global_options& global);

@@ -2,13 +2,16 @@
 #include <iostream>
 #include <optional>
 
+#include "host/correction/finite_pixels.h"
 #include "host/correction/multiply_spectrum.h"
+#include "host/files/file_error.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
-#include "host/program/json.h"
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
+#include "host/text/number_text.h"
+#include "host/text/system_path.h"
 #include "lens/electron.h"
 #include "lens/numbers.h"
 #include "lens/transfer.h"
@@ -16,6 +19,16 @@
 namespace zentrix::program {
 
 namespace {
+
+using host::number_text;
+
+/// For pixels that are infinite or not a number.
+enum class nan_rule
+{
+    refuse,
+    zero,
+    mean
+};
 
 struct correct_request
 {
@@ -25,18 +38,34 @@ struct correct_request
     lens::optics setup;
     bool remove = false;
     lens::damping envelope = lens::damping::automatic;
+    nan_rule not_finite = nan_rule::refuse;
     picture_options picture;
 };
 
-/// The coefficients that are not zero, "C1 -50 nm, A1 12@30 nm".
-std::string stated(const lens::aberrations& lens)
+/// Throws  host::file_error when there are such pixels and the rule is to refuse them
+void apply_nan_rule(const std::string& file, host::image& wave, nan_rule rule)
+{
+    const std::size_t count = host::count_not_finite(wave);
+    if (count == 0) return;
+    const std::string which =
+        std::to_string(count) + " of " + std::to_string(wave.count()) + " pixels are infinite or not a number";
+    if (rule == nan_rule::refuse)
+        throw host::file_error{host::system_path(file), which + "; --nan zero or --nan mean replaces them"};
+    const auto value = rule == nan_rule::mean ? host::mean_of_finite(wave) : std::complex<float>{};
+    host::replace_not_finite(wave, value);
+    std::cerr << "zentrix: " << file << ": " << which << "; replaced by " << number_text(value.real())
+              << (value.imag() < 0 ? "" : "+") << number_text(value.imag()) << "i\n";
+}
+
+/// The coefficients that are not zero: "C1 -50 nm, A1 12@30 nm".
+std::string list_of_coefficients(const lens::aberrations& lens)
 {
     std::string text;
     for (const auto& about : lens::all_coefficients) {
         const lens::polar& value = lens[about.which];
         if (value.modulus == 0) continue;
-        text += (text.empty() ? "" : ", ") + std::string{about.name} + " " + plain_number(value.modulus);
-        if (about.symmetry != 0) text += "@" + plain_number(value.angle_degrees);
+        text += (text.empty() ? "" : ", ") + std::string{about.name} + " " + number_text(value.modulus);
+        if (about.symmetry != 0) text += "@" + number_text(value.angle_degrees);
         text += " " + std::string{about.unit};
     }
     return text.empty() ? "no aberration" : text;
@@ -45,10 +74,11 @@ std::string stated(const lens::aberrations& lens)
 void run(correct_request& request, const global_options& global)
 {
     lens::optics& setup = request.setup;
-    if (!request.kilovolts && setup.wavelength_nm == 0) throw usage_error{"--kv is required (or --wavelength)"};
+    if (!request.kilovolts && setup.wavelength_nm == 0) throw usage_error{"--kv or --wavelength is required"};
     if (request.kilovolts) setup.wavelength_nm = lens::electron_wavelength(*request.kilovolts);
     check_names(request.output, request.picture);
     const auto wave = read_wave(request.wave);
+    apply_nan_rule(request.wave, *wave, request.not_finite);
     const auto way = request.remove ? lens::direction::remove : lens::direction::apply;
     const auto arguments = lens::arguments_for(setup, static_cast<int>(wave->size(0)), static_cast<int>(wave->size(1)),
                                                way, request.envelope);
@@ -59,22 +89,21 @@ void run(correct_request& request, const global_options& global)
     write_result(request.output, request.picture, *wave);
 
     if (global.json)
-        std::cout << json_object({{"result", as_json(*wave, request.output)},
-                                  {"wavelength_nm", json_number(setup.wavelength_nm)},
-                                  {"removed", request.remove ? "true" : "false"},
-                                  {"envelope", arguments.envelope ? "true" : "false"}})
-                  << '\n';
+        print({{"result", as_json(*wave, request.output)},
+               {"wavelength_nm", setup.wavelength_nm},
+               {"removed", request.remove},
+               {"envelope", arguments.envelope}});
     else
-        std::cout << (request.remove ? "removed " : "applied ") << stated(setup.lens)
+        std::cout << (request.remove ? "removed " : "applied ") << list_of_coefficients(setup.lens)
                   << (arguments.envelope ? ", with the envelope" : "") << ", wavelength "
-                  << plain_number(std::round(setup.wavelength_nm * 1e7) / 1e4) << " pm: " << one_line(*wave) << " -> "
+                  << number_text(std::round(setup.wavelength_nm * 1e7) / 1e4) << " pm: " << one_line(*wave) << " -> "
                   << request.output << '\n';
 }
 
 void add_microscope(CLI::App& command, correct_request& request)
 {
-    auto* const voltage =
-        command.add_option("--kv", request.kilovolts, "Accelerating voltage [kV]; this or --wavelength is needed");
+    auto* const voltage = command.add_option("--kv", request.kilovolts,
+                                             "Accelerating voltage [kV]; required unless --wavelength is given");
     voltage->check(positive_number());
     command.add_option("--wavelength", request.setup.wavelength_nm, "Wavelength [nm], for waves other than electrons")
         ->check(positive_number())
@@ -85,10 +114,10 @@ void add_microscope(CLI::App& command, correct_request& request)
             "--tilt",
             [&](const std::string& word) {
                 const auto pair = lens::parse_pair(word);
-                if (!pair) throw usage_error{"--tilt is RIGHT,UP in mrad, not \"" + word + "\""};
+                if (!pair) throw usage_error{"--tilt is X,Y in mrad, not \"" + word + "\""};
                 request.setup.tilt_mrad = {pair->first, pair->second};
             },
-            "Beam tilt as seen on the displayed image, right and up [mrad]")
+            "Beam tilt on the displayed image, right and up [mrad]")
         ->type_name("X,Y");
 }
 
@@ -102,7 +131,7 @@ void add_envelope(CLI::App& command, correct_request& request)
                                    : word == "on" ? lens::damping::on
                                                   : lens::damping::off;
             },
-            "Damp by these widths (auto: when applying, not when removing, as damping cannot be undone)")
+            "Damp by these widths (auto: when applying; when removing, damping cannot be undone)")
         ->check(CLI::IsMember({"auto", "on", "off"}).description(""))
         ->type_name("auto|on|off")
         ->group(widths_group);
@@ -112,20 +141,29 @@ void add_envelope(CLI::App& command, correct_request& request)
 
 void add_correct_command(CLI::App& app, const global_options& global)
 {
-    CLI::App* const command = app.add_subcommand(
-        "correct", "Apply lens aberrations to a complex wave, or with --remove correct a wave for them");
+    CLI::App* const command =
+        app.add_subcommand("correct", "Apply lens aberrations to a complex wave, or remove them from it");
     auto request = std::make_shared<correct_request>();
-    command->add_option("WAVE", request->wave, "The complex wave (.npy, two dimensions)")->required();
-    command->add_option("-o,--output", request->output, "The resulting wave (.npy, or .png for its picture alone)")
+    command->add_option("WAVE", request->wave, "Complex wave (.npy, two dimensions)")->required();
+    command->add_option("-o,--output", request->output, "Result (.npy, or .png for a picture only)")
         ->required()
         ->type_name("FILE");
-    command->add_flag("--remove", request->remove, "Correct for the aberrations instead of applying them");
+    command->add_flag("--remove", request->remove, "Remove the aberrations instead of applying them");
     add_microscope(*command, *request);
     add_coefficients(*command, request->setup.lens);
     add_widths(*command, request->setup.spread);
     add_envelope(*command, *request);
+    command
+        ->add_option_function<std::string>(
+            "--nan",
+            [request](const std::string& word) {
+                request->not_finite = word == "zero" ? nan_rule::zero : nan_rule::mean;
+            },
+            "Replace pixels that are infinite or not a number by 0 or by the mean of the others (default: refuse them)")
+        ->check(CLI::IsMember({"zero", "mean"}).description(""))
+        ->type_name("zero|mean");
     add_picture_options(*command, request->picture);
-    command->footer("C1 < 0 is underfocus. docs/conventions.md has axes, signs and formulas.");
+    command->footer("C1 < 0 is underfocus. docs/conventions.md explains axes, signs and formulas.");
     command->callback([&global, request] { run(*request, global); });
 }
 

@@ -8,16 +8,12 @@ namespace zentrix::program {
 void add_functions_command(CLI::App& app, const global_options& global)
 {
     CLI::App* const command =
-        app.add_subcommand("functions", "List the prototypes of the library's script functions, one a line");
+        app.add_subcommand("functions", "List the prototypes of the library's script functions, one per line");
     command->callback([&global] {
         session zentrix{global};
         const auto prototypes = zentrix.engine().functions().prototypes(host::origin::library);
-        std::vector<std::string> quoted;
-        for (const auto& prototype : prototypes) {
-            if (!global.json) std::cout << prototype << '\n';
-            quoted.push_back(json_string(prototype));
-        }
-        if (global.json) std::cout << json_array(quoted) << '\n';
+        if (global.json) return print(json(prototypes));
+        for (const auto& prototype : prototypes) std::cout << prototype << '\n';
     });
 }
 

@@ -1,23 +1,17 @@
 #pragma once
 
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
+#include <iostream>
+#include <nlohmann/json.hpp>
 
 namespace zentrix::program {
 
-/// Text as a JSON string with its quotes; control characters are escaped, UTF-8 stays.
-std::string json_string(std::string_view text);
+/// Members keep their order.
+using json = nlohmann::ordered_json;
 
-/// A number in the fewest digits that read back as the same value. JSON has no infinities and no not-a-number: null.
-std::string json_number(double value);
-
-/// {"name": value, ...} and [value, ...] of values that are JSON already.
-std::string json_object(const std::vector<std::pair<std::string, std::string>>& members);
-std::string json_array(const std::vector<std::string>& values);
-
-/// A number for people, in the fewest digits that read back as the same value.
-std::string plain_number(double value);
+/// Prints one line. Infinities and not-a-number become null; bytes that are not UTF-8 become U+FFFD.
+inline void print(const json& value)
+{
+    std::cout << value.dump(-1, ' ', false, json::error_handler_t::replace) << '\n';
+}
 
 }  // namespace zentrix::program

@@ -7,14 +7,14 @@ namespace zentrix::program {
 
 namespace {
 
-CLI::Validator finite_number(const char* expected, const char* shown, bool zero_too)
+CLI::Validator finite_number(const char* expected, const char* type_name, bool accepts_zero)
 {
-    const auto complaint = [=](const std::string& word) -> std::string {
+    const auto check = [=](const std::string& word) -> std::string {
         const auto number = lens::parse_number(word);
-        const bool fits = number && (*number > 0 || (zero_too && *number == 0));
+        const bool fits = number && (*number > 0 || (accepts_zero && *number == 0));
         return fits ? "" : std::string{"expected "} + expected + ", not \"" + word + "\"";
     };
-    return CLI::Validator{complaint, shown};
+    return CLI::Validator{check, type_name};
 }
 
 }  // namespace
@@ -26,7 +26,7 @@ CLI::Validator positive_number() { return finite_number("a positive number", "PO
 void add_coefficients(CLI::App& command, lens::aberrations& lens)
 {
     for (const auto& about : lens::all_coefficients) {
-        const auto take = [&lens, which = about.which](const std::string& word) {
+        const auto set = [&lens, which = about.which](const std::string& word) {
             try {
                 lens[which] = lens::parse_coefficient(which, word);
             } catch (const std::invalid_argument& problem) {
@@ -34,7 +34,7 @@ void add_coefficients(CLI::App& command, lens::aberrations& lens)
             }
         };
         command
-            .add_option_function<std::string>("--" + std::string{about.name}, take,
+            .add_option_function<std::string>("--" + std::string{about.name}, set,
                                               std::string{about.meaning} + " [" + std::string{about.unit} + "]")
             ->type_name(about.symmetry == 0 ? "NUMBER" : "MODULUS@DEGREES")
             ->group("Aberrations, angles counter-clockwise on the displayed image");
@@ -52,7 +52,7 @@ void add_widths(CLI::App& command, lens::coherence& spread)
                   {"--vibration", "Vibration, rms along each axis [nm]", spread.vibration_nm}};
     for (const auto& [name, meaning, width] : widths)
         command.add_option(name, width, meaning)
-            ->check(finite_number("a number that is not negative", "NONNEGATIVE", true))
+            ->check(finite_number("a number of 0 or more", "NONNEGATIVE", true))
             ->group(widths_group);
 }
 

@@ -4,18 +4,18 @@
 
 #include "lens/transfer.h"
 
-/// Options of the commands that correct a wave for its lens. What they fill has to live as long as `command`.
+/// Options of the commands that correct a wave. The variables that they set must outlive `command`.
 namespace zentrix::program {
 
-/// A number above zero; the parser's own check lets "nan" pass and answers a wrong number with all digits of the largest.
+/// A finite number above zero. The check of the parser accepts "nan", and its message is hard to read.
 CLI::Validator positive_number();
 
-/// --C1 NUMBER to --S5 MODULUS@DEGREES, an option for each coefficient in the panel's units.
+/// Adds --C1 NUMBER to --S5 MODULUS@DEGREES, one option per coefficient, in the units of the panel.
 void add_coefficients(CLI::App& command, lens::aberrations& lens);
 
-/// --focus-spread, --convergence and --vibration, all rms.
+/// Adds --focus-spread, --convergence and --vibration, all rms.
 void add_widths(CLI::App& command, lens::coherence& spread);
-/// The heading under which --help has the widths; --envelope belongs there too.
+/// The heading of the widths and of --envelope in --help.
 extern const char* const widths_group;
 
 }  // namespace zentrix::program

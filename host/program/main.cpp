@@ -10,11 +10,12 @@
 #include <memory>
 #include <new>
 #include <string>
-#include <string_view>
 #include <vector>
 
+#include "host/files/pending_file.h"
+#include "host/program/argument.h"
 #include "host/program/commands.h"
-#include "host/text/system_path.h"
+#include "host/text/encoding.h"
 
 using namespace zentrix::program;
 
@@ -27,10 +28,10 @@ constexpr int bad_usage = 2;
 void add_global_options(CLI::App& app, global_options& global)
 {
     app.add_flag("--json", global.json, "Print results as JSON");
-    app.add_option("--library", global.library, "The library file (default: beside this program)")->type_name("FILE");
+    app.add_option("--library", global.library, "Library file (default: next to this program)")->type_name("FILE");
     app.add_option_function<std::string>(
            "--simd", [&](const std::string& word) { global.use_simd = word == "on"; },
-           "Vector instructions of the library's kernels (on)")
+           "Use vector instructions (default: on)")
         ->check(CLI::IsMember({"on", "off"}).description(""))
         ->type_name("on|off");
 }
@@ -44,32 +45,29 @@ std::string commands_of(const CLI::App& app)
     return names;
 }
 
-/// The command line's words in UTF-8.
-std::vector<std::string> given_words(int argc, char** argv)
+/// The words of the command line in UTF-8, with the program's name.
+std::vector<std::string> utf8_words(int argc, char** argv)
 {
 #ifdef _WIN32
-    // main's own are in the system's code page, which lacks letters that file names have.
+    // Those in argv are in the system's code page, which cannot hold every file name.
     int count = 0;
     const std::unique_ptr<LPWSTR, decltype(&LocalFree)> wide{CommandLineToArgvW(GetCommandLineW(), &count), &LocalFree};
     if (wide) {
         std::vector<std::string> words;
-        for (int i = 0; i < count; ++i) words.push_back(zentrix::host::utf8_path(wide.get()[i]));
+        for (int i = 0; i < count; ++i) words.push_back(zentrix::host::narrow(wide.get()[i]));
         return words;
     }
 #endif
     return {argv, argv + argc};
 }
 
-/// The words behind the program's name, last one first as the parser takes them. It knows "-5" for a number but takes
-/// "-.5" for an option, so that gets its zero.
-std::vector<std::string> words_of(int argc, char** argv)
+/// The words after the program's name, in reverse order as the parser takes them.
+std::vector<std::string> reversed_words(int argc, char** argv)
 {
-    auto words = given_words(argc, argv);
+    auto words = utf8_words(argc, argv);
     if (!words.empty()) words.erase(words.begin());
-    for (auto& word : words)
-        if (word.size() > 2 && word.starts_with("-.") &&
-            std::string_view{"0123456789"}.find(word[2]) != std::string::npos)
-            word.insert(1, "0");
+    const auto call = std::find(words.begin(), words.end(), "call");
+    std::transform(call, words.end(), call, protect_number);
     std::reverse(words.begin(), words.end());
     return words;
 }
@@ -78,13 +76,13 @@ int run(int argc, char** argv)
 {
     global_options global;
     CLI::App app{
-        "Zentrix64 on the command line: corrects lens aberrations of electron waves, unwraps phases, and calls "
-        "every script function of the library.",
+        "Corrects lens aberrations of electron waves, unwraps phases, and calls the script functions of the "
+        "Zentrix64 library.",
         "zentrix"};
     app.require_subcommand(1);
     app.fallthrough();
-    app.allow_windows_style_options(false);  // what begins with a slash is a path, under Wine above all
-    app.footer("Exit code: 0 done, 1 a file or a function failed, 2 the command line cannot be understood.");
+    app.allow_windows_style_options(false);  // "/x" is a path
+    app.footer("Exit code: 0 success, 1 a file or a function failed, 2 the command line is wrong.");
     add_global_options(app, global);
     add_functions_command(app, global);
     add_call_command(app, global);
@@ -93,7 +91,7 @@ int run(int argc, char** argv)
     add_unwrap_command(app, global);
     add_panel_command(app, global);
     try {
-        app.parse(words_of(argc, argv));
+        app.parse(reversed_words(argc, argv));
         return success;
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();
@@ -102,7 +100,7 @@ int run(int argc, char** argv)
     } catch (const CLI::ParseError& problem) {
         const auto chosen = app.get_subcommands();
         if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&problem) != nullptr)
-            std::cerr << "zentrix: a command is expected: " << commands_of(app) << "\n";
+            std::cerr << "zentrix: expected a command: " << commands_of(app) << "\n";
         else
             std::cerr << "zentrix: " << problem.what() << "\n";
         std::cerr << "Try: zentrix " << (chosen.empty() ? "" : chosen.front()->get_name() + " ") << "--help\n";
@@ -119,8 +117,9 @@ int main(int argc, char** argv)
 {
     try {
 #ifdef _WIN32
-        SetConsoleOutputCP(CP_UTF8);  // all texts are
+        SetConsoleOutputCP(CP_UTF8);
 #endif
+        zentrix::host::remove_pending_files_on_signals();
         return run(argc, argv);
     } catch (const std::bad_alloc&) {
         std::cerr << "zentrix: there is not enough memory for images of this size\n";

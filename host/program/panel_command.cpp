@@ -1,17 +1,17 @@
-#ifdef _WIN32
-#include "host/windows/panel_program.h"
-#endif
-
 #include <iostream>
 #include <optional>
 #include <stdexcept>
 
-#include "host/correction/panel_handler.h"
 #include "host/program/commands.h"
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
 #include "host/text/system_path.h"
+#include "host/windows/panel_handler.h"
+
+#ifdef _WIN32
+#include "host/windows/panel_program.h"
+#endif
 
 namespace zentrix::program {
 
@@ -52,8 +52,7 @@ void run(const panel_request& request, const global_options& global)
 
 void run(const panel_request&, const global_options&)
 {
-    throw std::runtime_error{
-        "the panel needs windows of Microsoft Windows: run zentrix.exe there or under Wine (./demo.sh --panel does)"};
+    throw std::runtime_error{"the panel needs Windows: run zentrix.exe there, or under Wine (see ./demo.sh --panel)"};
 }
 
 #endif
@@ -62,10 +61,10 @@ void run(const panel_request&, const global_options&)
 
 void add_panel_command(CLI::App& app, const global_options& global)
 {
-    CLI::App* const command = app.add_subcommand(
-        "panel", "Correct a complex wave by hand, with the control panel beside its picture (Windows)");
+    CLI::App* const command =
+        app.add_subcommand("panel", "Correct a complex wave by hand with the control panel (Windows)");
     auto request = std::make_shared<panel_request>();
-    command->add_option("WAVE", request->wave, "The complex wave (.npy, two dimensions)")->required();
+    command->add_option("WAVE", request->wave, "Complex wave (.npy, two dimensions)")->required();
     command->add_option("--kv", request->scope.kilovolts, "Accelerating voltage [kV]")
         ->required()
         ->check(positive_number());
@@ -74,18 +73,16 @@ void add_panel_command(CLI::App& app, const global_options& global)
     add_widths(*command, request->scope.spread);
     command->add_flag("--damp", request->scope.damped, "Damp the corrected wave by these widths")->group(widths_group);
     add_display_options(*command, request->start.shown, request->phase_palette);
-    command->add_option("--log", request->log, "Write each change of a tag, call and alert here")->type_name("FILE");
-    command->add_option("--screenshot", request->screenshot, "Save a picture of the panel once it is painted (.png)")
-        ->type_name("FILE");
+    command->add_option("--log", request->log, "Log changes of tags, calls and alerts")->type_name("FILE");
+    command->add_option("--screenshot", request->screenshot, "Save a picture of the panel (.png)")->type_name("FILE");
     command
         ->add_option("--screenshot-of-all", request->screenshot_of_all,
-                     "Save a picture of the panel beside the wave once both are painted (.png)")
+                     "Save a picture of the panel and the wave (.png)")
         ->type_name("FILE");
-    command->add_option("--quit-after", request->quit_after_ms, "Quit by itself [ms]")->type_name("MS");
+    command->add_option("--quit-after", request->quit_after_ms, "Quit after this time [ms]")->type_name("MS");
     command->footer(
         "The panel removes the aberrations that it shows, as zentrix correct --remove does. It starts with those given "
-        "here; its "
-        "angles are whole degrees.");
+        "here. Its angles are whole degrees.");
     command->callback([&global, request] { run(*request, global); });
 }
 

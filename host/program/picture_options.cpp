@@ -11,12 +11,11 @@ void add_display_options(CLI::App& command, host::display_mode& shown, host::pal
     command
         .add_option_function<std::string>(
             "--show", [&](const std::string& word) { shown = host::parse_display_mode(word).value(); },
-            "What a picture shows: real, imaginary, modulus, log (of the modulus) or phase")
+            "What pictures show: real, imaginary, modulus, log (of the modulus) or phase")
         ->check(CLI::IsMember({"real", "imaginary", "modulus", "log", "phase"}).description(""))
         ->type_name("MODE");
     command.add_flag_function(
-        "--colour", [&](std::int64_t) { shades = host::palette::cyclic; },
-        "Show a phase in colours that come round after a full turn");
+        "--colour", [&](std::int64_t) { shades = host::palette::cyclic; }, "Show phases in cyclic colours");
 }
 
 void add_picture_options(CLI::App& command, picture_options& picture)
@@ -28,7 +27,7 @@ void add_picture_options(CLI::App& command, picture_options& picture)
 void check_picture_name(const std::string& name)
 {
     if (!name.empty() && !name.ends_with(".png") && !name.ends_with(".PNG"))
-        throw host::file_error{host::system_path(name), "cannot be the picture: expected a name ending in .png"};
+        throw host::file_error{host::system_path(name), "cannot be written: expected a name ending in .png"};
 }
 
 void check_names(const std::string& output, const picture_options& picture)

@@ -7,7 +7,7 @@
 
 namespace zentrix::program {
 
-/// What the commands with a picture share: where it goes and what it shows.
+/// Options of the commands that can write a picture.
 struct picture_options
 {
     std::string png;
@@ -15,18 +15,18 @@ struct picture_options
     host::palette shades = host::palette::grey;
 };
 
-/// Adds --show MODE and --colour; what they fill has to live as long as `command`.
+/// Adds --show MODE and --colour. The variables must outlive `command`.
 void add_display_options(CLI::App& command, host::display_mode& shown, host::palette& shades);
-/// Adds --png FILE, --show MODE and --colour; `picture` has to live as long as `command`.
+/// Adds --png FILE, --show MODE and --colour. `picture` must outlive `command`.
 void add_picture_options(CLI::App& command, picture_options& picture);
 
-/// Throws  host::file_error when `name` is neither empty nor ends in .png
+/// Throws  host::file_error unless `name` is empty or ends in .png
 void check_picture_name(const std::string& name);
 
-/// Throws  host::file_error when a name has the wrong ending, before any work is done
+/// Checks the endings of the names before any work is done. Throws  host::file_error
 void check_names(const std::string& output, const picture_options& picture);
 
-/// Writes the result to `output`, by its extension, and the picture if one is asked for.
+/// Writes the result to `output`, by its extension, and the picture if one was requested.
 void write_result(const std::string& output, const picture_options& picture, const host::image& pixels);
 
 }  // namespace zentrix::program

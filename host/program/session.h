@@ -9,10 +9,10 @@
 
 namespace zentrix::program {
 
-/// What every command obeys.
+/// Options that hold for every command.
 struct global_options
 {
-    std::string library;  ///< file of the library; empty: beside the program, see host/engine/library_search.h
+    std::string library;  ///< library file; empty: next to the program, see host/engine/library_search.h
     bool use_simd = true;
     bool json = false;
 };
@@ -24,8 +24,8 @@ class usage_error : public std::runtime_error
     using std::runtime_error::runtime_error;
 };
 
-/// The stand-alone host with the library running in it, for the length of a command. What the library writes to the
-/// output window, its dialogs and its errors go to standard error.
+/// The stand-alone host with the library running in it, for the length of a command. The library's output, dialogs and
+/// errors go to standard error.
 class session
 {
   public:
@@ -39,6 +39,8 @@ class session
     host::engine& engine() { return engine_; }
 
   private:
+    session(const std::string& library_file, bool use_simd);
+
     host::engine engine_;
     std::unique_ptr<host::library> library_;
 };

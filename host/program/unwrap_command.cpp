@@ -5,10 +5,9 @@
 
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
-#include "host/pictures/for_each_plane.h"
+#include "host/pictures/for_each_pixel.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
-#include "host/program/json.h"
 #include "host/program/picture_options.h"
 #include "host/text/system_path.h"
 
@@ -21,46 +20,78 @@ struct unwrap_request
     std::string phase;
     std::string output;
     std::int32_t box = 0;
-    bool take_argument = false;
+    bool is_wave = false;
     picture_options picture;
 };
 
-/// The wrapped phase as 4-byte floats.
+[[noreturn]] void refuse(const std::string& file, const host::image& pixels, const char* why)
+{
+    throw host::file_error{host::system_path(file), "contains " + one_line(pixels) + "; " + why};
+}
+
+void check_type(const unwrap_request& request, const host::image& pixels)
+{
+    const bool is_complex = pixels.type().meaning == host::element_class::complex;
+    if (pixels.dimensions() < 2) refuse(request.phase, pixels, "expected a phase of two or three dimensions");
+    if (is_complex && !request.is_wave)
+        refuse(request.phase, pixels, "expected a real phase in radians (--phase computes it from a complex wave)");
+    if (!is_complex && request.is_wave) refuse(request.phase, pixels, "--phase needs a complex wave");
+    if (!is_complex && pixels.type().meaning != host::element_class::real)
+        refuse(request.phase, pixels, "expected float32 or float64, in radians");
+    const bool has_picture = !request.picture.png.empty() || !request.output.ends_with(".npy");
+    if (pixels.dimensions() > 2 && has_picture)
+        refuse(request.phase, pixels, "a volume cannot be shown as one picture");
+}
+
+/// A new float32 image of the same size.
+host::image_ref new_phase_like(const host::image& pixels)
+{
+    std::vector<std::uint32_t> sizes;
+    for (std::size_t d = 0; d < pixels.dimensions(); ++d) sizes.push_back(pixels.size(d));
+    return host::image::create(pixels.name(), HOST_ELEMENT_FLOAT32, sizes);
+}
+
+/// The wrapped phase as float32.
 host::image_ref read_phase(const unwrap_request& request)
 {
-    const auto file = host::system_path(request.phase);
-    auto read = host::read_image(file);
-    const bool complex = read->type().meaning == host::element_class::complex;
-    if (read->dimensions() != 2)
-        throw host::file_error{file, "holds " + one_line(*read) + "; expected a phase of two dimensions"};
-    if (complex && !request.take_argument)
-        throw host::file_error{file, "holds " + one_line(*read) +
-                                         "; expected a real phase in radians (--phase takes the argument of a "
-                                         "complex wave first)"};
-    if (!complex && request.take_argument)
-        throw host::file_error{file, "holds " + one_line(*read) + "; --phase needs a complex wave"};
-    if (!complex && read->type().meaning != host::element_class::real)
-        throw host::file_error{file, "holds " + one_line(*read) + "; expected float32 or float64, in radians"};
-    if (read->code() == host::code_of(host::element_class::real, 4)) return read;
-
-    const std::uint32_t sizes[] = {read->size(0), read->size(1)};
-    auto phase = host::image::create(read->name(), host::code_of(host::element_class::real, 4), sizes);
+    auto read = host::read_image(host::system_path(request.phase));
+    check_type(request, *read);
+    if (read->code() == HOST_ELEMENT_FLOAT32) return read;
+    auto phase = new_phase_like(*read);
     auto* out = static_cast<float*>(phase->data());
-    host::visit_plane(*read, 0, [&](std::complex<double> pixel) {
-        *out++ = static_cast<float>(complex ? std::arg(pixel) : pixel.real());
-    });
+    for (std::uint32_t z = 0; z < read->size(2); ++z)
+        host::for_each_pixel_of_plane(*read, z, [&](std::complex<double> pixel) {
+            *out++ = static_cast<float>(request.is_wave ? std::arg(pixel) : pixel.real());
+        });
     return phase;
 }
 
-/// Degrees or an unwrapped phase make the method return nonsense without an error.
+/// Degrees or an unwrapped phase would give a meaningless result without an error.
 void warn_beyond_half_a_turn(const std::string& file, const host::image& phase)
 {
     const auto* const begin = static_cast<const float*>(phase.data());
-    const auto beyond = std::count_if(begin, begin + phase.count(), [](float v) { return std::abs(v) > 3.1416F; });
-    if (beyond > 0)
-        std::cerr << "zentrix: " << file << ": " << beyond
-                  << " values are beyond -pi to pi; a wrapped phase in radians "
-                  << "is expected\n";
+    const auto count = std::count_if(begin, begin + phase.count(), [](float v) { return std::abs(v) > 3.1416F; });
+    if (count > 0)
+        std::cerr << "zentrix: warning: " << file << ": " << count
+                  << " values are beyond -pi to pi; expected a wrapped phase in radians\n";
+}
+
+host::image_ref unwrapped(const host::image_ref& phase, std::int32_t box, const global_options& global)
+{
+    session zentrix{global};
+    auto result = new_phase_like(*phase);
+    const std::uint32_t sizes[] = {phase->size(0), phase->size(1)};
+    const std::ptrdiff_t strides[] = {1, phase->size(0)};
+    const std::size_t pixels = std::size_t{sizes[0]} * sizes[1];
+    for (std::uint32_t z = 0; z < phase->size(2); ++z) {  // the library unwraps a single plane
+        auto* const data = static_cast<float*>(phase->data()) + z * pixels;
+        const host::object_ref plane =
+            host::image::over("plane", HOST_ELEMENT_FLOAT32, data, sizes, strides, host::access::read, phase);
+        const auto done =
+            host::object_in<host::image>(zentrix.engine().call("ZXGoldstain", {plane, std::int64_t{box}}));
+        std::copy_n(static_cast<const float*>(done->data()), pixels, static_cast<float*>(result->data()) + z * pixels);
+    }
+    return result;
 }
 
 void run(const unwrap_request& request, const global_options& global)
@@ -68,17 +99,12 @@ void run(const unwrap_request& request, const global_options& global)
     check_names(request.output, request.picture);
     const auto phase = read_phase(request);
     warn_beyond_half_a_turn(request.phase, *phase);
-    host::image_ref unwrapped;
-    {
-        session zentrix{global};
-        const auto result = zentrix.engine().call("ZXGoldstain", {host::object_ref{phase}, std::int64_t{request.box}});
-        unwrapped = host::object_in<host::image>(result);
-    }
-    write_result(request.output, request.picture, *unwrapped);
+    const auto result = unwrapped(phase, request.box, global);
+    write_result(request.output, request.picture, *result);
     if (global.json)
-        std::cout << json_object({{"result", as_json(*unwrapped, request.output)}}) << '\n';
+        print({{"result", as_json(*result, request.output)}});
     else
-        std::cout << "unwrapped " << one_line(*unwrapped) << " -> " << request.output << '\n';
+        std::cout << "unwrapped " << one_line(*result) << " -> " << request.output << '\n';
 }
 
 }  // namespace
@@ -86,21 +112,19 @@ void run(const unwrap_request& request, const global_options& global)
 void add_unwrap_command(CLI::App& app, const global_options& global)
 {
     CLI::App* const command =
-        app.add_subcommand("unwrap", "Join the 2 pi steps of a wrapped phase by Goldstein's branch cuts");
+        app.add_subcommand("unwrap", "Unwrap a phase by Goldstein's branch cuts; a volume plane by plane");
     auto request = std::make_shared<unwrap_request>();
     request->picture.shown = host::display_mode::real;
-    command->add_option("PHASE", request->phase, "The wrapped phase in radians (.npy, real, two dimensions)")
+    command->add_option("PHASE", request->phase, "Wrapped phase in radians (.npy, real, two or three dimensions)")
         ->required();
-    command
-        ->add_option("-o,--output", request->output,
-                     "The unwrapped phase, float32 (.npy, or .png for its picture alone)")
+    command->add_option("-o,--output", request->output, "Unwrapped phase, float32 (.npy, or .png for a picture only)")
         ->required()
         ->type_name("FILE");
     command->add_option(
         "--box", request->box,
-        "Largest box in which residues are joined [pixels] (0: half of width + height; below 3: no cuts "
-        "by boxes)");
-    command->add_flag("--phase", request->take_argument, "PHASE is a complex wave: take its argument first");
+        "Largest box in which residues are joined [pixels] (0: half of width + height; 1, 2: every residue is cut off "
+        "to the nearest edge)");
+    command->add_flag("--phase", request->is_wave, "PHASE is a complex wave: unwrap its phase");
     add_picture_options(*command, request->picture);
     command->callback([&global, request] { run(*request, global); });
 }

@@ -5,13 +5,13 @@
 
 namespace zentrix::host {
 
-/// The system's form of a path in UTF-8, which is what all texts of this host are in.
+/// The path that a UTF-8 text names. std::filesystem::path{text} would read it in the system's code page on Windows.
 inline std::filesystem::path system_path(const std::string& utf8)
 {
     return std::filesystem::path{std::u8string{utf8.begin(), utf8.end()}};
 }
 
-/// The same back.
+/// The path as UTF-8 text.
 inline std::string utf8_path(const std::filesystem::path& path)
 {
     const auto text = path.u8string();

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-#include "host/correction/panel_handler.h"
+#include "host/windows/panel_handler.h"
 
 namespace zentrix::host {
 

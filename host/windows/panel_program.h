@@ -5,9 +5,9 @@
 #include <memory>
 #include <optional>
 
-#include "host/correction/panel_handler.h"
 #include "host/windows/floating_frame.h"
 #include "host/windows/image_window.h"
+#include "host/windows/panel_handler.h"
 
 namespace zentrix::host {
 

@@ -10,7 +10,7 @@
 
 namespace support {
 
-/// A folder of its own for one test, removed with all that is in it.
+/// A new folder, removed with its contents.
 class scratch_folder
 {
   public:
@@ -29,7 +29,7 @@ class scratch_folder
 
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-    /// Names of what is in it, in order.
+    /// Names of its entries, sorted.
     std::vector<std::string> files() const
     {
         std::vector<std::string> names;

@@ -26,7 +26,7 @@ pixels<T> noise(int width, int height)
     return result;
 }
 
-/// The sum itself, at the signed frequency that each pixel of a centred spectrum stands for.
+/// The sum itself, at the signed frequency of each pixel of a centred spectrum.
 template <class T>
 pixels<T> summed(const pixels<T>& image, int width, int height)
 {
@@ -53,8 +53,6 @@ double largest_difference(const pixels<T>& a, const pixels<T>& b)
     return largest;
 }
 
-const std::pair<int, int> sizes[] = {{1, 1}, {1, 7}, {8, 1}, {2, 3}, {16, 8}, {15, 9}, {17, 32}, {12, 35}, {31, 1}};
-
 }  // namespace
 
 template <class T>
@@ -63,9 +61,9 @@ class fft : public testing::Test
 using precisions = testing::Types<float, double>;
 TYPED_TEST_SUITE(fft, precisions);
 
-TYPED_TEST(fft, is_the_sum_with_its_zero_frequency_in_the_middle)
+TYPED_TEST(fft, IsTheSumWithTheZeroFrequencyInTheMiddle)
 {
-    for (auto [width, height] : sizes) {
+    for (auto [width, height] : {std::pair{1, 1}, {1, 7}, {8, 1}, {2, 3}, {16, 8}, {15, 9}, {17, 32}, {31, 1}}) {
         const auto image = noise<TypeParam>(width, height);
         auto spectrum = image;
         forward_fft(spectrum.data(), width, height);
@@ -75,7 +73,7 @@ TYPED_TEST(fft, is_the_sum_with_its_zero_frequency_in_the_middle)
     }
 }
 
-TYPED_TEST(fft, backward_undoes_forward)
+TYPED_TEST(fft, BackwardUndoesForward)
 {
     for (auto [width, height] : {std::pair{512, 256}, {255, 257}, {1, 1}, {97, 64}}) {
         const auto image = noise<TypeParam>(width, height);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <random>
 
@@ -8,10 +9,10 @@
 #include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"
 
-using support::joined;
 using support::pixels_of;
 using support::workbench;
 using complex = std::complex<float>;
+using names = std::vector<std::string>;
 constexpr double pi = std::numbers::pi;
 
 namespace {
@@ -25,70 +26,113 @@ void write_noise(const std::filesystem::path& file, int width, int height)
 
 }  // namespace
 
-TEST(correct, gives_back_the_wave_that_went_through_an_independent_lens)
+TEST(correct, RemovesTheAberrationsOfAnIndependentLens)
 {
     const workbench bench;
     ASSERT_EQ(bench.run(support::built(MAKE_SAMPLE), {"in.npy", "truth.npy"}).code, 0);
-    const auto done =
-        bench.zentrix({"correct", "in.npy", "-o",     "out.npy", "--kv",    "300",     "--pixel", "0.02",    "--remove",
-                       "--C1",    "-62",    "--A1",   "14@35",   "--B2",    "380@110", "--A2",    "290@-20", "--C3",
-                       "0.15",    "--S3",   "2.5@75", "--png",   "out.png", "--show",  "phase"});
-    EXPECT_EQ(done.code, 0) << done.err;
+    const auto done = bench.zentrix(
+        "correct in.npy -o out.npy --kv 300 --pixel 0.02 --remove --C1 -62 --A1 14@35 --B2 380@110 --A2 290@-20 "
+        "--C3 .15 --S3 2.5@75 --png out.png --show phase");
+    EXPECT_EQ(done.code, 0);
     EXPECT_EQ(done.err, "");
     const auto truth = pixels_of<complex>(bench / "truth.npy");
     EXPECT_GT(support::largest_difference(pixels_of<complex>(bench / "in.npy"), truth), 0.1);
     EXPECT_LT(support::largest_difference(pixels_of<complex>(bench / "out.npy"), truth), 1e-5);
-    EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"in.npy", "out.npy", "out.png", "truth.npy"}));
+    EXPECT_EQ(bench.folder().files(), (names{"in.npy", "out.npy", "out.png", "truth.npy"}));
 }
 
-TEST(correct, removing_undoes_applying_in_any_size_with_tilt)
+TEST(correct, RemovingUndoesApplyingInAnySizeWithTilt)
 {
-    const std::vector<std::string> lens{"--kv",  "200",    "--pixel", "0.05",  "--tilt", "1.5,-0.8", "--C1",
-                                        "-40",   "--A1",   "9@30",    "--B2",  "150@77", "--A2",     "80@-120",
-                                        "--C3",  "-0.013", "--S3",    "2@11",  "--A3",   "1.5@5",    "--B4",
-                                        "20@99", "--D4",   "12@-8",   "--A4",  "15@200", "--C5",     "2",
-                                        "--A5",  "1@44",   "--R5",    "1@-66", "--S5",   "0.8@3"};
+    const std::string lens =
+        " --kv 200 --pixel 0.05 --tilt 1.5,-0.8 --C1 -40 --A1 9@30 --B2 150@77 --A2 80@-120 --C3 -0.013 --S3 2@11 "
+        "--A3 1.5@5 --B4 20@99 --D4 12@-8 --A4 15@200 --C5 2 --A5 1@44 --R5 1@-66 --S5 0.8@3";
     for (const auto& [width, height] : {std::pair{128, 64}, {33, 45}}) {
         const workbench bench;
         write_noise(bench / "wave.npy", width, height);
-        ASSERT_EQ(bench.zentrix(joined({"correct", "wave.npy", "-o", "there.npy"}, lens)).code, 0);
-        ASSERT_EQ(bench.zentrix(joined({"correct", "there.npy", "-o", "back.npy", "--remove"}, lens)).code, 0);
+        ASSERT_EQ(bench.zentrix("correct wave.npy -o there.npy" + lens).code, 0);
+        ASSERT_EQ(bench.zentrix("correct there.npy -o back.npy --remove" + lens).code, 0);
         const auto wave = pixels_of<complex>(bench / "wave.npy");
         EXPECT_GT(support::largest_difference(pixels_of<complex>(bench / "there.npy"), wave), 1);
-        EXPECT_LT(support::largest_difference(pixels_of<complex>(bench / "back.npy"), wave), 2e-5)
-            << width << " x " << height;
+        EXPECT_LT(support::largest_difference(pixels_of<complex>(bench / "back.npy"), wave), 2e-5) << width;
     }
 }
 
-/// A wave 1 + sideband of one frequency: the envelope damps the sideband by a closed form of the rms widths as typed.
-TEST(correct, envelope_widths_are_rms_in_the_stated_units)
+/// A wave 1 + sideband of one frequency: the envelope damps the sideband by a closed form of the rms widths.
+TEST(correct, EnvelopeWidthsAreRmsInTheStatedUnits)
 {
     constexpr int size = 64, cycles = 9;
     constexpr double pixel = 0.05, g = cycles / (size * pixel);
     const double wavelength = zentrix::lens::electron_wavelength(300), angle = wavelength * g;
     const double gradient = 2 * pi / wavelength * -60 * angle;  // of the defocus term, per radian
-    struct row
-    {
-        std::vector<std::string> options;
-        double exponent;
-    };
+    const double vibration = 2 * std::pow(pi * 0.05 * g, 2);
+    const workbench bench;
+    support::write_wave(bench / "in.npy", size, size,
+                        [](int x, int) { return complex{1.0 + std::polar(0.25, 2 * pi * cycles * x / size)}; });
     for (const auto& [options, exponent] :
-         {row{{"--focus-spread", "12"}, std::pow(pi * 12 * wavelength * g * g, 2) / 2},
-          row{{"--vibration", "0.05"}, 2 * std::pow(pi * 0.05 * g, 2)},
-          row{{"--convergence", "0.5"}, std::pow(gradient * 0.5e-3, 2) / 2},
-          row{{"--vibration", "0.05", "--envelope", "off"}, 0}, row{{"--vibration", "0.05", "--remove"}, 0},
-          row{{"--vibration", "0.05", "--remove", "--envelope", "on"}, 2 * std::pow(pi * 0.05 * g, 2)}}) {
-        const workbench bench;
-        support::write_wave(bench / "in.npy", size, size,
-                            [](int x, int) { return complex{1.0 + std::polar(0.25, 2 * pi * cycles * x / size)}; });
-        const auto done = bench.zentrix(
-            joined({"correct", "in.npy", "-o", "out.npy", "--kv", "300", "--pixel", "0.05", "--C1", "-60"}, options));
-        ASSERT_EQ(done.code, 0) << done.err;
+         {std::pair<std::string, double>{"--focus-spread 12", std::pow(pi * 12 * wavelength * g * g, 2) / 2},
+          {"--vibration 0.05", vibration},
+          {"--convergence 0.5", std::pow(gradient * 0.5e-3, 2) / 2},
+          {"--vibration 0.05 --envelope off", 0},
+          {"--vibration 0.05 --remove", 0},
+          {"--vibration 0.05 --remove --envelope on", vibration}}) {
+        ASSERT_EQ(bench.zentrix("correct in.npy -o out.npy --kv 300 --pixel 0.05 --C1 -60 " + options).code, 0);
         std::complex<double> sideband;
         const auto out = pixels_of<complex>(bench / "out.npy");
         for (int i = 0; i < size * size; ++i)
             sideband +=
                 std::complex<double>{out[i]} * std::polar(1.0 / (size * size), -2 * pi * cycles * (i % size) / size);
-        EXPECT_NEAR(std::abs(sideband) / 0.25, std::exp(-exponent), 1e-5) << options.front();
+        EXPECT_NEAR(std::abs(sideband) / 0.25, std::exp(-exponent), 1e-5) << options;
     }
 }
+
+TEST(correct, RefusesOrReplacesPixelsThatAreNotFinite)
+{
+    const workbench bench;
+    const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
+    const complex torn[] = {{1, nan}, {-inf, 0}};
+    support::write_wave(bench / "torn.npy", 4, 4, [&](int x, int y) {
+        return x < 2 && y == 0 ? torn[x] : complex{3, 1};
+    });
+    support::write_wave(bench / "large.npy", 4, 4, [](int, int) { return 3e38F; });
+    const std::string which = "zentrix: torn.npy: 2 of 16 pixels are infinite or not a number; ";
+    struct row
+    {
+        std::string words, err;
+        complex replaced;
+    };
+    for (const auto& [words, err, replaced] :
+         {row{"torn.npy --nan zero", which + "replaced by 0+0i\n", {0, 0}},
+          {"torn.npy --nan mean", which + "replaced by 3+1i\n", {3, 1}},
+          {"torn.npy", which + "--nan zero or --nan mean replaces them\n", {}},
+          {"large.npy",
+           "zentrix: The result is not finite: the values of the wave are too large for single precision.\n",
+           {}}}) {
+        const auto done = bench.zentrix("correct -o o.npy --kv 300 --pixel 0.1 " + words);
+        EXPECT_EQ(done.err, err);
+        ASSERT_EQ(std::filesystem::exists(bench / "o.npy"), done.code == 0);
+        if (done.code != 0) continue;
+        const auto out = pixels_of<complex>(bench / "o.npy");
+        EXPECT_LT(std::abs(out[1] - replaced) + std::abs(out[2] - complex{3, 1}), 1e-5F);
+        std::filesystem::remove(bench / "o.npy");
+    }
+}
+
+#if !defined(_WIN32) && !defined(__SANITIZE_ADDRESS__)
+TEST(correct, ReportsThatMemoryRanOutAndLeavesNothing)
+{
+    const workbench bench;
+    write_noise(bench / "wave.npy", 1021, 1031);
+    const std::string run = "; exec " + support::built(ZENTRIX_PROGRAM).string() +
+                            " correct wave.npy --kv 300 --pixel 0.02 --show phase --colour -o o.png";
+    int refused = 0;
+    for (int kilobytes = 20000; kilobytes < 38000; kilobytes += 1500) {
+        const auto done = bench.run("/bin/sh", {"-c", "ulimit -v " + std::to_string(kilobytes) + run});
+        ASSERT_TRUE(done.code == 0 || done.code == 1) << kilobytes << ": " << done.code << " " << done.err;
+        if (done.code == 0) continue;
+        ++refused;
+        EXPECT_EQ(done.err.substr(0, 9), "zentrix: ");
+        EXPECT_EQ(bench.folder().files(), names{"wave.npy"});
+    }
+    EXPECT_GT(refused, 3);
+}
+#endif

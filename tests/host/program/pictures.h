@@ -7,7 +7,7 @@
 
 namespace support {
 
-/// An image of `width` x `height` whose pixel (x, y) is what `value` gives.
+/// Writes an image of width x height pixels value(x, y).
 template <class T, class F>
 void write_image_of(const std::filesystem::path& file, std::uint32_t code, int width, int height, F value)
 {
@@ -21,16 +21,16 @@ void write_image_of(const std::filesystem::path& file, std::uint32_t code, int w
 template <class F>
 void write_wave(const std::filesystem::path& file, int width, int height, F value)
 {
-    write_image_of<std::complex<float>>(file, 3, width, height, value);
+    write_image_of<std::complex<float>>(file, HOST_ELEMENT_COMPLEX64, width, height, value);
 }
 
 template <class F>
 void write_real(const std::filesystem::path& file, int width, int height, F value)
 {
-    write_image_of<float>(file, 2, width, height, value);
+    write_image_of<float>(file, HOST_ELEMENT_FLOAT32, width, height, value);
 }
 
-/// The pixels of a file in rows.
+/// All pixels of a file, row by row.
 template <class T>
 std::vector<T> pixels_of(const std::filesystem::path& file)
 {

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -10,8 +12,7 @@
 
 namespace support {
 
-/// A file of the build, by the name that the build system gives it. A Windows program under Wine sees the machine's root
-/// as drive Z.
+/// The path of a built file. Windows programs under Wine see the root folder of the machine as drive Z.
 inline std::filesystem::path built(const std::string& file)
 {
 #ifdef _WIN32
@@ -20,11 +21,14 @@ inline std::filesystem::path built(const std::string& file)
     return file;
 }
 
-/// What a program did: its exit code and all that it wrote.
+/// Exit code and output of a program.
 struct outcome
 {
     int code = -1;
     std::string out, err;
+
+    /// "0 output", or "1 error" after a failure.
+    std::string text() const { return std::to_string(code) + " " + (code == 0 ? out + err : err); }
 };
 
 inline std::vector<std::string> joined(std::vector<std::string> words, const std::vector<std::string>& more)
@@ -33,20 +37,18 @@ inline std::vector<std::string> joined(std::vector<std::string> words, const std
     return words;
 }
 
-/// Runs programs in a scratch folder, where their files are named without a path.
+/// Runs programs in a scratch folder, so that files need no path.
 class workbench
 {
   public:
-    /// Runs the program with these arguments, each quoted.
     outcome run(const std::filesystem::path& program, const std::vector<std::string>& arguments) const
     {
         std::string command = change_folder + ("\"" + (folder_ / "").string() + "\" && ") + quoted(program.string());
         for (const auto& argument : arguments) command += " " + quoted(argument);
-        command += " >\"" + texts_("out").string() + "\" 2>\"" + texts_("err").string() + "\"";
+        command += " >\"" + (texts_ / "out").string() + "\" 2>\"" + (texts_ / "err").string() + "\"";
         outcome result;
 #ifdef _WIN32
-        // The command processor drops the outer quotes. Wine now and then fails to start it, which is -1; no program of
-        // ours ends with that.
+        // The command processor drops the outer quotes. Wine sometimes fails to start it, which gives -1.
         for (int attempt = 0; attempt < 3 && result.code == -1; ++attempt)
             result.code = _wsystem(zentrix::host::system_path("\"" + command + "\"").wstring().c_str());
 #else
@@ -58,17 +60,17 @@ class workbench
         return result;
     }
     outcome zentrix(const std::vector<std::string>& arguments) const { return run(built(ZENTRIX_PROGRAM), arguments); }
+    /// The same with arguments that are separated by blanks.
+    outcome zentrix(const std::string& arguments) const
+    {
+        std::istringstream words{arguments};
+        return zentrix(std::vector<std::string>{std::istream_iterator<std::string>{words}, {}});
+    }
 
     const scratch_folder& folder() const { return folder_; }
     std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
 
   private:
-    struct texts
-    {
-        scratch_folder folder;
-        std::filesystem::path operator()(const std::string& name) const { return folder / name; }
-        std::string read(const std::string& name) const { return folder.read(name); }
-    };
 #ifdef _WIN32
     static constexpr const char* change_folder = "cd /d ";
 #else
@@ -82,7 +84,7 @@ class workbench
     }
 
     scratch_folder folder_;
-    texts texts_;
+    scratch_folder texts_;
 };
 
 }  // namespace support

@@ -1,4 +1,4 @@
-#include "host/correction/panel_handler.h"
+#include "host/windows/panel_handler.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -27,19 +27,20 @@ panel_handler::panel_handler(engine& engine, const image_ref& wave, const micros
 
 void panel_handler::fill_tags(const panel_start& start)
 {
-    for (const auto& [key, whole, value] : lens::panel_tags(start.lens, static_cast<int>(start.shown) + 1))
-        tags_->write(key, whole ? tag{static_cast<std::int32_t>(value)} : tag{static_cast<float>(value)});
+    for (const auto& [key, is_long, value] : lens::panel_tags(start.lens, static_cast<int>(start.shown) + 1))
+        tags_->write(key, is_long ? tag{static_cast<std::int32_t>(value)} : tag{static_cast<float>(value)});
 }
 
 void panel_handler::add_methods()
 {
-    // The handler owns its methods, so they may hold a plain pointer to it.
+    // The handler owns its methods, so a plain pointer to it is safe.
     const auto add = [this](const std::string& name, const char* parameters, auto body) {
         add_method("void " + name + "( ScriptObject self" + parameters + " )",
-                   [this, name, body](std::span<const script_value> given) -> script_value {
+                   [this, name, body](std::span<const script_value> arguments) -> script_value {
                        if (!view_) return {};
-                       const auto* const argument = given.size() > 1 ? std::get_if<std::int64_t>(&given[1]) : nullptr;
-                       if (told_) told_(argument ? name + " " + std::to_string(*argument) : name);
+                       const auto* const argument =
+                           arguments.size() > 1 ? std::get_if<std::int64_t>(&arguments[1]) : nullptr;
+                       if (listener_) listener_(argument ? name + " " + std::to_string(*argument) : name);
                        body(argument ? *argument : 0);
                        return {};
                    });
@@ -67,10 +68,10 @@ void panel_handler::change()
 {
     const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
     try {
-        correction_.ask(
+        correction_.set(
             lens::arguments_for(optics(), correction_.width(), correction_.height(), lens::direction::remove, damping));
     } catch (const std::invalid_argument& problem) {
-        correction_.refuse(problem.what());
+        correction_.set_failure(problem.what());
         throw;
     }
     view_->pictures_changed();
@@ -101,7 +102,7 @@ void panel_handler::set_transfer_function(bool shown)
 
 void panel_handler::edit_microscope()
 {
-    if (asking_) return;  // the panel stays usable while the question is open
+    if (asking_) return;  // the panel can be used while the dialog is open
     asking_ = true;
     const auto edited = view_->ask_microscope(scope_);
     asking_ = false;

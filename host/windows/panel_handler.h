@@ -8,52 +8,52 @@
 
 namespace zentrix::host {
 
-/// What a correction needs to know besides the coefficients.
+/// The parameters of a correction other than the coefficients.
 struct microscope
 {
     double kilovolts = 0;
     double pixel_nm = 0;
     lens::coherence spread;
-    bool damped = false;  ///< damp by `spread` although aberrations are removed, see lens::damping
+    bool damped = false;  ///< damp by `spread`, see lens::damping::on
 };
 
-/// What the panel shows at first.
+/// The initial state of the panel.
 struct panel_start
 {
     lens::aberrations lens;
     display_mode shown = display_mode::modulus;
 };
 
-/// Where a panel_handler shows what it has.
+/// The display of a panel_handler.
 class panel_view
 {
   public:
     virtual ~panel_view() = default;
-    /// panel_handler::result and ::transfer_function have changed; to be asked for when there is time to draw, so that
-    /// of several changes in a row only the last is computed.
+    /// panel_handler::result and ::transfer_function have changed. Get them when there is time to draw: of several
+    /// changes in a row only the last is then computed.
     virtual void pictures_changed() = 0;
     virtual void show_mode(display_mode mode) = 0;
     virtual void show_transfer_function(bool shown) = 0;
-    /// Lets the user edit; nothing when he does not want to.
+    /// Lets the user edit the parameters; nothing when cancelled.
     virtual std::optional<microscope> ask_microscope(const microscope& present) = 0;
     /// The panel was hidden.
     virtual void panel_closed() = 0;
 };
 
-/// The handler that the control panel calls: six methods, and the tags that panel and handler share. It corrects a wave
-/// for the aberrations in the tags.
+/// The handler that the control panel calls: six methods, and the tags that panel and handler share. It removes the
+/// aberrations in the tags from a wave.
 class panel_handler : public script_object
 {
   public:
-    /// `wave` as live_correction takes it. `view` and `engine` have to live until `detach` is called: the library may
-    /// hold the handler longer.
+    /// `wave` as for live_correction. `view` and `engine` must exist until `detach` is called; the library may hold the
+    /// handler longer.
     /// Throws  std::invalid_argument for a voltage or pixel size that is not positive, and as lens::panel_tags
     static std::shared_ptr<panel_handler> make(engine& engine, const image_ref& wave, const microscope& scope,
                                                const panel_start& start, panel_view& view);
 
     const tag_group_ref& tags() const noexcept { return tags_; }
-    /// Called with the method's name (and argument) before each.
-    void on_call(std::function<void(const std::string& call)> told) { told_ = std::move(told); }
+    /// Sets a listener, called before each method with its name and argument.
+    void on_call(std::function<void(const std::string& call)> listener) { listener_ = std::move(listener); }
 
     /// The corrected wave. Throws as live_correction::result.
     const image_ref& result() { return correction_.result(); }
@@ -62,11 +62,11 @@ class panel_handler : public script_object
     image_ref transfer_function() const;
     const live_correction& correction() const noexcept { return correction_; }
 
-    /// What the panel's hidden button does, for a menu.
+    /// The action of the panel's hidden button, for a menu.
     void edit_microscope();
-    /// Shows the transfer function or not, and lets the panel's button say so.
+    /// Shows or hides the transfer function and updates the panel's button.
     void set_transfer_function(bool shown);
-    /// From now on calls do nothing.
+    /// Makes all later calls do nothing.
     void detach() noexcept { view_ = nullptr; }
 
   private:
@@ -85,7 +85,7 @@ class panel_handler : public script_object
     bool asking_ = false;
     live_correction correction_;
     tag_group_ref tags_ = memory_tag_group::make_group();
-    std::function<void(const std::string&)> told_;
+    std::function<void(const std::string&)> listener_;
 };
 
 }  // namespace zentrix::host

@@ -1,0 +1,47 @@
+#include "host/files/draft_file.h"
+
+#include <algorithm>
+#include <iterator>
+
+#ifdef _WIN32
+#include <process.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace zentrix::host {
+
+namespace fs = std::filesystem;
+
+draft_list::entry draft_list::entries_[4];
+
+void draft_list::add(const fs::path& draft) noexcept
+{
+    const auto& text = draft.native();
+    for (entry& e : entries_) {
+        if (e.is_used || text.size() >= std::size(e.path)) continue;
+        *std::copy(text.begin(), text.end(), e.path) = 0;
+        e.is_used = true;
+        return;
+    }
+}
+
+void draft_list::remove(const fs::path& draft) noexcept
+{
+    for (entry& e : entries_)
+        if (e.is_used && draft.native() == e.path) e.is_used = false;
+}
+
+fs::path next_draft_name()
+{
+    static std::atomic<unsigned> number;
+    return ".zentrix-" + std::to_string(getpid()) + "-" + std::to_string(++number) + ".part";
+}
+
+bool is_draft_name(const fs::path& name)
+{
+    const std::u8string text = name.u8string();
+    return text.starts_with(u8".zentrix-") && text.ends_with(u8".part");
+}
+
+}  // namespace zentrix::host

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace zentrix::host {
+
+/// A new file under a temporary name, see pending_file. All functions throw std::system_error.
+class draft_file
+{
+  public:
+    /// Creates the draft in the folder of `target` with the rights of `target`, if that exists, and removes drafts of
+    /// processes that have ended.
+    explicit draft_file(const std::filesystem::path& target);
+    /// Removes the draft unless it was moved.
+    ~draft_file();
+    draft_file(const draft_file&) = delete;
+    draft_file& operator=(const draft_file&) = delete;
+
+    void write(const std::byte* bytes, std::size_t count);
+    void move_to(const std::filesystem::path& target);
+
+  private:
+    std::filesystem::path path_;
+    std::intptr_t handle_;  ///< of the open file
+};
+
+/// Whether an existing file may not be written.
+bool is_read_only(const std::filesystem::path& file);
+
+/// A name for a draft that this process has not used yet.
+std::filesystem::path next_draft_name();
+bool is_draft_name(const std::filesystem::path& name);
+
+/// Paths of existing drafts for handlers of signals, which may run at any time and on any thread: memory is never
+/// freed. A path that is too long, or one too many, is left out.
+class draft_list
+{
+  public:
+    static void add(const std::filesystem::path& draft) noexcept;
+    static void remove(const std::filesystem::path& draft) noexcept;
+    /// Calls use(path) for each; async-signal-safe if `use` is.
+    template <class F>
+    static void for_each(F use) noexcept
+    {
+        for (const entry& e : entries_)
+            if (e.is_used) use(e.path);
+    }
+
+  private:
+    using letter = std::filesystem::path::value_type;
+    struct entry
+    {
+        std::atomic<bool> is_used;
+        letter path[4096];
+    };
+    static entry entries_[4];
+};
+
+}  // namespace zentrix::host

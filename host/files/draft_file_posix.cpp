@@ -1,0 +1,136 @@
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <system_error>
+
+#include "host/files/draft_file.h"
+#include "host/files/pending_file.h"
+
+namespace zentrix::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void throw_last_error() { throw std::system_error{errno, std::generic_category()}; }
+
+int descriptor(std::intptr_t handle) { return static_cast<int>(handle); }
+
+/// A draft is locked while its process lives, so an unlocked one is a remnant.
+void remove_remnants(const fs::path& folder)
+{
+    std::error_code ignored;
+    for (fs::directory_iterator entry{folder, ignored}, end; entry != end; entry.increment(ignored)) {
+        if (!is_draft_name(entry->path().filename())) continue;
+        const int file = open(entry->path().c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (file < 0) continue;
+        if (flock(file, LOCK_EX | LOCK_NB) == 0) unlink(entry->path().c_str());
+        close(file);
+    }
+}
+
+/// False when another process takes the file for a remnant, in the moment between its creation and this lock.
+bool lock_draft(int file)
+{
+    if (flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
+    struct stat status
+    {};
+    return fstat(file, &status) != 0 || status.st_nlink > 0;
+}
+
+/// Creates and locks a file; -1 with errno.
+int create(const fs::path& path, mode_t mode)
+{
+    const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode);
+    if (file < 0 || lock_draft(file)) return file;
+    close(file);
+    errno = EEXIST;
+    return -1;
+}
+
+/// Owner first, because a change of owner clears bits of the mode. Without the former group its rights are dropped.
+void copy_rights(int file, const struct stat& former)
+{
+    mode_t mode = former.st_mode & 07777;
+    if (fchown(file, former.st_uid, former.st_gid) != 0 && fchown(file, static_cast<uid_t>(-1), former.st_gid) != 0)
+        mode &= ~static_cast<mode_t>(S_IRWXG | S_ISGID);
+    if (fchmod(file, mode) != 0) throw_last_error();
+}
+
+extern "C" void remove_drafts_and_end(int signal)
+{
+    draft_list::for_each([](const char* path) { unlink(path); });
+    std::signal(signal, SIG_DFL);
+    raise(signal);
+}
+
+}  // namespace
+
+draft_file::draft_file(const fs::path& target) : handle_{-1}
+{
+    const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path{"."};
+    remove_remnants(folder);
+    struct stat former
+    {};
+    const bool has_former = stat(target.c_str(), &former) == 0;
+    do {
+        path_ = folder / next_draft_name();
+        draft_list::add(path_);
+        handle_ = create(path_, has_former ? 0600 : 0666);
+        if (handle_ >= 0) break;
+        const int problem = errno;
+        draft_list::remove(path_);
+        errno = problem;
+    } while (errno == EEXIST);
+    if (handle_ < 0) throw_last_error();
+    if (has_former) copy_rights(descriptor(handle_), former);
+}
+
+draft_file::~draft_file()
+{
+    if (handle_ < 0) return;
+    unlink(path_.c_str());
+    close(descriptor(handle_));
+    draft_list::remove(path_);
+}
+
+void draft_file::write(const std::byte* bytes, std::size_t count)
+{
+    while (count > 0) {
+        const ssize_t written = ::write(descriptor(handle_), bytes, count);
+        if (written < 0 && errno != EINTR) throw_last_error();
+        if (written < 0) continue;
+        bytes += written;
+        count -= static_cast<std::size_t>(written);
+    }
+}
+
+void draft_file::move_to(const fs::path& target)
+{
+    if (fsync(descriptor(handle_)) != 0 && errno != EINVAL) throw_last_error();  // EINVAL: nothing to be synchronised
+    if (rename(path_.c_str(), target.c_str()) != 0) throw_last_error();
+    draft_list::remove(path_);
+    const int file = descriptor(handle_);
+    handle_ = -1;
+    if (close(file) != 0) throw_last_error();
+}
+
+bool is_read_only(const fs::path& file)
+{
+    struct stat status
+    {};
+    const bool has_no_write_right = stat(file.c_str(), &status) == 0 && (status.st_mode & 0222) == 0;  // root, too
+    return has_no_write_right || access(file.c_str(), W_OK) != 0;
+}
+
+void remove_pending_files_on_signals()
+{
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+        if (std::signal(signal, remove_drafts_and_end) == SIG_IGN) std::signal(signal, SIG_IGN);  // as under nohup
+}
+
+}  // namespace zentrix::host

@@ -1,0 +1,117 @@
+#include "host/files/pending_file.h"
+
+#include <gtest/gtest.h>
+
+#include "host/files/file_error.h"
+#include "tests/support/same_bytes.h"
+#include "tests/support/scratch.h"
+
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#endif
+
+using namespace zentrix::host;
+using support::scratch_folder;
+namespace fs = std::filesystem;
+using names = std::vector<std::string>;
+
+namespace {
+
+void replace(const fs::path& file, const std::string& contents)
+{
+    pending_file pending{file};
+    pending.write(contents.data(), contents.size());
+    pending.commit();
+}
+
+}  // namespace
+
+TEST(PendingFile, AppearsWholeOrNotAtAll)
+{
+    const scratch_folder folder;
+    folder.write("a", "former");
+    {
+        pending_file given_up{folder / "a"}, other{folder / "a"};  // drafts do not collide
+        given_up.write("half", 4);
+        EXPECT_EQ(folder.read("a"), "former");
+    }
+    EXPECT_EQ(folder.files(), names{"a"});
+    EXPECT_EQ(folder.read("a"), "former");
+    replace(folder / "a", "whole");
+    EXPECT_EQ(folder.read("a"), "whole");
+
+    const std::string long_name(240, 'n');  // the limit is 255 bytes
+    replace(folder / long_name, "long");
+    EXPECT_EQ(folder.files(), (names{"a", long_name}));
+}
+
+TEST(PendingFile, RefusesWhatItCannotReplaceAndRemovesRemnants)
+{
+    const scratch_folder folder;
+    folder.write("fixed", "fixed");
+    fs::permissions(folder / "fixed", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
+    fs::create_directory(folder / "folder");
+    folder.write(".zentrix-1-1.part", "of a killed process");
+    const pending_file other{folder / "other"};  // of a live one
+    for (const auto& [name, why] : {std::pair{"fixed", "it is read-only"},
+                                    {"folder", "it is a folder"},
+                                    {"missing/a", "No such file or directory"}})
+        EXPECT_EQ(support::message_of([&, file = folder / name] { pending_file{file}; }),
+                  (folder / name).string() + ": cannot be written: " + why);
+    fs::permissions(folder / "fixed", fs::perms::owner_all);
+    EXPECT_EQ(folder.read("fixed"), "fixed");
+    const auto left = folder.files();
+    ASSERT_EQ(left.size(), 3u);
+    EXPECT_NE(left[0], ".zentrix-1-1.part");
+}
+
+#ifndef _WIN32
+
+TEST(PendingFile, KeepsModeAndOwnerAndFollowsLinks)
+{
+    const scratch_folder folder;
+    folder.write("private", "former");
+    ASSERT_EQ(chmod((folder / "private").c_str(), 0640), 0);
+    if (geteuid() == 0 && chown((folder / "private").c_str(), 1, 2) != 0) GTEST_FAIL();
+    struct stat before
+    {
+    }, after{};
+    stat((folder / "private").c_str(), &before);
+    fs::create_symlink("private", folder / "link");
+    fs::create_symlink("created", folder / "dangling");
+    fs::create_symlink("loop", folder / "loop");
+    replace(folder / "link", "new");
+    replace(folder / "dangling", "new");
+    EXPECT_EQ(folder.read("private") + folder.read("created"), "newnew");
+    EXPECT_TRUE(fs::is_symlink(folder / "link") && fs::is_symlink(folder / "dangling"));
+    stat((folder / "private").c_str(), &after);
+    EXPECT_EQ(after.st_mode, before.st_mode);
+    EXPECT_EQ(std::pair(after.st_uid, after.st_gid), std::pair(before.st_uid, before.st_gid));
+    EXPECT_EQ(support::message_of([&] { replace(folder / "loop", ""); }),
+              (folder / "loop").string() + ": cannot be written: Too many levels of symbolic links");
+}
+
+TEST(PendingFile, IsRemovedByTheSignalsThatEndAProcess)
+{
+    const scratch_folder folder;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const pid_t child = fork();
+        if (child == 0) {
+            std::signal(signal, SIG_DFL);
+            remove_pending_files_on_signals();
+            const pending_file first{folder / "a"}, second{folder / "b"};
+            raise(signal);
+            _exit(0);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal);
+        EXPECT_EQ(folder.files(), names{});
+    }
+}
+
+#endif
