@@ -1,5 +1,5 @@
-// How fluid a drag is: the A1 knob of the real panel turned on a wave of 1024 x 1024, with the wave's window drawn as it
-// follows. Windows, or under Wine with a display.
+// Pictures per second while the A1 knob of the real panel is dragged, with a wave of 1024 x 1024 and its window on the
+// screen. For Windows, or Wine with a display.
 #include "host/windows/panel_program.h"
 
 #include <commctrl.h>
@@ -17,7 +17,7 @@
 namespace {
 
 using namespace zentrix::host;
-constexpr int size = 1024, basic_page = 1, modulus_field = 5088, knob = 5004;
+constexpr int size = 1024, basic_page = 1, modulus_field_id = 5088, knob_id = 5004;
 constexpr microscope scope{300, 0.05, {}, false};
 
 image_ref noise()
@@ -31,17 +31,17 @@ image_ref noise()
     return wave;
 }
 
-/// The knob as a hand turns it: a button pressed on its rim and moved round.
-class hand
+/// Drags the knob with simulated mouse messages on its rim.
+class knob_drag
 {
   public:
-    explicit hand(HWND panel)
+    explicit knob_drag(HWND panel)
     {
         const HWND sheet = FindWindowExW(panel, nullptr, L"#32770", nullptr);
         SendMessageW(sheet, PSM_SETCURSEL, basic_page, 0);
         const auto page = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-        SetWindowTextA(GetDlgItem(page, modulus_field), "14");
-        knob_ = GetDlgItem(page, knob);
+        SetWindowTextA(GetDlgItem(page, modulus_field_id), "14");
+        knob_ = GetDlgItem(page, knob_id);
         GetClientRect(knob_, &client_);
     }
     void send(UINT message, double turns) const
@@ -70,7 +70,7 @@ void check_result(engine& host, const image_ref& wave, panel_program& program, i
                       zentrix::lens::arguments_for(setup, size, size, zentrix::lens::direction::remove));
     bench::check(std::memcmp(expected->data(), program.handler().result()->data(),
                              wave->count() * sizeof(std::complex<float>)) == 0,
-                 "the panel's picture is not the correction's");
+                 "the panel's picture differs from the correction");
 }
 
 void drag(engine& host, const image_ref& wave, display_mode shown, const char* name)
@@ -78,25 +78,25 @@ void drag(engine& host, const image_ref& wave, display_mode shown, const char* n
     panel_program_options options;
     options.title = name;
     options.start.shown = shown;
-    options.quit_after_ms = 0;  // no boxes; nothing ends before `run`
+    options.quit_after_ms = 0;  // no message boxes; the timer starts in `run` only
     panel_program program{host, wave, scope, options};
     program.show();
-    const hand turning{program.frame().content()};
-    program.work_off_messages();
-    turning.send(WM_LBUTTONDOWN, 0);
+    const knob_drag knob{program.frame().content()};
+    program.handle_waiting_messages();
+    knob.send(WM_LBUTTONDOWN, 0);
     using clock = std::chrono::steady_clock;
     const int before = program.handler().correction().spent().computed;
     const auto start = clock::now();
     int moves = 0;
     while (clock::now() - start < std::chrono::seconds{5}) {
-        turning.send(WM_MOUSEMOVE, 0.003 * ++moves);
-        program.work_off_messages();
+        knob.send(WM_MOUSEMOVE, 0.003 * ++moves);
+        program.handle_waiting_messages();
     }
     const double seconds = std::chrono::duration<double>(clock::now() - start).count();
     const int pictures = program.handler().correction().spent().computed - before;
-    turning.send(WM_LBUTTONUP, 0.003 * moves);
-    program.work_off_messages();
-    check_result(host, wave, program, turning.degrees());
+    knob.send(WM_LBUTTONUP, 0.003 * moves);
+    program.handle_waiting_messages();
+    check_result(host, wave, program, knob.degrees());
     std::printf("%-10s %5.1f pictures a second, %.1f ns/px; %s\n", name, pictures / seconds,
                 seconds * 1e9 / pictures / (double(size) * size), program.costs().c_str());
 }

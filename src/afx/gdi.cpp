@@ -3,19 +3,6 @@
 #include "afx/app.h"
 #include "afx/wnd.h"
 
-BOOL CGdiObject::DeleteObject()
-{
-    const HGDIOBJ object = Detach();
-    return object && ::DeleteObject(object);
-}
-
-BOOL CGdiObject::Attach(HGDIOBJ object)
-{
-    DeleteObject();
-    m_hObject = object;
-    return object != nullptr;
-}
-
 BOOL CBitmap::LoadBitmap(UINT id) { return Attach(::LoadBitmap(AfxGetResourceHandle(), MAKEINTRESOURCE(id))); }
 
 void CDC::FillSolidRect(const RECT* area, COLORREF colour)

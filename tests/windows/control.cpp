@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "win32/handles.h"
+
 namespace windows_tests {
 
 void pump()
@@ -84,15 +86,14 @@ std::vector<COLORREF> pixels_of(HWND window, int width, int height)
     std::vector<COLORREF> pixels(static_cast<std::size_t>(width) * height);
     BITMAPINFO info{};
     info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    const HDC from = GetDC(window), memory = CreateCompatibleDC(from);
-    const HBITMAP bitmap = CreateCompatibleBitmap(from, width, height);
-    const HGDIOBJ former = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, from, 0, 0, SRCCOPY);
-    SelectObject(memory, former);
-    GetDIBits(from, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(window, from);
+    const win32::window_dc from{window};
+    const win32::unique_memory_dc memory{CreateCompatibleDC(from.get())};
+    const win32::unique_bitmap bitmap{CreateCompatibleBitmap(from.get(), width, height)};
+    {
+        const win32::selected_object selected{memory.get(), bitmap.get()};
+        BitBlt(memory.get(), 0, 0, width, height, from.get(), 0, 0, SRCCOPY);
+    }
+    GetDIBits(from.get(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
     for (COLORREF& p : pixels) p = RGB((p >> 16) & 0xff, (p >> 8) & 0xff, p & 0xff);
     return pixels;
 }

@@ -6,7 +6,7 @@
 
 namespace windows_tests {
 
-/// One row of a page as a user finds it: ids, label, tags. Round coefficients have a unit and no knob.
+/// One row of a page: control ids, label text, tags. Round coefficients have a unit and no knob.
 struct row_table
 {
     int modulus, modulus_spin, step, knob, angle_spin, label;

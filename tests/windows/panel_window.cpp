@@ -1,15 +1,12 @@
 #include "tests/windows/panel_window.h"
 
-#include "panel/rules/tag_record.h"
-
-#include <cstdio>
-#include <cstdlib>
+#include "tests/windows/page_tables.h"
 
 namespace windows_tests {
 
 HWND the_frame()
 {
-    // Without a window manager each new one costs seconds of waiting for an answer from it.
+    // One window for all tests: without a window manager each new top-level window costs seconds.
     static const HWND frame = CreateWindowW(L"STATIC", L"Zentrix", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 40, 40, 188,
                                             320, nullptr, nullptr, nullptr, nullptr);
     return frame;
@@ -17,14 +14,18 @@ HWND the_frame()
 
 panel_window::panel_window() : frame{the_frame()}
 {
-    for (const auto& rule : qorv::panel::tag_record()) {
-        const std::string key = rule.key;
-        if (rule.type == qorv::panel::tag_type::float32) {
-            host.set(key, key.ends_with("Accel") ? 1.0f : 0.0f);
-        } else {
-            host.set(key, int{key.ends_with("IsEnabled") || key.ends_with("Accel") || key == "DisplayMode"});
+    for (const page_table& page : pages) {
+        host.set(page.enable_key, 1);
+        for (const row_table& row : page.rows) {
+            host.set(row.key, 0.0f);
+            host.set(row.step_key(), 1.0f);
+            if (!row.knob) continue;
+            host.set(row.angle_key, 0);
+            host.set(row.angle_step_key(), 1);
         }
     }
+    for (const auto& [key, value] : {std::pair{"ApplyIsEnabled", 1}, {"hasPCTF", 0}, {"DisplayMode", 1}})
+        host.set(key, value);
     panel = host.open_panel(frame);
 }
 
@@ -56,29 +57,17 @@ HWND panel_window::go_to_page(int index)
     return active_page();
 }
 
-events panel_window::heard()
+events panel_window::take_events()
 {
     pump();
     return host.take_events();
 }
 
-void panel_window::screenshot(const std::string& name) const
+void panel_window::choose_display(int entry) const
 {
-    const char* const folder = std::getenv("ZENTRIX_SCREENSHOTS");
-    if (!folder) return;
-    pump();
-    const RECT area = control{frame}.client();
-    const auto pixels = pixels_of(nullptr, 40 + area.right, 40 + area.bottom);  // of the screen
-    std::FILE* const file = std::fopen((std::string{folder} + "/" + name + ".ppm").c_str(), "wb");
-    ASSERT_NE(file, nullptr);
-    std::fprintf(file, "P6 %ld %ld 255\n", area.right, area.bottom);
-    for (int y = 40; y < 40 + area.bottom; ++y) {
-        for (int x = 40; x < 40 + area.right; ++x) {
-            const COLORREF p = pixels[static_cast<std::size_t>(y) * (40 + area.right) + x];
-            for (int shift = 0; shift < 24; shift += 8) std::fputc(static_cast<int>(p >> shift) & 0xff, file);
-        }
-    }
-    std::fclose(file);
+    const control list = of_panel(5111);
+    list.send(CB_SETCURSEL, static_cast<WPARAM>(entry));
+    SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list.window));
 }
 
 }  // namespace windows_tests
