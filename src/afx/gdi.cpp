@@ -3,7 +3,10 @@
 #include "afx/app.h"
 #include "afx/wnd.h"
 
-BOOL CBitmap::LoadBitmap(UINT id) { return Attach(::LoadBitmap(AfxGetResourceHandle(), MAKEINTRESOURCE(id))); }
+BOOL CBitmap::LoadMappedBitmap(UINT id)
+{
+    return Attach(::LoadImage(AfxGetResourceHandle(), MAKEINTRESOURCE(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS));
+}
 
 void CDC::FillSolidRect(const RECT* area, COLORREF colour)
 {

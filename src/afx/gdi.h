@@ -38,7 +38,8 @@ class CBitmap : public CGdiObject
 {
   public:
     operator HBITMAP() const { return static_cast<HBITMAP>(GetSafeHandle()); }
-    BOOL LoadBitmap(UINT id);
+    /// Loads a bitmap whose light grey, shadow grey and the like become the system's 3-D colours.
+    BOOL LoadMappedBitmap(UINT id);
 };
 
 class CRgn : public CGdiObject

@@ -135,7 +135,7 @@ void CZentrixPanel::place_controls()
     CWnd& label = *GetDlgItem(IDC_DISPLAY_LABEL);
     const auto row = lay_out_controls({client.left, client.top, client.right, client.bottom}, size_of(label),
                                       size_of(display_), size_of(apply_), size_of(pctf_));
-    if (!pctf_bitmap_.GetSafeHandle()) pctf_bitmap_.LoadBitmap(IDB_PCTF);
+    if (!pctf_bitmap_.GetSafeHandle()) pctf_bitmap_.LoadMappedBitmap(IDB_PCTF);
     pctf_.SetBitmap(pctf_bitmap_);
     move_to(label, row.label);
     move_to(display_, row.combo);

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "win32/handles.h"
-
 namespace windows_tests {
 
 void pump()
@@ -53,9 +51,7 @@ void control::type(const std::string& text) const
 void control::click_spin(int direction) const
 {
     const RECT area = client();
-    const int y = direction > 0 ? area.bottom / 4 : area.bottom * 3 / 4;
-    mouse(WM_LBUTTONDOWN, area.right / 2, y);
-    mouse(WM_LBUTTONUP, area.right / 2, y);
+    click(area.right / 2, direction > 0 ? area.bottom / 4 : area.bottom * 3 / 4);
     pump();
 }
 
@@ -79,23 +75,6 @@ void real_mouse(POINT to, DWORD button)
         pump();
         Sleep(5);
     }
-}
-
-std::vector<COLORREF> pixels_of(HWND window, int width, int height)
-{
-    std::vector<COLORREF> pixels(static_cast<std::size_t>(width) * height);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    const win32::window_dc from{window};
-    const win32::unique_memory_dc memory{CreateCompatibleDC(from.get())};
-    const win32::unique_bitmap bitmap{CreateCompatibleBitmap(from.get(), width, height)};
-    {
-        const win32::selected_object selected{memory.get(), bitmap.get()};
-        BitBlt(memory.get(), 0, 0, width, height, from.get(), 0, 0, SRCCOPY);
-    }
-    GetDIBits(from.get(), bitmap.get(), 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-    for (COLORREF& p : pixels) p = RGB((p >> 16) & 0xff, (p >> 8) & 0xff, p & 0xff);
-    return pixels;
 }
 
 }  // namespace windows_tests

@@ -5,7 +5,6 @@
 #include <commctrl.h>
 
 #include <string>
-#include <vector>
 
 /// Operations of a user on windows.
 namespace windows_tests {
@@ -34,14 +33,16 @@ struct control
     /// Clicks the upper (+1) or lower (-1) half of a spin button.
     void click_spin(int direction) const;
     void mouse(UINT message, int x, int y) const { send(message, MK_LBUTTON, MAKELPARAM(x, y)); }
+    void click(int x, int y) const
+    {
+        mouse(WM_LBUTTONDOWN, x, y);
+        mouse(WM_LBUTTONUP, x, y);
+    }
     void key(WPARAM key) const;
 };
 
 /// Moves the system's mouse to a screen point, optionally with a button event (MOUSEEVENTF_...), and handles the
 /// messages that follow.
 void real_mouse(POINT to, DWORD button = 0);
-
-/// The pixels of a window's client area on the screen, top row first, 0x00bbggrr.
-std::vector<COLORREF> pixels_of(HWND window, int width, int height);
 
 }  // namespace windows_tests

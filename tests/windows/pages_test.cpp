@@ -16,7 +16,7 @@ void hold_shift(bool down)
 std::string line(const std::string& key, const char* value) { return key + " = " + value; }
 control edit_of(const control& knob) { return {GetWindow(knob.window, GW_CHILD)}; }
 
-const row_table &row_A1 = pages[1].rows[0], &row_A5 = pages[4].rows[0];
+const row_table &row_A1 = all_rows[3], &row_A5 = all_rows[11];
 
 TEST_F(panel_window, EveryControlWritesItsOwnTagAndValuesAreAnnounced)
 {
@@ -43,29 +43,37 @@ TEST_F(panel_window, EveryControlWritesItsOwnTagAndValuesAreAnnounced)
     }
 }
 
-TEST_F(panel_window, AFieldStoresNumbersAndIgnoresWhatIsNoNumberYet)
+TEST_F(panel_window, StoresTypedNumbersAndIgnoresIncompleteOnes)
 {
     show_panel();
     go_to_page(1);
     take_events();
+    const control modulus = of_page(row_A1.modulus), step = of_page(row_A1.step), angle = edit_of(of_page(row_A1.knob));
     const struct
     {
-        int id;
-        const char* text;
+        control field;
+        const char* typed;
         events expected;
-    } steps[] = {{row_A1.modulus, "-", {}},
-                 {row_A1.modulus, "-7", {"ModA1 = -7", "OnChange"}},
-                 {row_A1.modulus, "", {}},
-                 {row_A1.step, "abc", {}},
-                 {row_A1.modulus, "3", {"ModA1 = 3", "OnChange"}}};
-    for (const auto& step : steps) {
-        of_page(step.id).type(step.text);
-        EXPECT_EQ(take_events(), step.expected) << step.text;
+        const char* shown;
+    } cases[] = {{modulus, "-", {}, "-"},
+                 {modulus, "-7", {"ModA1 = -7", "OnChange"}, "-7"},
+                 {modulus, "", {}, ""},
+                 {step, "abc", {}, "abc"},
+                 {modulus, "3", {"ModA1 = 3", "OnChange"}, "3"},
+                 {angle, "045", {"AngA1 = 45", "OnChange"}, "45"},
+                 {angle, "400", {"AngA1 = 359", "OnChange"}, "359"},
+                 {angle, "abc", {"AngA1 = 0", "OnChange"}, "0"},
+                 {angle, "12x", {"AngA1 = 12", "OnChange"}, "12"},
+                 {angle, "", {"AngA1 = 0", "OnChange"}, "0"}};
+    for (const auto& c : cases) {
+        c.field.type(c.typed);
+        EXPECT_EQ(take_events(), c.expected) << c.typed;
+        EXPECT_EQ(c.field.text(), c.shown) << c.typed;
     }
-    of_page(row_A1.step).type("2");
+    step.type("2");
     for (const char* value : {"1", "-1"}) {
         of_page(row_A1.modulus_spin).click_spin(-1);
-        EXPECT_EQ(of_page(row_A1.modulus).text(), value);
+        EXPECT_EQ(modulus.text(), value);
     }
 }
 
@@ -106,41 +114,28 @@ TEST_F(panel_window, AKnobIsDragged)
     const control knob = of_page(row_A1.knob);
     const int cx = knob.client().right / 2, cy = knob.client().bottom / 2;
     const auto stored = [](const char* angle) { return events{line("AngA1", angle), "OnChange"}; };
-    knob.mouse(WM_MOUSEMOVE, cx, cy - 10);
-    EXPECT_EQ(take_events(), events{}) << "no button is pressed";
-    knob.mouse(WM_LBUTTONDOWN, cx, cy - 10);
-    EXPECT_EQ(GetCapture(), knob.window);
-    EXPECT_EQ(GetFocus(), knob.window);
-    EXPECT_EQ(take_events(), stored("90"));
-    knob.mouse(WM_MOUSEMOVE, cx, cy - 20);
-    EXPECT_EQ(take_events(), events{}) << "same angle, larger distance";
-    knob.mouse(WM_MOUSEMOVE, cx - 10, cy - 10);
-    knob.mouse(WM_MOUSEMOVE, cx - 500, cy);
-    EXPECT_EQ(take_events(), stored("180")) << "notifications are posted, so the page sees the last position only";
-    knob.mouse(WM_LBUTTONUP, cx, cy + 15);
-    EXPECT_EQ(GetCapture(), nullptr);
-    EXPECT_EQ(take_events(), stored("270"));
-    knob.mouse(WM_LBUTTONDOWN, cx, cy);
-    knob.mouse(WM_LBUTTONUP, cx, cy);
-    EXPECT_EQ(take_events(), stored("0")) << "the centre counts as angle 0";
-}
-
-TEST_F(panel_window, AnAngleIsTypedIntoAKnob)
-{
-    show_panel();
-    go_to_page(1);
-    take_events();
-    const control edit = edit_of(of_page(row_A1.knob));
     const struct
     {
-        const char *typed, *angle, *shown;
-    } cases[] = {{"45", "45", "45"},  {"045", nullptr, "45"}, {"400", "359", "359"}, {"abc", "0", "0"},
-                 {"12x", "12", "12"}, {"-5", "0", "0"},       {"", nullptr, "0"}};
-    for (const auto& c : cases) {
-        edit.type(c.typed);
-        EXPECT_EQ(take_events(), c.angle ? (events{line("AngA1", c.angle), "OnChange"}) : events{}) << c.typed;
-        EXPECT_EQ(edit.text(), c.shown) << c.typed;
+        UINT message;
+        int x, y;
+        events expected;
+    } steps[] = {{WM_MOUSEMOVE, cx, cy - 10, {}},  // no button is pressed
+                 {WM_LBUTTONDOWN, cx, cy - 10, stored("90")},
+                 {WM_MOUSEMOVE, cx, cy - 20, {}},  // same angle
+                 {WM_MOUSEMOVE, cx - 500, cy, stored("180")},
+                 {WM_LBUTTONUP, cx, cy + 15, stored("270")},
+                 {WM_LBUTTONDOWN, cx, cy, stored("0")},  // the centre
+                 {WM_LBUTTONUP, cx, cy, {}}};
+    for (const auto& step : steps) {
+        knob.mouse(step.message, step.x, step.y);
+        EXPECT_EQ(take_events(), step.expected) << step.x << ',' << step.y;
     }
+    knob.mouse(WM_LBUTTONDOWN, cx, cy - 10);
+    EXPECT_TRUE(GetCapture() == knob.window && GetFocus() == knob.window);
+    for (int x = 0; x < 10; ++x) knob.mouse(WM_MOUSEMOVE, cx - x, cy - 10);
+    knob.mouse(WM_LBUTTONUP, cx - 10, cy - 10);
+    EXPECT_EQ(GetCapture(), nullptr);
+    EXPECT_EQ(take_events(), stored("135")) << "notifications are posted, so the page sees the last position only";
 }
 
 TEST_F(panel_window, APageReloadsWhenItBecomesActive)
@@ -228,7 +223,7 @@ TEST_F(panel_window, WorksWithoutKeysTagsOrHandler)
     of_page(5088).type("4");
     of_page(5090).type("2");
     EXPECT_EQ(take_events(), events{"OnChange"}) << "for the value, not for the step";
-    choose_display(2);
+    choose_display(panel, 2);
     host.update_panel();
     EXPECT_EQ(take_events(), events{});
 

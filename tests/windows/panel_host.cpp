@@ -6,16 +6,12 @@ namespace windows_tests {
 
 using namespace zentrix::host;
 
-namespace {
-
 engine_options with_companion_package()
 {
     engine_options options;
     options.file_exists = [](const std::string&) { return true; };
     return options;
 }
-
-}  // namespace
 
 std::optional<tag> panel_host::recorded_tags::get(const std::string& name) const
 {

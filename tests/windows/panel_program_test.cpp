@@ -6,11 +6,11 @@
 #include "host/windows/resource.h"
 #include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"
+#include "tests/support/same_bytes.h"
 #include "tests/windows/control.h"
 #include "tests/windows/page_tables.h"
 
 #include <cmath>
-#include <cstring>
 #include <memory>
 #include <numbers>
 
@@ -47,16 +47,8 @@ class answer
   private:
     static void CALLBACK look(HWND, UINT, UINT_PTR, DWORD)
     {
-        HWND dialog = nullptr;
-        EnumThreadWindows(
-            GetCurrentThreadId(),
-            [](HWND window, LPARAM found) -> BOOL {
-                if (control{window}.class_name() != "#32770" || !IsWindowVisible(window)) return TRUE;
-                *reinterpret_cast<HWND*>(found) = window;
-                return FALSE;
-            },
-            reinterpret_cast<LPARAM>(&dialog));
-        if (dialog && act_) act_(dialog);
+        const control active{GetActiveWindow()};
+        if (active.class_name() == "#32770" && active.visible()) act_(active.window);
     }
 
     static inline std::function<void(HWND)> act_;
@@ -66,7 +58,7 @@ class answer
 class at_the_panel : public testing::Test
 {
   protected:
-    at_the_panel() : engine_{with_companion()}, library_{std::in_place, engine_, find_library_file()} {}
+    at_the_panel() : engine_{with_companion_package()}, library_{std::in_place, engine_, find_library_file()} {}
 
     ~at_the_panel() override
     {
@@ -110,26 +102,13 @@ class at_the_panel : public testing::Test
 
     HWND panel() { return program_->frame().content(); }
     control of_panel(int id) { return {GetDlgItem(panel(), id)}; }
-    HWND page(int index)
-    {
-        const HWND sheet = FindWindowExW(panel(), nullptr, L"#32770", nullptr);
-        SendMessageW(sheet, PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
-        return reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-    }
-    control of_page(int index, int id) { return {GetDlgItem(page(index), id)}; }
+    control of_page(int index, int id) { return {GetDlgItem(page_of(panel(), index), id)}; }
 
     void press(HWND window, WPARAM key)
     {
         PostMessageW(window, WM_KEYDOWN, key, 1);
         PostMessageW(window, WM_KEYUP, key, 1);
         settle();
-    }
-
-    void choose_mode(int entry)
-    {
-        of_panel(5111).send(CB_SETCURSEL, static_cast<WPARAM>(entry));
-        SendMessageW(panel(), WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE),
-                     reinterpret_cast<LPARAM>(of_panel(5111).window));
     }
 
     /// The corrected wave of the program.
@@ -140,29 +119,17 @@ class at_the_panel : public testing::Test
         return {begin, begin + image->count()};
     }
 
-    /// The result of "zentrix correct" for a file.
-    std::vector<complex> corrected(const std::vector<std::string>& options, const std::string& wave = "wave.npy")
+    /// Compares the corrected wave with the result of "zentrix correct" for a file.
+    testing::AssertionResult equals_command(const std::vector<std::string>& options, const char* wave = "wave.npy",
+                                            const char* kilovolts = "300")
     {
-        std::vector<std::string> words{"correct", wave, "-o", "out.npy", "--remove"};
-        words.insert(words.end(), options.begin(), options.end());
-        const auto done = bench_.zentrix(words);
+        const auto done = bench_.zentrix(support::joined(
+            {"correct", wave, "-o", "out.npy", "--remove", "--kv", kilovolts, "--pixel", "0.05"}, options));
         EXPECT_EQ(done.code, 0) << done.err;
-        return support::pixels_of<complex>(bench_ / "out.npy");
-    }
-
-    static bool same_bytes(const std::vector<complex>& a, const std::vector<complex>& b)
-    {
-        return a.size() == b.size() && std::memcmp(a.data(), b.data(), a.size() * sizeof(complex)) == 0;
+        return support::same_bytes(result(), support::pixels_of<complex>(bench_ / "out.npy"));
     }
 
     std::vector<std::uint8_t> shown() { return program_->wave_window().shown().bytes; }
-
-    static engine_options with_companion()
-    {
-        engine_options options;
-        options.file_exists = [](const std::string&) { return true; };
-        return options;
-    }
 
     const support::workbench bench_;
     engine engine_;
@@ -171,19 +138,9 @@ class at_the_panel : public testing::Test
     std::size_t log_read_ = 0;
 };
 
-const std::vector<std::string> microscope_options{"--kv", "300", "--pixel", "0.05"};
-
-std::vector<std::string> with(const std::vector<std::string>& more)
-{
-    auto words = microscope_options;
-    words.insert(words.end(), more.begin(), more.end());
-    return words;
-}
-
 TEST_F(at_the_panel, ThePictureFollowsADragAndEqualsTheCommandsResult)
 {
     start();
-    const auto before = shown();
     of_page(1, 5088).type("12.5");
     EXPECT_EQ(logged(), (events{"tag ModA1 = 12.5", "call OnChange"}));
 
@@ -194,24 +151,23 @@ TEST_F(at_the_panel, ThePictureFollowsADragAndEqualsTheCommandsResult)
         ClientToScreen(knob.window, &to);
         return to;
     };
-    std::vector<std::vector<std::uint8_t>> pictures{before};
     real_mouse(at(12, 0), MOUSEEVENTF_LEFTDOWN);
     for (const POINT to : {at(12, 12), at(0, 14), at(-14, 14)}) {
+        const auto before = shown();
         real_mouse(to);
-        pictures.push_back(shown());
-        EXPECT_NE(pictures[pictures.size() - 1], pictures[pictures.size() - 2]);
+        EXPECT_NE(shown(), before);
     }
     real_mouse(at(-14, 14), MOUSEEVENTF_LEFTUP);
     EXPECT_EQ(logged(), (events{"tag AngA1 = 45", "call OnChange", "tag AngA1 = 90", "call OnChange", "tag AngA1 = 135",
                                 "call OnChange"}));
-    EXPECT_TRUE(same_bytes(result(), corrected(with({"--A1", "12.5@135"}))));
+    EXPECT_TRUE(equals_command({"--A1", "12.5@135"}));
 }
 
 /// All rows together, on an odd and an even size.
 TEST_F(at_the_panel, EveryCoefficientIsCorrected)
 {
     start(51, 38);
-    std::vector<std::string> options = microscope_options;
+    std::vector<std::string> options;
     for (const page_table& one : pages) {
         for (const row_table& row : one.rows) {
             const std::string name = row.knob ? std::string{row.key}.substr(3) : row.key;
@@ -224,7 +180,7 @@ TEST_F(at_the_panel, EveryCoefficientIsCorrected)
             settle();
         }
     }
-    EXPECT_TRUE(same_bytes(result(), corrected(options)));
+    EXPECT_TRUE(equals_command(options));
 }
 
 TEST_F(at_the_panel, AnOvertakenRequestIsNotComputed)
@@ -235,7 +191,7 @@ TEST_F(at_the_panel, AnOvertakenRequestIsNotComputed)
     EXPECT_EQ(program_->handler().correction().spent().computed, computed);
     settle();
     EXPECT_EQ(program_->handler().correction().spent().computed, computed + 1);
-    EXPECT_TRUE(same_bytes(result(), corrected(with({"--C1", "4"}))));
+    EXPECT_TRUE(equals_command({"--C1", "4"}));
 }
 
 TEST_F(at_the_panel, ApplyMakesTheResultTheSourceAndClearsTheCoefficients)
@@ -253,7 +209,7 @@ TEST_F(at_the_panel, ApplyMakesTheResultTheSourceAndClearsTheCoefficients)
     EXPECT_EQ(of_page(1, 5004).send(TBM_GETPOS), 0);
     EXPECT_LT(support::largest_difference(result(), first), 1e-6);
     of_page(1, 5092).type("40");
-    EXPECT_TRUE(same_bytes(result(), corrected(with({"--B2", "40"}), "first.npy")));
+    EXPECT_TRUE(equals_command({"--B2", "40"}, "first.npy"));
 }
 
 TEST_F(at_the_panel, ShowsTheSelectedDisplay)
@@ -261,7 +217,7 @@ TEST_F(at_the_panel, ShowsTheSelectedDisplay)
     start();
     const char* const names[] = {"Real", "Imaginary", "Modulus", "Log of Modulus", "Phase"};
     for (int entry = 0; entry < 5; ++entry) {
-        choose_mode(entry);
+        choose_display(panel(), entry);
         const auto mode = std::to_string(entry + 1);
         EXPECT_EQ(logged(), (events{"tag DisplayMode = " + mode, "call OnChangeDisplay " + mode}));
         EXPECT_EQ(control{program_->wave_window().handle()}.text(), std::string{"wave.npy - "} + names[entry]);
@@ -309,20 +265,14 @@ TEST_F(at_the_panel, TheSettingsDialogAcceptsValidNumbersOnly)
             SendMessageW(dialog, WM_COMMAND, button, 0);
         };
     };
-    {
-        const answer cancelled{type_and_press("80", IDCANCEL)};
+    const char too_large[] = "alert The wavelength must be a positive number of nanometres.";
+    for (const auto& [typed, button, expected] : {std::tuple{"80", IDCANCEL, events{"call OnPreferences"}},
+                                                  {"1e300", IDOK, {"call OnPreferences", too_large}}}) {
+        const answer refused{type_and_press(typed, static_cast<WPARAM>(button))};
         of_panel(5099).send(BM_CLICK);
+        EXPECT_EQ(logged(), expected);
+        EXPECT_TRUE(equals_command({"--C1", "-30"})) << "the previous settings are kept";
     }
-    EXPECT_EQ(logged(), events{"call OnPreferences"});
-    EXPECT_TRUE(same_bytes(result(), corrected(with({"--C1", "-30"}))));
-    logged();
-    {
-        const answer too_large{type_and_press("1e300", IDOK)};
-        of_panel(5099).send(BM_CLICK);
-    }
-    EXPECT_EQ(logged(),
-              (events{"call OnPreferences", "alert The wavelength must be a positive number of nanometres."}));
-    EXPECT_TRUE(same_bytes(result(), corrected(with({"--C1", "-30"})))) << "the previous settings are kept";
     {
         int refused = 0;
         const answer invalid_then_valid{[&](HWND dialog) {
@@ -333,7 +283,7 @@ TEST_F(at_the_panel, TheSettingsDialogAcceptsValidNumbersOnly)
         press(program_->wave_window().handle(), VK_F3);
         EXPECT_EQ(refused, 5);
     }
-    EXPECT_TRUE(same_bytes(result(), corrected({"--kv", "80", "--pixel", "0.05", "--C1", "-30"})));
+    EXPECT_TRUE(equals_command({"--C1", "-30"}, "wave.npy", "80"));
 }
 
 TEST_F(at_the_panel, SavesTheCorrectedWave)
@@ -346,7 +296,8 @@ TEST_F(at_the_panel, SavesTheCorrectedWave)
         SendMessageW(dialog, WM_COMMAND, IDOK, 0);
     }};
     SendMessageW(program_->wave_window().handle(), WM_COMMAND, IDM_SAVE, 0);
-    EXPECT_TRUE(same_bytes(support::pixels_of<complex>(bench_ / "saved.npy"), corrected(with({"--B2", "50"}))));
+    EXPECT_TRUE(equals_command({"--B2", "50"}));
+    EXPECT_TRUE(support::same_bytes(support::pixels_of<complex>(bench_ / "saved.npy"), result()));
 }
 
 TEST_F(at_the_panel, HidesShowsAndHandlesKeys)
@@ -395,7 +346,7 @@ TEST_F(at_the_panel, AFailedCorrectionIsReportedOnceAndNeitherShownAppliedNorSav
         EXPECT_THROW(result(), script_error);
     }
     of_page(0, 5003).type("-31");
-    EXPECT_TRUE(same_bytes(result(), corrected(with({"--C1", "-31"}))));
+    EXPECT_TRUE(equals_command({"--C1", "-31"}));
 }
 
 TEST_F(at_the_panel, ShowsOneMessageBoxAtATime)
@@ -418,7 +369,7 @@ TEST_F(at_the_panel, QuitsInTimeWhileADialogIsOpen)
     start(64, 48, 300);
     PostMessageW(program_->wave_window().handle(), WM_COMMAND, IDM_MICROSCOPE, 0);
     program_->run();  // the test hangs if it does not quit
-    EXPECT_TRUE(same_bytes(result(), corrected(microscope_options)));
+    EXPECT_TRUE(equals_command({}));
 }
 
 TEST(PanelCommand, WritesLogAndPicturesOfAnyNameAndQuits)
@@ -436,27 +387,6 @@ TEST(PanelCommand, WritesLogAndPicturesOfAnyNameAndQuits)
         EXPECT_NE(done.out.find(" pictures, "), std::string::npos) << done.out;
         for (const auto& file : {bench / "panel.png", bench / "all.png", bench.folder() / "" / u8"\u00f6.log"})
             EXPECT_TRUE(std::filesystem::remove(file)) << file;
-    }
-}
-
-TEST(PanelCommand, RefusesInvalidArguments)
-{
-    const support::workbench bench;
-    support::write_wave(bench / "wave.npy", 8, 8, wave_at);
-    support::write_real(bench / "real.npy", 8, 8, [](int, int) { return 1; });
-    const struct
-    {
-        std::vector<std::string> words;
-        int code;
-    } cases[] = {{{"real.npy", "--kv", "300", "--pixel", "1"}, 1},
-                 {{"wave.npy", "--kv", "300", "--pixel", "1", "--log", "no/such/folder/log"}, 1},
-                 {{"wave.npy", "--kv", "300", "--pixel", "1", "--screenshot", "panel.jpg"}, 1},
-                 {{"wave.npy", "--kv", "300", "--pixel", "1", "--A1", "5@12.5"}, 1},
-                 {{"wave.npy", "--kv", "0", "--pixel", "1"}, 2}};
-    for (const auto& [words, code] : cases) {
-        const auto done = bench.zentrix(support::joined({"panel", "--quit-after", "1"}, words));
-        EXPECT_EQ(done.code, code) << words.front();
-        EXPECT_NE(done.err, "");
     }
 }
 

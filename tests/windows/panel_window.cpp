@@ -12,6 +12,21 @@ HWND the_frame()
     return frame;
 }
 
+HWND sheet_of(HWND panel) { return FindWindowExW(panel, nullptr, L"#32770", nullptr); }
+
+HWND page_of(HWND panel, int index)
+{
+    SendMessageW(sheet_of(panel), PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
+    return reinterpret_cast<HWND>(SendMessageW(sheet_of(panel), PSM_GETCURRENTPAGEHWND, 0, 0));
+}
+
+void choose_display(HWND panel, int entry)
+{
+    const HWND list = GetDlgItem(panel, 5111);
+    SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+    SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+}
+
 panel_window::panel_window() : frame{the_frame()}
 {
     for (const page_table& page : pages) {
@@ -43,8 +58,6 @@ void panel_window::show_panel(bool show)
     pump();
 }
 
-HWND panel_window::sheet() const { return FindWindowExW(panel, nullptr, L"#32770", nullptr); }
-
 HWND panel_window::active_page() const
 {
     return reinterpret_cast<HWND>(SendMessageW(sheet(), PSM_GETCURRENTPAGEHWND, 0, 0));
@@ -52,22 +65,15 @@ HWND panel_window::active_page() const
 
 HWND panel_window::go_to_page(int index)
 {
-    SendMessageW(sheet(), PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
+    const HWND page = page_of(panel, index);
     pump();
-    return active_page();
+    return page;
 }
 
 events panel_window::take_events()
 {
     pump();
     return host.take_events();
-}
-
-void panel_window::choose_display(int entry) const
-{
-    const control list = of_panel(5111);
-    list.send(CB_SETCURSEL, static_cast<WPARAM>(entry));
-    SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list.window));
 }
 
 }  // namespace windows_tests

@@ -9,6 +9,12 @@
 
 namespace windows_tests {
 
+HWND sheet_of(HWND panel);
+/// Makes a page (0 Rotation .. 4 "5th") the active one and returns its window.
+HWND page_of(HWND panel, int index);
+/// Selects an entry of the display list as a user does.
+void choose_display(HWND panel, int entry);
+
 /// The panel of the built library in a frame. All tags are set: pages enabled, values 0, steps 1.
 class panel_window : public testing::Test
 {
@@ -17,8 +23,7 @@ class panel_window : public testing::Test
     ~panel_window() override;
 
     void show_panel(bool show = true);
-    HWND sheet() const;
-    /// Makes a page (0 Rotation .. 4 "5th") the active one and returns its window.
+    HWND sheet() const { return sheet_of(panel); }
     HWND go_to_page(int index);
     HWND active_page() const;
     control of_panel(int id) const { return {GetDlgItem(panel, id)}; }
@@ -26,9 +31,6 @@ class panel_window : public testing::Test
     control of_page(int id) const { return {GetDlgItem(active_page(), id)}; }
     /// Handles all waiting messages and returns the host's events since the last call.
     events take_events();
-
-    /// Selects an entry of the display list as a user does.
-    void choose_display(int entry) const;
 
     panel_host host;
     const HWND frame;
