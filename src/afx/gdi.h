@@ -38,7 +38,7 @@ class CBitmap : public CGdiObject
 {
   public:
     operator HBITMAP() const { return static_cast<HBITMAP>(GetSafeHandle()); }
-    /// Loads a bitmap whose light grey, shadow grey and the like become the system's 3-D colours.
+    /// Loads a bitmap. The greys 128, 192 and 223 become the system's 3-D shadow, face and light colours.
     BOOL LoadMappedBitmap(UINT id);
 };
 

@@ -84,7 +84,7 @@ class CRoundSliderCtrl : public CSliderCtrl
     void OnCaptureChanged(CWnd* other);
     void OnKeyDown(UINT key, UINT repeat, UINT flags);
     void OnKeyUp(UINT key, UINT repeat, UINT flags);
-    void OnSetFocus(CWnd* former);
+    void OnSetFocus(CWnd* previous);
     void OnKillFocus(CWnd* next);
 
   private:

@@ -89,9 +89,9 @@ void CRoundSliderCtrl::OnKeyUp(UINT key, UINT repeat, UINT flags)
     }
 }
 
-void CRoundSliderCtrl::OnSetFocus(CWnd* former)
+void CRoundSliderCtrl::OnSetFocus(CWnd* previous)
 {
-    CSliderCtrl::OnSetFocus(former);
+    CSliderCtrl::OnSetFocus(previous);
     Invalidate(FALSE);  // the dotted circle
 }
 

@@ -40,7 +40,7 @@ TEST(Callbacks, ReportAnObjectThatCannotBeAttached)
     EXPECT_EQ(page.m_hWnd, nullptr);
     unattachable<CEdit> edit;
     EXPECT_FALSE(edit.Create(WS_CHILD, CRect{}, CWnd::FromHandle(the_frame()), 0))
-        << "the system is told to create no window";
+        << "the hook refuses the window";
     EXPECT_EQ(app.caught, events(2, "not attached"));
     EXPECT_EQ(edit.m_hWnd, nullptr);
 }

@@ -39,31 +39,24 @@ TEST(TagKeys, AreTheSameInThePanelAndInItsHandler)
     EXPECT_EQ((std::multiset<std::string>{link.reads.begin(), link.reads.end()}), keys);
 }
 
-TEST(Page, ReadsItsKeysInOrder)
+TEST(Page, ReadsItsKeysInOrderWithDefaultsForMissingOnes)
 {
     recording_link link;
-    load_page(link, page_id::third);
+    link.floats = {{"ModS3", 2.5f}, {"ModA3Accel", 0.25f}};
+    link.longs = {{"AngS3", 77}, {"AngA3Accel", 5}, {"ThirdPaneIsEnabled", -1}};
+    const auto third = load_page(link, page_id::third);
+    EXPECT_TRUE(third.has_handler && third.enabled);
+    EXPECT_EQ(third.values.rows, (std::array<row_values, 3>{{{2.5f, 1, 77, 1}, {0, 0.25f, 0, 5}, {}}}));
     EXPECT_EQ(link.reads, (std::vector<std::string>{"ModS3", "ModS3Accel", "AngS3", "AngS3Accel", "ModA3", "ModA3Accel",
                                                     "AngA3", "AngA3Accel", "ThirdPaneIsEnabled"}));
-}
-
-TEST(Page, UsesDefaultsForMissingKeys)
-{
-    recording_link link;
-    link.floats = {{"ModB2", 2.5f}, {"ModA2Accel", 0.25f}};
-    link.longs = {{"AngA1", 77}, {"AngB2Accel", 5}, {"BasicPaneIsEnabled", -1}};
-    const auto basic = load_page(link, page_id::basic);
-    EXPECT_TRUE(basic.has_handler && basic.enabled);
-    EXPECT_EQ(basic.values.rows, (std::array<row_values, 3>{{{0, 1, 77, 1}, {2.5f, 1, 0, 5}, {0, 0.25f, 0, 1}}}));
-    EXPECT_FALSE(load_page(link, page_id::third).enabled);
-
+    EXPECT_FALSE(load_page(link, page_id::fourth).enabled);
     link.tags = false;
-    EXPECT_TRUE(load_page(link, page_id::basic).values == page_values{});
-    EXPECT_FALSE(load_page(link, page_id::basic).enabled);
+    const auto without_tags = load_page(link, page_id::third);
+    EXPECT_TRUE(without_tags.values == page_values{} && !without_tags.enabled);
     link.tags = true;
     link.handler = false;
     link.reads.clear();
-    EXPECT_FALSE(load_page(link, page_id::basic).has_handler);
+    EXPECT_FALSE(load_page(link, page_id::third).has_handler);
     EXPECT_TRUE(link.reads.empty());
 }
 
@@ -84,13 +77,10 @@ TEST(Panel, StacksItsControlsBelowTheSheet)
 {
     EXPECT_EQ(panel_height({170, 240}, {60, 21}, {39, 20}), 306);
     const auto row = lay_out_controls({0, 0, 188, 306}, {39, 20}, {130, 21}, {60, 21}, {20, 22});
-    EXPECT_TRUE((row.label == rectangle{0, 252, 39, 277}));
-    EXPECT_TRUE((row.combo == rectangle{39, 257, 169, 278}));
-    EXPECT_TRUE((row.apply == rectangle{128, 277, 180, 298}));
-    EXPECT_TRUE((row.pctf == rectangle{100, 276, 120, 298}));
+    EXPECT_TRUE((row.label == rectangle{0, 252, 39, 277}) && (row.combo == rectangle{39, 257, 169, 278}));
+    EXPECT_TRUE((row.apply == rectangle{128, 277, 180, 298}) && (row.pctf == rectangle{100, 276, 120, 298}));
     const auto widths = shrunken_widths(301, 400);
-    EXPECT_EQ(widths.tab, 151);
-    EXPECT_EQ(widths.sheet, 243);  // 0.975 * 250 = 243.75
+    EXPECT_TRUE(widths.tab == 151 && widths.sheet == 243);  // 0.975 * 250 = 243.75
 }
 
 TEST(NumberText, ShowsSixDigitsAndReadsTypedNumbers)
