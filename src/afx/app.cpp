@@ -29,8 +29,6 @@ LRESULT CWinApp::ProcessWndProcException(std::exception_ptr error, UINT message)
     return result_after_exception(message);
 }
 
-CWinApp* AfxGetApp() { return the_app; }
-
 LRESULT AfxProcessException(UINT message) noexcept
 {
     try {

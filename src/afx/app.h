@@ -22,9 +22,6 @@ class CWinApp : public CObject
     virtual LRESULT ProcessWndProcException(std::exception_ptr error, UINT message);
 };
 
-/// The application object; null while there is none.
-CWinApp* AfxGetApp();
-
 /// For the catch blocks of callbacks: passes the current exception to the application object, if there is one, and
 /// returns the result of the callback for `message`. Nothing unwinds through the system's frames.
 LRESULT AfxProcessException(UINT message) noexcept;

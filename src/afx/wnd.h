@@ -20,7 +20,6 @@ class CWnd : public CObject
     ~CWnd() override { DestroyWindow(); }
 
     HWND m_hWnd = nullptr;
-    HWND GetSafeHwnd() const { return m_hWnd; }
 
     /// The object of a window, or a temporary wrapper that exists until the outermost handler returns. Null for null.
     static CWnd* FromHandle(HWND window);

@@ -16,7 +16,7 @@ class CZXPageBasic : public CZXPage
 {
   public:
     CZXPageBasic();
-    /// Shows a text in the page's message line, which is hidden until then.
+    /// Shows a text in the page's message line, which is hidden until then. The panel itself never calls it.
     void ShowMessage(const CString& text);
 
   protected:

@@ -7,20 +7,6 @@
 namespace windows_tests {
 namespace {
 
-struct recording_app : CWinApp
-{
-    events caught;
-    LRESULT ProcessWndProcException(std::exception_ptr error, UINT) override
-    {
-        try {
-            std::rethrow_exception(error);
-        } catch (const std::exception& e) {
-            caught.push_back(e.what());
-        }
-        return 0;
-    }
-};
-
 /// Fails when it is attached to its window.
 template <class Base>
 struct unattachable : Base
@@ -29,19 +15,15 @@ struct unattachable : Base
     void PreSubclassWindow() override { throw std::runtime_error{"not attached"}; }
 };
 
-TEST(Callbacks, ReportAnObjectThatCannotBeAttached)
+TEST(Callbacks, SurviveAnObjectThatCannotBeAttached)
 {
-    recording_app app;
     unattachable<CPropertyPage> page{IDD_BASIC};
     CPropertySheet sheet;
     sheet.AddPage(&page);
     EXPECT_TRUE(sheet.Create(CWnd::FromHandle(the_frame()), WS_CHILD, 0));
-    EXPECT_EQ(app.caught, events{"not attached"});
     EXPECT_EQ(page.m_hWnd, nullptr);
     unattachable<CEdit> edit;
-    EXPECT_FALSE(edit.Create(WS_CHILD, CRect{}, CWnd::FromHandle(the_frame()), 0))
-        << "the hook refuses the window";
-    EXPECT_EQ(app.caught, events(2, "not attached"));
+    EXPECT_FALSE(edit.Create(WS_CHILD, CRect{}, CWnd::FromHandle(the_frame()), 0)) << "the hook refuses the window";
     EXPECT_EQ(edit.m_hWnd, nullptr);
 }
 

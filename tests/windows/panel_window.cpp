@@ -1,6 +1,6 @@
 #include "tests/windows/panel_window.h"
 
-#include "tests/windows/page_tables.h"
+#include "lens/panel_tags.h"
 
 namespace windows_tests {
 
@@ -29,18 +29,10 @@ void choose_display(HWND panel, int entry)
 
 panel_window::panel_window() : frame{the_frame()}
 {
-    for (const page_table& page : pages) {
-        host.set(page.enable_key, 1);
-        for (const row_table& row : page.rows) {
-            host.set(row.key, 0.0f);
-            host.set(row.step_key(), 1.0f);
-            if (!row.knob) continue;
-            host.set(row.angle_key, 0);
-            host.set(row.angle_step_key(), 1);
-        }
+    for (const auto& [key, whole, start] : zentrix::lens::panel_tags({}, 1)) {
+        const double value = key.ends_with("Accel") ? 1 : start;
+        whole ? host.set(key, static_cast<int>(value)) : host.set(key, static_cast<float>(value));
     }
-    for (const auto& [key, value] : {std::pair{"ApplyIsEnabled", 1}, {"hasPCTF", 0}, {"DisplayMode", 1}})
-        host.set(key, value);
     panel = host.open_panel(frame);
 }
 
