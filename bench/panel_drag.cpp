@@ -17,7 +17,7 @@
 namespace {
 
 using namespace zentrix::host;
-constexpr int size = 1024, basic_page = 1, modulus_field = 5088, knob = 5004;
+constexpr int size = 1024, basic_page = 1, modulus_field_id = 5088, knob_id = 5004;
 constexpr microscope scope{300, 0.05, {}, false};
 
 image_ref noise()
@@ -31,17 +31,17 @@ image_ref noise()
     return wave;
 }
 
-/// Drags the knob: presses the button on its rim and moves around it.
-class hand
+/// Drags the knob with simulated mouse messages on its rim.
+class knob_drag
 {
   public:
-    explicit hand(HWND panel)
+    explicit knob_drag(HWND panel)
     {
         const HWND sheet = FindWindowExW(panel, nullptr, L"#32770", nullptr);
         SendMessageW(sheet, PSM_SETCURSEL, basic_page, 0);
         const auto page = reinterpret_cast<HWND>(SendMessageW(sheet, PSM_GETCURRENTPAGEHWND, 0, 0));
-        SetWindowTextA(GetDlgItem(page, modulus_field), "14");
-        knob_ = GetDlgItem(page, knob);
+        SetWindowTextA(GetDlgItem(page, modulus_field_id), "14");
+        knob_ = GetDlgItem(page, knob_id);
         GetClientRect(knob_, &client_);
     }
     void send(UINT message, double turns) const
@@ -80,25 +80,25 @@ void drag(engine& host, const image_ref& wave, display_mode shown, const char* n
     panel_program_options options;
     options.title = name;
     options.start.shown = shown;
-    options.quit_after_ms = 0;  // no message boxes
+    options.quit_after_ms = 0;  // no message boxes; the timer starts in `run` only
     panel_program program{host, wave, scope, options};
     program.show();
-    const hand turning{program.frame().content()};
-    program.work_off_messages();
-    turning.send(WM_LBUTTONDOWN, 0);
+    const knob_drag knob{program.frame().content()};
+    program.handle_waiting_messages();
+    knob.send(WM_LBUTTONDOWN, 0);
     using clock = std::chrono::steady_clock;
     const int before = program.handler().correction().spent().computed;
     const auto start = clock::now();
     int moves = 0;
     while (clock::now() - start < std::chrono::seconds{5}) {
-        turning.send(WM_MOUSEMOVE, 0.003 * ++moves);
-        program.work_off_messages();
+        knob.send(WM_MOUSEMOVE, 0.003 * ++moves);
+        program.handle_waiting_messages();
     }
     const double seconds = std::chrono::duration<double>(clock::now() - start).count();
     const int pictures = program.handler().correction().spent().computed - before;
-    turning.send(WM_LBUTTONUP, 0.003 * moves);
-    program.work_off_messages();
-    check_result(host, wave, program, turning.degrees());
+    knob.send(WM_LBUTTONUP, 0.003 * moves);
+    program.handle_waiting_messages();
+    check_result(host, wave, program, knob.degrees());
     std::printf("%-10s %5.1f pictures a second, %.1f ns/px; %s\n", name, pictures / seconds,
                 seconds * 1e9 / pictures / (double(size) * size), program.costs().c_str());
 }

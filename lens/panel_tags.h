@@ -6,7 +6,8 @@
 
 #include "lens/aberrations.h"
 
-/// The tags that the control panel and its handler share.
+/// The record of tags that the control panel and its handler share, seen from the handler's side.
+/// src/panel/rules/tag_record.h has the same keys: panel and handler are parts of two programs that share no source.
 namespace zentrix::lens {
 
 /// A tag and its initial value.

@@ -22,7 +22,7 @@ void floating_frame::show()
 {
     if (!content_) content_ = static_cast<HWND>(engine_.open(title_, handle()));
     if (!content_) throw script_error{"The library did not open its window \"" + title_ + "\"."};
-    ShowWindow(content_, SW_SHOW);  // lays itself out when it is first shown
+    ShowWindow(content_, SW_SHOW);  // its first showing sets its size
     fit_content();
     ShowWindow(handle(), SW_SHOWNOACTIVATE);
 }
@@ -51,7 +51,7 @@ void floating_frame::close()
     engine_.close(title_);
 }
 
-bool floating_frame::takes(MSG& message) const
+bool floating_frame::handles(MSG& message) const
 {
     if (!content_ || !IsChild(content_, message.hwnd)) return false;
     const HWND sheet = FindWindowExW(content_, nullptr, L"#32770", nullptr);
@@ -63,7 +63,6 @@ LRESULT floating_frame::handle_message(UINT message, WPARAM wparam, LPARAM lpara
 {
     if (message != WM_CLOSE) return window::handle_message(message, wparam, lparam);
     hide();
-    if (hidden_) hidden_();
     return 0;
 }
 

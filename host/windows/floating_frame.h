@@ -1,38 +1,33 @@
 #pragma once
 
-#include <functional>
-
 #include "host/engine/engine.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {
 
 /// The frame of a floating window that the library registered: a small captioned window around the library's own. It
-/// opens the library's window when it is first shown and takes its size from it.
+/// opens the library's window when it is first shown and adopts its size.
 class floating_frame : public window
 {
   public:
-    /// `title` is that of the registered window.
+    /// title  the title under which the library registered its window
     floating_frame(engine& engine, std::string title, HWND owner);
     /// Destroys the library's window, then its own.
     ~floating_frame() override;
 
-    /// Opens the library's window if need be and shows it.
-    /// Throws  script_error when the library made none, or when none is registered under the title
+    /// Opens the library's window if necessary and shows it.
+    /// Throws  script_error when the library opened none, or when none is registered under the title
     void show();
-    /// The library's window hears that it is hidden; it stays open.
+    /// Hides the library's window, which receives WM_SHOWWINDOW and stays open, and the frame.
     void hide();
-    /// Destroys the library's window; `show` makes a new one.
+    /// Destroys the library's window. `show` opens a new one.
     void close();
     /// The library's window; null while there is none.
     HWND content() const noexcept { return content_; }
 
-    /// The user hid the frame by its own button.
-    void on_hidden(std::function<void()> told) { hidden_ = std::move(told); }
-
-    /// Gives keyboard messages to the dialogs inside, such as Tab and the arrows; true when one took the message, which
-    /// then needs no dispatch. For the message loop.
-    bool takes(MSG& message) const;
+    /// Offers a message to the dialogs inside, which handle keys such as Tab and the arrows. Returns true if one
+    /// handled it; it then needs no dispatch. For the message loop.
+    bool handles(MSG& message) const;
 
   protected:
     LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) override;
@@ -43,7 +38,6 @@ class floating_frame : public window
     engine& engine_;
     std::string title_;
     HWND content_ = nullptr;
-    std::function<void()> hidden_;
 };
 
 }  // namespace zentrix::host

@@ -1,7 +1,7 @@
 #include "host/windows/image_window.h"
 
 #include <algorithm>
-#include <array>
+#include <boost/nowide/convert.hpp>
 
 namespace zentrix::host {
 
@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* mode_names[] = {"Real", "Imaginary", "Modulus", "Log of Modulus", "Phase"};
 
-/// A picture as the system's bitmaps have it: rows of whole four bytes, blue first.
+/// A picture in the format of a device-independent bitmap: rows padded to four bytes, blue first.
 struct device_bitmap
 {
     struct
@@ -58,9 +58,9 @@ auto timed(std::chrono::duration<double>& spent, F work)
 
 }  // namespace
 
-SIZE zoomed_to_fit(SIZE picture, SIZE room)
+SIZE zoomed_to_fit(SIZE picture, SIZE area)
 {
-    const double zoom = std::min(static_cast<double>(room.cx) / picture.cx, static_cast<double>(room.cy) / picture.cy);
+    const double zoom = std::min(static_cast<double>(area.cx) / picture.cx, static_cast<double>(area.cy) / picture.cy);
     return {std::max(1L, static_cast<LONG>(picture.cx * zoom + 0.5)),
             std::max(1L, static_cast<LONG>(picture.cy * zoom + 0.5))};
 }
@@ -74,7 +74,7 @@ image_window::image_window(std::string title, HWND owner, SIZE client, std::func
 void image_window::show_title()
 {
     const std::string mode = limits_ ? "" : std::string{" - "} + mode_names[static_cast<std::size_t>(mode_)];
-    SetWindowTextW(handle(), wide(title_ + mode).c_str());
+    SetWindowTextW(handle(), boost::nowide::widen(title_ + mode).c_str());
 }
 
 void image_window::refresh()
@@ -107,7 +107,7 @@ void image_window::set_limits(grey_limits limits)
 const picture& image_window::shown()
 {
     if (!stale_) return picture_;
-    stale_ = false;  // what fails now would fail again at once
+    stale_ = false;  // before the request, so that a failure is not repeated at once
     const auto image = source_();
     const auto shades = mode_ == display_mode::phase ? phase_palette_ : palette::grey;
     timed(spent_.mapping, [&] { picture_ = make_picture(*image, mode_, shades, limits_); });
@@ -118,7 +118,7 @@ LRESULT image_window::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
 {
     switch (message) {
         case WM_PAINT: return paint(), 0;
-        case WM_ERASEBKGND: return 1;  // painting covers all
+        case WM_ERASEBKGND: return 1;  // painting covers the whole area
         case WM_CLOSE: return close_ ? close_() : void(), 0;
         case WM_COMMAND: return command_ ? command_(LOWORD(wparam)) : void(), 0;
         default: return window::handle_message(message, wparam, lparam);
@@ -127,7 +127,7 @@ LRESULT image_window::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
 
 void image_window::paint()
 {
-    // First of all the window counts as painted: a failure would ask for painting without end.
+    // BeginPaint comes first, because it validates the window: otherwise a failure would cause WM_PAINT without end.
     struct painting
     {
         HWND window;
@@ -148,7 +148,7 @@ void image_window::draw(HDC to)
     const RECT place{(client.right - size.cx) / 2, (client.bottom - size.cy) / 2, (client.right + size.cx) / 2,
                      (client.bottom + size.cy) / 2};
     const device_bitmap bitmap{picture_};
-    // Averaging pixels when they are made smaller; enlarged ones keep their edges.
+    // Pixels are averaged when the picture is reduced. Enlarged ones keep their edges.
     SetStretchBltMode(to, size.cx < picture_.width ? HALFTONE : COLORONCOLOR);
     SetBrushOrgEx(to, 0, 0, nullptr);
     StretchDIBits(to, place.left, place.top, size.cx, size.cy, 0, 0, picture_.width, picture_.height,

@@ -9,36 +9,39 @@
 
 namespace zentrix::host {
 
-/// Shows an image, zoomed to fit the window, in one of the five display modes. The image is asked for when the window
-/// is painted, and only if it changed since: changes that follow each other faster than painting cost nothing.
+/// Shows an image, zoomed to fit the window, in one of the five display modes. The image is requested when the window
+/// is painted, and only if it has changed: changes that come faster than painting cost nothing.
 class image_window : public window
 {
   public:
-    /// `title` is followed by the mode. `source` gives the image; what it throws is told and leaves the former picture.
+    /// title   first part of the window's title; the mode follows
+    /// owner   null or the window in front of which this one stays
+    /// client  size of the client area [pixels]
+    /// source  returns the image; an exception is reported by window::on_failure and the previous picture stays
     image_window(std::string title, HWND owner, SIZE client, std::function<image_ref()> source);
 
-    /// The image has changed.
+    /// To be called when the image has changed.
     void refresh();
     void set_mode(display_mode mode);
-    /// What phases are shown in; everything else is grey.
+    /// The palette for phases. All other modes are grey.
     void set_phase_palette(palette shades);
     palette phase_palette() const noexcept { return phase_palette_; }
-    /// Grey between these, whatever the image; and no word about the mode in the title.
+    /// Shows real values as grey between fixed limits. The title then has no mode.
     void set_limits(grey_limits limits);
 
-    /// The picture as it is shown, up to date.
+    /// The present picture; requests the image if it has changed.
     const picture& shown();
 
-    /// The user wants to close the window; nothing happens otherwise.
-    void on_close(std::function<void()> told) { close_ = std::move(told); }
-    /// A menu's command.
-    void on_command(std::function<void(unsigned id)> told) { command_ = std::move(told); }
+    /// Sets the listener for the close button, which does nothing else.
+    void on_close(std::function<void()> listener) { close_ = std::move(listener); }
+    /// Sets the listener for menu commands.
+    void on_command(std::function<void(unsigned id)> listener) { command_ = std::move(listener); }
 
-    /// What drawing has cost so far, without asking for the image.
+    /// Time spent on drawing so far, without the time for requesting the image.
     struct costs
     {
         int drawn = 0;
-        std::chrono::duration<double> mapping{}, painting{};  ///< pixels to shades, shades to the screen
+        std::chrono::duration<double> mapping{}, painting{};  ///< pixels to shades; shades to the screen
     };
     const costs& spent() const noexcept { return spent_; }
 
@@ -62,7 +65,8 @@ class image_window : public window
     costs spent_;
 };
 
-/// The largest size of this shape that fits into `room`, at least one pixel; larger than the picture if need be.
-SIZE zoomed_to_fit(SIZE picture, SIZE room);
+/// The largest size with the picture's aspect ratio that fits into `area`, at least one pixel. Small pictures are
+/// enlarged.
+SIZE zoomed_to_fit(SIZE picture, SIZE area);
 
 }  // namespace zentrix::host

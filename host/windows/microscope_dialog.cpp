@@ -1,5 +1,6 @@
 #include "host/windows/microscope_dialog.h"
 
+#include <boost/nowide/convert.hpp>
 #include <charconv>
 
 #include "host/windows/resource.h"
@@ -38,13 +39,13 @@ void fill(HWND dialog, microscope& scope)
     CheckDlgButton(dialog, IDC_DAMPED, scope.damped ? BST_CHECKED : BST_UNCHECKED);
 }
 
-/// The field that cannot be read, or 0 when all could.
+/// Reads the dialog into `scope`. Returns the id of the first invalid field, or 0.
 int read(HWND dialog, microscope& scope)
 {
     for (const field& one : fields) {
         wchar_t typed[64] = {};
         GetDlgItemTextW(dialog, one.id, typed, static_cast<int>(std::size(typed)));
-        const auto number = lens::parse_number(utf8(typed));
+        const auto number = lens::parse_number(boost::nowide::narrow(typed));
         if (!number || *number < 0 || (*number == 0 && !one.may_be_zero)) return one.id;
         value_of(scope, one) = *number;
     }
@@ -54,18 +55,18 @@ int read(HWND dialog, microscope& scope)
 
 void accept(HWND dialog, microscope& scope)
 {
-    const int wrong = read(dialog, scope);
-    if (wrong == 0) {
+    const int invalid = read(dialog, scope);
+    if (invalid == 0) {
         EndDialog(dialog, IDOK);
         return;
     }
     MessageBeep(MB_ICONWARNING);
-    const HWND edit = GetDlgItem(dialog, wrong);
+    const HWND edit = GetDlgItem(dialog, invalid);
     SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
     SendMessageW(edit, EM_SETSEL, 0, -1);
 }
 
-INT_PTR CALLBACK procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept
+INT_PTR handle_message(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam)
 {
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(dialog, DWLP_USER, lparam);
@@ -76,6 +77,16 @@ INT_PTR CALLBACK procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lpar
     if (LOWORD(wparam) == IDOK) accept(dialog, *reinterpret_cast<microscope*>(GetWindowLongPtrW(dialog, DWLP_USER)));
     if (LOWORD(wparam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
     return TRUE;
+}
+
+INT_PTR CALLBACK procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept
+{
+    try {
+        return handle_message(dialog, message, wparam, lparam);
+    } catch (...) {
+        window::report_exception();
+        return FALSE;
+    }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <boost/nowide/convert.hpp>
 #include <cstdio>
 #include <cwchar>
 #include <utility>
@@ -18,11 +19,11 @@ namespace zentrix::host {
 
 namespace {
 
-constexpr LONG largest_picture = 640;  // pixels of the screen that the wave's window takes at first
+constexpr LONG largest_picture = 640;  // initial size of the wave window [screen pixels]
 constexpr LONG margin = 24;
-constexpr std::size_t longest_path = 32768;  // of the system
+constexpr std::size_t longest_path = 32768;  // limit of the system
 constexpr UINT_PTR screenshot_timer = 1, quit_timer = 2;
-constexpr UINT time_to_paint_ms = 300;  // for a window system that answers by another process
+constexpr UINT time_to_paint_ms = 300;  // the window system may be another process
 
 }  // namespace
 
@@ -59,12 +60,12 @@ void panel_program::stop_listening()
     handler_->on_call({});
     handler_->tags()->on_write({});
     window::on_failure({});
-    engine_.records().listening = former_;
+    engine_.records().listening = previous_;
 }
 
 void panel_program::listen()
 {
-    former_ = engine_.records().listening;
+    previous_ = engine_.records().listening;
     engine_.records().listening.dialog = [this](const dialog_record& shown) { alert(shown.text); };
     engine_.records().listening.error = [this](const error_record& error) { alert(error.text); };
     window::on_failure([this](const std::string& text) { alert(text); });
@@ -79,7 +80,8 @@ void panel_program::make_windows()
         std::make_unique<image_window>(options_.title, nullptr, size_, [this] { return handler_->result(); });
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
-    SetMenu(wave_window_->handle(), LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU)));
+    win32::unique_menu menu{LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU))};
+    if (SetMenu(wave_window_->handle(), menu.get())) menu.release();  // destroyed with the window
     wave_window_->set_mode(options_.start.shown);
     colour_phases(options_.phase_palette == palette::cyclic);
     wave_window_->on_close([] { PostQuitMessage(0); });
@@ -94,12 +96,12 @@ void panel_program::place_windows()
     const auto move = [](HWND window, LONG left, LONG top) {
         SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     };
-    // The menu has taken its height from the picture.
+    // The menu reduced the client area, so the window is resized.
     RECT around{0, 0, size_.cx, size_.cy};
     AdjustWindowRect(&around, WS_OVERLAPPEDWINDOW, TRUE);
     SetWindowPos(wave_window_->handle(), nullptr, margin, margin, around.right - around.left,
                  around.bottom - around.top, SWP_NOZORDER | SWP_NOACTIVATE);
-    GetWindowRect(wave_window_->handle(), &around);  // a narrow one is made wider than asked for
+    GetWindowRect(wave_window_->handle(), &around);  // the system enforces a minimum width
     move(frame_->handle(), around.right + margin / 2, margin);
 }
 
@@ -116,19 +118,19 @@ void panel_program::run()
     start_timers();
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) dispatch(message);
-    take_screenshots();  // if the end came before their time
+    take_screenshots();  // if the loop ended before the timer
 }
 
 void panel_program::start_timers()
 {
-    // A procedure of its own is called by the loops of dialogs and menus too.
+    // With a timer procedure the timer also works in the message loops of dialogs and menus.
     const auto quit = [](HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(0); };
     if (options_.quit_after_ms) SetTimer(wave_window_->handle(), quit_timer, *options_.quit_after_ms, quit);
     if (!options_.screenshot.empty() || !options_.screenshot_of_all.empty())
         SetTimer(wave_window_->handle(), screenshot_timer, time_to_paint_ms, nullptr);
 }
 
-bool panel_program::work_off_messages()
+bool panel_program::handle_waiting_messages()
 {
     MSG message;
     while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
@@ -144,7 +146,7 @@ void panel_program::dispatch(MSG& message)
     if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
     const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
     if (for_us && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
-    if (frame_->takes(message)) return;
+    if (frame_->handles(message)) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
 }
@@ -178,16 +180,16 @@ void panel_program::save()
 {
     std::vector<wchar_t> file(longest_path);
     wcscpy(file.data(), L"corrected.npy");
-    OPENFILENAMEW question{};
-    question.lStructSize = sizeof question;
-    question.hwndOwner = wave_window_->handle();
-    question.lpstrFilter = L"Wave (*.npy)\0*.npy\0";
-    question.lpstrDefExt = L"npy";
-    question.lpstrFile = file.data();
-    question.nMaxFile = static_cast<DWORD>(file.size());
-    question.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
-    if (GetSaveFileNameW(&question)) return write_image(file.data(), *handler_->result());
-    if (const DWORD error = CommDlgExtendedError(); error != 0)  // not just "Cancel"
+    OPENFILENAMEW dialog{};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = wave_window_->handle();
+    dialog.lpstrFilter = L"Wave (*.npy)\0*.npy\0";
+    dialog.lpstrDefExt = L"npy";
+    dialog.lpstrFile = file.data();
+    dialog.nMaxFile = static_cast<DWORD>(file.size());
+    dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
+    if (GetSaveFileNameW(&dialog)) return write_image(file.data(), *handler_->result());
+    if (const DWORD error = CommDlgExtendedError(); error != 0)  // not cancelled by the user
         alert("The system could not ask for a file's name (error " + std::to_string(error) + ").");
 }
 
@@ -214,9 +216,9 @@ void panel_program::make_transfer_window()
                                                       [this] { return handler_->transfer_function(); });
     transfer_window_->set_limits({-1, 1});
     transfer_window_->on_close([this] { handler_->set_transfer_function(false); });
-    RECT beside;
-    GetWindowRect(frame_->handle(), &beside);
-    SetWindowPos(transfer_window_->handle(), nullptr, beside.left, beside.bottom + margin / 2, 0, 0,
+    RECT frame;
+    GetWindowRect(frame_->handle(), &frame);
+    SetWindowPos(transfer_window_->handle(), nullptr, frame.left, frame.bottom + margin / 2, 0, 0,
                  SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -250,9 +252,9 @@ void panel_program::alert(const std::string& text)
 {
     log("alert " + text);
     std::fprintf(stderr, "zentrix: %s\n", text.c_str());
-    if (alerting_ || options_.quit_after_ms) return;  // one box at a time, none where nobody watches
+    if (alerting_ || options_.quit_after_ms) return;  // one box at a time; none in an unattended run
     alerting_ = true;
-    MessageBoxW(wave_window_->handle(), wide(text).c_str(), L"Zentrix", MB_OK | MB_ICONWARNING);
+    MessageBoxW(wave_window_->handle(), boost::nowide::widen(text).c_str(), L"Zentrix", MB_OK | MB_ICONWARNING);
     alerting_ = false;
 }
 

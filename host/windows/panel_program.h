@@ -13,44 +13,47 @@ namespace zentrix::host {
 
 struct panel_program_options
 {
-    std::string title;                        ///< of the wave's window
-    std::filesystem::path log;                ///< empty: none
-    std::filesystem::path screenshot;         ///< of the panel once it is painted; empty: none
-    std::filesystem::path screenshot_of_all;  ///< of the panel and the wave's window; empty: none
-    std::optional<unsigned> quit_after_ms = {};
+    std::string title;                           ///< of the wave window
+    std::filesystem::path log;                   ///< empty: none
+    std::filesystem::path screenshot;            ///< file for a picture of the panel; empty: none
+    std::filesystem::path screenshot_of_all;     ///< file for a picture of panel and wave window; empty: none
+    std::optional<unsigned> quit_after_ms = {};  ///< the program then shows no message boxes
     panel_start start = {};
     palette phase_palette = palette::grey;
 };
 
-/// The library's control panel beside a window with the wave that it corrects.
+/// The program with the library's control panel and a window that shows the corrected wave.
 ///
 /// The log has a line, flushed at once, for each write of a tag ("tag ModA1 = 2.5"), each call of the handler ("call
 /// OnChange") and each message to the user ("alert No such file.").
 class panel_program : private panel_view
 {
   public:
-    /// `wave` as live_correction takes it. The handler is given to the library.
+    /// Creates the windows, hidden, and passes a handler to the library.
+    /// wave   as for live_correction
+    /// scope  the initial settings
     /// Throws  std::runtime_error when the log cannot be written; script_error as floating_frame::show;
     ///         std::invalid_argument as panel_handler::make
     panel_program(engine& engine, const image_ref& wave, const microscope& scope, panel_program_options options);
-    /// Closes all windows. The library lets go of the handler when it is shut down.
+    /// Closes all windows. The library releases the handler when it is shut down.
     ~panel_program() override;
 
     /// Shows the windows.
     void show();
-    /// The same, then works until the user quits or the time is over.
+    /// Shows the windows and runs the message loop until the user quits or options.quit_after_ms have passed.
     void run();
     void show_panel(bool shown);
-    /// Deals with the messages that are waiting; false when it is time to quit.
-    bool work_off_messages();
+    /// Handles all waiting messages. Returns false when the program is to quit.
+    bool handle_waiting_messages();
 
     panel_handler& handler() { return *handler_; }
     image_window& wave_window() { return *wave_window_; }
     floating_frame& frame() { return *frame_; }
-    /// Null until the transfer function is first shown; then shown or hidden.
+    /// Null until the transfer function is first shown.
     image_window* transfer_window() { return transfer_window_.get(); }
 
-    /// "96 pictures, 42.1 ms each: transfer function 5.9, transform 16.2, shades 12.9, screen 7.1"
+    /// The cost of the pictures so far: "96 pictures, 42.1 ms each: transfer function 5.9, transform 16.2, shades 12.9,
+    /// screen 7.1"
     std::string costs() const;
 
   private:
@@ -77,12 +80,12 @@ class panel_program : private panel_view
     engine& engine_;
     panel_program_options options_;
     std::ofstream log_;
-    listeners former_;
+    listeners previous_;
     std::shared_ptr<panel_handler> handler_;
     SIZE size_;
     std::unique_ptr<image_window> wave_window_, transfer_window_;
     std::unique_ptr<floating_frame> frame_;
-    HACCEL keys_ = nullptr;
+    HACCEL keys_ = nullptr;  ///< a resource, freed by the system
     bool alerting_ = false;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-/* Identifiers of windows.rc. Those of the menu are commands. */
+/* Ids of windows.rc. Those of menu items are commands. */
 #define IDR_PROGRAM_MENU 100
 #define IDR_PROGRAM_KEYS 101
 #define IDM_SAVE 110

@@ -1,5 +1,7 @@
 #include "host/windows/screenshot.h"
 
+#include "win32/handles.h"
+
 namespace zentrix::host {
 
 namespace {
@@ -11,14 +13,13 @@ picture copied(HDC from, const RECT& area)
     std::vector<std::uint8_t> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4);
     BITMAPINFO info{};
     info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    const HDC memory = CreateCompatibleDC(from);
-    const HBITMAP bitmap = CreateCompatibleBitmap(from, width, height);
-    const HGDIOBJ former = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, from, area.left, area.top, SRCCOPY);
-    SelectObject(memory, former);
-    GetDIBits(from, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
+    const win32::unique_memory_dc memory{CreateCompatibleDC(from)};
+    const win32::unique_bitmap bitmap{CreateCompatibleBitmap(from, width, height)};
+    {
+        const win32::selected_object selected{memory.get(), bitmap.get()};
+        BitBlt(memory.get(), 0, 0, width, height, from, area.left, area.top, SRCCOPY);
+    }  // GetDIBits requires that the bitmap is not selected
+    GetDIBits(from, bitmap.get(), 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
     for (std::size_t i = 0; i < pixels.size(); i += 4)
         for (const std::size_t channel : {2, 1, 0}) taken.bytes.push_back(pixels[i + channel]);
     return taken;
@@ -30,10 +31,7 @@ picture picture_of_client(HWND window)
 {
     RECT area;
     GetClientRect(window, &area);
-    const HDC from = GetDC(window);
-    auto taken = copied(from, area);
-    ReleaseDC(window, from);
-    return taken;
+    return copied(win32::window_dc{window}.get(), area);
 }
 
 picture picture_of_screen(std::initializer_list<HWND> windows)
@@ -42,13 +40,10 @@ picture picture_of_screen(std::initializer_list<HWND> windows)
     for (const HWND window : windows) {
         RECT area;
         GetWindowRect(window, &area);
-        const RECT former = all;
-        UnionRect(&all, &former, &area);
+        const RECT previous = all;
+        UnionRect(&all, &previous, &area);
     }
-    const HDC from = GetDC(nullptr);
-    auto taken = copied(from, all);
-    ReleaseDC(nullptr, from);
-    return taken;
+    return copied(win32::window_dc{nullptr}.get(), all);
 }
 
 }  // namespace zentrix::host

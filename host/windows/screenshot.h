@@ -6,9 +6,9 @@
 
 namespace zentrix::host {
 
-/// What a window's client area shows, its children included; other windows in front of it do not matter.
+/// The contents of a window's client area, children included. Windows in front of it are not included.
 picture picture_of_client(HWND window);
-/// What the screen shows of the smallest rectangle around these windows, frames included.
+/// The part of the screen inside the smallest rectangle that contains these windows with their frames.
 picture picture_of_screen(std::initializer_list<HWND> windows);
 
 }  // namespace zentrix::host

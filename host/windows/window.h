@@ -5,13 +5,11 @@
 #include <functional>
 #include <string>
 
+#include "win32/handles.h"
+
 namespace zentrix::host {
 
-/// UTF-8 as the system's windows have it, and back.
-std::wstring wide(const std::string& utf8);
-std::string utf8(const std::wstring& text);
-
-/// A top-level window of the program's own; the object's end is the window's end.
+/// A top-level window of this program. The object owns the window.
 class window
 {
   public:
@@ -19,11 +17,13 @@ class window
     window(const window&) = delete;
     window& operator=(const window&) = delete;
 
-    HWND handle() const noexcept { return handle_; }
-    bool visible() const noexcept { return IsWindowVisible(handle_); }
+    HWND handle() const noexcept { return handle_.get(); }
+    bool visible() const noexcept { return IsWindowVisible(handle()); }
 
-    /// Who is told of exceptions in window procedures, which must not get into the system.
-    static void on_failure(std::function<void(const std::string& text)> told);
+    /// Sets the listener for exceptions in window procedures, which must not unwind through the system's frames.
+    static void on_failure(std::function<void(const std::string& text)> listener);
+    /// Passes the current exception to that listener. For the catch blocks of window procedures.
+    static void report_exception() noexcept;
 
   protected:
     struct form
@@ -33,16 +33,16 @@ class window
         HWND owner = nullptr;
         SIZE client{};  ///< pixels
     };
-    /// Throws  script_error when the system makes no window
-    explicit window(const form& wanted);
+    /// Throws  script_error when the system creates no window
+    explicit window(const form& description);
 
-    /// Messages arrive from the end of the constructor on.
+    /// Receives the window's messages after construction.
     virtual LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam);
 
   private:
     static LRESULT CALLBACK procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
 
-    HWND handle_ = nullptr;
+    win32::unique_window handle_;
 };
 
 }  // namespace zentrix::host

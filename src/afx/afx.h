@@ -1,7 +1,7 @@
 #pragma once
 
-/// The few classes of the Windows application framework that the panel is written with: the framework's own names and
-/// manners on the plain system interface, so that the panel's sources read as they would with the framework itself.
+/// The few classes of the Windows application framework that the panel uses, under the framework's own names,
+/// implemented directly on the Win32 API. The panel's sources read as they would with the framework itself.
 
 #include "afx/app.h"
 #include "afx/controls.h"

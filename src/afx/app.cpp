@@ -4,6 +4,8 @@ namespace {
 
 CWinApp* the_app = nullptr;
 
+LRESULT result_after_exception(UINT message) { return message == WM_CREATE ? -1 : 0; }
+
 }  // namespace
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;  // placed by the linker at the start of the module
@@ -22,11 +24,18 @@ LRESULT CWinApp::ProcessWndProcException(std::exception_ptr error, UINT message)
     } catch (const std::exception& e) {
         ::OutputDebugStringA(e.what());
     } catch (...) {
-        ::OutputDebugStringA("An exception without a text left a message handler.");
+        ::OutputDebugStringA("A message handler threw an exception without a text.");
     }
-    return message == WM_CREATE ? -1 : 0;
+    return result_after_exception(message);
 }
 
-CWinApp* AfxGetApp() { return the_app; }
+LRESULT AfxProcessException(UINT message) noexcept
+{
+    try {
+        if (the_app) return the_app->ProcessWndProcException(std::current_exception(), message);
+    } catch (...) {  // reporting failed as well
+    }
+    return result_after_exception(message);
+}
 
 HINSTANCE AfxGetInstanceHandle() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }

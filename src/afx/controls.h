@@ -9,9 +9,8 @@
 class CButton : public CWnd
 {
   public:
-    int GetCheck() const { return static_cast<int>(SendMessage(BM_GETCHECK)); }
     void SetCheck(int state) { SendMessage(BM_SETCHECK, static_cast<WPARAM>(state)); }
-    /// The button shows the bitmap and leaves it to its owner.
+    /// The caller keeps ownership of the bitmap.
     void SetBitmap(HBITMAP bitmap) { SendMessage(BM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(bitmap)); }
 };
 
@@ -37,7 +36,6 @@ class CComboBox : public CWnd
 
 class CSliderCtrl : public CWnd
 {
-    DECLARE_DYNAMIC(CSliderCtrl)
   public:
     BOOL Create(DWORD style, const RECT& place, CWnd* parent, UINT id)
     {
@@ -72,7 +70,7 @@ class CSpinButtonCtrl : public CWnd
 class CTabCtrl : public CWnd
 {
   public:
-    /// From a window rectangle to the area that shows the pages (larger FALSE), or back.
+    /// Converts a window rectangle to the display area of the pages (larger FALSE), or back (TRUE).
     void AdjustRect(BOOL larger, RECT* area) const
     {
         SendMessage(TCM_ADJUSTRECT, static_cast<WPARAM>(larger), reinterpret_cast<LPARAM>(area));

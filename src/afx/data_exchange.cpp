@@ -24,12 +24,12 @@ void DDX_Control(CDataExchange* exchange, int id, CWnd& control)
 void DDX_Text(CDataExchange* exchange, int id, CString& text)
 {
     const HWND control = exchange->PrepareCtrl(id);
-    std::vector<TCHAR> room(static_cast<std::size_t>(::GetWindowTextLength(control)) + 1);
-    ::GetWindowText(control, room.data(), static_cast<int>(room.size()));
-    const CString shown{room.data()};
+    std::vector<TCHAR> buffer(static_cast<std::size_t>(::GetWindowTextLength(control)) + 1);
+    ::GetWindowText(control, buffer.data(), static_cast<int>(buffer.size()));
+    const CString shown{buffer.data()};
     if (exchange->m_bSaveAndValidate) {
         text = shown;
-    } else if (!(shown == text)) {  // else the caret would jump to the front
+    } else if (!(shown == text)) {  // setting the text moves the caret to the front
         ::SetWindowText(control, text);
     }
 }

@@ -4,11 +4,11 @@
 
 class CWnd;
 
-/// Thrown out of DoDataExchange by Fail.
+/// Thrown by CDataExchange::Fail.
 class CUserException
 {};
 
-/// One run of DoDataExchange: which window, and whether the controls are read or filled.
+/// One run of DoDataExchange: the window, and whether controls are read (TRUE) or filled.
 class CDataExchange
 {
   public:
@@ -17,14 +17,16 @@ class CDataExchange
     CWnd* const m_pDlgWnd;
     const BOOL m_bSaveAndValidate;
 
-    /// The control's window. Throws CUserException when the dialog has no such control.
+    /// The control's window.
+    /// Throws  CUserException when the dialog has no such control
     HWND PrepareCtrl(int id);
-    /// Ends the run: a control's content is refused.
+    /// Ends the run because a control's content is refused.
     [[noreturn]] void Fail() { throw CUserException{}; }
 };
 
-/// Gives a control of the dialog to its object, at the first run.
+/// Attaches an object to a control of the dialog, on the first run.
 void DDX_Control(CDataExchange* exchange, int id, CWnd& control);
+/// The text of a control.
 void DDX_Text(CDataExchange* exchange, int id, CString& text);
 /// The position of a slider.
 void DDX_Slider(CDataExchange* exchange, int id, int& position);

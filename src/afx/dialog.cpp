@@ -2,8 +2,6 @@
 
 #include "afx/app.h"
 
-IMPLEMENT_DYNAMIC(CDialog, CWnd)
-
 BEGIN_MESSAGE_MAP(CDialog, CWnd)
 ON_BN_CLICKED(IDOK, &CDialog::OnOK)
 ON_BN_CLICKED(IDCANCEL, &CDialog::OnCancel)
@@ -29,15 +27,14 @@ void CDialog::OnOK()
 
 void CDialog::OnCancel() { ::EndDialog(m_hWnd, IDCANCEL); }
 
-INT_PTR CALLBACK AfxDlgProc(HWND dialog, UINT message, WPARAM, LPARAM)
+INT_PTR CALLBACK AfxDlgProc(HWND dialog, UINT message, WPARAM, LPARAM) noexcept
 {
     if (message != WM_INITDIALOG) return FALSE;
     auto* const object = dynamic_cast<CDialog*>(CWnd::FromHandlePermanent(dialog));
     try {
         return object ? object->OnInitDialog() : TRUE;
     } catch (...) {
-        // The system called; what is thrown here must not pass through its frames.
-        if (CWinApp* const app = AfxGetApp()) app->ProcessWndProcException(std::current_exception(), message);
+        AfxProcessException(message);
         return TRUE;
     }
 }

@@ -3,20 +3,10 @@
 #include "afx/app.h"
 #include "afx/wnd.h"
 
-BOOL CGdiObject::DeleteObject()
+BOOL CBitmap::LoadMappedBitmap(UINT id)
 {
-    const HGDIOBJ object = Detach();
-    return object && ::DeleteObject(object);
+    return Attach(::LoadImage(AfxGetResourceHandle(), MAKEINTRESOURCE(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS));
 }
-
-BOOL CGdiObject::Attach(HGDIOBJ object)
-{
-    DeleteObject();
-    m_hObject = object;
-    return object != nullptr;
-}
-
-BOOL CBitmap::LoadBitmap(UINT id) { return Attach(::LoadBitmap(AfxGetResourceHandle(), MAKEINTRESOURCE(id))); }
 
 void CDC::FillSolidRect(const RECT* area, COLORREF colour)
 {

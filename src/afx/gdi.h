@@ -2,52 +2,50 @@
 
 #include <windows.h>
 
-#include <utility>
-
 #include "afx/object.h"
 #include "afx/types.h"
+#include "win32/handles.h"
 
 class CWnd;
 
-/// Owns an object of the graphics system and deletes it in the end.
+/// Owner of a GDI object.
 class CGdiObject : public CObject
 {
   public:
-    ~CGdiObject() override { DeleteObject(); }
-
-    HGDIOBJ m_hObject = nullptr;
-
-    HGDIOBJ GetSafeHandle() const { return m_hObject; }
-    /// Hands the object to somebody else.
-    HGDIOBJ Detach() { return std::exchange(m_hObject, nullptr); }
-    BOOL DeleteObject();
+    HGDIOBJ GetSafeHandle() const { return object_.get(); }
+    /// Releases ownership.
+    HGDIOBJ Detach() { return object_.release(); }
 
   protected:
-    BOOL Attach(HGDIOBJ object);
+    BOOL Attach(HGDIOBJ object)
+    {
+        object_.reset(object);
+        return object != nullptr;
+    }
+
+  private:
+    win32::unique_gdi_object object_;
 };
 
 class CBrush : public CGdiObject
 {
   public:
     explicit CBrush(COLORREF colour) { Attach(::CreateSolidBrush(colour)); }
-    operator HBRUSH() const { return static_cast<HBRUSH>(m_hObject); }
+    operator HBRUSH() const { return static_cast<HBRUSH>(GetSafeHandle()); }
 };
 
 class CBitmap : public CGdiObject
 {
   public:
-    operator HBITMAP() const { return static_cast<HBITMAP>(m_hObject); }
-    BOOL LoadBitmap(UINT id);
-    BOOL CreateCompatibleBitmap(HDC dc, int width, int height)
-    {
-        return Attach(::CreateCompatibleBitmap(dc, width, height));
-    }
+    operator HBITMAP() const { return static_cast<HBITMAP>(GetSafeHandle()); }
+    /// Loads a bitmap. The greys 128, 192 and 223 become the system's 3-D shadow, face and light colours.
+    BOOL LoadMappedBitmap(UINT id);
 };
 
 class CRgn : public CGdiObject
 {
   public:
-    operator HRGN() const { return static_cast<HRGN>(m_hObject); }
+    operator HRGN() const { return static_cast<HRGN>(GetSafeHandle()); }
     BOOL CreateEllipticRgn(int left, int top, int right, int bottom)
     {
         return Attach(::CreateEllipticRgn(left, top, right, bottom));
@@ -55,12 +53,12 @@ class CRgn : public CGdiObject
     BOOL CreateEllipticRgnIndirect(const RECT* r) { return CreateEllipticRgn(r->left, r->top, r->right, r->bottom); }
 };
 
-/// A device context, lent unless a derived class says otherwise.
+/// A device context. The handle belongs to the caller or to a derived class.
 class CDC : public CObject
 {
   public:
     CDC() = default;
-    explicit CDC(HDC lent) : m_hDC{lent} {}
+    explicit CDC(HDC dc) : m_hDC{dc} {}
 
     HDC m_hDC = nullptr;
     operator HDC() const { return m_hDC; }
@@ -71,7 +69,7 @@ class CDC : public CObject
     void Ellipse(int left, int top, int right, int bottom) { ::Ellipse(m_hDC, left, top, right, bottom); }
 };
 
-/// Between BeginPaint and EndPaint of a window.
+/// The device context between BeginPaint and EndPaint of a window.
 class CPaintDC : public CDC
 {
   public:

@@ -8,8 +8,8 @@
 
 class CWnd;
 
-/// One line of a message map: which message it answers and how its parameters reach the handler. Commands and
-/// notifications are told apart by `code` and by the range of control ids.
+/// One line of a message map: the message, and a function that unpacks its parameters and calls the handler. Commands
+/// and notifications are distinguished by `code` and by the range of control ids.
 struct AFX_MSGMAP_ENTRY
 {
     UINT message;
@@ -21,10 +21,13 @@ struct AFX_MSGMAP_ENTRY
 struct AFX_MSGMAP
 {
     const AFX_MSGMAP* (*base)();      ///< null at the root
-    const AFX_MSGMAP_ENTRY* entries;  ///< closed by an entry without a handler
+    const AFX_MSGMAP_ENTRY* entries;  ///< terminated by an entry without a function
 };
 
-/// Added to WM_COMMAND where a control answers its own notification before its parent does.
+/// The entry for a message in this map or, failing that, in the maps of its bases. Null when there is none.
+const AFX_MSGMAP_ENTRY* AfxFindMessageEntry(const AFX_MSGMAP* map, UINT message, UINT code, UINT id);
+
+/// Added to WM_COMMAND for notifications that a control handles itself, before its parent does.
 inline constexpr UINT AFX_REFLECTED = 0x8000;
 
 #define DECLARE_MESSAGE_MAP()                     \
@@ -32,8 +35,8 @@ inline constexpr UINT AFX_REFLECTED = 0x8000;
     static const AFX_MSGMAP* GetThisMessageMap(); \
     const AFX_MSGMAP* GetMessageMap() const override { return GetThisMessageMap(); }
 
-// The handlers are lambdas inside a member function: they see protected handlers and need no casts between member
-// function types.
+// The entries' functions are lambdas inside a member function: they can call protected handlers, and no casts between
+// member function types are needed.
 // clang-format off
 #define BEGIN_MESSAGE_MAP(the_class, base_class)        \
     const AFX_MSGMAP* the_class::GetThisMessageMap()    \
@@ -89,7 +92,7 @@ inline constexpr UINT AFX_REFLECTED = 0x8000;
 #define ON_WM_CAPTURECHANGED() \
     AFX_ENTRY(WM_CAPTURECHANGED, 0, 0, 0, (self.OnCaptureChanged(CWnd::FromHandle(reinterpret_cast<HWND>(lparam))), 0))
 
-// Notifications of controls. A range's handler is told which control it was.
+// Notifications of controls. The handler of a range receives the id of the control.
 #define ON_CONTROL(code, id, handler) AFX_ENTRY(WM_COMMAND, code, id, id, ((self.*handler)(), 0))
 #define ON_BN_CLICKED(id, handler) ON_CONTROL(BN_CLICKED, id, handler)
 #define ON_CBN_SELCHANGE(id, handler) ON_CONTROL(CBN_SELCHANGE, id, handler)

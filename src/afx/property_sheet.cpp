@@ -8,46 +8,49 @@ namespace {
 constexpr int tab_control_id = 0x3020;
 constexpr int sheet_button_ids[] = {IDOK, IDCANCEL, 0x3021 /* Apply */, 9 /* Help */};
 
-/// A page's object comes along with the first message; from then on the window is the object's.
+/// The dialog procedure of all pages. WM_INITDIALOG carries the page's object, which is then attached to the window.
 INT_PTR CALLBACK page_proc(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept
 {
     if (message == WM_INITDIALOG) {
         auto* const page = reinterpret_cast<CPropertyPage*>(reinterpret_cast<const PROPSHEETPAGE*>(lparam)->lParam);
-        page->SubclassWindow(dialog);
+        try {
+            page->SubclassWindow(dialog);
+        } catch (...) {
+            AfxProcessException(message);
+            return TRUE;
+        }
     }
     return AfxDlgProc(dialog, message, wparam, lparam);
 }
 
-/// The start of an extended dialog template, which has no declaration in the system's headers.
+/// The first fields of an extended dialog template, which the system's headers do not declare.
 struct extended_template
 {
     WORD version, signature;
     DWORD help_id, extended_style, style;
 };
 
-struct wanted_styles
+struct sheet_styles
 {
     DWORD style, extended_style;
 };
-const wanted_styles* wanted = nullptr;  // the callback has no other way to learn them
+const sheet_styles* requested = nullptr;  // the callback has no parameter for them
 
-/// Puts the wanted styles into the system's template. Whether it names a font is the template's own affair.
+/// Puts the requested styles into the system's template. DS_SHELLFONT is kept as the template has it.
 int CALLBACK before_creation(HWND, UINT message, LPARAM lparam) noexcept
 {
-    if (message != PSCB_PRECREATE || !wanted) return 0;
+    if (message != PSCB_PRECREATE || !requested) return 0;
     auto* const extended = reinterpret_cast<extended_template*>(lparam);
     auto* const plain = reinterpret_cast<DLGTEMPLATE*>(lparam);
     const bool is_extended = extended->signature == 0xffff;
     auto& style = is_extended ? extended->style : plain->style;
     auto& extended_style = is_extended ? extended->extended_style : plain->dwExtendedStyle;
-    style = wanted->style | (style & DS_SHELLFONT);
-    extended_style = wanted->extended_style;
+    style = requested->style | (style & DS_SHELLFONT);
+    extended_style = requested->extended_style;
     return 0;
 }
 
 }  // namespace
-
-IMPLEMENT_DYNAMIC(CPropertyPage, CDialog)
 
 CPropertyPage::CPropertyPage(UINT template_id)
 {
@@ -61,8 +64,8 @@ CPropertyPage::CPropertyPage(UINT template_id)
 
 BOOL CPropertyPage::OnSetActive()
 {
-    if (active_before_) UpdateData(FALSE);
-    active_before_ = true;
+    if (was_active_) UpdateData(FALSE);
+    was_active_ = true;
     return TRUE;
 }
 
@@ -79,8 +82,6 @@ BOOL CPropertyPage::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result)
         default: return FALSE;
     }
 }
-
-IMPLEMENT_DYNAMIC(CPropertySheet, CWnd)
 
 BEGIN_MESSAGE_MAP(CPropertySheet, CWnd)
 ON_MESSAGE(WM_INITDIALOG, &CPropertySheet::handle_init_dialog)
@@ -100,12 +101,12 @@ BOOL CPropertySheet::Create(CWnd* parent, DWORD style, DWORD extended_style)
     header.ppsp = descriptions.data();
     header.pfnCallback = &before_creation;
 
-    const wanted_styles styles{style, extended_style};
-    wanted = &styles;
+    const sheet_styles styles{style, extended_style};
+    requested = &styles;
     const AfxHookWindowCreate hook{this};
-    const INT_PTR made = ::PropertySheet(&header);
-    wanted = nullptr;
-    return made > 0;
+    const INT_PTR created = ::PropertySheet(&header);
+    requested = nullptr;
+    return created > 0;
 }
 
 BOOL CPropertySheet::OnInitDialog()
@@ -129,7 +130,7 @@ BOOL CPropertySheet::OnInitDialog()
 
 int CPropertySheet::GetActiveIndex() const
 {
-    // Of the sheet itself, not of its tab control: while it switches pages, the tab is ahead.
+    // Asks the sheet, not its tab control, which switches earlier than the sheet does.
     const HWND page = reinterpret_cast<HWND>(SendMessage(PSM_GETCURRENTPAGEHWND));
     for (int index = 0; index < GetPageCount(); ++index) {
         if (page && GetPage(index)->m_hWnd == page) return index;

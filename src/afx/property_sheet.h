@@ -9,10 +9,9 @@
 #include "afx/controls.h"
 #include "afx/dialog.h"
 
-/// A page of a property sheet, made from a template when it is first shown.
+/// A page of a property sheet. Its window is created from a template when it is first shown.
 class CPropertyPage : public CDialog
 {
-    DECLARE_DYNAMIC(CPropertyPage)
   public:
     explicit CPropertyPage(UINT template_id);
 
@@ -28,13 +27,12 @@ class CPropertyPage : public CDialog
     friend class CPropertySheet;
 
     PROPSHEETPAGE description_{};
-    bool active_before_ = false;
+    bool was_active_ = false;
 };
 
-/// A modeless property sheet without buttons. The pages belong to the caller and outlive the sheet's window.
+/// A modeless property sheet without buttons. The caller owns the pages, which must outlive the sheet's window.
 class CPropertySheet : public CWnd
 {
-    DECLARE_DYNAMIC(CPropertySheet)
     DECLARE_MESSAGE_MAP()
   public:
     CPropertySheet() = default;
@@ -42,15 +40,15 @@ class CPropertySheet : public CWnd
     void AddPage(CPropertyPage* page) { pages_.push_back(page); }
     int GetPageCount() const { return static_cast<int>(pages_.size()); }
     CPropertyPage* GetPage(int index) const { return pages_[static_cast<std::size_t>(index)]; }
-    /// Creates the page's window if need be.
+    /// Creates the page's window if necessary.
     BOOL SetActivePage(int index) { return static_cast<BOOL>(SendMessage(PSM_SETCURSEL, static_cast<WPARAM>(index))); }
     int GetActiveIndex() const;
-    CTabCtrl* GetTabControl();  ///< once the window exists
+    CTabCtrl* GetTabControl();  ///< requires the sheet's window
 
-    /// Creates the sheet with its first page. The style replaces the system's one.
+    /// Creates the sheet with its first page. The styles replace the system's.
     BOOL Create(CWnd* parent, DWORD style, DWORD extended_style);
 
-    /// The system's own initialisation, then the row of buttons is cut off.
+    /// Runs the system's initialization, then removes the row of buttons.
     virtual BOOL OnInitDialog();
 
   private:

@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// A point and a rectangle that are the system's own structures, with arithmetic.
+/// The system's point and rectangle structures with constructors and arithmetic.
 class CPoint : public POINT
 {
   public:
@@ -26,7 +26,7 @@ class CRect : public RECT
     operator const RECT*() const { return this; }
 };
 
-/// Text in the system's characters.
+/// Text in the characters of the Win32 API.
 class CString
 {
   public:

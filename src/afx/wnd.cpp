@@ -1,34 +1,71 @@
 #include "afx/wnd.h"
 
+#include <map>
+#include <memory>
 #include <utility>
 
 #include "afx/app.h"
 #include "afx/data_exchange.h"
-#include "afx/state.h"
 
-IMPLEMENT_DYNAMIC(CWnd, CObject)
+namespace {
 
-afx_state& afx_state::get()
+/// The windows of the user-interface thread. No other thread uses it.
+struct window_state
 {
-    static afx_state state;
-    return state;
+    std::map<HWND, CWnd*> windows;
+    std::map<HWND, std::unique_ptr<CWnd>> temporary_windows;  ///< wrappers of windows without an object of their own
+    int depth = 0;                                            ///< nesting of window procedures
+    MSG message{};                                            ///< being handled
+    HWND muted = nullptr;     ///< notifications of its controls are dropped (UpdateData)
+    CWnd* pending = nullptr;  ///< takes over the next window that is created
+};
+
+window_state& state()
+{
+    static window_state the_state;
+    return the_state;
 }
+
+/// Records the message being handled. Frees temporary CWnd wrappers when the outermost message returns.
+class message_scope
+{
+  public:
+    message_scope(HWND window, UINT message, WPARAM wparam, LPARAM lparam) : previous_{state().message}
+    {
+        ++state().depth;
+        state().message = {window, message, wparam, lparam, 0, {}};
+    }
+    ~message_scope()
+    {
+        state().message = previous_;
+        if (--state().depth != 0) return;
+        for (auto& [window, wrapper] : state().temporary_windows)
+            wrapper->m_hWnd = nullptr;  // it does not own the window
+        state().temporary_windows.clear();
+    }
+    message_scope(const message_scope&) = delete;
+    message_scope& operator=(const message_scope&) = delete;
+
+  private:
+    MSG previous_;
+};
+
+}  // namespace
 
 CWnd* CWnd::FromHandlePermanent(HWND window)
 {
-    const auto& windows = afx_state::get().windows;
-    const auto found = windows.find(window);
-    return found == windows.end() ? nullptr : found->second;
+    const auto found = state().windows.find(window);
+    return found == state().windows.end() ? nullptr : found->second;
 }
 
 CWnd* CWnd::FromHandle(HWND window)
 {
     if (!window) return nullptr;
     if (CWnd* const own = FromHandlePermanent(window)) return own;
-    auto& object = afx_state::get().passing[window];
-    if (!object) object = std::make_unique<CWnd>();
-    object->m_hWnd = window;
-    return object.get();
+    auto& wrapper = state().temporary_windows[window];
+    if (!wrapper) wrapper = std::make_unique<CWnd>();
+    wrapper->m_hWnd = window;
+    return wrapper.get();
 }
 
 BOOL CWnd::CreateEx(DWORD extended_style, LPCTSTR class_name, LPCTSTR title, DWORD style, const RECT& place,
@@ -62,19 +99,25 @@ BOOL CWnd::SubclassWindow(HWND window)
 
 void CWnd::take_over(HWND window)
 {
+    state().windows[window] = this;
     m_hWnd = window;
-    afx_state::get().windows[window] = this;
-    PreSubclassWindow();
-    former_ =
+    try {
+        PreSubclassWindow();
+    } catch (...) {
+        m_hWnd = nullptr;
+        state().windows.erase(window);
+        throw;
+    }
+    previous_ =
         reinterpret_cast<WNDPROC>(::SetWindowLongPtr(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&AfxWndProc)));
 }
 
-void CWnd::forget_window()
+void CWnd::detach()
 {
     const HWND window = std::exchange(m_hWnd, nullptr);
-    const WNDPROC former = std::exchange(former_, nullptr);
-    afx_state::get().windows.erase(window);
-    if (former) ::SetWindowLongPtr(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former));
+    const WNDPROC previous = std::exchange(previous_, nullptr);
+    state().windows.erase(window);
+    if (previous) ::SetWindowLongPtr(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(previous));
     PostNcDestroy();
 }
 
@@ -93,13 +136,12 @@ BOOL CWnd::SetWindowPos(const CWnd* after, int x, int y, int width, int height, 
 BOOL CWnd::UpdateData(BOOL save_and_validate)
 {
     if (!m_hWnd) return FALSE;
-    struct lock_out
+    struct mute
     {
-        HWND& locked = afx_state::get().locked_out;
-        HWND former = locked;
-        ~lock_out() { locked = former; }
-    } const guard;
-    guard.locked = m_hWnd;
+        explicit mute(HWND window) : previous{std::exchange(state().muted, window)} {}
+        ~mute() { state().muted = previous; }
+        HWND previous;
+    } const notifications{m_hWnd};
     CDataExchange exchange{this, save_and_validate};
     try {
         DoDataExchange(&exchange);
@@ -111,40 +153,102 @@ BOOL CWnd::UpdateData(BOOL save_and_validate)
 
 LRESULT CWnd::Default()
 {
-    const MSG& message = afx_state::get().message;
+    const MSG& message = state().message;
     return DefWindowProc(message.message, message.wParam, message.lParam);
 }
 
 LRESULT CWnd::DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam)
 {
-    return former_ ? ::CallWindowProc(former_, m_hWnd, message, wparam, lparam)
-                   : ::DefWindowProc(m_hWnd, message, wparam, lparam);
+    return previous_ ? ::CallWindowProc(previous_, m_hWnd, message, wparam, lparam)
+                     : ::DefWindowProc(m_hWnd, message, wparam, lparam);
+}
+
+LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept
+{
+    CWnd* const object = CWnd::FromHandlePermanent(window);
+    if (!object) return ::DefWindowProc(window, message, wparam, lparam);
+    const message_scope scope{window, message, wparam, lparam};
+    LRESULT result;
+    try {
+        result = object->WindowProc(message, wparam, lparam);
+    } catch (...) {
+        if (message == WM_PAINT) ::ValidateRect(window, nullptr);  // otherwise WM_PAINT is sent again without end
+        result = AfxProcessException(message);
+    }
+    if (message == WM_NCDESTROY) object->detach();
+    return result;
+}
+
+LRESULT CWnd::WindowProc(UINT message, WPARAM wparam, LPARAM lparam)
+{
+    if (message == WM_COMMAND) {
+        if (OnCommand(wparam, lparam)) return 1;
+    } else if (message == WM_NOTIFY) {
+        LRESULT result = 0;
+        if (OnNotify(wparam, lparam, &result)) return result;
+    } else if (const auto* const entry = AfxFindMessageEntry(GetMessageMap(), message, 0, 0)) {
+        return entry->invoke(this, wparam, lparam);
+    }
+    return DefWindowProc(message, wparam, lparam);
+}
+
+BOOL CWnd::OnCommand(WPARAM wparam, LPARAM lparam)
+{
+    const UINT id = LOWORD(wparam), code = HIWORD(wparam);
+    if (lparam) {  // from a control
+        if (state().muted == m_hWnd) return TRUE;
+        if (CWnd* const control = FromHandlePermanent(reinterpret_cast<HWND>(lparam))) {
+            if (const auto* const own =
+                    AfxFindMessageEntry(control->GetMessageMap(), WM_COMMAND + AFX_REFLECTED, code, id)) {
+                own->invoke(control, wparam, lparam);
+                return TRUE;
+            }
+        }
+    }
+    const auto* const entry = AfxFindMessageEntry(GetMessageMap(), WM_COMMAND, code, id);
+    if (!entry) return FALSE;
+    entry->invoke(this, wparam, lparam);
+    return TRUE;
+}
+
+BOOL CWnd::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result)
+{
+    if (state().muted == m_hWnd) return TRUE;
+    const auto* const header = reinterpret_cast<const NMHDR*>(lparam);
+    const auto* const entry =
+        AfxFindMessageEntry(GetMessageMap(), WM_NOTIFY, header->code, static_cast<UINT>(header->idFrom));
+    if (!entry) return FALSE;
+    *result = entry->invoke(this, wparam, lparam);
+    return TRUE;
+}
+
+const AFX_MSGMAP* CWnd::GetThisMessageMap()
+{
+    static constexpr AFX_MSGMAP_ENTRY entries[] = {{0, 0, 0, 0, nullptr}};
+    static constexpr AFX_MSGMAP map{nullptr, entries};
+    return &map;
+}
+
+LRESULT CALLBACK AfxHookWindowCreate::on_create(int code, WPARAM wparam, LPARAM lparam) noexcept
+{
+    const auto created = reinterpret_cast<HWND>(wparam);
+    TCHAR class_name[8] = {};
+    // The system creates an input-method window together with the thread's first window.
+    if (code == HCBT_CREATEWND && ::GetClassName(created, class_name, 8) && ::lstrcmpi(class_name, TEXT("IME")) != 0) {
+        CWnd* const owner = std::exchange(state().pending, nullptr);
+        try {
+            if (owner && !owner->m_hWnd) owner->take_over(created);
+        } catch (...) {
+            AfxProcessException(WM_CREATE);
+            return 1;  // refuses the window
+        }
+    }
+    return ::CallNextHookEx(nullptr, code, wparam, lparam);
 }
 
 AfxHookWindowCreate::AfxHookWindowCreate(CWnd* window)
-    : former_pending_{std::exchange(afx_state::get().pending, window)}
-{
-    const auto on_create = [](int code, WPARAM wparam, LPARAM lparam) noexcept -> LRESULT {
-        const auto created = reinterpret_cast<HWND>(wparam);
-        TCHAR class_name[8] = {};
-        // The thread's first window brings an input-method window of the system with it.
-        if (code == HCBT_CREATEWND && ::GetClassName(created, class_name, 8) &&
-            ::lstrcmpi(class_name, TEXT("IME")) != 0) {
-            CWnd* const owner = std::exchange(afx_state::get().pending, nullptr);
-            try {
-                if (owner && !owner->m_hWnd) owner->take_over(created);
-            } catch (...) {
-                if (CWinApp* const app = AfxGetApp()) app->ProcessWndProcException(std::current_exception(), WM_CREATE);
-                return 1;  // no window then
-            }
-        }
-        return ::CallNextHookEx(nullptr, code, wparam, lparam);
-    };
-    hook_ = ::SetWindowsHookEx(WH_CBT, on_create, nullptr, ::GetCurrentThreadId());
-}
+    : previous_{std::exchange(state().pending, window)},
+      hook_{::SetWindowsHookEx(WH_CBT, &on_create, nullptr, ::GetCurrentThreadId())}
+{}
 
-AfxHookWindowCreate::~AfxHookWindowCreate()
-{
-    ::UnhookWindowsHookEx(hook_);
-    afx_state::get().pending = former_pending_;
-}
+AfxHookWindowCreate::~AfxHookWindowCreate() { state().pending = previous_; }

@@ -6,29 +6,30 @@
 #include "afx/message_map.h"
 #include "afx/object.h"
 #include "afx/types.h"
+#include "win32/handles.h"
 
 class CDataExchange;
 
-/// A window: made by CreateEx, or an existing one taken over by SubclassWindow. Its messages go through the message
-/// maps of the object's classes, derived ones first, and then to the window's former procedure. Nothing that a handler
-/// throws leaves the window procedure. All of it belongs to the thread that made the windows.
+/// A window, created by CreateEx or an existing one attached by SubclassWindow. Messages go through the message maps of
+/// the object's classes, most derived first, then to the window's previous procedure. No exception of a handler leaves
+/// the window procedure. All functions must be called on the thread that created the window.
 class CWnd : public CObject
 {
-    DECLARE_DYNAMIC(CWnd)
   public:
     CWnd() = default;
     ~CWnd() override { DestroyWindow(); }
 
     HWND m_hWnd = nullptr;
-    HWND GetSafeHwnd() const { return m_hWnd; }
 
-    /// The object of a window, or a passing one that lives until the outermost handler has returned. Null for null.
+    /// The object of a window, or a temporary wrapper that exists until the outermost handler returns. Null for null.
     static CWnd* FromHandle(HWND window);
-    /// The object of a window, null when it has none.
+    /// The object of a window; null when it has none.
     static CWnd* FromHandlePermanent(HWND window);
 
+    /// Creates a window. FALSE when the system creates none.
     BOOL CreateEx(DWORD extended_style, LPCTSTR class_name, LPCTSTR title, DWORD style, const RECT& place, CWnd* parent,
                   UINT id);
+    /// Attaches the object to an existing window. FALSE when either of them is attached already.
     BOOL SubclassWindow(HWND window);
     virtual BOOL DestroyWindow();
 
@@ -51,7 +52,7 @@ class CWnd : public CObject
     void MoveWindow(const RECT* place, BOOL repaint = TRUE);
     BOOL SetWindowPos(const CWnd* after, int x, int y, int width, int height, UINT flags);
     int SetWindowRgn(HRGN region, BOOL redraw) { return ::SetWindowRgn(m_hWnd, region, redraw); }
-    int GetWindowText(LPTSTR text, int room) const { return ::GetWindowText(m_hWnd, text, room); }
+    int GetWindowText(LPTSTR text, int size) const { return ::GetWindowText(m_hWnd, text, size); }
     void SetWindowText(LPCTSTR text) { ::SetWindowText(m_hWnd, text); }
     LRESULT SendMessage(UINT message, WPARAM wparam = 0, LPARAM lparam = 0) const
     {
@@ -62,8 +63,8 @@ class CWnd : public CObject
         return ::PostMessage(m_hWnd, message, wparam, lparam);
     }
 
-    /// Moves values between members and controls as DoDataExchange says: TRUE reads the controls. Notifications that
-    /// the controls send meanwhile are dropped. Returns FALSE when a control's content was refused.
+    /// Runs DoDataExchange: TRUE reads the controls into the members, FALSE fills the controls. Notifications that the
+    /// controls send meanwhile are dropped. Returns FALSE when a control's content was refused.
     BOOL UpdateData(BOOL save_and_validate = TRUE);
 
   protected:
@@ -71,9 +72,9 @@ class CWnd : public CObject
     virtual const AFX_MSGMAP* GetMessageMap() const { return GetThisMessageMap(); }
 
     virtual BOOL PreCreateWindow(CREATESTRUCT&) { return TRUE; }
-    /// The window belongs to the object now, but its messages do not pass through it yet.
+    /// Called when the object is attached, before it receives messages. An exception detaches it again.
     virtual void PreSubclassWindow() {}
-    /// The window is gone and the object no longer belongs to it.
+    /// Called when the window is destroyed and the object detached.
     virtual void PostNcDestroy() {}
     virtual void DoDataExchange(CDataExchange*) {}
 
@@ -81,10 +82,10 @@ class CWnd : public CObject
     virtual LRESULT DefWindowProc(UINT message, WPARAM wparam, LPARAM lparam);
     virtual BOOL OnCommand(WPARAM wparam, LPARAM lparam);
     virtual BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result);
-    /// Hands the message that is being handled to the window's former procedure.
+    /// Passes the message being handled to the window's previous procedure.
     LRESULT Default();
 
-    // Handlers do by default what the former procedure does.
+    // The default handlers call the previous procedure.
     int OnCreate(LPCREATESTRUCT) { return static_cast<int>(Default()); }
     void OnPaint() { Default(); }
     void OnSize(UINT, int, int) { Default(); }
@@ -106,17 +107,16 @@ class CWnd : public CObject
     friend LRESULT CALLBACK AfxWndProc(HWND, UINT, WPARAM, LPARAM) noexcept;
 
     void take_over(HWND window);
-    const AFX_MSGMAP_ENTRY* find_entry(UINT message, UINT code, UINT id) const;
-    void forget_window();
+    void detach();
 
-    WNDPROC former_ = nullptr;
+    WNDPROC previous_ = nullptr;
 };
 
-/// The one window procedure of all CWnd.
+/// The window procedure of all CWnd.
 LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wparam, LPARAM lparam) noexcept;
 
-/// While it lives, the next window that this thread creates becomes `window`'s, before its first message: for windows
-/// that the system creates on our behalf (dialogs, property sheets).
+/// During its lifetime, the next window that this thread creates is attached to `window` before its first message. For
+/// windows that the system creates on our behalf (dialogs, property sheets).
 class AfxHookWindowCreate
 {
   public:
@@ -126,6 +126,8 @@ class AfxHookWindowCreate
     AfxHookWindowCreate& operator=(const AfxHookWindowCreate&) = delete;
 
   private:
-    CWnd* former_pending_;
-    HHOOK hook_;
+    static LRESULT CALLBACK on_create(int code, WPARAM wparam, LPARAM lparam) noexcept;
+
+    CWnd* previous_;
+    win32::unique_hook hook_;
 };

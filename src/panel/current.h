@@ -2,17 +2,17 @@
 
 #include "panel/rules/panel_link.h"
 
-/// What there is once in a process: the host behind the panel, the panel and its sheet.
 namespace qorv::panel {
 
 class CZentrixPanel;
 class CZXSheet;
 
+/// The process-wide objects: the host's link, the panel and its sheet. For the user-interface thread.
 struct current
 {
     static panel_link* link;      ///< never null while a panel exists
-    static CZentrixPanel* panel;  ///< the one last shown for the first time; null when it is gone
-    static CZXSheet* sheet;       ///< null while it has no window
+    static CZentrixPanel* panel;  ///< the panel last shown for the first time; null after its window is destroyed
+    static CZXSheet* sheet;       ///< null while the sheet has no window
 };
 
 }  // namespace qorv::panel

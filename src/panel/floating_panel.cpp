@@ -19,7 +19,7 @@ HWND create_floating_panel(HWND parent, panel_link& link)
 {
     if (open_panel) throw std::runtime_error{"The panel exists already."};
     current::link = &link;
-    std::unique_ptr<CZentrixPanel> panel{dynamic_cast<CZentrixPanel*>(RUNTIME_CLASS(CZentrixPanel)->CreateObject())};
+    auto panel = std::make_unique<CZentrixPanel>();
     if (!panel->Create(CWnd::FromHandle(parent ? parent : ::GetDesktopWindow()))) {
         throw std::runtime_error{"The panel's window cannot be created."};
     }

@@ -4,21 +4,22 @@
 
 #include "panel/rules/panel_link.h"
 
-/// The panel as the rest of the plug-in sees it. All on the user-interface thread.
+/// The panel's interface for the rest of the plug-in. All functions run on the user-interface thread.
 namespace qorv::panel {
 
-/// Makes the panel, hidden, as a child of `parent`, or of the desktop where there is none. There is one panel at a
-/// time. `link` is used until the panel is destroyed.
+/// Creates the panel, hidden. Only one panel can exist at a time.
+/// parent  its parent window; null for the desktop
+/// link    the panel's connection to the host; must outlive the panel
 /// Throws  std::runtime_error "The panel exists already." and "The panel's window cannot be created."
 HWND create_floating_panel(HWND parent, panel_link& link);
-/// Destroys a panel that create_floating_panel returned; any other window is left alone.
+/// Destroys a panel that create_floating_panel returned. Does nothing for any other window.
 void destroy_floating_panel(HWND panel) noexcept;
 
-/// Whether a panel exists that has been shown, even if it is hidden again.
+/// Whether a panel exists that has been shown, even if it is hidden now.
 bool palette_open() noexcept;
-/// What the system says of the panel's window: non-zero while it is visible, 0 without a panel.
+/// Non-zero while the panel's window is visible; 0 without a panel.
 long window_visible() noexcept;
-/// Panel and sheet read the tags again; nothing happens without tags, or before the panel was first shown.
+/// Makes the panel and its sheet read the tags again. Does nothing without tags, or before the panel is first shown.
 void update_panel();
 
 }  // namespace qorv::panel

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "afx/afx.h"
+#include "win32/handles.h"
 
 namespace qorv::panel {
 
-/// Takes the place of a paint DC so that nothing flickers: all drawing goes into a bitmap of the rectangle to be
-/// painted, in the same coordinates, and reaches the screen in one transfer at the end.
+/// Double buffering over a paint DC: drawing goes into a bitmap of the rectangle to be painted, in the same
+/// coordinates, and is copied to the screen in one transfer on destruction.
 class CMemDC : public CDC
 {
   public:
@@ -15,8 +16,9 @@ class CMemDC : public CDC
   private:
     CPaintDC* paint_;
     CRect area_;
-    CBitmap bitmap_;
-    HGDIOBJ former_bitmap_ = nullptr;
+    win32::unique_memory_dc memory_;
+    win32::unique_bitmap bitmap_;
+    win32::selected_object selected_;
 };
 
 }  // namespace qorv::panel

@@ -17,7 +17,7 @@ namespace {
 
 std::string text_in(HWND edit)
 {
-    // A number needs plain characters only; any other becomes one that ends it.
+    // Numbers are ASCII. Any other character becomes '?', which ends a number.
     wchar_t wide[64] = {};
     ::GetWindowTextW(edit, wide, static_cast<int>(std::size(wide)));
     std::string text;
@@ -25,8 +25,8 @@ std::string text_in(HWND edit)
     return text;
 }
 
-/// A number field. Half-typed numbers leave the member as it was: nobody wants a message while typing a sign. A field that
-/// shows the member already is left alone both ways: the caret stays where it is, and the digits that are not shown stay.
+/// Exchanges a number field. An incomplete number leaves the member unchanged, without a message. A field that shows
+/// the member already is not touched in either direction: the caret stays, and so do digits beyond those shown.
 void DDX_Number(CDataExchange* exchange, UINT id, float& value)
 {
     const HWND edit = exchange->PrepareCtrl(static_cast<int>(id));
@@ -41,8 +41,6 @@ void DDX_Number(CDataExchange* exchange, UINT id, float& value)
 }
 
 }  // namespace
-
-IMPLEMENT_DYNAMIC(CZXPage, CPropertyPage)
 
 BEGIN_MESSAGE_MAP(CZXPage, CPropertyPage)
 ON_CONTROL_RANGE(EN_CHANGE, 1, 0xffff, &CZXPage::OnEditChange)
@@ -78,9 +76,9 @@ BOOL CZXPage::OnInitDialog()
     try {
         LoadFromTags();
     } catch (...) {
-        failure = std::current_exception();  // told when the page can be used
+        failure = std::current_exception();  // rethrown when the page is complete
     }
-    for (row_windows& r : rows_) {  // the range 0..359 is what each knob sets itself up with
+    for (row_windows& r : rows_) {  // each knob sets its range, 0..359, itself
         r.knob.SetEditMode(edit_mode::editable);
         r.knob.SetKnobRadius(5);
         r.knob.SetEditStyle(ES_RIGHT);
@@ -100,7 +98,7 @@ BOOL CZXPage::OnInitDialog()
 
 void CZXPage::narrow_margins()
 {
-    // The fields are a few digits wide: the usual margins would cut "0.01".
+    // The fields are a few digits wide. With the default margins "0.01" would be cut.
     for (const row_controls& ids : design_.rows) {
         for (const UINT edit : {ids.modulus, ids.step}) {
             ::SendMessage(::GetDlgItem(m_hWnd, static_cast<int>(edit)), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN,
@@ -132,10 +130,10 @@ void CZXPage::set_accelerations()
 
 BOOL CZXPage::OnSetActive()
 {
-    // A tab's texture would show around the knobs, which fill their surroundings with the colour of buttons.
+    // The knobs fill their background with the button colour, which differs from the texture of a tab page.
     ::EnableThemeDialogTexture(m_hWnd, ETDT_DISABLE);
     LoadFromTags();
-    return TRUE;  // the framework's own answer would fill the controls again, changed or not
+    return TRUE;  // the base class would refill the controls even if nothing changed
 }
 
 void CZXPage::LoadFromTags()
@@ -187,7 +185,7 @@ void CZXPage::OnEditChange(UINT id)
 
 void CZXPage::OnDeltaPos(UINT id, NMHDR* header, LRESULT* result)
 {
-    *result = 0;  // the spin's own position is not used, so it may change
+    *result = 0;  // accepts the change of the spin's own position, which is not used
     const int delta = reinterpret_cast<const NMUPDOWN*>(header)->iDelta;
     for (std::size_t r = 0; r < row_count(); ++r) {
         if (id == design_.rows[r].modulus_spin) return spin_modulus_of(r, delta);

@@ -10,14 +10,14 @@
 
 namespace qorv::panel {
 
-/// Control ids of one row. A row of a round coefficient has a unit label in place of knob and angle spin.
+/// Control ids of one row. The row of a round coefficient has a unit label instead of knob and angle spin.
 struct row_controls
 {
     UINT modulus, modulus_spin, step, knob, angle_spin, label;
     UINT unit = 0;
 };
 
-/// What tells one page from another.
+/// The properties in which pages differ.
 struct page_design
 {
     page_id page;
@@ -27,16 +27,15 @@ struct page_design
     int angle_spin_maximum;
 };
 
-/// A page of coefficients. It shows what the tags say whenever it comes to the front; every edit goes into the tags at
-/// once, and a changed value is announced to the handler by OnChange.
+/// A page of coefficients. It reads the tags each time it becomes the active page. Every edit is written to the tags at
+/// once; a changed value is then announced to the handler by OnChange.
 class CZXPage : public CPropertyPage
 {
-    DECLARE_DYNAMIC(CZXPage)
     DECLARE_MESSAGE_MAP()
   public:
     explicit CZXPage(const page_design& design);
 
-    /// Takes over what has changed in the tags, if anything, and whether the page is to be greyed.
+    /// Copies changed tags into the controls and enables or disables the page.
     void LoadFromTags();
 
     BOOL OnInitDialog() override;
@@ -49,7 +48,7 @@ class CZXPage : public CPropertyPage
     void OnHScroll(UINT code, UINT position, CWnd* knob);
 
   private:
-    /// The dialog is not there, is being filled, or is in use.
+    /// State of the dialog's initialization. Edits are announced only when it is in use.
     enum class stage
     {
         before,

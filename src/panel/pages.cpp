@@ -28,12 +28,6 @@ constexpr page_design fifth_design{page_id::fifth, IDD_FIFTH, fifth_rows, angle_
 
 }  // namespace
 
-IMPLEMENT_DYNAMIC(CZXPageRotation, CZXPage)
-IMPLEMENT_DYNAMIC(CZXPageBasic, CZXPage)
-IMPLEMENT_DYNAMIC(CZXPageThird, CZXPage)
-IMPLEMENT_DYNAMIC(CZXPageFourth, CZXPage)
-IMPLEMENT_DYNAMIC(CZXPageFifth, CZXPage)
-
 CZXPageRotation::CZXPageRotation() : CZXPage{rotation_design} {}
 CZXPageBasic::CZXPageBasic() : CZXPage{basic_design} {}
 CZXPageThird::CZXPageThird() : CZXPage{third_design} {}

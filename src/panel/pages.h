@@ -7,7 +7,6 @@ namespace qorv::panel {
 /// The round coefficients C1, C3 and C5.
 class CZXPageRotation : public CZXPage
 {
-    DECLARE_DYNAMIC(CZXPageRotation)
   public:
     CZXPageRotation();
 };
@@ -15,10 +14,9 @@ class CZXPageRotation : public CZXPage
 /// A1, B2 and A2.
 class CZXPageBasic : public CZXPage
 {
-    DECLARE_DYNAMIC(CZXPageBasic)
   public:
     CZXPageBasic();
-    /// Shows a line of text in the page's otherwise hidden message line.
+    /// Shows a text in the page's message line, which is hidden until then. The panel itself never calls it.
     void ShowMessage(const CString& text);
 
   protected:
@@ -31,7 +29,6 @@ class CZXPageBasic : public CZXPage
 /// S3 and A3.
 class CZXPageThird : public CZXPage
 {
-    DECLARE_DYNAMIC(CZXPageThird)
   public:
     CZXPageThird();
 };
@@ -39,16 +36,14 @@ class CZXPageThird : public CZXPage
 /// B4, D4 and A4.
 class CZXPageFourth : public CZXPage
 {
-    DECLARE_DYNAMIC(CZXPageFourth)
   public:
     CZXPageFourth();
 };
 
-/// A5, R5 and S5: digits only in its edits, and angle spins that count to 259 only. Neither limits the values: the tags
-/// may hold fractions, and a spin's own position is not used.
+/// A5, R5 and S5. Its edits accept digits only and its angle spins have the range 0..259. Neither limits the values:
+/// tags may hold fractions, and a spin's own position is not used.
 class CZXPageFifth : public CZXPage
 {
-    DECLARE_DYNAMIC(CZXPageFifth)
   public:
     CZXPageFifth();
 };

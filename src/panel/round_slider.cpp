@@ -25,21 +25,19 @@ END_MESSAGE_MAP()
 void CRoundSliderEdit::SetFont(HFONT font, BOOL redraw)
 {
     SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font), redraw);
-    SendMessage(EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);  // three digits need every pixel
+    SendMessage(EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);  // three digits fill the width
 }
 
 void CRoundSliderEdit::OnChange()
 {
     if (!owner_ || in_change_ || (GetStyle() & ES_READONLY)) return;
-    in_change_ = true;  // the slider may put its own text in place of what was typed
+    in_change_ = true;  // the slider may replace the typed text
     wchar_t text[20 + 1];
     GetWindowText(text, 20 + 1);
     owner_->SetPos(static_cast<int>(std::wcstol(text, nullptr, 10)));
     owner_->Redraw();
     in_change_ = false;
 }
-
-IMPLEMENT_DYNAMIC(CRoundSliderCtrl, CSliderCtrl)
 
 BEGIN_MESSAGE_MAP(CRoundSliderCtrl, CSliderCtrl)
 ON_WM_CREATE()
@@ -61,7 +59,7 @@ END_MESSAGE_MAP()
 
 BOOL CRoundSliderCtrl::PreCreateWindow(CREATESTRUCT& create)
 {
-    being_created_ = true;  // the slider takes no message before its own WM_CREATE
+    being_created_ = true;  // no slider message works before the slider's own WM_CREATE
     return CSliderCtrl::PreCreateWindow(create);
 }
 
@@ -94,7 +92,7 @@ void CRoundSliderCtrl::Layout()
     layout_ = lay_out_knob({client.left, client.top, client.right, client.bottom}, knob_radius_);
     CRgn ellipse;
     ellipse.CreateEllipticRgnIndirect(client);
-    if (SetWindowRgn(ellipse, TRUE)) ellipse.Detach();  // the system's from now on
+    if (SetWindowRgn(ellipse, TRUE)) ellipse.Detach();  // SetWindowRgn took ownership
     if (!edit_.m_hWnd) {
         make_edit();
     } else {
@@ -174,12 +172,12 @@ LRESULT CRoundSliderCtrl::OnSetPos(WPARAM redraw, LPARAM position)
 {
     DefWindowProc(TBM_SETPOS, redraw, scale().clamp(static_cast<int>(position)));
     if (edit_.m_hWnd) {
-        const CString wanted = FormatPos();
+        const CString text = FormatPos();
         wchar_t shown[512];
         edit_.GetWindowText(shown, static_cast<int>(std::size(shown)));
-        if (CString{shown} != wanted) {
-            edit_.SetWindowText(wanted);
-            edit_.SetSel(wanted.GetLength(), wanted.GetLength());  // typing goes on at the end
+        if (CString{shown} != text) {
+            edit_.SetWindowText(text);
+            edit_.SetSel(text.GetLength(), text.GetLength());  // typing continues at the end
         }
         PlaceEdit();
     }

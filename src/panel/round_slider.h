@@ -7,7 +7,7 @@ namespace qorv::panel {
 
 class CRoundSliderCtrl;
 
-/// The small field in the middle of a round slider. What is typed moves the slider at once.
+/// The edit field in the middle of a round slider. Typing moves the slider at once.
 class CRoundSliderEdit : public CEdit
 {
     DECLARE_MESSAGE_MAP()
@@ -23,7 +23,7 @@ class CRoundSliderEdit : public CEdit
     bool in_change_ = false;
 };
 
-/// Whether a round slider shows its position as text, and lets it be typed.
+/// Whether a round slider shows its position as text and whether it can be typed.
 enum class edit_mode
 {
     hidden,
@@ -31,19 +31,18 @@ enum class edit_mode
     editable
 };
 
-/// A knob in place of a linear slider: a small disc runs round a shaded ring, drawn by the mouse, by keys or by typing.
-/// To its parent it is a slider: range, position, line and page size, and a WM_HSCROLL for every change, which is
-/// posted, so that the parent has finished with whatever moved the knob when it comes.
+/// A knob with the interface of a linear slider: a small disc on a shaded ring, moved by mouse, keys or typing. The
+/// parent sees a slider with range, position, line and page size, and a WM_HSCROLL for every change. The message is
+/// posted, so that it arrives after the handler that moved the knob has returned.
 class CRoundSliderCtrl : public CSliderCtrl
 {
-    DECLARE_DYNAMIC(CRoundSliderCtrl)
     DECLARE_MESSAGE_MAP()
   public:
-    virtual void SetFormat(const CString& format);  ///< of the text, for one long
+    virtual void SetFormat(const CString& format);  ///< printf format of the text, for one long
     virtual CString GetFormat() const { return format_; }
     virtual CString FormatPos() const { return FormatPos(GetPos()); }
     virtual CString FormatPos(int position) const;
-    virtual void SetKnobRadius(int pixels) { knob_radius_ = pixels; }  ///< shows from the next layout on
+    virtual void SetKnobRadius(int pixels) { knob_radius_ = pixels; }  ///< takes effect at the next layout
     virtual int GetKnobRadius() const { return knob_radius_; }
     virtual void SetZero(int degrees);
     virtual int GetZero() const { return zero_; }
@@ -52,10 +51,11 @@ class CRoundSliderCtrl : public CSliderCtrl
     virtual void SetEditMode(edit_mode mode);
     virtual edit_mode GetEditMode() const { return edit_mode_; }
     virtual CRect GetEditRect() const;
-    /// Fits ring, window shape and inline edit to the client area. The edit is made here, the first time.
+    /// Fits ring, window region and inline edit to the client area. Creates the edit on the first call.
     virtual void Layout();
-    /// Moves to where the mouse points; true when that is another position.
+    /// Moves to the position at the angle of a point. Returns true if the position changed.
     virtual bool SetPos(CPoint mouse);
+    /// Posts WM_HSCROLL with this code and the position to the parent.
     virtual void NotifyParent(int code);
     using CSliderCtrl::SetPos;
 
@@ -65,9 +65,9 @@ class CRoundSliderCtrl : public CSliderCtrl
     virtual void PlaceEdit();
 
   public:
-    virtual void SetEditStyle(DWORD style) { edit_style_ = style; }  ///< before the edit is made
+    virtual void SetEditStyle(DWORD style) { edit_style_ = style; }  ///< before the edit is created
 
-    /// Erases, paints and shows at once, as a drag wants it.
+    /// Repaints at once.
     void Redraw();
 
   protected:
@@ -84,7 +84,7 @@ class CRoundSliderCtrl : public CSliderCtrl
     void OnCaptureChanged(CWnd* other);
     void OnKeyDown(UINT key, UINT repeat, UINT flags);
     void OnKeyUp(UINT key, UINT repeat, UINT flags);
-    void OnSetFocus(CWnd* former);
+    void OnSetFocus(CWnd* previous);
     void OnKillFocus(CWnd* next);
 
   private:

@@ -49,9 +49,9 @@ void CRoundSliderCtrl::OnLButtonUp(UINT flags, CPoint mouse)
 
 void CRoundSliderCtrl::OnCaptureChanged(CWnd*)
 {
-    // Not for the linear slider inside, which would announce the end of a drag that it knows nothing of.
+    // Not passed to the base class: the linear slider would announce the end of a drag that it did not start.
     if (!dragging_) return;
-    dragging_ = moved_ = false;  // somebody else took the mouse; its button-up will not come here
+    dragging_ = moved_ = false;  // another window has the mouse; no button-up will arrive
     Redraw();
 }
 
@@ -66,11 +66,11 @@ void CRoundSliderCtrl::OnKeyDown(UINT key, UINT repeat, UINT flags)
         case VK_RIGHT:
         case VK_DOWN: change = GetLineSize(), code = TB_LINEDOWN; break;
         case VK_HOME:
-        case VK_END: return;  // a circle has neither
+        case VK_END: return;  // a circle has no ends
         default: return CSliderCtrl::OnKeyDown(key, repeat, flags);
     }
-    SetPos(scale().wrap(GetPos() + change));
-    NotifyParent(code);
+    SetPos(scale().wrap(GetPos() + change));  // notifies with TB_LINEUP, as every position set does
+    NotifyParent(code);                       // the key's own code, as a linear slider sends it
     Redraw();
 }
 
@@ -89,9 +89,9 @@ void CRoundSliderCtrl::OnKeyUp(UINT key, UINT repeat, UINT flags)
     }
 }
 
-void CRoundSliderCtrl::OnSetFocus(CWnd* former)
+void CRoundSliderCtrl::OnSetFocus(CWnd* previous)
 {
-    CSliderCtrl::OnSetFocus(former);
+    CSliderCtrl::OnSetFocus(previous);
     Invalidate(FALSE);  // the dotted circle
 }
 

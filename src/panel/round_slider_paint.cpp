@@ -1,12 +1,13 @@
 #include "panel/memory_dc.h"
 #include "panel/round_slider.h"
 #include "panel/rules/ring.h"
+#include "win32/handles.h"
 
 namespace qorv::panel {
 
 namespace {
 
-/// Two system colours between which a ring fades, upper left and lower right.
+/// The system colours of a ring at its upper left and lower right.
 struct shades
 {
     int light, dark;
@@ -25,11 +26,9 @@ void paint_ring(CDC& dc, point centre, int radius, shades shade)
 
 void fill_disc(CDC& dc, point centre, int radius, COLORREF colour)
 {
-    CBrush brush{colour};
-    const HGDIOBJ former_brush = ::SelectObject(dc, brush), former_pen = ::SelectObject(dc, ::GetStockObject(NULL_PEN));
+    const CBrush brush{colour};
+    const win32::selected_object filled{dc, brush}, without_outline{dc, ::GetStockObject(NULL_PEN)};
     dc.Ellipse(centre.x - radius, centre.y - radius, centre.x + radius, centre.y + radius);
-    ::SelectObject(dc, former_pen);
-    ::SelectObject(dc, former_brush);
 }
 
 }  // namespace

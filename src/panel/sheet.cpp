@@ -5,8 +5,6 @@
 
 namespace qorv::panel {
 
-IMPLEMENT_DYNAMIC(CZXSheet, CPropertySheet)
-
 CZXSheet::CZXSheet()
 {
     for (CZXPage* page :
@@ -38,7 +36,7 @@ void CZXSheet::RefreshFromTags()
 
 BOOL CZXSheet::OnCommand(WPARAM wparam, LPARAM lparam)
 {
-    // Enter and Escape in a field would close the sheet as a dialog of its own.
+    // Without this, Enter and Escape in a field would close the sheet, which is a dialog of its own.
     if (LOWORD(wparam) == IDOK || LOWORD(wparam) == IDCANCEL) return TRUE;
     return CPropertySheet::OnCommand(wparam, lparam);
 }

@@ -4,15 +4,14 @@
 
 namespace qorv::panel {
 
-/// The tabbed part of the panel, with the five pages.
+/// The tabbed part of the panel: the five pages.
 class CZXSheet : public CPropertySheet
 {
-    DECLARE_DYNAMIC(CZXSheet)
   public:
     CZXSheet();
-    ~CZXSheet() override { DestroyWindow(); }  // while this is still a CZXSheet, to be forgotten as the current one
+    ~CZXSheet() override { DestroyWindow(); }  // here, so that PostNcDestroy below is called
 
-    /// Reloads the page in front; the others reload when they come to the front.
+    /// Reloads the active page; the others reload when they become active.
     void RefreshFromTags();
     BOOL OnInitDialog() override;
 

@@ -6,11 +6,11 @@
 
 namespace qorv::panel {
 
-panel_link* current::link = nullptr;
-CZentrixPanel* current::panel = nullptr;
-CZXSheet* current::sheet = nullptr;
-
 namespace {
+
+/// In the order of entry_of_display_mode.
+constexpr LPCTSTR display_names[] = {TEXT("Real"), TEXT("Imaginary"), TEXT("Modulus"), TEXT("Log of Modulus"),
+                                     TEXT("Phase")};
 
 extent size_of(const CWnd& window)
 {
@@ -26,8 +26,6 @@ void move_to(CWnd& window, const rectangle& place)
 
 }  // namespace
 
-IMPLEMENT_DYNCREATE(CZentrixPanel, CDialog)
-
 BEGIN_MESSAGE_MAP(CZentrixPanel, CDialog)
 ON_WM_SHOWWINDOW()
 ON_BN_CLICKED(IDOK, &CZentrixPanel::OnApply)
@@ -41,11 +39,9 @@ BOOL CZentrixPanel::Create(CWnd* parent) { return CDialog::Create(IDD_PANEL, par
 BOOL CZentrixPanel::OnInitDialog()
 {
     const BOOL focus = CDialog::OnInitDialog();
-    for (const char* name : display_names) {
-        ::SendMessageA(display_.m_hWnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
-    }
+    for (const LPCTSTR name : display_names) display_.AddString(name);
     UpdateData(FALSE);
-    // The sheet waits outside of every visible window and joins the panel when that is first shown.
+    // The sheet is created without a visible parent and becomes a child of the panel when that is first shown.
     return sheet_.Create(CWnd::FromHandle(HWND_MESSAGE), WS_CHILD, WS_EX_CONTROLPARENT) && focus;
 }
 
@@ -97,9 +93,9 @@ void CZentrixPanel::first_showing()
         RefreshFromTags();
         current::link->call(on_change);
     } catch (...) {
-        failure = std::current_exception();  // a handler's mistake must not leave an empty panel
+        failure = std::current_exception();  // the panel is laid out even if the handler fails
     }
-    // A handler may close the panel, and then there is nothing left to lay out.
+    // The handler may have closed the panel.
     if (current::panel == this && ::IsWindow(window)) lay_out();
     if (failure) std::rethrow_exception(failure);
 }
@@ -122,12 +118,11 @@ void CZentrixPanel::place_sheet()
     CRect place{0, 0, size.width, size.height};
     sheet_.SetParent(this);
     sheet_.MoveWindow(place);
-    // The tabs fill the sheet, so that the area below fits them: the toolkit left a margin around, by which the pages
-    // would cover the frame.
+    // The system leaves a margin around the tab control. Without this the pages would cover the control's frame.
     sheet_.GetTabControl()->MoveWindow(place);
     sheet_.GetTabControl()->AdjustRect(FALSE, place);
     for (int index = sheet_.GetPageCount() - 1; index >= 0; --index) {
-        sheet_.SetActivePage(index);  // makes the page if need be
+        sheet_.SetActivePage(index);  // creates the page if necessary
         sheet_.GetPage(index)->MoveWindow(place);
     }
     sheet_.ShowWindow(SW_SHOW);
@@ -140,10 +135,7 @@ void CZentrixPanel::place_controls()
     CWnd& label = *GetDlgItem(IDC_DISPLAY_LABEL);
     const auto row = lay_out_controls({client.left, client.top, client.right, client.bottom}, size_of(label),
                                       size_of(display_), size_of(apply_), size_of(pctf_));
-    if (!pctf_bitmap_.GetSafeHandle()) {
-        ring_.LoadBitmap(IDB_RING);
-        pctf_bitmap_.LoadBitmap(IDB_PCTF);
-    }
+    if (!pctf_bitmap_.GetSafeHandle()) pctf_bitmap_.LoadMappedBitmap(IDB_PCTF);
     pctf_.SetBitmap(pctf_bitmap_);
     move_to(label, row.label);
     move_to(display_, row.combo);

@@ -4,22 +4,20 @@
 
 namespace qorv::panel {
 
-/// The floating panel: the sheet of pages on top, below it a display selector, the PCTF button and Apply. What the user
-/// does there becomes calls of the handler's methods; the values concerned are in the tags before each call.
+/// The floating panel: the sheet of pages, and below it the display selector, the PCTF button and Apply. User actions
+/// become calls of the handler's methods. The tags hold the new values before each call.
 class CZentrixPanel : public CDialog
 {
-    DECLARE_DYNCREATE(CZentrixPanel)
     DECLARE_MESSAGE_MAP()
   public:
     CZentrixPanel() = default;
-    ~CZentrixPanel() override { DestroyWindow(); }  // while the sheet is still there
+    ~CZentrixPanel() override { DestroyWindow(); }  // while its members still exist
 
-    /// A hidden child of `parent`.
+    /// Creates the window as a hidden child of `parent`.
     BOOL Create(CWnd* parent);
 
-    /// Shows what the panel's tags say. Without a handler the row of controls is greyed and nothing read.
+    /// Reads the panel's tags into its controls. Without a handler the controls are disabled and no tag is read.
     void RefreshFromTags();
-    const CZXSheet& GetSheet() const { return sheet_; }
 
     BOOL OnInitDialog() override;
 
@@ -31,7 +29,7 @@ class CZentrixPanel : public CDialog
     void OnPreferences();
     void OnPCTF();
     void OnChangeDisplay();
-    void OnCancel() override {}  // Escape hides no floating panel
+    void OnCancel() override {}  // Escape must not hide the panel
 
   private:
     void enable_row(bool enable);
@@ -42,7 +40,7 @@ class CZentrixPanel : public CDialog
 
     CZXSheet sheet_;
     bool enabled_ = true;
-    CBitmap ring_, pctf_bitmap_;
+    CBitmap pctf_bitmap_;
     CComboBox display_;
     int display_entry_ = 0;
     CButton apply_, pctf_;

@@ -1,6 +1,6 @@
 #pragma once
 
-/* Ids of the panel's resources and controls. Read by the resource compiler too, so it holds nothing but numbers. */
+/* Ids of the panel's resources and controls. Also read by the resource compiler, so it contains numbers only. */
 
 #define IDD_PANEL 5004
 #define IDD_BASIC 5007

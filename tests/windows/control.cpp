@@ -51,9 +51,7 @@ void control::type(const std::string& text) const
 void control::click_spin(int direction) const
 {
     const RECT area = client();
-    const int y = direction > 0 ? area.bottom / 4 : area.bottom * 3 / 4;
-    mouse(WM_LBUTTONDOWN, area.right / 2, y);
-    mouse(WM_LBUTTONUP, area.right / 2, y);
+    click(area.right / 2, direction > 0 ? area.bottom / 4 : area.bottom * 3 / 4);
     pump();
 }
 
@@ -77,24 +75,6 @@ void real_mouse(POINT to, DWORD button)
         pump();
         Sleep(5);
     }
-}
-
-std::vector<COLORREF> pixels_of(HWND window, int width, int height)
-{
-    std::vector<COLORREF> pixels(static_cast<std::size_t>(width) * height);
-    BITMAPINFO info{};
-    info.bmiHeader = {sizeof info.bmiHeader, width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    const HDC from = GetDC(window), memory = CreateCompatibleDC(from);
-    const HBITMAP bitmap = CreateCompatibleBitmap(from, width, height);
-    const HGDIOBJ former = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, from, 0, 0, SRCCOPY);
-    SelectObject(memory, former);
-    GetDIBits(from, bitmap, 0, static_cast<UINT>(height), pixels.data(), &info, DIB_RGB_COLORS);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(window, from);
-    for (COLORREF& p : pixels) p = RGB((p >> 16) & 0xff, (p >> 8) & 0xff, p & 0xff);
-    return pixels;
 }
 
 }  // namespace windows_tests

@@ -5,15 +5,14 @@
 #include <commctrl.h>
 
 #include <string>
-#include <vector>
 
-/// Windows as a user sees and handles them.
+/// Operations of a user on windows.
 namespace windows_tests {
 
-/// Lets every posted message arrive, paint messages included.
+/// Handles all posted messages, paint messages included.
 void pump();
 
-/// A control: its window, found by id.
+/// A window with the queries and actions that tests need.
 struct control
 {
     HWND window;
@@ -27,21 +26,23 @@ struct control
     bool enabled() const { return IsWindowEnabled(window); }
     bool visible() const { return IsWindowVisible(window); }
     RECT client() const;
-    /// In client pixels of its parent.
+    /// Rectangle in client pixels of the parent.
     RECT place() const;
-    /// Replaces the text as typing does: the parent hears of one change.
+    /// Replaces the text; the parent receives one EN_CHANGE, as for typing.
     void type(const std::string& text) const;
-    /// A click on the upper (+1) or lower (-1) half of a spin button.
+    /// Clicks the upper (+1) or lower (-1) half of a spin button.
     void click_spin(int direction) const;
     void mouse(UINT message, int x, int y) const { send(message, MK_LBUTTON, MAKELPARAM(x, y)); }
+    void click(int x, int y) const
+    {
+        mouse(WM_LBUTTONDOWN, x, y);
+        mouse(WM_LBUTTONUP, x, y);
+    }
     void key(WPARAM key) const;
 };
 
-/// The mouse of the machine: goes to a point of the screen, with a button pressed or let go (MOUSEEVENTF_...) or not, and
-/// lets everything happen that follows.
+/// Moves the system's mouse to a screen point, optionally with a button event (MOUSEEVENTF_...), and handles the
+/// messages that follow.
 void real_mouse(POINT to, DWORD button = 0);
-
-/// The pixels of a window's client area as the screen shows them, rows from the top, 0x00bbggrr.
-std::vector<COLORREF> pixels_of(HWND window, int width, int height);
 
 }  // namespace windows_tests

@@ -6,16 +6,12 @@ namespace windows_tests {
 
 using namespace zentrix::host;
 
-namespace {
-
-engine_options with_companion()
+engine_options with_companion_package()
 {
     engine_options options;
     options.file_exists = [](const std::string&) { return true; };
     return options;
 }
-
-}  // namespace
 
 std::optional<tag> panel_host::recorded_tags::get(const std::string& name) const
 {
@@ -25,23 +21,25 @@ std::optional<tag> panel_host::recorded_tags::get(const std::string& name) const
     return found == values.end() ? std::nullopt : std::optional{found->second};
 }
 
-panel_host::panel_host() : engine_{with_companion()}
+panel_host::panel_host() : engine_{with_companion_package()}
 {
     for (const char* rest : {"OnApply( ScriptObject self )", "OnPreferences( ScriptObject self )",
                              "OnPCTF( ScriptObject self )", "OnChange( ScriptObject self )",
                              "OnClose( ScriptObject self )", "OnChangeDisplay( ScriptObject self, uint32 nMode )"}) {
         const std::string prototype = rest, name = prototype.substr(0, prototype.find('('));
-        handler_->add_method("void " + prototype, [this, name](std::span<const script_value> given) -> script_value {
-            events_.push_back(given.size() > 1 ? name + " " + std::to_string(std::get<std::int64_t>(given[1])) : name);
-            if (on_call) on_call();
-            return {};
-        });
+        handler_->add_method(
+            "void " + prototype, [this, name](std::span<const script_value> arguments) -> script_value {
+                events_.push_back(
+                    arguments.size() > 1 ? name + " " + std::to_string(std::get<std::int64_t>(arguments[1])) : name);
+                if (on_call) on_call();
+                return {};
+            });
     }
     tags_->on_write([this](std::string_view path, const tag& value) {
         events_.push_back(std::string{path} + " = " + text_of(value));
     });
     library_.emplace(engine_, ZENTRIX_LIBRARY_FILE);
-    hand_over(true, true);
+    set_handler_and_tags(true, true);
 }
 
 panel_host::~panel_host()
@@ -49,16 +47,16 @@ panel_host::~panel_host()
     library_.reset();
     const auto held = engine_.report();
     EXPECT_TRUE(held.violations.empty() && held.locks.empty() && held.others.empty()) << held.text();
-    if (handed_over_ == 1) {
+    if (handlers_set_ == 1) {
         EXPECT_TRUE(held.references.empty()) << held.text();
     }
 }
 
-void panel_host::hand_over(bool handler, bool tags)
+void panel_host::set_handler_and_tags(bool handler, bool tags)
 {
     engine_.call("ZXSetZentrixHandler",
                  {handler ? object_ref{handler_} : object_ref{}, tags ? object_ref{tags_} : object_ref{}});
-    ++handed_over_;
+    ++handlers_set_;
 }
 
 events panel_host::take_errors()

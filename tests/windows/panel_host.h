@@ -16,21 +16,23 @@ namespace windows_tests {
 
 using events = std::vector<std::string>;
 
-/// The built library in the stand-alone host, with a handler and a tag group that keep account of what they are asked.
+/// Options of a host that reports the companion package as present.
+zentrix::host::engine_options with_companion_package();
+
+/// The built library in the stand-alone host, with a handler and a tag group that record all requests.
 class panel_host
 {
   public:
-    /// Handler and tags are there and handed over; no tag is set.
+    /// Passes a handler and an empty tag group to the library.
     panel_host();
-    /// Fails the test when the library broke the contract or keeps more than a replaced handler.
+    /// Fails the test when the library violated the contract or holds more than handlers that were replaced.
     ~panel_host();
 
-    /// The script function ZXSetZentrixHandler, with these or with null references.
-    void hand_over(bool handler, bool tags);
+    /// Calls the script function ZXSetZentrixHandler with the handler and the tags, or null for either.
+    void set_handler_and_tags(bool handler, bool tags);
     void set(const std::string& key, float value) { tags_->set(key, value); }
     void set(const std::string& key, int value) { tags_->set(key, std::int32_t{value}); }
     void clear_tags() { tags_->values.clear(); }
-    std::int32_t long_at(const std::string& key) const { return tags_->read_long(key).value_or(-1); }
 
     HWND open_panel(HWND parent) { return static_cast<HWND>(engine_.open("Zentrix", parent)); }
     void close_panel() { engine_.close("Zentrix"); }
@@ -39,14 +41,15 @@ class panel_host
     std::int64_t palette_open() { return std::get<std::int64_t>(engine_.call("ZXIsPaletteOpen", {})); }
     bool window_visible() { return std::get<std::int64_t>(engine_.call("ZXIsWindowVisible", {})) != 0; }
 
-    /// "ModA1 = 2.5" for a tag that the library wrote, "OnChange" for a call of the handler, in order, since last asked.
+    /// Events since the last call: "ModA1 = 2.5" for a tag that the library wrote, "OnChange" for a call of the
+    /// handler.
     events take_events() { return std::exchange(events_, {}); }
-    /// The keys that were asked for since last asked.
+    /// The keys that the library has read since the last call.
     events take_reads() { return std::exchange(tags_->reads, {}); }
-    /// What the error manager was told since last asked.
+    /// Texts in the error manager since the last call.
     events take_errors();
-    std::function<void()> on_call;  ///< what the handler does at each call
-    /// Whether reading a tag fails with "This tag cannot be read.".
+    std::function<void()> on_call;  ///< run at each call of the handler
+    /// Makes reading a tag fail with "This tag cannot be read.", or work again.
     void break_tags(bool broken) { tags_->broken = broken; }
 
   private:
@@ -66,7 +69,7 @@ class panel_host
     std::shared_ptr<zentrix::host::script_object> handler_ =
         std::make_shared<zentrix::host::script_object>("test handler");
     events events_;
-    int handed_over_ = 0;
+    int handlers_set_ = 0;
     std::optional<zentrix::host::library> library_;
 };
 

@@ -1,29 +1,37 @@
 #include "tests/windows/panel_window.h"
 
-#include "panel/rules/tag_record.h"
-
-#include <cstdio>
-#include <cstdlib>
+#include "lens/panel_tags.h"
 
 namespace windows_tests {
 
 HWND the_frame()
 {
-    // Without a window manager each new one costs seconds of waiting for an answer from it.
+    // One window for all tests: without a window manager each new top-level window costs seconds.
     static const HWND frame = CreateWindowW(L"STATIC", L"Zentrix", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 40, 40, 188,
                                             320, nullptr, nullptr, nullptr, nullptr);
     return frame;
 }
 
+HWND sheet_of(HWND panel) { return FindWindowExW(panel, nullptr, L"#32770", nullptr); }
+
+HWND page_of(HWND panel, int index)
+{
+    SendMessageW(sheet_of(panel), PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
+    return reinterpret_cast<HWND>(SendMessageW(sheet_of(panel), PSM_GETCURRENTPAGEHWND, 0, 0));
+}
+
+void choose_display(HWND panel, int entry)
+{
+    const HWND list = GetDlgItem(panel, 5111);
+    SendMessageW(list, CB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+    SendMessageW(panel, WM_COMMAND, MAKEWPARAM(5111, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+}
+
 panel_window::panel_window() : frame{the_frame()}
 {
-    for (const auto& rule : qorv::panel::tag_record()) {
-        const std::string key = rule.key;
-        if (rule.type == qorv::panel::tag_type::float32) {
-            host.set(key, key.ends_with("Accel") ? 1.0f : 0.0f);
-        } else {
-            host.set(key, int{key.ends_with("IsEnabled") || key.ends_with("Accel") || key == "DisplayMode"});
-        }
+    for (const auto& [key, whole, start] : zentrix::lens::panel_tags({}, 1)) {
+        const double value = key.ends_with("Accel") ? 1 : start;
+        whole ? host.set(key, static_cast<int>(value)) : host.set(key, static_cast<float>(value));
     }
     panel = host.open_panel(frame);
 }
@@ -42,8 +50,6 @@ void panel_window::show_panel(bool show)
     pump();
 }
 
-HWND panel_window::sheet() const { return FindWindowExW(panel, nullptr, L"#32770", nullptr); }
-
 HWND panel_window::active_page() const
 {
     return reinterpret_cast<HWND>(SendMessageW(sheet(), PSM_GETCURRENTPAGEHWND, 0, 0));
@@ -51,34 +57,15 @@ HWND panel_window::active_page() const
 
 HWND panel_window::go_to_page(int index)
 {
-    SendMessageW(sheet(), PSM_SETCURSEL, static_cast<WPARAM>(index), 0);
+    const HWND page = page_of(panel, index);
     pump();
-    return active_page();
+    return page;
 }
 
-events panel_window::heard()
+events panel_window::take_events()
 {
     pump();
     return host.take_events();
-}
-
-void panel_window::screenshot(const std::string& name) const
-{
-    const char* const folder = std::getenv("ZENTRIX_SCREENSHOTS");
-    if (!folder) return;
-    pump();
-    const RECT area = control{frame}.client();
-    const auto pixels = pixels_of(nullptr, 40 + area.right, 40 + area.bottom);  // of the screen
-    std::FILE* const file = std::fopen((std::string{folder} + "/" + name + ".ppm").c_str(), "wb");
-    ASSERT_NE(file, nullptr);
-    std::fprintf(file, "P6 %ld %ld 255\n", area.right, area.bottom);
-    for (int y = 40; y < 40 + area.bottom; ++y) {
-        for (int x = 40; x < 40 + area.right; ++x) {
-            const COLORREF p = pixels[static_cast<std::size_t>(y) * (40 + area.right) + x];
-            for (int shift = 0; shift < 24; shift += 8) std::fputc(static_cast<int>(p >> shift) & 0xff, file);
-        }
-    }
-    std::fclose(file);
 }
 
 }  // namespace windows_tests

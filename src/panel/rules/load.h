@@ -6,7 +6,7 @@
 #include "panel/rules/panel_link.h"
 #include "panel/rules/tag_record.h"
 
-/// What pages and panel take from the tags when they load.
+/// How pages and panel are loaded from the tags.
 namespace qorv::panel {
 
 struct row_values
@@ -28,20 +28,17 @@ struct page_values
 
 struct page_load
 {
-    bool has_handler = false;  ///< without one nothing was read and the page is only greyed
-    bool enabled = false;      ///< false, too, when its key or the whole tag group is missing
+    bool has_handler = false;  ///< without a handler nothing is read and the page is only disabled
+    bool enabled = false;      ///< also false when the key or the tag group is missing
     page_values values;        ///< a missing key leaves the default of row_values
 };
 
-/// Reads the keys of a page, row by row (modulus, modulus step, angle, angle step), then its switch.
+/// Reads the keys of a page row by row (modulus, modulus step, angle, angle step), then its enable key.
 page_load load_page(const panel_link& link, page_id page);
 
-/// The entries of the display selector, in its order.
-inline constexpr const char* display_names[] = {"Real", "Imaginary", "Modulus", "Log of Modulus", "Phase"};
-
-/// Entry of the display selector (0..4) for a mode (1..5); 0 and anything else that is no mode selects the first.
+/// The entry of the display selector (0..4) for a mode (1..5). Any other mode selects entry 0.
 int entry_of_display_mode(std::int32_t mode);
-/// The mode that an entry stands for.
+/// The mode of an entry.
 inline std::int32_t display_mode_of_entry(int entry) { return entry + 1; }
 
 struct panel_load
@@ -51,7 +48,7 @@ struct panel_load
     int display_entry = 0;
 };
 
-/// Reads the panel's keys; a missing one counts as 0.
+/// Reads the panel's keys. A missing key counts as 0.
 panel_load load_panel(const panel_link& link);
 
 }  // namespace qorv::panel

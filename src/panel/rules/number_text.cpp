@@ -22,7 +22,7 @@ bool read_number(std::string_view text, float& value)
     if (text.starts_with('+') && !text.substr(1).starts_with('-')) text.remove_prefix(1);
     float number = 0;
     if (std::from_chars(text.data(), text.data() + text.size(), number).ec != std::errc{}) return false;
-    if (!std::isfinite(number)) return false;  // "nan", "inf": words, as far as a user is concerned
+    if (!std::isfinite(number)) return false;  // from_chars accepts "nan" and "inf"
     value = number;
     return true;
 }

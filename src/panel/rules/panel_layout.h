@@ -2,7 +2,7 @@
 
 #include "panel/rules/knob_geometry.h"
 
-/// Where the floating panel's pieces go when it is first shown. Pixels of the panel's client area.
+/// Layout of the floating panel, applied when it is first shown. Client pixels.
 namespace qorv::panel {
 
 struct extent
@@ -10,7 +10,7 @@ struct extent
     int width, height;
 };
 
-/// The client height that holds the sheet and two rows of controls below it.
+/// The client height for the sheet and two rows of controls below it.
 int panel_height(extent sheet, extent apply, extent label);
 
 struct control_row
@@ -18,12 +18,12 @@ struct control_row
     rectangle label, combo, apply, pctf;
 };
 
-/// Places the controls at the bottom of `client`. The sizes are those the controls have before; Apply becomes eight
-/// pixels narrower, the label five pixels higher.
+/// Places the controls at the bottom of `client`. The extents are the controls' present sizes. Apply becomes eight
+/// pixels narrower, the label five pixels taller.
 control_row lay_out_controls(const rectangle& client, extent label, extent combo, extent apply, extent pctf);
 
-/// Widths of the property sheet and of its tab strip before the toolkit fits them to the pages: the toolkit never makes
-/// them narrower than it finds them, and as it made them they are wider than the panel.
+/// Widths of the property sheet and its tab strip, set before the system fits them to the pages. The system's initial
+/// widths exceed the panel, and it only ever widens them.
 struct sheet_widths
 {
     int tab, sheet;

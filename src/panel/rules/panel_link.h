@@ -3,11 +3,11 @@
 #include <cstdint>
 #include <optional>
 
-/// What the panel needs of its host: the record of tags that a handler script shares with it, and the handler itself.
-/// The plug-in's link speaks to the host; tests put a record of their own behind it.
+/// The panel's interface to its host: the tags that it shares with a handler script, and the handler itself. The
+/// plug-in implements it with host calls; tests implement it in memory.
 namespace qorv::panel {
 
-/// A method that the panel calls on the handler object, with its name and prototype as the host looks them up.
+/// A method of the handler object, with the name and prototype by which the host looks it up.
 struct handler_method
 {
     const char* name;
@@ -22,8 +22,8 @@ inline constexpr handler_method on_change_display{"OnChangeDisplay",
 inline constexpr handler_method on_change{"OnChange", "void OnChange( ScriptObject self )"};
 inline constexpr handler_method on_close{"OnClose", "void OnClose( ScriptObject self )"};
 
-/// Both the handler and the tags may be missing; callers ask first, and a call or write without is ignored. Any of the
-/// functions may throw what the host throws.
+/// The handler and the tags may both be missing. Calls and writes are then ignored; callers that need to know ask
+/// first. Every function may throw the host's exceptions.
 class panel_link
 {
   public:
@@ -32,15 +32,15 @@ class panel_link
     virtual bool has_handler() const = 0;
     virtual bool has_tags() const = 0;
 
-    /// Empty when the key is missing (or of a type that the host does not convert).
+    /// Empty when the key is missing or has a type that the host does not convert.
     virtual std::optional<float> read_float(const char* key) const = 0;
     virtual std::optional<std::int32_t> read_long(const char* key) const = 0;
     virtual void write_float(const char* key, float value) = 0;
     virtual void write_long(const char* key, std::int32_t value) = 0;
 
-    /// Calls a method whose only argument is the handler itself; its result is dropped.
+    /// Calls a method with the handler as its only argument. The result is discarded.
     virtual void call(const handler_method& method) = 0;
-    /// The same with one more argument.
+    /// Same, with one more argument.
     virtual void call(const handler_method& method, std::uint32_t argument) = 0;
 };
 

@@ -6,7 +6,7 @@ namespace qorv::panel {
 
 colour ring_colour(int dx, int dy, colour light, colour dark)
 {
-    // The rounded multiples of pi belong to the look: with exact ones, a few pixels near the seam change their shade.
+    // These rounded multiples of pi are part of the look. Exact ones would change a few pixels near the seam.
     double turn = -2.356 - std::atan2(dy, dx);
     if (turn < -3.1415) {
         turn += 6.293;

@@ -7,11 +7,11 @@
 /// The shaded rings and the dotted circle of the round slider, pixel by pixel.
 namespace qorv::panel {
 
-/// 0x00bbggrr, as the window system has it.
+/// 0x00bbggrr, as in COLORREF.
 using colour = std::uint32_t;
 
-/// The colour at an offset from the ring's centre (y downwards): `light` at the upper left fading into `dark` at the
-/// lower right, each channel truncated.
+/// The colour at an offset from the ring's centre (y downwards): `light` at the upper left fades to `dark` at the lower
+/// right. Each channel is truncated.
 colour ring_colour(int dx, int dy, colour light, colour dark);
 
 /// Visits one octant of a circle, (radius, 0) first: the midpoint circle algorithm (Pitteway 1967, Bresenham 1977).
@@ -31,14 +31,14 @@ void walk_octant(int radius, F visit)
     }
 }
 
-/// Calls put(dx, dy) for the eight pixels that mirror one pixel of the octant; some fall together at its ends.
+/// Calls put(dx, dy) for the eight mirror images of a pixel. At the ends of the octant some of them coincide.
 template <class F>
 void for_eight(int x, int y, F put)
 {
     for (const point p : {point{x, y}, {y, x}, {-y, x}, {-x, y}, {-x, -y}, {-y, -x}, {y, -x}, {x, -y}}) put(p.x, p.y);
 }
 
-/// put(x, y, colour) for each pixel of a shaded ring; nothing for a negative radius.
+/// Calls put(x, y, colour) for each pixel of a shaded ring. A negative radius draws nothing.
 template <class F>
 void draw_ring(point centre, int radius, colour light, colour dark, F put)
 {
@@ -47,7 +47,7 @@ void draw_ring(point centre, int radius, colour light, colour dark, F put)
     });
 }
 
-/// put(x, y) for each pixel of a dotted circle: every other step of the walk.
+/// Calls put(x, y) for each pixel of a dotted circle, which has the pixels of every other step of the walk.
 template <class F>
 void draw_dotted_circle(point centre, int radius, F put)
 {

@@ -4,7 +4,7 @@ namespace qorv::panel {
 
 std::int32_t spin_angle(std::int32_t angle, int delta, shift_key shift, const dial& dial)
 {
-    // Increments come from tags, so a sum can leave 32 bits.
+    // Increments come from tags, so the sum can exceed 32 bits.
     const std::int64_t step = shift == shift_key::up ? delta : delta < 0 ? -1 : 1;
     const std::int64_t moved = angle + step;
     if (moved < dial.minimum) return dial.maximum;

@@ -6,10 +6,10 @@
 
 #include "panel/rules/knob_geometry.h"
 
-/// What a click on a spin button does to the value beside it.
+/// The effect of a spin button on its value.
 namespace qorv::panel {
 
-/// Moduli know no bounds: a click moves them by a step, also below zero. What would leave the numbers stays.
+/// Moves a modulus by one step per click. There are no limits, negative moduli included; a sum beyond float is ignored.
 inline float spin_modulus(float modulus, float step, int delta)
 {
     const float moved = modulus + step * static_cast<float>(delta);
@@ -22,8 +22,8 @@ enum class shift_key
     down
 };
 
-/// Moves an angle by the spin's (accelerated) delta, or by exactly one with the Shift key held. A step over an end of
-/// the dial lands on the other end, however far it went.
+/// Moves an angle by the spin's (accelerated) delta, or by exactly one with the Shift key held. A step beyond one end
+/// of the range gives the other end, whatever its size.
 std::int32_t spin_angle(std::int32_t angle, int delta, shift_key shift, const dial& dial);
 
 struct spin_acceleration
@@ -32,7 +32,7 @@ struct spin_acceleration
     std::uint32_t increment;
 };
 
-/// The longer the button is held, the longer the steps.
+/// The increments of an angle spin after 0, 2 and 4 seconds. `tag` is the increment in the tags.
 inline std::array<spin_acceleration, 3> angle_acceleration(std::int32_t tag)
 {
     const auto increment = static_cast<std::uint32_t>(tag);

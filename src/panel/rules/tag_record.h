@@ -1,11 +1,12 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
+#include <cstddef>
+#include <iterator>
 #include <span>
 
-/// The tags that the panel, its pages and the handler script share: keys, types, and who touches them when. The script
-/// owns the tag group; the panel stores what a user edits and never creates or deletes a tag on purpose.
+/// Keys of the tags that the panel, its pages and the handler script share. The script owns the tag group; the panel
+/// stores the user's edits and never creates or deletes a tag on purpose. lens/panel_tags.cpp has the same keys:
+/// handler and panel are parts of two programs that share no source.
 namespace qorv::panel {
 
 /// In the order of the sheet's tabs.
@@ -19,28 +20,8 @@ enum class page_id
 };
 inline constexpr int page_count = 5;
 
-enum class tag_type
-{
-    float32,
-    long32
-};
-enum class tag_read
-{
-    page_load,
-    page_load_and_knob,
-    panel_load
-};
-enum class tag_written
-{
-    never,
-    value_edit,
-    step_edit,
-    knob_change,
-    display_pick
-};
-
-/// One coefficient: a modulus and an angle, each with a step. Round coefficients have no angle (null keys). Moduli in
-/// the page's unit as typed, angles and their steps in degrees.
+/// One coefficient: a modulus and an angle, each with a step. Moduli and their steps are Float tags in the page's unit,
+/// angles and their steps Long tags in degrees. Round coefficients have no angle (null keys).
 struct coefficient
 {
     const char* name;
@@ -79,28 +60,13 @@ constexpr std::span<const coefficient> rows_of(page_id page)
     return {coefficients + first, count};
 }
 
-/// The Long that switches a page's controls on (non-zero) or greys them (zero), by page.
+/// The Long tag that enables (non-zero) or disables (zero) a page's controls, by page.
 inline constexpr const char* page_enable_keys[page_count] = {
     "RotationPaneIsEnabled", "BasicPaneIsEnabled", "ThirdPaneIsEnabled", "FourthPaneIsEnabled", "FifthPaneIsEnabled"};
 
-/// The panel's own keys, all Long.
-inline constexpr char apply_enable_key[] = "ApplyIsEnabled";  ///< enables the row of controls below the sheet
+/// The panel's own keys, all Long tags.
+inline constexpr char apply_enable_key[] = "ApplyIsEnabled";  ///< enables the controls below the sheet
 inline constexpr char has_pctf_key[] = "hasPCTF";             ///< state of the PCTF button
 inline constexpr char display_mode_key[] = "DisplayMode";     ///< 1 Real .. 5 Phase
-
-/// One line of the record.
-struct tag_rule
-{
-    const char* key;
-    tag_type type;
-    int page;  ///< a page_id, or -1 for the panel
-    tag_read read;
-    tag_written written;
-};
-
-inline constexpr std::size_t tag_count = 3 * 2 + 11 * 4 + page_count + 3;
-
-/// Every key once, page by page in the order in which a load reads them, the panel's keys last.
-const std::array<tag_rule, tag_count>& tag_record();
 
 }  // namespace qorv::panel

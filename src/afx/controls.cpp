@@ -1,3 +1,0 @@
-#include "afx/controls.h"
-
-IMPLEMENT_DYNAMIC(CSliderCtrl, CWnd)
