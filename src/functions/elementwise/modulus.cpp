@@ -70,13 +70,13 @@ void unit_phase(const std::complex<T>* src, std::complex<T>* dst, std::ptrdiff_t
     }
 }
 
-#define INSTANTIATE(T)                                                               \
-    template void modulus_plain(const std::complex<T>*, T*, std::ptrdiff_t);         \
-    template dm::variants<modulus_kernel<T>> modulus_variants<T>();                  \
-    template void modulus_and_phase(const std::complex<T>*, T*, T*, std::ptrdiff_t); \
-    template void unit_phase(const std::complex<T>*, std::complex<T>*, std::ptrdiff_t)
-INSTANTIATE(float);
-INSTANTIATE(double);
-#undef INSTANTIATE
+template modulus_kernel<float> modulus_plain<float>;
+template modulus_kernel<double> modulus_plain<double>;
+template dm::variants<modulus_kernel<float>> modulus_variants<float>();
+template dm::variants<modulus_kernel<double>> modulus_variants<double>();
+template void modulus_and_phase(const std::complex<float>*, float*, float*, std::ptrdiff_t);
+template void modulus_and_phase(const std::complex<double>*, double*, double*, std::ptrdiff_t);
+template void unit_phase(const std::complex<float>*, std::complex<float>*, std::ptrdiff_t);
+template void unit_phase(const std::complex<double>*, std::complex<double>*, std::ptrdiff_t);
 
 }  // namespace qorv::functions

@@ -114,9 +114,12 @@ void gaussian_blur(const dm::image<const std::type_identity_t<T>>& from, const d
         kernel.function(from.plane(z), to.plane(z), weights);
 }
 
-#define INSTANTIATE(T)                                                \
-    template dm::variants<gaussian_kernel<T>> gaussian_variants<T>(); \
-    template gaussian_kernel<T> gaussian_plain<T>;                    \
+template <class T>
+using gaussian_table = dm::variants<gaussian_kernel<T>>;
+
+#define INSTANTIATE(T)                                 \
+    template gaussian_table<T> gaussian_variants<T>(); \
+    template gaussian_kernel<T> gaussian_plain<T>;     \
     template void gaussian_blur<T>(const dm::image<const T>&, const dm::image<T>&, double, std::int32_t)
 INSTANTIATE(float);
 INSTANTIATE(double);

@@ -265,10 +265,17 @@ void moving_average2(const dm::image<const std::type_identity_t<T>>& from, const
     dm::choose(box_slice2_variants<T>()).function(source, first, second, radius);
 }
 
+template <class T>
+using box_pass_table = dm::variants<box_pass_kernel<T>>;
+template <class T>
+using box_slice_table = dm::variants<box_slice_kernel<T>>;
+template <class T>
+using box_slice2_table = dm::variants<box_slice2_kernel<T>>;
+
 #define INSTANTIATE(T)                                                                                    \
-    template dm::variants<box_pass_kernel<T>> box_pass_variants<T>();                                     \
-    template dm::variants<box_slice_kernel<T>> box_slice_variants<T>();                                   \
-    template dm::variants<box_slice2_kernel<T>> box_slice2_variants<T>();                                 \
+    template box_pass_table<T> box_pass_variants<T>();                                                    \
+    template box_slice_table<T> box_slice_variants<T>();                                                  \
+    template box_slice2_table<T> box_slice2_variants<T>();                                                \
     template bool box_pass_has_lanes<T>(const dm::image<const T>&, const dm::image<T>&);                  \
     template box_pass_kernel<T> box_pass_plain<T>;                                                        \
     template box_slice_kernel<T> box_slice_plain<T>;                                                      \

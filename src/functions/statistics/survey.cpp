@@ -52,9 +52,12 @@ survey_record survey(const dm::image<const T>& image)
     return dm::choose(survey_variants<T>()).function(image);
 }
 
-#define INSTANTIATE(T)                                            \
-    template survey_kernel<T> survey_plain<T>;                    \
-    template dm::variants<survey_kernel<T>> survey_variants<T>(); \
+template <class T>
+using survey_table = dm::variants<survey_kernel<T>>;
+
+#define INSTANTIATE(T)                             \
+    template survey_kernel<T> survey_plain<T>;     \
+    template survey_table<T> survey_variants<T>(); \
     template survey_kernel<T> survey<T>
 ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE

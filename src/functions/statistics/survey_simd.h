@@ -75,8 +75,8 @@ void add_row(survey_record& record, const T* row, std::ptrdiff_t width)
         if constexpr (std::is_same_v<T, float>) {
             const auto pixels = vec::load_unaligned(row + x);
             extremes.add(pixels);
-            even.add(dm::simd::widened_half<0>(pixels));
-            odd.add(dm::simd::widened_half<1>(pixels));
+            even.add(dm::simd::widened_low(pixels));
+            odd.add(dm::simd::widened_high(pixels));
         } else {
             const auto first = vec::load_unaligned(row + x), second = vec::load_unaligned(row + x + half);
             extremes.add(first);
