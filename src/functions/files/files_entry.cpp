@@ -76,8 +76,8 @@ named_entry entry_at(const tag_group_ref& list, std::int32_t index)
     return entry;
 }
 
-/// Writing a text over itself shows, before anything is changed, whether texts can be written by number: in a group they
-/// cannot.
+/// Writing a text over itself shows, before anything is changed, whether texts can be written by number. In a group
+/// they cannot.
 /// Throws  errors::parameters_invalid for a group of texts and for a list that refuses the text
 void require_list(const std::vector<named_entry>& entries)
 {
