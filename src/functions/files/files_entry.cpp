@@ -54,7 +54,7 @@ tag_group_ref selected(const output<std::string>& path, const std::string& filte
     return list;
 }
 
-/// An entry of a list of names and where its name is stored: in the tag "Name" of a group, or as the entry itself.
+/// An entry of a list of names. Its name is the tag "Name" of a group, or the entry itself if it is a text.
 struct named_entry
 {
     tag_group_ref holder;
@@ -76,8 +76,9 @@ named_entry entry_at(const tag_group_ref& list, std::int32_t index)
     return entry;
 }
 
-/// Texts can be written by number to a list only, so that a group is recognised before anything is changed.
-/// Throws  errors::parameters_invalid for a group of texts
+/// Writing a text over itself shows, before anything is changed, whether texts can be written by number. In a group
+/// they cannot.
+/// Throws  errors::parameters_invalid for a group of texts and for a list that refuses the text
 void require_list(const std::vector<named_entry>& entries)
 {
     const auto text = std::find_if(entries.begin(), entries.end(), [](const auto& entry) { return !entry.is_group; });
@@ -89,7 +90,7 @@ void require_list(const std::vector<named_entry>& entries)
     }
 }
 
-/// Gives the entries new names; when one cannot be written, all entries get their former names back.
+/// Renames the entries. If a name cannot be written, the former names are restored.
 void rename(const std::vector<named_entry>& entries, const std::vector<std::string>& names)
 {
     std::size_t current = 0;
