@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+
 #include "binding/host_functions.h"
 #include "binding/native.h"
 #include "binding/output_window.h"
@@ -104,8 +106,8 @@ void use_the_rest(engine& host)
     ShowAlert("careful", 2);
     UnregisterCustomTool(RegisterCustomTool(1, "tool", 2));
     WriteOutputWindow("test", 1, "a line\n");
-    EXPECT_EQ(std::pair(host.records().dialogs().size(), host.records().output().size()),
-              std::pair<std::size_t, std::size_t>(2, 1));
+    EXPECT_EQ(host.records().dialogs().size(), 2u);
+    EXPECT_EQ(host.records().output().size(), 1u);
     EXPECT_TRUE(NewThrowableFromString("oops"));
 }
 
