@@ -81,7 +81,7 @@ void panel_program::make_windows()
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
     win32::unique_menu menu{LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU))};
-    if (SetMenu(wave_window_->handle(), menu.get())) menu.release();  // destroyed with the window
+    if (SetMenu(wave_window_->handle(), menu.get())) static_cast<void>(menu.release());  // destroyed with the window
     wave_window_->set_mode(options_.start.shown);
     colour_phases(options_.phase_palette == palette::cyclic);
     wave_window_->on_close([] { PostQuitMessage(0); });

@@ -8,7 +8,8 @@ LRESULT result_after_exception(UINT message) { return message == WM_CREATE ? -1 
 
 }  // namespace
 
-extern "C" IMAGE_DOS_HEADER __ImageBase;  // placed by the linker at the start of the module
+// The name is the linker's, which places this at the start of the module.
+extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier)
 
 CWinApp::CWinApp() { the_app = this; }
 
