@@ -87,9 +87,9 @@ void run()
         "norm", [&](float* r) { functions::norm(z.data(), 0.5, r, n); },
         [&](std::size_t i) { return std::norm(z[i]) * 0.5f; });
 
-    bench::compare_variants<float>("abs", double(count), count, functions::modulus_variants<float>,
+    bench::compare_variants<float>("abs", double(count), count, functions::modulus_variants<float>(),
                                    [&](auto* kernel, float* to) { kernel(z.data(), to, n); });
-    bench::compare_variants<float>("pow", double(count), count, functions::pow_variants<float>,
+    bench::compare_variants<float>("pow", double(count), count, functions::pow_variants<float>(),
                                    [&](auto* kernel, float* to) { kernel(positive.data(), exponents.data(), to, n); });
 }
 

@@ -26,12 +26,12 @@ template <class T>
 void boxes(const std::string& type)
 {
     for (const std::ptrdiff_t r : {1, 5, 20, 500})
-        compare<T>("box r = " + std::to_string(r) + ' ' + type, functions::box_slice_variants<T>, {2048, 2048, 1},
+        compare<T>("box r = " + std::to_string(r) + ' ' + type, functions::box_slice_variants<T>(), {2048, 2048, 1},
                    [r](auto* kernel, auto& from, const auto& to) { kernel(from, to, r); });
     using functions::axis;
     for (const auto& [name, along] : {std::pair{'x', axis::x}, {'y', axis::y}, {'z', axis::z}}) {
         const typename dm::image<T>::extents volume{512, 512, 16}, plane{2048, 2048, 1};
-        compare<T>(std::string{"box along "} + name + " r = 5 " + type, functions::box_pass_variants<T>,
+        compare<T>(std::string{"box along "} + name + " r = 5 " + type, functions::box_pass_variants<T>(),
                    along == axis::z ? volume : plane,
                    [a = along](auto* kernel, auto& from, const auto& to) { kernel(from, to, a, 5); });
     }
@@ -42,7 +42,7 @@ void gaussians(const std::string& type)
 {
     for (const double sigma : {2.0, 10.0}) {
         const auto weights = functions::gaussian_weights(sigma, 3, 2048);
-        compare<T>("Gaussian sigma " + std::to_string(int(sigma)) + ' ' + type, functions::gaussian_variants<T>,
+        compare<T>("Gaussian sigma " + std::to_string(int(sigma)) + ' ' + type, functions::gaussian_variants<T>(),
                    {2048, 2048, 1}, [&](auto* kernel, auto& from, const auto& to) { kernel(from, to, weights); });
     }
 }

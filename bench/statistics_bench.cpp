@@ -23,7 +23,7 @@ void survey(const std::string& type)
 {
     const auto pixels = bench::noise<T>(n * n, 0, 1000);
     const dm::image<const T> image{pixels.data(), n, n};
-    const auto rows = dm::runnable(functions::survey_variants<T>);
+    const auto rows = dm::runnable(functions::survey_variants<T>());
     const functions::survey_record plain = rows.back().function(image);
     functions::survey_record record;
     bench::comparison compared{"survey " + type, count};
@@ -71,7 +71,7 @@ void others()
     const dm::image<const float> even{flat.data(), n, n};
     {
         const functions::radial_grid grid{n / 2, n / 2, 1, 1};
-        std::vector<float> profile(static_cast<std::size_t>(functions::radial_length(grid, n, n)));
+        std::vector<float> profile(static_cast<std::size_t>(functions::radial_length(grid, {n, n, 1})));
         bench::comparison{"RadialSurvey", count}.add(
             "kernel",
             [&] {

@@ -21,7 +21,7 @@ void compare(const std::string& type)
         bench::comparison compared{"transpose " + (name + type), double(count)};
         compared.add(
             "memcpy", [&] { std::memcpy(to.data(), from.data(), bytes); }, [&] { return to == from; });
-        for (const auto& row : dm::runnable(functions::transpose_variants)) {
+        for (const auto& row : dm::runnable(functions::transpose_variants())) {
             compared.add(
                 row.name, [&, row, w = which] { row.function(view(from), view(to), sizeof(T), w); },
                 [&] { return to == wanted; });

@@ -48,8 +48,7 @@ int sessions_closing = 0;  // all sessions use the same loaded library, so only 
 session::session(const std::string& file, py::object log)
 {
     if (sessions_closing > 0) throw host::script_error{"A host cannot be started while another one is closed."};
-    engine_ = std::make_unique<host::engine>(
-        host::host_options(file, forward_to(std::make_shared<python_owner>(log))));
+    engine_ = std::make_unique<host::engine>(host::host_options(file, forward_to(std::make_shared<python_owner>(log))));
     library_ = std::make_unique<host::library>(*engine_, file);
 }
 

@@ -41,10 +41,10 @@ TEST(Unload, LibraryCanBeUnloadedAfterAParallelLoop)
             engine_options options;
             options.file_exists = [](const std::string&) { return true; };
             engine host{options};
-            library zentrix{host, entries_of(file)};
-            const auto wave = image::create("wave", 3, std::array{512u, 512u});
-            zentrix.call("ZXSetNumThreads", {4});
-            zentrix.call("ZXImageShifterForSemper", {wave, 0, 0, 256., 256., 0., wave});
+            const library zentrix{host, entries_of(file)};
+            const auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, std::array{512u, 512u});
+            host.call("ZXSetNumThreads", {4});
+            host.call("ZXImageShifterForSemper", {wave, 0, 0, 256., 256., 0., wave});
         }
         EXPECT_EQ(dlclose(file), 0);
         // The parallel runtime's threads live on, so the code that they run must stay.

@@ -23,7 +23,7 @@ TEST(TagKeys, AreTheSameInThePanelAndInItsHandler)
     std::multiset<std::string> keys;
     for (const auto& tag : zentrix::lens::panel_tags({}, 1)) {
         keys.insert(tag.key);
-        if (tag.whole)
+        if (tag.is_long)
             link.longs[tag.key] = 3;
         else
             link.floats[tag.key] = 3;
