@@ -1,6 +1,6 @@
 # cmake --install build/release --prefix WHERE: the program and the library in one folder, since the program loads the
-# library from no other; the Python package with a library of its own for the same reason, where Debian's interpreter looks
-# for packages below its prefixes; the headers that a C++ module needs to call the warps.
+# library from no other; the Python package, for the same reason with a library of its own, in the folder that Debian's
+# interpreter searches below its prefixes; the headers that a C++ module needs to call the warps.
 install(TARGETS zentrix_program RUNTIME DESTINATION bin)
 install(TARGETS Zentrix64 RUNTIME DESTINATION bin LIBRARY DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES src/warp/warp.h DESTINATION include/zentrix64/warp)

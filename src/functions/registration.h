@@ -6,7 +6,7 @@
 
 namespace qorv::functions {
 
-/// Registers the script functions of the image-processing library, each named `prefix` + its own name, in a fixed order.
+/// Registers the script functions of the library in a fixed order, each named `prefix` + its own name.
 /// Throws  what binding::add_function throws; the functions before the failing one stay registered until the plug-in's
 ///         tear-down
 void register_library(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix);

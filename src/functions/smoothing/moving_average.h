@@ -88,8 +88,8 @@ template <class T>
 void box_slice2_plain(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
                       std::ptrdiff_t radius);
 
-/// Whether the vector form of the pass is possible: contiguous rows, and images that are the same or apart. Here and not
-/// in its only caller, so that no copy compiled for a newer instruction set can replace that of other callers.
+/// Whether the vector form of the pass is possible: contiguous rows, and images that are the same or apart. Not inline,
+/// so that no copy compiled for a newer instruction set can replace that of other callers.
 template <class T>
 bool box_pass_has_lanes(const dm::image<const T>& from, const dm::image<T>& to);
 

@@ -8,8 +8,8 @@
 namespace qorv::optics {
 
 /// One byte of flags per pixel, stored in columns because the fill mostly goes down. The index of pixel (x, y) is
-/// x * pitch + y; its neighbours are at -pitch, +pitch, -1 and +1. One byte of frame follows each column, and a column of
-/// frame is on either side, so that no neighbour needs a test for the edge of the image.
+/// x * pitch + y; its neighbours are at -pitch, +pitch, -1 and +1. One byte of frame follows each column, and a column
+/// of frame is on either side, so that no neighbour needs a test for the edge of the image.
 class pixel_flags
 {
   public:

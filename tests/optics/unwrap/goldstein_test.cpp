@@ -115,8 +115,8 @@ TEST(Goldstein, SurfaceWithoutResiduesIsRestoredFromItsFirstPixel)
 
 TEST(Goldstein, CutsAreWhereTheyAreByHand)
 {
-    // Counter-clockwise as y grows downwards: the loop right, down, left, up sees a positive turn. The side is 3 columns
-    // away, the bottom 4 rows, so the cut goes left.
+    // Counter-clockwise as y grows downwards: the loop right, down, left, up sees a positive turn. The side is 3
+    // columns away, the bottom 4 rows, so the cut goes left.
     const picture lone = vortex(12, 9, 3.5, 4.5);
     // The residues are two pixels apart: the box of 5 reaches from one to the other.
     const picture dipole =
