@@ -2,7 +2,6 @@
 #include <iostream>
 #include <optional>
 
-#include "host/correction/finite_pixels.h"
 #include "host/correction/multiply_spectrum.h"
 #include "host/files/file_error.h"
 #include "host/program/commands.h"
@@ -22,14 +21,6 @@ namespace {
 
 using host::number_text;
 
-/// For pixels that are infinite or not a number.
-enum class nan_rule
-{
-    refuse,
-    zero,
-    mean
-};
-
 struct correct_request
 {
     std::string wave;
@@ -41,21 +32,6 @@ struct correct_request
     nan_rule not_finite = nan_rule::refuse;
     picture_options picture;
 };
-
-/// Throws  host::file_error when there are such pixels and the rule is to refuse them
-void apply_nan_rule(const std::string& file, host::image& wave, nan_rule rule)
-{
-    const std::size_t count = host::count_not_finite(wave);
-    if (count == 0) return;
-    const std::string which =
-        std::to_string(count) + " of " + std::to_string(wave.count()) + " pixels are infinite or not a number";
-    if (rule == nan_rule::refuse)
-        throw host::file_error{host::system_path(file), which + "; --nan zero or --nan mean replaces them"};
-    const auto value = rule == nan_rule::mean ? host::mean_of_finite(wave) : std::complex<float>{};
-    host::replace_not_finite(wave, value);
-    std::cerr << "zentrix: " << file << ": " << which << "; replaced by " << number_text(value.real())
-              << (value.imag() < 0 ? "" : "+") << number_text(value.imag()) << "i\n";
-}
 
 /// The coefficients that are not zero: "C1 -50 nm, A1 12@30 nm".
 std::string list_of_coefficients(const lens::aberrations& lens)

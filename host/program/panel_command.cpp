@@ -2,8 +2,6 @@
 #include <optional>
 #include <stdexcept>
 
-#include "host/correction/finite_pixels.h"
-#include "host/files/file_error.h"
 #include "host/program/commands.h"
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
@@ -36,10 +34,7 @@ void run(const panel_request& request, const global_options& global)
     check_picture_name(request.screenshot);
     check_picture_name(request.screenshot_of_all);
     const auto wave = read_wave(request.wave);
-    if (const auto count = host::count_not_finite(*wave); count > 0)
-        throw host::file_error{host::system_path(request.wave),
-                               std::to_string(count) + " of " + std::to_string(wave->count()) +
-                                   " pixels are infinite or not a number; zentrix correct --nan replaces them"};
+    apply_nan_rule(request.wave, *wave, nan_rule::mean);  // shows the other pixels
     session zentrix{global};
     host::panel_program_options options;
     options.title = host::utf8_path(host::system_path(request.wave).filename());

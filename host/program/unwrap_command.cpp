@@ -2,7 +2,9 @@
 #include <cmath>
 #include <complex>
 #include <iostream>
+#include <span>
 
+#include "host/correction/phase_gaps.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/pictures/for_each_pixel.h"
@@ -70,28 +72,40 @@ host::image_ref read_phase(const unwrap_request& request)
 void warn_beyond_half_a_turn(const std::string& file, const host::image& phase)
 {
     const auto* const begin = static_cast<const float*>(phase.data());
-    const auto count = std::count_if(begin, begin + phase.count(), [](float v) { return std::abs(v) > 3.1416F; });
+    const auto count =
+        std::count_if(begin, begin + phase.count(), [](float v) { return std::isfinite(v) && std::abs(v) > 3.1416F; });
     if (count > 0)
         std::cerr << "zentrix: warning: " << file << ": " << count
                   << " values are beyond -pi to pi; expected a wrapped phase in radians\n";
 }
 
-host::image_ref unwrapped(const host::image_ref& phase, std::int32_t box, const global_options& global)
+struct unwrapping
+{
+    host::image_ref phase;
+    std::size_t gaps = 0;  ///< pixels that are infinite or not a number, left as they were
+};
+
+unwrapping unwrap(const host::image_ref& phase, std::int32_t box, const global_options& global)
 {
     session zentrix{global};
-    auto result = new_phase_like(*phase);
+    unwrapping done{new_phase_like(*phase)};
     const std::uint32_t sizes[] = {phase->size(0), phase->size(1)};
     const std::ptrdiff_t strides[] = {1, phase->size(0)};
     const std::size_t pixels = std::size_t{sizes[0]} * sizes[1];
     for (std::uint32_t z = 0; z < phase->size(2); ++z) {  // the library unwraps a single plane
-        auto* const data = static_cast<float*>(phase->data()) + z * pixels;
-        const host::object_ref plane =
-            host::image::over("plane", HOST_ELEMENT_FLOAT32, data, sizes, strides, host::access::read, phase);
-        const auto done =
-            host::object_in<host::image>(zentrix.engine().call("ZXGoldstain", {plane, std::int64_t{box}}));
-        std::copy_n(static_cast<const float*>(done->data()), pixels, static_cast<float*>(result->data()) + z * pixels);
+        const std::span wrapped{static_cast<const float*>(phase->data()) + z * pixels, pixels};
+        const std::span result{static_cast<float*>(done.phase->data()) + z * pixels, pixels};
+        std::ranges::copy(wrapped, result.begin());
+        const std::size_t gaps = host::fill_gaps(result, sizes[0]);
+        const host::object_ref filled = host::image::over("plane", HOST_ELEMENT_FLOAT32, result.data(), sizes, strides,
+                                                          host::access::read, done.phase);
+        const auto plane =
+            host::object_in<host::image>(zentrix.engine().call("ZXGoldstain", {filled, std::int64_t{box}}));
+        std::copy_n(static_cast<const float*>(plane->data()), pixels, result.begin());
+        if (gaps > 0) host::restore_gaps(wrapped, result, sizes[0]);
+        done.gaps += gaps;
     }
-    return result;
+    return done;
 }
 
 void run(const unwrap_request& request, const global_options& global)
@@ -99,7 +113,10 @@ void run(const unwrap_request& request, const global_options& global)
     check_names(request.output, request.picture);
     const auto phase = read_phase(request);
     warn_beyond_half_a_turn(request.phase, *phase);
-    const auto result = unwrapped(phase, request.box, global);
+    const auto [result, gaps] = unwrap(phase, request.box, global);
+    if (gaps > 0)
+        std::cerr << "zentrix: " << request.phase << ": " << gaps << " of " << result->count()
+                  << " pixels are infinite or not a number; they are left out and stay as they are\n";
     write_result(request.output, request.picture, *result);
     if (global.json)
         print({{"result", as_json(*result, request.output)}});

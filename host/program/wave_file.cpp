@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <complex>
+#include <iostream>
 
+#include "host/correction/finite_pixels.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/program/describe.h"
+#include "host/text/number_text.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {
@@ -24,6 +27,20 @@ host::image_ref read_wave(const std::string& name)
     const auto* from = static_cast<const std::complex<double>*>(wave->data());
     std::copy_n(from, wave->count(), static_cast<std::complex<float>*>(single->data()));
     return single;
+}
+
+void apply_nan_rule(const std::string& name, host::image& wave, nan_rule rule)
+{
+    const std::size_t count = host::count_not_finite(wave);
+    if (count == 0) return;
+    const std::string which =
+        std::to_string(count) + " of " + std::to_string(wave.count()) + " pixels are infinite or not a number";
+    if (rule == nan_rule::refuse)
+        throw host::file_error{host::system_path(name), which + "; --nan zero or --nan mean replaces them"};
+    const auto value = rule == nan_rule::mean ? host::mean_of_finite(wave) : std::complex<float>{};
+    host::replace_not_finite(wave, value);
+    std::cerr << "zentrix: " << name << ": " << which << "; replaced by " << host::number_text(value.real())
+              << (value.imag() < 0 ? "" : "+") << host::number_text(value.imag()) << "i\n";
 }
 
 }  // namespace zentrix::program

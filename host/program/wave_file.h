@@ -10,4 +10,16 @@ namespace zentrix::program {
 /// Throws  host::file_error, also when the file holds no complex wave of two dimensions
 host::image_ref read_wave(const std::string& name);
 
+/// For pixels that are infinite or not a number.
+enum class nan_rule
+{
+    refuse,
+    zero,
+    mean
+};
+
+/// Applies the rule to a wave that read_wave read from `name`, and says on standard error what was replaced.
+/// Throws  host::file_error with the number of such pixels when the rule is to refuse them
+void apply_nan_rule(const std::string& name, host::image& wave, nan_rule rule);
+
 }  // namespace zentrix::program

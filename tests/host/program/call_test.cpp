@@ -127,6 +127,28 @@ TEST(unwrap, UnwrapsPhasesWavesAndVolumes)
     EXPECT_THAT(bench.zentrix("unwrap -o u.npy degrees.npy").err, HasSubstr("are beyond -pi to pi"));
 }
 
+TEST(unwrap, LeavesOutPixelsThatAreNotFiniteAndKeepsAreasApart)
+{
+    const workbench bench;
+    const auto ramp = [](int x, int y) { return 0.9F * static_cast<float>(x) - 0.7F * static_cast<float>(y); };
+    const auto wrapped = [&](int x, int y) { return std::arg(std::polar(1.0F, ramp(x, y))); };
+    const auto is_gap = [](int x, int y) { return x == 25 || (x == 3 && y < 20) || (x == 10 && y == 10); };
+    support::write_real(bench / "torn.npy", 40, 30, [&](int x, int y) {
+        return !is_gap(x, y) ? wrapped(x, y) : y % 2 == 0 ? INFINITY : NAN;
+    });
+    EXPECT_EQ(
+        bench.zentrix("unwrap -o u.npy torn.npy").err,
+        "zentrix: torn.npy: 51 of 1200 pixels are infinite or not a number; they are left out and stay as they are\n");
+    const auto after = pixels_of<float>(bench / "u.npy");
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        const int x = static_cast<int>(i) % 40, y = static_cast<int>(i) / 40, first = x < 25 ? 0 : 26;
+        if (is_gap(x, y))
+            ASSERT_EQ(std::isnan(after[i]), y % 2 == 1) << i;
+        else  // the first pixel of each side keeps its wrapped value
+            ASSERT_NEAR(after[i] - ramp(x, y), wrapped(first, 0) - ramp(first, 0), 1e-4) << i;
+    }
+}
+
 TEST(command_line, IsCheckedBeforeAnyWork)
 {
     const workbench bench;
