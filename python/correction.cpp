@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <map>
 
+#include "host/correction/finite_pixels.h"
 #include "host/correction/multiply_spectrum.h"
 #include "lens/electron.h"
 #include "lens/transfer.h"
@@ -36,13 +37,29 @@ lens::damping damping_of(const std::string& word)
     throw py::value_error{"The envelope is \"auto\", \"on\" or \"off\", not \"" + word + "\"."};
 }
 
+/// Replaces pixels that are infinite or not a number by the rule "zero" or "mean"; the rule "refuse" raises ValueError.
+void replace_bad_pixels(host::image& wave, const std::string& rule)
+{
+    if (rule != "refuse" && rule != "zero" && rule != "mean")
+        throw py::value_error{"nan is \"refuse\", \"zero\" or \"mean\", not \"" + rule + "\"."};
+    const std::size_t count = host::count_not_finite(wave);
+    if (count == 0) return;
+    if (rule == "refuse")
+        throw py::value_error{
+            std::to_string(count) + " of " + std::to_string(wave.count()) +
+            " pixels of the wave are infinite or not a number; nan=\"zero\" or \"mean\" replaces them."};
+    host::replace_not_finite(wave, rule == "mean" ? host::mean_of_finite(wave) : std::complex<float>{});
+}
+
 /// Corrects `wave` in place. Units as in lens::optics.
 void correct(session& host, const py::array& wave, double wavelength, double pixel, const coefficients& lens,
-             const std::array<double, 3>& spread, std::complex<double> tilt, bool remove, const std::string& envelope)
+             const std::array<double, 3>& spread, std::complex<double> tilt, bool remove, const std::string& envelope,
+             const std::string& nan)
 {
     const lens::optics optics{wavelength, pixel, lens_of(lens), {spread[0], spread[1], spread[2]}, tilt};
     const auto direction = remove ? lens::direction::remove : lens::direction::apply;
     const auto image = image_of(wave);
+    replace_bad_pixels(*image, nan);
     const auto arguments = lens::arguments_for(optics, static_cast<int>(image->size(0)),
                                                static_cast<int>(image->size(1)), direction, damping_of(envelope));
     host.run([&](host::engine& engine) { host::multiply_spectrum(engine, image, arguments); });

@@ -5,8 +5,8 @@
 #include <span>
 
 /// Unwrapping of a phase with gaps: pixels that are infinite or not a number, where nothing was measured. Unwrapping
-/// integrates differences between neighbours, so a single such pixel would spread. The gaps are filled before unwrapping
-/// and restored afterwards. `width` is the length of a row; a phase has whole rows.
+/// integrates differences between neighbours, so a single such pixel would spread. The gaps are filled before
+/// unwrapping and restored afterwards. `width` is the length of a row; a phase has whole rows.
 namespace zentrix::host {
 
 /// Fills each gap with the value of the nearest finite pixel, counted in steps to the four neighbours. A filled gap has

@@ -72,6 +72,8 @@ def test_wave_is_unchanged_and_may_be_any_complex_array():
         ({"wavelength": 1}, TypeError, "correct() needs either kv or wavelength."),
         ({"pixel": 0}, ValueError, "The pixel size must be a positive number of nanometres."),
         ({"envelope": "some"}, ValueError, 'The envelope is "auto", "on" or "off", not "some".'),
+        ({"wave": np.array([[1, np.nan], [np.inf, 1j]])}, ValueError, "2 of 4 pixels of the wave are infinite or not"),
+        ({"nan": "none"}, ValueError, 'nan is "refuse", "zero" or "mean", not "none".'),
         ({"wave": np.zeros(4, complex)}, TypeError, "The wave has to be a complex array of two dimensions, not complex"),
         ({"wave": np.zeros((0, 4), complex)}, ValueError, "An array of shape (0, 4) cannot be an image"),
     ],
@@ -80,3 +82,13 @@ def test_invalid_parameters_are_refused(more, error, text):
     with pytest.raises(error) as refusal:
         zentrix.correct(**{"wave": noise((4, 4)), "kv": KV, "pixel": PIXEL, **more})
     assert str(refusal.value).startswith(text)
+
+
+@pytest.mark.parametrize("rule, value", [("zero", 0), ("mean", 2 + 1j)])
+def test_pixels_that_are_not_finite_are_replaced(rule, value):
+    wave = np.full((4, 4), 2 + 1j)
+    wave[1, 2] = complex(np.nan, 5)
+    expected = wave.copy()
+    expected[1, 2] = value
+    result = zentrix.correct(wave, kv=KV, pixel=PIXEL, C1=5, nan=rule)
+    assert (result == zentrix.correct(expected, kv=KV, pixel=PIXEL, C1=5)).all()

@@ -68,4 +68,5 @@ def correct(
     tilt: tuple[float, float] = (0.0, 0.0),
     remove: bool = True,
     envelope: Literal["auto", "on", "off"] = "auto",
+    nan: Literal["refuse", "zero", "mean"] = "refuse",
 ) -> NDArray[np.complex64]: ...

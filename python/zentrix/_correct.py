@@ -35,6 +35,7 @@ def correct(
     tilt=(0.0, 0.0),
     remove=True,
     envelope="auto",
+    nan="refuse",
 ):
     """Removes aberrations from a wave or, with remove=False, applies them.
 
@@ -48,6 +49,8 @@ def correct(
                    rms widths of the envelope [nm, mrad, nm]
     tilt           beam tilt, (right, up) on the displayed image [mrad]
     envelope       "on": damp by the envelope; "off": do not; "auto": only if remove is False
+    nan            pixels that are infinite or not a number: "refuse" them, or replace them by "zero" or by the "mean" of
+                   the others
 
     Uses the running host, or loads one. Raises ValueError or TypeError for invalid parameters.
     """
@@ -65,6 +68,7 @@ def correct(
         complex(*tilt),
         bool(remove),
         envelope,
+        nan,
     )
     return result
 
