@@ -29,7 +29,7 @@ void compare(const std::string& what, double spread, int n)
     const std::vector<float> phase = draw(spread, n);
     std::vector<float> scratch(phase.size());
     bench::compare_variants<float>("unwrap " + std::to_string(n) + ", " + what, double(n) * n, phase.size(),
-                                   optics::goldstein_variants,
+                                   optics::goldstein_variants(),
                                    [&](auto* kernel, float* to) { kernel(phase.data(), to, n, n, 0, scratch.data()); });
 }
 

@@ -25,7 +25,7 @@ void compare(int n, int threads)
     compared.add(
         "memcpy", [&] { std::memcpy(static_cast<void*>(result.data()), source, count * sizeof(pixel)); },
         [] { return true; });
-    for (const auto& row : dm::runnable(optics::shifter_variants))
+    for (const auto& row : dm::runnable(optics::shifter_variants()))
         compared.add(
             row.name, [&, row] { row.function(source, result.data(), n, n, room); }, [&] { return result == plain; });
 }

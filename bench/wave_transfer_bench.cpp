@@ -55,7 +55,7 @@ void compare(int n, const std::optional<envelope>& damping)
             return std::equal(plain.begin(), plain.end(), library.begin(),
                               [](complex_float a, complex_float b) { return std::abs(a - b) <= 2e-5f; });
         });
-    for (const auto& variant : qorv::dm::runnable(wave_transfer_variants))
+    for (const auto& variant : qorv::dm::runnable(wave_transfer_variants()))
         rows.add(
             variant.name, [&, variant] { variant.function(src.data(), result.data(), at, lens, damping); },
             [&] { return result == plain; });

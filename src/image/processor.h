@@ -60,11 +60,6 @@ const variant<Function>& choose(variants<Function> table) noexcept
         if (has(row.needs)) return row;
     return table.back();
 }
-template <class Function, std::size_t n>
-const variant<Function>& choose(const variant<Function> (&table)[n]) noexcept
-{
-    return choose(variants<Function>{table});
-}
 
 /// All rows that the present features allow, for tests and benchmarks.
 template <class Function>
@@ -74,11 +69,6 @@ std::vector<variant<Function>> runnable(variants<Function> table)
     for (const auto& row : table)
         if (has(row.needs)) rows.push_back(row);
     return rows;
-}
-template <class Function, std::size_t n>
-std::vector<variant<Function>> runnable(const variant<Function> (&table)[n])
-{
-    return runnable(variants<Function>{table});
 }
 
 }  // namespace qorv::dm

@@ -60,11 +60,19 @@ void shift_half_plain(const std::complex<T>* source, std::complex<T>* destinatio
 template shift_kernel<float> shift_half_plain<float>;
 template shift_kernel<double> shift_half_plain<double>;
 
+dm::variants<shift_kernel<float>> shifter_variants()
+{
+    static constexpr dm::variant<shift_kernel<float>> table[] = {
+        {"sse2", dm::cpu::sse, shift_half_sse2},  // bit 25 decides; all processors of this platform have both
+        {"plain", dm::cpu::none, shift_half_plain<float>}};
+    return table;
+}
+
 void shift_half(const std::complex<float>* source, std::complex<float>* destination, std::ptrdiff_t width,
                 std::ptrdiff_t height, std::ptrdiff_t room)
 {
     dm::require(source && destination, dm::errors::parameters_invalid);
-    dm::choose(shifter_variants).function(source, destination, width, height, room);
+    dm::choose(shifter_variants()).function(source, destination, width, height, room);
 }
 
 void shift_half(const std::complex<double>* source, std::complex<double>* destination, std::ptrdiff_t width,

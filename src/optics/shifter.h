@@ -32,9 +32,7 @@ extern template shift_kernel<double> shift_half_plain<double>;
 /// Two pixels at a time; pairs of rows, or sections of a line, are shared among the threads.
 shift_kernel<float> shift_half_sse2;
 
-inline constexpr dm::variant<shift_kernel<float>> shifter_variants[] = {
-    {"sse2", dm::cpu::sse, shift_half_sse2},  // bit 25 decides; all processors of this platform have both
-    {"plain", dm::cpu::none, shift_half_plain<float>}};
+dm::variants<shift_kernel<float>> shifter_variants();
 
 /// The best variant that the script switch allows; parameters as above.
 /// Throws  errors::parameters_invalid on null data

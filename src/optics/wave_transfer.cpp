@@ -29,10 +29,17 @@ void apply_wave_transfer_plain(const complex_float* src, complex_float* dst, con
         }
 }
 
+dm::variants<wave_transfer_kernel> wave_transfer_variants()
+{
+    static constexpr dm::variant<wave_transfer_kernel> table[] = {
+        {"blocked", dm::cpu::sse2, apply_wave_transfer_blocked}, {"plain", dm::cpu::none, apply_wave_transfer_plain}};
+    return table;
+}
+
 void apply_wave_transfer(const complex_float* src, complex_float* dst, const sampling& at, const aberrations& lens,
                          const std::optional<envelope>& damping)
 {
-    dm::choose(wave_transfer_variants).function(src, dst, at, lens, damping);
+    dm::choose(wave_transfer_variants()).function(src, dst, at, lens, damping);
 }
 
 }  // namespace qorv::optics

@@ -71,8 +71,7 @@ wave_transfer_kernel apply_wave_transfer_plain;
 /// Blocks of a row at a time, one loop per stage, which the compiler vectorises.
 wave_transfer_kernel apply_wave_transfer_blocked;
 
-inline constexpr dm::variant<wave_transfer_kernel> wave_transfer_variants[] = {
-    {"blocked", dm::cpu::sse2, apply_wave_transfer_blocked}, {"plain", dm::cpu::none, apply_wave_transfer_plain}};
+dm::variants<wave_transfer_kernel> wave_transfer_variants();
 
 /// The best variant that the script switch allows.
 wave_transfer_kernel apply_wave_transfer;

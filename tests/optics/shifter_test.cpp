@@ -63,7 +63,7 @@ TEST(Shifter, FollowsTheSignRuleAtEverySizeInEveryVariant)
     for (int n = 1; n <= 67; ++n)
         for (int m : {1, 2, 3, 4, 7, 12, 33, 64, 67})
             for (const auto& [w, h] : {std::pair{n, m}, {m, n}}) {
-                for (const auto& variant : dm::runnable(shifter_variants))
+                for (const auto& variant : dm::runnable(shifter_variants()))
                     for (const int room : {w * h, w * h / 2, 0})
                         ASSERT_TRUE(right<float>(variant.function, w, h, room)) << variant.name;
                 ASSERT_TRUE(right<double>(shift_half_plain<double>, w, h, w * h));

@@ -121,7 +121,7 @@ void expect_same_bits(int nx, int ny, Change change)
 
     pixels expected(src.size());
     apply_wave_transfer_plain(src.data(), expected.data(), s.at, s.lens, s.damping);
-    for (const auto& variant : qorv::dm::runnable(wave_transfer_variants)) {
+    for (const auto& variant : qorv::dm::runnable(wave_transfer_variants())) {
         pixels in_place = src;
         variant.function(in_place.data(), in_place.data(), s.at, s.lens, s.damping);
         support::framed<complex_float> apart{src.size()};

@@ -268,8 +268,12 @@ void extreme_fast(const dm::image<const T>& source, extreme which, std::ptrdiff_
 }  // namespace
 
 template <class T>
-constexpr dm::variant<extreme_kernel<T>> extreme_variants<T>::table[2] = {
-    {"sse2", dm::cpu::sse2, extreme_fast<T, xsimd::sse2>}, {"plain", dm::cpu::none, extreme_plain<T>}};
+dm::variants<extreme_kernel<T>> extreme_variants()
+{
+    static constexpr dm::variant<extreme_kernel<T>> table[] = {{"sse2", dm::cpu::sse2, extreme_fast<T, xsimd::sse2>},
+                                                               {"plain", dm::cpu::none, extreme_plain<T>}};
+    return table;
+}
 
 template <class T>
 void extreme_filter(const dm::image<const T>& source, extreme which, std::int32_t radius,
@@ -281,13 +285,13 @@ void extreme_filter(const dm::image<const T>& source, extreme which, std::int32_
                 dm::errors::different_size);
     dm::require(!dm::overlap(source, destination), dm::errors::out_of_place);
 
-    const auto& filter = dm::choose(extreme_variants<T>::table);
+    const auto& filter = dm::choose(extreme_variants<T>());
     const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());
     for (std::ptrdiff_t z = 0; z < planes; ++z) filter.function(source.plane(z), which, radius, destination.plane(z));
 }
 
-#define INSTANTIATE(T)                   \
-    template struct extreme_variants<T>; \
+#define INSTANTIATE(T)                                           \
+    template dm::variants<extreme_kernel<T>> extreme_variants(); \
     template void extreme_filter(const dm::image<const T>&, extreme, std::int32_t, const dm::image<T>&)
 ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE

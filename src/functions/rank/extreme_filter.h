@@ -56,10 +56,7 @@ using extreme_kernel = void(const dm::image<const T>& source, extreme which, std
 /// The plain form keeps a ring of the extremes of the window's columns and scans it for each pixel, O(radius) per
 /// pixel. The fast ones filter the columns, then the rows, O(log radius) per pixel.
 template <class T>
-struct extreme_variants
-{
-    static const dm::variant<extreme_kernel<T>> table[2];
-};
+dm::variants<extreme_kernel<T>> extreme_variants();
 
 /// Element by element, the extreme of several rows of `count` values. An output may be one of the inputs. Compiled for
 /// each instruction set (extreme_filter_simd.h).

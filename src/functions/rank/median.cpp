@@ -18,7 +18,7 @@ T median(const dm::image<const T>& values)
 {
     dm::require(values.data() != nullptr && values.size() > 0, dm::errors::parameters_invalid);
     const bool odd = values.size() % 2 != 0;
-    const auto& kernel = dm::choose(rank_variants<T>::table);
+    const auto& kernel = dm::choose(rank_variants<T>());
     const auto found = kernel.function(values, values.size() / 2, odd ? neighbour::none : neighbour::before);
     return odd ? found.at : (found.before + found.at) * T(0.5);
 }

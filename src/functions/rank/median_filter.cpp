@@ -189,8 +189,12 @@ void median_fast(const dm::image<const T>& source, std::ptrdiff_t radius, paddin
 }  // namespace
 
 template <class T>
-constexpr dm::variant<median_kernel<T>> median_variants<T>::table[2] = {
-    {"sse2", dm::cpu::sse2, median_fast<T, xsimd::sse2>}, {"plain", dm::cpu::none, median_plain<T>}};
+dm::variants<median_kernel<T>> median_variants()
+{
+    static constexpr dm::variant<median_kernel<T>> table[] = {{"sse2", dm::cpu::sse2, median_fast<T, xsimd::sse2>},
+                                                              {"plain", dm::cpu::none, median_plain<T>}};
+    return table;
+}
 
 template <class T>
 void median_filter(const dm::image<const T>& source, std::int32_t radius, padding outside,
@@ -204,13 +208,13 @@ void median_filter(const dm::image<const T>& source, std::int32_t radius, paddin
                 dm::errors::different_size);
     dm::require(!dm::overlap(source, destination), dm::errors::out_of_place);
 
-    const auto& filter = dm::choose(median_variants<T>::table);
+    const auto& filter = dm::choose(median_variants<T>());
     const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());
     for (std::ptrdiff_t z = 0; z < planes; ++z) filter.function(source.plane(z), radius, outside, destination.plane(z));
 }
 
-template struct median_variants<float>;
-template struct median_variants<double>;
+template dm::variants<median_kernel<float>> median_variants();
+template dm::variants<median_kernel<double>> median_variants();
 template void median_filter(const dm::image<const float>&, std::int32_t, padding, const dm::image<float>&);
 template void median_filter(const dm::image<const double>&, std::int32_t, padding, const dm::image<double>&);
 

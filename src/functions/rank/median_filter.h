@@ -39,10 +39,7 @@ using median_kernel = void(const dm::image<const T>& source, std::ptrdiff_t radi
 /// The plain form collects each window and selects its median; O(radius^2) per pixel. The fast ones use comparison
 /// networks for the radii 1 and 2, and the ranks of the pixels of a tile for larger ones, O(radius) per pixel.
 template <class T>
-struct median_variants
-{
-    static const dm::variant<median_kernel<T>> table[2];
-};
+dm::variants<median_kernel<T>> median_variants();
 
 /// Elements that `median_row` may read past the end of a row, at least the lanes of the widest vector.
 constexpr std::ptrdiff_t network_slack = 16;

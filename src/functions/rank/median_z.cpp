@@ -122,8 +122,12 @@ void median_z_fast(const dm::image<const T>& stack, const dm::image<T>& destinat
 }  // namespace
 
 template <class T>
-constexpr dm::variant<median_z_kernel<T>> median_z_variants<T>::table[2] = {
-    {"sse2", dm::cpu::sse2, median_z_fast<T, xsimd::sse2>}, {"plain", dm::cpu::none, median_z_plain<T>}};
+dm::variants<median_z_kernel<T>> median_z_variants()
+{
+    static constexpr dm::variant<median_z_kernel<T>> table[] = {{"sse2", dm::cpu::sse2, median_z_fast<T, xsimd::sse2>},
+                                                                {"plain", dm::cpu::none, median_z_plain<T>}};
+    return table;
+}
 
 template <class T>
 void median_z(const dm::image<const T>& stack, const dm::image<T>& destination)
@@ -132,11 +136,11 @@ void median_z(const dm::image<const T>& stack, const dm::image<T>& destination)
                 dm::errors::parameters_invalid);
     dm::require(destination.sizes() == typename dm::image<T>::extents{stack.width(), stack.height(), 1},
                 dm::errors::invalid_image_size);
-    dm::choose(median_z_variants<T>::table).function(stack, destination);
+    dm::choose(median_z_variants<T>()).function(stack, destination);
 }
 
-template struct median_z_variants<float>;
-template struct median_z_variants<double>;
+template dm::variants<median_z_kernel<float>> median_z_variants();
+template dm::variants<median_z_kernel<double>> median_z_variants();
 template void median_z(const dm::image<const float>&, const dm::image<float>&);
 template void median_z(const dm::image<const double>&, const dm::image<double>&);
 

@@ -25,10 +25,7 @@ using median_z_kernel = void(const dm::image<const T>& stack, const dm::image<T>
 /// The plain form copies the values of each position and selects their median. The fast ones pass neighbouring
 /// positions together through a sorting network.
 template <class T>
-struct median_z_variants
-{
-    static const dm::variant<median_z_kernel<T>> table[2];
-};
+dm::variants<median_z_kernel<T>> median_z_variants();
 
 /// Columns of a stack that are sorted together: one row of `columns` values for each plane.
 template <class T>

@@ -192,8 +192,12 @@ ranked<T> rank_fast(const dm::image<const T>& values, std::ptrdiff_t rank, neigh
 }  // namespace
 
 template <class T>
-constexpr dm::variant<rank_kernel<T>> rank_variants<T>::table[2] = {{"sse2", dm::cpu::sse2, rank_fast<T, xsimd::sse2>},
-                                                                    {"plain", dm::cpu::none, rank_plain<T>}};
+dm::variants<rank_kernel<T>> rank_variants()
+{
+    static constexpr dm::variant<rank_kernel<T>> table[] = {{"sse2", dm::cpu::sse2, rank_fast<T, xsimd::sse2>},
+                                                            {"plain", dm::cpu::none, rank_plain<T>}};
+    return table;
+}
 
 template <class T>
 T select(T* a, T* last, std::ptrdiff_t k)
@@ -224,11 +228,11 @@ template <class T>
 T nth_element(const dm::image<const T>& values, std::ptrdiff_t n)
 {
     dm::require(values.data() != nullptr && n >= 0 && n < values.size(), dm::errors::parameters_invalid);
-    return dm::choose(rank_variants<T>::table).function(values, n, neighbour::none).at;
+    return dm::choose(rank_variants<T>()).function(values, n, neighbour::none).at;
 }
 
-template struct rank_variants<float>;
-template struct rank_variants<double>;
+template dm::variants<rank_kernel<float>> rank_variants();
+template dm::variants<rank_kernel<double>> rank_variants();
 template float select(float*, float*, std::ptrdiff_t);
 template double select(double*, double*, std::ptrdiff_t);
 template float nth_element(const dm::image<const float>&, std::ptrdiff_t);

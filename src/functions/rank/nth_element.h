@@ -48,10 +48,7 @@ using rank_kernel = ranked<T>(const dm::image<const T>& values, std::ptrdiff_t r
 
 /// The variants of the selection in an image. The plain form copies the image and runs the quickselect.
 template <class T>
-struct rank_variants
-{
-    static const dm::variant<rank_kernel<T>> table[2];
-};
+dm::variants<rank_kernel<T>> rank_variants();
 
 /// Counts of one row of pixels relative to two limits.
 struct row_counts

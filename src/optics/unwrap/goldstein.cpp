@@ -266,13 +266,20 @@ void unwrap_goldstein_plain(const float* phase, float* result, std::int32_t widt
     plain_unwrapper{phase, result, width, height, box_limit, static_cast<std::uint32_t*>(scratch)}.run();
 }
 
+dm::variants<goldstein_kernel> goldstein_variants()
+{
+    static constexpr dm::variant<goldstein_kernel> table[] = {{"fast", dm::cpu::sse2, unwrap_goldstein_fast},
+                                                              {"plain", dm::cpu::none, unwrap_goldstein_plain}};
+    return table;
+}
+
 void unwrap_goldstein(const float* phase, float* result, std::int32_t width, std::int32_t height,
                       std::int32_t box_limit, void* scratch)
 {
     dm::require(phase && result && scratch && width >= 1 && height >= 1, dm::errors::parameters_invalid);
     const std::uint64_t indices = (std::uint64_t(width) + 2) * (std::uint64_t(height) + 1);
     if (indices > std::numeric_limits<std::uint32_t>::max()) throw std::length_error{too_long};
-    dm::choose(goldstein_variants).function(phase, result, width, height, box_limit, scratch);
+    dm::choose(goldstein_variants()).function(phase, result, width, height, box_limit, scratch);
 }
 
 }  // namespace qorv::optics

@@ -43,8 +43,7 @@ goldstein_kernel unwrap_goldstein_plain;
 /// per residue.
 goldstein_kernel unwrap_goldstein_fast;
 
-inline constexpr dm::variant<goldstein_kernel> goldstein_variants[] = {
-    {"fast", dm::cpu::sse2, unwrap_goldstein_fast}, {"plain", dm::cpu::none, unwrap_goldstein_plain}};
+dm::variants<goldstein_kernel> goldstein_variants();
 
 /// The best variant that the script switch allows; parameters as above, checked. Nothing is written when a check fails.
 /// Throws  errors::parameters_invalid on null data or sizes below 1; std::length_error{too_long}

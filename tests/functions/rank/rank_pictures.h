@@ -127,13 +127,12 @@ std::vector<T> run(Kernel* kernel, const image<const T>& source, Options... opti
 template <class T, class Table, class... Options>
 std::vector<T> run_plain(const Table& table, const image<const T>& source, Options... options)
 {
-    return run(std::end(table)[-1].function, source, options...);
+    return run(table.back().function, source, options...);
 }
 
-template <class T, class Kernel, std::size_t n, class... Options>
-testing::AssertionResult every_variant_gives(const std::vector<T>& expected,
-                                             const qorv::dm::variant<Kernel> (&table)[n], const image<const T>& source,
-                                             Options... options)
+template <class T, class Kernel, class... Options>
+testing::AssertionResult every_variant_gives(const std::vector<T>& expected, qorv::dm::variants<Kernel> table,
+                                             const image<const T>& source, Options... options)
 {
     for (const auto& v : variants(table))
         if (auto same = support::same_bytes(run(v.function, source, options...), expected); !same)
