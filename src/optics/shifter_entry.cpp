@@ -16,11 +16,13 @@ bool both_complex(const binding::image_ref& a, const binding::image_ref& b, std:
 }
 
 template <class T>
-void shift(dm::read_lock& from, dm::write_lock& to)
+void shift(const dm::read_lock& from, const dm::write_lock& to)
 {
-    dm::require_in_place_or_apart(from.view<std::complex<T>>(), to.view<std::complex<T>>());
-    shift_half(dm::flat_plane(from.view<std::complex<T>>()), dm::flat_plane(to.view<std::complex<T>>()), from.width(),
-               from.height(), to.width() * to.height());
+    const auto source = from.view<std::complex<T>>();
+    const auto destination = to.view<std::complex<T>>();
+    dm::require_in_place_or_apart(source, destination);
+    shift_half(dm::flat_plane(source), dm::flat_plane(destination), from.width(), from.height(),
+               to.width() * to.height());
 }
 
 }  // namespace
@@ -37,12 +39,11 @@ binding::image_ref ImageShifterForSemperDM(binding::image_ref source, std::int32
     binding::GetSize(source, width, height);
     require_shift(width, height, shift_x, shift_y);
 
-    dm::read_lock from{source};
-    dm::write_lock to{destination};
-    dm::require(to.width() * to.height() >= from.width() * from.height(), dm::errors::different_size);
-    single ? shift<float>(from, to) : shift<double>(from, to);
-    to.release();
-    from.release();
+    dm::with_locks(
+        dm::reading{source}, dm::writing{destination}, [&](const dm::read_lock& from, const dm::write_lock& to) {
+            dm::require(to.width() * to.height() >= from.width() * from.height(), dm::errors::different_size);
+            single ? shift<float>(from, to) : shift<double>(from, to);
+        });
     return destination;
 }
 

@@ -27,18 +27,19 @@ binding::image_ref WTFMulDM(binding::image_ref source, float lambda, float step,
     destination = dm::or_clone_of(std::move(destination), source);
     dm::require(binding::IsComplexDataType(source, 8) && binding::IsComplexDataType(destination, 8),
                 dm::errors::all_complex8);
-    dm::read_lock from{source};
-    dm::write_lock to{destination};
-    dm::require_same_size(from, to);
-    dm::require_in_place_or_apart(from.view<complex_float>(), to.view<complex_float>());
-
-    const sampling at{static_cast<int>(from.width()), static_cast<int>(from.height()), lambda, step, narrow(tilt)};
     const aberrations lens{c20,         narrow(c22), c40,         c60,         narrow(c31), narrow(c33), narrow(c42),
                            narrow(c44), narrow(c51), narrow(c53), narrow(c55), narrow(c62), narrow(c64), narrow(c66)};
-    apply_wave_transfer(dm::flat_plane(from.view<complex_float>()), dm::flat_plane(to.view<complex_float>()), at, lens,
-                        with_envelope != 0 ? std::optional{envelope{c2s, bdiv, vib}} : std::nullopt);
-    to.release();
-    from.release();
+    const auto damping = with_envelope != 0 ? std::optional{envelope{c2s, bdiv, vib}} : std::nullopt;
+    dm::with_locks(dm::reading{source}, dm::writing{destination},
+                   [&](const dm::read_lock& from, const dm::write_lock& to) {
+                       dm::require_same_size(from, to);
+                       const auto src = from.view<complex_float>();
+                       const auto dst = to.view<complex_float>();
+                       dm::require_in_place_or_apart(src, dst);
+                       const sampling at{static_cast<int>(from.width()), static_cast<int>(from.height()), lambda, step,
+                                         narrow(tilt)};
+                       apply_wave_transfer(dm::flat_plane(src), dm::flat_plane(dst), at, lens, damping);
+                   });
     return destination;
 }
 
