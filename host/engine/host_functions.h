@@ -4,7 +4,7 @@
 
 namespace zentrix::host {
 
-/// Each function adds the host functions of one topic; its source is host_functions_<topic>.cpp. Some of the 43 host
+/// Each function adds the host functions of one topic; its source is host_functions_<topic>.cpp. Some of the host
 /// functions are not called by the library at present. They belong to the interface that the host offers to plug-ins.
 
 /// Creation, queries and changes of images.

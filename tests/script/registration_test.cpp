@@ -20,11 +20,9 @@ using namespace script;
 TEST(Registration, HasEveryPrototypeInOrder)
 {
     script_host script;
-    const auto prototypes = script.host().functions().prototypes(origin::library);
     std::string all;
-    for (const std::string& prototype : prototypes) all += prototype + '\n';
-    // The stubs of the Python package list the prototypes and are compared with them.
-    EXPECT_EQ(prototypes.size(), 64u);
+    for (const std::string& prototype : script.host().functions().prototypes(origin::library)) all += prototype + '\n';
+    // Tests of the Python package compare the list itself, which its stubs contain.
     EXPECT_EQ(digest(all), 0x6422ecbe1889741c) << all;
 }
 

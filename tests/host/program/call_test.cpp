@@ -32,8 +32,9 @@ TEST(functions, AreListedInTheOrderOfTheirRegistration)
     const auto plain = bench.zentrix("functions");
     EXPECT_EQ(plain.code, 0) << plain.err;
     EXPECT_THAT(plain.out, StartsWith("void ZXSetUseSIMD(long isUseSIMD)\nlong ZXPadSize(long n)\n"));
-    EXPECT_EQ(std::count(plain.out.begin(), plain.out.end(), '\n'), 64);
-    EXPECT_THAT(bench.zentrix("functions --json").out, StartsWith(R"x(["void ZXSetUseSIMD(long isUseSIMD)",")x"));
+    std::string listed = bench.zentrix("functions --json").out;  // ["first","second"]
+    for (std::size_t at; (at = listed.find("\",\"")) != std::string::npos;) listed.replace(at, 3, "\n");
+    EXPECT_EQ(listed, "[\"" + plain.out.substr(0, plain.out.size() - 1) + "\"]\n");
 }
 
 TEST(call, ConvertsWordsByThePrototypeAndPrintsTheResults)
