@@ -12,9 +12,9 @@ using interruption_question = bool (*)();
 /// Sets the question that stop_if_interrupted asks; null, as at the start: nothing is asked.
 void set_interruption_question(interruption_question question) noexcept;
 
-/// Kernels that can run for long call this once per row or in a similar outer step, never in a parallel loop. It asks
-/// at most every 50 ms; between, it costs one reading of the clock. Not inline, so that the sources of every instruction
-/// set share one copy.
+/// Kernels that can run for long call this once per row or in a similar outer step, never in a parallel loop. The
+/// question is asked every 50 ms at most; otherwise a call costs one reading of the clock. Not inline, so that the
+/// sources of all instruction sets share one copy.
 /// Throws  std::runtime_error with call_interrupted when the answer is yes
 void stop_if_interrupted();
 
