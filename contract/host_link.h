@@ -213,6 +213,11 @@ typedef struct host_table
                                                  host_object** error);
     /* Closes a registered floating window if it is open, and withdraws it. An unknown title is ignored. */
     void(HOST_CALL* withdraw_floating_window)(host_link* link, const char* title);
+
+    /* Returns 1 if the user has asked to stop the running call, else 0. The library asks now and then in long loops; on
+     * 1 the call fails with the text "The call was interrupted.". Read only if `size` covers it: earlier hosts do not
+     * have it. */
+    int32_t(HOST_CALL* is_interrupted)(host_link* link);
 } host_table;
 
 struct host_link

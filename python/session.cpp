@@ -41,6 +41,13 @@ void show_unraisable(const py::object& error)
     PyErr_WriteUnraisable(nullptr);
 }
 
+/// On no other thread does Python handle signals.
+bool on_python_main_thread()
+{
+    const auto threading = py::module_::import("threading");
+    return threading.attr("current_thread")().is(threading.attr("main_thread")());
+}
+
 int sessions_closing = 0;  // all sessions use the same loaded library, so only one at a time may run
 
 }  // namespace
@@ -48,7 +55,9 @@ int sessions_closing = 0;  // all sessions use the same loaded library, so only 
 session::session(const std::string& file, py::object log)
 {
     if (sessions_closing > 0) throw host::script_error{"A host cannot be started while another one is closed."};
-    engine_ = std::make_unique<host::engine>(host::host_options(file, forward_to(std::make_shared<python_owner>(log))));
+    auto options = host::host_options(file, forward_to(std::make_shared<python_owner>(log)));
+    if (on_python_main_thread()) options.interrupted = [this] { return is_interrupted(); };
+    engine_ = std::make_unique<host::engine>(std::move(options));
     library_ = std::make_unique<host::library>(*engine_, file);
 }
 
@@ -69,11 +78,22 @@ void session::require_usable() const
     if (!is_open()) throw host::script_error{"The library is closed."};
 }
 
-/// Raises ScriptError with the error of a callback as its cause. KeyboardInterrupt and the like are raised unchanged.
-void session::raise(const host::script_error& stopped, const char* advice)
+/// Runs the handlers of the signals that have arrived. Returns whether one of them raised an exception, which is kept.
+bool session::is_interrupted()
+{
+    const py::gil_scoped_acquire locked;
+    if (PyErr_CheckSignals() == 0) return false;
+    py::error_already_set raised;
+    keep_error(raised);
+    return interrupted_ = true;
+}
+
+/// Raises ScriptError with the error of a callback as its cause. The exception of a signal handler, KeyboardInterrupt
+/// and the like are raised unchanged.
+void session::raise(const host::script_error& stopped, const char* advice, bool interrupted)
 {
     const py::object cause = take_kept_error();
-    if (cause && !py::isinstance(cause, py::handle{PyExc_Exception})) {
+    if (cause && (interrupted || !py::isinstance(cause, py::handle{PyExc_Exception}))) {
         PyErr_SetObject(py::type::of(cause).ptr(), cause.ptr());
         throw py::error_already_set{};
     }
@@ -130,7 +150,7 @@ host::held_report session::held() const
     try {
         return engine_->report();
     } catch (const host::script_error& stopped) {
-        raise(stopped, nullptr);
+        raise(stopped, nullptr, false);
     }
 }
 

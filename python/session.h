@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "host/engine/engine.h"
 #include "host/engine/library.h"
@@ -47,17 +48,19 @@ class session
     void close();
 
     /// Runs `body(host::engine&)`, which calls the library, with the interpreter lock released.
-    /// Throws  as call; `advice` becomes the exception's note if the library refuses its parameters
+    /// Throws  as call; `advice` becomes the exception's note if the library refuses its parameters. The exception of a
+    ///         signal handler that stopped the call, such as KeyboardInterrupt, is raised unchanged
     template <class Body>
     auto run(Body body, const char* advice = nullptr)
     {
         require_usable();
         const counted one_more{running_calls_};
+        interrupted_ = false;
         try {
             const py::gil_scoped_release others_may_run;
             return body(*engine_);
         } catch (const host::script_error& stopped) {
-            raise(stopped, advice);
+            raise(stopped, advice, std::exchange(interrupted_, false));
         }
     }
 
@@ -79,11 +82,13 @@ class session
     py::object call_with(const py::args& python_arguments, Body body);
     void require_main_thread() const;
     void require_usable() const;
-    [[noreturn]] static void raise(const host::script_error& stopped, const char* advice);
+    bool is_interrupted();
+    [[noreturn]] static void raise(const host::script_error& stopped, const char* advice, bool interrupted);
 
     std::unique_ptr<host::engine> engine_;
     std::unique_ptr<host::library> library_;
     int running_calls_ = 0;
+    bool interrupted_ = false;  ///< the kept error comes from a signal that stopped the running call
 };
 
 }  // namespace zentrix::python

@@ -256,6 +256,13 @@ void HOST_CALL withdraw_floating_window(host_link* link, const char* title)
     });
 }
 
+std::int32_t HOST_CALL is_interrupted(host_link* link)
+{
+    return guarded(link, "is_interrupted", 0, [](engine_state& state) {
+        return state.options.interrupted && state.options.interrupted() ? 1 : 0;
+    });
+}
+
 }  // namespace
 
 const host_table& contract_table() noexcept
@@ -278,7 +285,8 @@ const host_table& contract_table() noexcept
                                      report_error,
                                      trace_add,
                                      register_floating_window,
-                                     withdraw_floating_window};
+                                     withdraw_floating_window,
+                                     is_interrupted};
     return table;
 }
 

@@ -32,6 +32,9 @@ struct engine_options
     std::function<bool(const std::string& path)> file_exists = {};
     /// Implements OpenImage; fails with script_error. Empty: OpenImage always fails.
     std::function<image_ref(const std::string& path)> open_image = {};
+    /// Answers whether the user has asked to stop the running call; called on the main thread now and then during long
+    /// calls. Empty: never.
+    std::function<bool()> interrupted = {};
     /// Compares the pixels before and after each read lock, and records a violation when they differ. Costs two passes.
     bool check_read_locks = false;
     listeners listening = {};

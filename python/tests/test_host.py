@@ -1,6 +1,7 @@
 """Loading, closing, threads."""
 
 import os
+import signal
 import subprocess
 import sys
 import threading
@@ -144,3 +145,35 @@ def test_descriptions_of_held_objects_may_use_the_host(zx):
     with pytest.raises(ScriptError, match="^ZeroDivisionError") as refusal:
         zx.held()
     assert isinstance(refusal.value.__cause__, ZeroDivisionError) and not zx.held().references
+
+
+INTERRUPTED = """if True:
+    import os, signal, threading, time
+    import numpy as np, zentrix
+    zx = zentrix.load()
+    spectrum, peaks = np.ones((512, 512), np.complex64), np.zeros((1, 20000), np.complex64)
+    class Alarm(Exception): pass
+    def alarm(*_): raise Alarm
+    signal.signal(signal.SIGUSR1, alarm)
+    for number, expected in (signal.SIGINT, KeyboardInterrupt), (signal.SIGUSR1, Alarm):
+        threading.Timer(0.3, os.kill, (os.getpid(), number)).start()
+        start = time.monotonic()
+        try:
+            zx.ZXMask(spectrum, peaks, None, 1e6, 0.0, None)
+        except expected as error:
+            assert time.monotonic() - start < 5 and error.__context__ is None
+            print(expected.__name__, zx.ZXPadSize(100), *zx.held().locks, *zx.held().violations, flush=True)
+    zx.ZXMask(spectrum, peaks, None, 1e6, 0.0, None)
+"""
+
+
+def test_signals_interrupt_long_calls():
+    """Also when nothing catches the exception. Without interruption each call would take more than ten seconds."""
+    command = [sys.executable, "-c", INTERRUPTED]
+    with subprocess.Popen(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as child:
+        lines = [child.stdout.readline().split() for _ in range(2)]
+        time.sleep(0.3)
+        child.send_signal(signal.SIGINT)
+        _, errors = child.communicate(timeout=5)
+    assert lines == [["KeyboardInterrupt", "112"], ["Alarm", "112"]]
+    assert errors.endswith("KeyboardInterrupt\n") and child.returncode == -signal.SIGINT

@@ -1,5 +1,6 @@
 #include "framework/link.h"
 
+#include <cstddef>
 #include <utility>
 
 namespace Gatan::PlugIn {
@@ -21,6 +22,12 @@ void set_current_link(host_link* link) noexcept
     host_link* const previous = std::exchange(the_link, link);
     ++the_generation;
     if (previous) previous->table->release(previous);
+}
+
+bool is_interrupted() noexcept
+{
+    constexpr auto needed = offsetof(host_table, is_interrupted) + sizeof(host_table::is_interrupted);
+    return the_link && the_link->table->size >= needed && the_link->table->is_interrupted(the_link) != 0;
 }
 
 }  // namespace Gatan::PlugIn

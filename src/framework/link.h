@@ -20,4 +20,8 @@ std::uint64_t link_generation() noexcept;
 /// (binding/object_ref.h). A host that wants them back calls PlugInShutdown first.
 void set_current_link(host_link* link) noexcept;
 
+/// Whether the host asks to stop the running call. False without a host, and with a host whose table does not have the
+/// operation.
+bool is_interrupted() noexcept;
+
 }  // namespace Gatan::PlugIn

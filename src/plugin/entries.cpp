@@ -4,6 +4,7 @@
 
 #include "binding/call.h"
 #include "framework/link.h"
+#include "image/interruption.h"
 #include "plugin/guarded.h"
 
 using qorv::dm::guarded;
@@ -27,6 +28,7 @@ void check_host_version()
 void start(CZXPlugIn& plug_in)
 {
     check_host_version();
+    qorv::dm::set_interruption_question(Gatan::PlugIn::is_interrupted);
     plug_in.enlist();
     plug_in.Start();
 }
@@ -41,6 +43,7 @@ void end(CZXPlugIn& plug_in)
 {
     plug_in.End();
     plug_in.tear_down();
+    qorv::dm::set_interruption_question(nullptr);
     qorv::binding::function_slot::release_all();
 }
 

@@ -10,6 +10,7 @@
 #include "plugin/entries.h"
 #include "plugin/guarded.h"
 #include "plugin/module.h"
+#include "tests/support/same_bytes.h"
 
 // The lifecycle entries, linked into this program and called by the stand-alone host.
 namespace {
@@ -140,6 +141,29 @@ TEST_F(lifecycle, ObjectsOfAReplacedLinkAreAbandoned)
     PlugInShutdown();
     EXPECT_EQ(second.report().references, held);
     EXPECT_THAT(second.report().violations, IsEmpty());
+}
+
+TEST_F(lifecycle, HostStopsACallIfItsTableHasTheOperation)
+{
+    engine host{{.interrupted = [] { return true; }}};
+    const auto blur = [&] {
+        const script_value picture{image::create("picture", HOST_ELEMENT_FLOAT32, {{4, 3}})};
+        return support::message_of([&] {
+            host.call("ZXGaussianBlur", {picture, 1.0, std::int64_t{3}, script_value{}});
+        });
+    };
+    {
+        const library zentrix{host, entries()};
+        EXPECT_EQ(blur(), "The call was interrupted.");
+        EXPECT_THAT(host.report().locks, IsEmpty());
+    }
+    EXPECT_EQ(host.report().text(), "");
+    host_table shorter = *host.link()->table;
+    shorter.size = offsetof(host_table, is_interrupted);
+    shorter.is_interrupted = nullptr;
+    host.link()->table = &shorter;
+    const library zentrix{host, entries()};
+    EXPECT_EQ(blur(), "");
 }
 
 TEST_F(lifecycle, HostVersionIsCheckedAndStartUpContinues)

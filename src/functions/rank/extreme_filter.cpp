@@ -2,6 +2,7 @@
 
 #include "functions/rank/special_values.h"
 #include "image/errors.h"
+#include "image/interruption.h"
 #include "image/overlap.h"
 #include "image/visit.h"
 
@@ -63,11 +64,13 @@ template <class T>
 void extreme_plain(const dm::image<const T>& source, extreme which, std::ptrdiff_t radius,
                    const dm::image<T>& destination)
 {
-    for (std::ptrdiff_t y = 0; y < source.height(); ++y)
+    for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
+        dm::stop_if_interrupted();
         if (which == extreme::maximum)
             filter_run<T, extreme::maximum>(source, radius, destination, y, 0, source.width());
         else
             filter_run<T, extreme::minimum>(source, radius, destination, y, 0, source.width());
+    }
 }
 
 template <class T>
@@ -246,6 +249,7 @@ void filter_plane(const dm::image<const T>& source, std::ptrdiff_t radius, const
         }
     }
     special.repair(radius, [&](std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end) {
+        dm::stop_if_interrupted();
         filter_run<T, which>(source, radius, destination, y, begin, end);
     });
 }
@@ -287,7 +291,10 @@ void extreme_filter(const dm::image<const T>& source, extreme which, std::int32_
 
     const auto& filter = dm::choose(extreme_variants<T>());
     const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());
-    for (std::ptrdiff_t z = 0; z < planes; ++z) filter.function(source.plane(z), which, radius, destination.plane(z));
+    for (std::ptrdiff_t z = 0; z < planes; ++z) {
+        dm::stop_if_interrupted();
+        filter.function(source.plane(z), which, radius, destination.plane(z));
+    }
 }
 
 #define INSTANTIATE(T)                                           \

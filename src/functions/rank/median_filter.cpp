@@ -5,6 +5,7 @@
 #include "functions/rank/special_values.h"
 #include "functions/rank/window_range.h"
 #include "image/errors.h"
+#include "image/interruption.h"
 #include "image/overlap.h"
 
 #include <algorithm>
@@ -69,12 +70,14 @@ void median_plain(const dm::image<const T>& source, std::ptrdiff_t radius, paddi
                   const dm::image<T>& destination)
 {
     std::vector<T> window;
-    for (std::ptrdiff_t y = 0; y < source.height(); ++y)
+    for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
+        dm::stop_if_interrupted();
         if (outside == padding::none && y > 0 &&
             window_around(y, radius, source.height()) == window_around(y - 1, radius, source.height()))
             for (std::ptrdiff_t x = 0; x < source.width(); ++x) destination(x, y) = destination(x, y - 1);
         else
             filter_run(source, radius, outside, destination, y, 0, source.width(), window);
+    }
 }
 
 /// A ring of the rows of one row of windows, with zeros around the image.
@@ -182,6 +185,7 @@ void median_fast(const dm::image<const T>& source, std::ptrdiff_t radius, paddin
     }
     std::vector<T> window;
     special.repair(radius, [&](std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end) {
+        dm::stop_if_interrupted();
         filter_run(source, radius, outside, destination, y, begin, end, window);
     });
 }
@@ -210,7 +214,10 @@ void median_filter(const dm::image<const T>& source, std::int32_t radius, paddin
 
     const auto& filter = dm::choose(median_variants<T>());
     const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());
-    for (std::ptrdiff_t z = 0; z < planes; ++z) filter.function(source.plane(z), radius, outside, destination.plane(z));
+    for (std::ptrdiff_t z = 0; z < planes; ++z) {
+        dm::stop_if_interrupted();
+        filter.function(source.plane(z), radius, outside, destination.plane(z));
+    }
 }
 
 template dm::variants<median_kernel<float>> median_variants();

@@ -1,6 +1,7 @@
 #include "functions/rank/median_filter_ranks.h"
 #include "functions/rank/rank_key.h"
 #include "functions/rank/window_range.h"
+#include "image/interruption.h"
 
 #include <array>
 #include <bit>
@@ -224,6 +225,7 @@ void filter_tile(const ranked_tile<T>& tile, std::ptrdiff_t radius, const dm::im
     sliding_window<T> window{tile, radius, xs.begin, ys.begin};
     bool right = true;
     for (std::ptrdiff_t y = ys.begin; y < ys.end; ++y, right = !right) {
+        dm::stop_if_interrupted();
         if (y > ys.begin) window.move_down(y);
         const std::ptrdiff_t step = right ? 1 : -1;
         std::ptrdiff_t x = right ? xs.begin : xs.end - 1;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "image/errors.h"
+#include "image/interruption.h"
 #include "image/overlap.h"
 #include "numeric/complex.h"
 
@@ -70,6 +71,9 @@ class reduced_basis
     vector2 to_a_{}, to_b_{};  ///< rows of the inverse matrix
 };
 
+/// Of the image: a disc of a few rows mostly contains none of these, a large one always does.
+constexpr std::ptrdiff_t rows_per_question = 32;
+
 template <class T>
 T masked(T value, double factor)
 {
@@ -112,10 +116,12 @@ mask_plane lattice_mask(const lattice& points, const disc& shape, std::ptrdiff_t
     const reduced_basis basis{points};
     mask_plane mask;
     mask.reserve(static_cast<std::size_t>(width * height));
-    for (std::ptrdiff_t y = 0; y < height; ++y)
+    for (std::ptrdiff_t y = 0; y < height; ++y) {
+        dm::stop_if_interrupted();
         for (std::ptrdiff_t x = 0; x < width; ++x)
             mask.push_back(shape.at(
                 basis.distance({static_cast<double>(x) - points.origin_x, static_cast<double>(y) - points.origin_y})));
+    }
     return mask;
 }
 
@@ -132,12 +138,14 @@ mask_plane peak_mask(const std::vector<peak>& peaks, const disc& shape, std::ptr
     };
     for (const peak& p : peaks) {
         if (!std::isfinite(p.x) || !std::isfinite(p.y)) continue;
-        for (std::ptrdiff_t y = first(p.y, height); y <= last(p.y, height); ++y)
+        for (std::ptrdiff_t y = first(p.y, height); y <= last(p.y, height); ++y) {
+            if (y % rows_per_question == 0) dm::stop_if_interrupted();
             for (std::ptrdiff_t x = first(p.x, width); x <= last(p.x, width); ++x) {
                 double& factor = mask[static_cast<std::size_t>(y * width + x)];
                 const double dx = static_cast<double>(x) - p.x, dy = static_cast<double>(y) - p.y;
                 factor = std::max(factor, shape.at(std::sqrt(dx * dx + dy * dy)));
             }
+        }
     }
     return mask;
 }

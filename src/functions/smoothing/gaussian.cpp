@@ -1,6 +1,7 @@
 #include "functions/smoothing/gaussian.h"
 
 #include "image/errors.h"
+#include "image/interruption.h"
 
 #include <algorithm>
 #include <cmath>
@@ -79,10 +80,12 @@ void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, cons
     const std::ptrdiff_t nx = from.width(), ny = from.height();
     std::vector<double> line(static_cast<std::size_t>(std::max(nx, ny)));
     for (std::ptrdiff_t y = 0; y < ny; ++y) {
+        dm::stop_if_interrupted();
         for (std::ptrdiff_t x = 0; x < nx; ++x) line[x] = weighted_mean(from.row(y), from.strides()[0], nx, x, weights);
         for (std::ptrdiff_t x = 0; x < nx; ++x) to(x, y) = static_cast<T>(line[x]);
     }
     for (std::ptrdiff_t x = 0; x < nx; ++x) {
+        dm::stop_if_interrupted();
         for (std::ptrdiff_t y = 0; y < ny; ++y) line[y] = weighted_mean(&to(x), to.strides()[1], ny, y, weights);
         for (std::ptrdiff_t y = 0; y < ny; ++y) to(x, y) = static_cast<T>(line[y]);
     }

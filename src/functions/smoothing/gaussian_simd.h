@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "functions/smoothing/gaussian.h"
+#include "image/interruption.h"
 #include "image/lanes_simd.h"
 
 /// Many pixels side by side, each with its taps in the plain variant's order. Samples are converted to double once, and
@@ -19,6 +20,9 @@ namespace gauss {
 /// Pixels of one step: four independent sums for each lane hide the latency of the additions.
 template <class Arch>
 inline constexpr std::ptrdiff_t group = 4 * static_cast<std::ptrdiff_t>(xsimd::batch<double, Arch>::size);
+
+/// A row of a small window takes about a microsecond, in which a reading of the clock would show.
+inline constexpr std::ptrdiff_t rows_per_question = 4;
 
 /// A weight in all lanes of a vector, and the samples to which it applies: before and after the pixels of the line, in
 /// their order. The pointers are stored because GCC, when it computes them, runs out of registers.
@@ -136,6 +140,7 @@ void blur_rows(const dm::image<const T>& from, const dm::image<T>& to, const std
     const auto n = static_cast<std::ptrdiff_t>(weights.size());
     for (std::ptrdiff_t i = 0; i < n; ++i) taps[i].before = pixels - i, taps[i].after = pixels + i;
     for (std::ptrdiff_t y = 0; y < from.height(); ++y) {
+        if (y % rows_per_question == 0) dm::stop_if_interrupted();
         const T* row = from.row(y);
         if (step == 1)
             for (std::ptrdiff_t x = 0; x < width; ++x) pixels[x] = row[x];
@@ -170,6 +175,7 @@ void blur_columns(const dm::image<T>& image, const std::vector<double>& weights)
         };
         for (std::ptrdiff_t y = 0; y < std::min(n - 1, height); ++y) read(y);
         for (std::ptrdiff_t y = 0; y < height; ++y) {
+            if (y % rows_per_question == 0) dm::stop_if_interrupted();
             if (y + n - 1 < height) read(y + n - 1);
             if (norm[0] != norms[y]) std::fill(norm.begin(), norm.end(), norms[y]);
             const reach meets{y, height - 1 - y, 0};

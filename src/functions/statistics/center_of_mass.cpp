@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "image/errors.h"
+#include "image/interruption.h"
 #include "image/visit.h"
 
 namespace qorv::functions {
@@ -66,6 +67,7 @@ std::int32_t center_of_mass(const image<const T>& source, position& center, cons
                 dm::errors::parameters_invalid);
     position current = center;
     for (std::int32_t cycle = 1; cycle <= how.most_cycles; ++cycle) {
+        dm::stop_if_interrupted();
         const moments found = moments_within(source, current, how);
         if (!(found.mass > 0) || !std::isfinite(found.mass)) return 0;
         const position next{found.x / found.mass, found.y / found.mass};

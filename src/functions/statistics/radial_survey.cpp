@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "image/errors.h"
+#include "image/interruption.h"
 #include "image/visit.h"
 
 namespace qorv::functions {
@@ -50,6 +51,7 @@ void radial_survey(const image<const T>& source, const radial_grid& grid, const 
     std::vector<double> sums(length * static_cast<std::size_t>(source.depth()));
 
     for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
+        dm::stop_if_interrupted();
         const double square_y = grid.square_y(y);
         for (std::size_t x = 0; x < bins.size(); ++x) bins[x] = nearest_radius(squares_x[x] + square_y);
         for (const std::int32_t bin : bins) ++counts[static_cast<std::size_t>(bin)];

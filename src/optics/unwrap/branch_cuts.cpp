@@ -1,5 +1,7 @@
 #include "optics/unwrap/branch_cuts.h"
 
+#include "image/interruption.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <utility>
@@ -73,7 +75,8 @@ class cut_grower
 
     void grow_all()
     {
-        for (std::int32_t y = 0; y + 1 < height_; ++y)
+        for (std::int32_t y = 0; y + 1 < height_; ++y) {
+            dm::stop_if_interrupted();
             for (std::int32_t x = 0; x + 1 < width_;) {
                 const std::uint64_t found = uncounted_.stretch(x, y, width_ - 2);
                 if (found == 0) {
@@ -84,6 +87,7 @@ class cut_grower
                 grow({x, y});  // may count further residues of this row, so the bits are read again
                 ++x;
             }
+        }
     }
 
   private:
@@ -105,8 +109,11 @@ class cut_grower
     {
         std::size_t walked = 0;  // members whose previous box was searched; only the ring around it is new
         for (std::int32_t side = 3; side <= limit_; side += 2) {
-            for (std::size_t k = 0; k < members_.size(); ++k)
+            for (std::size_t k = 0; k < members_.size(); ++k) {
+                // Most trees end within a few small boxes, which take less time than a reading of the clock.
+                if (k % 1024 == 1023) dm::stop_if_interrupted();
                 if (search_box(members_[k], side / 2, k < walked)) return true;
+            }
             walked = members_.size();
         }
         return false;

@@ -1,5 +1,6 @@
 #include "optics/unwrap/flood_fill.h"
 
+#include "image/interruption.h"
 #include "optics/unwrap/phase_wrap.h"
 
 #include <algorithm>
@@ -52,6 +53,7 @@ class filler
         visit();
         while (top_ != stack_) {
             const std::uint32_t index = *--top_;
+            if (++popped_ % 65536 == 0) dm::stop_if_interrupted();
             if (is_surrounded(flags_ + index)) continue;  // true of half the pixels of a smooth phase
             go_to(index);
             visit();
@@ -166,6 +168,7 @@ class filler
     std::uint8_t* flags_;
     std::ptrdiff_t height_, pitch_;
     std::uint32_t *stack_, *top_;
+    std::uint32_t popped_ = 0;
 
     const float* p_ = nullptr;  ///< the current pixel in all three images
     float* q_ = nullptr;

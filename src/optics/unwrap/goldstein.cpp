@@ -1,6 +1,7 @@
 #include "optics/unwrap/goldstein.h"
 
 #include "image/errors.h"
+#include "image/interruption.h"
 #include "optics/unwrap/phase_wrap.h"
 
 #include <algorithm>
@@ -85,9 +86,11 @@ class plain_unwrapper
 
     void place_cuts()
     {
-        for (std::int32_t y = 0; y + 1 < height_; ++y)
+        for (std::int32_t y = 0; y + 1 < height_; ++y) {
+            dm::stop_if_interrupted();
             for (std::int32_t x = 0; x + 1 < width_; ++x)
                 if ((flags(x, y) & residue) && !(flags(x, y) & goldstein_flag::balanced)) grow_tree({x, y});
+        }
     }
 
     void grow_tree(position start)
@@ -105,8 +108,11 @@ class plain_unwrapper
     bool search_boxes()
     {
         for (std::int32_t side = 3; side <= limit_; side += 2)
-            for (std::size_t k = 0; k < tree_.size(); ++k)
+            for (std::size_t k = 0; k < tree_.size(); ++k) {
+                // Most trees end within a few small boxes, which take less time than a reading of the clock.
+                if (side % 64 == 1 || k % 1024 == 1023) dm::stop_if_interrupted();
                 if (search_box(tree_[k], side / 2)) return true;
+            }
         return false;
     }
 
@@ -192,6 +198,7 @@ class plain_unwrapper
 
     void fill_regions()
     {
+        std::uint32_t popped = 0;
         for (std::int32_t y = 0; y < height_; ++y)
             for (std::int32_t x = 0; x < width_; ++x) {
                 if (!is_open(x, y)) continue;
@@ -199,6 +206,7 @@ class plain_unwrapper
                 while (!stack_.empty()) {
                     const position next = stack_.back();
                     stack_.pop_back();
+                    if (++popped % 65536 == 0) dm::stop_if_interrupted();
                     visit(next);
                 }
             }

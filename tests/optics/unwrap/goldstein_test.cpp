@@ -1,6 +1,7 @@
 #include "optics/unwrap/goldstein.h"
 
 #include "image/errors.h"
+#include "image/interruption.h"
 #include "tests/support/same_bytes.h"
 
 #include <cmath>
@@ -152,6 +153,16 @@ TEST(Goldstein, SwitchSelectsThePlainVariant)
         EXPECT_EQ(scratch == goldstein_flag::unwrapped, use_simd == 0);
     }
     qorv::dm::read_processor_features();
+}
+
+TEST(Goldstein, CanBeInterruptedInCutsAndFill)
+{
+    for (const picture& p : {noisy(64, 48, 1.06, 1), draw(800, 600, [](int x, int y) { return 0.1 * x + 0.2 * y; })})
+        for (goldstein_kernel* kernel : {unwrap_goldstein_plain, unwrap_goldstein_fast}) {
+            qorv::dm::set_interruption_question([] { return true; });
+            EXPECT_EQ(support::message_of([&] { unwrap(kernel, p, 0); }), "The call was interrupted.");
+            qorv::dm::set_interruption_question(nullptr);
+        }
 }
 
 TEST(Goldstein, RefusesMorePixelsThanItCanNumber)
