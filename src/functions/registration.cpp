@@ -12,7 +12,7 @@
 
 namespace qorv::functions {
 
-void register_library(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
+void register_functions(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
 {
     const dm::script_functions in_order[] = {
         utility_functions,    file_functions,    elementwise_functions,    smoothing_functions, rank_functions,
