@@ -7,7 +7,7 @@
 #include "functions/reciprocal/window_entry.h"
 #include "functions/smoothing/smoothing_entry.h"
 #include "functions/statistics/statistics_entry.h"
-#include "functions/system/utility_entry.h"
+#include "functions/system/system_entry.h"
 #include "functions/transpose/transpose_entry.h"
 
 namespace qorv::functions {
