@@ -25,7 +25,7 @@ class ratio_reporter : public benchmark::ConsoleReporter
     {
         if (std::exchange(has_context_, true)) return true;
         ConsoleReporter::ReportContext(context);
-        name_field_width_ = 44;  // the names to come are not known yet
+        name_field_width_ = 44;  // the names that follow are not known yet
         return true;
     }
     void ReportRuns(const std::vector<Run>& runs) override

@@ -1,6 +1,6 @@
-# cmake --install build/release --prefix WHERE: the program and the library in one folder, since the program loads the
-# library from no other; the Python package, for the same reason with a library of its own, in the folder that Debian's
-# interpreter searches below its prefixes; the headers that a C++ module needs to call the warps.
+# cmake --install build/release --prefix WHERE. Program and library go to bin/, because the program searches only its
+# own folder. The Python package has its own copy in Debian's dist-packages. The headers are for C++ callers of the
+# warps.
 install(TARGETS zentrix_program RUNTIME DESTINATION bin)
 install(TARGETS Zentrix64 RUNTIME DESTINATION bin LIBRARY DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES src/warp/warp.h DESTINATION include/zentrix64/warp)

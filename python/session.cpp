@@ -14,7 +14,7 @@ constexpr char advice_on_strides[] =
     "An argument is an array that is not C-contiguous, which some functions do not support: pass "
     "numpy.ascontiguousarray() of it.";
 
-/// What the host has to say goes to Python; trouble there stops nothing here.
+/// Passes a message of the host to Python's logger. An exception of the logger is reported as unraisable.
 void tell(const std::shared_ptr<python_owner>& log, const char* level, const std::string& text)
 {
     const py::gil_scoped_acquire locked;

@@ -40,7 +40,7 @@ class session
     std::vector<std::string> functions() const;
     /// counter name -> (reports, ticks)
     py::dict traces() const;
-    /// What the library holds. After close the host has dropped whatever the library left.
+    /// The objects that the library holds. None after close: the host then releases those that remain.
     host::held_report held() const;
 
     /// Shuts the library down. Does nothing if it is closed or being closed.

@@ -28,8 +28,7 @@ class call_arguments
     ///     mapping; list, tuple     tag group; tag list
     ///     any other object         script object
     /// Throws  as image_of; py::type_error for bytes; host::script_error for a text with a NUL character; the
-    /// exceptions of
-    ///         the objects' own methods
+    ///         exceptions of the objects' own methods
     explicit call_arguments(const py::args& arguments);
 
     const std::vector<host::script_value>& values() const noexcept { return values_; }

@@ -62,8 +62,8 @@ def parameter(text):
 
 def method(prototype):
     result, name, listed = re.fullmatch(r"(\w+) (\w+)\((.*)\)", prototype).groups()
-    given = [] if listed.strip() in ("", "void") else [parameter(one) for one in listed.split(",")]
-    return f"    def {name}({', '.join(['self', *given, '/'])}) -> {RESULTS[result]}: ...\n"
+    parameters = [] if listed.strip() in ("", "void") else [parameter(one) for one in listed.split(",")]
+    return f"    def {name}({', '.join(['self', *parameters, '/'])}) -> {RESULTS[result]}: ...\n"
 
 
 def stubs(prototypes):

@@ -19,6 +19,7 @@ struct handle_closer
 template <class Handle, auto close>
 using unique_handle = std::unique_ptr<std::remove_pointer_t<Handle>, handle_closer<Handle, close>>;
 
+using unique_kernel_object = unique_handle<HANDLE, ::CloseHandle>;
 using unique_memory_dc = unique_handle<HDC, ::DeleteDC>;
 using unique_gdi_object = unique_handle<HGDIOBJ, ::DeleteObject>;
 using unique_bitmap = unique_handle<HBITMAP, ::DeleteObject>;

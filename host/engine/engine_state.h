@@ -24,7 +24,8 @@ struct engine_state
     /// The registered floating window of that title, or windows.end().
     std::vector<floating_window>::iterator window(std::string_view title);
 
-    /// The link and its engine. The library sees only the first member; the table gets from it to the engine.
+    /// The link and its engine. The library receives a pointer to the first member; the table's functions find the
+    /// engine through it.
     struct link_with_owner
     {
         host_link link;

@@ -31,7 +31,8 @@ struct output
     cell_ref cell;
 };
 
-/// The present value of a cell. A null object, which also a cell that was never filled holds, is the default value.
+/// The current value of a cell. A null object, which a cell never filled also holds, is read as the default value of
+/// the type.
 script_value value_in_cell(handle_table& handles, journal& records, const host_value& cell, const prototype_type& type)
 {
     if (is_counted(type.kind) && cell.kind == static_cast<std::uint32_t>(type.kind) && !cell.as.object)

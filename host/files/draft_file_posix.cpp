@@ -33,7 +33,7 @@ void remove_remnants(const fs::path& folder)
     }
 }
 
-/// False when another process takes the file for a remnant, in the moment between its creation and this lock.
+/// Returns false if another process removed the draft between its creation and the lock.
 bool lock_draft(int file)
 {
     if (flock(file, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
@@ -52,8 +52,8 @@ int create(const fs::path& path, mode_t mode)
     return -1;
 }
 
-/// As far as the system permits. Owner first, because a change of owner clears bits of the mode. Without the former
-/// group its rights are dropped.
+/// Copies owner, group and mode as far as permitted. The owner is first, because changing it clears mode bits. If the
+/// group cannot be kept, its rights are removed.
 void copy_rights(int file, const struct stat& former)
 {
     mode_t mode = former.st_mode & 07777;

@@ -162,14 +162,14 @@ memory_tag_group::~memory_tag_group()
             if (!held) continue;
             auto group = std::dynamic_pointer_cast<memory_tag_group>(std::exchange(*held, nullptr));
             if (!group || group.use_count() > 1) continue;
-            group->next_doomed_ = std::move(doomed);
+            group->next_to_destroy_ = std::move(doomed);
             doomed = std::move(group);
         }
     };
     take_groups(*this);
     while (doomed) {
         const auto dying = std::move(doomed);
-        doomed = std::move(dying->next_doomed_);
+        doomed = std::move(dying->next_to_destroy_);
         take_groups(*dying);
     }
 }

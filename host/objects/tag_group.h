@@ -95,9 +95,9 @@ class memory_tag_group : public tag_group
     bool is_inside(const memory_tag_group& outer) const;
 
     bool is_list_;
-    bool was_nested_ = false;                        // put into another group at some time
-    std::shared_ptr<memory_tag_group> next_doomed_;  // links the groups that a destructor has still to destroy
-    std::vector<std::pair<std::string, tag>> tags_;  // in order of creation; names are empty in a list
+    bool was_nested_ = false;                            // put into another group at some time
+    std::shared_ptr<memory_tag_group> next_to_destroy_;  // links the groups that a destructor has still to destroy
+    std::vector<std::pair<std::string, tag>> tags_;      // in order of creation; names are empty in a list
 };
 
 }  // namespace zentrix::host

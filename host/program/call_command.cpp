@@ -42,7 +42,7 @@ struct destinations
     std::string result;                          ///< empty: none
     std::map<std::string, std::string> by_name;  ///< output parameter -> file
 
-    std::string of(const std::string& parameter) const
+    std::string file_for(const std::string& parameter) const
     {
         const auto found = by_name.find(parameter);
         return found == by_name.end() ? "" : found->second;
@@ -143,7 +143,7 @@ std::vector<delivery> outputs_of(const host::prototype& signature, const std::ve
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const std::string& name = signature.parameter_of(i).name;
         if (const auto* cell = std::get_if<host::cell_ref>(&arguments[i]))
-            outputs.push_back({name, (*cell)->value, files.of(name)});
+            outputs.push_back({name, (*cell)->value, files.file_for(name)});
         else if (host::object_in<host::tag_group>(arguments[i]))  // the function may have changed it
             outputs.push_back({name, arguments[i], ""});
     }

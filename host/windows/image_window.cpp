@@ -1,7 +1,7 @@
 #include "host/windows/image_window.h"
+#include "host/text/encoding.h"
 
 #include <algorithm>
-#include <boost/nowide/convert.hpp>
 
 namespace zentrix::host {
 
@@ -74,7 +74,7 @@ image_window::image_window(std::string title, HWND owner, SIZE client, std::func
 void image_window::show_title()
 {
     const std::string mode = limits_ ? "" : std::string{" - "} + mode_names[static_cast<std::size_t>(mode_)];
-    SetWindowTextW(handle(), boost::nowide::widen(title_ + mode).c_str());
+    SetWindowTextW(handle(), widen(title_ + mode).c_str());
 }
 
 void image_window::refresh()

@@ -1,8 +1,8 @@
 #include "host/windows/microscope_dialog.h"
 
-#include <boost/nowide/convert.hpp>
 #include <charconv>
 
+#include "host/text/encoding.h"
 #include "host/windows/resource.h"
 #include "host/windows/window.h"
 #include "lens/numbers.h"
@@ -45,7 +45,7 @@ int read(HWND dialog, microscope& scope)
     for (const field& one : fields) {
         wchar_t typed[64] = {};
         GetDlgItemTextW(dialog, one.id, typed, static_cast<int>(std::size(typed)));
-        const auto number = lens::parse_number(boost::nowide::narrow(typed));
+        const auto number = lens::parse_number(narrow(typed));
         if (!number || *number < 0 || (*number == 0 && !one.may_be_zero)) return one.id;
         value_of(scope, one) = *number;
     }

@@ -3,13 +3,13 @@
 #include <commdlg.h>
 
 #include <algorithm>
-#include <boost/nowide/convert.hpp>
 #include <cstdio>
 #include <cwchar>
 #include <utility>
 #include <vector>
 
 #include "host/files/image_file.h"
+#include "host/text/encoding.h"
 #include "host/text/system_path.h"
 #include "host/windows/microscope_dialog.h"
 #include "host/windows/resource.h"
@@ -254,7 +254,7 @@ void panel_program::alert(const std::string& text)
     std::fprintf(stderr, "zentrix: %s\n", text.c_str());
     if (alerting_ || options_.quit_after_ms) return;  // one box at a time; none in an unattended run
     alerting_ = true;
-    MessageBoxW(wave_window_->handle(), boost::nowide::widen(text).c_str(), L"Zentrix", MB_OK | MB_ICONWARNING);
+    MessageBoxW(wave_window_->handle(), widen(text).c_str(), L"Zentrix", MB_OK | MB_ICONWARNING);
     alerting_ = false;
 }
 

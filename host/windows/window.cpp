@@ -1,8 +1,7 @@
 #include "host/windows/window.h"
 
-#include <boost/nowide/convert.hpp>
-
 #include "host/objects/value.h"
+#include "host/text/encoding.h"
 
 namespace zentrix::host {
 
@@ -31,10 +30,10 @@ window::window(const form& description)
     static_cast<void>(registered);
     RECT place{0, 0, description.client.cx, description.client.cy};
     AdjustWindowRectEx(&place, description.style, FALSE, description.extended_style);
-    handle_.reset(CreateWindowExW(description.extended_style, class_name,
-                                  boost::nowide::widen(description.title).c_str(), description.style, CW_USEDEFAULT,
-                                  CW_USEDEFAULT, place.right - place.left, place.bottom - place.top, description.owner,
-                                  nullptr, GetModuleHandleW(nullptr), nullptr));
+    handle_.reset(CreateWindowExW(description.extended_style, class_name, widen(description.title).c_str(),
+                                  description.style, CW_USEDEFAULT, CW_USEDEFAULT, place.right - place.left,
+                                  place.bottom - place.top, description.owner, nullptr, GetModuleHandleW(nullptr),
+                                  nullptr));
     if (!handle_) throw script_error{"The window \"" + description.title + "\" cannot be created."};
     SetWindowLongPtrW(handle(), GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }

@@ -40,7 +40,6 @@ class image_lock
     std::uint32_t host_code() const noexcept { return state_->code; }
     element_type type() const noexcept { return element_type_of(state_->code); }
     void* data() const noexcept { return state_->data; }
-    const binding::image_ref& image_reference() const noexcept { return state_->source; }
 
   protected:
     template <class T>

@@ -24,7 +24,7 @@ void to_debugger(const char* text) noexcept
 #endif
 }
 
-/// The host's error manager, or the temporary one given.
+/// The host's error manager, or `temporary` if the host has none.
 ErrorManager& manager_or(ErrorManager&& temporary) noexcept
 {
     ErrorManager* manager = GetErrorManager();

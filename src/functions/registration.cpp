@@ -7,12 +7,12 @@
 #include "functions/reciprocal/window_entry.h"
 #include "functions/smoothing/smoothing_entry.h"
 #include "functions/statistics/statistics_entry.h"
-#include "functions/system/utility_entry.h"
+#include "functions/system/system_entry.h"
 #include "functions/transpose/transpose_entry.h"
 
 namespace qorv::functions {
 
-void register_library(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
+void register_functions(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
 {
     const dm::script_functions in_order[] = {
         utility_functions,    file_functions,    elementwise_functions,    smoothing_functions, rank_functions,

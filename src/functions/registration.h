@@ -6,9 +6,9 @@
 
 namespace qorv::functions {
 
-/// Registers the script functions of the library in a fixed order, each named `prefix` + its own name.
+/// Registers the image-processing script functions in a fixed order, each named `prefix` + its own name.
 /// Throws  what binding::add_function throws; the functions before the failing one stay registered until the plug-in's
 ///         tear-down
-void register_library(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix);
+void register_functions(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix);
 
 }  // namespace qorv::functions

@@ -2,7 +2,9 @@
 
 #include <xsimd/xsimd.hpp>
 
+#include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <type_traits>
 #include <utility>
 
@@ -10,8 +12,8 @@
 /// for a complex one.
 namespace qorv::dm::simd {
 
-/// Lane i of the result is lane `index[i]` of a followed by b. The library has this for single instruction sets only,
-/// the compiler for all.
+/// Lane i of the result is lane `index[i]` of a followed by b. xsimd has this shuffle for some instruction sets only;
+/// the compiler's builtin works for all.
 template <class T, class Arch, std::size_t... index>
 xsimd::batch<T, Arch> shuffled(xsimd::batch<T, Arch> a, xsimd::batch<T, Arch> b, std::index_sequence<index...>)
 {
@@ -19,6 +21,29 @@ xsimd::batch<T, Arch> shuffled(xsimd::batch<T, Arch> a, xsimd::batch<T, Arch> b,
     using lanes [[gnu::vector_size(batch::size * sizeof(T))]] = T;
     using registers = typename batch::register_type;
     return batch((registers)__builtin_shufflevector((lanes)a.data, (lanes)b.data, index...));
+}
+
+/// Loads the first `count` lanes from memory, or all if there are fewer. The others become 0.
+template <class Arch, class T>
+xsimd::batch<T, Arch> load_first(const T* from, std::ptrdiff_t count)
+{
+    using batch = xsimd::batch<T, Arch>;
+    constexpr std::ptrdiff_t size = batch::size;
+    if (count >= size) return batch::load_unaligned(from);
+    T all[size] = {};
+    std::memcpy(all, from, static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0)) * sizeof(T));
+    return batch::load_unaligned(all);
+}
+
+/// Stores the first `count` lanes, or all if there are fewer.
+template <class T, class Arch>
+void store_first(const xsimd::batch<T, Arch>& values, T* to, std::ptrdiff_t count)
+{
+    constexpr std::ptrdiff_t size = xsimd::batch<T, Arch>::size;
+    if (count >= size) return values.store_unaligned(to);
+    T all[size];
+    values.store_unaligned(all);
+    std::memcpy(to, all, static_cast<std::size_t>(count) * sizeof(T));
 }
 
 /// Elements from both halves in turn: a0 b0 a1 b1 ..., of the low halves (half 0) or the high halves (half 1).

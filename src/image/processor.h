@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-/// The library's names of instruction sets, which select the vector form of a kernel in a table of variants. Only the
-/// files that define and instantiate such a form include the library.
+/// xsimd's tags of instruction sets. They select the vector form of a kernel in a table of variants. Only the files
+/// that define and instantiate such a form include xsimd.
 namespace xsimd {
 struct sse2;
 }

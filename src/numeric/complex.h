@@ -23,9 +23,12 @@ struct real_type<std::complex<Real>>
 /// The type of the parts of a complex type; a real type itself.
 template <class T>
 using real_of = typename real_type<T>::type;
+/// The complex type of the same precision.
+template <class T>
+using complex_of = std::complex<real_of<T>>;
 
 /// a * b by the formula alone: four products, one difference, one sum. The operator of std::complex also searches each
-/// result for NaNs and recovers infinities from them, which costs time and no pixel needs.
+/// result for NaNs and recovers infinities from them. This is slow and not needed for pixels.
 template <class Real>
 constexpr std::complex<Real> product(std::complex<Real> a, std::complex<Real> b) noexcept
 {

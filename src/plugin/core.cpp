@@ -47,7 +47,7 @@ void register_switch(Gatan::PlugIn::PlugInMain& plug_in, const std::string& pref
 CZenkor::CZenkor(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix)
 {
     register_switch(plug_in, prefix_zx);
-    qorv::functions::register_library(plug_in, prefix_zx);
+    qorv::functions::register_functions(plug_in, prefix_zx);
     add_function<qorv::optics::WTFMulDM>(plug_in, wave_transfer_prototype);
     add_function<qorv::optics::GoldstainDM>(plug_in, goldstein_prototype);
     // The panel's functions take their prefix from the caller. Blanks and parameter names are part of the prototypes.

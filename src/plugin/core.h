@@ -10,8 +10,9 @@ namespace QORV::DM {
 class CZenkor
 {
   public:
-    /// Registers, in this order, the vector-instruction switch, the image-processing library, the core script functions
-    /// and the floating panel. `prefix` is that of the panel's functions; the other names include theirs.
+    /// Registers, in this order, the vector-instruction switch, the image-processing functions, the core script
+    /// functions and the floating panel. `prefix` precedes the names of the panel's functions; the other names include
+    /// their own.
     /// Throws  as binding::add_function and PlugInMain::AddFloatingWindow
     CZenkor(Gatan::PlugIn::PlugInMain& plug_in, const std::string& prefix);
     CZenkor(const CZenkor&) = delete;

@@ -19,7 +19,7 @@ void check_host_version()
     host_link* link = Gatan::PlugIn::current_link();
     std::uint32_t version = 0;
     if (link && link->table->version(link, &version) && version >= oldest_version) return;
-    // Reported from static storage, so that a host may read the text after the call; 511 characters at most.
+    // A copy of at most 511 characters. It is static because the host may keep the pointer.
     static char text[512];
     std::snprintf(text, sizeof text, "%s", host_too_old);
     Gatan::report_error(Gatan::error_code::message, text);

@@ -12,7 +12,7 @@ namespace qorv::dm {
 /// nothing without a tag group or a panel.
 void ZentrixPanelUpdateDM();
 
-/// Script function ZXIsPaletteOpen: 1 if the panel exists, even if it is hidden; else 0.
+/// Script function ZXIsPaletteOpen: 1 once the panel has been shown, even while it is hidden; else 0.
 std::int32_t IsPaletteOpenDM();
 
 /// Script function ZXIsWindowVisible: non-zero if the panel's window is visible; 0 without a panel.

@@ -11,19 +11,32 @@ namespace script {
 using arguments = std::vector<script_value>;
 using extents = std::vector<std::uint32_t>;
 
-inline const std::vector<std::uint32_t> float_types{2, 12}, complex_types{3, 13}, float_and_complex_types{2, 3, 12, 13},
-    integer_types{1, 6, 7, 9, 10, 11}, real_types{1, 2, 6, 7, 9, 10, 11, 12};
+inline const std::vector<std::uint32_t> float_types{HOST_ELEMENT_FLOAT32, HOST_ELEMENT_FLOAT64},
+    complex_types{HOST_ELEMENT_COMPLEX64, HOST_ELEMENT_COMPLEX128},
+    float_and_complex_types{HOST_ELEMENT_FLOAT32, HOST_ELEMENT_COMPLEX64, HOST_ELEMENT_FLOAT64,
+                            HOST_ELEMENT_COMPLEX128},
+    integer_types{HOST_ELEMENT_INT16, HOST_ELEMENT_UINT8,  HOST_ELEMENT_INT32,
+                  HOST_ELEMENT_INT8,  HOST_ELEMENT_UINT16, HOST_ELEMENT_UINT32},
+    real_types{HOST_ELEMENT_INT16, HOST_ELEMENT_FLOAT32, HOST_ELEMENT_UINT8,  HOST_ELEMENT_INT32,
+               HOST_ELEMENT_INT8,  HOST_ELEMENT_UINT16,  HOST_ELEMENT_UINT32, HOST_ELEMENT_FLOAT64};
 
 inline std::uint32_t same_type(std::uint32_t code) { return code; }
-inline std::uint32_t float_type(std::uint32_t) { return 2; }
-inline std::uint32_t complex_of(std::uint32_t real) { return real == 2 ? 3 : 13; }
-inline std::uint32_t real_of(std::uint32_t complex) { return complex == 3 ? 2 : 12; }
+inline std::uint32_t float_type(std::uint32_t) { return HOST_ELEMENT_FLOAT32; }
+inline std::uint32_t complex_of(std::uint32_t real)
+{
+    return real == HOST_ELEMENT_FLOAT32 ? HOST_ELEMENT_COMPLEX64 : HOST_ELEMENT_COMPLEX128;
+}
+inline std::uint32_t real_of(std::uint32_t complex)
+{
+    return complex == HOST_ELEMENT_COMPLEX64 ? HOST_ELEMENT_FLOAT32 : HOST_ELEMENT_FLOAT64;
+}
 
 /// Element (x, y, z) as a number, of an image of a real type or binary.
 inline double number_at(const image_ref& picture, std::ptrdiff_t x, std::ptrdiff_t y = 0, std::ptrdiff_t z = 0)
 {
     double number = 0;
-    const std::uint32_t code = picture->code() == 14 ? 6 : picture->code();
+    const std::uint32_t code =
+        picture->code() == HOST_ELEMENT_BINARY ? std::uint32_t{HOST_ELEMENT_UINT8} : picture->code();
     qorv::dm::visit(qorv::dm::eight_reals{}, code,
                     [&]<class T>() { number = static_cast<double>(picture->at<T>(x, y, z)); });
     return number;
@@ -33,8 +46,10 @@ inline double number_at(const image_ref& picture, std::ptrdiff_t x, std::ptrdiff
 inline std::complex<double> complex_at(const image_ref& picture, std::ptrdiff_t x, std::ptrdiff_t y = 0,
                                        std::ptrdiff_t z = 0)
 {
-    if (picture->code() == 3) return std::complex<double>{picture->at<std::complex<float>>(x, y, z)};
-    return picture->code() == 13 ? picture->at<std::complex<double>>(x, y, z) : number_at(picture, x, y, z);
+    if (picture->code() == HOST_ELEMENT_COMPLEX64)
+        return std::complex<double>{picture->at<std::complex<float>>(x, y, z)};
+    return picture->code() == HOST_ELEMENT_COMPLEX128 ? picture->at<std::complex<double>>(x, y, z)
+                                                      : number_at(picture, x, y, z);
 }
 
 /// Repeatable whole numbers from -6 (0 where the type has no sign) to 22, the same with every compiler.

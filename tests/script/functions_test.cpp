@@ -34,9 +34,9 @@ std::vector<destination_row> destination_rows()
     const auto twice = [](auto s, auto d) { return arguments{s, s, d}; };
     const auto after_number = [](auto s, auto d) { return arguments{2.5, s, d}; };
     const auto and_number = [](auto s, auto d) { return arguments{s, 0.5, d}; };
-    const auto near = [](auto s, auto d) { return arguments{s, one, d}; };
-    const auto box = [](auto s, auto d) { return arguments{s, two, d}; };
-    const auto far = [](auto s, auto d) { return arguments{s, three, d}; };
+    const auto radius_1 = [](auto s, auto d) { return arguments{s, one, d}; };
+    const auto radius_2 = [](auto s, auto d) { return arguments{s, two, d}; };
+    const auto radius_3 = [](auto s, auto d) { return arguments{s, three, d}; };
     const auto padded = [](auto s, auto d) { return arguments{s, two, d, integer{-1}}; };
     const auto blur = [](auto s, auto d) { return arguments{s, 1.5, three, d}; };
     const auto ft_window = [](auto s, auto d) { return arguments{s, integer{3}, d}; };
@@ -53,7 +53,7 @@ std::vector<destination_row> destination_rows()
     const auto mask = [](auto s, auto d) { return arguments{s, null, matrix(), 1., 0.5, d}; };
     const auto correlation = [](auto s, auto d) { return arguments{s, s, two, two, .1, .1, 20., .3, one, out, d}; };
     std::vector<std::uint32_t> real_and_binary = real_types;
-    real_and_binary.push_back(14);
+    real_and_binary.push_back(HOST_ELEMENT_BINARY);
     const auto& averaged = float_and_complex_types;
     const auto apart = in_place::not_offered, refused = in_place::refused, same = in_place::same_result;
     return {
@@ -75,16 +75,16 @@ std::vector<destination_row> destination_rows()
         {"ZXPow", "PowDM", float_types, twice},
         {"ZXCArg", "CArgDM", complex_types, alone},
         {"ZXNorm", "CNormDM", complex_types, and_number},
-        {"ZXMovingAverage", "MovingAverageDM", averaged, box, apart, same_type, false},
-        {"ZXMovingAverageX", "MovingAverageXDM", averaged, box, same, same_type, true, {{6, 5, 4}}},
-        {"ZXMovingAverageY", "MovingAverageYDM", averaged, box, same, same_type, true, {{6, 5, 4}}},
-        {"ZXMovingAverageZ", "MovingAverageZDM", averaged, box, same, same_type, true, {{6, 5, 4}}},
+        {"ZXMovingAverage", "MovingAverageDM", averaged, radius_2, apart, same_type, false},
+        {"ZXMovingAverageX", "MovingAverageXDM", averaged, radius_2, same, same_type, true, {{6, 5, 4}}},
+        {"ZXMovingAverageY", "MovingAverageYDM", averaged, radius_2, same, same_type, true, {{6, 5, 4}}},
+        {"ZXMovingAverageZ", "MovingAverageZDM", averaged, radius_2, same, same_type, true, {{6, 5, 4}}},
         {"ZXGaussianBlur", "GaussianBlurDM", float_types, blur},
-        {"ZXMaximumFilter", "MaximumFilterDM", real_and_binary, far, refused},
-        {"ZXMinimumFilter", "MinimumFilterDM", real_and_binary, near, refused},
-        {"ZXMedianFilter", "MedianFilterDM2", float_types, near, refused},
+        {"ZXMaximumFilter", "MaximumFilterDM", real_and_binary, radius_3, refused},
+        {"ZXMinimumFilter", "MinimumFilterDM", real_and_binary, radius_1, refused},
+        {"ZXMedianFilter", "MedianFilterDM2", float_types, radius_1, refused},
         {"ZXMedianFilter", "MedianFilterDM2", float_types, padded, refused},
-        {"ZXMedianFilter", "MedianFilterDM2", integer_types, far, apart, float_type},
+        {"ZXMedianFilter", "MedianFilterDM2", integer_types, radius_3, apart, float_type},
         {"ZXMedianZ", "MedianZDM", float_types, alone, same, same_type, false, {{7, 5}}},
         {"ZXMedianZ", "MedianZDM", integer_types, alone, apart, float_type, false, {{7, 5}}},
         {"ZXFTWindow", "FTWindowDM", averaged, ft_window, same, same_type, false},
@@ -106,7 +106,8 @@ TEST(Functions, GiveTheSameBitsOnEveryPlatform)
 {
     script_host script;
     const extents sizes{37, 29, 2}, deep{37, 29, 11};
-    const auto a = whole_numbers(2, sizes), b = whole_numbers(2, sizes, 11), z = whole_numbers(3, sizes);
+    const auto a = whole_numbers(HOST_ELEMENT_FLOAT32, sizes), b = whole_numbers(HOST_ELEMENT_FLOAT32, sizes, 11),
+               z = whole_numbers(HOST_ELEMENT_COMPLEX64, sizes);
     const auto eighth = script.call_image("ZXPolar", {0.125, b, null});  // fractions
     for (const auto& [name, args, expected] : std::vector<std::tuple<const char*, arguments, std::uint64_t>>{
              {"ZXPolar", {a, b, null}, 0xd5f0b23ec77939c9},
@@ -115,10 +116,12 @@ TEST(Functions, GiveTheSameBitsOnEveryPlatform)
              {"ZXLog2", {b, null}, 0x54a4817a7e2a519d},
              {"ZXCArg", {z, null}, 0x91852a64bf0e9aed},
              {"ZXNorm", {eighth, 1e3, null}, 0xc5b04a5bed1a3229},
-             {"ZXMovingAverage", {whole_numbers(2, deep), three, null}, 0xa75d865754ac7892},
-             {"ZXMovingAverageX", {whole_numbers(3, deep), three, null}, 0x658404acb72250f9},
-             {"ZXMovingAverageZ", {whole_numbers(2, deep), three, null}, 0x61addca05b6c2d5c},
-             {"ZXGaussianBlur", {whole_numbers(2, {67, 53}), 2., three, null}, 0x2fb170c1e81ac9a8}}) {
+             {"ZXMovingAverage", {whole_numbers(HOST_ELEMENT_FLOAT32, deep), three, null}, 0xa75d865754ac7892},
+             {"ZXMovingAverageX", {whole_numbers(HOST_ELEMENT_COMPLEX64, deep), three, null}, 0x658404acb72250f9},
+             {"ZXMovingAverageZ", {whole_numbers(HOST_ELEMENT_FLOAT32, deep), three, null}, 0x61addca05b6c2d5c},
+             {"ZXGaussianBlur",
+              {whole_numbers(HOST_ELEMENT_FLOAT32, {67, 53}), 2., three, null},
+              0x2fb170c1e81ac9a8}}) {
         const auto got = digest(script.call_image(name, args));
         EXPECT_EQ(got, expected) << name << std::hex << " 0x" << got;
     }

@@ -39,23 +39,30 @@ TEST(CoreFunctions, RefuseInOrder)
     const auto transfer = [](const script_value& source, const script_value& destination) {
         return lens(source, false, 0, destination);
     };
-    const auto wave = whole_numbers(3, {8, 6}), large = whole_numbers(3, {256, 256});
+    const auto wave = whole_numbers(HOST_ELEMENT_COMPLEX64, {8, 6}),
+               large = whole_numbers(HOST_ELEMENT_COMPLEX64, {256, 256});
     expect_refusals({
         // Rows with two faults fix the order.
-        {"ZXWTFMulDLL", transfer(wave, whole_numbers(13, {4, 4})), errors::all_complex8},
-        {"ZXWTFMulDLL", transfer(whole_numbers(2, {8, 6}), whole_numbers(3, {8, 5})), errors::all_complex8},
-        {"ZXWTFMulDLL", transfer(wave, whole_numbers(3, {8, 5})), errors::different_size},
+        {"ZXWTFMulDLL", transfer(wave, whole_numbers(HOST_ELEMENT_COMPLEX128, {4, 4})), errors::all_complex8},
+        {"ZXWTFMulDLL",
+         transfer(whole_numbers(HOST_ELEMENT_FLOAT32, {8, 6}), whole_numbers(HOST_ELEMENT_COMPLEX64, {8, 5})),
+         errors::all_complex8},
+        {"ZXWTFMulDLL", transfer(wave, whole_numbers(HOST_ELEMENT_COMPLEX64, {8, 5})), errors::different_size},
         {"ZXWTFMulDLL", transfer(at_row(0), at_row(1)), errors::out_of_place},
         {"ZXWTFMulDLL", transfer(null, wave), errors::parameters_invalid},
-        {"ZXImageShifterForSemper", shifter(whole_numbers(3, {10, 10}), 5, 5, whole_numbers(13, {8, 8})),
+        {"ZXImageShifterForSemper",
+         shifter(whole_numbers(HOST_ELEMENT_COMPLEX64, {10, 10}), 5, 5, whole_numbers(HOST_ELEMENT_COMPLEX128, {8, 8})),
          errors::all_same_complex},
-        {"ZXImageShifterForSemper", shifter(whole_numbers(2, {8, 8}), 4, 4, null), errors::all_same_complex},
-        {"ZXImageShifterForSemper", shifter(whole_numbers(3, {10, 10}), 5, 5, whole_numbers(3, {8, 8})),
+        {"ZXImageShifterForSemper", shifter(whole_numbers(HOST_ELEMENT_FLOAT32, {8, 8}), 4, 4, null),
+         errors::all_same_complex},
+        {"ZXImageShifterForSemper",
+         shifter(whole_numbers(HOST_ELEMENT_COMPLEX64, {10, 10}), 5, 5, whole_numbers(HOST_ELEMENT_COMPLEX64, {8, 8})),
          errors::size_power_of_2},
         {"ZXImageShifterForSemper", shifter(large, 128.5, 128, null), errors::size_power_of_2},
-        {"ZXImageShifterForSemper", shifter(large, 128, 128, whole_numbers(3, {8, 8})), errors::different_size},
+        {"ZXImageShifterForSemper", shifter(large, 128, 128, whole_numbers(HOST_ELEMENT_COMPLEX64, {8, 8})),
+         errors::different_size},
         {"ZXImageShifterForSemper", shifter(at_row(1), 4, 4, at_row(0)), errors::out_of_place},
-        {"ZXGoldstain", {whole_numbers(12, {4, 4}), integer{0}}, errors::should_be_real4},
+        {"ZXGoldstain", {whole_numbers(HOST_ELEMENT_FLOAT64, {4, 4}), integer{0}}, errors::should_be_real4},
     });
 }
 

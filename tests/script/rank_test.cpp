@@ -40,7 +40,7 @@ TEST(Ranks, MedianAlongZMayOverwriteAPlaneOfItsStack)
     auto options = script_host::with_checks();
     options.check_read_locks = false;  // two images share the memory
     script_host script{options};
-    const auto stack = whole_numbers(2, {5, 3, 4}), original = stack->clone();
+    const auto stack = whole_numbers(HOST_ELEMENT_FLOAT32, {5, 3, 4}), original = stack->clone();
     const auto part = [&](int elements) {  // starting at that element of the stack
         return image::over("part", 2, &stack->at<float>(elements), extents{5, 3}, std::vector<std::ptrdiff_t>{1, 5},
                            access::write, stack);

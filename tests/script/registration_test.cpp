@@ -108,6 +108,9 @@ TEST(Utilities, UserFoldersAreFoundAndCreated)
         EXPECT_EQ(folder(1), path);
         EXPECT_EQ(folder(0), path);
     }
+    const integer create_templates = 0x8015;
+    EXPECT_EQ(script.call("ZXGetSpecialDirectory", {create_templates, integer{0}}),
+              script_value{(home / "Templates/").string()});
     std::filesystem::remove_all(home);
 }
 

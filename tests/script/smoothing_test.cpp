@@ -13,7 +13,8 @@ TEST(Smoothing, WithoutAPassOnlyNotifiesTheHost)
 {
     script_host script;
     for (const auto& [name, radius] : {std::pair{"ZXMovingAverageX", integer{0}}, {"ZXMovingAverageZ", -2147483647}}) {
-        const auto source = whole_numbers(2, {6, 5, 4}), destination = whole_numbers(2, {6, 5, 4}, 5);
+        const auto source = whole_numbers(HOST_ELEMENT_FLOAT32, {6, 5, 4}),
+                   destination = whole_numbers(HOST_ELEMENT_FLOAT32, {6, 5, 4}, 5);
         const auto before = bytes_of(destination);
         EXPECT_EQ(script.call_image(name, {source, radius, destination}), destination);
         EXPECT_EQ(bytes_of(destination), before) << name;
@@ -30,7 +31,7 @@ TEST(Smoothing, BothMeansFillTwoOutputsThatFitOrMakeTwo)
         image_ref first, second;
         bool reused;
     };
-    const auto source = whole_numbers(2, {6, 5, 3});
+    const auto source = whole_numbers(HOST_ELEMENT_FLOAT32, {6, 5, 3});
     const auto of = [](const extents& sizes, std::uint32_t code = 2) { return whole_numbers(code, sizes, 5); };
     const auto expected_mean = script.call_image("ZXMovingAverage", {source, integer{1}, of({6, 5})});
     std::vector<unsigned char> squares;

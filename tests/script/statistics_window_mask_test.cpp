@@ -40,9 +40,11 @@ image_ref peaks() { return image_of<std::complex<float>>({{1, 2}, {5, 3}}, {2});
 
 TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
 {
-    const auto f = [](std::uint32_t w = 6, std::uint32_t h = 4) { return whole_numbers(2, {w, h}); };
-    const auto c = [](std::uint32_t w = 6, std::uint32_t h = 4) { return whole_numbers(3, {w, h}); };
-    const auto d = [](std::uint32_t w = 6, std::uint32_t h = 4) { return whole_numbers(12, {w, h}); };
+    const auto f = [](std::uint32_t w = 6, std::uint32_t h = 4) { return whole_numbers(HOST_ELEMENT_FLOAT32, {w, h}); };
+    const auto c = [](std::uint32_t w = 6, std::uint32_t h = 4) {
+        return whole_numbers(HOST_ELEMENT_COMPLEX64, {w, h});
+    };
+    const auto d = [](std::uint32_t w = 6, std::uint32_t h = 4) { return whole_numbers(HOST_ELEMENT_FLOAT64, {w, h}); };
     const integer no_mode = 99;
     const auto weight = [&](script_value s, script_value w, integer mode, script_value to, double scale = 1) {
         return arguments{s, w, integer{0}, integer{0}, scale, 1.0, mode, to};
@@ -59,10 +61,10 @@ TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
         {"ZXSurveyDifference", with_cells({f(), d(3)}, 7), errors::invalid_image_type},
         {"ZXSurveyDifference", with_cells({f(), f(4, 6)}, 7), errors::different_size},
         {"ZXRadialSurvey", {f(), integer{0}, integer{0}, inf, 1.0}, errors::parameters_invalid},
-        {"ZXGetCenterOfMass", mass(whole_numbers(2, {3, 3, 2}), 0, 0), errors::invalid_image_size},
+        {"ZXGetCenterOfMass", mass(whole_numbers(HOST_ELEMENT_FLOAT32, {3, 3, 2}), 0, 0), errors::invalid_image_size},
         {"ZXGetCenterOfMass", mass(f(), 0, 1), errors::parameters_invalid},
         {"ZXGetCenterOfMass", mass(f(), 1, 0), errors::parameters_invalid},
-        {"ZXWeight", weight(whole_numbers(1, {3, 3}), c(), no_mode, d()), errors::all_real_or_complex},
+        {"ZXWeight", weight(whole_numbers(HOST_ELEMENT_INT16, {3, 3}), c(), no_mode, d()), errors::all_real_or_complex},
         {"ZXWeight", weight(f(), c(), no_mode, d()), errors::should_be_real4_or_real8},
         {"ZXWeight", weight(f(), f(3, 2), no_mode, d()), errors::invalid_image_type},
         {"ZXWeight", weight(f(), f(3, 2), no_mode, f(2)), errors::invalid_mode},
@@ -74,7 +76,7 @@ TEST(StatisticsWindowsMasks, RefuseInTheDocumentedOrder)
         {"ZXFTWindow", {f(), integer{7}, f(2)}, errors::different_size},
         {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, d(2)}, errors::invalid_image_type},
         {"ZXHanningWindow", {f(), 0.0, 1.0, 0.0, f(2)}, errors::different_size},
-        {"ZXVorbisWindow", {f(), i, i, i, whole_numbers(13, {6, 4})}, errors::invalid_image_type},
+        {"ZXVorbisWindow", {f(), i, i, i, whole_numbers(HOST_ELEMENT_COMPLEX128, {6, 4})}, errors::invalid_image_type},
         {"ZXVorbisWindow", {f(), i, i, i, c(2)}, errors::different_size},
         {"ZXMask", {c(), null, null, 1.0, 0.0, null}, errors::parameters_invalid},
         {"ZXMask", {c(), f(), c(), 1.0, 0.0, null}, errors::all_complex},

@@ -3,6 +3,7 @@
 
 #include "host/windows/screenshot.h"
 #include "panel/rules/ring.h"
+#include "tests/support/digest.h"
 #include "tests/windows/page_tables.h"
 #include "win32/handles.h"
 
@@ -39,10 +40,10 @@ TEST_F(panel_window, AKnobLooksAsStored)
     const control knob = of_page(5000), other = of_page(5092);
     const LONG right = of_page(5048).place().left - knob.place().left;
     const int cx = knob.client().right / 2, cy = knob.client().bottom / 2, radius = 21;
-    std::uint64_t digest = 0xcbf29ce484222325;  // FNV-1a
+    support::fnv1a digest;
     const auto look = [&] {
         auto now = picture_of(knob, right);
-        for (const std::uint8_t byte : now.bytes) digest = (digest ^ byte) * 0x100000001b3;
+        for (const std::uint8_t byte : now.bytes) digest.add(byte);
         return now;
     };
     for (const int position : {0, 45, 123, 200, 359}) {
@@ -74,7 +75,7 @@ TEST_F(panel_window, AKnobLooksAsStored)
     host.update_panel();
     EXPECT_EQ(pixel_of(look(), cx - 12, cy), GetSysColor(COLOR_BTNFACE)) << "disabled";
     // With Wine's system colours and ellipses.
-    EXPECT_EQ(digest, 0x91b7ead54d9a7f30u) << std::hex << digest;
+    EXPECT_EQ(digest.value(), 0x91b7ead54d9a7f30u) << std::hex << digest.value();
 }
 
 /// A parent that records its slider's notifications: "code@position".

@@ -26,13 +26,13 @@ constexpr char source_complex[] = "cimSrc should be Complex.";
 bool is_float_or_double(std::uint32_t code) { return has_type(dm::float_or_double{}, code); }
 
 /// The code of the complex type of a real type's precision.
-std::uint32_t complex_of(std::uint32_t real)
+std::uint32_t complex_code(std::uint32_t real)
 {
     return real == dm::code_of<float> ? dm::code_of<std::complex<float>> : dm::code_of<std::complex<double>>;
 }
 
 /// The code of the real type of a complex type's precision.
-std::uint32_t real_of(std::uint32_t complex)
+std::uint32_t real_code(std::uint32_t complex)
 {
     return complex == dm::code_of<std::complex<float>> ? dm::code_of<float> : dm::code_of<double>;
 }
@@ -62,8 +62,8 @@ void fill(const dm::image<Result>& result, Compute compute, const dm::image<Sour
 image_ref polar_destination(image_ref destination, const image_ref& theta, std::uint32_t real_type)
 {
     require_up_to_3d(theta);
-    if (!destination) return dm::new_image_like("", complex_of(real_type), theta);
-    dm::require(binding::ImageGetDataType(destination) == complex_of(real_type), dm::errors::invalid_data_type);
+    if (!destination) return dm::new_image_like("", complex_code(real_type), theta);
+    dm::require(binding::ImageGetDataType(destination) == complex_code(real_type), dm::errors::invalid_data_type);
     dm::require_same_size(theta, destination);
     return destination;
 }
@@ -88,7 +88,7 @@ image_ref of_one_real(const image_ref& source, image_ref destination, Compute co
 /// An output image of AbsArg: the one that the variable holds, or a new real image.
 image_ref real_output(image_ref held, std::string_view name, const image_ref& source, std::uint32_t type)
 {
-    return held ? std::move(held) : dm::new_image_like(name, real_of(type), source);
+    return held ? std::move(held) : dm::new_image_like(name, real_code(type), source);
 }
 
 image_ref Polar1DM(image_ref imgRho, image_ref imgTheta, image_ref cimDst)
@@ -133,14 +133,15 @@ void AbsArgDM(image_ref cimSrc, output<image_ref> imgRho, output<image_ref> imgT
     image_ref theta = real_output(imgTheta.get(), "Theta", cimSrc, type);
     dm::require_same_size(cimSrc, rho);
     dm::require_same_size(cimSrc, theta);
-    dm::require(binding::ImageGetDataType(rho) == real_of(type) && binding::ImageGetDataType(theta) == real_of(type),
-                dm::errors::invalid_image_type);
+    dm::require(
+        binding::ImageGetDataType(rho) == real_code(type) && binding::ImageGetDataType(theta) == real_code(type),
+        dm::errors::invalid_image_type);
     dm::require(!(rho == theta), dm::errors::out_of_place);
     const auto compute = [](auto count, auto* z, auto* modulus, auto* phase) {
         modulus_and_phase(z, modulus, phase, count);
     };
     const auto split = [&](const read_lock& from, const write_lock& to_rho, const write_lock& to_theta) {
-        visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
+        visit(dm::float_or_double{}, real_code(type), [&]<class T>() {
             const auto source = from.view<std::complex<T>>();
             const auto modulus = to_rho.view<T>(), phase = to_theta.view<T>();
             dm::require_in_place_or_apart(source, modulus);
@@ -157,12 +158,12 @@ image_ref AbsDM(image_ref cimSrc, image_ref imgDst)
 {
     const dm::timing_scope timing{"AbsDM"};
     const std::uint32_t type = dm::required_type(dm::either_complex{}, cimSrc, source_complex);
-    if (!imgDst) imgDst = dm::new_image_like("Rho", real_of(type), cimSrc);  // a clone would be complex
-    dm::require(binding::ImageGetDataType(imgDst) == real_of(type), dm::errors::invalid_image_type);
+    if (!imgDst) imgDst = dm::new_image_like("Rho", real_code(type), cimSrc);  // a clone would be complex
+    dm::require(binding::ImageGetDataType(imgDst) == real_code(type), dm::errors::invalid_image_type);
     dm::require_same_size(cimSrc, imgDst);
     const auto compute = []<class T>(auto count, auto* source, T* result) { modulus<T>(source, result, count); };
     dm::with_locks(reading{cimSrc}, writing{imgDst}, [&](const read_lock& from, const write_lock& to) {
-        visit(dm::float_or_double{}, real_of(type),
+        visit(dm::float_or_double{}, real_code(type),
               [&]<class T>() { fill(to.view<T>(), compute, from.view<std::complex<T>>()); });
     });
     return imgDst;
@@ -226,12 +227,12 @@ image_ref CNormDM(image_ref cimSrc, double fScale, image_ref imgDst)
     const std::uint32_t type = binding::ImageGetDataType(cimSrc);
     imgDst = dm::or_clone_of(std::move(imgDst), cimSrc);
     const std::uint32_t result_type = binding::ImageGetDataType(imgDst);
-    dm::require(has_type(dm::either_complex{}, type) && (result_type == type || result_type == real_of(type)),
+    dm::require(has_type(dm::either_complex{}, type) && (result_type == type || result_type == real_code(type)),
                 dm::errors::invalid_image_type);
     dm::require_same_size(cimSrc, imgDst);
     const auto compute = [&](auto count, auto* source, auto* result) { norm(source, fScale, result, count); };
     dm::with_locks(reading{cimSrc}, writing{imgDst}, [&](const read_lock& from, const write_lock& to) {
-        visit(dm::float_or_double{}, real_of(type), [&]<class T>() {
+        visit(dm::float_or_double{}, real_code(type), [&]<class T>() {
             const auto source = from.view<std::complex<T>>();
             if (result_type == type)
                 fill(to.view<std::complex<T>>(), compute, source);

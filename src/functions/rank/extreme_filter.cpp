@@ -34,14 +34,15 @@ T column_extreme(const dm::image<const T>& source, std::ptrdiff_t x, std::ptrdif
     return best;
 }
 
-/// The plain form for the pixels [begin, end) of row y. The ring starts with the columns that it holds at `begin` in
-/// the filter of a whole row.
+/// The plain form for the pixels [begin, end) of row y. The ring is first filled as if the row had been
+/// filtered from x = 0.
 template <class T, extreme which>
 void filter_run(const dm::image<const T>& source, std::ptrdiff_t radius, const dm::image<T>& destination,
                 std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end)
 {
     const std::ptrdiff_t width = source.width();
-    const std::ptrdiff_t reach = std::min(radius, width);  // then all columns are in the ring at x = 0
+    // A larger radius changes nothing: the ring holds all columns at x = 0.
+    const std::ptrdiff_t reach = std::min(radius, width);
     const std::ptrdiff_t slots = 2 * reach + 1;
     const std::ptrdiff_t top = y - std::min(radius, y);
     const std::ptrdiff_t bottom = y + std::min(radius, source.height() - 1 - y) + 1;

@@ -2,6 +2,7 @@
 
 #include "functions/rank/median_filter.h"
 #include "functions/rank/median_simd.h"
+#include "image/lanes_simd.h"
 
 // Neighbouring windows share sorted columns: first, the columns of a stretch that fits in the first-level cache are
 // sorted; each window then combines the sorted columns that it covers.
@@ -39,7 +40,7 @@ void medians_of_9(const T* const* rows, std::ptrdiff_t begin, T* out, std::ptrdi
         const batch largest_low = max(max(at(low + x), at(low + x + 1)), at(low + x + 2));
         const batch smallest_high = min(min(at(high + x), at(high + x + 1)), at(high + x + 2));
         const batch middle_mid = middle(at(mid + x), at(mid + x + 1), at(mid + x + 2));
-        store_first(middle(largest_low, middle_mid, smallest_high), out + begin + x, count - x);
+        dm::simd::store_first(middle(largest_low, middle_mid, smallest_high), out + begin + x, count - x);
     }
 }
 
@@ -152,7 +153,7 @@ void medians_of_25(const T* const* rows, std::ptrdiff_t begin, T* out, std::ptrd
         r4.middle_of_pairs(a, b);
         c[11] = r4.smallest_of_pairs();
         c[12] = min(a, r4.single);
-        store_first(median_of_candidates(c), out + begin + x, count - x);
+        dm::simd::store_first(median_of_candidates(c), out + begin + x, count - x);
     }
 }
 

@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::ptrdiff_t network_planes = 512;  // the deepest stack for which a network beats the selection
 
-/// A block is as many cache lines wide as keeps all its rows in a first-level cache of 32 KB, at most `widest_block`.
+/// Width of a block: as many cache lines as allow all its rows to stay in a 32 KB first-level cache, at most
+/// `widest_block`.
 constexpr std::ptrdiff_t line_bytes = 64;
 constexpr std::ptrdiff_t widest_block = 4;
 constexpr std::ptrdiff_t block_bytes = 24 * 1024;

@@ -2,6 +2,7 @@
 
 #include "functions/rank/median_simd.h"
 #include "functions/rank/median_z.h"
+#include "image/lanes_simd.h"
 
 #include <limits>
 
@@ -68,7 +69,7 @@ void medians_of_halves(const column_block<T>& block, std::ptrdiff_t count, T* ou
             lower = max(lower, min(at(z), partner));
             upper = min(upper, max(at(z), partner));
         }
-        store_first(odd ? lower : (lower + upper) * batch(T(0.5)), out + i, count - i);
+        dm::simd::store_first(odd ? lower : (lower + upper) * batch(T(0.5)), out + i, count - i);
     }
 }
 

@@ -9,9 +9,9 @@
 /// The n-th smallest of a range of values or of all values of an image. Instantiated for float and double.
 ///
 /// Without NaN the result is the element at index n of the sorted values, infinities included. Two cases depend on the
-/// order in which the quickselect compares: with a NaN among the values the result is the element that it ends at,
-/// possibly a NaN; where the result is zero and both -0 and +0 occur, its sign is that of the element that it ends at.
-/// Every variant returns the bits of the plain form, also in these cases.
+/// order in which the quickselect compares: with a NaN among the values the result is the element at which the
+/// quickselect stops, possibly a NaN; where the result is zero and both -0 and +0 occur, its sign is that of this
+/// element. Every variant returns the bits of the plain form, also in these cases.
 namespace qorv::functions {
 
 /// Element k of the sorted range, by quickselect with the median of three as pivot.

@@ -29,7 +29,7 @@ double modulus(wide v)
         return std::hypot(v.real(), v.imag());
 }
 
-/// The factor from modulus m to that of the mode.
+/// The factor that changes an element of modulus m to the modulus of the mode.
 double scale_of(double m, correlation_mode mode)
 {
     if (mode == correlation_mode::plain) return 1;

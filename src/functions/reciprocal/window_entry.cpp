@@ -3,6 +3,7 @@
 #include "entry/steps.h"
 #include "entry/timing_scope.h"
 #include "functions/reciprocal/apodisation.h"
+#include "numeric/complex.h"
 
 namespace qorv::functions {
 namespace {
@@ -14,18 +15,6 @@ using dm::write_lock;
 using dm::writing;
 
 using complex = std::complex<double>;
-
-/// The complex type of the same precision.
-template <class T>
-struct complex_of
-{
-    using type = std::complex<T>;
-};
-template <class Real>
-struct complex_of<std::complex<Real>>
-{
-    using type = std::complex<Real>;
-};
 
 /// The names of the two forms of a window function in the timing records.
 struct window_counters
@@ -72,13 +61,13 @@ image_ref ComplexWindowDM(image_ref imgSrc, complex fA, complex fB, complex fC, 
     const dm::timing_scope timing{counters<shape>.complex};
     const std::uint32_t type = dm::required_type(dm::real_or_complex{}, imgSrc, dm::errors::all_real_or_complex);
     std::uint32_t complex_type = 0;
-    visit(dm::real_or_complex{}, type, [&]<class T>() { complex_type = dm::code_of<typename complex_of<T>::type>; });
+    visit(dm::real_or_complex{}, type, [&]<class T>() { complex_type = dm::code_of<numeric::complex_of<T>>; });
     if (!imgDst) imgDst = new_complex_like(imgSrc, type, complex_type);
     dm::require(binding::ImageGetDataType(imgDst) == complex_type, dm::errors::invalid_image_type);
     const window_offsets<complex> offsets{fA, fB, fC};
     dm::with_locks(reading{imgSrc}, writing{imgDst}, [&](const read_lock& from, const write_lock& to) {
         visit(dm::real_or_complex{}, type, [&]<class T>() {
-            using result = typename complex_of<T>::type;
+            using result = numeric::complex_of<T>;
             apply_window<T, result, complex>(from.view<T>(), shape, offsets, to.view<result>());
         });
     });

@@ -12,8 +12,8 @@
 #include "image/interruption.h"
 #include "image/lanes_simd.h"
 
-/// Many pixels side by side, each with its taps in the plain variant's order. Samples are converted to double once, and
-/// -0 replaces those outside the image: adding a weight times -0 changes no sum, not even one that is -0.
+/// Computes a group of pixels at once; each adds its taps in the plain variant's order. Samples are converted to double
+/// once, and -0 replaces those outside the image: adding a weight times -0 changes no sum, not even one that is -0.
 namespace qorv::functions {
 namespace gauss {
 
@@ -45,7 +45,8 @@ std::vector<tap<Arch>> taps_of(const std::vector<double>& weights)
 struct reach
 {
     std::ptrdiff_t before, after;
-    std::ptrdiff_t step;  ///< 1 along x, where the next pixel has one sample more before it, 0 along y
+    /// 1 along x, where each pixel has one more left neighbour than the one before; 0 along y.
+    std::ptrdiff_t step;
 };
 
 /// The weighted sums of a group of pixels.

@@ -10,7 +10,7 @@
 namespace qorv::functions {
 namespace box {
 
-/// The pass along x: all rows of all planes, in place or not. Rows that the last strip lacks are its last one repeated.
+/// The pass along x: all rows of all planes, in place or not. If the last strip is not full, its last row is repeated.
 template <class Arch, class T>
 void pass_along_x(const dm::image<const T>& from, const dm::image<T>& to, std::ptrdiff_t radius)
 {
@@ -45,13 +45,13 @@ template <class Arch, class T>
 struct pixel_values
 {
     using vec = typename lanes<Arch, T>::vec;
-    static vec of(vec v) { return v; }
+    static vec apply(vec v) { return v; }
 };
 template <class Arch, class T>
 struct squared_values
 {
     using vec = typename lanes<Arch, T>::vec;
-    static vec of(vec v)
+    static vec apply(vec v)
     {
         if constexpr (numeric::is_complex<T>) {  // (re re - im im, re im + im re)
             const vec signs = dm::simd::alternating(vec(real_of<T>(-0.0)), vec(real_of<T>(0)));
@@ -116,13 +116,13 @@ class plane_filter
     {
         for (std::ptrdiff_t y = 0; y < radius_; ++y)
             for (std::ptrdiff_t x = 0; x < from.width(); x += L::pixels) {
-                const vec row = Rule<Arch, T>::of(L::load_some(from.row(y) + x, from.width() - x));
+                const vec row = Rule<Arch, T>::apply(L::load_some(from.row(y) + x, from.width() - x));
                 (vec::load_unaligned(column(x)) + row).store_unaligned(column(x));
             }
     }
 
-    /// Rows first, first + 1, ... Called for one strip after the other. Rows that the last strip lacks are the last row
-    /// of the plane repeated.
+    /// Rows first, first + 1, ... Called for one strip after the other. If the last strip is not full, its last row is
+    /// repeated.
     void average_strip(std::ptrdiff_t first)
     {
         const std::ptrdiff_t height = from_.height(), width = from_.width();
@@ -158,7 +158,7 @@ class plane_filter
     {
         const auto value = [&](const T* row, int v) {
             const std::ptrdiff_t x = start + v * L::pixels;
-            return Rule<Arch, T>::of(load(row + x, from_.width() - x));
+            return Rule<Arch, T>::apply(load(row + x, from_.width() - x));
         };
         vec sum[L::vectors], sums[L::rows][L::vectors];
         for (int v = 0; v < L::vectors; ++v) sum[v] = vec::load_unaligned(column(start + v * L::pixels));

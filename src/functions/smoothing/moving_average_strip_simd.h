@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 #include <vector>
 
 #include "image/lanes_simd.h"
@@ -36,19 +35,12 @@ struct lanes
     /// One vector of pixels, of which `count` exist; zeros after the last.
     static vec load_some(const T* from, std::ptrdiff_t count)
     {
-        if (count >= pixels) return load(from);
-        real room[reals] = {};
-        std::memcpy(room, static_cast<const void*>(from),
-                    static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0)) * sizeof(T));
-        return vec::load_unaligned(room);
+        return dm::simd::load_first<Arch>(reinterpret_cast<const real*>(from), count * parts);
     }
 
     static void store_some(T* to, vec value, std::ptrdiff_t count)
     {
-        if (count >= pixels) return value.store_unaligned(reinterpret_cast<real*>(to));
-        real room[reals];
-        value.store_unaligned(room);
-        std::memcpy(static_cast<void*>(to), room, static_cast<std::size_t>(count) * sizeof(T));
+        dm::simd::store_first(value, reinterpret_cast<real*>(to), count * parts);
     }
 };
 

@@ -72,9 +72,9 @@ std::int32_t center_of_mass(const image<const T>& source, position& center, cons
         if (!(found.mass > 0) || !std::isfinite(found.mass)) return 0;
         const position next{found.x / found.mass, found.y / found.mass};
         // The same pixels give the same sums to the bit, so the comparison needs no tolerance.
-        const bool rests = next.x == current.x && next.y == current.y;
+        const bool converged = next.x == current.x && next.y == current.y;
         current = next;
-        if (rests || cycle == how.most_cycles) {
+        if (converged || cycle == how.most_cycles) {
             center = current;
             return cycle;
         }

@@ -10,8 +10,8 @@ namespace qorv::functions {
 /// Elements of the radial profile of one plane: one for each whole radius from 0 to the rounded radius of the farthest
 /// pixel.
 /// sizes   of the image: width, height, depth
-/// Throws  errors::parameters_invalid when a scale is not finite, and when the profiles of all planes together would
-///         have more elements than 2^24 and than the image: only a mistaken scale or centre asks for them
+/// Throws  errors::parameters_invalid when a scale is not finite, and when all profiles together have more than 2^24
+///         elements and more than the image; only a wrong scale or centre causes this
 std::ptrdiff_t radial_length(const radial_grid& grid, const dm::image<const float>::extents& sizes);
 
 /// Rotational average: profile element r is the mean of the pixels whose radius rounds to r, and 0 where there is none.

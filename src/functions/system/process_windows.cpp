@@ -7,13 +7,14 @@
 #include <vector>
 
 #include "binding/text_windows.h"
+#include "win32/handles.h"
 
 namespace qorv::platform {
 namespace {
 
 constexpr DWORD creation_flags = CREATE_DEFAULT_ERROR_MODE | NORMAL_PRIORITY_CLASS;
 
-/// Starts the command, waits for its end if requested, and closes both handles.
+/// Starts the command and waits for its end if requested.
 void run(const std::string& command_line, bool wait)
 {
     const std::string ansi = qorv::platform::to_ansi(command_line);
@@ -25,9 +26,8 @@ void run(const std::string& command_line, bool wait)
     if (!CreateProcessA(nullptr, copy.data(), nullptr, nullptr, FALSE, creation_flags, nullptr, nullptr, &start_up,
                         &process))
         return;
-    if (wait) WaitForSingleObject(process.hProcess, INFINITE);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
+    const win32::unique_kernel_object running{process.hProcess}, thread{process.hThread};
+    if (wait) WaitForSingleObject(running.get(), INFINITE);
 }
 
 }  // namespace

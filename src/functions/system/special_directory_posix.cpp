@@ -65,6 +65,10 @@ std::string from_user_dirs(const std::string& home_path, std::string_view name)
 
 std::string special_directory(int folder, bool create)
 {
+    // As on Windows, the second byte holds flags, of which only the one for creation applies here.
+    constexpr int flags = 0xff00, create_flag = 0x8000;
+    create = create || (folder & create_flag) != 0;
+    folder &= ~flags;
     const std::string home_path = home();
     if (home_path.empty()) return {};
     for (const auto& row : folders) {

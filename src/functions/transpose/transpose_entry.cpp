@@ -1,7 +1,7 @@
 #include "functions/transpose/transpose_entry.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 #include <vector>
 
 #include "entry/steps.h"
@@ -18,9 +18,30 @@ using dm::reading;
 using dm::write_lock;
 using dm::writing;
 
-/// The host's codes of the element types that can be moved. The host gives their sizes in bytes.
-constexpr std::array<std::uint32_t, 20> movable{6,  9,  14, 1,  10, 2,  7,  11, 23, 3,
-                                                12, 24, 13, 25, 8,  15, 17, 18, 19, 26};
+/// The host's codes of the element types that can be moved. The host gives their sizes in bytes. The codes without a
+/// name are those of colours and packed spectra, with which the library does not compute.
+constexpr std::uint32_t movable[] = {
+    HOST_ELEMENT_UINT8,
+    HOST_ELEMENT_INT8,
+    HOST_ELEMENT_BINARY,
+    HOST_ELEMENT_INT16,
+    HOST_ELEMENT_UINT16,
+    HOST_ELEMENT_INT32,
+    HOST_ELEMENT_UINT32,
+    HOST_ELEMENT_FLOAT32,
+    HOST_ELEMENT_FLOAT64,
+    HOST_ELEMENT_COMPLEX64,
+    HOST_ELEMENT_COMPLEX128,
+    8,
+    15,
+    17,
+    18,
+    19,
+    23,
+    24,
+    25,
+    26,
+};
 
 voxels voxels_of(const dm::image_lock& lock, std::size_t element_bytes)
 {
@@ -44,7 +65,7 @@ image_ref transposed(const image_ref& source, image_ref destination, transpositi
     for (std::uint32_t axis = 0; axis < 3; ++axis)
         dm::require(dm::size_along(destination, axis) == sizes[axis], dm::errors::invalid_image_size);
     dm::require(binding::ImageGetDataType(destination) == type &&
-                    std::find(movable.begin(), movable.end(), type) != movable.end(),
+                    std::find(std::begin(movable), std::end(movable), type) != std::end(movable),
                 dm::errors::invalid_image_type);
     const std::uint32_t element_bytes = binding::ImageGetDataElementByteSize(source);
     dm::with_locks(reading{source}, writing{destination}, [&](const read_lock& from, const write_lock& to) {

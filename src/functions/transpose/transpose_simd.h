@@ -40,7 +40,7 @@ class block_transposer
         alignas(64) block stage;
         for (std::ptrdiff_t z = 0; z < from.sizes[2]; z += side)
             for (std::ptrdiff_t y = 0; y < from.sizes[1]; ++y)
-                for (std::ptrdiff_t x = 0; x < from.sizes[0]; x += side) {  // innermost: the same rows are read on
+                for (std::ptrdiff_t x = 0; x < from.sizes[0]; x += side) {  // innermost: rows are read in order
                     const std::ptrdiff_t width = std::min(side, from.sizes[0] - x);
                     const std::ptrdiff_t depth = std::min(side, from.sizes[2] - z);
                     read(at(from, x, y, z), from.strides[2], width, depth, stage);

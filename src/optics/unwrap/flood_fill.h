@@ -5,9 +5,9 @@
 namespace qorv::optics {
 
 /// Integrates the wrapped differences inside each region that the cuts leave connected. A region starts at its first
-/// pixel in row order, which keeps its value. The pixel reached last goes on first and gives values to its left, right,
-/// upper and lower neighbours, in this order. Sums are formed in double and stored in single precision, so the path
-/// determines the last bits and is part of the definition.
+/// pixel in row order, which keeps its value. The fill is depth-first: it continues from the pixel reached last, which
+/// gives values to its left, right, upper and lower neighbours, in this order. Sums are formed in double and stored in
+/// single precision, so the path determines the last bits and is part of the definition.
 /// phase   column after column, of the size of `flags`, [rad]
 /// result  same layout; every pixel off the cuts is written
 /// flags   pixels on cuts are left out; the pixels written become `pixel_flags::unwrapped`

@@ -194,7 +194,8 @@ class plain_unwrapper
         flags(to.x, to.y) |= goldstein_flag::branch_cut;
     }
 
-    // Step 3: flood fill. A region starts at its first pixel in row order; the pixel reached last goes on first.
+    // Step 3: flood fill. A region starts at its first pixel in row order. The fill is depth-first: it continues from
+    // the pixel reached last.
 
     void fill_regions()
     {

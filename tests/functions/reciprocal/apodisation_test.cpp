@@ -16,7 +16,7 @@ using dm::image;
 using functions::window;
 using std::vector;
 
-TEST(window_curve, HasTheValuesOfThePublishedFormulasAndIsSymmetric)
+TEST(WindowCurve, HasTheValuesOfThePublishedFormulasAndIsSymmetric)
 {
     // First halves and the middle, computed independently from the formulas of the literature.
     const struct
@@ -51,7 +51,7 @@ TEST(window_curve, HasTheValuesOfThePublishedFormulasAndIsSymmetric)
     EXPECT_EQ(functions::ft_window_of(5), window::flat_top);
 }
 
-TEST(apply_window, IsTheProductOverTheDimensionsBetweenTheOffsets)
+TEST(ApplyWindow, IsTheProductOverTheDimensionsBetweenTheOffsets)
 {
     std::mt19937 random{5};
     for (const auto [w, h, d] : {std::array{1, 1, 1}, {9, 1, 1}, {8, 5, 1}, {4, 3, 7}}) {
@@ -69,7 +69,7 @@ TEST(apply_window, IsTheProductOverTheDimensionsBetweenTheOffsets)
     }
 }
 
-TEST(apply_window, KeepsANanInItsPixelAndMakesComplexOfReal)
+TEST(ApplyWindow, KeepsANanInItsPixelAndMakesComplexOfReal)
 {
     using c32 = std::complex<float>;
     const float nan = std::numeric_limits<float>::quiet_NaN();

@@ -34,7 +34,7 @@ vector<functions::peak> all_points(const functions::lattice& l, int most)
     return functions::placed(indices, l);
 }
 
-TEST(lattice_mask, EqualsADiscAroundEveryPoint)
+TEST(LatticeMask, EqualsADiscAroundEveryPoint)
 {
     struct row
     {
@@ -59,7 +59,7 @@ TEST(lattice_mask, EqualsADiscAroundEveryPoint)
     }
 }
 
-TEST(lattice, ReadsTheVectorsFromTheColumnsOfTheMatrix)
+TEST(Lattice, ReadsTheVectorsFromTheColumnsOfTheMatrix)
 {
     const float matrix[] = {9, 1, 2.5, -2, 11, 40};
     const auto l = functions::lattice::from<float>({matrix, 3, 2}, 8, 8);
@@ -68,7 +68,7 @@ TEST(lattice, ReadsTheVectorsFromTheColumnsOfTheMatrix)
     EXPECT_EQ(place.y, 47);
 }
 
-TEST(disc, FallsAlongHalfACosinePeriod)
+TEST(Disc, FallsAlongHalfACosinePeriod)
 {
     const functions::disc soft{5, 2}, hard{5, 0};
     const double table[][3] = {
@@ -79,7 +79,7 @@ TEST(disc, FallsAlongHalfACosinePeriod)
     }
 }
 
-TEST(bragg_mask, RefusesVectorsThatSpanNoLattice)
+TEST(BraggMask, RefusesVectorsThatSpanNoLattice)
 {
     const double matrices[][4] = {{1, 3, 1.1, 3.3}, {0, 0, 0, 0}, {2, 0, 1, 0}, {1, 0, 0, 0}, {1, 2, nan, 4}};
     for (const auto& m : matrices)
@@ -89,7 +89,7 @@ TEST(bragg_mask, RefusesVectorsThatSpanNoLattice)
                   dm::errors::parameters_invalid);
 }
 
-TEST(apply_mask, KeepsElementsWhereItIsOneAndClearsNansWhereItIsZero)
+TEST(ApplyMask, KeepsElementsWhereItIsOneAndClearsNansWhereItIsZero)
 {
     using c = std::complex<double>;
     const auto mask = functions::peak_mask({{1, 0}, {nan, 0}, {1e300, 5}}, {0.5, 0.5}, 3, 1);
@@ -98,7 +98,7 @@ TEST(apply_mask, KeepsElementsWhereItIsOneAndClearsNansWhereItIsZero)
     EXPECT_TRUE(support::same_bytes(planes, vector<c>{{0, 0}, {inf, nan}, {0, 0}, {0, 0}, {-0.0, 5}, {0, 0}}));
 }
 
-TEST(cross_correlation_mask, RemovesTheDefocusOfALens)
+TEST(CrossCorrelationMask, RemovesTheDefocusOfALens)
 {
     using c = std::complex<float>;
     std::mt19937 random{9};
@@ -136,7 +136,7 @@ TEST(cross_correlation_mask, RemovesTheDefocusOfALens)
         }
 }
 
-TEST(cross_correlation_mask, ConjugatesTheReferenceAndAcceptsExtremeValues)
+TEST(CrossCorrelationMask, ConjugatesTheReferenceAndAcceptsExtremeValues)
 {
     using c = std::complex<double>;
     const functions::radial_grid grid{0, 0, 1, 1};
@@ -155,7 +155,7 @@ TEST(cross_correlation_mask, ConjugatesTheReferenceAndAcceptsExtremeValues)
     EXPECT_TRUE(std::isnan(one({nan, 0}, {1, 0}, correlation_mode::mutual).second));
 }
 
-TEST(factors, RefuseADestinationThatIsTheSourceMovedByAPixel)
+TEST(Factors, RefuseADestinationThatIsTheSourceMovedByAPixel)
 {
     using c = std::complex<float>;
     vector<c> pixels{1, 2, 3, 4, 5}, other(4);

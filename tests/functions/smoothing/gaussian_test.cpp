@@ -22,7 +22,7 @@ class gaussian_test : public testing::Test
 using real_types = testing::Types<float, double>;
 TYPED_TEST_SUITE(gaussian_test, real_types);
 
-TEST(gaussian_weights, AreAsManyAsTheWindowAndTheLineNeed)
+TEST(GaussianWeights, AreAsManyAsTheWindowAndTheLineNeed)
 {
     const double infinity = std::numeric_limits<double>::infinity();
     const std::tuple<double, std::int32_t, std::ptrdiff_t, std::size_t> rows[] = {

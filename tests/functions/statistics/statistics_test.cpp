@@ -98,7 +98,7 @@ void check_nans_are_ignored()
         }
 }
 
-TEST(survey, MinimumAndMaximumIgnoreNans)
+TEST(Survey, MinimumAndMaximumIgnoreNans)
 {
     dm::read_processor_features();
     check_nans_are_ignored<float>();
@@ -145,7 +145,7 @@ TYPED_TEST(real_statistics, ExtremesAreTheFirstOfTheirValue)
             }
 }
 
-TEST(min_max, IgnoresNans)
+TEST(MinMax, IgnoresNans)
 {
     const std::tuple<std::vector<double>, double, double, int, int> rows[] = {
         {{nan, 3, nan, 1}, 1, 3, 3, 1},
@@ -165,7 +165,7 @@ TEST(min_max, IgnoresNans)
     EXPECT_TRUE(std::isnan(none.smallest.value) && none.greatest.x == 0);
 }
 
-TEST(radial_survey, IsTheMeanOfEachRoundedRadiusInEachPlane)
+TEST(RadialSurvey, IsTheMeanOfEachRoundedRadiusInEachPlane)
 {
     const functions::radial_grid grids[] = {{8, 8, 1, 1}, {0, 0, 1, 1}, {20, -3, 1, 1}, {5, 9, 2, 0.5}, {8, 4, 1, 0}};
     for (const auto& g : grids)
@@ -190,7 +190,7 @@ TEST(radial_survey, IsTheMeanOfEachRoundedRadiusInEachPlane)
         }
 }
 
-TEST(radial_survey, RefusesProfilesThatNoImageNeeds)
+TEST(RadialSurvey, RefusesProfilesThatNoImageNeeds)
 {
     const std::tuple<functions::radial_grid, image<float>::extents, bool> rows[] = {
         {{0, 0, inf, 1}, {100, 100, 1}, true},         {{0, 0, nan, 1}, {100, 100, 1}, true},
@@ -216,7 +216,7 @@ std::vector<float> symmetric_blob(std::ptrdiff_t w, std::ptrdiff_t h, double cx,
     return pixels;
 }
 
-TEST(center_of_mass, MovesToTheCentreOfASymmetricBlob)
+TEST(CenterOfMass, MovesToTheCentreOfASymmetricBlob)
 {
     struct row
     {
@@ -249,7 +249,7 @@ TYPED_TEST(real_statistics, CenterOfMassWeighsWithinTheDiscOnly)
     EXPECT_EQ(center.y, 0.0);
 }
 
-TEST(center_of_mass, KeepsTheStartWhereThereIsNoMass)
+TEST(CenterOfMass, KeepsTheStartWhereThereIsNoMass)
 {
     std::vector<float> pixels(100, 2.0f);
     pixels[33] = static_cast<float>(nan);
@@ -263,7 +263,7 @@ TEST(center_of_mass, KeepsTheStartWhereThereIsNoMass)
     EXPECT_EQ(functions::center_of_mass<float>({pixels.data(), 10, 10}, outside, {5, 5, 0}), 0);
 }
 
-TEST(weight, ReadsTheCurveAtTheRadius)
+TEST(Weight, ReadsTheCurveAtTheRadius)
 {
     using functions::weight_mode;
     const functions::radial_grid grid{1, 0, 0.5, 2};

@@ -47,7 +47,9 @@ TEST(Npy, KeepsEveryTypeAndDimensionToTheBit)
 {
     const scratch_folder folder;
     const std::vector<std::vector<std::uint32_t>> shapes{{7}, {5, 3}, {4, 3, 2}, {1, 1, 1}};
-    for (const std::uint32_t code : {9u, 6u, 1u, 10u, 7u, 11u, 2u, 12u, 3u, 13u})  // HOST_ELEMENT_INT8 to _COMPLEX128
+    for (const std::uint32_t code : {HOST_ELEMENT_INT8, HOST_ELEMENT_UINT8, HOST_ELEMENT_INT16, HOST_ELEMENT_UINT16,
+                                     HOST_ELEMENT_INT32, HOST_ELEMENT_UINT32, HOST_ELEMENT_FLOAT32,
+                                     HOST_ELEMENT_FLOAT64, HOST_ELEMENT_COMPLEX64, HOST_ELEMENT_COMPLEX128})
         for (const auto& sizes : shapes) {
             auto written = image::create("written", code, sizes);
             const std::size_t bytes = written->count() * written->type().bytes;

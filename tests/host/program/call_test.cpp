@@ -26,7 +26,7 @@ struct row
 
 }  // namespace
 
-TEST(functions, AreListedInTheOrderOfTheirRegistration)
+TEST(Functions, AreListedInTheOrderOfTheirRegistration)
 {
     const workbench bench;
     const auto plain = bench.zentrix("functions");
@@ -37,7 +37,7 @@ TEST(functions, AreListedInTheOrderOfTheirRegistration)
     EXPECT_EQ(listed, "[\"" + plain.out.substr(0, plain.out.size() - 1) + "\"]\n");
 }
 
-TEST(call, ConvertsWordsByThePrototypeAndPrintsTheResults)
+TEST(Call, ConvertsWordsByThePrototypeAndPrintsTheResults)
 {
     const workbench bench;
     support::write_real(bench / "a.npy", 3, 2, [](int x, int y) { return x - 3 * y; });
@@ -85,7 +85,7 @@ TEST(call, ConvertsWordsByThePrototypeAndPrintsTheResults)
     EXPECT_EQ(bench.folder().files(), (std::vector<std::string>{"10.raw", "2.raw", "a.npy", "bar.npy"}));
 }
 
-TEST(call, WritesImagesToTheirFilesAndWorksInPlace)
+TEST(Call, WritesImagesToTheirFilesAndWorksInPlace)
 {
     const workbench bench;
     support::write_real(bench / "a.npy", 40, 30, hill);
@@ -108,7 +108,7 @@ TEST(call, WritesImagesToTheirFilesAndWorksInPlace)
     EXPECT_EQ(pixels_of<std::complex<float>>(bench / "twice.npy"), pixels_of<std::complex<float>>(bench / "w.npy"));
 }
 
-TEST(unwrap, UnwrapsPhasesWavesAndVolumes)
+TEST(Unwrap, UnwrapsPhasesWavesAndVolumes)
 {
     const workbench bench;
     const auto wrapped = [](int x, int y) { return std::arg(std::polar(1.0F, hill(x, y))); };
@@ -128,7 +128,7 @@ TEST(unwrap, UnwrapsPhasesWavesAndVolumes)
     EXPECT_THAT(bench.zentrix("unwrap -o u.npy degrees.npy").err, HasSubstr("are beyond -pi to pi"));
 }
 
-TEST(unwrap, LeavesOutPixelsThatAreNotFiniteAndKeepsAreasApart)
+TEST(Unwrap, LeavesOutPixelsThatAreNotFiniteAndKeepsAreasApart)
 {
     const workbench bench;
     const auto ramp = [](int x, int y) { return 0.9F * static_cast<float>(x) - 0.7F * static_cast<float>(y); };
@@ -150,7 +150,7 @@ TEST(unwrap, LeavesOutPixelsThatAreNotFiniteAndKeepsAreasApart)
     }
 }
 
-TEST(command_line, IsCheckedBeforeAnyWork)
+TEST(CommandLine, IsCheckedBeforeAnyWork)
 {
     const workbench bench;
     support::write_wave(bench / "w.npy", 4, 4, [](int, int) { return 1; });
@@ -177,7 +177,7 @@ TEST(command_line, IsCheckedBeforeAnyWork)
     EXPECT_EQ(bench.zentrix("correct --help").code, 0);
 }
 
-TEST(command_line, NamesTheFileAndTheProblem)
+TEST(CommandLine, NamesTheFileAndTheProblem)
 {
     const workbench bench;
     support::write_real(bench / "real.npy", 4, 4, [](int, int) { return 1; });

@@ -26,7 +26,7 @@ void write_noise(const std::filesystem::path& file, int width, int height)
 
 }  // namespace
 
-TEST(correct, RemovesTheAberrationsOfAnIndependentLens)
+TEST(Correct, RemovesTheAberrationsOfAnIndependentLens)
 {
     const workbench bench;
     ASSERT_EQ(bench.run(support::built(MAKE_SAMPLE), {"in.npy", "truth.npy"}).code, 0);
@@ -41,7 +41,7 @@ TEST(correct, RemovesTheAberrationsOfAnIndependentLens)
     EXPECT_EQ(bench.folder().files(), (names{"in.npy", "out.npy", "out.png", "truth.npy"}));
 }
 
-TEST(correct, RemovingUndoesApplyingInAnySizeWithTilt)
+TEST(Correct, RemovingUndoesApplyingInAnySizeWithTilt)
 {
     const std::string lens =
         " --kv 200 --pixel 0.05 --tilt 1.5,-0.8 --C1 -40 --A1 9@30 --B2 150@77 --A2 80@-120 --C3 -0.013 --S3 2@11 "
@@ -58,7 +58,7 @@ TEST(correct, RemovingUndoesApplyingInAnySizeWithTilt)
 }
 
 /// A wave 1 + sideband of one frequency: the envelope damps the sideband by a closed form of the rms widths.
-TEST(correct, EnvelopeWidthsAreRmsInTheStatedUnits)
+TEST(Correct, EnvelopeWidthsAreRmsInTheStatedUnits)
 {
     constexpr int size = 64, cycles = 9;
     constexpr double pixel = 0.05, g = cycles / (size * pixel);
@@ -85,7 +85,7 @@ TEST(correct, EnvelopeWidthsAreRmsInTheStatedUnits)
     }
 }
 
-TEST(correct, RefusesOrReplacesPixelsThatAreNotFinite)
+TEST(Correct, RefusesOrReplacesPixelsThatAreNotFinite)
 {
     const workbench bench;
     const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
@@ -118,7 +118,7 @@ TEST(correct, RefusesOrReplacesPixelsThatAreNotFinite)
 }
 
 #if !defined(_WIN32) && !defined(__SANITIZE_ADDRESS__)
-TEST(correct, ReportsThatMemoryRanOutAndLeavesNothing)
+TEST(Correct, ReportsThatMemoryRanOutAndLeavesNothing)
 {
     const workbench bench;
     write_noise(bench / "wave.npy", 1021, 1031);

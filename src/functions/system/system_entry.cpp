@@ -1,4 +1,4 @@
-#include "functions/system/utility_entry.h"
+#include "functions/system/system_entry.h"
 
 #include <omp.h>
 
