@@ -44,6 +44,7 @@ void replace_bad_pixels(host::image& wave, const std::string& rule)
         throw py::value_error{"nan is \"refuse\", \"zero\" or \"mean\", not \"" + rule + "\"."};
     const std::size_t count = host::count_not_finite(wave);
     if (count == 0) return;
+    if (count == wave.count()) throw py::value_error{"No pixel of the wave is a finite number."};
     if (rule == "refuse")
         throw py::value_error{
             std::to_string(count) + " of " + std::to_string(wave.count()) +

@@ -1,6 +1,7 @@
 #include "host/files/draft_file.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <iterator>
 
 #ifdef _WIN32
@@ -38,10 +39,16 @@ fs::path next_draft_name()
     return ".zentrix-" + std::to_string(getpid()) + "-" + std::to_string(++number) + ".part";
 }
 
-bool is_draft_name(const fs::path& name)
+unsigned long process_of_draft(const fs::path& name)
 {
-    const std::u8string text = name.u8string();
-    return text.starts_with(u8".zentrix-") && text.ends_with(u8".part");
+    const std::u8string wide = name.u8string();
+    const std::string text{wide.begin(), wide.end()};
+    unsigned long process = 0;
+    unsigned number = 0;
+    int length = 0;
+    const bool is_draft = std::sscanf(text.c_str(), ".zentrix-%lu-%u.part%n", &process, &number, &length) == 2 &&
+                          length == static_cast<int>(text.size());
+    return is_draft ? process : 0;
 }
 
 }  // namespace zentrix::host

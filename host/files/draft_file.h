@@ -33,7 +33,8 @@ bool is_read_only(const std::filesystem::path& file);
 
 /// A name for a draft that this process has not used yet.
 std::filesystem::path next_draft_name();
-bool is_draft_name(const std::filesystem::path& name);
+/// The process that the name of a draft names; 0 for other names.
+unsigned long process_of_draft(const std::filesystem::path& name);
 
 /// Paths of existing drafts for handlers of signals, which may run at any time and on any thread: memory is never
 /// freed. A path that is too long, or one too many, is left out.

@@ -25,7 +25,7 @@ void remove_remnants(const fs::path& folder)
 {
     std::error_code ignored;
     for (fs::directory_iterator entry{folder, ignored}, end; entry != end; entry.increment(ignored)) {
-        if (!is_draft_name(entry->path().filename())) continue;
+        if (process_of_draft(entry->path().filename()) == 0) continue;
         const int file = open(entry->path().c_str(), O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
         if (file < 0) continue;
         if (flock(file, LOCK_EX | LOCK_NB) == 0) unlink(entry->path().c_str());
@@ -130,7 +130,8 @@ bool is_read_only(const fs::path& file)
 
 void remove_pending_files_on_signals()
 {
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP})
+    std::signal(SIGXFSZ, SIG_IGN);  // a file beyond the limit is then an error that the program reports
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE})
         if (std::signal(signal, remove_drafts_and_end) == SIG_IGN) std::signal(signal, SIG_IGN);  // as under nohup
 }
 

@@ -29,12 +29,23 @@ namespace {
 HANDLE file_of(std::intptr_t handle) { return reinterpret_cast<HANDLE>(handle); }
 const std::intptr_t no_file = reinterpret_cast<std::intptr_t>(INVALID_HANDLE_VALUE);
 
-/// Opening without sharing fails while the draft's process lives.
+/// Whether a process with this number runs.
+bool is_running(unsigned long process)
+{
+    const HANDLE found = OpenProcess(SYNCHRONIZE, FALSE, process);
+    if (!found) return GetLastError() == ERROR_ACCESS_DENIED;
+    const bool runs = WaitForSingleObject(found, 0) == WAIT_TIMEOUT;
+    CloseHandle(found);
+    return runs;
+}
+
+/// A live process closes its draft just before it moves it, so an unopened draft is a remnant only if its process ended.
 void remove_remnants(const fs::path& folder)
 {
     std::error_code ignored;
     for (fs::directory_iterator entry{folder, ignored}, end; entry != end; entry.increment(ignored)) {
-        if (!is_draft_name(entry->path().filename())) continue;
+        const unsigned long process = process_of_draft(entry->path().filename());
+        if (process == 0 || is_running(process)) continue;
         const HANDLE file =
             CreateFileW(entry->path().c_str(), DELETE, 0, nullptr, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
         if (file != INVALID_HANDLE_VALUE) CloseHandle(file);

@@ -1,8 +1,11 @@
 #include "host/program/wave_file.h"
 
 #include <algorithm>
+#include <cmath>
 #include <complex>
 #include <iostream>
+#include <limits>
+#include <span>
 
 #include "host/correction/finite_pixels.h"
 #include "host/files/file_error.h"
@@ -24,8 +27,14 @@ host::image_ref read_wave(const std::string& name)
     if (wave->code() == HOST_ELEMENT_COMPLEX64) return wave;
     const std::uint32_t sizes[] = {wave->size(0), wave->size(1)};
     auto single = host::image::create(wave->name(), HOST_ELEMENT_COMPLEX64, sizes);
-    const auto* from = static_cast<const std::complex<double>*>(wave->data());
-    std::copy_n(from, wave->count(), static_cast<std::complex<float>*>(single->data()));
+    const std::span from{static_cast<const std::complex<double>*>(wave->data()), wave->count()};
+    constexpr double largest = std::numeric_limits<float>::max();
+    if (std::ranges::any_of(from, [](const std::complex<double>& pixel) {
+            const double size = std::max(std::abs(pixel.real()), std::abs(pixel.imag()));
+            return size > largest && std::isfinite(size);
+        }))
+        throw host::file_error{file, "has values that are too large for single precision"};
+    std::ranges::copy(from, static_cast<std::complex<float>*>(single->data()));
     return single;
 }
 
@@ -35,6 +44,7 @@ void apply_nan_rule(const std::string& name, host::image& wave, nan_rule rule)
     if (count == 0) return;
     const std::string which =
         std::to_string(count) + " of " + std::to_string(wave.count()) + " pixels are infinite or not a number";
+    if (count == wave.count()) throw host::file_error{host::system_path(name), "no pixel is a finite number"};
     if (rule == nan_rule::refuse)
         throw host::file_error{host::system_path(name), which + "; --nan zero or --nan mean replaces them"};
     const auto value = rule == nan_rule::mean ? host::mean_of_finite(wave) : std::complex<float>{};

@@ -9,6 +9,7 @@
 #include <vector>
 
 #if defined(__linux__)
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <filesystem>
@@ -51,6 +52,24 @@ TEST(TeamSize, ShifterStartsNoMoreThreadsThanProcessors)
     shift_in_parallel();
     const auto threads = std::distance(std::filesystem::directory_iterator{"/proc/self/task"}, {});
     EXPECT_LE(threads, omp_get_num_procs());
+}
+
+TEST(TeamSize, IsOneWhereTheSystemStartsNoThread)
+{
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        const rlimit none{0, 0};
+        // Root has no limit of processes; others count the threads that they have already.
+        const bool is_limited = setgid(65534) == 0 && setuid(65534) == 0 && setrlimit(RLIMIT_NPROC, &none) == 0;
+        const thread_setting set{8};
+        shift_in_parallel();  // the runtime would end the process with 1
+        _exit(is_limited ? team_size(8) : 77);
+    }
+    int status = -1;
+    waitpid(child, &status, 0);
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 77) GTEST_SKIP() << "needs the right to change the user";
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 1) << status;
 }
 
 TEST(TeamSize, ShifterWorksInTheChildOfAProcessThatUsedThreads)

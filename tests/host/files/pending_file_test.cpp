@@ -56,6 +56,7 @@ TEST(PendingFile, RefusesWhatItCannotReplaceAndRemovesRemnants)
     fs::permissions(folder / "fixed", fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read);
     fs::create_directory(folder / "folder");
     folder.write(".zentrix-1-1.part", "of a killed process");
+    folder.write(".zentrix-notes.part", "of another program");
     const pending_file other{folder / "other"};  // of a live one
     for (const auto& [name, why] : {std::pair{"fixed", "it is read-only"},
                                     {"folder", "it is a folder"},
@@ -65,8 +66,9 @@ TEST(PendingFile, RefusesWhatItCannotReplaceAndRemovesRemnants)
     fs::permissions(folder / "fixed", fs::perms::owner_all);
     EXPECT_EQ(folder.read("fixed"), "fixed");
     const auto left = folder.files();
-    ASSERT_EQ(left.size(), 3u);
+    ASSERT_EQ(left.size(), 4u);
     EXPECT_NE(left[0], ".zentrix-1-1.part");
+    EXPECT_EQ(left[1], ".zentrix-notes.part");
 }
 
 #ifndef _WIN32

@@ -93,6 +93,7 @@ TEST(Correct, RefusesOrReplacesPixelsThatAreNotFinite)
     support::write_wave(bench / "torn.npy", 4, 4, [&](int x, int y) {
         return x < 2 && y == 0 ? torn[x] : complex{3, 1};
     });
+    support::write_wave(bench / "empty.npy", 4, 4, [&](int, int) { return nan; });
     support::write_wave(bench / "large.npy", 4, 4, [](int, int) { return 3e38F; });
     const std::string which = "zentrix: torn.npy: 2 of 16 pixels are infinite or not a number; ";
     struct row
@@ -104,6 +105,7 @@ TEST(Correct, RefusesOrReplacesPixelsThatAreNotFinite)
          {row{"torn.npy --nan zero", which + "replaced by 0+0i\n", {0, 0}},
           {"torn.npy --nan mean", which + "replaced by 3+1i\n", {3, 1}},
           {"torn.npy", which + "--nan zero or --nan mean replaces them\n", {}},
+          {"empty.npy --nan mean", "zentrix: empty.npy: no pixel is a finite number\n", {}},
           {"large.npy",
            "zentrix: The result is not finite: the values of the wave are too large for single precision.\n",
            {}}}) {
