@@ -34,8 +34,8 @@ T column_extreme(const dm::image<const T>& source, std::ptrdiff_t x, std::ptrdif
     return best;
 }
 
-/// The plain form for the pixels [begin, end) of row y. The ring is first filled as if the row had been
-/// filtered from x = 0.
+/// The plain form for the pixels [begin, end) of row y. The ring is first filled as if the row had been filtered
+/// from x = 0.
 template <class T, extreme which>
 void filter_run(const dm::image<const T>& source, std::ptrdiff_t radius, const dm::image<T>& destination,
                 std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end)
