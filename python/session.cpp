@@ -15,7 +15,7 @@ constexpr char advice_on_strides[] =
     "numpy.ascontiguousarray() of it.";
 
 /// Passes a message of the host to Python's logger. An exception of the logger is reported as unraisable.
-void tell(const std::shared_ptr<python_owner>& log, const char* level, const std::string& text)
+void pass_to_log(const std::shared_ptr<python_owner>& log, const char* level, const std::string& text)
 {
     const py::gil_scoped_acquire locked;
     try {
@@ -28,9 +28,9 @@ void tell(const std::shared_ptr<python_owner>& log, const char* level, const std
 host::listeners forward_to(const std::shared_ptr<python_owner>& log)
 {
     host::listeners listening;
-    listening.error = [log](const host::error_record& error) { tell(log, "error", error.text); };
-    listening.dialog = [log](const host::dialog_record& shown) { tell(log, "warning", shown.text); };
-    listening.output = [log](const host::output_record& line) { tell(log, "info", line.text); };
+    listening.error = [log](const host::error_record& error) { pass_to_log(log, "error", error.text); };
+    listening.dialog = [log](const host::dialog_record& shown) { pass_to_log(log, "warning", shown.text); };
+    listening.output = [log](const host::output_record& line) { pass_to_log(log, "info", line.text); };
     return listening;
 }
 

@@ -5,6 +5,7 @@
 
 #include "host/files/draft_file.h"
 #include "host/files/pending_file.h"
+#include "win32/handles.h"
 
 namespace zentrix::host {
 
@@ -32,14 +33,11 @@ const std::intptr_t no_file = reinterpret_cast<std::intptr_t>(INVALID_HANDLE_VAL
 /// Whether a process with this number runs.
 bool is_running(unsigned long process)
 {
-    const HANDLE found = OpenProcess(SYNCHRONIZE, FALSE, process);
-    if (!found) return GetLastError() == ERROR_ACCESS_DENIED;
-    const bool runs = WaitForSingleObject(found, 0) == WAIT_TIMEOUT;
-    CloseHandle(found);
-    return runs;
+    const win32::unique_kernel_object found{OpenProcess(SYNCHRONIZE, FALSE, process)};
+    return found ? WaitForSingleObject(found.get(), 0) == WAIT_TIMEOUT : GetLastError() == ERROR_ACCESS_DENIED;
 }
 
-/// A live process closes its draft just before it moves it, so an unopened draft is a remnant only if its process ended.
+/// A live process closes its draft just before it moves it, so only drafts of ended processes are remnants.
 void remove_remnants(const fs::path& folder)
 {
     std::error_code ignored;
