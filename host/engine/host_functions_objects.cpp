@@ -10,7 +10,7 @@ void register_object_functions(engine_state& state)
         return make_abstract_method(passed.text(0), passed.text(1));
     });
     state.add_host_function("Function ScriptClassAddMethod( ScriptClass, Function )", [](const arguments& passed) {
-        const auto method = passed.object<function>(1);
+        auto method = passed.object<function>(1);
         passed.object<script_class>(0)->add_method(method);
         return method;
     });

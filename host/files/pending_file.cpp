@@ -30,7 +30,7 @@ fs::path followed(fs::path target)
 
 fs::path checked(const fs::path& target)
 {
-    const fs::path end = followed(target);
+    fs::path end = followed(target);
     std::error_code problem;
     const fs::file_status status = fs::status(end, problem);
     if (status.type() == fs::file_type::not_found) return end;

@@ -68,7 +68,9 @@ destinations destinations_of(const call_request& request, const host::prototype&
             throw host::script_error{"-o " + output + ": " + signature.name + " does not return an image" +
                                      (name.empty() ? "" : " and has no image output parameter " + name)};
         std::string& file = is_named ? result.by_name[name] : result.result;
-        if (!file.empty()) throw host::script_error{"-o " + output + ": this image already goes to " + file};
+        if (!file.empty())
+            throw host::script_error{
+                std::string{"-o "}.append(output).append(": this image already goes to ").append(file)};
         file = is_named ? output.substr(equals + 1) : output;
         host::require_writable_kind(host::system_path(file));
     }

@@ -298,8 +298,11 @@ void extreme_filter(const dm::image<const T>& source, extreme which, std::int32_
     }
 }
 
-#define INSTANTIATE(T)                                           \
-    template dm::variants<extreme_kernel<T>> extreme_variants(); \
+template <class T>
+using extreme_table = dm::variants<extreme_kernel<T>>;
+
+#define INSTANTIATE(T)                               \
+    template extreme_table<T> extreme_variants<T>(); \
     template void extreme_filter(const dm::image<const T>&, extreme, std::int32_t, const dm::image<T>&)
 ZENTRIX_FOR_EIGHT_REALS(INSTANTIATE);
 #undef INSTANTIATE

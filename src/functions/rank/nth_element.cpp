@@ -150,14 +150,14 @@ partition<T> partition_around(const dm::image<const T>& values, std::int64_t fir
     for (;;) {
         auto parts = partition_by<Arch>(values, limits);
         const std::int64_t below_high = parts.counts.up_to_low + parts.counts.inside;
-        if (parts.counts.nan)
+        const bool is_too_high = first < parts.counts.below;
+        if (parts.counts.nan ||
+            (!is_too_high && (last < below_high || last < below_high + count_equal(values, limits.high))))
             return parts;
-        else if (first < parts.counts.below)
+        if (is_too_high)
             limits.low = -std::numeric_limits<T>::infinity();
-        else if (last >= below_high && last >= below_high + count_equal(values, limits.high))
-            limits.high = std::numeric_limits<T>::infinity();
         else
-            return parts;
+            limits.high = std::numeric_limits<T>::infinity();
     }
 }
 

@@ -14,7 +14,7 @@ binding::image_ref GoldstainDM(binding::image_ref source, std::int32_t max_box_s
     const auto width = static_cast<std::int32_t>(dm::size_along(source, 0));
     const auto height = static_cast<std::int32_t>(dm::size_along(source, 1));
     const binding::image_ref flags = binding::IntegerImage("", 4, false, width, height);
-    const binding::image_ref result = binding::ImageClone(source);
+    binding::image_ref result = binding::ImageClone(source);
     dm::with_locks(dm::reading{source}, dm::writing{flags}, dm::writing{result},
                    [&](const dm::read_lock& from, const dm::write_lock& scratch, const dm::write_lock& to) {
                        unwrap_goldstein(dm::flat_plane(from.view<float>()), dm::flat_plane(to.view<float>()), width,
