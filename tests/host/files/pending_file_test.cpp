@@ -7,6 +7,7 @@
 #include "tests/support/scratch.h"
 
 #ifndef _WIN32
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -100,10 +101,12 @@ TEST(PendingFile, KeepsModeAndOwnerAndFollowsLinks)
 TEST(PendingFile, IsRemovedByTheSignalsThatEndAProcess)
 {
     const scratch_folder folder;
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
         const pid_t child = fork();
         if (child == 0) {
             std::signal(signal, SIG_DFL);
+            const rlimit no_core{0, 0};
+            setrlimit(RLIMIT_CORE, &no_core);
             remove_pending_files_on_signals();
             const pending_file first{folder / "a"}, second{folder / "b"};
             raise(signal);
@@ -114,6 +117,23 @@ TEST(PendingFile, IsRemovedByTheSignalsThatEndAProcess)
         EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == signal);
         EXPECT_EQ(folder.files(), names{});
     }
+}
+
+TEST(PendingFile, BeyondTheLimitOfFileSizesIsAnError)
+{
+    const scratch_folder folder;
+    const pid_t child = fork();
+    if (child == 0) {
+        const rlimit small{1000, 1000};
+        setrlimit(RLIMIT_FSIZE, &small);
+        remove_pending_files_on_signals();
+        const std::string text = support::message_of([&] { replace(folder / "a", std::string(2000, 'a')); });
+        _exit(text.ends_with("File too large") ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    EXPECT_EQ(folder.files(), names{});
 }
 
 #endif
