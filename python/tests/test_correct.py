@@ -73,6 +73,7 @@ def test_wave_is_unchanged_and_may_be_any_complex_array():
         ({"pixel": 0}, ValueError, "The pixel size must be a positive number of nanometres."),
         ({"envelope": "some"}, ValueError, 'The envelope is "auto", "on" or "off", not "some".'),
         ({"wave": np.array([[1, np.nan], [np.inf, 1j]])}, ValueError, "2 of 4 pixels of the wave are infinite or not"),
+        ({"wave": np.full((2, 2), np.nan * 1j), "nan": "mean"}, ValueError, "No pixel of the wave is a finite number."),
         ({"nan": "none"}, ValueError, 'nan is "refuse", "zero" or "mean", not "none".'),
         ({"wave": np.zeros(4, complex)}, TypeError, "The wave has to be a complex array of two dimensions, not complex"),
         ({"wave": np.zeros((0, 4), complex)}, ValueError, "An array of shape (0, 4) cannot be an image"),

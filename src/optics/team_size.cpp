@@ -37,12 +37,14 @@ int try_threads(int wanted) noexcept
     return static_cast<int>(started.size());
 }
 
-/// `size`, or less where the system does not start the threads that a team of `size` needs in addition to the caller.
+/// `size`, or less where the system does not start the threads that the next team needs in addition to the last one's.
 int startable_team(int size) noexcept
 {
-    static std::atomic<int> known{1};  // teams up to this size were started before and keep their threads
-    if (size > known) known = std::max(known.load(), 1 + try_threads(size - 1));
-    return std::min<int>(size, known);
+    static std::atomic<int> last{
+        1};  // the runtime keeps the threads of the last team and ends those that it does not need
+    const int kept = last;
+    last = size > kept ? kept + try_threads(size - kept) : size;
+    return last;
 }
 
 }  // namespace

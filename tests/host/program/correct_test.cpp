@@ -94,6 +94,9 @@ TEST(Correct, RefusesOrReplacesPixelsThatAreNotFinite)
         return x < 2 && y == 0 ? torn[x] : complex{3, 1};
     });
     support::write_wave(bench / "empty.npy", 4, 4, [&](int, int) { return nan; });
+    const auto huge = zentrix::host::image::create("huge", HOST_ELEMENT_COMPLEX128, std::vector<std::uint32_t>{4, 4});
+    huge->at<std::complex<double>>(1, 2) = {0, -1e60};
+    zentrix::host::write_npy(bench / "huge.npy", *huge);
     support::write_wave(bench / "large.npy", 4, 4, [](int, int) { return 3e38F; });
     const std::string which = "zentrix: torn.npy: 2 of 16 pixels are infinite or not a number; ";
     struct row
@@ -106,6 +109,7 @@ TEST(Correct, RefusesOrReplacesPixelsThatAreNotFinite)
           {"torn.npy --nan mean", which + "replaced by 3+1i\n", {3, 1}},
           {"torn.npy", which + "--nan zero or --nan mean replaces them\n", {}},
           {"empty.npy --nan mean", "zentrix: empty.npy: no pixel is a finite number\n", {}},
+          {"huge.npy", "zentrix: huge.npy: has values that are too large for single precision\n", {}},
           {"large.npy",
            "zentrix: The result is not finite: the values of the wave are too large for single precision.\n",
            {}}}) {
