@@ -16,13 +16,13 @@ from typing import NamedTuple
 
 from . import _core
 from ._core import ScriptError
-from ._correct import correct
+from ._correct import aberrate, correct
 from ._ref import Ref
 from ._tags import TagGroup, TagList
 
-__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "correct", "load"]
+__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "aberrate", "correct", "load"]
 
-for _public in (Ref, ScriptError, TagGroup, TagList, correct):
+for _public in (Ref, ScriptError, TagGroup, TagList, aberrate, correct):
     _public.__module__ = "zentrix"  # where users find them
 _open_host = None
 

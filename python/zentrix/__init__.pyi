@@ -9,7 +9,8 @@ from numpy.typing import ArrayLike, NDArray
 
 from ._functions import ScriptFunctions
 
-Coefficient = float | tuple[float, float]
+Numbers = float | Sequence[float] | NDArray[Any]
+Coefficient = complex | str | tuple[Numbers, Numbers] | Sequence[Any] | NDArray[Any]
 
 class ScriptError(RuntimeError): ...
 
@@ -45,28 +46,54 @@ def load(path: str | os.PathLike[str] | None = None) -> Host: ...
 def correct(
     wave: ArrayLike,
     *,
-    pixel: float,
+    nan: Literal["refuse", "zero", "mean"] = "refuse",
+    pixel: float | tuple[float, float],
     kv: float | None = None,
     wavelength: float | None = None,
-    C1: float = 0.0,
+    C1: Coefficient = 0.0,
     A1: Coefficient = 0.0,
     B2: Coefficient = 0.0,
     A2: Coefficient = 0.0,
-    C3: float = 0.0,
+    C3: Coefficient = 0.0,
     S3: Coefficient = 0.0,
     A3: Coefficient = 0.0,
     B4: Coefficient = 0.0,
     D4: Coefficient = 0.0,
     A4: Coefficient = 0.0,
-    C5: float = 0.0,
+    C5: Coefficient = 0.0,
     A5: Coefficient = 0.0,
     R5: Coefficient = 0.0,
     S5: Coefficient = 0.0,
-    focus_spread: float = 0.0,
-    convergence: float = 0.0,
-    vibration: float = 0.0,
-    tilt: tuple[float, float] = (0.0, 0.0),
-    remove: bool = True,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
     envelope: Literal["auto", "on", "off"] = "auto",
+) -> NDArray[np.complex64]: ...
+def aberrate(
+    wave: ArrayLike,
+    *,
     nan: Literal["refuse", "zero", "mean"] = "refuse",
+    pixel: float | tuple[float, float],
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
