@@ -6,6 +6,7 @@
 #include "python/correction.h"
 #include "python/session.h"
 #include "python/tags.h"
+#include "python/unwrapping.h"
 #include "python/values.h"
 
 namespace zentrix::python {
@@ -104,6 +105,7 @@ PYBIND11_MODULE(_core, module)
     add_tags(module);
     add_session(module);
     add_correction(module);
+    add_unwrapping(module);
     module.def("notifications", &notifications);
     module.def("call_on_host_thread", &call_on_host_thread);
     module.def("end", &end);
