@@ -52,6 +52,7 @@ void add_tags(py::module_& to)
 PYBIND11_MODULE(_core, module)
 {
     module.doc() = "The stand-alone host for Python; use the package zentrix.";
+    module.attr("version") = ZENTRIX_VERSION;
     // Static, because exception translators cannot capture; never destroyed.
     static const auto& script_error = *new py::exception<host::script_error>{module, "ScriptError", PyExc_RuntimeError};
     py::register_exception_translator([](std::exception_ptr thrown) {

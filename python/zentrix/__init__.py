@@ -14,8 +14,10 @@ import os
 import pathlib
 from typing import NamedTuple
 
+from . import _interpreter  # first, because its error explains those of the other imports
 from . import _core
 from ._core import ScriptError
+from ._core import version as __version__
 from ._correct import correct
 from ._ref import Ref
 from ._tags import TagGroup, TagList

@@ -9,6 +9,7 @@ from numpy.typing import ArrayLike, NDArray
 
 from ._functions import ScriptFunctions
 
+__version__: str
 Coefficient = float | tuple[float, float]
 
 class ScriptError(RuntimeError): ...
