@@ -52,7 +52,7 @@ def plot(pictures, file):
 def main():
     zx = zentrix.load()
     ideal = np.exp(1j * crystal()).astype(np.complex64)
-    seen = zentrix.correct(ideal, remove=False, **LENS)
+    seen = zentrix.aberrate(ideal, **LENS)
     corrected = zentrix.correct(seen, **LENS)
     error = abs(corrected - ideal).max()
     print(f"largest difference from the exit wave: {abs(seen - ideal).max():.2g} before, {error:.2g} after")

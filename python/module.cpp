@@ -4,6 +4,7 @@
 #include "python/correction.h"
 #include "python/session.h"
 #include "python/tags.h"
+#include "python/unwrapping.h"
 #include "python/values.h"
 
 namespace zentrix::python {
@@ -65,6 +66,7 @@ PYBIND11_MODULE(_core, module)
     add_tags(module);
     add_session(module);
     add_correction(module);
+    add_unwrapping(module);
     module.def("notifications", &notifications);
 }
 

@@ -23,7 +23,12 @@ void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transf
     forward_fft(pixels, width, height);
     multiply_by_transfer(engine, wave, wave, arguments);
     backward_fft(pixels, width, height);
-    if (was_finite && count_not_finite(*wave) > 0)
+    if (was_finite) require_finite_result(*wave);
+}
+
+void require_finite_result(const image& wave)
+{
+    if (count_not_finite(wave) > 0)
         throw script_error{"The result is not finite: the values of the wave are too large for single precision."};
 }
 

@@ -19,4 +19,7 @@ void multiply_by_transfer(engine& engine, const image_ref& source, const image_r
 ///         `wave` are then undefined
 void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments);
 
+/// Throws  script_error if the result of a finite wave has pixels that are not finite
+void require_finite_result(const image& wave);
+
 }  // namespace zentrix::host

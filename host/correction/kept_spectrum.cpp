@@ -1,0 +1,28 @@
+#include "host/correction/kept_spectrum.h"
+
+#include "host/correction/finite_pixels.h"
+#include "host/correction/multiply_spectrum.h"
+#include "host/fft/fft.h"
+
+namespace zentrix::host {
+
+namespace {
+
+std::complex<float>* pixels_of(const image_ref& wave) { return static_cast<std::complex<float>*>(wave->data()); }
+
+}  // namespace
+
+kept_spectrum::kept_spectrum(const image_ref& wave) : spectrum_{wave}, was_finite_{count_not_finite(*wave) == 0}
+{
+    forward_fft(pixels_of(spectrum_), width(), height());
+}
+
+void kept_spectrum::multiply(engine& engine, const lens::transfer_arguments& arguments,
+                             const image_ref& destination) const
+{
+    multiply_by_transfer(engine, spectrum_, destination, arguments);
+    backward_fft(pixels_of(destination), width(), height());
+    if (was_finite_) require_finite_result(*destination);
+}
+
+}  // namespace zentrix::host
