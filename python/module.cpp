@@ -2,6 +2,7 @@
 
 #include "python/arrays.h"
 #include "python/correction.h"
+#include "python/notation.h"
 #include "python/session.h"
 #include "python/tags.h"
 #include "python/unwrapping.h"
@@ -66,6 +67,7 @@ PYBIND11_MODULE(_core, module)
     add_tags(module);
     add_session(module);
     add_correction(module);
+    add_notation(module);
     add_unwrapping(module);
     module.def("notifications", &notifications);
 }

@@ -212,3 +212,21 @@ def unwrap(
 def unwrap(
     phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, *, report: Literal[True]
 ) -> tuple[NDArray[np.float32], UnwrapReport]: ...
+def to_notation(
+    notation: Literal["polar", "cartesian", "corrector"],
+    values: Mapping[str, Any],
+    *,
+    length: str | None = None,
+    angle: Literal["deg", "rad"] = "deg",
+    clockwise: bool = False,
+    zero: float = 0.0,
+) -> dict[str, float]: ...
+def from_notation(
+    notation: Literal["polar", "cartesian", "corrector"],
+    values: Mapping[str, float],
+    *,
+    length: str | None = None,
+    angle: Literal["deg", "rad"] = "deg",
+    clockwise: bool = False,
+    zero: float = 0.0,
+) -> dict[str, Any]: ...
