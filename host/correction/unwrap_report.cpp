@@ -89,7 +89,7 @@ std::vector<std::size_t> label_regions(const comparison& plane, std::span<std::i
     return sizes;
 }
 
-/// Renumbers the regions by size, from 1. Returns their sizes in the new order, preceded by that of the pixels left out.
+/// Renumbers the regions by size, from 1. Returns their sizes by label; first, for label 0, that of the pixels left out.
 std::vector<std::size_t> sort_by_size(const std::vector<std::size_t>& sizes, std::span<std::int32_t> labels)
 {
     std::vector<std::int32_t> order(sizes.size()), new_label(sizes.size());

@@ -54,16 +54,15 @@ class Optics:
         self.pixel = pixel_size(values["pixel"])
         self.wavelength = _wavelength(caller, values["kv"], values["wavelength"])
         self.envelope = word("envelope", values["envelope"], ("auto", "on", "off"))
-        arrays = {}
-        for name in COEFFICIENTS:
-            arrays[name], arrays[f"{name}'s angle"] = polar(name, values[name])
+        numbers = {name: polar(name, values[name]) for name in COEFFICIENTS}
         for name, unit in WIDTHS.items():
-            arrays[name] = reals(values[name], f"{name} is an rms width in {unit}")
-        arrays["tilt"], arrays["tilt's second part"] = _tilt(values["tilt"])
+            numbers[name] = (reals(values[name], f"{name} is an rms width in {unit}"),)
+        numbers["tilt"] = _tilt(values["tilt"])
         try:
-            self._values = np.stack(np.broadcast_arrays(*arrays.values()), axis=-1)
+            flat = [array for arrays in numbers.values() for array in arrays]
+            self._values = np.stack(np.broadcast_arrays(*flat), axis=-1)
         except ValueError:
-            shapes = ", ".join(f"{name} {array.shape}" for name, array in arrays.items() if array.ndim)
+            shapes = ", ".join(f"{name} {arrays[-1].shape}" for name, arrays in numbers.items() if arrays[-1].ndim)
             raise ValueError(f"The arrays of a sweep have to fit each other as in NumPy: {shapes}.") from None
         self.shape = self._values.shape[:-1]
 

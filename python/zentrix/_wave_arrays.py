@@ -21,13 +21,13 @@ def checked_copy(wave, nan):
         if bad == 0:
             continue
         which = f"the wave's plane {', '.join(map(str, place))}" if place else "the wave"
-        if bad == plane.size:
-            raise ValueError(f"No pixel of {which} is a finite number.")
         if nan == "refuse":
             raise ValueError(
                 f"{bad} of {plane.size} pixels of {which} are {_what_is_wrong(wave, values[place])}; "
                 'nan="zero" or "mean" replaces them.'
             )
+        if bad == plane.size:
+            raise ValueError(f"No pixel of {which} is a finite number.")
     return copy
 
 
