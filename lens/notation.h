@@ -18,8 +18,8 @@ enum class notation
     /// C10, C12a, C12b, ...: the same with C_nma = C_nm cos(m phi_nm) and C_nmb = C_nm sin(m phi_nm).
     /// Source  Krivanek, Dellby, Lupini, Ultramicroscopy 78 (1999) 1-11
     cartesian,
-    /// C1, A1, phiA1, ...: the names of `coefficient`, but B2, S3, B4, D4, S5 and R5 multiply powers of w instead of its
-    /// conjugate.
+    /// C1, A1, phiA1, ...: the names of `coefficient`, but B2, S3, B4, D4, S5 and R5 multiply powers of w instead of
+    /// its conjugate.
     /// Source  Uhlemann, Haider, Ultramicroscopy 72 (1998) 109-119
     corrector
 };

@@ -1,7 +1,7 @@
 """Types of the package; the docstrings are in its modules."""
 
 import os
-from collections.abc import Iterator, Mapping, Sequence
+from collections.abc import Callable, Iterable, Iterator, Mapping, Sequence
 from typing import Any, Literal, NamedTuple, overload
 
 import numpy as np
@@ -66,6 +66,7 @@ def correct(
     wave: ArrayLike,
     *,
     nan: Literal["refuse", "zero", "mean"] = "refuse",
+    progress: Callable[..., Iterable[Any]] | None = None,
     pixel: float | tuple[float, float],
     kv: float | None = None,
     wavelength: float | None = None,
@@ -93,6 +94,7 @@ def aberrate(
     wave: ArrayLike,
     *,
     nan: Literal["refuse", "zero", "mean"] = "refuse",
+    progress: Callable[..., Iterable[Any]] | None = None,
     pixel: float | tuple[float, float],
     kv: float | None = None,
     wavelength: float | None = None,
@@ -206,11 +208,20 @@ def wavelength(kv: float) -> float: ...
 def wavelength(kv: ArrayLike) -> NDArray[np.float64]: ...
 @overload
 def unwrap(
-    phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, report: Literal[False] = False
+    phase: ArrayLike,
+    mask: ArrayLike | None = None,
+    box: int | None = None,
+    report: Literal[False] = False,
+    progress: Callable[..., Iterable[Any]] | None = None,
 ) -> NDArray[np.float32]: ...
 @overload
 def unwrap(
-    phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, *, report: Literal[True]
+    phase: ArrayLike,
+    mask: ArrayLike | None = None,
+    box: int | None = None,
+    *,
+    report: Literal[True],
+    progress: Callable[..., Iterable[Any]] | None = None,
 ) -> tuple[NDArray[np.float32], UnwrapReport]: ...
 def to_notation(
     notation: Literal["polar", "cartesian", "corrector"],
