@@ -116,7 +116,7 @@ def aberrate(
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
 def transfer_function(
-    shape: tuple[int, int],
+    shape: Sequence[int],
     *,
     correcting: bool = False,
     shifted: bool = True,
@@ -174,7 +174,7 @@ def ctf(
 ) -> RadialCTF: ...
 @overload
 def ctf(
-    shape: tuple[int, int],
+    shape: Sequence[int],
     *,
     pixel: float | tuple[float, float],
     kv: float | None = None,
@@ -202,7 +202,7 @@ def ctf(
 @overload
 def wavelength(kv: float) -> float: ...
 @overload
-def wavelength(kv: ArrayLike) -> NDArray[np.float64]: ...
+def wavelength(kv: Sequence[float] | NDArray[Any]) -> NDArray[np.float64]: ...
 @overload
 def unwrap(
     phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, report: Literal[False] = False
