@@ -43,8 +43,9 @@ class Held(NamedTuple):
 class Host:
     """The host with the library running in it. Every script function is an attribute; `functions` lists them."""
 
-    def __init__(self, core):
+    def __init__(self, core, file):
         self._core = core
+        self._file = file
         prototypes = {}
         for text in core.functions():
             prototypes.setdefault(text.split("(")[0].split()[-1], []).append(text)
@@ -79,6 +80,17 @@ class Host:
         """Shuts the library down. Does nothing if it is closed."""
         self._core.close()
 
+    def __reduce__(self):
+        """Pickled, it is the host of the process that unpickles it: loaded there when necessary."""
+        default = self._file == os.path.realpath(_library_file())
+        return load, () if default else (self._file,)
+
+    def __copy__(self):
+        return self
+
+    def __deepcopy__(self, memo):
+        return self
+
     def __repr__(self):
         return f"<zentrix.Host, {'open' if self._core.is_open() else 'closed'}>"
 
@@ -88,18 +100,31 @@ def load(path=None):
 
     path    the library's file. Default: the environment's ZENTRIX_LIBRARY, or the file installed with this module
 
-    The calling thread becomes the host's main thread, the only one that may call script functions.
-    Raises ScriptError if the library is not found or does not start, and during the `close` of another host.
+    Any thread may call it and use the host. Raises ScriptError if the library is not found or does not start, and
+    during the `close` of another host.
     """
+    host = _open_host
+    if host is not None and path is None and host._core.is_open():
+        return host
+    return _core.call_on_host_thread(lambda: _load(path))  # one thread at a time
+
+
+def _load(path):
     global _open_host
     file = os.path.realpath(_library_file() if path is None else os.fspath(path))
     if _open_host is not None and _open_host._core.is_open():
         if path is not None and file != _open_host._file:
             raise ScriptError(f'A host is running already, with the library "{_open_host._file}": close() it first.')
         return _open_host
-    _open_host = Host(_core.Session(file, _log))
-    _open_host._file = file
+    _open_host = Host(_core.Session(file, _log), file)
     return _open_host
+
+
+def __getattr__(name):
+    """Script functions are found in the module, too, so that pickle can name them."""
+    if name.startswith("ZX") and hasattr(host := load(), name):
+        return getattr(host, name)
+    raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
 
 
 def _library_file():
@@ -112,6 +137,7 @@ def _script_function(core, name, prototypes):
         return core.call(name, *arguments)
 
     call.__name__ = call.__qualname__ = name
+    call.__module__ = __name__  # found there by __getattr__
     call.__doc__ = "\n".join(prototypes)
     return call
 
@@ -122,8 +148,4 @@ def _log(level, text):
 
 @atexit.register
 def _close_at_exit():
-    if _open_host is not None:
-        try:
-            _open_host.close()
-        except ScriptError:  # loaded on another thread, the only one that could close it
-            pass
+    _core.end(lambda: _open_host is not None and _open_host.close())
