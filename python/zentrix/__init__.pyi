@@ -119,7 +119,7 @@ def aberrate(
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
 def transfer_function(
-    shape: tuple[int, int],
+    shape: Sequence[int],
     *,
     correcting: bool = False,
     shifted: bool = True,
@@ -177,7 +177,7 @@ def ctf(
 ) -> RadialCTF: ...
 @overload
 def ctf(
-    shape: tuple[int, int],
+    shape: Sequence[int],
     *,
     pixel: float | tuple[float, float],
     kv: float | None = None,
@@ -205,7 +205,7 @@ def ctf(
 @overload
 def wavelength(kv: float) -> float: ...
 @overload
-def wavelength(kv: ArrayLike) -> NDArray[np.float64]: ...
+def wavelength(kv: Sequence[float] | NDArray[Any]) -> NDArray[np.float64]: ...
 @overload
 def unwrap(
     phase: ArrayLike,

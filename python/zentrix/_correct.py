@@ -80,23 +80,24 @@ class KeptSpectrum:
             out = np.empty(lens.shape + self.shape, np.complex64)
         elif out.shape != lens.shape + self.shape or out.dtype != np.complex64 or not out.flags.c_contiguous:
             raise ValueError(f"out is a C-contiguous complex64 array of shape {lens.shape + self.shape}.")
+        host = running_core()
         for index, setting in lens.settings():
-            self._spectrum.multiply(running_core(), out[index], setting, remove, lens.envelope)
+            self._spectrum.multiply(host, out[index], setting, remove, lens.envelope)
         return out
 
 
 def _multiplied(wave, lens, remove, nan, progress):
-    waves = checked_copy(wave, nan)
+    waves, host = checked_copy(wave, nan), running_core()
     if lens.shape == ():
         ((_, setting),) = lens.settings()
         for _, plane in planes(waves, progress):
-            _core.correct(running_core(), plane, setting, remove, lens.envelope)
+            _core.correct(host, plane, setting, remove, lens.envelope)
         return waves
     result = np.empty(lens.shape + waves.shape, np.complex64)
     for place, plane in planes(waves, progress):
-        spectrum = _core.Spectrum(running_core(), plane)
+        spectrum = _core.Spectrum(host, plane)
         for index, setting in lens.settings():
-            spectrum.multiply(running_core(), result[index + place], setting, remove, lens.envelope)
+            spectrum.multiply(host, result[index + place], setting, remove, lens.envelope)
     return result
 
 
