@@ -20,7 +20,8 @@ void add_session(py::module_& to)
         .def(py::init<std::string, py::object>())
         .def("call", &session::call)
         .def("call_method", &session::call_method)
-        .def("functions", &session::functions)
+        .def("functions", [](session& self) { return self.functions(host::origin::library); })
+        .def("host_functions", [](session& self) { return self.functions(host::origin::host); })
         .def("trace", &session::traces)
         .def("held",
              [](const session& self) {
