@@ -4,6 +4,7 @@
 
 #include "python/arrays.h"
 #include "python/correction.h"
+#include "python/notation.h"
 #include "python/session.h"
 #include "python/tags.h"
 #include "python/unwrapping.h"
@@ -19,7 +20,8 @@ void add_session(py::module_& to)
         .def(py::init<std::string, py::object>())
         .def("call", &session::call)
         .def("call_method", &session::call_method)
-        .def("functions", &session::functions)
+        .def("functions", [](session& self) { return self.functions(host::origin::library); })
+        .def("host_functions", [](session& self) { return self.functions(host::origin::host); })
         .def("trace", &session::traces)
         .def("held",
              [](const session& self) {
@@ -93,6 +95,7 @@ void end(const py::object& last)
 PYBIND11_MODULE(_core, module)
 {
     module.doc() = "The stand-alone host for Python; use the package zentrix.";
+    module.attr("version") = ZENTRIX_VERSION;
     // Static, because exception translators cannot capture; never destroyed.
     static const auto& script_error = *new py::exception<host::script_error>{module, "ScriptError", PyExc_RuntimeError};
     py::register_exception_translator([](std::exception_ptr thrown) {
@@ -105,6 +108,7 @@ PYBIND11_MODULE(_core, module)
     add_tags(module);
     add_session(module);
     add_correction(module);
+    add_notation(module);
     add_unwrapping(module);
     module.def("notifications", &notifications);
     module.def("call_on_host_thread", &call_on_host_thread);

@@ -142,9 +142,9 @@ py::object session::call_method(py::handle object, const std::string& prototype,
                      [&](host::engine&, const auto& values) { return host::call_method(self, prototype, values); });
 }
 
-std::vector<std::string> session::functions()
+std::vector<std::string> session::functions(host::origin of)
 {
-    return run([](host::engine& engine) { return engine.functions().prototypes(host::origin::library); });
+    return run([of](host::engine& engine) { return engine.functions().prototypes(of); });
 }
 
 py::dict session::traces() const

@@ -53,8 +53,8 @@ class session
     /// Throws  as call
     py::object call_method(py::handle object, const std::string& prototype, const py::args& arguments);
 
-    /// The library's prototypes in the order of registration.
-    std::vector<std::string> functions();
+    /// The prototypes of the library, or of the host, in the order of registration.
+    std::vector<std::string> functions(host::origin of);
     /// counter name -> (reports, ticks)
     py::dict traces() const;
     /// The objects that the library holds. None after close: the host then releases those that remain.

@@ -112,3 +112,11 @@ def test_round_lens_has_the_same_contrast_in_all_directions():
     assert mean.shape == (2, 512) and q[-1] == 0.5 / PIXEL and np.abs(mean - along).max() < 1e-9
     chi = np.pi * WAVELENGTH * q**2 * (np.array([[-50], [0]]) + 0.05e6 * (WAVELENGTH * q) ** 2)
     assert np.abs(mean - np.sin(chi)).max() < 1e-4
+
+
+def test_image_of_a_weak_phase_object_is_filtered_by_twice_the_contrast():
+    phase = 1e-3 * noise((31, 33)).real
+    lens = dict(kv=KV, pixel=PIXEL, C1=-30, A1=(8, 20), focus_spread=2)
+    image = abs(zentrix.aberrate(np.exp(1j * phase), **lens)) ** 2
+    filtered = multiplied(phase, np.fft.ifftshift(zentrix.ctf(phase.shape, **lens).values)).real
+    assert np.abs(image - 1 - 2 * filtered).max() < 1e-5 < filtered.std() / 10

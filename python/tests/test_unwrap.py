@@ -15,7 +15,7 @@ NOISE = np.angle(np.exp(1j * (TRUTH + np.random.default_rng(2).normal(size=TRUTH
 
 def torn(kind):
     """PHASE with marks in the holes, and the further arguments that leave them out."""
-    marked = np.where(HOLES, np.nan if kind == "nan" else 77.0, PHASE)
+    marked = np.where(HOLES, np.nan if kind == "nan" else X * Y * 7919 % 13, PHASE)
     if kind == "masked array":
         return np.ma.MaskedArray(marked, mask=HOLES), {}
     return marked, {"mask": HOLES} if kind == "mask" else {}

@@ -98,6 +98,7 @@ def uses_of_names_and_units():
     yield {"pixel": 2e-11}, ValueError("The pixel size is 2e-11 nm: are these metres? pixel is in nanometres.")
     yield {"pixel": 0}, ValueError("The pixel size must be a positive number of nanometres.")
     yield {"pixel": np.nan}, ValueError("pixel is the pixel size in nm, not nan.")
+    yield {"kv": None, "wavelength": 1.97}, UserWarning("Scattering angles reach 19.7 rad: check the units of wavelength")
     yield {"tilt": 1}, TypeError("tilt is (right, up) in mrad, not 1.")
     yield {"tilt": (1, None)}, TypeError("tilt is (right, up) in mrad, not None.")
     yield {"tilt": 1 + 2j}, {"tilt": (1, 2)}

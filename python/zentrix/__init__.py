@@ -2,7 +2,7 @@
 
     import numpy, zentrix
     zx = zentrix.load()
-    smooth = zx.ZXMedianFilter(numpy.random.rand(512, 512), 2, None)
+    smooth = zx.ZXMedianFilter(numpy.random.rand(512, 512), 2)
 
 `load` starts a host with the library; each script function is an attribute of the host. `correct` applies or removes
 the aberrations of a lens in physical units.
@@ -14,15 +14,19 @@ import os
 import pathlib
 from typing import NamedTuple
 
+from . import _interpreter  # first, because its error explains those of the other imports
 from . import _core
 from ._core import ScriptError
+from ._core import version as __version__
 from ._correct import aberrate, correct
+from ._notation import from_notation, to_notation
 from ._phases import UnwrapReport, unwrap
 from ._ref import Ref
+from ._script_functions import make_function, nearest, parse
 from ._tags import TagGroup, TagList
 from ._transfer import ImageCTF, RadialCTF, ctf, transfer_function, wavelength
 
-_FUNCTIONS = (aberrate, correct, ctf, transfer_function, unwrap, wavelength)
+_FUNCTIONS = (aberrate, correct, ctf, from_notation, to_notation, transfer_function, unwrap, wavelength)
 _CLASSES = (ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
@@ -46,14 +50,34 @@ class Host:
     def __init__(self, core, file):
         self._core = core
         self._file = file
-        prototypes = {}
-        for text in core.functions():
-            prototypes.setdefault(text.split("(")[0].split()[-1], []).append(text)
-        for name, texts in prototypes.items():
-            setattr(self, name, _script_function(core, name, texts))
+        self._functions = {}
+        self._host_functions = {text.split("(")[0].split()[-1].lstrip("*") for text in core.host_functions()}
+        prototypes = [parse(text) for text in core.functions()]
+        for name in dict.fromkeys(one.function for one in prototypes):
+            self._functions[name] = make_function(core, [one for one in prototypes if one.function == name])
+        self.__dict__.update(self._functions)
 
-    def call(self, name, *arguments):
-        """Calls a function by name: a script function, or a function of the host such as "TagGroupCountTags"."""
+    def __getattr__(self, name):
+        """A script function by its name without the prefix."""
+        functions = self.__dict__.get("_functions", {})
+        if "ZX" + name in functions:
+            return functions["ZX" + name]
+        near = None if name.startswith("_") else nearest(name, dir(self))
+        raise AttributeError(f"The host has no attribute {name!r}." + (f" Did you mean {near}?" if near else ""))
+
+    def call(self, name, /, *arguments, **keywords):
+        """Calls a function by name: a script function, or a function of the host such as "TagGroupCountTags".
+
+        The prefix ZX may be omitted unless the host has a function of that name. Only script functions take keywords.
+        """
+        if name not in self._host_functions:
+            function = self._functions.get(name) or self._functions.get("ZX" + name)
+            if function:
+                return function(*arguments, **keywords)
+            near = nearest(name, [*self._functions, *self._host_functions])
+            raise ScriptError(f'There is no script function "{name}".' + (f" Did you mean {near}?" if near else ""))
+        if keywords:
+            raise TypeError(f"{name}() takes no keyword arguments: it is a function of the host.")
         return self._core.call(name, *arguments)
 
     def call_method(self, handler, prototype, *arguments):
@@ -130,16 +154,6 @@ def __getattr__(name):
 def _library_file():
     """The file named in the environment, or the one in this package's folder. Other folders may not be trusted."""
     return os.environ.get("ZENTRIX_LIBRARY") or pathlib.Path(__file__).resolve().parent / "Zentrix64.so"
-
-
-def _script_function(core, name, prototypes):
-    def call(*arguments):
-        return core.call(name, *arguments)
-
-    call.__name__ = call.__qualname__ = name
-    call.__module__ = __name__  # found there by __getattr__
-    call.__doc__ = "\n".join(prototypes)
-    return call
 
 
 def _log(level, text):

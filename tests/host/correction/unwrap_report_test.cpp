@@ -25,17 +25,20 @@ reported report_on(const std::vector<float>& phase, const std::vector<float>& un
     return {report, labels};
 }
 
-TEST(UnwrapReport, ResiduesHaveTheSenseOfThePhase)
+TEST(UnwrapReport, AVortexIsAResidueAndACutWithinItsRegion)
 {
-    const std::vector<float> clockwise{-2.3F, -0.8F,  //
-                                       2.3F, 0.8F};
-    const std::vector<float> other{-0.8F, -2.3F,  //
-                                   0.8F, 2.3F};
-    const auto positive = report_on(clockwise, clockwise, 2).report, negative = report_on(other, other, 2).report;
-    EXPECT_EQ(positive.positive_residues, 1u);
-    EXPECT_EQ(positive.negative_residues, 0u);
-    EXPECT_EQ(negative.positive_residues, 0u);
-    EXPECT_EQ(negative.negative_residues, 1u);
+    // Clockwise on the left; on the right, after a gap, a larger region that goes around another gap.
+    const std::vector<float> phase{-2.3F, -0.8F, gap, 1, gap, 1,  //
+                                   2.3F,  0.8F,  gap, 1, 1,   1};
+    const auto [report, labels] = report_on(phase, phase, 6);
+    EXPECT_EQ(labels, (std::vector<std::int32_t>{2, 2, 0, 1, 0, 1,  //
+                                                 2, 2, 0, 1, 1, 1}));
+    EXPECT_EQ(report.positive_residues, 1u);
+    EXPECT_EQ(report.negative_residues, 0u);
+    EXPECT_EQ(report.cut_pixels, 2u);
+    EXPECT_EQ(report.unreached, 0u);
+    const std::vector<float> mirrored{-0.8F, -2.3F, 0.8F, 2.3F};
+    EXPECT_EQ(report_on(mirrored, mirrored, 2).report.negative_residues, 1u);
 }
 
 TEST(UnwrapReport, RegionsAreSeparatedByCutsAndGaps)
