@@ -25,8 +25,8 @@ struct transfer_row
     centre_values centre;
 };
 
-/// Multiplies `count` pixels of a row; dst may be src. Defined in wave_transfer_simd.h, instantiated for each instruction
-/// set in a file of its own.
+/// Multiplies `count` pixels of a row; dst may be src. Defined in wave_transfer_simd.h, instantiated for each
+/// instruction set in a file of its own.
 using transfer_row_kernel = void(const complex_float* src, complex_float* dst, int count, const transfer_row& row);
 template <class Arch>
 transfer_row_kernel transfer_row_simd;

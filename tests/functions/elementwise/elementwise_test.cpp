@@ -276,8 +276,8 @@ TYPED_TEST(Elementwise, EveryCountGivesTheBitsOfSingleElementsAndOfThePlainKerne
         [&](std::size_t i, T* result, auto n) { functions::pow_plain(&a[i], &b[i], result, n); });
 }
 
-/// The rows in single precision over floats of every kind, bit by bit as the plain form. The digest of the plain results
-/// was computed on one platform.
+/// The rows in single precision over floats of every kind, bit by bit as the plain form. The digest of the plain
+/// results was computed on one platform.
 TEST(ElementwiseRows, GiveTheBitsOfThePlainFormOverAllFloatsOnEveryPlatform)
 {
     qorv::dm::read_processor_features();
