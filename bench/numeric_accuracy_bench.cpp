@@ -173,6 +173,7 @@ int main(int argc, char** argv)
     const long pairs = 4096 * static_cast<long>(std::max<std::uint64_t>(20, 50000 / stride));
     bool right = sine_and_cosine(stride);
     right &= one_argument("exp", stride, numeric::exp, [](double x) { return std::exp(x); });
+    right &= one_argument("exp2", stride, numeric::exp2, [](double x) { return std::exp2(x); });
     right &= one_argument("log", stride, numeric::log, [](double x) { return std::log(x); });
 
     std::mt19937 generator{1};

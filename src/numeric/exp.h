@@ -22,13 +22,18 @@ inline double exp2_unrounded(double t) noexcept
     return double_of(bits_of(p) + (bits_of(shifted) << 52));  // the exponent grows by the integer part
 }
 
+/// 2^x.
+/// x          any float
+/// Exactness  at most 0.501 ulp, subnormal results included; exact for integers
+inline float exp2(float x) noexcept { return static_cast<float>(exp2_unrounded(limited(x, -200.0, 200.0))); }
+
 /// e^x.
 /// x          any float
 /// Exactness  at most 0.501 ulp, subnormal results included
 inline float exp(float x) noexcept
 {
     constexpr double log2_of_e = 0x1.71547652b82fep0;  // the error of the product, at most 2^-46, needs no second part
-    return static_cast<float>(exp2_unrounded(limited(x, -200.0f, 200.0f) * log2_of_e));
+    return static_cast<float>(exp2_unrounded(limited(x, -200.0, 200.0) * log2_of_e));
 }
 
 }  // namespace ZENTRIX_INSTRUCTION_SET

@@ -33,14 +33,7 @@ constexpr float select(std::uint32_t mask, float chosen, float otherwise) noexce
     return float_of((bits_of(chosen) & mask) | (bits_of(otherwise) & ~mask));
 }
 
-/// `x` limited to [low, high]; NaN stays NaN.
-constexpr float limited(float x, float low, float high) noexcept
-{
-    const float from_below = select(mask_of(x < low), low, x);
-    return select(mask_of(from_below > high), high, from_below);
-}
-
-/// The same without masks, which GCC does not vectorise for double.
+/// `x` limited to [low, high]; NaN stays NaN. Without masks, which GCC does not vectorise for double.
 constexpr double limited(double x, double low, double high) noexcept
 {
     const double from_below = x < low ? low : x;

@@ -1,5 +1,6 @@
 #include "functions/elementwise/powers.h"
 
+#include "numeric/exp.h"
 #include "numeric/log.h"
 #include "numeric/pow.h"
 
@@ -10,6 +11,8 @@ namespace {
 
 float power(float base, float exponent) { return numeric::pow(base, exponent); }
 double power(double base, double exponent) { return std::pow(base, exponent); }
+float power_of_2(float exponent) { return numeric::exp2(exponent); }
+double power_of_2(double exponent) { return std::pow(2.0, exponent); }
 float natural_logarithm(float x) { return numeric::log(x); }
 double natural_logarithm(double x) { return std::log(x); }
 
@@ -19,7 +22,7 @@ template <class T>
 void exp2_plain(const T* a, T* dst, std::ptrdiff_t count)
 {
 #pragma GCC ivdep
-    for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = power(T{2}, a[i]);
+    for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = power_of_2(a[i]);
 }
 
 template <class T>

@@ -1,18 +1,18 @@
 #pragma once
 
 #include "functions/elementwise/powers.h"
+#include "numeric/exp.h"
 #include "numeric/log.h"
 #include "numeric/pow.h"
 
 /// Loops that the compiler vectorises. `Arch` names the instruction set for which the including source is compiled.
 namespace qorv::functions {
 
-/// The compiler removes the logarithm of 2.
 template <class Arch>
 void exp2_simd(const float* a, float* dst, std::ptrdiff_t count)
 {
 #pragma GCC ivdep
-    for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = numeric::pow(2.0f, a[i]);
+    for (std::ptrdiff_t i = 0; i < count; ++i) dst[i] = numeric::exp2(a[i]);
 }
 
 template <class Arch>
