@@ -1,8 +1,10 @@
 #pragma once
 
 #include "numeric/float_bits.h"
+#include "numeric/instruction_set.h"
 
 namespace qorv::numeric {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 /// 2^t with a relative error below 2^-34. The functions of this folder round it to float once.
 /// t        [-1000, 1000], or NaN, which stays NaN; integers give exact powers
@@ -29,4 +31,5 @@ inline float exp(float x) noexcept
     return static_cast<float>(exp2_unrounded(limited(x, -200.0f, 200.0f) * log2_of_e));
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric

@@ -3,9 +3,12 @@
 #include <bit>
 #include <cstdint>
 
+#include "numeric/instruction_set.h"
+
 /// Bit patterns and branch-free steps of the elementary functions. SSE2 has all of this arithmetic for vectors, so the
 /// compiler vectorises loops over these functions; a scalar call gives the same bits.
 namespace qorv::numeric {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 constexpr std::uint32_t bits_of(float x) noexcept { return std::bit_cast<std::uint32_t>(x); }
 constexpr std::uint64_t bits_of(double x) noexcept { return std::bit_cast<std::uint64_t>(x); }
@@ -44,4 +47,5 @@ constexpr double limited(double x, double low, double high) noexcept
     return from_below > high ? high : from_below;
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric
