@@ -163,6 +163,7 @@ TEST(CommandLine, IsCheckedBeforeAnyWork)
                                            {correct, "--kv or --wavelength is required"},
                                            {correct + "--kv 300 --C1 5@20", "C1 is a number in nm, not \"5@20\""},
                                            {correct + "--kv 300 --C1 -inf", "C1 is a number in nm, not \"-inf\""},
+                                           {correct + "--remove", "\"correct\" removes aberrations"},
                                            {correct + "--kv 300 --tilt 3", "--tilt is X,Y in mrad, not \"3\""},
                                            {correct + "--kv 300 --show colour", "colour"},
                                            {correct + "--kv nan", "expected a positive number, not \"nan\""},
