@@ -176,8 +176,9 @@ try {
     pending_file output{file};
     png_writer png{output, painter.width(), painter.height(), painter.channels()};
     std::vector<std::uint8_t> row(pixels.size(0) * static_cast<std::size_t>(painter.channels()));
+    std::vector<float> values(pixels.size(0));
     for (int y = 0; y < painter.height(); ++y) {
-        painter.paint(y, y + 1, row.data());
+        painter.paint_row(y, values, row.data());
         png.write_row(row);
     }
     png.finish();

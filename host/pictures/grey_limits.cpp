@@ -1,6 +1,7 @@
 #include "host/pictures/grey_limits.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -24,9 +25,9 @@ float value_of(std::uint32_t key)
     return std::bit_cast<float>(key ^ (if_negative | 0x80000000U));
 }
 
-/// Counts of the keys by one half of their bits.
-using histogram = std::vector<std::size_t>;
-constexpr std::size_t bins = 0x10000;
+/// Keys are counted by a part of their bits at a time, the upper part first. Small histograms stay in the cache.
+constexpr int parts = 3, bits[parts] = {11, 11, 10}, shifts[parts] = {21, 10, 0};
+using histogram = std::array<std::size_t, 1U << 11>;
 
 /// The bin that holds the value with `rank` others before it; `rank` becomes the rank within the bin.
 std::uint32_t bin_at(const histogram& counts, std::size_t& rank)
@@ -68,20 +69,24 @@ grey_limits robust_limits(const value_source& values)
                 if (std::isfinite(value)) use(key_of(value));
         });
     };
-    histogram upper(bins);
+    histogram counts{};
     std::size_t count = 0;
-    for_each_finite([&](std::uint32_t key) { ++upper[key >> 16], ++count; });
+    for_each_finite([&](std::uint32_t key) { ++counts[key >> shifts[0]], ++count; });
     if (count == 0) return {};
 
     std::size_t ranks[] = {count / 1000, count - 1 - count / 1000};
-    const std::uint32_t upper_bins[] = {bin_at(upper, ranks[0]), bin_at(upper, ranks[1])};
-    histogram lower[] = {histogram(bins), histogram(bins)};
-    for_each_finite([&](std::uint32_t key) {
-        for (std::size_t i = 0; i < 2; ++i)
-            if (key >> 16 == upper_bins[i]) ++lower[i][key & 0xFFFFU];
-    });
-    const auto limit = [&](std::size_t i) { return value_of(upper_bins[i] << 16 | bin_at(lower[i], ranks[i])); };
-    const float black = limit(0), white = limit(1);
+    std::uint32_t found[] = {bin_at(counts, ranks[0]), bin_at(counts, ranks[1])};  // the keys, without the bits below
+    for (int part = 1; part < parts; ++part) {
+        histogram within[2]{};
+        const int shift = shifts[part], above = shifts[part - 1];
+        const std::uint32_t mask = (1U << bits[part]) - 1;
+        for_each_finite([&](std::uint32_t key) {
+            for (std::size_t i = 0; i < 2; ++i)
+                if (key >> above == found[i]) ++within[i][key >> shift & mask];
+        });
+        for (std::size_t i = 0; i < 2; ++i) found[i] = found[i] << bits[part] | bin_at(within[i], ranks[i]);
+    }
+    const float black = value_of(found[0]), white = value_of(found[1]);
     const bool is_flat = white - black < 1e-5F * std::max(std::abs(black), std::abs(white));
     return {black, is_flat ? black : white};
 }

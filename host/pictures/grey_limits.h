@@ -20,10 +20,10 @@ using value_source = std::function<void(const std::function<void(std::span<const
 
 /// The 0.1 % and 99.9 % quantiles of the finite values, so that a few outliers do not take all the contrast. Equal when
 /// they differ by less than 1e-5 of their magnitude, which is rounding noise; both 0 when no value is finite.
-/// Reads the values twice; needs about 1.5 MB, however many values there are.
+/// Reads the values three times; needs little memory, however many there are.
 grey_limits robust_limits(const value_source& values);
 
-/// robust_limits of the displayed values of the first plane, exactly. Computes each value twice.
+/// robust_limits of the displayed values of the first plane, exactly. Computes each value three times.
 /// Throws  script_error for elements that are not numbers
 grey_limits limits_of(const image& pixels, display_mode mode);
 

@@ -1,41 +1,47 @@
 #include "host/pictures/picture.h"
 
-#include "host/pictures/row_bands.h"
+#include "host/pictures/for_each_pixel.h"
+#include "host/pictures/for_each_row.h"
 
 namespace zentrix::host {
 
 namespace {
 
-constexpr int pixels_for_a_thread = 65536;  // fewer are painted before a thread has started
+const colour_wheel& colours()
+{
+    static const colour_wheel wheel;
+    return wheel;
+}
 
 }  // namespace
 
 picture_painter::picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits)
     : pixels_{pixels}, mode_{mode}, shades_{shades}, greys_{limits}
-{}
-
-void picture_painter::paint(int first, int end, std::uint8_t* bytes) const
 {
-    static const colour_wheel colours;
-    std::vector<float> values(pixels_.size(0));
-    for (int y = first; y < end; ++y, bytes += values.size() * static_cast<std::size_t>(channels())) {
-        displayed_row(pixels_, static_cast<std::uint32_t>(y), mode_, values.data());
-        if (shades_ == palette::cyclic)
-            colours.shade(values, bytes);
-        else
-            greys_.shade(values, bytes);
-    }
+    with_numbers_of(pixels, [](const auto*) {});  // throws for other elements
+}
+
+void picture_painter::paint_row(int y, std::span<float> values, std::uint8_t* bytes) const
+{
+    displayed_row(pixels_, static_cast<std::uint32_t>(y), mode_, values.data());
+    if (shades_ == palette::cyclic)
+        colours().shade(values, bytes);
+    else
+        greys_.shade(values, bytes);
 }
 
 void paint_picture(const picture_painter& painter, picture& painted)
 {
+    const auto width = static_cast<std::size_t>(painter.width()), height = static_cast<std::size_t>(painter.height());
+    const std::size_t row_bytes = width * static_cast<std::size_t>(painter.channels());
+    painted.bytes.resize(row_bytes * height);
     painted.width = painter.width();
     painted.height = painter.height();
     painted.channels = painter.channels();
-    const std::size_t row = static_cast<std::size_t>(painted.width) * static_cast<std::size_t>(painted.channels);
-    painted.bytes.resize(row * static_cast<std::size_t>(painted.height));
-    in_row_bands(painted.height, pixels_for_a_thread / painted.width, [&](int first, int end) {
-        painter.paint(first, end, &painted.bytes[row * static_cast<std::size_t>(first)]);
+    const auto threads = threads_for(painted.width, painted.height);
+    std::vector<std::vector<float>> values(static_cast<std::size_t>(threads), std::vector<float>(width));
+    for_each_row(painted.height, threads, [&](std::size_t thread, std::size_t y) {
+        painter.paint_row(static_cast<int>(y), values[thread], &painted.bytes[row_bytes * y]);
     });
 }
 

@@ -26,16 +26,17 @@ class picture_painter
   public:
     /// limits  of grey; not used for colours
     /// `pixels` must outlive the painter.
+    /// Throws  script_error for elements that are not numbers
     picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits);
 
     int width() const { return static_cast<int>(pixels_.size(0)); }
     int height() const { return static_cast<int>(pixels_.size(1)); }
     int channels() const { return shades_ == palette::cyclic ? 3 : 1; }
 
-    /// Paints rows `first` to `end` - 1. May be called on several threads at the same time.
-    /// bytes  receives width * channels bytes for each row
-    /// Throws  script_error for elements that are not numbers
-    void paint(int first, int end, std::uint8_t* bytes) const;
+    /// Paints row y. May be called on several threads at the same time; does not throw.
+    /// values  receives the displayed values, `width` of them
+    /// bytes   receives width * channels bytes
+    void paint_row(int y, std::span<float> values, std::uint8_t* bytes) const;
 
   private:
     const image& pixels_;
@@ -45,7 +46,7 @@ class picture_painter
 };
 
 /// Replaces `painted` by the whole picture, on all processors. Its memory is used again if the size is the same.
-/// Throws  as picture_painter::paint
+/// Throws  std::bad_alloc
 void paint_picture(const picture_painter& painter, picture& painted);
 
 }  // namespace zentrix::host

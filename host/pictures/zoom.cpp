@@ -4,13 +4,11 @@
 #include <cmath>
 #include <span>
 
-#include "host/pictures/row_bands.h"
+#include "host/pictures/for_each_row.h"
 
 namespace zentrix::host {
 
 namespace {
-
-constexpr int pixels_for_a_thread = 65536;
 
 /// The pixels along one axis of the original that a pixel of the result covers, each with its share of the result.
 struct cover
@@ -63,18 +61,17 @@ void zoom(const picture& from, int width, int height, std::uint32_t* pixels)
 {
     const auto columns = covers(from.width, width), rows = covers(from.height, height);
     const std::size_t row_bytes = static_cast<std::size_t>(from.width) * static_cast<std::size_t>(from.channels);
-    in_row_bands(height, std::max(1, pixels_for_a_thread / from.width), [&](int first, int end) {
-        std::vector<float> sums(row_bytes);
-        for (auto y = static_cast<std::size_t>(first); y < static_cast<std::size_t>(end); ++y) {
-            std::ranges::fill(sums, 0.0F);
-            std::size_t row = rows[y].first;
-            for (const float share : rows[y].shares)
-                add(std::span{from.bytes}.subspan(row_bytes * row++, row_bytes), share, sums.data());
-            std::uint32_t* const to = pixels + y * static_cast<std::size_t>(width);
-            std::ranges::transform(columns, to, [&](const cover& one) {
-                return from.channels == 1 ? mean<1>(sums.data(), one) : mean<3>(sums.data(), one);
-            });
-        }
+    const auto threads = std::max(threads_for(width, height), threads_for(from.width, from.height));
+    std::vector<std::vector<float>> all_sums(static_cast<std::size_t>(threads), std::vector<float>(row_bytes));
+    for_each_row(height, threads, [&](std::size_t thread, std::size_t y) {
+        auto& sums = all_sums[thread];
+        std::ranges::fill(sums, 0.0F);
+        std::size_t row = rows[y].first;
+        for (const float share : rows[y].shares)
+            add(std::span{from.bytes}.subspan(row_bytes * row++, row_bytes), share, sums.data());
+        std::ranges::transform(columns, pixels + y * static_cast<std::size_t>(width), [&](const cover& one) {
+            return from.channels == 1 ? mean<1>(sums.data(), one) : mean<3>(sums.data(), one);
+        });
     });
 }
 

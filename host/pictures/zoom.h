@@ -11,6 +11,7 @@ namespace zentrix::host {
 /// from           at least one pixel
 /// width, height  of the result, 1 or more; each may be larger or smaller than in `from`
 /// pixels         receives width * height pixels 0x00RRGGBB, row by row from the top
+/// Throws  std::bad_alloc
 void zoom(const picture& from, int width, int height, std::uint32_t* pixels);
 
 }  // namespace zentrix::host

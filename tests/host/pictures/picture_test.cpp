@@ -19,7 +19,6 @@
 #pragma GCC diagnostic pop
 
 #include "host/files/file_error.h"
-#include "host/pictures/row_bands.h"
 #include "host/pictures/zoom.h"
 #include "tests/support/scratch.h"
 
@@ -209,31 +208,23 @@ TEST(Picture, IsReducedToMeansAndEnlargedWithEdges)
         zoom(from, width, height, zoomed.data());
         EXPECT_EQ(zoomed, pixels) << width;
     }
-}
-
-TEST(Picture, EachRowIsInOneBandAndErrorsComeOut)
-{
-    for (const int rows : {1, 2, 7, 1000}) {
-        std::vector<int> seen(static_cast<std::size_t>(rows));
-        in_row_bands(rows, 1, [&](int first, int end) {
-            for (int y = first; y < end; ++y) ++seen[static_cast<std::size_t>(y)];
-        });
-        EXPECT_EQ(std::ranges::count(seen, 1), rows);
-        for (const int bad : {0, rows - 1})
-            EXPECT_THROW(in_row_bands(rows, 1,
-                                      [&](int first, int end) {
-                                          if (first <= bad && bad < end) throw bad;
-                                      }),
-                         int);
-    }
+    picture large{600, 600, 1, std::vector<std::uint8_t>(360000)};  // on several threads
+    std::vector<std::uint32_t> expected(90000), zoomed(90000);
+    for (std::uint32_t y = 0; y < 600; ++y)
+        for (std::uint32_t x = 0; x < 600; ++x) {
+            large.bytes[y * 600 + x] = static_cast<std::uint8_t>(x / 2 + y / 2 * 7);
+            expected[y / 2 * 300 + x / 2] = large.bytes[y * 600 + x] * 0x010101U;
+        }
+    zoom(large, 300, 300, zoomed.data());
+    EXPECT_EQ(zoomed, expected);
 }
 
 TEST(Picture, FilesHoldTheSamePixelsAndVolumesAreRefused)
 {
     const scratch_folder folder;
     std::mt19937 random{3};
-    auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, sizes{301, 403});  // a noisy ramp, noise, blank rows
-    for (int i = 0; i < 301 * 403; ++i) {
+    auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, sizes{301, 503});  // a noisy ramp, noise, blank rows
+    for (int i = 0; i < 301 * 503; ++i) {
         const int x = i % 301, y = i / 301;
         const float noise = static_cast<float>(random()) * 1e-9F;
         const float turns = y < 130 ? static_cast<float>(x + y) * 5e-3F + noise * 0.05F : noise;
