@@ -25,6 +25,7 @@ __all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "correct
 
 for _public in (Ref, ScriptError, TagGroup, TagList, correct):
     _public.__module__ = "zentrix"  # where users find them
+_core.look_up_classes()
 _open_host = None
 
 
