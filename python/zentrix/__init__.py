@@ -32,6 +32,7 @@ __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + 
 
 for _public in _CLASSES + _FUNCTIONS:
     _public.__module__ = "zentrix"  # where users find them
+_core.look_up_classes()
 _open_host = None
 
 
