@@ -17,8 +17,7 @@ kept_spectrum::kept_spectrum(const image_ref& wave)
     transform_.forward(pixels_of(spectrum_));
 }
 
-void kept_spectrum::multiply(engine& engine, const lens::transfer_arguments& arguments,
-                             const image_ref& destination)
+void kept_spectrum::multiply(engine& engine, const lens::transfer_arguments& arguments, const image_ref& destination)
 {
     multiply_by_transfer(engine, spectrum_, destination, arguments);
     transform_.backward(pixels_of(destination));
