@@ -17,12 +17,13 @@ from typing import NamedTuple
 from . import _core
 from ._core import ScriptError
 from ._correct import aberrate, correct
+from ._panel import panel
 from ._ref import Ref
 from ._tags import TagGroup, TagList
 
-__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "aberrate", "correct", "load"]
+__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "aberrate", "correct", "load", "panel"]
 
-for _public in (Ref, ScriptError, TagGroup, TagList, aberrate, correct):
+for _public in (Ref, ScriptError, TagGroup, TagList, aberrate, correct, panel):
     _public.__module__ = "zentrix"  # where users find them
 _open_host = None
 

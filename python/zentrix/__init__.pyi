@@ -8,6 +8,7 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from ._functions import ScriptFunctions
+from ._panel.live_panel import LivePanel
 
 Numbers = float | Sequence[float] | NDArray[Any]
 Coefficient = complex | str | tuple[Numbers, Numbers] | Sequence[Any] | NDArray[Any]
@@ -97,3 +98,12 @@ def aberrate(
     tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
+def panel(
+    wave: ArrayLike,
+    *,
+    title: str = "Zentrix",
+    show: Literal["real", "imaginary", "modulus", "log", "phase"] = "phase",
+    colour: bool = False,
+    save: str | os.PathLike[str] = "corrected.npy",
+    **optics: Any,
+) -> LivePanel: ...
