@@ -4,12 +4,14 @@
 #include <pybind11/stl.h>
 
 #include <memory>
+#include <numbers>
 
 #include "host/correction/finite_pixels.h"
 #include "host/correction/kept_spectrum.h"
 #include "host/correction/multiply_spectrum.h"
 #include "lens/electron.h"
 #include "lens/transfer.h"
+#include "lens/transfer_value.h"
 #include "python/arrays.h"
 #include "python/session.h"
 
@@ -61,6 +63,22 @@ void multiply_by_transfer(session& host, const py::array& spectrum, const lens::
     const auto image = image_of(spectrum);
     const auto arguments = arguments_for(setup, *image, remove, envelope);
     host.run([&](host::engine& engine) { host::multiply_by_transfer(engine, image, image, arguments); });
+}
+
+/// The contrast transfer sin(chi) times envelope at the frequencies `q` [1/nm], each the mean over `directions`
+/// [degrees].
+py::array_t<double> radial_contrast(const lens::optics& setup, const py::array_t<double>& q,
+                                    const std::vector<double>& directions, const std::string& envelope)
+{
+    const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply, damping_of(envelope));
+    py::array_t<double> values{q.size()};
+    for (py::ssize_t i = 0; i < q.size(); ++i) {
+        double sum = 0;
+        for (const double degrees : directions)
+            sum -= lens::transfer_value(arguments, q.at(i) * std::polar(1.0, degrees * std::numbers::pi / 180)).imag();
+        values.mutable_at(i) = sum / static_cast<double>(directions.size());
+    }
+    return values;
 }
 
 /// Replaces pixels that are not finite by 0 (rule "zero") or by the mean of the others (rule "mean"); any other rule
@@ -127,6 +145,7 @@ void add_correction(py::module_& to)
     to.def("replace_not_finite", &replace_not_finite);
     to.def("correct", &correct);
     to.def("multiply_by_transfer", &multiply_by_transfer);
+    to.def("radial_contrast", &radial_contrast);
 }
 
 }  // namespace zentrix::python

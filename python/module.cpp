@@ -4,6 +4,7 @@
 #include "python/correction.h"
 #include "python/session.h"
 #include "python/tags.h"
+#include "python/unwrapping.h"
 #include "python/values.h"
 
 namespace zentrix::python {
@@ -52,6 +53,7 @@ void add_tags(py::module_& to)
 PYBIND11_MODULE(_core, module)
 {
     module.doc() = "The stand-alone host for Python; use the package zentrix.";
+    module.attr("version") = ZENTRIX_VERSION;
     // Static, because exception translators cannot capture; never destroyed.
     static const auto& script_error = *new py::exception<host::script_error>{module, "ScriptError", PyExc_RuntimeError};
     py::register_exception_translator([](std::exception_ptr thrown) {
@@ -64,6 +66,7 @@ PYBIND11_MODULE(_core, module)
     add_tags(module);
     add_session(module);
     add_correction(module);
+    add_unwrapping(module);
     module.def("notifications", &notifications);
 }
 

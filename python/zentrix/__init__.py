@@ -14,16 +14,22 @@ import os
 import pathlib
 from typing import NamedTuple
 
+from . import _interpreter  # first, because its error explains those of the other imports
 from . import _core
 from ._core import ScriptError
+from ._core import version as __version__
 from ._correct import aberrate, correct
 from ._panel import panel
+from ._phases import UnwrapReport, unwrap
 from ._ref import Ref
 from ._tags import TagGroup, TagList
+from ._transfer import ImageCTF, RadialCTF, ctf, transfer_function, wavelength
 
-__all__ = ["Held", "Host", "Ref", "ScriptError", "TagGroup", "TagList", "aberrate", "correct", "load", "panel"]
+_FUNCTIONS = (aberrate, correct, ctf, panel, transfer_function, unwrap, wavelength)
+_CLASSES = (ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
+__all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
-for _public in (Ref, ScriptError, TagGroup, TagList, aberrate, correct, panel):
+for _public in _CLASSES + _FUNCTIONS:
     _public.__module__ = "zentrix"  # where users find them
 _open_host = None
 

@@ -1,8 +1,8 @@
-"""Types of the package; the docstrings are in __init__.py and _correct.py."""
+"""Types of the package; the docstrings are in its modules."""
 
 import os
 from collections.abc import Iterator, Mapping, Sequence
-from typing import Any, Literal, NamedTuple
+from typing import Any, Literal, NamedTuple, overload
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -10,6 +10,7 @@ from numpy.typing import ArrayLike, NDArray
 from ._functions import ScriptFunctions
 from ._panel.live_panel import LivePanel
 
+__version__: str
 Numbers = float | Sequence[float] | NDArray[Any]
 Coefficient = complex | str | tuple[Numbers, Numbers] | Sequence[Any] | NDArray[Any]
 
@@ -33,6 +34,24 @@ class Held(NamedTuple):
     locks: list[str]
     others: list[str]
     violations: list[str]
+
+class UnwrapReport(NamedTuple):
+    positive_residues: Any
+    negative_residues: Any
+    cut_pixels: Any
+    regions: Any
+    unreached: Any
+    left_out: Any
+    labels: NDArray[np.int32]
+
+class RadialCTF(NamedTuple):
+    q: NDArray[np.float64]
+    values: NDArray[np.float64]
+
+class ImageCTF(NamedTuple):
+    qx: NDArray[np.float64]
+    qy: NDArray[np.float64]
+    values: NDArray[np.float32]
 
 class Host(ScriptFunctions):
     def call(self, name: str, *arguments: Any) -> Any: ...
@@ -98,6 +117,102 @@ def aberrate(
     tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
+def transfer_function(
+    shape: tuple[int, int],
+    *,
+    correcting: bool = False,
+    shifted: bool = True,
+    pixel: float | tuple[float, float],
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> NDArray[np.complex64]: ...
+@overload
+def ctf(
+    shape: None = None,
+    *,
+    q: Numbers | None = None,
+    along: float | None = None,
+    pixel: float | tuple[float, float] = ...,
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> RadialCTF: ...
+@overload
+def ctf(
+    shape: tuple[int, int],
+    *,
+    pixel: float | tuple[float, float],
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> ImageCTF: ...
+@overload
+def wavelength(kv: float) -> float: ...
+@overload
+def wavelength(kv: ArrayLike) -> NDArray[np.float64]: ...
+@overload
+def unwrap(
+    phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, report: Literal[False] = False
+) -> NDArray[np.float32]: ...
+@overload
+def unwrap(
+    phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, *, report: Literal[True]
+) -> tuple[NDArray[np.float32], UnwrapReport]: ...
 def panel(
     wave: ArrayLike,
     *,

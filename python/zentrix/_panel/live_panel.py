@@ -24,7 +24,7 @@ class LivePanel:
         self.picture = self.status = self.pointer = None
         self._listeners = []
         self._message = (_about(self.model.not_finite), INK)
-        self.window = Window(title, self._make_widgets, self._on_key, self._on_hover, self._on_drawn, self._complain)
+        self.window = Window(title, self._make_widgets, self._on_key, self._on_hover, self._show_message, self._complain)
         self._before_timer = self.window.timer(_KEY_REPEAT, lambda: self.show_before(False))
         self.window.rebuild()
 
@@ -128,6 +128,7 @@ class LivePanel:
         """In the status line; an empty text is what it says at rest."""
         self._message = (text or _about(self.model.not_finite), colour)
         self._show_message()
+        self.window.request()
 
     # The window
 
@@ -159,13 +160,9 @@ class LivePanel:
         if self.status is not None:
             problem = self.picture.problem
             self.status.show(*((problem, WRONG) if problem else self._message))
-            self.window.request()
 
     def _complain(self, text):
         self.say(text, WRONG)
-
-    def _on_drawn(self):
-        self._show_message()
 
     def _on_hover(self, widget, x, y):
         if widget is self.picture and widget is not None:
