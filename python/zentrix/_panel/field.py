@@ -20,7 +20,7 @@ class Field(Widget):
         super().__init__(box)
         self._get, self._put, self._step, self._hint, self._suffix = get, put, step, hint, suffix
         self._text = None  # None: not being edited
-        self._caret, self._all_selected = 0, False
+        self._caret, self._all_selected, self._is_new = 0, False, False  # new: just got the focus
 
     def hint(self):
         return self._hint()
@@ -59,11 +59,13 @@ class Field(Widget):
 
     def focus(self, is_on):
         super().focus(is_on)
-        self._text = None
+        self._text, self._is_new = None, is_on
         self._select_all()
 
     def press(self, x, y, fine):
-        self._all_selected, self._caret, self.dirty = not self._all_selected, len(self.text), True
+        """The first click selects all, the next one sets the caret behind the text."""
+        self._all_selected, self._is_new = self._is_new, False
+        self._caret, self.dirty = len(self.text), True
 
     def scroll(self, notches, fine):
         if self._step is not None:

@@ -23,6 +23,7 @@ class LivePanel:
         self.page = 0
         self.picture = self.status = self.pointer = None
         self._listeners = []
+        self._hovered = self._hinted = None  #: widget under the mouse, and the one whose hint is shown
         self._message = (_about(self.model.not_finite), INK)
         self.window = Window(title, self._make_widgets, self._on_key, self._on_hover, self._show_message, self._complain)
         self._before_timer = self.window.timer(_KEY_REPEAT, lambda: self.show_before(False))
@@ -125,7 +126,9 @@ class LivePanel:
             self._redraw()
 
     def say(self, text, colour=INK):
-        """In the status line; an empty text is what it says at rest."""
+        """In the status line, until the mouse comes to another control; an empty text is what it says at rest."""
+        if text:
+            self._hinted = None
         self._message = (text or _about(self.model.not_finite), colour)
         self._show_message()
         self.window.request()
@@ -150,16 +153,17 @@ class LivePanel:
         self.picture = Picture(Box(0, status, width, max(32, box.height - status)), self.model)
         if old is not None:
             self.picture.before, self.picture.has_overlay = old.before, old.has_overlay
-        self.status = Status(Box(4, 0, 0.68 * box.width - 4, status), "", size=8.5)
-        self.pointer = Status(Box(0.68 * box.width, 0, 0.32 * box.width - 6, status), "", size=8.5, across="right")
+        middle = round(0.68 * box.width)
+        self.status = Status(Box(4, 0, middle - 4, status), "", size=8.5)
+        self.pointer = Status(Box(middle, 0, round(box.width) - 6 - middle, status), "", size=8.5, across="right")
         self._show_message()
         controls = Column(self, width + 0.08 * dpi, box.height, dpi).widgets
         return [*controls, self.picture, self.status, self.pointer]
 
     def _show_message(self):
         if self.status is not None:
-            problem = self.picture.problem
-            self.status.show(*((problem, WRONG) if problem else self._message))
+            problem, hint = self.picture.problem, self._hinted.hint() if self._hinted is not None else ""
+            self.status.show(*((problem, WRONG) if problem else (hint, INK) if hint else self._message))
 
     def _complain(self, text):
         self.say(text, WRONG)
@@ -169,9 +173,9 @@ class LivePanel:
             self.pointer.show(self.picture.value_text(x, y), FAINT)
         elif self.pointer is not None:
             self.pointer.show("", FAINT)
-        if widget is not None and widget.hint():
-            self._message = (widget.hint(), INK)
-            self._show_message()
+        if widget is not self._hovered:
+            self._hovered = self._hinted = widget
+        self._show_message()
 
     def _on_key(self, key, is_down):
         if key == "b":

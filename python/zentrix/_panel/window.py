@@ -8,7 +8,7 @@ from matplotlib.figure import Figure
 
 from .pen import FACE, Box, Pen, union
 
-_SIZE = (10.4, 7.1)  # inches
+_WIDTH, _HEIGHT = 10.4, 7.1  # inches
 _KEY_NAMES = {"return": "enter", "space": " ", "page_up": "pageup", "page_down": "pagedown", "iso_left_tab": "tab"}
 _EVENTS = ("button_press", "button_release", "motion_notify", "scroll", "key_press", "key_release")
 _log = logging.getLogger("zentrix")
@@ -52,8 +52,10 @@ class Window:
         self.widgets, self._built_for = [], None
         self.focused = self._gripped = None
         self._is_requested, self._has_shift = False, False
+        dpi = pyplot.rcParams["figure.dpi"]
+        size = tuple(round(length * dpi) / dpi for length in (_WIDTH, _HEIGHT))  # whole pixels
         with pyplot.rc_context({"toolbar": "None"}):
-            self.figure = pyplot.figure(_unused(title), figsize=_SIZE, facecolor=FACE, FigureClass=_PanelFigure)
+            self.figure = pyplot.figure(_unused(title), figsize=size, facecolor=FACE, FigureClass=_PanelFigure)
         self.figure.draw_widgets = self._draw_all
         self.canvas, self._pen = self.figure.canvas, Pen(self.figure, None)
         manager = self.canvas.manager
@@ -114,8 +116,11 @@ class Window:
             self._show(drawn)
 
     def _show(self, boxes):
-        if self.canvas.manager is not None and hasattr(self.canvas, "blit"):
-            self.canvas.blit(union(boxes))
+        if self.canvas.manager is None or not hasattr(self.canvas, "blit"):
+            return
+        if self.canvas.device_pixel_ratio % 1:  # Qt leaves a line open at the edge of a part
+            boxes = [Box(0, 0, *self.figure.bbox.size)]
+        self.canvas.blit(union(boxes))
 
     def _pen_on(self, renderer):
         self._pen.renderer = renderer
