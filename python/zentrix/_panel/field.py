@@ -23,6 +23,8 @@ class Field(Widget):
         self._caret, self._all_selected, self._is_new = 0, False, False  # new: just got the focus
 
     def hint(self):
+        if self.is_wrong:
+            return f'"{self._text}" is not a number; the value is still {number_text(self._get())}.'
         return self._hint()
 
     @property

@@ -16,14 +16,13 @@ class Knob(Widget):
 
     get(), put(degrees)     the angle
     step(notches, fine)     moves it by the wheel
-    seal()                  ends a step of undo
     """
 
     takes_focus = True
 
-    def __init__(self, box, get, put, step, seal, hint):
+    def __init__(self, box, get, put, step, hint):
         super().__init__(box)
-        self._get, self._put, self._step, self._seal, self._hint = get, put, step, seal, hint
+        self._get, self._put, self._step, self._hint = get, put, step, hint
         self._grip = None  # angles of mouse and knob when the fine drag began
         self._in_field = False
         self.field = Field(box, get, put, step, hint, suffix="°")
@@ -66,7 +65,6 @@ class Knob(Widget):
             self._grip = None
             return
         self._leave_field()
-        self._seal()
         self._grip = (angle_of(dx, dy), self._get())
         if not fine:
             self._put(float(round(angle_of(dx, dy)) % 360))
@@ -85,9 +83,7 @@ class Knob(Widget):
         self._grip = (mouse, angle)
 
     def release(self):
-        if self._grip is not None:
-            self._grip = None
-            self._seal()
+        self._grip = None
 
     def scroll(self, notches, fine):
         self._leave_field()

@@ -25,7 +25,7 @@ class LivePanel:
         self._listeners = []
         self._hovered = self._hinted = None  #: widget under the mouse, and the one whose hint is shown
         self._message = (_about(self.model.not_finite), INK)
-        self.window = Window(title, self._make_widgets, self._on_key, self._on_hover, self._show_message, self._complain)
+        self.window = Window(title, self._make_widgets, self.model.history.seal, self._on_key, self._on_hover, self._show_message, self._complain)
         self._before_timer = self.window.timer(_KEY_REPEAT, lambda: self.show_before(False))
         self.window.rebuild()
 
@@ -68,9 +68,6 @@ class LivePanel:
     def edit(self, name, value=None, degrees=None):
         if self.model.set_value(name, value, degrees, control=(name, value is None)):
             self.changed(name)
-
-    def seal(self):
-        self.model.history.seal()
 
     def changed(self, name=None):
         """The named parameter has changed; without a name, several or the source."""

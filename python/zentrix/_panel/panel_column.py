@@ -123,7 +123,6 @@ class Column:
                 lambda: model.values[name][1],
                 lambda new: self._view.edit(name, degrees=new),
                 step,
-                self._view.seal,
                 hint,
             ),
             name,

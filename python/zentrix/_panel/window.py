@@ -40,14 +40,15 @@ def _guarded(handler):
 
 class Window:
     """make_widgets(box, dpi)      widgets for a window of this size, drawn in this order
+    on_grip()                      a mouse button goes down or up, or the focus moves: edits from here on are another step
     on_key(key, is_down)           a key that no widget took, with "ctrl+" but without "shift+"
     on_hover(widget, x, y)         the mouse moved over a widget or, with None, beside all of them
     on_drawn()                     widgets were drawn; it may make others dirty, which are drawn at once
     report(text)                   an error in a handler
     """
 
-    def __init__(self, title, make_widgets, on_key, on_hover, on_drawn, report):
-        self._make_widgets, self._on_key, self._on_hover = make_widgets, on_key, on_hover
+    def __init__(self, title, make_widgets, on_grip, on_key, on_hover, on_drawn, report):
+        self._make_widgets, self._on_grip, self._on_key, self._on_hover = make_widgets, on_grip, on_key, on_hover
         self._on_drawn, self._report = on_drawn, report
         self.widgets, self._built_for = [], None
         self.focused = self._gripped = None
@@ -155,6 +156,7 @@ class Window:
     def focus(self, widget):
         if widget is self.focused:
             return
+        self._on_grip()
         if self.focused is not None:
             self.focused.focus(False)
         self.focused = widget
@@ -173,6 +175,7 @@ class Window:
             self.focus(widget)
         if widget is not None:
             self._gripped = widget
+            self._on_grip()
             widget.press(event.x, event.y, self._is_fine(event))
         self.request()
 
@@ -188,6 +191,7 @@ class Window:
         if event.button == 1 and self._gripped is not None:
             gripped, self._gripped = self._gripped, None
             gripped.release()
+            self._on_grip()
             self.request()
 
     @_guarded
@@ -202,8 +206,10 @@ class Window:
     @_guarded
     def _key_press(self, event):
         key = _key_of(event)
-        self._has_shift = self._has_shift or key == "shift" or (event.key or "").startswith("shift+")
-        fine = "shift" in (event.key or "")
+        given = event.key or ""
+        if len(given) > 1:  # a letter does not tell
+            self._has_shift = "shift" in given or given == "iso_left_tab"
+        fine = "shift" in given
         if key == "tab":
             self._move_focus(-1 if self._has_shift else 1)
         elif self.focused is None or key.startswith("ctrl+") or not self.focused.key(key, fine):
