@@ -4,7 +4,7 @@
     PYTHONPATH=build/release/python bench/python_panel.py [BACKEND [WIDTH...]]      # xvfb-run -a in front: without a display
 
 The picture is compared with the low-passed result of zentrix.correct first. "least" is the shortest time of a picture,
-the one that other work on the machine does not change.
+"CPU" the time that the processors worked for one, of all threads together: both hardly depend on other work on the machine.
 """
 
 import sys
@@ -27,9 +27,9 @@ def low_passed(wave, shape):
 
 
 def drag(panel):
-    """Seconds of each picture of a knob that is dragged around."""
+    """(seconds of each picture, processor seconds of a picture) of a knob that is dragged around."""
     knob = next(one for one in panel.window.widgets if one.subject == "A1" and hasattr(one, "radius"))
-    times = []
+    times, processors = [], time.process_time()
     for count in range(PICTURES):
         angle = 2 * np.pi * count / PICTURES
         x, y = knob.box.middle[0] + knob.radius * np.cos(angle), knob.box.middle[1] + knob.radius * np.sin(angle)
@@ -40,9 +40,10 @@ def drag(panel):
         panel.window.refresh()
         panel.window.canvas.flush_events()
         times.append(time.perf_counter() - start)
+    processors = (time.process_time() - processors) / PICTURES
     release = MouseEvent("button_release_event", panel.window.canvas, x, y, button=1)
     panel.window.canvas.callbacks.process(release.name, release)
-    return times[5:]
+    return np.array(times[5:]) * 1e3, processors * 1e3
 
 
 def main():
@@ -50,7 +51,7 @@ def main():
     from zentrix._panel.live_panel import LivePanel
 
     random = np.random.default_rng(1)
-    print(f"{matplotlib.get_backend()}: wave, picture, display: pictures per second (median), ms per picture (median, least)")
+    print(f"{matplotlib.get_backend()}: wave, picture, display: pictures per second (median), ms per picture (median, least, CPU)")
     for width in map(int, sys.argv[2:] or (512, 1024, 2048, 4096)):
         wave = random.normal(size=(2, width, width)).astype(np.float32)
         wave = 1 + 0.2 * (wave[0] + 1j * wave[1])
@@ -67,10 +68,10 @@ def main():
         for display, overlay in (("phase", False), ("modulus", False), ("phase", True)):
             panel.show_display(display)
             panel.picture.has_overlay = overlay
-            times = np.array(drag(panel)) * 1e3
+            times, processors = drag(panel)
             name = display + (" and transfer function" if overlay else "")
             median, least = np.median(times), times.min()
-            print(f"  {width:4}  {shown.shape[0]:4}  {name:28} {1000 / median:6.1f}  {median:6.1f}  {least:6.1f}")
+            print(f"  {width:4}  {shown.shape[0]:4}  {name:28} {1000 / median:6.1f}  {median:6.1f}  {least:6.1f}  {processors:6.1f}")
         print(f"  opened in {opened:.2f} s")
         panel.close()
 

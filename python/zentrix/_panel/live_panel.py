@@ -57,8 +57,7 @@ class LivePanel:
         self.window.show()
 
     def wait(self):
-        while pyplot.fignum_exists(self.figure.number):
-            pyplot.show(block=True)
+        pyplot.show(block=True)
 
     def close(self):
         pyplot.close(self.figure)

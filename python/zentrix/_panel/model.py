@@ -141,8 +141,17 @@ class Model:
         wave = self.corrected()
         marks = self.not_finite if self.not_finite.any() else None
         path = unused(self.file) if file is None else pathlib.Path(file).with_suffix(".npy")
-        text = json.dumps({"corrections": [*self.history.state.applied, self.parameters]}, indent=2)
+        corrections = [*self.history.state.applied, self.parameters]
+        text = json.dumps({"corrections": [self._as_json(keywords) for keywords in corrections]}, indent=2)
         return write_all(path, wave, text, self.display, self.colour, marks)
+
+    def _as_json(self, keywords):
+        """Keywords that zentrix.correct takes as they are read from the file: "14@35", because JSON has no tuples."""
+        result = dict(keywords, nan="mean") if self.not_finite.any() else dict(keywords)
+        for name, value in keywords.items():
+            if name in COEFFICIENTS and isinstance(value, tuple):
+                result[name] = f"{value[0]!r}@{value[1]!r}"
+        return result
 
 
 def unused(path):

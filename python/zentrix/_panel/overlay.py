@@ -27,8 +27,9 @@ class Overlay:
         pen.rectangle(Box(left - 2, bottom - 2, side + 4, side + 4), _BACK)
         pen.image(left, bottom, np.ascontiguousarray(self._picture[rows][:, rows]))
         caption = 13 * pen.point
-        pen.rectangle(Box(left - 2, bottom - caption, side + 4, caption), _BACK)
-        pen.text(left + 3, bottom - caption / 2, "sin χ, undersampled: blue", 7.5, _TEXT)
+        room = Box(left - 2, bottom - caption, side + 4, caption)
+        pen.rectangle(room, _BACK)
+        pen.text(left + 3, bottom - caption / 2, "sin χ; blue: undersampled", 7.5, _TEXT, clip=room)
         self._draw_profile(pen, Box(left - 2, bottom - caption - 0.55 * side, side + 4, 0.55 * side))
 
     def _draw_profile(self, pen, box):

@@ -24,14 +24,14 @@ _HELP = (
 
 
 class Column:
-    """`widgets` from top to bottom. The view gives the actions that are not edits of the model."""
+    """`widgets` from top to bottom. The panel has the actions that are not edits of the model."""
 
-    def __init__(self, view, left, top, dpi):
-        self._view, self._model = view, view.model
+    def __init__(self, panel, left, top, dpi):
+        self._panel, self._model = panel, panel.model
         self._left, self._top, self._dpi = left, top, dpi
         self.widgets = []
         self._tabs()
-        page = self._model.pages[view.page]
+        page = self._model.pages[panel.page]
         has_angle = any(row.has_angle for row in page.rows)
         self._headers(page, has_angle)
         y = 0.9 if has_angle else 0.72
@@ -61,8 +61,8 @@ class Column:
                 Button(
                     self.box(x, 0.06, width, 0.28),
                     title,
-                    lambda number=number: self._view.show_page(number),
-                    is_on=lambda number=number: self._view.page == number,
+                    lambda number=number: self._panel.show_page(number),
+                    is_on=lambda number=number: self._panel.page == number,
                 )
             )
             x += width
@@ -86,13 +86,13 @@ class Column:
 
         def step(notches, fine):
             change = notches * model.steps[name] * (0.1 if fine else 1)
-            self._view.edit(name, value=model.values[name][0] + change)
+            self._panel.edit(name, value=model.values[name][0] + change)
 
         def value():
             return model.values[name][0]
 
         def put(new):
-            self._view.edit(name, value=new)
+            self._panel.edit(name, value=new)
 
         self._add(Field(self.box(0.05, y, 0.92, _ROW), value, put, step, hint), name)
         self._add(Arrows(self.box(0.98, y, 0.18, _ROW), step))
@@ -115,13 +115,13 @@ class Column:
 
         def step(notches, fine):
             turned = notches * (1 if fine else ANGLE_STEP)
-            self._view.edit(name, degrees=model.values[name][1] + turned)
+            self._panel.edit(name, degrees=model.values[name][1] + turned)
 
         self._add(
             Knob(
                 self.box(2.1, y - 0.22, 0.82, 0.82),
                 lambda: model.values[name][1],
-                lambda new: self._view.edit(name, degrees=new),
+                lambda new: self._panel.edit(name, degrees=new),
                 step,
                 hint,
             ),
@@ -130,14 +130,14 @@ class Column:
         self._add(Arrows(self.box(2.98, y + 0.06, 0.18, _ROW), step, "Click: 5 degrees. Shift: one degree"))
 
     def _buttons(self, y):
-        view, model = self._view, self._model
+        panel, model = self._panel, self._model
         self._add(Label(self.box(0.05, y, 1, _LINE), "Display"))
         for number, (display, text) in enumerate(zip(DISPLAYS, _DISPLAY_TEXTS)):
             self._add(
                 Button(
                     self._cell(y + 0.2, number),
                     text,
-                    lambda display=display: view.show_display(display),
+                    lambda display=display: panel.show_display(display),
                     {"log": "Logarithm of the modulus"}.get(display, display.capitalize()),
                     is_on=lambda display=display: model.display == display,
                 )
@@ -145,20 +145,20 @@ class Column:
         transfer = Button(
             self._cell(y + 0.54, 0, 2),
             "Transfer function",
-            view.toggle_overlay,
+            panel.toggle_overlay,
             "sin χ with the envelope of the microscope page; blue where it is undersampled (t)",
-            is_on=lambda: view.picture.has_overlay,
+            is_on=lambda: panel.picture.has_overlay,
         )
         colours = Button(
-            self._cell(y + 0.54, 2, 1.5), "Phase colours", view.toggle_colour, "Colours for phases (c)", lambda: model.colour
+            self._cell(y + 0.54, 2, 1.5), "Phase colours", panel.toggle_colour, "Colours for phases (c)", lambda: model.colour
         )
-        before = HoldButton(self._cell(y + 0.54, 3.5, 1.5), "Before", view.show_before, "Held: the source (b)")
+        before = HoldButton(self._cell(y + 0.54, 3.5, 1.5), "Before", panel.show_before, "Held: the source (b)")
         actions = (
-            ("Undo", view.undo, "Ctrl+Z"),
-            ("Redo", view.redo, "Ctrl+Y"),
-            ("Copy call", view.copy_call, "Copies the parameters as a call of zentrix.correct (Ctrl+C)"),
-            ("Save", view.save, "Writes the corrected wave at full size, its picture and the parameters (Ctrl+S)"),
-            ("Apply", view.apply, "The corrected wave becomes the source, all coefficients zero. Undo takes it back"),
+            ("Undo", panel.undo, "Ctrl+Z"),
+            ("Redo", panel.redo, "Ctrl+Y"),
+            ("Copy call", panel.copy_call, "Copies the parameters as a call of zentrix.correct (Ctrl+C)"),
+            ("Save", panel.save, "Writes the corrected wave at full size, its picture and the parameters (Ctrl+S)"),
+            ("Apply", panel.apply, "The corrected wave becomes the source, all coefficients zero. Undo takes it back"),
         )
         self.widgets += [transfer, colours, before]
         for number, (text, action, hint) in enumerate(actions):

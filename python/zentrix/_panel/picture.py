@@ -1,5 +1,7 @@
 """The wave on the screen with scale bar, legend and overlay."""
 
+import math
+
 import numpy as np
 
 from .number_text import length_text, number_text, round_length
@@ -59,7 +61,7 @@ class Picture(Widget):
         """As large as fits, by repeated pixels. A picture that is too large loses pixels."""
         rows, columns = pixels.shape[:2]
         scale = min(self.box.height / rows, self.box.width / columns)
-        if 0.9 <= scale < 1.1 and scale >= 1:
+        if 1 <= scale < 1.1:  # sharper
             return pixels
         high, wide = max(1, int(rows * scale)), max(1, int(columns * scale))
         if (high, wide) == (rows, columns):
@@ -88,8 +90,7 @@ class Picture(Widget):
     def _draw_legend(self, pen, frame):
         unit = pen.point
         if self._limits is not None:
-            low, high = (f"{limit:.3g}" for limit in self._limits)
-            text = f"black {low}, white {high}"
+            text = _limits_text(*self._limits)
             width = pen.text_width(text, 8) + 8 * unit
             if width < 0.6 * frame.width:
                 pen.rectangle(Box(frame.right - width - 5 * unit, frame.y + 5 * unit, width, 14 * unit), _DARK)
@@ -123,6 +124,13 @@ class Picture(Widget):
         size = self._model.values["pixel"][0]
         position = f"x {across * wide * size:.4g} nm, y {down * high * size:.4g} nm"
         return f"{position}: {self._model.display} {number_text(float(f'{value:.4g}'))}"
+
+
+def _limits_text(black, white):
+    """Three digits of their difference."""
+    unit = 10.0 ** (math.floor(math.log10(white - black)) - 2) if white > black else 0.0
+    low, high = (f"{round(limit / unit) * unit:.6g}" if unit else f"{limit:.6g}" for limit in (black, white))
+    return f"black {low}, white {high}"
 
 
 def _draw_caption(pen, left, top, text):

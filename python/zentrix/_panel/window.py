@@ -95,8 +95,11 @@ class Window:
     def request(self):
         """Dirty widgets are drawn soon. Events that are waiting come first, so that a fast drag skips pictures."""
         if not self._is_requested and not self._is_closed:
-            self._is_requested = True
-            self._refresh_timer.start()
+            try:
+                self._refresh_timer.start()
+                self._is_requested = True
+            except RuntimeError:  # no event loop yet: the backend draws all of the window when it has one
+                self._built_for = None
 
     @_guarded
     def refresh(self):
