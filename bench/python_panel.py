@@ -1,10 +1,10 @@
 #!/usr/bin/python3
 """Times the live panel: pictures per second while a knob is dragged, computed and painted in a real window.
 
-    PYTHONPATH=build/release/python bench/python_panel.py [BACKEND [WIDTH...]]      # xvfb-run -a in front: without a display
+    PYTHONPATH=build/release/python bench/python_panel.py [BACKEND [WIDTH...]]    # without a display: under xvfb-run
 
 The picture is compared with the low-passed result of zentrix.correct first. "least" is the shortest time of a picture,
-"CPU" the time that the processors worked for one, of all threads together: both hardly depend on other work on the machine.
+"CPU" the time of all threads together: other work on the machine hardly changes these two.
 """
 
 import sys
@@ -51,7 +51,7 @@ def main():
     from zentrix._panel.live_panel import LivePanel
 
     random = np.random.default_rng(1)
-    print(f"{matplotlib.get_backend()}: wave, picture, display: pictures per second (median), ms per picture (median, least, CPU)")
+    print(f"{matplotlib.get_backend()}: pictures per second (median), ms per picture (median, least, CPU)")
     for width in map(int, sys.argv[2:] or (512, 1024, 2048, 4096)):
         wave = random.normal(size=(2, width, width)).astype(np.float32)
         wave = 1 + 0.2 * (wave[0] + 1j * wave[1])
@@ -70,8 +70,8 @@ def main():
             panel.picture.has_overlay = overlay
             times, processors = drag(panel)
             name = display + (" and transfer function" if overlay else "")
-            median, least = np.median(times), times.min()
-            print(f"  {width:4}  {shown.shape[0]:4}  {name:28} {1000 / median:6.1f}  {median:6.1f}  {least:6.1f}  {processors:6.1f}")
+            numbers = (1000 / np.median(times), np.median(times), times.min(), processors)
+            print(f"  {width:4} as {shown.shape[0]:4}  {name:28}", *(f"{number:7.1f}" for number in numbers))
         print(f"  opened in {opened:.2f} s")
         panel.close()
 

@@ -36,17 +36,20 @@ def test_angles_and_lengths():
     assert [number_text.angle_of(x, y) for x, y in ((1, 0), (0, 1), (-1, 0), (0, -1))] == [0, 90, 180, 270]
     lengths = [number_text.round_length(most) for most in (0.5, 0.199, 1, 4.99, 51, 1999)]
     assert lengths == pytest.approx([0.5, 0.1, 1, 2, 50, 1000])
-    assert [number_text.length_text(length) for length in (0.02, 1, 500, 2000, 5e6)] == ["20 pm", "1 nm", "500 nm", "2 µm", "5 mm"]
+    texts = [number_text.length_text(length) for length in (0.02, 1, 500, 2000, 5e6)]
+    assert texts == ["20 pm", "1 nm", "500 nm", "2 µm", "5 mm"]
 
 
 def test_pages_and_steps_are_those_of_the_panel_on_windows():
     tags = (ROOT / "src/panel/rules/tag_record.h").read_text("utf-8")
     windows = re.findall(r'\{"(\w\d)", page_id::(\w+), ', tags)
     titles = dict(zip(("rotation", "basic", "third", "fourth", "fifth"), (page.title for page in pages.PAGES)))
-    assert [(row.name, page.title) for page in pages.PAGES for row in page.rows] == [(name, titles[at]) for name, at in windows]
+    ours = [(row.name, page.title) for page in pages.PAGES for row in page.rows]
+    assert ours == [(name, titles[page]) for name, page in windows]
     steps = re.findall(r"\{coefficient::(\w\d), ([\d.]+)\}", (ROOT / "lens/panel_tags.cpp").read_text("utf-8"))
     assert {name: row.step for name, row in pages.COEFFICIENTS.items()} == {name: float(step) for name, step in steps}
-    units = {name: (unit.replace("um", "µm"), angle) for name, (_, unit, angle) in zentrix._core.coefficients().items()}
+    table = zentrix._core.coefficients().items()
+    units = {name: (unit.replace("um", "µm"), has_angle) for name, (_, unit, has_angle) in table}
     assert {name: (row.unit, row.has_angle) for name, row in pages.COEFFICIENTS.items()} == units
 
 
@@ -64,7 +67,10 @@ def test_reduced_sizes_keep_square_pixels(shape, most, expected):
     assert reduced_wave.reduced_size(shape, most) == expected
 
 
-@pytest.mark.parametrize(("shape", "most"), [((64, 64), (48, 48)), ((65, 65), (35, 35)), ((60, 60), (45, 45)), ((400, 600), (200, 300))])
+@pytest.mark.parametrize(
+    ("shape", "most"),
+    [((64, 64), (48, 48)), ((65, 65), (35, 35)), ((60, 60), (45, 45)), ((400, 600), (200, 300))],
+)
 def test_picture_is_the_low_passed_corrected_wave(shape, most):
     model = Model(noise(shape), **SCOPE, **LENS, tilt=(1.0, 0.5))
     shown, _ = model.shown(most)
@@ -165,7 +171,8 @@ def test_shades():
     limits = shades.grey_limits(values)
     assert limits == pytest.approx((0.001, 0.999), abs=2e-3)
     greys = shades.grey_picture(values, limits)
-    assert greys[0].tolist() == [0, 0, 0, 255] and greys[-1].tolist() == [255] * 4 and (np.diff(greys[:499, 0]) >= 0).all()
+    assert greys[0].tolist() == [0, 0, 0, 255] and greys[-1].tolist() == [255] * 4
+    assert (np.diff(greys[:499, 0]) >= 0).all()
     wave = np.exp(1j * np.linspace(0, 6, 64)).astype(np.complex64).reshape(8, 8)
     for flat in ("modulus", "log"):  # rounding noise is not contrast
         assert (shades.picture_of(wave, flat, False)[0][..., 0] == 128).all()

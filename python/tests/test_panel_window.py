@@ -57,8 +57,9 @@ class Driver:
 
     def knob_at(self, name, degrees, kind, **more):
         knob = self.widgets(Knob, name)[0]
-        x, y = knob.box.middle + 0.9 * knob.radius * np.array([np.cos(np.deg2rad(degrees)), np.sin(np.deg2rad(degrees))])
-        self.mouse(kind, x, y, **more)
+        x, y = knob.box.middle
+        away, angle = 0.9 * knob.radius, np.deg2rad(degrees)
+        self.mouse(kind, x + away * np.cos(angle), y + away * np.sin(angle), **more)
 
 
 @pytest.fixture
@@ -174,7 +175,7 @@ def test_all_pages_displays_and_sizes_are_drawn(drive):
         for page in range(6):
             drive.panel.show_page(page)
             drive.keys("t", str(page % 5 + 1), "c")
-            boxes = [one.box for one in drive.panel.window.widgets if one.takes_focus and one is not drive.panel.picture]
+            boxes = [one.box for one in drive.panel.window.widgets if one.takes_focus and one.subject != "wave"]
             for number, one in enumerate(boxes):  # no control lies under another
                 for other in boxes[:number]:
                     assert not (one.x < other.right and other.x < one.right and one.y < other.top and other.y < one.top)
@@ -187,7 +188,8 @@ def test_pixels_that_are_not_finite_are_marked_and_said():
     drive = Driver(LivePanel(wave, kv=300, pixel=0.05))
     assert drive.panel.status.text.startswith("2 pixels are not finite")
     scale = drive.panel.picture.box.height / 64
-    assert drive.pixels()[int(11 * scale), int(20.5 * scale) + int(drive.panel.picture.box.width - 64 * scale) // 2].tolist() == [255, 0, 200]
+    left = int(drive.panel.picture.box.width - 64 * scale) // 2
+    assert drive.pixels()[int(11 * scale), left + int(20.5 * scale)].tolist() == [255, 0, 200]
     pyplot.close("all")
 
 
@@ -196,8 +198,8 @@ def test_panel_needs_an_interactive_backend_and_matplotlib_only_then(tmp_path, c
         zentrix.panel(np.ones((8, 8), complex), kv=300, pixel=0.05)
     np.save(tmp_path / "wave.npy", np.ones((8, 8), complex))
     options = ["--kv", "300", "--pixel", "0.05", "--A1", "-3@20", "--backend", "agg"]
-    assert program.main([str(tmp_path / "wave.npy"), *options]) == 1 and "interactive backend" in capsys.readouterr().err
-    assert program.main([str(tmp_path / "missing.npy"), *options]) == 1 and "missing.npy" in capsys.readouterr().err
+    for file, text in (("wave.npy", "interactive backend"), ("missing.npy", "missing.npy")):
+        assert program.main([str(tmp_path / file), *options]) == 1 and text in capsys.readouterr().err
     check = "import sys, zentrix; sys.exit('matplotlib' in sys.modules)"
     environment = {**os.environ, "PYTHONPATH": str(pathlib.Path(zentrix.__file__).parents[1])}
     assert subprocess.run([sys.executable, "-c", check], env=environment, check=False).returncode == 0

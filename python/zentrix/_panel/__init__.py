@@ -1,15 +1,16 @@
 """The live panel: a wave and the knobs of a lens that is removed from it. `panel` is zentrix.panel.
 
-Modules without a display: pages, number_text, history, model, reduced_wave, shades, contrast_transfer. On matplotlib: pen,
-widgets, field, knob, picture, overlay, panel_column, window, live_panel, clipboard. `program` is the command `python -m zentrix panel`.
+Without a display: pages, number_text, history, model, reduced_wave, shades, contrast_transfer, wave_files. Drawn with
+matplotlib: pen, widgets, field, knob, picture, overlay, panel_column, window, live_panel, clipboard. `program` is the command
+`python -m zentrix panel`; `library` is what all of them need of the package.
 """
 
 
 def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.npy", **optics):
     """Opens a window with the wave, corrected live by the aberrations that its knobs show.
 
-    wave      complex array (y, x), not modified. Pixels that are infinite or not a number count as the mean of the others
-              and are marked.
+    wave      complex array (y, x), not modified. Pixels that are infinite or not a number are marked; they count as the
+              mean of the others.
     title     of the window
     show      "real", "imaginary", "modulus", "log" or "phase": the display at the start
     colour    whether phases are shown in colours instead of greys

@@ -49,9 +49,8 @@ class Transfer:
         radius = polar.radius.reshape(chi.shape)[0]
         self.frequency = radius / wavelength
         self.envelope = _envelope(radius, values, wavelength, widths)
-        steps = np.maximum(
-            np.abs(np.diff(chi, axis=1, prepend=0)).max(axis=0), np.abs(np.diff(chi, axis=0, append=chi[:1])).max(axis=0)
-        )
+        along, around = np.diff(chi, axis=1, prepend=0), np.diff(chi, axis=0, append=chi[:1])
+        steps = np.maximum(np.abs(along).max(axis=0), np.abs(around).max(axis=0))
         self.profile = np.where(steps > _LARGEST_STEP, np.nan, np.sin(chi).mean(axis=0) * self.envelope)
 
 

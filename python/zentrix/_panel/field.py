@@ -98,7 +98,8 @@ class Field(Widget):
 
     def _move(self, key):
         last = len(self.text)
-        self._caret = {"left": max(0, self._caret - 1), "right": min(last, self._caret + 1), "home": 0, "end": last}[key]
+        places = {"left": max(0, self._caret - 1), "right": min(last, self._caret + 1), "home": 0, "end": last}
+        self._caret = places[key]
         self._all_selected = False
 
     def _erase(self, key):

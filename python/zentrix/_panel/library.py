@@ -13,7 +13,7 @@ def checked_wave(wave):
     """(wave as complex64, all finite; mask of the pixels that were not). Those become the mean of the others."""
     wave = np.asarray(wave)
     if wave.ndim != 2 or wave.dtype.kind != "c" or wave.size == 0:
-        raise TypeError(f"The wave has to be a complex array of two dimensions, not {wave.dtype} of shape {wave.shape}.")
+        raise TypeError(f"The wave is a complex array of two dimensions, not {wave.dtype} of shape {wave.shape}.")
     with np.errstate(over="ignore", invalid="ignore"):
         wave = np.array(wave, np.complex64, order="C")
     bad = ~np.isfinite(wave)

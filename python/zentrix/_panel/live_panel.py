@@ -25,7 +25,15 @@ class LivePanel:
         self._listeners = []
         self._hovered = self._hinted = None  #: widget under the mouse, and the one whose hint is shown
         self._message = (_about(self.model.not_finite), INK)
-        self.window = Window(title, self._make_widgets, self.model.history.seal, self._on_key, self._on_hover, self._show_message, self._complain)
+        self.window = Window(
+            title,
+            self._make_widgets,
+            on_grip=self.model.history.seal,
+            on_key=self._on_key,
+            on_hover=self._on_hover,
+            on_drawn=self._show_message,
+            report=self._complain,
+        )
         self._before_timer = self.window.timer(_KEY_REPEAT, lambda: self.show_before(False))
         self.window.rebuild()
 

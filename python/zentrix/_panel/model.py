@@ -52,7 +52,7 @@ class Model:
         return {**result, **self.fixed}
 
     def set_value(self, name, value=None, degrees=None, control=None):
-        """One edit. Edits of the same `control`, one after the other, are one step of undo. False if nothing changed."""
+        """One edit; false if nothing changed. Edits of the same `control` in a row are one step of undo."""
         old = self.values[name]
         new = (old[0] if value is None else tidy(value), old[1] if degrees is None else wrapped(degrees))
         if new == old:
@@ -87,7 +87,8 @@ class Model:
     def shown(self, most, before=False):
         """(wave, marks of pixels that are not finite or None), at a size within `most` (rows, columns).
 
-        The wave is a low-passed, sampled form of `corrected`, or with `before` of the source. Overwritten by the next call.
+        The wave is a low-passed, sampled form of `corrected` or, with `before`, of the source. It is overwritten by the
+        next call.
         """
         self._follow_history()
         shape = reduced_size(self.source.shape, most)

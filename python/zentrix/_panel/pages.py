@@ -23,7 +23,10 @@ def _round(name, label, unit, step):
 # A step of a modulus changes the phase at 25 mrad and 300 kV by a few tenths of a radian, so that it is visible but not
 # too much (C3: a few radians).
 PAGES = (
-    Page("Rotation", (_round("C1", "C1 (z)", "nm", 1), _round("C3", "C3 (Cs)", "mm", 0.01), _round("C5", "C5", "mm", 1))),
+    Page(
+        "Rotation",
+        (_round("C1", "C1 (z)", "nm", 1), _round("C3", "C3 (Cs)", "mm", 0.01), _round("C5", "C5", "mm", 1)),
+    ),
     Page(
         "Basic",
         (

@@ -150,7 +150,11 @@ class Column:
             is_on=lambda: panel.picture.has_overlay,
         )
         colours = Button(
-            self._cell(y + 0.54, 2, 1.5), "Phase colours", panel.toggle_colour, "Colours for phases (c)", lambda: model.colour
+            self._cell(y + 0.54, 2, 1.5),
+            "Phase colours",
+            panel.toggle_colour,
+            "Colours for phases (c)",
+            is_on=lambda: model.colour,
         )
         before = HoldButton(self._cell(y + 0.54, 3.5, 1.5), "Before", panel.show_before, "Held: the source (b)")
         actions = (

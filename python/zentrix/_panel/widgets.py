@@ -72,8 +72,8 @@ class Button(Widget):
     def draw(self, pen):
         pen.rectangle(self.box, FACE)
         is_on = self._is_down or self._is_on()
-        edge = ACCENT if self.has_focus or is_on else EDGE
-        pen.rectangle(self.box.inside(1.5 * pen.point), ON_FACE if is_on else PAPER, edge, 1.2 if self.has_focus else 0.7)
+        edge, width = ACCENT if self.has_focus or is_on else EDGE, 1.2 if self.has_focus else 0.7
+        pen.rectangle(self.box.inside(1.5 * pen.point), ON_FACE if is_on else PAPER, edge, width)
         colour = INK if self._is_enabled() else EDGE
         pen.text(*self.box.middle, self._text, 8.5, colour, "center", clip=self.box)
 
@@ -121,8 +121,8 @@ class Arrows(Widget):
             part = Box(self.box.x, y if sign > 0 else self.box.y, self.box.width, half).inside(pen.point)
             pen.rectangle(part, PAPER, EDGE, 0.7)
             size, centre = half * 0.2, y + sign * half / 2
-            points = [(x - 1.5 * size, centre - sign * size), (x + 1.5 * size, centre - sign * size), (x, centre + sign * size)]
-            pen.polygon(points, FAINT)
+            base, tip = centre - sign * size, centre + sign * size
+            pen.polygon([(x - 1.5 * size, base), (x + 1.5 * size, base), (x, tip)], FAINT)
 
     def press(self, x, y, fine):
         self._step(1 if y >= self.box.middle[1] else -1, fine)
