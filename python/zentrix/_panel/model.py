@@ -7,7 +7,7 @@ import numpy as np
 
 from . import library
 from .history import History, State
-from .number_text import tidy, wrapped
+from .number_text import round_length, tidy, wrapped
 from .pages import COEFFICIENTS, PAGES, WIDTHS, microscope
 from .reduced_wave import reduced_marks, reduced_size, reduced_wave
 from .shades import DISPLAYS
@@ -25,11 +25,15 @@ class Model:
         state = State(library.start_values(optics, self.pages[-1].rows))
         library.check(self.keywords(state))
         self.history = History(state)
-        self.steps = {row.name: row.step for page in self.pages for row in page.rows}
+        self.steps = {row.name: row.step or self._percent_of(row.name) for page in self.pages for row in page.rows}
         self.display, self.colour, self.file = show, colour, pathlib.Path(save)
         self.source = self.original
         self._source_of = ()  # the applied corrections that made `source`
         self._kept = {}
+
+    def _percent_of(self, name):
+        """A round step of about one percent."""
+        return round_length(0.01 * self.values[name][0])
 
     # Parameters
 

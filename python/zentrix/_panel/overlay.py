@@ -49,8 +49,9 @@ class Overlay:
         for count in range(1, int(transfer.limit / step + 1e-9) + 1):
             x = plot.x + count * step / transfer.limit * plot.width
             pen.line([(x, plot.y), (x, plot.y + 3 * unit)], _TEXT, 0.8)
-            if x < plot.right - 34 * unit:
-                pen.text(x, box.y + 6 * unit, f"{count * step:g}", 7.5, _TEXT, "center")
+            text = f"{count * step:g}"
+            if x + pen.text_width(text, 7.5) / 2 < plot.right - pen.text_width(" 1/nm ", 7.5):
+                pen.text(x, box.y + 6 * unit, text, 7.5, _TEXT, "center")
         pen.text(plot.right, box.y + 6 * unit, "1/nm", 7.5, _TEXT, "right")
 
     def _follow(self):

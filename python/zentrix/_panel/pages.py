@@ -7,7 +7,7 @@ class Row(NamedTuple):
     name: str  #: keyword of zentrix.correct
     label: str
     unit: str
-    step: float  #: at the start
+    step: float  #: at the start; 0: about one percent of the value
     has_angle: bool = True
 
 
@@ -44,13 +44,13 @@ MICROSCOPE = Page(
     "Microscope",
     (
         _round("kv", "Voltage", "kV", 1),
-        _round("pixel", "Pixel size", "nm", 0.001),
+        _round("pixel", "Pixel size", "nm", 0),
         _round("focus_spread", "Focus spread (rms)", "nm", 0.5),
         _round("convergence", "Convergence (rms)", "mrad", 0.05),
         _round("vibration", "Vibration (rms)", "nm", 0.005),
     ),
 )
-WAVELENGTH = _round("wavelength", "Wavelength", "nm", 0.0001)
+WAVELENGTH = _round("wavelength", "Wavelength", "nm", 0)
 COEFFICIENTS = {row.name: row for page in PAGES for row in page.rows}
 WIDTHS = ("focus_spread", "convergence", "vibration")
 ANGLE_STEP = 5  #: degrees
