@@ -3,7 +3,7 @@
 #
 #   ./demo.sh                        a simulated crystal with known aberrations
 #   ./demo.sh WAVE.npy OPTION...     your wave, with the options of "zentrix correct", for example
-#                                    ./demo.sh wave.npy --kv 300 --pixel 0.05 --remove --C1 -40 --A1 12@30
+#                                    ./demo.sh wave.npy --kv 300 --pixel 0.05 --C1 -40 --A1 12@30
 #   ./demo.sh --panel [WAVE.npy OPTION...]
 #                                    the same by hand with the control panel (the Windows program under Wine) and the
 #                                    options of "zentrix panel"; without a display, a picture of the panel
@@ -16,7 +16,7 @@ if [ "${1:-}" = --panel ]; then
     shift
 fi
 if [ $# -eq 1 ]; then
-    example="./demo.sh $1 --kv 300 --pixel 0.05 --remove --C1 -40"
+    example="./demo.sh $1 --kv 300 --pixel 0.05 --C1 -40"
     [ "$job" = correct ] || example="./demo.sh --panel $1 --kv 300 --pixel 0.05"
     echo "Voltage and pixel size of your wave are needed, for example: $example" >&2
     exit 2
@@ -51,7 +51,7 @@ correct() {
     else
         "$here/build/release/examples/make_sample" "$output/aberrated.npy" "$output/undisturbed.npy"
         wave=$output/aberrated.npy
-        options=(--kv 300 --pixel 0.02 --remove "${sample_aberrations[@]}")
+        options=(--kv 300 --pixel 0.02 "${sample_aberrations[@]}")
         before="a thin crystal (pairs of atom columns, 0.136 nm apart) with a dislocation and an edge, with aberrations"
         after="the same without the aberrations"
     fi

@@ -19,6 +19,7 @@ for preset in release checked windows; do
     fi
     ctest --preset "$preset" || failed+=("$preset: tests")
 done
+tools/check-same-bits || failed+=("same bits on Linux and Windows")
 echo "== clang-tidy"
 if [ -z "${tidy:-}" ]; then
     tools/check-tidy || failed+=("clang-tidy")

@@ -1,9 +1,10 @@
 // Makes an exit wave with known aberrations for the demonstration: a thin crystal seen along a channel direction, with
 // a dislocation, a wedge-shaped edge to vacuum and a few adatoms, imaged by a misaligned lens.
 //
-// The aberrations are applied here in double precision by the textbook formula, not by the library, so that a wave
+// The aberrations are computed here in double precision by the textbook formula, not by the library, so that a wave
 // corrected by the library can be compared with the original.
 
+#include <algorithm>
 #include <cmath>
 #include <complex>
 #include <iostream>
@@ -19,6 +20,7 @@
 namespace {
 
 using complex = std::complex<double>;
+using wave_pixel = std::complex<float>;
 constexpr double pi = std::numbers::pi;
 
 constexpr int size = 512;
@@ -54,10 +56,10 @@ class specimen
     }
 
     /// The exit wave: a pure phase change of the illuminating plane wave.
-    std::vector<complex> wave() const
+    std::vector<wave_pixel> wave() const
     {
-        std::vector<complex> result;
-        for (const double phase : phase_) result.push_back(std::polar(1.0, phase));
+        std::vector<wave_pixel> result;
+        for (const double phase : phase_) result.emplace_back(std::polar(1.0, phase));
         return result;
     }
 
@@ -115,7 +117,7 @@ double chi(complex w)
     return 2 * pi / zentrix::lens::electron_wavelength(kilovolts) * sum.real();
 }
 
-void aberrate(std::vector<complex>& wave)
+void aberrate(std::vector<wave_pixel>& wave)
 {
     const double wavelength = zentrix::lens::electron_wavelength(kilovolts);
     const double angle_per_pixel = wavelength / (size * pixel);
@@ -124,18 +126,18 @@ void aberrate(std::vector<complex>& wave)
     for (int row = 0; row < size; ++row)
         for (int column = 0; column < size; ++column) {
             const complex w{(column - centre) * angle_per_pixel, (centre - row) * angle_per_pixel};
-            wave[index(column, row)] *= std::polar(1.0, -chi(w));
+            wave_pixel& pixel_there = wave[index(column, row)];
+            pixel_there = wave_pixel{complex{pixel_there} * std::polar(1.0, -chi(w))};
         }
     zentrix::host::backward_fft(wave.data(), size, size);
 }
 
-void save(const std::string& file, const std::vector<complex>& wave)
+void save(const std::string& file, const std::vector<wave_pixel>& wave)
 {
     using namespace zentrix::host;
     const std::uint32_t sizes[] = {size, size};
     const auto image = image::create("sample", HOST_ELEMENT_COMPLEX64, sizes);
-    auto* out = static_cast<std::complex<float>*>(image->data());
-    for (const complex& value : wave) *out++ = std::complex<float>{value};
+    std::ranges::copy(wave, static_cast<wave_pixel*>(image->data()));
     write_npy(file, *image);
 }
 

@@ -140,7 +140,7 @@ notification_counts& the_counts()
 /// Called when the host is notified of changed pixels: on its main thread, without the interpreter lock.
 void count_notification(PyObject* array)
 {
-    const py::gil_scoped_acquire locked;
+    const interpreter_lock locked;
     auto& count = the_counts()[array];
     ++count.times;
     if (!count.finalizer)

@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <numbers>
+#include <vector>
 
 #include "host/correction/finite_pixels.h"
 #include "host/correction/kept_spectrum.h"
@@ -67,16 +68,17 @@ void multiply_by_transfer(session& host, const py::array& spectrum, const lens::
 
 /// The contrast transfer sin(chi) times envelope at the frequencies `q` [1/nm], each the mean over `directions`
 /// [degrees].
-py::array_t<double> radial_contrast(const lens::optics& setup, const py::array_t<double>& q,
+std::vector<double> radial_contrast(const lens::optics& setup, const std::vector<double>& q,
                                     const std::vector<double>& directions, const std::string& envelope)
 {
     const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply, damping_of(envelope));
-    py::array_t<double> values{q.size()};
-    for (py::ssize_t i = 0; i < q.size(); ++i) {
+    std::vector<double> values;
+    for (const double frequency : q) {
         double sum = 0;
         for (const double degrees : directions)
-            sum -= lens::transfer_value(arguments, q.at(i) * std::polar(1.0, degrees * std::numbers::pi / 180)).imag();
-        values.mutable_at(i) = sum / static_cast<double>(directions.size());
+            sum -=
+                lens::transfer_value(arguments, frequency * std::polar(1.0, degrees * std::numbers::pi / 180)).imag();
+        values.push_back(sum / static_cast<double>(directions.size()));
     }
     return values;
 }
@@ -99,7 +101,7 @@ std::unique_ptr<host::kept_spectrum> keep_spectrum(session& host, const py::arra
     return host.run([&](host::engine&) { return std::make_unique<host::kept_spectrum>(image); });
 }
 
-void multiply_kept(const host::kept_spectrum& self, session& host, const py::array& destination,
+void multiply_kept(host::kept_spectrum& self, session& host, const py::array& destination,
                    const lens::optics& setup, bool remove, const std::string& envelope)
 {
     const auto image = image_of(destination);

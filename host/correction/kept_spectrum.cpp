@@ -2,7 +2,6 @@
 
 #include "host/correction/finite_pixels.h"
 #include "host/correction/multiply_spectrum.h"
-#include "host/fft/fft.h"
 
 namespace zentrix::host {
 
@@ -12,16 +11,17 @@ std::complex<float>* pixels_of(const image_ref& wave) { return static_cast<std::
 
 }  // namespace
 
-kept_spectrum::kept_spectrum(const image_ref& wave) : spectrum_{wave}, was_finite_{count_not_finite(*wave) == 0}
+kept_spectrum::kept_spectrum(const image_ref& wave)
+    : transform_{wave->size(0), wave->size(1)}, spectrum_{wave}, was_finite_{count_not_finite(*wave) == 0}
 {
-    forward_fft(pixels_of(spectrum_), width(), height());
+    transform_.forward(pixels_of(spectrum_));
 }
 
 void kept_spectrum::multiply(engine& engine, const lens::transfer_arguments& arguments,
-                             const image_ref& destination) const
+                             const image_ref& destination)
 {
     multiply_by_transfer(engine, spectrum_, destination, arguments);
-    backward_fft(pixels_of(destination), width(), height());
+    transform_.backward(pixels_of(destination));
     if (was_finite_) require_finite_result(*destination);
 }
 

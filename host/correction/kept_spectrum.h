@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/engine/engine.h"
+#include "host/fft/fft.h"
 #include "lens/transfer.h"
 
 namespace zentrix::host {
@@ -18,12 +19,13 @@ class kept_spectrum
     /// arguments    lens::arguments_for of the wave's size
     /// destination  like the wave; overwritten
     /// Throws  as multiply_spectrum; the contents of `destination` are then undefined
-    void multiply(engine& engine, const lens::transfer_arguments& arguments, const image_ref& destination) const;
+    void multiply(engine& engine, const lens::transfer_arguments& arguments, const image_ref& destination);
 
     int width() const noexcept { return static_cast<int>(spectrum_->size(0)); }
     int height() const noexcept { return static_cast<int>(spectrum_->size(1)); }
 
   private:
+    fft_plan transform_;
     image_ref spectrum_;
     bool was_finite_;
 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "host/correction/multiply_spectrum.h"
-#include "host/fft/fft.h"
 
 namespace zentrix::host {
 
@@ -14,7 +13,7 @@ std::complex<float>* pixels_of(const image_ref& wave) { return static_cast<std::
 }  // namespace
 
 live_correction::live_correction(engine& engine, const image_ref& wave)
-    : engine_{engine}, spectrum_{wave->clone()}, result_{wave->clone()}
+    : engine_{engine}, transform_{wave->size(0), wave->size(1)}, spectrum_{wave->clone()}, result_{wave->clone()}
 {
     keep_transform_of(wave);
 }
@@ -22,7 +21,7 @@ live_correction::live_correction(engine& engine, const image_ref& wave)
 void live_correction::keep_transform_of(const image_ref& wave)
 {
     std::copy_n(pixels_of(wave), wave->count(), pixels_of(spectrum_));
-    forward_fft(pixels_of(spectrum_), width(), height());
+    transform_.forward(pixels_of(spectrum_));
 }
 
 void live_correction::set(const lens::transfer_arguments& arguments)
@@ -52,7 +51,7 @@ const image_ref& live_correction::result()
         throw;
     }
     const auto multiplied = clock::now();
-    backward_fft(pixels_of(result_), width(), height());
+    transform_.backward(pixels_of(result_));
     spent_.transfer += multiplied - start;
     spent_.transform += clock::now() - multiplied;
     ++spent_.computed;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/engine/engine.h"
+#include "host/fft/fft.h"
 #include "lens/transfer.h"
 
 namespace zentrix::host {
@@ -43,6 +44,7 @@ class live_correction
     void keep_transform_of(const image_ref& wave);
 
     engine& engine_;
+    fft_plan transform_;
     image_ref spectrum_, result_;
     lens::transfer_arguments arguments_;
     bool stale_ = false;

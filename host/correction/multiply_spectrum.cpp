@@ -19,10 +19,10 @@ void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transf
 {
     const bool was_finite = count_not_finite(*wave) == 0;
     auto* const pixels = static_cast<std::complex<float>*>(wave->data());
-    const auto width = std::ptrdiff_t{wave->size(0)}, height = std::ptrdiff_t{wave->size(1)};
-    forward_fft(pixels, width, height);
+    fft_plan transform{wave->size(0), wave->size(1)};
+    transform.forward(pixels);
     multiply_by_transfer(engine, wave, wave, arguments);
-    backward_fft(pixels, width, height);
+    transform.backward(pixels);
     if (was_finite) require_finite_result(*wave);
 }
 

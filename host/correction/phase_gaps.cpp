@@ -4,11 +4,20 @@
 #include <numbers>
 #include <vector>
 
-#include "host/correction/neighbours.h"
-
 namespace zentrix::host {
 
 namespace {
+
+/// Calls each(index) for the four neighbours of a pixel that are inside the image.
+template <class Each>
+void for_each_neighbour(std::size_t at, std::size_t width, std::size_t count, Each each)
+{
+    const std::size_t x = at % width;
+    if (x > 0) each(at - 1);
+    if (x + 1 < width) each(at + 1);
+    if (at >= width) each(at - width);
+    if (at + width < count) each(at + width);
+}
 
 /// The multiple of 2 pi that is nearest to a difference of phases.
 double full_turns(double difference)

@@ -1,34 +1,108 @@
 #include "host/fft/fft.h"
 
 #include <algorithm>
+#include <thread>
 
-#include "host/fft/transform.h"
+#include "host/fft/parallel.h"
+#include "host/fft/strip.h"
 
 namespace zentrix::host {
 
 namespace {
 
-template <class T>
-void backward(std::complex<T>* spectrum, std::ptrdiff_t width, std::ptrdiff_t height)
+/// One thread for each processor; fewer for images so small that starting threads would take longer.
+std::ptrdiff_t threads_for(std::ptrdiff_t pixel_count)
 {
-    transform(spectrum, width, height, fft_direction::backward);
-    const T scale = T(1) / (static_cast<T>(width) * static_cast<T>(height));
-    std::for_each(spectrum, spectrum + width * height, [&](std::complex<T>& value) { value *= scale; });
+    constexpr std::ptrdiff_t worth_a_thread = 1 << 16;
+    const std::ptrdiff_t processors = std::max(1U, std::thread::hardware_concurrency());
+    return std::clamp<std::ptrdiff_t>(pixel_count / worth_a_thread, 1, processors);
+}
+
+/// Columns that are transformed together.
+std::ptrdiff_t strip_width_for(std::ptrdiff_t width, std::ptrdiff_t height)
+{
+    // Strips of columns this long are not in the cache anyway, and take as much memory as a narrow image.
+    constexpr std::ptrdiff_t long_column = 1 << 16;
+    return std::min(width, height < long_column ? full_strip_width : full_strip_width / 4);
+}
+
+/// Of a line of which only one end is centred, the index in the other end that pixel 0 has.
+struct centring
+{
+    std::ptrdiff_t load = 0;   ///< index of the transform's input that the first pixel has
+    std::ptrdiff_t store = 0;  ///< index of the transform's output that becomes the first pixel
+};
+
+/// The zero frequency, index 0 for FFTW, is at length / 2 in the image.
+centring centring_of(std::ptrdiff_t length, fft_direction direction)
+{
+    const std::ptrdiff_t first = length - length / 2;
+    if (first == length) return {};  // length 1
+    return direction == fft_direction::forward ? centring{0, first} : centring{first, 0};
+}
+
+void transform_row(std::complex<float>* row, const line_transform& transform, centring at, const line_memory& scratch)
+{
+    const std::ptrdiff_t length = transform.length();
+    std::complex<float>*const from = scratch.line(0), *const to = scratch.line(1);
+    std::rotate_copy(row, row + (length - at.load) % length, row + length, from);
+    transform(from, to);
+    std::rotate_copy(to, to + at.store, to + length, row);
+}
+
+/// Columns are transformed from line i + 1 of the scratch memory to line i, so that it needs one more line than there
+/// are columns.
+void transform_strip(std::complex<float>* strip, std::ptrdiff_t stride, std::ptrdiff_t columns,
+                     const line_transform& transform, centring at, const line_memory& scratch, float scale)
+{
+    const std::ptrdiff_t height = transform.length();
+    load_strip(strip, stride, columns, height, scratch.line(1), scratch.stride(), at.load);
+    for (std::ptrdiff_t i = 0; i < columns; ++i) transform(scratch.line(i + 1), scratch.line(i));
+    store_strip(strip, stride, columns, height, scratch.line(0), scratch.stride(), at.store, scale);
 }
 
 }  // namespace
 
-void forward_fft(std::complex<float>* p, std::ptrdiff_t width, std::ptrdiff_t height)
+fft_plan::fft_plan(std::ptrdiff_t width, std::ptrdiff_t height)
+    : width_{width}, height_{height}, strip_width_{strip_width_for(width, height)}
 {
-    transform(p, width, height, fft_direction::forward);
+    const auto threads = threads_for(width * height);
+    for (std::ptrdiff_t i = 0; i < threads; ++i) scratch_.push_back({{2, width}, {strip_width_ + 1, height}});
 }
 
-void forward_fft(std::complex<double>* p, std::ptrdiff_t width, std::ptrdiff_t height)
+void fft_plan::forward(pixel* pixels) { transform(pixels, fft_direction::forward); }
+void fft_plan::backward(pixel* spectrum) { transform(spectrum, fft_direction::backward); }
+
+void fft_plan::transform(pixel* pixels, fft_direction direction)
 {
-    transform(p, width, height, fft_direction::forward);
+    const auto row = line_transform::of(width_, direction), column = line_transform::of(height_, direction);
+    const auto threads = static_cast<std::ptrdiff_t>(scratch_.size());
+    require_memory_for_lines(std::max(width_, height_), threads);
+    const auto at_row = centring_of(width_, direction), at_column = centring_of(height_, direction);
+    const float scale =
+        direction == fft_direction::forward ? 1.0F : 1.0F / (static_cast<float>(width_) * static_cast<float>(height_));
+
+    constexpr std::ptrdiff_t rows_at_once = 16;
+    in_parallel((height_ + rows_at_once - 1) / rows_at_once, threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
+        const auto end = std::min((item + 1) * rows_at_once, height_);
+        for (auto y = item * rows_at_once; y < end; ++y)
+            transform_row(pixels + y * width_, *row, at_row, scratch_[thread].row);
+    });
+    in_parallel((width_ + strip_width_ - 1) / strip_width_, threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
+        const auto left = item * strip_width_;
+        transform_strip(pixels + left, width_, std::min(strip_width_, width_ - left), *column, at_column,
+                        scratch_[thread].strip, scale);
+    });
 }
 
-void backward_fft(std::complex<float>* p, std::ptrdiff_t width, std::ptrdiff_t height) { backward(p, width, height); }
-void backward_fft(std::complex<double>* p, std::ptrdiff_t width, std::ptrdiff_t height) { backward(p, width, height); }
+void forward_fft(std::complex<float>* pixels, std::ptrdiff_t width, std::ptrdiff_t height)
+{
+    fft_plan{width, height}.forward(pixels);
+}
+
+void backward_fft(std::complex<float>* spectrum, std::ptrdiff_t width, std::ptrdiff_t height)
+{
+    fft_plan{width, height}.backward(spectrum);
+}
 
 }  // namespace zentrix::host

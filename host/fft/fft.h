@@ -2,20 +2,55 @@
 
 #include <complex>
 #include <cstddef>
+#include <vector>
 
-/// Two-dimensional Fourier transforms of images in place, zero frequency in the middle.
+#include "host/fft/line_transform.h"
+
+/// Two-dimensional Fourier transforms of images in place, zero frequency in the middle. The same input gives the same
+/// bits with any number of processors, and on Linux and Windows.
 namespace zentrix::host {
 
-/// The spectrum of an image: F(u, v) = sum f(x, y) exp(-2 pi i (u x / width + v y / height)), not scaled.
-/// pixels  width x height, rows contiguous; replaced by the spectrum. Frequency (0, 0) is at (width / 2, height / 2) in
-///         integer division, positive frequencies are to the right and below. The origin of the image is pixel (0, 0).
-/// width, height  at least 1; products of small primes are fastest
-/// Throws  std::bad_alloc
-void forward_fft(std::complex<float>* pixels, std::ptrdiff_t width, std::ptrdiff_t height);
-void forward_fft(std::complex<double>* pixels, std::ptrdiff_t width, std::ptrdiff_t height);
+/// Transforms of images of one size, with what they have in common: plans, and memory for a few rows or columns per
+/// processor, less than half of what a large image takes. An object is used by one thread at a time; it starts one more
+/// for each other processor.
+class fft_plan
+{
+  public:
+    using pixel = std::complex<float>;
 
-/// The inverse of forward_fft, including the factor 1 / (width * height).
+    /// width, height  at least 1; products of small primes are fastest
+    /// Throws  std::bad_alloc
+    fft_plan(std::ptrdiff_t width, std::ptrdiff_t height);
+    fft_plan(const fft_plan&) = delete;
+    fft_plan& operator=(const fft_plan&) = delete;
+
+    /// The spectrum of an image: F(u, v) = sum f(x, y) exp(-2 pi i (u x / width + v y / height)), not scaled.
+    /// pixels  width x height, rows contiguous; replaced by the spectrum. Frequency (0, 0) is at (width / 2,
+    ///         height / 2) in integer division, positive frequencies are to the right and below. The origin of the
+    ///         image is pixel (0, 0).
+    /// Throws  std::bad_alloc; the pixels are then as they were
+    void forward(pixel* pixels);
+
+    /// The inverse of `forward`, including the factor 1 / (width * height). Throws  as `forward`
+    void backward(pixel* spectrum);
+
+    std::ptrdiff_t width() const noexcept { return width_; }
+    std::ptrdiff_t height() const noexcept { return height_; }
+
+  private:
+    /// What one thread needs.
+    struct scratch
+    {
+        line_memory row, strip;
+    };
+    void transform(pixel* pixels, fft_direction direction);
+
+    std::ptrdiff_t width_, height_, strip_width_;
+    std::vector<scratch> scratch_;
+};
+
+/// Single transforms; see fft_plan.
+void forward_fft(std::complex<float>* pixels, std::ptrdiff_t width, std::ptrdiff_t height);
 void backward_fft(std::complex<float>* spectrum, std::ptrdiff_t width, std::ptrdiff_t height);
-void backward_fft(std::complex<double>* spectrum, std::ptrdiff_t width, std::ptrdiff_t height);
 
 }  // namespace zentrix::host

@@ -4,7 +4,7 @@
 
 #include "lens/transfer.h"
 
-/// Options of the commands that correct a wave. The variables that they set must outlive `command`.
+/// Options of the commands that correct or aberrate a wave. The variables that they set must outlive `command`.
 namespace zentrix::program {
 
 /// A finite number above zero. The check of the parser accepts "nan", and its message is hard to read.

@@ -76,7 +76,8 @@ int run(int argc, char** argv)
 {
     global_options global;
     CLI::App app{
-        "Corrects lens aberrations of electron waves, unwraps phases, and calls the script functions of the "
+        "Removes lens aberrations from electron waves and applies them, unwraps phases, and calls the script functions "
+        "of the "
         "Zentrix64 library.",
         "zentrix"};
     app.require_subcommand(1);
@@ -88,6 +89,7 @@ int run(int argc, char** argv)
     add_call_command(app, global);
     add_info_command(app, global);
     add_correct_command(app, global);
+    add_aberrate_command(app, global);
     add_unwrap_command(app, global);
     add_panel_command(app, global);
     try {

@@ -82,7 +82,7 @@ void add_panel_command(CLI::App& app, const global_options& global)
         ->type_name("FILE");
     command->add_option("--quit-after", request->quit_after_ms, "Quit after this time [ms]")->type_name("MS");
     command->footer(
-        "The panel removes the aberrations that it shows, as zentrix correct --remove does. It starts with those given "
+        "The panel removes the aberrations that it shows, as zentrix correct does. It starts with those given "
         "here. Its angles are whole degrees.");
     command->callback([&global, request] { run(*request, global); });
 }

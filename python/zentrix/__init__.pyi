@@ -1,7 +1,7 @@
 """Types of the package; the docstrings are in its modules."""
 
 import os
-from collections.abc import Iterator, Mapping, Sequence
+from collections.abc import Callable, Iterable, Iterator, Mapping, Sequence
 from typing import Any, Literal, NamedTuple, overload
 
 import numpy as np
@@ -54,7 +54,7 @@ class ImageCTF(NamedTuple):
     values: NDArray[np.float32]
 
 class Host(ScriptFunctions):
-    def call(self, name: str, *arguments: Any) -> Any: ...
+    def call(self, name: str, /, *arguments: Any, **keywords: Any) -> Any: ...
     def call_method(self, handler: object, prototype: str, *arguments: Any) -> Any: ...
     def functions(self) -> list[str]: ...
     def trace(self) -> dict[str, tuple[int, int]]: ...
@@ -67,6 +67,7 @@ def correct(
     wave: ArrayLike,
     *,
     nan: Literal["refuse", "zero", "mean"] = "refuse",
+    progress: Callable[..., Iterable[Any]] | None = None,
     pixel: float | tuple[float, float],
     kv: float | None = None,
     wavelength: float | None = None,
@@ -94,6 +95,7 @@ def aberrate(
     wave: ArrayLike,
     *,
     nan: Literal["refuse", "zero", "mean"] = "refuse",
+    progress: Callable[..., Iterable[Any]] | None = None,
     pixel: float | tuple[float, float],
     kv: float | None = None,
     wavelength: float | None = None,
@@ -118,7 +120,7 @@ def aberrate(
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
 def transfer_function(
-    shape: tuple[int, int],
+    shape: Sequence[int],
     *,
     correcting: bool = False,
     shifted: bool = True,
@@ -176,7 +178,7 @@ def ctf(
 ) -> RadialCTF: ...
 @overload
 def ctf(
-    shape: tuple[int, int],
+    shape: Sequence[int],
     *,
     pixel: float | tuple[float, float],
     kv: float | None = None,
@@ -204,14 +206,23 @@ def ctf(
 @overload
 def wavelength(kv: float) -> float: ...
 @overload
-def wavelength(kv: ArrayLike) -> NDArray[np.float64]: ...
+def wavelength(kv: Sequence[float] | NDArray[Any]) -> NDArray[np.float64]: ...
 @overload
 def unwrap(
-    phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, report: Literal[False] = False
+    phase: ArrayLike,
+    mask: ArrayLike | None = None,
+    box: int | None = None,
+    report: Literal[False] = False,
+    progress: Callable[..., Iterable[Any]] | None = None,
 ) -> NDArray[np.float32]: ...
 @overload
 def unwrap(
-    phase: ArrayLike, mask: ArrayLike | None = None, box: int | None = None, *, report: Literal[True]
+    phase: ArrayLike,
+    mask: ArrayLike | None = None,
+    box: int | None = None,
+    *,
+    report: Literal[True],
+    progress: Callable[..., Iterable[Any]] | None = None,
 ) -> tuple[NDArray[np.float32], UnwrapReport]: ...
 def panel(
     wave: ArrayLike,
@@ -222,3 +233,21 @@ def panel(
     save: str | os.PathLike[str] = "corrected.npy",
     **optics: Any,
 ) -> LivePanel: ...
+def to_notation(
+    notation: Literal["polar", "cartesian", "corrector"],
+    values: Mapping[str, Any],
+    *,
+    length: str | None = None,
+    angle: Literal["deg", "rad"] = "deg",
+    clockwise: bool = False,
+    zero: float = 0.0,
+) -> dict[str, float]: ...
+def from_notation(
+    notation: Literal["polar", "cartesian", "corrector"],
+    values: Mapping[str, float],
+    *,
+    length: str | None = None,
+    angle: Literal["deg", "rad"] = "deg",
+    clockwise: bool = False,
+    zero: float = 0.0,
+) -> dict[str, Any]: ...

@@ -1,5 +1,7 @@
 """Aberration coefficients in each form that the package accepts, and arrays of them."""
 
+import math
+
 import numpy as np
 
 from . import _core
@@ -10,7 +12,7 @@ COEFFICIENTS = _core.coefficients()
 
 
 def polar(name, value):
-    """(modulus, degrees) of a coefficient, two arrays of float64 of the same shape: () for a single value.
+    """(modulus, degrees) of a coefficient: two floats, or two arrays of float64 of the same shape.
 
     value   a number; (modulus, degrees); a complex number modulus * exp(i angle); a text as on the command line,
             "14@35"; or a list or array of one of these, for a sweep. In a pair, too, either part may be an array.
@@ -22,8 +24,13 @@ def polar(name, value):
     if isinstance(value, tuple):
         return _pair(name, value, takes)
     scalar = as_scalar(value)
+    if isinstance(scalar, float):
+        if not math.isfinite(scalar):
+            raise ValueError(f"{takes}, not {scalar}.")
+        return scalar, 0.0
     if scalar is not None:
-        return _from_numbers(name, np.asarray(scalar), takes, value)
+        modulus, degrees = _from_numbers(name, np.array([scalar]), takes, value)
+        return float(modulus[0]), float(degrees[0])
     array = as_array(value, takes)
     if array is None:
         raise TypeError(f"{takes}, not {shown(value)}.")
@@ -47,10 +54,9 @@ def _takes(name):
 
 def _parsed(name, text):
     try:
-        modulus, degrees = _core.parse_coefficient(name, text)
+        return _core.parse_coefficient(name, text)
     except ValueError as problem:
         raise ValueError(f"{problem}.") from None
-    return np.asarray(modulus), np.asarray(degrees)
 
 
 def _pair(name, value, takes):
@@ -58,8 +64,14 @@ def _pair(name, value, takes):
         raise ValueError(f"{takes}; it is round and has no angle, so it cannot be {shown(value)}.")
     if len(value) != 2:
         raise ValueError(f"{takes}, not {shown(value)}.")
-    modulus, degrees = (reals(part, takes) for part in value)
-    return broadcast(takes, modulus, degrees)
+    parts = [reals(part, takes) for part in value]
+    if all(isinstance(part, float) for part in parts):
+        return tuple(parts)
+    try:
+        return tuple(np.broadcast_arrays(*parts))
+    except ValueError:
+        shapes = " and ".join(str(np.shape(part)) for part in parts)
+        raise ValueError(f"{takes}; arrays of shape {shapes} do not fit each other.") from None
 
 
 def _from_numbers(name, array, takes, value):
@@ -83,11 +95,3 @@ def _refuse_pair_in_brackets(name, value):
                 f"{name}=[{first}, {second}] is ambiguous: write ({first}, {second}) for modulus and degrees, "
                 f"numpy.array([{first}, {second}]) for a sweep of two moduli."
             )
-
-
-def broadcast(takes, *arrays):
-    try:
-        return np.broadcast_arrays(*arrays)
-    except ValueError:
-        shapes = " and ".join(str(array.shape) for array in arrays)
-        raise ValueError(f"{takes}; arrays of shape {shapes} do not fit each other.") from None

@@ -18,7 +18,7 @@ def as_scalar(value):
     if isinstance(value, (bool, np.bool_)):
         return None
     try:
-        if isinstance(value, (numbers.Real, decimal.Decimal)):
+        if type(value) in (int, float) or isinstance(value, (numbers.Real, decimal.Decimal)):
             return float(value)
         return complex(value) if isinstance(value, numbers.Complex) else None
     except OverflowError:
@@ -39,10 +39,12 @@ def number(value, takes):
 
 
 def reals(value, takes):
-    """Finite real numbers as an array of float64, of shape () for a single number."""
+    """Finite real numbers: a float, or an array of float64."""
+    if isinstance(value, float) and math.isfinite(value):  # the defaults
+        return float(value)
     array = as_array(value, takes)
     if array is None:
-        return np.asarray(number(value, takes))
+        return number(value, takes)
     if array.dtype == object:
         return each(array, lambda element: reals(element, takes), takes)
     if array.dtype.kind not in "iuf":
@@ -71,16 +73,14 @@ def as_array(value, takes):
 def each(array, convert, takes):
     """The array of the converted elements, with the axes of `array` first."""
     converted = [convert(element) for element in array.ravel()]
-    if len({one.shape for one in converted}) > 1:
+    if len({np.shape(one) for one in converted}) > 1:
         raise ValueError(f"{takes}; the elements of the list have different lengths.")
-    return np.stack(converted).reshape(array.shape + converted[0].shape)
+    return np.stack(converted).reshape(array.shape + np.shape(converted[0]))
 
 
 def all_finite(array, takes):
     bad = ~np.isfinite(array)
     if bad.any():
-        if array.ndim == 0:
-            raise ValueError(f"{takes}, not {array}.")
         where = ", ".join(map(str, np.argwhere(bad)[0]))
         raise ValueError(f"{takes}; element {where} of the array is {array[bad][0]}.")
     return array

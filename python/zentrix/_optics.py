@@ -3,6 +3,7 @@
 import difflib
 import inspect
 import re
+import warnings
 
 import numpy as np
 
@@ -53,18 +54,13 @@ class Optics:
         values = {**PARAMETERS, **given}
         self.pixel = pixel_size(values["pixel"])
         self.wavelength = _wavelength(caller, values["kv"], values["wavelength"])
+        _warn_of_large_angles(self.wavelength / self.pixel / 2)
         self.envelope = word("envelope", values["envelope"], ("auto", "on", "off"))
-        arrays = {}
-        for name in COEFFICIENTS:
-            arrays[name], arrays[f"{name}'s angle"] = polar(name, values[name])
+        numbers = {name: polar(name, values[name]) for name in COEFFICIENTS}
         for name, unit in WIDTHS.items():
-            arrays[name] = reals(values[name], f"{name} is an rms width in {unit}")
-        arrays["tilt"], arrays["tilt's second part"] = _tilt(values["tilt"])
-        try:
-            self._values = np.stack(np.broadcast_arrays(*arrays.values()), axis=-1)
-        except ValueError:
-            shapes = ", ".join(f"{name} {array.shape}" for name, array in arrays.items() if array.ndim)
-            raise ValueError(f"The arrays of a sweep have to fit each other as in NumPy: {shapes}.") from None
+            numbers[name] = (reals(values[name], f"{name} is an rms width in {unit}"),)
+        numbers["tilt"] = _tilt(values["tilt"])
+        self._values = _broadcast(numbers)
         self.shape = self._values.shape[:-1]
 
     def settings(self):
@@ -139,6 +135,25 @@ def _wavelength(caller, kv, wavelength):
             f"wavelength=zentrix.wavelength({voltage:.15g})."
         )
     return _core.electron_wavelength(voltage)
+
+
+def _warn_of_large_angles(angle):
+    """Light on fine pixels reaches some radians; more comes from mixed units."""
+    if 10 < angle < 1e5:  # beyond that the correction itself refuses
+        text = f"Scattering angles reach {angle:.3g} rad: check the units of wavelength (nm) and pixel (nm)."
+        warnings.warn(text, stacklevel=4)
+
+
+def _broadcast(numbers):
+    """All values of `numbers` (name -> tuple of floats or arrays) along the last axis, the sweep's axes first."""
+    flat = [part for parts in numbers.values() for part in parts]
+    if all(isinstance(part, float) for part in flat):
+        return np.array(flat)
+    try:
+        return np.stack(np.broadcast_arrays(*flat), axis=-1)
+    except ValueError:
+        shapes = ", ".join(f"{name} {np.shape(parts[-1])}" for name, parts in numbers.items() if np.ndim(parts[-1]))
+        raise ValueError(f"The arrays of a sweep have to fit each other as in NumPy: {shapes}.") from None
 
 
 def _tilt(value):

@@ -10,6 +10,7 @@ import numpy as np
 from . import _core
 from ._correct import running_core
 from ._numbers import is_masked, shown
+from ._signals import takes_signals
 from ._wave_arrays import planes
 
 
@@ -32,16 +33,19 @@ class UnwrapReport(NamedTuple):
     labels: Any  #: (..., y, x): the number of each pixel's region, 1 for the plane's largest; 0 if it is left out
 
 
-def unwrap(phase, mask=None, box=None, report=False):
+@takes_signals
+def unwrap(phase, mask=None, box=None, report=False, progress=None):
     """Unwraps a phase by Goldstein's branch cuts (Radio Science 23 (1988) 713-720), or each plane of a stack on its own.
 
-    phase          real array (..., y, x), not modified, wrapped to -pi to pi [rad]; also a masked array. The computation
-                   is done in single precision, whatever the array has.
+    phase          real array (..., y, x), not modified, wrapped to -pi to pi [rad]; also a masked array, a signal of
+                   HyperSpy, or a Dask array (zentrix.dask). The computation is done in single precision, whatever the
+                   array has.
     mask           boolean array, True where a pixel is left out, as in NumPy's masked arrays. Its shape is that of the
                    phase, or that of a plane for all planes alike.
     box            largest box in which residues are joined [pixels]. None or 0: half the sum of width and height. 1 or
                    2: each residue is cut off to the nearest edge.
     report         True: return (unwrapped phase, UnwrapReport)
+    progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the planes
 
     Returns a new array of float32, masked if the phase is. Pixels that are masked, infinite or not a number are left out
     and come back as they were. Each area that they enclose has its own offset: its first pixel keeps its value.
@@ -55,7 +59,7 @@ def unwrap(phase, mask=None, box=None, report=False):
     if left_out is not None:
         result[left_out] = np.nan
     host = running_core()
-    for _, plane in planes(result):
+    for _, plane in planes(result, progress):
         _core.unwrap(host, plane, limit)
     told = _report(wrapped if left_out is None else np.where(left_out, np.nan, wrapped), result) if report else None
     if left_out is not None:
@@ -99,7 +103,7 @@ def _checked_copy(phase, mask):
         beyond &= ~left_out
     if beyond.any():
         count = np.count_nonzero(beyond)
-        warnings.warn(f"{count} values are beyond -pi to pi; a wrapped phase in radians is expected.", stacklevel=3)
+        warnings.warn(f"{count} values are beyond -pi to pi; a wrapped phase in radians is expected.", stacklevel=4)
     return copy, left_out
 
 

@@ -34,7 +34,7 @@ def wavelength(kv):
         >>> round(zentrix.wavelength(300), 7)
         0.0019687
     """
-    values = reals(kv, "kv is the accelerating voltage in kV")
+    values = np.asarray(reals(kv, "kv is the accelerating voltage in kV"))
     result = np.array([_core.electron_wavelength(kilovolts(voltage)) for voltage in values.ravel()])
     return result.reshape(values.shape) if values.ndim else float(result[0])
 
@@ -97,9 +97,9 @@ def ctf(shape=None, *, q=None, along=None, **optics):
 
 
 def _transfer_function(size, lens, remove, shifted):
-    result = np.ones(lens.shape + size, np.complex64)
+    result, host = np.ones(lens.shape + size, np.complex64), running_core()
     for index, setting in lens.settings():
-        _core.multiply_by_transfer(running_core(), result[index], setting, remove, lens.envelope)
+        _core.multiply_by_transfer(host, result[index], setting, remove, lens.envelope)
     return result if shifted else np.fft.ifftshift(result, axes=(-2, -1))
 
 

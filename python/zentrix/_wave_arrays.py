@@ -1,5 +1,6 @@
 """Waves as arrays: what is accepted, and what happens to pixels that are not finite."""
 
+import math
 import os
 
 import numpy as np
@@ -21,19 +22,25 @@ def checked_copy(wave, nan):
         if bad == 0:
             continue
         which = f"the wave's plane {', '.join(map(str, place))}" if place else "the wave"
-        if bad == plane.size:
-            raise ValueError(f"No pixel of {which} is a finite number.")
         if nan == "refuse":
             raise ValueError(
                 f"{bad} of {plane.size} pixels of {which} are {_what_is_wrong(wave, values[place])}; "
                 'nan="zero" or "mean" replaces them.'
             )
+        if bad == plane.size:
+            raise ValueError(f"No pixel of {which} is a finite number.")
     return copy
 
 
-def planes(array):
-    """(index, plane) of each two-dimensional plane; the index is () for a single one."""
-    return ((index, array[index]) for index in np.ndindex(array.shape[:-2]))
+def planes(array, progress=None):
+    """(index, plane) of each two-dimensional plane; the index is () for a single one. `progress` wraps the indices."""
+    stack = array.shape[:-2]
+    indices = np.ndindex(stack)
+    if progress is not None:
+        if not callable(progress):
+            raise TypeError(f"progress is a function such as tqdm.tqdm, not {shown(progress)}.")
+        indices = progress(indices, total=math.prod(stack))
+    return ((index, array[index]) for index in indices)
 
 
 def _complex_values(wave):

@@ -123,8 +123,8 @@ class at_the_panel : public testing::Test
     testing::AssertionResult equals_command(const std::vector<std::string>& options, const char* wave = "wave.npy",
                                             const char* kilovolts = "300")
     {
-        const auto done = bench_.zentrix(support::joined(
-            {"correct", wave, "-o", "out.npy", "--remove", "--kv", kilovolts, "--pixel", "0.05"}, options));
+        const auto done = bench_.zentrix(
+            support::joined({"correct", wave, "-o", "out.npy", "--kv", kilovolts, "--pixel", "0.05"}, options));
         EXPECT_EQ(done.code, 0) << done.err;
         return support::same_bytes(result(), support::pixels_of<complex>(bench_ / "out.npy"));
     }

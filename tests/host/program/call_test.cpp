@@ -126,6 +126,9 @@ TEST(Unwrap, UnwrapsPhasesWavesAndVolumes)
             ASSERT_NEAR(got[static_cast<std::size_t>(i)] - got[0], hill(i % 40, i / 40 % 30) - hill(0, 0), 1e-5) << i;
     }
     EXPECT_THAT(bench.zentrix("unwrap -o u.npy degrees.npy").err, HasSubstr("are beyond -pi to pi"));
+    EXPECT_THAT(bench.zentrix("unwrap -o u.npy volume.npy").out,
+                HasSubstr("residues: 0 positive, 0 negative; pixels at cuts: 0; regions with an offset of their own: 2; "
+                          "pixels not reached: 0\n"));
 }
 
 TEST(Unwrap, LeavesOutPixelsThatAreNotFiniteAndKeepsAreasApart)
@@ -163,6 +166,7 @@ TEST(CommandLine, IsCheckedBeforeAnyWork)
                                            {correct, "--kv or --wavelength is required"},
                                            {correct + "--kv 300 --C1 5@20", "C1 is a number in nm, not \"5@20\""},
                                            {correct + "--kv 300 --C1 -inf", "C1 is a number in nm, not \"-inf\""},
+                                           {correct + "--remove", "\"correct\" removes aberrations"},
                                            {correct + "--kv 300 --tilt 3", "--tilt is X,Y in mrad, not \"3\""},
                                            {correct + "--kv 300 --show colour", "colour"},
                                            {correct + "--kv nan", "expected a positive number, not \"nan\""},

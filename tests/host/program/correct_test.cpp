@@ -31,7 +31,7 @@ TEST(Correct, RemovesTheAberrationsOfAnIndependentLens)
     const workbench bench;
     ASSERT_EQ(bench.run(support::built(MAKE_SAMPLE), {"in.npy", "truth.npy"}).code, 0);
     const auto done = bench.zentrix(
-        "correct in.npy -o out.npy --kv 300 --pixel 0.02 --remove --C1 -62 --A1 14@35 --B2 380@110 --A2 290@-20 "
+        "correct in.npy -o out.npy --kv 300 --pixel 0.02 --C1 -62 --A1 14@35 --B2 380@110 --A2 290@-20 "
         "--C3 .15 --S3 2.5@75 --png out.png --show phase");
     EXPECT_EQ(done.code, 0);
     EXPECT_EQ(done.err, "");
@@ -49,8 +49,8 @@ TEST(Correct, RemovingUndoesApplyingInAnySizeWithTilt)
     for (const auto& [width, height] : {std::pair{128, 64}, {33, 45}}) {
         const workbench bench;
         write_noise(bench / "wave.npy", width, height);
-        ASSERT_EQ(bench.zentrix("correct wave.npy -o there.npy" + lens).code, 0);
-        ASSERT_EQ(bench.zentrix("correct there.npy -o back.npy --remove" + lens).code, 0);
+        ASSERT_EQ(bench.zentrix("aberrate wave.npy -o there.npy" + lens).code, 0);
+        ASSERT_EQ(bench.zentrix("correct there.npy -o back.npy" + lens).code, 0);
         const auto wave = pixels_of<complex>(bench / "wave.npy");
         EXPECT_GT(support::largest_difference(pixels_of<complex>(bench / "there.npy"), wave), 1);
         EXPECT_LT(support::largest_difference(pixels_of<complex>(bench / "back.npy"), wave), 2e-5) << width;
@@ -68,20 +68,20 @@ TEST(Correct, EnvelopeWidthsAreRmsInTheStatedUnits)
     const workbench bench;
     support::write_wave(bench / "in.npy", size, size,
                         [](int x, int) { return complex{1.0 + std::polar(0.25, 2 * pi * cycles * x / size)}; });
-    for (const auto& [options, exponent] :
-         {std::pair<std::string, double>{"--focus-spread 12", std::pow(pi * 12 * wavelength * g * g, 2) / 2},
-          {"--vibration 0.05", vibration},
-          {"--convergence 0.5", std::pow(gradient * 0.5e-3, 2) / 2},
-          {"--vibration 0.05 --envelope off", 0},
-          {"--vibration 0.05 --remove", 0},
-          {"--vibration 0.05 --remove --envelope on", vibration}}) {
-        ASSERT_EQ(bench.zentrix("correct in.npy -o out.npy --kv 300 --pixel 0.05 --C1 -60 " + options).code, 0);
+    for (const auto& [command, exponent] :
+         {std::pair<std::string, double>{"aberrate --focus-spread 12", std::pow(pi * 12 * wavelength * g * g, 2) / 2},
+          {"aberrate --vibration 0.05", vibration},
+          {"aberrate --convergence 0.5", std::pow(gradient * 0.5e-3, 2) / 2},
+          {"aberrate --vibration 0.05 --envelope off", 0},
+          {"correct --vibration 0.05", 0},
+          {"correct --vibration 0.05 --envelope on", vibration}}) {
+        ASSERT_EQ(bench.zentrix(command + " in.npy -o out.npy --kv 300 --pixel 0.05 --C1 -60").code, 0);
         std::complex<double> sideband;
         const auto out = pixels_of<complex>(bench / "out.npy");
         for (int i = 0; i < size * size; ++i)
             sideband +=
                 std::complex<double>{out[i]} * std::polar(1.0 / (size * size), -2 * pi * cycles * (i % size) / size);
-        EXPECT_NEAR(std::abs(sideband) / 0.25, std::exp(-exponent), 1e-5) << options;
+        EXPECT_NEAR(std::abs(sideband) / 0.25, std::exp(-exponent), 1e-5) << command;
     }
 }
 

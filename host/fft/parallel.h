@@ -1,0 +1,31 @@
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <exception>
+#include <thread>
+#include <vector>
+
+namespace zentrix::host {
+
+/// Calls work(thread, item) once for each item, 0 <= item < count, on up to `threads` threads, 0 <= thread < threads.
+/// The calling thread is one of them; the others end before this returns, so that a forked child misses none. Where the
+/// system starts no more threads, those that run do the whole work.
+/// work  must not throw
+template <class Work>
+void in_parallel(std::ptrdiff_t count, std::ptrdiff_t threads, const Work& work) noexcept
+{
+    std::atomic<std::ptrdiff_t> next{0};
+    const auto take_items = [&](std::ptrdiff_t thread) {
+        for (auto item = next++; item < count; item = next++) work(thread, item);
+    };
+    std::vector<std::jthread> others;
+    try {
+        others.reserve(static_cast<std::size_t>(threads - 1));
+        for (std::ptrdiff_t thread = 1; thread < threads; ++thread) others.emplace_back(take_items, thread);
+    } catch (const std::exception&) {  // no memory, or no more threads
+    }
+    take_items(0);
+}
+
+}  // namespace zentrix::host
