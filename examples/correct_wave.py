@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Simulates the exit wave of a thin crystal and a misaligned lens, corrects the image wave and plots all three.
 
-    PYTHONPATH=build/release/python examples/correct_wave.py [PICTURE.png]
+    python3 examples/correct_wave.py [PICTURE.png]
 """
 
 import sys
@@ -34,31 +34,26 @@ def crystal():
     return phase
 
 
-def unwrapped_phase(zx, wave):
-    return zx.ZXGoldstain(np.angle(wave).astype(np.float32), 0)
-
-
 def plot(pictures, file):
-    figure, axes = plt.subplots(1, len(pictures), figsize=(4 * len(pictures), 4.4), sharex=True, sharey=True)
-    for axis, (title, picture) in zip(axes, pictures):
-        shown = axis.imshow(picture, cmap="gray", extent=(0, SIZE * PIXEL, SIZE * PIXEL, 0))
+    figure, axes = plt.subplots(1, len(pictures), figsize=(12, 4.6), sharey=True, layout="constrained")
+    limits = dict(vmin=min(map(np.min, pictures.values())), vmax=max(map(np.max, pictures.values())))
+    for axis, (title, picture) in zip(axes, pictures.items()):
+        shown = axis.imshow(picture, cmap="gray", extent=(0, SIZE * PIXEL, SIZE * PIXEL, 0), **limits)
         axis.set_title(title)
         axis.set_xlabel("nm")
-        figure.colorbar(shown, ax=axis, orientation="horizontal", label="phase [rad]")
-    figure.tight_layout()
+    figure.colorbar(shown, ax=axes, label="phase [rad]", pad=0.01, shrink=0.8)
     figure.savefig(file, dpi=120)
 
 
 def main():
-    zx = zentrix.load()
     ideal = np.exp(1j * crystal()).astype(np.complex64)
-    seen = zentrix.correct(ideal, remove=False, **LENS)
+    seen = zentrix.aberrate(ideal, **LENS)
     corrected = zentrix.correct(seen, **LENS)
     error = abs(corrected - ideal).max()
     print(f"largest difference from the exit wave: {abs(seen - ideal).max():.2g} before, {error:.2g} after")
     waves = {"exit wave": ideal, "image wave": seen, "corrected": corrected}
     file = sys.argv[1] if len(sys.argv) > 1 else "correct_wave.png"
-    plot([(title, unwrapped_phase(zx, wave)) for title, wave in waves.items()], file)
+    plot({title: zentrix.unwrap(np.angle(wave)) for title, wave in waves.items()}, file)
     print(f"pictures in {file}")
     return 0 if error < 1e-4 else 1
 

@@ -28,12 +28,16 @@ constexpr char kind_of(host::element_class meaning)
     return 0;
 }
 
+/// Asked of the dtype as Python does: NumPy 2 moved this field of its C structure, and the module is to run with both.
+py::ssize_t bytes_of(const py::dtype& type) { return type.attr("itemsize").cast<py::ssize_t>(); }
+
 /// The host's element type for a dtype; null if there is none.
 const host::element* element_of(const py::dtype& type)
 {
     const auto all = host::all_elements();
+    const auto bytes = static_cast<std::size_t>(bytes_of(type));
     const auto found = std::ranges::find_if(all, [&](const host::element& element) {
-        return kind_of(element.meaning) == type.kind() && element.bytes == static_cast<std::size_t>(type.itemsize());
+        return kind_of(element.meaning) == type.kind() && element.bytes == bytes;
     });
     return found == all.end() ? nullptr : &*found;
 }
@@ -97,12 +101,13 @@ void check(const py::array& array)
 layout layout_of(const py::array& array)
 {
     constexpr auto largest = std::numeric_limits<std::int32_t>::max();
+    const py::ssize_t bytes = bytes_of(array.dtype());
     layout found;
     for (py::ssize_t d = array.ndim(); d-- > 0;) {
-        if (array.strides(d) % array.itemsize() != 0)
+        if (array.strides(d) % bytes != 0)
             throw py::value_error{"An array with strides of " + py::str(array.attr("strides")).cast<std::string>() +
                                   " bytes, not a multiple of its element size, cannot be an image: pass a copy()."};
-        const py::ssize_t stride = array.strides(d) / array.itemsize();
+        const py::ssize_t stride = array.strides(d) / bytes;
         if (array.shape(d) > largest || std::abs(stride) > largest)
             throw py::value_error{"An array of shape " + shape_text(array) +
                                   " cannot be an image: its sizes and strides have to fit 32 bits."};
@@ -135,7 +140,7 @@ notification_counts& the_counts()
 /// Called when the host is notified of changed pixels: on its main thread, without the interpreter lock.
 void count_notification(PyObject* array)
 {
-    const py::gil_scoped_acquire locked;
+    const interpreter_lock locked;
     auto& count = the_counts()[array];
     ++count.times;
     if (!count.finalizer)
@@ -171,7 +176,7 @@ bool shows(const py::array& array, const host::image& image)
     for (std::size_t d = 0; d < image.dimensions(); ++d) {
         const auto axis = array.ndim() - 1 - static_cast<py::ssize_t>(d);
         if (array.shape(axis) != image.size(d)) return false;
-        if (array.strides(axis) != image.stride(d) * array.itemsize()) return false;
+        if (array.strides(axis) != image.stride(d) * static_cast<py::ssize_t>(element->bytes)) return false;
     }
     return true;
 }

@@ -7,6 +7,12 @@
 #include "host/objects/image.h"
 #include "python/python_object.h"
 
+// NumPy 2 moved the element size, alignment and flags within its C structure of a dtype, and pybind11 2.10 reads them
+// where NumPy 1 has them. What else this module reads through pybind11 (an array's data, shape, strides, base and
+// flags, a dtype's kind) has the same place in both. Use of these members, and of the arrays that pybind11 lays out
+// with them, is an error of compilation.
+#pragma GCC poison itemsize nbytes array_t
+
 /// NumPy arrays as host images and vice versa, sharing the same memory.
 namespace zentrix::python {
 

@@ -3,67 +3,126 @@
 #include <pybind11/complex.h>
 #include <pybind11/stl.h>
 
-#include <algorithm>
-#include <map>
+#include <memory>
+#include <numbers>
+#include <vector>
 
 #include "host/correction/finite_pixels.h"
+#include "host/correction/kept_spectrum.h"
 #include "host/correction/multiply_spectrum.h"
 #include "lens/electron.h"
 #include "lens/transfer.h"
+#include "lens/transfer_value.h"
 #include "python/arrays.h"
 #include "python/session.h"
 
+/// The package passes checked arrays: complex64, two dimensions, contiguous, writable.
 namespace zentrix::python {
 
 namespace {
 
-/// Coefficient name -> (modulus in its unit, degrees).
-using coefficients = std::map<std::string, std::pair<double, double>>;
+/// (modulus in its unit, degrees) of all coefficients, in the order of lens::all_coefficients.
+using coefficients = std::array<std::pair<double, double>, lens::coefficient_count>;
 
-lens::aberrations lens_of(const coefficients& values)
+/// Units as in lens::optics.
+lens::optics optics_of(double wavelength, double pixel, const coefficients& values, const std::array<double, 3>& widths,
+                       std::complex<double> tilt)
 {
-    lens::aberrations lens;
-    for (const auto& about : lens::all_coefficients)
-        if (const auto found = values.find(std::string{about.name}); found != values.end())
-            lens[about.which] = {found->second.first, found->second.second};
-    return lens;
+    lens::optics setup{wavelength, pixel, {}, {widths[0], widths[1], widths[2]}, tilt};
+    for (const auto& about : lens::all_coefficients) {
+        const auto& [modulus, degrees] = values[static_cast<std::size_t>(about.which)];
+        setup.lens[about.which] = {modulus, degrees};
+    }
+    return setup;
 }
 
 lens::damping damping_of(const std::string& word)
 {
     if (word == "auto") return lens::damping::automatic;
-    if (word == "on") return lens::damping::on;
-    if (word == "off") return lens::damping::off;
-    throw py::value_error{"The envelope is \"auto\", \"on\" or \"off\", not \"" + word + "\"."};
+    return word == "on" ? lens::damping::on : lens::damping::off;
 }
 
-/// Replaces pixels that are infinite or not a number by the rule "zero" or "mean"; the rule "refuse" raises ValueError.
-void replace_bad_pixels(host::image& wave, const std::string& rule)
+lens::transfer_arguments arguments_for(const lens::optics& setup, const host::image& plane, bool remove,
+                                       const std::string& envelope)
 {
-    if (rule != "refuse" && rule != "zero" && rule != "mean")
-        throw py::value_error{"nan is \"refuse\", \"zero\" or \"mean\", not \"" + rule + "\"."};
-    const std::size_t count = host::count_not_finite(wave);
-    if (count == 0) return;
-    if (count == wave.count()) throw py::value_error{"No pixel of the wave is a finite number."};
-    if (rule == "refuse")
-        throw py::value_error{
-            std::to_string(count) + " of " + std::to_string(wave.count()) +
-            " pixels of the wave are infinite or not a number; nan=\"zero\" or \"mean\" replaces them."};
-    host::replace_not_finite(wave, rule == "mean" ? host::mean_of_finite(wave) : std::complex<float>{});
+    return lens::arguments_for(setup, static_cast<int>(plane.size(0)), static_cast<int>(plane.size(1)),
+                               remove ? lens::direction::remove : lens::direction::apply, damping_of(envelope));
 }
 
-/// Corrects `wave` in place. Units as in lens::optics.
-void correct(session& host, const py::array& wave, double wavelength, double pixel, const coefficients& lens,
-             const std::array<double, 3>& spread, std::complex<double> tilt, bool remove, const std::string& envelope,
-             const std::string& nan)
+/// Corrects `wave` in place.
+void correct(session& host, const py::array& wave, const lens::optics& setup, bool remove, const std::string& envelope)
 {
-    const lens::optics optics{wavelength, pixel, lens_of(lens), {spread[0], spread[1], spread[2]}, tilt};
-    const auto direction = remove ? lens::direction::remove : lens::direction::apply;
     const auto image = image_of(wave);
-    replace_bad_pixels(*image, nan);
-    const auto arguments = lens::arguments_for(optics, static_cast<int>(image->size(0)),
-                                               static_cast<int>(image->size(1)), direction, damping_of(envelope));
+    const auto arguments = arguments_for(setup, *image, remove, envelope);
     host.run([&](host::engine& engine) { host::multiply_spectrum(engine, image, arguments); });
+}
+
+/// Multiplies `spectrum` in place by the transfer function.
+void multiply_by_transfer(session& host, const py::array& spectrum, const lens::optics& setup, bool remove,
+                          const std::string& envelope)
+{
+    const auto image = image_of(spectrum);
+    const auto arguments = arguments_for(setup, *image, remove, envelope);
+    host.run([&](host::engine& engine) { host::multiply_by_transfer(engine, image, image, arguments); });
+}
+
+/// The contrast transfer sin(chi) times envelope at the frequencies `q` [1/nm], each the mean over `directions`
+/// [degrees].
+std::vector<double> radial_contrast(const lens::optics& setup, const std::vector<double>& q,
+                                    const std::vector<double>& directions, const std::string& envelope)
+{
+    const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply, damping_of(envelope));
+    std::vector<double> values;
+    for (const double frequency : q) {
+        double sum = 0;
+        for (const double degrees : directions)
+            sum -=
+                lens::transfer_value(arguments, frequency * std::polar(1.0, degrees * std::numbers::pi / 180)).imag();
+        values.push_back(sum / static_cast<double>(directions.size()));
+    }
+    return values;
+}
+
+/// Replaces pixels that are not finite by 0 (rule "zero") or by the mean of the others (rule "mean"); any other rule
+/// replaces nothing. Returns their number.
+std::size_t replace_not_finite(const py::array& wave, const std::string& rule)
+{
+    const auto image = image_of(wave);
+    const py::gil_scoped_release others_may_run;
+    const std::size_t count = host::count_not_finite(*image);
+    if (count > 0 && (rule == "zero" || rule == "mean"))
+        host::replace_not_finite(*image, rule == "mean" ? host::mean_of_finite(*image) : std::complex<float>{});
+    return count;
+}
+
+std::unique_ptr<host::kept_spectrum> keep_spectrum(session& host, const py::array& wave)
+{
+    const auto image = image_of(wave);
+    return host.run([&](host::engine&) { return std::make_unique<host::kept_spectrum>(image); });
+}
+
+void multiply_kept(host::kept_spectrum& self, session& host, const py::array& destination, const lens::optics& setup,
+                   bool remove, const std::string& envelope)
+{
+    const auto image = image_of(destination);
+    if (static_cast<int>(image->size(0)) != self.width() || static_cast<int>(image->size(1)) != self.height())
+        throw py::value_error{"The destination has another size than the wave."};
+    const auto arguments = arguments_for(setup, *image, remove, envelope);
+    host.run([&](host::engine& engine) { self.multiply(engine, arguments, image); });
+}
+
+const lens::coefficient_traits& traits_of(const std::string& name)
+{
+    for (const auto& about : lens::all_coefficients)
+        if (about.name == name) return about;
+    throw py::key_error{name};
+}
+
+/// (modulus, degrees) of a coefficient's text, "14@35".
+std::pair<double, double> parse_coefficient(const std::string& name, const std::string& text)
+{
+    const auto value = lens::parse_coefficient(traits_of(name).which, text);
+    return {value.modulus, value.angle_degrees};
 }
 
 /// name -> (meaning, unit, whether it has an angle)
@@ -80,9 +139,15 @@ py::dict coefficient_table()
 
 void add_correction(py::module_& to)
 {
+    py::class_<lens::optics>(to, "Optics").def(py::init(&optics_of));
+    py::class_<host::kept_spectrum>(to, "Spectrum").def(py::init(&keep_spectrum)).def("multiply", &multiply_kept);
     to.def("electron_wavelength", &lens::electron_wavelength);
     to.def("coefficients", &coefficient_table);
+    to.def("parse_coefficient", &parse_coefficient);
+    to.def("replace_not_finite", &replace_not_finite);
     to.def("correct", &correct);
+    to.def("multiply_by_transfer", &multiply_by_transfer);
+    to.def("radial_contrast", &radial_contrast);
 }
 
 }  // namespace zentrix::python

@@ -4,7 +4,8 @@
 
 namespace zentrix::python {
 
-/// Adds the functions that zentrix.correct uses: the wavelength, the table of coefficients, the correction in place.
+/// Adds what the package's functions for waves use: the table of coefficients, the parameters of the lens, the
+/// corrections in place, and spectra that are kept.
 void add_correction(pybind11::module_& to);
 
 }  // namespace zentrix::python

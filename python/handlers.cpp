@@ -7,12 +7,12 @@ namespace zentrix::python {
 namespace {
 
 /// Calls a Python method with all arguments except the first, the object itself.
-host::script_value call_python(const py::object& method, std::span<const host::script_value> arguments)
+host::script_value call_with_python_values(const py::object& method, std::span<const host::script_value> arguments)
 {
     py::list python_arguments;
     for (const auto& argument : arguments.subspan(arguments.empty() ? 0 : 1))
         python_arguments.append(argument_to_python(argument));
-    return result_from_python(method(*py::tuple{python_arguments}));
+    return result_from_python(call_python(method, py::tuple{python_arguments}));
 }
 
 class python_method : public host::function
@@ -24,7 +24,7 @@ class python_method : public host::function
     {
         const bool has_result = signature().result.kind != HOST_VOID;
         return call_back([&] {
-            auto result = call_python(owner_.get(), arguments);
+            auto result = call_with_python_values(owner_.get(), arguments);
             return has_result ? result : host::script_value{};
         });
     }

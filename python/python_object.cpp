@@ -15,9 +15,13 @@ stand_ins& the_stand_ins()
     return all;
 }
 
-py::object& the_kept_error()
+thread_local PyObject* kept_error = nullptr;
+
+/// The exception with its traceback.
+py::object exception_of(const py::error_already_set& raised)
 {
-    static auto& error = *new py::object;
+    py::object error = raised.value();
+    if (error && raised.trace()) PyException_SetTraceback(error.ptr(), raised.trace().ptr());
     return error;
 }
 
@@ -29,7 +33,7 @@ python_owner::~python_owner()
         kept_.release();  // the interpreter has already destroyed the object
         return;
     }
-    const py::gil_scoped_acquire locked;
+    const interpreter_lock locked;
     const auto found = the_stand_ins().find(kept_.ptr());
     if (found != the_stand_ins().end() && found->second.expired()) the_stand_ins().erase(found);
     kept_ = py::object{};
@@ -48,11 +52,13 @@ void remember_stand_in(py::handle object, const host::object_ref& stand_in)
 
 void keep_error(py::error_already_set& raised)
 {
-    the_kept_error() = raised.value();
-    if (the_kept_error() && raised.trace()) PyException_SetTraceback(the_kept_error().ptr(), raised.trace().ptr());
+    const py::object former = take_kept_error();
+    kept_error = exception_of(raised).release().ptr();
 }
 
-py::object take_kept_error() { return std::exchange(the_kept_error(), py::object{}); }
+py::object take_kept_error() noexcept { return py::reinterpret_steal<py::object>(std::exchange(kept_error, nullptr)); }
+
+py::object take_raised_error() { return exception_of(py::error_already_set{}); }
 
 std::string error_text(const py::error_already_set& raised)
 {

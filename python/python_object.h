@@ -7,12 +7,11 @@
 
 #include "host/objects/object.h"
 #include "host/objects/value.h"
+#include "python/hand_over.h"
 
 /// The relation between objects of the host and of Python. Functions require the interpreter lock unless they acquire
 /// it.
 namespace zentrix::python {
-
-namespace py = pybind11;
 
 /// Owns a Python object on behalf of the host object that represents it. May be destroyed on any thread, with or
 /// without the interpreter lock.
@@ -37,11 +36,15 @@ host::object_ref find_stand_in(py::handle object);
 /// Makes find_stand_in(object) return `stand_in`, which has to own `object` by a python_owner.
 void remember_stand_in(py::handle object, const host::object_ref& stand_in);
 
-/// Stores the Python exception that ended a callback until the enclosing script call ends.
+/// Stores the Python exception that ended a callback until the enclosing script call ends, for the calling thread.
 void keep_error(py::error_already_set& raised);
 
-/// Removes and returns the stored exception; empty if there is none.
-py::object take_kept_error();
+/// Removes and returns the exception that this thread has stored; empty if there is none. Does not require the
+/// interpreter lock.
+py::object take_kept_error() noexcept;
+
+/// Removes and returns the exception that Python has raised on this thread, with its traceback.
+py::object take_raised_error();
 
 /// "ZeroDivisionError: division by zero"; only the text for a ScriptError, which already includes the class.
 std::string error_text(const py::error_already_set& raised);
@@ -53,7 +56,8 @@ py::object script_error_class();
 template <class Body>
 auto call_back(Body body) -> decltype(body())
 {
-    const py::gil_scoped_acquire locked;
+    const interpreter_lock locked;
+    const callback_scope on_behalf_of_the_library;
     try {
         return body();
     } catch (py::error_already_set& raised) {

@@ -17,9 +17,10 @@ constexpr char advice_on_strides[] =
 /// Passes a message of the host to Python's logger. An exception of the logger is reported as unraisable.
 void pass_to_log(const std::shared_ptr<python_owner>& log, const char* level, const std::string& text)
 {
-    const py::gil_scoped_acquire locked;
+    const interpreter_lock locked;
+    const callback_scope on_behalf_of_the_library;
     try {
-        log->get()(level, text_to_python(text));
+        call_python(log->get(), py::make_tuple(level, text_to_python(text)));
     } catch (py::error_already_set& raised) {
         raised.discard_as_unraisable("zentrix");
     }
@@ -41,79 +42,90 @@ void show_unraisable(const py::object& error)
     PyErr_WriteUnraisable(nullptr);
 }
 
-/// On no other thread does Python handle signals.
-bool on_python_main_thread()
-{
-    const auto threading = py::module_::import("threading");
-    return threading.attr("current_thread")().is(threading.attr("main_thread")());
-}
-
 int sessions_closing = 0;  // all sessions use the same loaded library, so only one at a time may run
 
-}  // namespace
-
-session::session(const std::string& file, py::object log)
+[[noreturn]] void raise_object(const py::object& error)
 {
-    if (sessions_closing > 0) throw host::script_error{"A host cannot be started while another one is closed."};
-    auto options = host::host_options(file, forward_to(std::make_shared<python_owner>(log)));
-    if (on_python_main_thread()) options.interrupted = [this] { return is_interrupted(); };
-    engine_ = std::make_unique<host::engine>(std::move(options));
-    library_ = std::make_unique<host::library>(*engine_, file);
+    PyErr_SetObject(py::type::of(error).ptr(), error.ptr());
+    throw py::error_already_set{};
 }
 
-session::~session()
+/// Raises ScriptError with the error of a callback as its cause. KeyboardInterrupt and the like are raised unchanged.
+[[noreturn]] void raise_script_error(const host::script_error& stopped, const py::object& cause, const char* advice)
 {
-    if (library_ && engine_->on_main_thread()) close();
-}
-
-void session::require_main_thread() const
-{
-    if (!engine_->on_main_thread())
-        throw host::script_error{"Scripts run on the host's main thread only, the one that called zentrix.load()."};
-}
-
-void session::require_usable() const
-{
-    require_main_thread();
-    if (!is_open()) throw host::script_error{"The library is closed."};
-}
-
-/// Runs the handlers of the signals that have arrived. Returns whether one of them raised an exception, which is kept.
-bool session::is_interrupted()
-{
-    const py::gil_scoped_acquire locked;
-    if (PyErr_CheckSignals() == 0) return false;
-    py::error_already_set raised;
-    keep_error(raised);
-    return interrupted_ = true;
-}
-
-/// Raises ScriptError with the error of a callback as its cause. The exception of a signal handler, KeyboardInterrupt
-/// and the like are raised unchanged.
-void session::raise(const host::script_error& stopped, const char* advice, bool interrupted)
-{
-    const py::object cause = take_kept_error();
-    if (cause && (interrupted || !py::isinstance(cause, py::handle{PyExc_Exception}))) {
-        PyErr_SetObject(py::type::of(cause).ptr(), cause.ptr());
-        throw py::error_already_set{};
-    }
+    if (cause && !py::isinstance(cause, py::handle{PyExc_Exception})) raise_object(cause);
     const py::object error = script_error_class()(text_to_python(stopped.what()));
     if (cause) PyException_SetCause(error.ptr(), py::object{cause}.release().ptr());
     if (advice && std::string_view{stopped.what()} == refused_parameters && py::hasattr(error, "add_note"))
         error.attr("add_note")(advice);  // in addition to the script's message, which stays unchanged
-    PyErr_SetObject(script_error_class().ptr(), error.ptr());
-    throw py::error_already_set{};
+    raise_object(error);
+}
+
+}  // namespace
+
+void raise_errors(const ended_call& ended, const char* advice)
+{
+    if (ended.signal) raise_object(ended.signal);
+    if (ended.thrown) try {
+            std::rethrow_exception(ended.thrown);
+        } catch (const host::script_error& stopped) {
+            raise_script_error(stopped, ended.cause, advice);
+        }
+    if (ended.cause) show_unraisable(ended.cause);
+}
+
+session::session(const std::string& file, py::object log)
+{
+    const auto listening = forward_to(std::make_shared<python_owner>(log));
+    run_on_host_thread([&] {
+        if (sessions_closing > 0) throw host::script_error{"A host cannot be started while another one is closed."};
+        auto options = host::host_options(file, listening);
+        options.interrupted = is_call_given_up;
+        engine_ = std::make_unique<host::engine>(std::move(options));
+        library_ = std::make_unique<host::library>(*engine_, file);
+        is_open_ = true;
+    });
+}
+
+session::~session()
+{
+    if (!is_open_) return;
+    try {
+        close();
+    } catch (const std::exception&) {  // the host's thread cannot be used any more, so neither can what it has made
+        (void)library_.release();
+        (void)engine_.release();
+    }
+}
+
+/// The engine, for a call on the host's thread. In a forked process that is another thread.
+host::engine& session::usable_engine()
+{
+    if (!is_open_) throw host::script_error{"The library is closed."};
+    if (!engine_->on_main_thread()) engine_->adopt_main_thread();
+    return *engine_;
+}
+
+void session::carry_out(const std::function<void(host::engine&)>& body, const char* advice)
+{
+    if (!is_open_) throw host::script_error{"The library is closed."};  // even if the host's thread has ended
+    run_on_host_thread(
+        [&] {
+            auto& engine = usable_engine();
+            const counted one_more{running_calls_};
+            body(engine);
+        },
+        advice);
 }
 
 /// Converts the arguments, runs `body(engine, values)`, converts outputs and result.
 template <class Body>
 py::object session::call_with(const py::args& python_arguments, Body body)
 {
-    require_usable();
+    if (!is_open_) throw host::script_error{"The library is closed."};
     const call_arguments arguments{python_arguments};
     const auto result = run([&](host::engine& engine) { return body(engine, arguments.values()); },
                             arguments.has_strided_array() ? advice_on_strides : nullptr);
-    if (const auto ignored = take_kept_error()) show_unraisable(ignored);
     arguments.store_outputs();
     return arguments.to_python(result);
 }
@@ -130,10 +142,9 @@ py::object session::call_method(py::handle object, const std::string& prototype,
                      [&](host::engine&, const auto& values) { return host::call_method(self, prototype, values); });
 }
 
-std::vector<std::string> session::functions() const
+std::vector<std::string> session::functions(host::origin of)
 {
-    require_usable();
-    return engine_->functions().prototypes(host::origin::library);
+    return run([of](host::engine& engine) { return engine.functions().prototypes(of); });
 }
 
 py::dict session::traces() const
@@ -146,22 +157,24 @@ py::dict session::traces() const
 
 host::held_report session::held() const
 {
-    require_main_thread();
-    try {
-        return engine_->report();
-    } catch (const host::script_error& stopped) {
-        raise(stopped, nullptr, false);
-    }
+    host::held_report report;
+    run_on_host_thread([&] { report = engine_->report(); });
+    return report;
 }
 
 void session::close()
 {
-    require_main_thread();
-    if (!is_open()) return;
-    if (running_calls_ > 0) throw host::script_error{"The library cannot be closed while one of its functions runs."};
-    const counted one_more{sessions_closing};
-    std::exchange(library_, nullptr)->close();  // no longer open: finalizers of Python objects may call close() again
-    engine_->forget_held();
+    if (!is_open_) return;
+    run_on_host_thread([&] {
+        if (!is_open_) return;
+        if (running_calls_ > 0)
+            throw host::script_error{"The library cannot be closed while one of its functions runs."};
+        usable_engine();
+        const counted one_more{sessions_closing};
+        is_open_ = false;  // finalizers of Python objects may call close() again
+        std::exchange(library_, nullptr)->close();
+        engine_->forget_held();
+    });
 }
 
 }  // namespace zentrix::python

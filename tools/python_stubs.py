@@ -4,17 +4,14 @@
 PYTHONPATH=build/release/python tools/python_stubs.py > python/zentrix/_functions.pyi
 """
 
-import keyword
-import re
-from itertools import groupby
-
 import zentrix
+from zentrix._script_functions import parse
 
 HEAD = '''"""Types of the script functions, made by tools/python_stubs.py."""
 
 import os
 from collections.abc import Mapping, MutableSequence
-from typing import Any, SupportsFloat, SupportsIndex, overload
+from typing import Any, NamedTuple, SupportsFloat, SupportsIndex, overload
 
 from numpy.typing import NDArray
 
@@ -26,7 +23,6 @@ Text = str | os.PathLike[str] | os.PathLike[bytes]
 Image = NDArray[Any]
 Tags = Mapping[str, Any] | MutableSequence[Any] | TagList
 
-class ScriptFunctions:
 '''
 
 ARGUMENTS = {
@@ -36,13 +32,14 @@ ARGUMENTS = {
     "complex": "Complex",
     "string": "Text",
     "dm_string": "Text",
-    "char*": "Text",
+    "char": "Text",
     "ImageRef": "Image | None",
-    "Image*": "Image | None",
+    "Image": "Image | None",
     "ComplexImagePtr": "Image | None",
     "TagGroup": "Tags | None",
     "ScriptObject": "object",
 }
+INITIAL_VALUES = {**ARGUMENTS, "ImageRef": "Image"}
 RESULTS = {
     "void": "None",
     "long": "int",
@@ -54,26 +51,73 @@ RESULTS = {
 }
 
 
-def parameter(text):
-    kind, star, name = re.fullmatch(r"\s*(\w+)\s*(\*?)\s*(\w+)\s*", text).groups()
-    annotation = ARGUMENTS.get(kind + star) or "Ref | None"  # any other star marks an output parameter
-    return f"{name}{'_' if keyword.iskeyword(name) else ''}: {annotation}"
+def result_class(prototype):
+    """The class of the named tuple that a prototype with output parameters returns."""
+    fields = [] if prototype.result == "void" else [("result", prototype.result)]
+    fields += [(prototype.parameters[k].name, prototype.parameters[k].kind) for k in prototype.outputs]
+    lines = [f"class {prototype.function}Result(NamedTuple):\n"]
+    return "".join(lines + [f"    {name}: {RESULTS[kind]}\n" for name, kind in fields]) + "\n"
 
 
-def method(prototype):
-    result, name, listed = re.fullmatch(r"(\w+) (\w+)\((.*)\)", prototype).groups()
-    parameters = [] if listed.strip() in ("", "void") else [parameter(one) for one in listed.split(",")]
-    return f"    def {name}({', '.join(['self', *parameters, '/'])}) -> {RESULTS[result]}: ...\n"
+def method(prototype, result, output_types, by_keyword=None):
+    """A method with `output_types[kind]` for output parameters, and keywords only from position `by_keyword` on."""
+    listed, is_optional = ["self"], False
+    for position, one in enumerate(prototype.parameters):
+        if by_keyword is None and is_optional and not one.may_be_omitted:
+            by_keyword = position
+        if position == by_keyword:
+            listed.append("*")
+        is_optional |= one.may_be_omitted
+        annotation = output_types[one.kind] if one.is_output else ARGUMENTS[one.kind]
+        default = "" if not one.may_be_omitted else " = ..." if one.is_output else " = None"
+        listed.append(f"{one.name}: {annotation}{default}")
+    return f"    def {prototype.function}({', '.join(listed)}) -> {result}: ...\n"
+
+
+def with_required(prototype, positions):
+    """The prototype with parameters that may not be omitted."""
+    parameters = list(prototype.parameters)
+    for k in positions:
+        parameters[k] = parameters[k]._replace(may_be_omitted=False)
+    return prototype._replace(parameters=parameters)
+
+
+def is_covered(prototype, general):
+    """Whether the general prototype takes every call of the other one, since its further parameters may be omitted."""
+    size = len(prototype.parameters)
+    further = general.parameters[size:]
+    return general.parameters[:size] == prototype.parameters and all(one.may_be_omitted for one in further) and further
+
+
+def forms(prototype, general):
+    """All forms of one prototype: as scripts use it, and with omitted arguments."""
+    result, outputs = RESULTS[prototype.result], prototype.outputs
+    if is_covered(prototype, general):
+        return []
+    if not outputs:
+        made = method(prototype, result, ARGUMENTS)
+        return [made, method(with_required(prototype, range(len(prototype.parameters))), result, ARGUMENTS)] if "*," in made else [made]
+    references = dict.fromkeys(ARGUMENTS, "Ref | None")
+    made = [method(prototype, f"{prototype.function}Result", INITIAL_VALUES)]
+    made.append(method(with_required(prototype, outputs[:1]), result, references))
+    if len(outputs) > 1 and prototype.parameters[outputs[0]].may_be_omitted:
+        made[0] = made[0].replace("\n", "  # type: ignore[misc]\n")  # without outputs, the first form applies
+        made.append(method(prototype, result, references, by_keyword=outputs[0]))
+    return made
 
 
 def stubs(prototypes):
-    text = HEAD
-    for _, same_name in groupby(prototypes, lambda one: one.split("(")[0].split()[1]):
-        methods = [method(one) for one in same_name]
-        mark = "    @overload\n" if len(methods) > 1 else ""
-        text += "".join(mark + one for one in methods)
-    return text
+    text, classes = "class ScriptFunctions:\n", ""
+    for name in dict.fromkeys(one.function for one in prototypes):
+        same_name = [one for one in prototypes if one.function == name]
+        most_general = max(same_name, key=lambda one: len(one.parameters))
+        made = [form for one in same_name for form in forms(one, most_general)]
+        mark = "    @overload\n" if len(made) > 1 else ""
+        text += "".join(mark + one for one in made) + f"    {name.removeprefix('ZX')} = {name}\n"
+        if most_general.outputs:
+            classes += result_class(most_general)
+    return HEAD + classes + text
 
 
 if __name__ == "__main__":
-    print(stubs(zentrix.load().functions()), end="")
+    print(stubs([parse(one) for one in zentrix.load().functions()]), end="")

@@ -28,4 +28,7 @@ struct spectrum_costs
 ///         `wave` are then undefined
 spectrum_costs multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments);
 
+/// Throws  script_error if the wave was finite and the result is not
+void require_finite_result(bool was_finite, bool is_finite);
+
 }  // namespace zentrix::host

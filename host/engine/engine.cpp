@@ -38,6 +38,8 @@ journal& engine::records() noexcept { return *state_->records; }
 
 bool engine::on_main_thread() const noexcept { return state_->on_main_thread(); }
 
+void engine::adopt_main_thread() noexcept { state_->main_thread = std::this_thread::get_id(); }
+
 const std::vector<floating_window>& engine::windows() const noexcept { return state_->windows; }
 
 void* engine::open(std::string_view title, void* parent)

@@ -94,8 +94,10 @@ class engine
     function_table& functions() noexcept;
     fault_plan& faults() noexcept;
     journal& records() noexcept;
-    /// True on the thread that made the engine.
+    /// True on the thread that made the engine, or adopted it.
     bool on_main_thread() const noexcept;
+    /// Makes the calling thread the main thread. Only for a forked process, in which the former one does not exist.
+    void adopt_main_thread() noexcept;
 
     /// The registered floating windows in the order of registration.
     const std::vector<floating_window>& windows() const noexcept;

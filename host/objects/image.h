@@ -4,6 +4,7 @@
 #include "host/objects/object.h"
 
 #include <array>
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <span>
@@ -110,7 +111,7 @@ class image : public object
     bool valid_ = true;
     std::array<std::size_t, 2> locks_{};
     std::uint64_t write_locks_taken_ = 0;
-    std::uint64_t changes_ = 0;
+    std::atomic<std::uint64_t> changes_ = 0;  // read on any thread
     std::function<void(image&)> listener_;
 };
 

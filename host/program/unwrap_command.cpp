@@ -4,13 +4,15 @@
 #include <iostream>
 #include <span>
 
-#include "host/correction/phase_gaps.h"
+#include "host/correction/unwrap_plane.h"
+#include "host/correction/unwrap_report.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/pictures/for_each_pixel.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/picture_options.h"
+#include "host/program/step_times.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {
@@ -24,6 +26,7 @@ struct unwrap_request
     std::int32_t box = 0;
     bool is_wave = false;
     picture_options picture;
+    bool timing = false;
 };
 
 [[noreturn]] void refuse(const std::string& file, const host::image& pixels, const char* why)
@@ -82,46 +85,78 @@ void warn_beyond_half_a_turn(const std::string& file, const host::image& phase)
 struct unwrapping
 {
     host::image_ref phase;
-    std::size_t gaps = 0;  ///< pixels that are infinite or not a number, left as they were
+    host::unwrap_report report;  ///< sums over all planes
 };
 
-unwrapping unwrap(const host::image_ref& phase, std::int32_t box, const global_options& global)
+host::unwrap_report sum_of(const host::unwrap_report& a, const host::unwrap_report& b)
 {
-    session zentrix{global};
-    unwrapping done{new_phase_like(*phase)};
+    return {a.positive_residues + b.positive_residues,
+            a.negative_residues + b.negative_residues,
+            a.cut_pixels + b.cut_pixels,
+            a.regions + b.regions,
+            a.unreached + b.unreached,
+            a.left_out + b.left_out};
+}
+
+unwrapping unwrap(const host::image_ref& phase, std::int32_t box, const global_options& global, step_times& times)
+{
+    const auto zentrix = times.measure("load", [&] { return std::make_unique<session>(global); });
+    step_times::seconds function{}, report{};
+    unwrapping done{phase->clone(), {}};
     const std::uint32_t sizes[] = {phase->size(0), phase->size(1)};
     const std::ptrdiff_t strides[] = {1, phase->size(0)};
     const std::size_t pixels = std::size_t{sizes[0]} * sizes[1];
+    std::vector<std::int32_t> labels(pixels);
     for (std::uint32_t z = 0; z < phase->size(2); ++z) {  // the library unwraps a single plane
         const std::span wrapped{static_cast<const float*>(phase->data()) + z * pixels, pixels};
         const std::span result{static_cast<float*>(done.phase->data()) + z * pixels, pixels};
-        std::ranges::copy(wrapped, result.begin());
-        const std::size_t gaps = host::fill_gaps(result, sizes[0]);
-        const host::object_ref filled = host::image::over("plane", HOST_ELEMENT_FLOAT32, result.data(), sizes, strides,
-                                                          host::access::read, done.phase);
-        const auto plane =
-            host::object_in<host::image>(zentrix.engine().call("ZXGoldstain", {filled, std::int64_t{box}}));
-        std::copy_n(static_cast<const float*>(plane->data()), pixels, result.begin());
-        if (gaps > 0) host::restore_gaps(wrapped, result, sizes[0]);
-        done.gaps += gaps;
+        const auto start = step_times::clock::now();
+        host::unwrap_plane(zentrix->engine(),
+                           host::image::over("plane", HOST_ELEMENT_FLOAT32, result.data(), sizes, strides,
+                                             host::access::write, done.phase),
+                           box);
+        const auto unwrapped = step_times::clock::now();
+        done.report = sum_of(done.report, host::report_on_unwrapping(wrapped, result, sizes[0], labels));
+        function += unwrapped - start;
+        report += step_times::clock::now() - unwrapped;
     }
+    times.add("function", function);
+    times.add("report", report);
     return done;
+}
+
+json report_as_json(const host::unwrap_report& report)
+{
+    return {{"positive_residues", report.positive_residues},
+            {"negative_residues", report.negative_residues},
+            {"cut_pixels", report.cut_pixels},
+            {"regions", report.regions},
+            {"unreached", report.unreached},
+            {"left_out", report.left_out}};
 }
 
 void run(const unwrap_request& request, const global_options& global)
 {
     check_names(request.output, request.picture);
-    const auto phase = read_phase(request);
+    step_times times;
+    const auto phase = times.measure("read", [&] { return read_phase(request); });
     warn_beyond_half_a_turn(request.phase, *phase);
-    const auto [result, gaps] = unwrap(phase, request.box, global);
-    if (gaps > 0)
-        std::cerr << "zentrix: " << request.phase << ": " << gaps << " of " << result->count()
+    const auto [result, report] = unwrap(phase, request.box, global, times);
+    if (report.left_out > 0)
+        std::cerr << "zentrix: " << request.phase << ": " << report.left_out << " of " << result->count()
                   << " pixels are infinite or not a number; they are left out and stay as they are\n";
-    write_result(request.output, request.picture, *result);
-    if (global.json)
-        print({{"result", as_json(*result, request.output)}});
-    else
-        std::cout << "unwrapped " << one_line(*result) << " -> " << request.output << '\n';
+    times.measure("write", [&] { write_result(request.output, request.picture, *result); });
+    if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
+    if (global.json) {
+        json done{{"result", as_json(*result, request.output)}, {"report", report_as_json(report)}};
+        if (request.timing) done["seconds"] = times.as_json();
+        print(done);
+    } else
+        std::cout << "unwrapped " << one_line(*result) << " -> " << request.output << '\n'
+                  << "residues: " << report.positive_residues << " positive, " << report.negative_residues
+                  << " negative; pixels at cuts: " << report.cut_pixels
+                  << "; regions with an offset of their own: " << report.regions
+                  << "; pixels not reached: " << report.unreached << '\n';
 }
 
 }  // namespace
@@ -143,6 +178,7 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
         "to the nearest edge)");
     command->add_flag("--phase", request->is_wave, "PHASE is a complex wave: unwrap its phase");
     add_picture_options(*command, request->picture);
+    add_timing_option(*command, request->timing);
     command->callback([&global, request] { run(*request, global); });
 }
 

@@ -1,4 +1,4 @@
-"""Loading, closing, threads."""
+"""Loading, closing, interruption."""
 
 import os
 import signal
@@ -33,22 +33,6 @@ def test_load_returns_the_running_host_until_it_is_closed(zx):
             zentrix.load(path)
     again = zentrix.load()
     assert again is not zx and again.ZXLog2(result, result) is result and (result == 1).all()
-
-
-def test_other_threads_are_refused(zx):
-    refusals = []
-
-    def use_everything():
-        for use in (lambda: zx.ZXPadSize(3), zx.functions, zx.held, zx.close):
-            try:
-                use()
-            except ScriptError as refusal:
-                refusals.append(str(refusal))
-
-    thread = threading.Thread(target=use_everything)
-    thread.start()
-    thread.join()
-    assert refusals == ["Scripts run on the host's main thread only, the one that called zentrix.load()."] * 4
 
 
 def test_other_threads_run_while_the_library_computes(zx):

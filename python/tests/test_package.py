@@ -3,10 +3,17 @@
 import ast
 import os
 import pathlib
+import platform
+import shutil
 import subprocess
 import sys
+import sysconfig
+import zipfile
+
+import pytest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+EXTENSION = "_core" + sysconfig.get_config_var("EXT_SUFFIX")
 
 
 def test_stubs_have_every_prototype():
@@ -50,6 +57,44 @@ def test_installed_tree_is_complete(tmp_path):
         refused = run(command)
         assert refused.returncode == 1 and "Zentrix64.so" in refused.stderr
         assert run(command, ZENTRIX_LIBRARY=str(tmp_path / "Zentrix64.so")).returncode == 0
+
+
+@pytest.mark.skipif("LD_PRELOAD" in os.environ, reason="the sanitized module runs from its build only")
+def test_pip_makes_a_wheel_that_runs_in_a_virtual_environment(tmp_path):
+    def run(*command, rc=0):
+        clean = {key: value for key, value in os.environ.items() if key != "PYTHONPATH"}
+        done = subprocess.run(command, env=clean, cwd=tmp_path, capture_output=True, text=True, check=False)
+        assert done.returncode == rc, done.stdout + done.stderr
+        return done.stdout + done.stderr
+
+    not_sources = shutil.ignore_patterns(".git", "build", "_skbuild", "demo-output", "__pycache__", "*.egg-info")
+    shutil.copytree(ROOT, tmp_path / "sources", ignore=not_sources)
+    offline = ("--quiet", "--no-index", "--no-deps")
+    run(sys.executable, "-m", "pip", "wheel", *offline, "--no-build-isolation", "./sources")  # takes ZENTRIX_BUILD
+    (wheel,) = tmp_path.glob("*.whl")
+    version = wheel.name.split("-")[1]
+    tag = f"cp{sys.version_info.major}{sys.version_info.minor}"
+    assert wheel.name == f"zentrix-{version}-{tag}-{tag}-linux_x86_64.whl"
+    package = ROOT / "python/zentrix"
+    sources = {f"zentrix/{path.relative_to(package)}" for path in package.rglob("*") if path.suffix in (".py", ".pyi")}
+    with zipfile.ZipFile(wheel) as held:
+        names = {name for name in held.namelist() if name.startswith("zentrix/")}
+        assert names - sources == {"zentrix/py.typed", "zentrix/Zentrix64.so", f"zentrix/{EXTENSION}"}
+        assert sources <= names
+
+    run(sys.executable, "-m", "venv", "--system-site-packages", "--without-pip", "there")
+    python = tmp_path / "there/bin/python"
+    run(python, "-m", "pip", "install", *offline, wheel)
+    assert run(python, "-m", "zentrix", "--version") == f"zentrix {version}\n"
+    program = "import zentrix; from importlib import metadata; print(metadata.version('zentrix'), zentrix.load()._file)"
+    (folder,) = tmp_path.glob("there/lib/python3*/site-packages/zentrix")
+    assert run(python, "-c", program).split() == [version, str(folder / "Zentrix64.so")]
+    for name in (EXTENSION, "Zentrix64.so"):
+        assert "RUNPATH" not in run("readelf", "-d", folder / name)  # nothing of the build's folders
+
+    (folder / EXTENSION).rename(folder / "_core.cpython-39-x86_64-linux-gnu.so")
+    said = run(python, "-c", "import zentrix", rc=1)
+    assert f"zentrix was built for CPython 3.9; this is CPython {platform.python_version()}." in said
 
 
 def test_example_corrects_and_plots(tmp_path):

@@ -105,10 +105,14 @@ def test_failed_call_changes_nothing(zx):
 @pytest.mark.parametrize(
     "name, arguments, text",
     [
-        ("ZXPadSize", (), "ZXPadSize cannot be called with (). Its prototype is:\n    long ZXPadSize(long n)"),
-        ("ZXPadSize", (5, 1j, "1", [1.0], {}, object(), np.zeros(2), None),
-         'ZXPadSize cannot be called with (integer 5, complex number (0,1), text "1", tag list of 1, tag group of 0, '
-         'script object "object", image "array" (2, Real 8 Byte), null). Its prototype is:\n    long ZXPadSize(long n)'),
+        ("TagGroupCountTags", (),
+         "TagGroupCountTags cannot be called with (). Its prototype is:\n    long TagGroupCountTags( TagGroup )"),
+        ("TagGroupCountTags", (5, 1j, "1", [1.0], {}, object(), np.zeros(2), None),
+         'TagGroupCountTags cannot be called with (integer 5, complex number (0,1), text "1", tag list of 1, tag group '
+         'of 0, script object "object", image "array" (2, Real 8 Byte), null). Its prototype is:\n'
+         '    long TagGroupCountTags( TagGroup )'),
+        ("ZXPadSize", ("5",),
+         'ZXPadSize cannot be called with (text "5"). Its prototype is:\n    long ZXPadSize(long n)'),
         ("ZXSortNumberedName", (None,), "Parameters are invalid."),
         ("ZXNone", (), 'There is no script function "ZXNone".'),
     ],

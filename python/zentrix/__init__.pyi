@@ -1,15 +1,17 @@
-"""Types of the package; the docstrings are in __init__.py and _correct.py."""
+"""Types of the package; the docstrings are in its modules."""
 
 import os
-from collections.abc import Iterator, Mapping, Sequence
-from typing import Any, Literal, NamedTuple
+from collections.abc import Callable, Iterable, Iterator, Mapping, Sequence
+from typing import Any, Literal, NamedTuple, overload
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from ._functions import ScriptFunctions
 
-Coefficient = float | tuple[float, float]
+__version__: str
+Numbers = float | Sequence[float] | NDArray[Any]
+Coefficient = complex | str | tuple[Numbers, Numbers] | Sequence[Any] | NDArray[Any]
 
 class ScriptError(RuntimeError): ...
 
@@ -32,8 +34,26 @@ class Held(NamedTuple):
     others: list[str]
     violations: list[str]
 
+class UnwrapReport(NamedTuple):
+    positive_residues: Any
+    negative_residues: Any
+    cut_pixels: Any
+    regions: Any
+    unreached: Any
+    left_out: Any
+    labels: NDArray[np.int32]
+
+class RadialCTF(NamedTuple):
+    q: NDArray[np.float64]
+    values: NDArray[np.float64]
+
+class ImageCTF(NamedTuple):
+    qx: NDArray[np.float64]
+    qy: NDArray[np.float64]
+    values: NDArray[np.float32]
+
 class Host(ScriptFunctions):
-    def call(self, name: str, *arguments: Any) -> Any: ...
+    def call(self, name: str, /, *arguments: Any, **keywords: Any) -> Any: ...
     def call_method(self, handler: object, prototype: str, *arguments: Any) -> Any: ...
     def functions(self) -> list[str]: ...
     def trace(self) -> dict[str, tuple[int, int]]: ...
@@ -45,28 +65,179 @@ def load(path: str | os.PathLike[str] | None = None) -> Host: ...
 def correct(
     wave: ArrayLike,
     *,
-    pixel: float,
+    nan: Literal["refuse", "zero", "mean"] = "refuse",
+    progress: Callable[..., Iterable[Any]] | None = None,
+    pixel: float | tuple[float, float],
     kv: float | None = None,
     wavelength: float | None = None,
-    C1: float = 0.0,
+    C1: Coefficient = 0.0,
     A1: Coefficient = 0.0,
     B2: Coefficient = 0.0,
     A2: Coefficient = 0.0,
-    C3: float = 0.0,
+    C3: Coefficient = 0.0,
     S3: Coefficient = 0.0,
     A3: Coefficient = 0.0,
     B4: Coefficient = 0.0,
     D4: Coefficient = 0.0,
     A4: Coefficient = 0.0,
-    C5: float = 0.0,
+    C5: Coefficient = 0.0,
     A5: Coefficient = 0.0,
     R5: Coefficient = 0.0,
     S5: Coefficient = 0.0,
-    focus_spread: float = 0.0,
-    convergence: float = 0.0,
-    vibration: float = 0.0,
-    tilt: tuple[float, float] = (0.0, 0.0),
-    remove: bool = True,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
     envelope: Literal["auto", "on", "off"] = "auto",
-    nan: Literal["refuse", "zero", "mean"] = "refuse",
 ) -> NDArray[np.complex64]: ...
+def aberrate(
+    wave: ArrayLike,
+    *,
+    nan: Literal["refuse", "zero", "mean"] = "refuse",
+    progress: Callable[..., Iterable[Any]] | None = None,
+    pixel: float | tuple[float, float],
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> NDArray[np.complex64]: ...
+def transfer_function(
+    shape: Sequence[int],
+    *,
+    correcting: bool = False,
+    shifted: bool = True,
+    pixel: float | tuple[float, float],
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> NDArray[np.complex64]: ...
+@overload
+def ctf(
+    shape: None = None,
+    *,
+    q: Numbers | None = None,
+    along: float | None = None,
+    pixel: float | tuple[float, float] = ...,
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> RadialCTF: ...
+@overload
+def ctf(
+    shape: Sequence[int],
+    *,
+    pixel: float | tuple[float, float],
+    kv: float | None = None,
+    wavelength: float | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> ImageCTF: ...
+@overload
+def wavelength(kv: float) -> float: ...
+@overload
+def wavelength(kv: Sequence[float] | NDArray[Any]) -> NDArray[np.float64]: ...
+@overload
+def unwrap(
+    phase: ArrayLike,
+    mask: ArrayLike | None = None,
+    box: int | None = None,
+    report: Literal[False] = False,
+    progress: Callable[..., Iterable[Any]] | None = None,
+) -> NDArray[np.float32]: ...
+@overload
+def unwrap(
+    phase: ArrayLike,
+    mask: ArrayLike | None = None,
+    box: int | None = None,
+    *,
+    report: Literal[True],
+    progress: Callable[..., Iterable[Any]] | None = None,
+) -> tuple[NDArray[np.float32], UnwrapReport]: ...
+def to_notation(
+    notation: Literal["polar", "cartesian", "corrector"],
+    values: Mapping[str, Any],
+    *,
+    length: str | None = None,
+    angle: Literal["deg", "rad"] = "deg",
+    clockwise: bool = False,
+    zero: float = 0.0,
+) -> dict[str, float]: ...
+def from_notation(
+    notation: Literal["polar", "cartesian", "corrector"],
+    values: Mapping[str, float],
+    *,
+    length: str | None = None,
+    angle: Literal["deg", "rad"] = "deg",
+    clockwise: bool = False,
+    zero: float = 0.0,
+) -> dict[str, Any]: ...

@@ -1,109 +1,107 @@
-"""Aberrations of a lens, in the units of the panel."""
-
-import math
+"""Aberrations of a lens applied to waves and removed from them."""
 
 import numpy as np
 
 from . import _core
+from ._optics import Optics, takes_optics
+from ._signals import takes_signals
+from ._wave_arrays import checked_copy, planes
 
-_COEFFICIENTS = _core.coefficients()
 
+@takes_signals
+@takes_optics
+def correct(wave, *, nan="refuse", progress=None, **optics):
+    """Removes the aberrations of a lens from a wave, or from each wave of a stack.
 
-def correct(
-    wave,
-    *,
-    pixel,
-    kv=None,
-    wavelength=None,
-    C1=0.0,
-    A1=0.0,
-    B2=0.0,
-    A2=0.0,
-    C3=0.0,
-    S3=0.0,
-    A3=0.0,
-    B4=0.0,
-    D4=0.0,
-    A4=0.0,
-    C5=0.0,
-    A5=0.0,
-    R5=0.0,
-    S5=0.0,
-    focus_spread=0.0,
-    convergence=0.0,
-    vibration=0.0,
-    tilt=(0.0, 0.0),
-    remove=True,
-    envelope="auto",
-    nan="refuse",
-):
-    """Removes aberrations from a wave or, with remove=False, applies them.
+    wave           complex array (..., y, x), not modified. Leading axes are a stack, wave by wave. The computation is
+                   done in single precision, whatever the array has. Also a signal of HyperSpy, whose axes and metadata
+                   give pixel and kv unless they are given here; or a Dask array, see zentrix.dask.
+    nan            pixels that are infinite or not a number, and masked ones: "refuse" them, or replace them by "zero" or
+                   by the "mean" of the wave's other pixels
+    progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the waves of a stack
+    OPTICS
 
-    wave           complex array (ny, nx), not modified. The result is a new array of complex64.
-    pixel          pixel size [nm]
-    kv             accelerating voltage [kV]; or `wavelength` [nm]
-    C1 ... S5      aberrations. C1, C3, C5 are numbers; the others a modulus or (modulus, degrees), counter-clockwise on
-                   the displayed image. C1, A1, B2, A2 in nm; S3, A3, B4, D4, A4 in um; C3, C5, A5, R5, S5 in mm.
-                   C1 < 0 is underfocus.
-    focus_spread, convergence, vibration
-                   rms widths of the envelope [nm, mrad, nm]
-    tilt           beam tilt, (right, up) on the displayed image [mrad]
-    envelope       "on": damp by the envelope; "off": do not; "auto": only if remove is False
-    nan            pixels that are infinite or not a number: "refuse" them, or replace them by "zero" or by the "mean" of
-                   the others
+    Returns a new array of complex64: the axes of the sweep, then those of the wave; of a signal, a signal. Uses the running host, or loads one.
+    Raises TypeError or ValueError, naming the parameter, for what it cannot use; ScriptError if the result leaves the
+    range of single precision.
 
-    Uses the running host, or loads one. Raises ValueError or TypeError for invalid parameters.
+        focal_series = zentrix.correct(wave, kv=300, pixel=0.02, C1=np.linspace(-60, 60, 25), A1="14@35")
     """
-    coefficients = dict(C1=C1, A1=A1, B2=B2, A2=A2, C3=C3, S3=S3, A3=A3, B4=B4, D4=D4, A4=A4, C5=C5, A5=A5, R5=R5, S5=S5)
-    lens = {name: _polar(name, value) for name, value in coefficients.items()}
-    result = _as_wave(wave)
-    spread = (float(focus_spread), float(convergence), float(vibration))
-    _core.correct(
-        _running_core(),
-        result,
-        _wavelength(kv, wavelength),
-        float(pixel),
-        lens,
-        spread,
-        complex(*tilt),
-        bool(remove),
-        envelope,
-        nan,
-    )
+    return _multiplied(wave, Optics("correct", optics), True, nan, progress)
+
+
+@takes_signals
+@takes_optics
+def aberrate(wave, *, nan="refuse", progress=None, **optics):
+    """Applies the aberrations of a lens to a wave, or to each wave of a stack: what a microscope does to it.
+
+    The opposite of `correct` with the same parameters, except that the envelope, if there is one, damps.
+
+    wave           complex array (..., y, x), not modified. Leading axes are a stack, wave by wave. The computation is
+                   done in single precision, whatever the array has. Also a signal of HyperSpy, whose axes and metadata
+                   give pixel and kv unless they are given here; or a Dask array, see zentrix.dask.
+    nan            pixels that are infinite or not a number, and masked ones: "refuse" them, or replace them by "zero" or
+                   by the "mean" of the wave's other pixels
+    progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the waves of a stack
+    OPTICS
+
+    Returns and raises the same as `correct`.
+
+        image = abs(zentrix.aberrate(wave, kv=300, pixel=0.02, C1=-40, C3=0.1, focus_spread=3)) ** 2
+    """
+    return _multiplied(wave, Optics("aberrate", optics), False, nan, progress)
+
+
+class KeptSpectrum:
+    """The spectrum of one wave, kept for many calls with other parameters.
+
+    wave, nan      as in `correct`, of two dimensions
+
+    Each call costs the multiplication and the transform back, and returns the same bits as the function of its name.
+    """
+
+    def __init__(self, wave, nan="refuse"):
+        copy = checked_copy(wave, nan)
+        if copy.ndim != 2:
+            raise ValueError(f"A spectrum is kept of one wave of shape (y, x), not {copy.shape}.")
+        self.shape = copy.shape
+        self._spectrum = _core.Spectrum(running_core(), copy)
+
+    def correct(self, out=None, **optics):
+        """The corrected wave; `out`, if given, is overwritten and returned: complex64, C-contiguous, of that shape."""
+        return self._multiplied(Optics("correct", optics), True, out)
+
+    def aberrate(self, out=None, **optics):
+        """The aberrated wave; `out` as in `correct`."""
+        return self._multiplied(Optics("aberrate", optics), False, out)
+
+    def _multiplied(self, lens, remove, out):
+        if out is None:
+            out = np.empty(lens.shape + self.shape, np.complex64)
+        elif out.shape != lens.shape + self.shape or out.dtype != np.complex64 or not out.flags.c_contiguous:
+            raise ValueError(f"out is a C-contiguous complex64 array of shape {lens.shape + self.shape}.")
+        host = running_core()
+        for index, setting in lens.settings():
+            self._spectrum.multiply(host, out[index], setting, remove, lens.envelope)
+        return out
+
+
+def _multiplied(wave, lens, remove, nan, progress):
+    waves, host = checked_copy(wave, nan), running_core()
+    if lens.shape == ():
+        ((_, setting),) = lens.settings()
+        for _, plane in planes(waves, progress):
+            _core.correct(host, plane, setting, remove, lens.envelope)
+        return waves
+    result = np.empty(lens.shape + waves.shape, np.complex64)
+    for place, plane in planes(waves, progress):
+        spectrum = _core.Spectrum(host, plane)
+        for index, setting in lens.settings():
+            spectrum.multiply(host, result[index + place], setting, remove, lens.envelope)
     return result
 
 
-def _running_core():
+def running_core():
     from . import load  # the package imports this module
 
     return load()._core
-
-
-def _wavelength(kv, wavelength):
-    if (kv is None) == (wavelength is None):
-        raise TypeError("correct() needs either kv or wavelength.")
-    return _core.electron_wavelength(kv) if wavelength is None else float(wavelength)
-
-
-def _as_wave(wave):
-    wave = np.asarray(wave)
-    if wave.ndim != 2 or wave.dtype.kind != "c":
-        raise TypeError(f"The wave has to be a complex array of two dimensions, not {wave.dtype} of shape {wave.shape}.")
-    return np.array(wave, dtype=np.complex64, order="C")
-
-
-def _polar(name, value):
-    """(modulus, degrees) of a coefficient."""
-    _, unit, has_angle = _COEFFICIENTS[name]
-    try:
-        if np.ndim(value) == 0:
-            polar = float(value), 0.0
-        else:
-            modulus, degrees = value
-            polar = float(modulus), float(degrees)
-    except (TypeError, ValueError):
-        polar = math.nan, math.nan
-    if not (math.isfinite(polar[0]) and math.isfinite(polar[1])) or (np.ndim(value) and not has_angle):
-        form = "a modulus or (modulus, degrees)" if has_angle else "a number"
-        raise ValueError(f"{name} is {form} in {unit}, not {value!r}.")
-    return polar

@@ -1,19 +1,28 @@
 #include "image/processor.h"
 
 #include <cpuid.h>
+#include <immintrin.h>
 
 namespace qorv::dm {
 
-std::uint32_t processor_words[4] = {};
+processor_registers processor = {};
+
+namespace {
+
+constexpr std::uint32_t osxsave = 1u << 27;  // in the third word: the instruction XGETBV exists
+
+[[gnu::target("xsave")]] std::uint32_t preserved_state() noexcept { return static_cast<std::uint32_t>(_xgetbv(0)); }
+
+}  // namespace
 
 void read_processor_features() noexcept
 {
-    unsigned a = 0, b = 0, c = 0, d = 0;
-    if (!__get_cpuid(1, &a, &b, &c, &d)) a = b = c = d = 0;
-    processor_words[0] = a;
-    processor_words[1] = b;
-    processor_words[2] = c;
-    processor_words[3] = d;
+    processor = {};
+    auto& [a, b, c, d] = processor.words;
+    if (!__get_cpuid(1, &a, &b, &c, &d)) return;
+    if ((c & osxsave) != 0) processor.preserved = preserved_state();
+    unsigned a7 = 0, c7 = 0, d7 = 0;
+    __get_cpuid_count(7, 0, &a7, &processor.extended, &c7, &d7);  // leaves zeros where there is no leaf 7
 }
 
 void set_use_simd(std::int32_t use) noexcept
@@ -21,7 +30,7 @@ void set_use_simd(std::int32_t use) noexcept
     if (use != 0)
         read_processor_features();
     else
-        processor_words[2] = processor_words[3] = 0;
+        processor.words[2] = processor.words[3] = 0;
 }
 
 }  // namespace qorv::dm

@@ -36,7 +36,8 @@ void modulus_plain(const std::complex<T>* src, T* modulus, std::ptrdiff_t count)
 namespace {
 
 template <class T>
-constexpr dm::variant<modulus_kernel<T>> rows[] = {{"sse", dm::cpu::sse, modulus_simd<xsimd::sse2, T>},
+constexpr dm::variant<modulus_kernel<T>> rows[] = {{"avx2", dm::cpu::avx2, modulus_simd<xsimd::avx2, T>},
+                                                   {"sse", dm::cpu::sse, modulus_simd<xsimd::sse2, T>},
                                                    {"plain", dm::cpu::none, modulus_plain<T>}};
 
 }  // namespace

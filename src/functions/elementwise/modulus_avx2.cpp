@@ -1,0 +1,8 @@
+#include "functions/elementwise/modulus_simd.h"
+
+namespace qorv::functions {
+
+template modulus_kernel<float> modulus_simd<xsimd::avx2, float>;
+template modulus_kernel<double> modulus_simd<xsimd::avx2, double>;
+
+}  // namespace qorv::functions
