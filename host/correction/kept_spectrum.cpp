@@ -11,13 +11,13 @@ std::complex<float>* pixels_of(const image_ref& wave) { return static_cast<std::
 }  // namespace
 
 kept_spectrum::kept_spectrum(const image_ref& wave)
-    : transform_{wave->size(0), wave->size(1)}, spectrum_{wave}, was_finite_{transform_.forward(pixels_of(spectrum_))}
+    : transform_{wave->size(0), wave->size(1)}, spectrum_{wave}, was_finite_{transform_.forward(pixels_of(wave))}
 {}
 
 void kept_spectrum::multiply(engine& engine, const lens::transfer_arguments& arguments, const image_ref& destination)
 {
     multiply_by_transfer(engine, spectrum_, destination, arguments);
-    if (!transform_.backward(pixels_of(destination)) && was_finite_) throw script_error{result_not_finite};
+    require_finite_result(was_finite_, transform_.backward(pixels_of(destination)));
 }
 
 }  // namespace zentrix::host

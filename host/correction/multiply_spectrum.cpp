@@ -24,8 +24,14 @@ spectrum_costs multiply_spectrum(engine& engine, const image_ref& wave, const le
     const auto transformed = clock::now();
     multiply_by_transfer(engine, wave, wave, arguments);
     const auto multiplied = clock::now();
-    if (!transform.backward(pixels) && was_finite) throw script_error{result_not_finite};
+    require_finite_result(was_finite, transform.backward(pixels));
     return {clock::now() - multiplied + (transformed - start), multiplied - transformed};
+}
+
+void require_finite_result(bool was_finite, bool is_finite)
+{
+    if (was_finite && !is_finite)
+        throw script_error{"The result is not finite: the values of the wave are too large for single precision."};
 }
 
 }  // namespace zentrix::host

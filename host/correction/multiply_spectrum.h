@@ -28,8 +28,7 @@ struct spectrum_costs
 ///         `wave` are then undefined
 spectrum_costs multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments);
 
-/// The error when the result of a finite wave has pixels that are not finite.
-inline constexpr char result_not_finite[] =
-    "The result is not finite: the values of the wave are too large for single precision.";
+/// Throws  script_error if the wave was finite and the result is not
+void require_finite_result(bool was_finite, bool is_finite);
 
 }  // namespace zentrix::host

@@ -14,6 +14,7 @@ namespace zentrix::program {
 class step_times
 {
   public:
+    using clock = std::chrono::steady_clock;
     using seconds = std::chrono::duration<double>;
 
     void add(const std::string& step, seconds time) { steps_.emplace_back(step, time); }
@@ -32,7 +33,6 @@ class step_times
     json as_json() const;
 
   private:
-    using clock = std::chrono::steady_clock;
     struct stopwatch
     {
         step_times& to;

@@ -12,6 +12,7 @@
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/picture_options.h"
+#include "host/program/step_times.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {
@@ -25,6 +26,7 @@ struct unwrap_request
     std::int32_t box = 0;
     bool is_wave = false;
     picture_options picture;
+    bool timing = false;
 };
 
 [[noreturn]] void refuse(const std::string& file, const host::image& pixels, const char* why)
@@ -96,9 +98,10 @@ host::unwrap_report sum_of(const host::unwrap_report& a, const host::unwrap_repo
             a.left_out + b.left_out};
 }
 
-unwrapping unwrap(const host::image_ref& phase, std::int32_t box, const global_options& global)
+unwrapping unwrap(const host::image_ref& phase, std::int32_t box, const global_options& global, step_times& times)
 {
-    session zentrix{global};
+    const auto zentrix = times.measure("load", [&] { return std::make_unique<session>(global); });
+    step_times::seconds function{}, report{};
     unwrapping done{phase->clone(), {}};
     const std::uint32_t sizes[] = {phase->size(0), phase->size(1)};
     const std::ptrdiff_t strides[] = {1, phase->size(0)};
@@ -107,12 +110,18 @@ unwrapping unwrap(const host::image_ref& phase, std::int32_t box, const global_o
     for (std::uint32_t z = 0; z < phase->size(2); ++z) {  // the library unwraps a single plane
         const std::span wrapped{static_cast<const float*>(phase->data()) + z * pixels, pixels};
         const std::span result{static_cast<float*>(done.phase->data()) + z * pixels, pixels};
-        host::unwrap_plane(zentrix.engine(),
+        const auto start = step_times::clock::now();
+        host::unwrap_plane(zentrix->engine(),
                            host::image::over("plane", HOST_ELEMENT_FLOAT32, result.data(), sizes, strides,
                                              host::access::write, done.phase),
                            box);
+        const auto unwrapped = step_times::clock::now();
         done.report = sum_of(done.report, host::report_on_unwrapping(wrapped, result, sizes[0], labels));
+        function += unwrapped - start;
+        report += step_times::clock::now() - unwrapped;
     }
+    times.add("function", function);
+    times.add("report", report);
     return done;
 }
 
@@ -129,16 +138,20 @@ json report_as_json(const host::unwrap_report& report)
 void run(const unwrap_request& request, const global_options& global)
 {
     check_names(request.output, request.picture);
-    const auto phase = read_phase(request);
+    step_times times;
+    const auto phase = times.measure("read", [&] { return read_phase(request); });
     warn_beyond_half_a_turn(request.phase, *phase);
-    const auto [result, report] = unwrap(phase, request.box, global);
+    const auto [result, report] = unwrap(phase, request.box, global, times);
     if (report.left_out > 0)
         std::cerr << "zentrix: " << request.phase << ": " << report.left_out << " of " << result->count()
                   << " pixels are infinite or not a number; they are left out and stay as they are\n";
-    write_result(request.output, request.picture, *result);
-    if (global.json)
-        print({{"result", as_json(*result, request.output)}, {"report", report_as_json(report)}});
-    else
+    times.measure("write", [&] { write_result(request.output, request.picture, *result); });
+    if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
+    if (global.json) {
+        json done{{"result", as_json(*result, request.output)}, {"report", report_as_json(report)}};
+        if (request.timing) done["seconds"] = times.as_json();
+        print(done);
+    } else
         std::cout << "unwrapped " << one_line(*result) << " -> " << request.output << '\n'
                   << "residues: " << report.positive_residues << " positive, " << report.negative_residues
                   << " negative; pixels at cuts: " << report.cut_pixels
@@ -165,6 +178,7 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
         "to the nearest edge)");
     command->add_flag("--phase", request->is_wave, "PHASE is a complex wave: unwrap its phase");
     add_picture_options(*command, request->picture);
+    add_timing_option(*command, request->timing);
     command->callback([&global, request] { run(*request, global); });
 }
 
