@@ -1,7 +1,7 @@
 #!/usr/bin/python3
 """Corrects a wave for 49 values of defocus in one call and plots them.
 
-The modulus of the wave after a thin specimen is even. Where it varies least, the defocus is right.
+The modulus of the wave after a thin specimen is uniform. Where it varies least, the defocus is right.
 
     python3 examples/focus_sweep.py [PICTURE.png]
 """

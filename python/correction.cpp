@@ -101,8 +101,8 @@ std::unique_ptr<host::kept_spectrum> keep_spectrum(session& host, const py::arra
     return host.run([&](host::engine&) { return std::make_unique<host::kept_spectrum>(image); });
 }
 
-void multiply_kept(host::kept_spectrum& self, session& host, const py::array& destination,
-                   const lens::optics& setup, bool remove, const std::string& envelope)
+void multiply_kept(host::kept_spectrum& self, session& host, const py::array& destination, const lens::optics& setup,
+                   bool remove, const std::string& envelope)
 {
     const auto image = image_of(destination);
     if (static_cast<int>(image->size(0)) != self.width() || static_cast<int>(image->size(1)) != self.height())

@@ -78,8 +78,8 @@ def uses_of_names_and_units():
     yield {"c1": 5}, TypeError("correct() has no parameter 'c1'. Did you mean C1?")
     yield {"focuspread": 5}, TypeError("correct() has no parameter 'focuspread'. Did you mean focus_spread?")
     yield {"C12": 5}, TypeError(
-        "correct() has no parameter 'C12'. The coefficients have the names C1, A1, B2 ...; docs/conventions.md compares "
-        "notations."
+        "correct() has no parameter 'C12'. The coefficients have the names C1, A1, B2 ...; zentrix.from_notation converts "
+        "others."
     )
     yield {"remove": False}, TypeError(
         "correct() has no parameter 'remove'. zentrix.correct removes aberrations, zentrix.aberrate applies them."

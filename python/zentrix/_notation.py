@@ -1,5 +1,7 @@
 """Coefficients in the notations of other programs and of the literature."""
 
+import numpy as np
+
 from . import _core
 from ._coefficients import COEFFICIENTS, polar
 from ._numbers import number, shown, word
@@ -73,6 +75,6 @@ def _frame(notation, length, angle, clockwise, zero):
 
 def _single(name, value):
     modulus, degrees = polar(name, value)
-    if modulus.ndim:
+    if np.ndim(modulus):
         raise ValueError(f"{name} is one coefficient here, not {shown(value)}.")
     return float(modulus), float(degrees)

@@ -173,7 +173,7 @@ def _advice(name):
         if name.lower() in theirs.split():
             return f"Did you mean {ours}?"
     if re.fullmatch(r"(C|phi|c)_?\d\d\w*", name):
-        return "The coefficients have the names C1, A1, B2 ...; docs/conventions.md compares notations."
+        return "The coefficients have the names C1, A1, B2 ...; zentrix.from_notation converts others."
     lower = {known.lower(): known for known in PARAMETERS}
     near = difflib.get_close_matches(name.lower(), lower, n=1)
     return f"Did you mean {lower[near[0]]}?" if near else f"It has {', '.join(PARAMETERS)}."

@@ -126,9 +126,10 @@ TEST(Unwrap, UnwrapsPhasesWavesAndVolumes)
             ASSERT_NEAR(got[static_cast<std::size_t>(i)] - got[0], hill(i % 40, i / 40 % 30) - hill(0, 0), 1e-5) << i;
     }
     EXPECT_THAT(bench.zentrix("unwrap -o u.npy degrees.npy").err, HasSubstr("are beyond -pi to pi"));
-    EXPECT_THAT(bench.zentrix("unwrap -o u.npy volume.npy").out,
-                HasSubstr("residues: 0 positive, 0 negative; pixels at cuts: 0; regions with an offset of their own: 2; "
-                          "pixels not reached: 0\n"));
+    EXPECT_THAT(
+        bench.zentrix("unwrap -o u.npy volume.npy").out,
+        HasSubstr("residues: 0 positive, 0 negative; pixels at cuts: 0; regions with an offset of their own: 2; "
+                  "pixels not reached: 0\n"));
 }
 
 TEST(Unwrap, LeavesOutPixelsThatAreNotFiniteAndKeepsAreasApart)
