@@ -96,10 +96,12 @@ def uses_of_names_and_units():
     yield {"pixel": (0.05, 0.05)}, {"pixel": 0.05}
     yield {"pixel": (0.05, 0.06)}, ValueError("Pixels have to be square, not 0.05 x 0.06 nm: resample the wave.")
     yield {"pixel": 2e-11}, ValueError("The pixel size is 2e-11 nm: are these metres? pixel is in nanometres.")
+    yield {"pixel": [[1], [2, 3]]}, TypeError("pixel is the pixel size in nm, not [1].")
     yield {"pixel": 0}, ValueError("The pixel size must be a positive number of nanometres.")
     yield {"pixel": np.nan}, ValueError("pixel is the pixel size in nm, not nan.")
     yield {"kv": None, "wavelength": 1.97}, UserWarning("Scattering angles reach 19.7 rad: check the units of wavelength")
     yield {"tilt": 1}, TypeError("tilt is (right, up) in mrad, not 1.")
+    yield {"tilt": np.array(1)}, TypeError("tilt is (right, up) in mrad, not array(1).")
     yield {"tilt": (1, None)}, TypeError("tilt is (right, up) in mrad, not None.")
     yield {"tilt": 1 + 2j}, {"tilt": (1, 2)}
     yield {"envelope": True}, TypeError('envelope is "auto", "on" or "off", not True.')
@@ -155,6 +157,10 @@ def uses_of_other_functions():
     yield lambda: unwrap(PHASE, mask=HOLES * 1), TypeError(
         "mask is a boolean array, True where a pixel is left out, not int64."
     )
+    yield lambda: unwrap(PHASE, mask=[[True], [True, False]]), TypeError(
+        "mask is a boolean array, True where a pixel is left out, not [[True], [True, False]]."
+    )
+    yield lambda: unwrap(PHASE, report=1), TypeError("report is True or False, not 1.")
     yield lambda: unwrap(PHASE, mask=HOLES.T), ValueError("The mask of shape (8, 6) does not fit the phase of shape (6, 8).")
     yield lambda: unwrap(PHASE, box=2.5), TypeError("box is a whole number of pixels, not 2.5.")
     yield lambda: unwrap(PHASE, box=-1), ValueError("box is a number of pixels, 0 or more, not -1.")

@@ -100,6 +100,19 @@ def word(name, value, words):
     return value
 
 
+def flag(name, value):
+    if not isinstance(value, (bool, np.bool_)):
+        raise TypeError(f"{name} is True or False, not {shown(value)}.")
+    return bool(value)
+
+
+def is_pair(value):
+    """Whether a value has two parts, each whatever it is."""
+    if isinstance(value, np.ndarray):
+        return value.shape[:1] == (2,) and not is_masked(value)
+    return isinstance(value, (tuple, list)) and len(value) == 2
+
+
 def is_masked(value):
     return isinstance(value, np.ma.MaskedArray)
 

@@ -9,7 +9,7 @@ import numpy as np
 
 from . import _core
 from ._coefficients import COEFFICIENTS, polar
-from ._numbers import as_scalar, number, reals, shown, word
+from ._numbers import as_scalar, is_pair, number, reals, shown, word
 
 WIDTHS = {"focus_spread": "nm", "convergence": "mrad", "vibration": "nm"}
 #: name -> default, in the order of the signatures
@@ -102,7 +102,7 @@ DOCUMENTATION = """\
 
 def pixel_size(value):
     takes = "pixel is the pixel size in nm"
-    if isinstance(value, (tuple, list, np.ndarray)) and np.shape(value) == (2,):
+    if is_pair(value):
         first, second = (number(one, takes) for one in value)
         if first != second:
             raise ValueError(f"Pixels have to be square, not {first} x {second} nm: resample the wave.")
@@ -161,7 +161,7 @@ def _tilt(value):
     scalar = as_scalar(value)
     if isinstance(scalar, complex):
         value = scalar.real, scalar.imag
-    if not isinstance(value, (tuple, list, np.ndarray)) or len(value) != 2:
+    if not is_pair(value):
         raise TypeError(f"{takes}, not {shown(value)}.")
     return tuple(reals(part, takes) for part in value)
 

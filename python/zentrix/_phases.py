@@ -9,7 +9,7 @@ import numpy as np
 
 from . import _core
 from ._correct import running_core
-from ._numbers import is_masked, shown
+from ._numbers import flag, is_masked, shown
 from ._signals import takes_signals
 from ._wave_arrays import planes
 
@@ -53,7 +53,7 @@ def unwrap(phase, mask=None, box=None, report=False, progress=None):
 
         unwrapped = zentrix.unwrap(np.angle(wave), mask=abs(wave) < 0.1)
     """
-    limit = _box_limit(box)
+    limit, report = _box_limit(box), flag("report", report)
     result, left_out = _checked_copy(phase, mask)
     wrapped = result.copy() if report or left_out is not None else None
     if left_out is not None:
@@ -111,9 +111,13 @@ def _left_out(phase, mask, shape):
     left_out = np.ma.getmaskarray(phase) if is_masked(phase) else None
     if mask is None:
         return left_out
-    mask = np.asarray(mask)
+    takes = "mask is a boolean array, True where a pixel is left out"
+    try:
+        mask = np.asarray(mask)
+    except ValueError:
+        raise TypeError(f"{takes}, not {shown(mask)}.") from None
     if mask.dtype != bool:
-        raise TypeError(f"mask is a boolean array, True where a pixel is left out, not {mask.dtype}.")
+        raise TypeError(f"{takes}, not {mask.dtype}.")
     try:
         mask = np.broadcast_to(mask, shape)
     except ValueError:

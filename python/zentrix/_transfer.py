@@ -7,7 +7,7 @@ import numpy as np
 
 from . import _core
 from ._correct import running_core
-from ._numbers import number, reals, shown
+from ._numbers import flag, number, reals, shown
 from ._optics import Optics, kilovolts, takes_optics
 
 
@@ -54,7 +54,8 @@ def transfer_function(shape, *, correcting=False, shifted=True, **optics):
         corrected = np.fft.ifft2(np.fft.fft2(wave) * zentrix.transfer_function(
             wave.shape, correcting=True, shifted=False, kv=300, pixel=0.02, C1=-62))
     """
-    return _transfer_function(_size(shape), Optics("transfer_function", optics), bool(correcting), bool(shifted))
+    remove, centred = flag("correcting", correcting), flag("shifted", shifted)
+    return _transfer_function(_size(shape), Optics("transfer_function", optics), remove, centred)
 
 
 @takes_optics
