@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cmath>
 #include <complex>
+#include <type_traits>
 
 // Element-wise operations on float images against loops over the C library. One thread.
 
@@ -87,10 +88,25 @@ void run()
         "norm", [&](float* r) { functions::norm(z.data(), 0.5, r, n); },
         [&](std::size_t i) { return std::norm(z[i]) * 0.5f; });
 
-    bench::compare_variants<float>("abs", double(count), count, functions::modulus_variants<float>(),
-                                   [&](auto* kernel, float* to) { kernel(z.data(), to, n); });
-    bench::compare_variants<float>("pow", double(count), count, functions::pow_variants<float>(),
-                                   [&](auto* kernel, float* to) { kernel(positive.data(), exponents.data(), to, n); });
+    for (const std::ptrdiff_t size : {512 * 512, 2048 * 2048}) {
+        const auto pixels = static_cast<std::size_t>(size);
+        const auto rows = [&]<class R>(const char* what, std::type_identity<R>, auto table, auto call) {
+            bench::compare_variants<R>(what + std::to_string(pixels), double(pixels), pixels, table, call);
+        };
+        const std::type_identity<float> real;
+        rows("abs ", real, functions::modulus_variants<float>(),
+             [&](auto* kernel, float* to) { kernel(z.data(), to, size); });
+        rows("abs and arg ", real, functions::modulus_and_phase_variants<float>(),
+             [&](auto* kernel, float* to) { kernel(z.data(), other.data(), to, size); });
+        rows("polar ", std::type_identity<complex>{}, functions::polar_variants<float>(),
+             [&](auto* kernel, complex* to) { kernel(rho.data(), 1, angles.data(), to, size); });
+        rows("exp2 ", real, functions::exp2_variants<float>(),
+             [&](auto* kernel, float* to) { kernel(exponents.data(), to, size); });
+        rows("log2 ", real, functions::log2_variants<float>(),
+             [&](auto* kernel, float* to) { kernel(positive.data(), to, size); });
+        rows("pow ", real, functions::pow_variants<float>(),
+             [&](auto* kernel, float* to) { kernel(positive.data(), exponents.data(), to, size); });
+    }
 }
 
 }  // namespace

@@ -17,11 +17,11 @@ from dataclasses import replace
 from pathlib import Path
 
 from table import machine, page, peers, quality
-from table.job_rows import BUILD
 from table.measuring import measure_topics
 from table.rows import TOPICS
 
 import numpy as np
+import whole_job
 import zentrix
 
 ROOT = Path(__file__).parents[1]
@@ -35,7 +35,8 @@ def arguments():
     parser.add_argument("--only", default="", help="measure only rows whose name or topic contains this text")
     parser.add_argument("--sizes", default=",".join(map(str, WIDTHS)), help="side lengths, multiples of 64")
     parser.add_argument("-o", "--output", default=ROOT / "docs/performance.md", help="the page; - prints it")
-    parser.add_argument("--narrow", help=argparse.SUPPRESS)  # the second process: rows with NumPy, results to a file
+    parser.add_argument("--narrow", help=argparse.SUPPRESS)  # a second process: rows with NumPy, results to a file
+    parser.add_argument("--jobs", help=argparse.SUPPRESS)  # a third process: bench/whole_job.py, results to a file
     return parser.parse_args()
 
 
@@ -53,21 +54,29 @@ def measured(zx, topics, widths, names=None):
     return results
 
 
-def measured_without_wide_vectors(options):
-    """The rows that have NumPy as a peer, in a process whose NumPy does not use AVX-512."""
-    features = peers.wide_features()
-    if not features:
-        return {}
-    print("NumPy without AVX-512", file=sys.stderr)
+def measured_apart(options, what, **environment):
+    """What a process of its own measures and leaves in the file of the option `what`."""
+    print(f"process with {what} {' '.join(environment)}", file=sys.stderr)
     with tempfile.NamedTemporaryFile() as file:
-        command = [sys.executable, __file__, "--narrow", file.name, "--only", options.only, "--sizes", options.sizes]
-        subprocess.run(command, env=os.environ | {"NPY_DISABLE_CPU_FEATURES": " ".join(features)}, check=True)
+        command = [sys.executable, __file__, what, file.name, "--only", options.only, "--sizes", options.sizes]
+        subprocess.run(command, env=os.environ | environment, check=True)
         return pickle.load(file)
+
+
+def measured_jobs(widths):
+    """(width, [ms] of transforms, files, program, Python, their ratios to the bound), on all processors."""
+    for width in sorted({*widths, *whole_job.WIDTHS} if widths == list(WIDTHS) else widths):
+        with tempfile.TemporaryDirectory() as folder:
+            times = whole_job.measure(width, folder, seconds=2.0)
+        wall = {name: times[name][0] for name in times if name != "memory"}
+        over = whole_job.ratios(times)
+        ms = wall["transforms"], wall["read"] + wall["write"], wall["program"], wall["python"]
+        yield width, *(1e3 * time for time in ms), over["program"][0], over["python"][0]
 
 
 def measured_warps():
     """The lines of bench/warp_bench: (element type, function, ns/pixel, ratio)."""
-    program = BUILD / "bench/warp_bench"
+    program = whole_job.BUILD / "bench/warp_bench"
     if not program.exists():
         print(f"{program} is not built: no warps", file=sys.stderr)
         return []
@@ -81,6 +90,11 @@ def main():
     options = arguments()
     widths = [int(width) for width in options.sizes.split(",")]
     topics = list(chosen(options.only))
+    titles = {topic.title for topic in topics}
+    if options.jobs:
+        Path(options.jobs).write_bytes(pickle.dumps(list(measured_jobs(widths))))
+        return 0
+    jobs = measured_apart(options, "--jobs") if "Whole jobs" in titles and not options.narrow else []
     os.sched_setaffinity(0, {min(os.sched_getaffinity(0))})
     zx = zentrix.load()
     if options.narrow:
@@ -89,12 +103,17 @@ def main():
     for package in peers.missing_packages():
         print(f"{package} is not installed: its rows have no such peer", file=sys.stderr)
     results = measured(zx, topics, widths)
-    narrow = measured_without_wide_vectors(options)
+    wide = " ".join(peers.wide_features())
+    narrow = measured_apart(options, "--narrow", NPY_DISABLE_CPU_FEATURES=wide) if wide else {}
     recorded = np.load(options.phase) if options.phase else None
-    unwraps = any(topic.title == "Unwrapping" for topic in topics)
-    qualities = list(quality.measure(zx, recorded)) if unwraps else []
+    qualities = list(quality.measure(zx, recorded)) if "Unwrapping" in titles else []
     warps = measured_warps() if not options.only else []
-    text = page.page(topics, results, narrow, qualities, warps, machine.processor(), machine.versions(), widths)
+    additions = {
+        "Whole jobs": page.job_table(jobs) if jobs else "",
+        "Unwrapping": page.quality_table(qualities) if qualities else "",
+    }
+    text = page.page(topics, results, narrow, additions, machine.processor(), machine.versions(), widths)
+    text += "\n" + page.warp_table(warps) if warps else ""
     if str(options.output) == "-":
         print(text)
     else:

@@ -15,6 +15,7 @@ if(NOT WIN32)
         "Folder of the Python package, relative to the prefix")
     install(TARGETS zentrix_python Zentrix64 LIBRARY DESTINATION ${ZENTRIX_PYTHON_FOLDER} COMPONENT python)
     install(FILES ${python_package_files} DESTINATION ${ZENTRIX_PYTHON_FOLDER} COMPONENT python)
+    install(FILES ${python_panel_files} DESTINATION ${ZENTRIX_PYTHON_FOLDER}/_panel COMPONENT python)
     # The package alone, for pip (setup.py): builds nothing that it does not need.
     add_custom_target(install_python
         COMMAND ${CMAKE_COMMAND} --install ${PROJECT_BINARY_DIR} --component python

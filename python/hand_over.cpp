@@ -1,7 +1,5 @@
 #include "python/hand_over.h"
 
-#include <cxxabi.h>
-
 #include <atomic>
 #include <chrono>
 #include <cstdint>
@@ -56,7 +54,7 @@ void start_python_thread()
     PyGILState_STATE ensured = PyGILState_UNLOCKED;
     try {
         ensured = PyGILState_Ensure();
-    } catch (abi::__forced_unwind&) {
+    } catch (...) {  // the unwinding of a thread that Python ends
         stop_this_thread();
     }
     (void)ensured;  // released by end_python_thread
@@ -75,7 +73,7 @@ void end_python_thread()
 {
     try {
         PyEval_RestoreThread(the_state().python);
-    } catch (abi::__forced_unwind&) {
+    } catch (...) {  // the unwinding of a thread that Python ends
         stop_this_thread();
     }
     PyGILState_Release(PyGILState_UNLOCKED);

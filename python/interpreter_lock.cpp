@@ -1,6 +1,5 @@
 #include "python/interpreter_lock.h"
 
-#include <cxxabi.h>
 #include <unistd.h>
 
 namespace zentrix::python {
@@ -14,7 +13,7 @@ interpreter_lock::interpreter_lock() noexcept
 {
     try {
         state_ = PyGILState_Ensure();
-    } catch (abi::__forced_unwind&) {
+    } catch (...) {  // the unwinding of a thread that Python ends
         stop_this_thread();
     }
 }
@@ -23,7 +22,7 @@ interpreter_unlock::~interpreter_unlock()
 {
     try {
         PyEval_RestoreThread(state_);
-    } catch (abi::__forced_unwind&) {
+    } catch (...) {  // the unwinding of a thread that Python ends
         stop_this_thread();
     }
 }
@@ -33,7 +32,7 @@ pybind11::object call_python(pybind11::handle function, pybind11::handle argumen
     PyObject* result = nullptr;
     try {
         result = PyObject_CallObject(function.ptr(), arguments.ptr());
-    } catch (abi::__forced_unwind&) {
+    } catch (...) {  // the unwinding of a thread that Python ends
         stop_this_thread();
     }
     if (!result) throw pybind11::error_already_set{};

@@ -113,6 +113,7 @@ PYBIND11_MODULE(_core, module)
     module.def("notifications", &notifications);
     module.def("call_on_host_thread", &call_on_host_thread);
     module.def("end", &end);
+    module.def("look_up_classes", &look_up_classes);
     register_fork_handlers();
 }
 

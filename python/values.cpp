@@ -201,6 +201,12 @@ py::object call_arguments::to_python(const host::script_value& value) const
     return argument_to_python(value);
 }
 
+void look_up_classes()
+{
+    const call_arguments one_of_each_kind{py::make_tuple(1.0, py::dict{}, py::array_t<float>{1})};
+    (void)script_error_class();
+}
+
 host::script_value result_from_python(py::handle result)
 {
     if (auto plain = plain_value(result)) return *std::move(plain);

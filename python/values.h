@@ -51,6 +51,10 @@ class call_arguments
     std::vector<std::pair<py::object, host::cell_ref>> references_;
 };
 
+/// Looks up the Python classes that conversions need. To be called once, while the package is imported: later, one
+/// thread could hold the interpreter lock and wait for the look-up of another thread, which waits for the lock.
+void look_up_classes();
+
 /// Converts the result of a Python method for the library.
 /// Throws  as call_arguments
 host::script_value result_from_python(py::handle result);

@@ -10,7 +10,7 @@ from .row import Row, Topic, copy, read
 
 WHY_BOX = "Our sums have fixed bits: each is the one before it, plus a sample, minus a sample, in the elements' precision."
 WHY_BLUR = "We add in double precision and in a fixed order, OpenCV in single precision."
-WHY_SMALL = "The peer has wider vectors, and its rule for NaN costs nothing."
+WHY_SMALL = "We search each row for NaN and -0, on which the rule depends; in small windows that and the edges show."
 
 
 def two_means(zx, images):

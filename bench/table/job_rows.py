@@ -1,28 +1,21 @@
 """Whole jobs: a wave is corrected, a phase is unwrapped, by the command or in Python."""
 
-import os
 import subprocess
-from pathlib import Path
 
 import numpy as np
-
+import whole_job
 import zentrix
+from scipy import fft
 
-from .peers import restoration, scipy
+from .peers import restoration
 from .row import Limit, Row, Topic
 
-if scipy:
-    from scipy import fft
-
-BUILD = Path(os.environ.get("ZENTRIX_BUILD", Path(__file__).parents[2] / "build/release"))
-PROGRAM = BUILD / "zentrix"
-KV, PIXEL, WAVELENGTH = 300, 0.02, 0.0019687489  # [kV], [nm], [nm]
-LENS = dict(C1=-62, A1=(14, 35), C3=0.15)
-OPTIONS = "--kv 300 --pixel 0.02 --remove --C1 -62 --A1 14@35 --C3 0.15".split()
+PROGRAM = whole_job.BUILD / "zentrix"
+PIXEL, WAVELENGTH = whole_job.MICROSCOPE["pixel"], 0.0019687489  # [nm]
 
 
 def corrected(zx, images):
-    return zentrix.correct(images.wave, kv=KV, pixel=PIXEL, **LENS)
+    return zentrix.correct(images.wave, **whole_job.MICROSCOPE)
 
 
 def corrected_by_scipy(wave):
@@ -34,10 +27,6 @@ def corrected_by_scipy(wave):
     a1 = 14 * np.exp(1j * np.radians(35))
     chi = 2 * np.pi / WAVELENGTH * (-62 * s / 2 + (a1 * w.conj() ** 2).real / 2 + 0.15e6 * s**2 / 4)
     return fft.ifft2(spectrum * np.exp(1j * chi).astype(np.complex64), workers=1)
-
-
-def transform_twice(wave):
-    return fft.ifft2(fft.fft2(wave, workers=1), workers=1)
 
 
 def with_files(work, source):
@@ -68,15 +57,15 @@ def _unwrap(phase):
     return zentrix.load().ZXGoldstain(phase, 0)
 
 
-WHY_JOB = "The time goes to the transforms, the conversions and the start of the program."
-TWICE = Limit("two transforms", lambda d: transform_twice(d.wave))
-TWICE_AND_FILES = Limit("two transforms + files", with_files(transform_twice, "wave"))
+WHY_JOB = "The start of the program takes some milliseconds, the transforms are planned, the wave is checked and centred."
+TWICE = Limit("two transforms", lambda d: whole_job.transforms(d.wave))
+TWICE_AND_FILES = Limit("two transforms + files", with_files(whole_job.transforms, "wave"))
 UNWRAP_AND_FILES = Limit("function + files", with_files(_unwrap, "phase"))
 
 TOPIC = Topic("Whole jobs", (
     Row("`zentrix.correct`", corrected, {"SciPy, naive": lambda d: corrected_by_scipy(d.wave)}, TWICE, 2e-3,
         why=WHY_JOB),
-    Row("`zentrix correct`", command("correct", "wave", OPTIONS),
+    Row("`zentrix correct`", command("correct", "wave", whole_job.OPTIONS),
         {"SciPy, naive with files": with_files(corrected_by_scipy, "wave")}, TWICE_AND_FILES, 2e-3, why=WHY_JOB,
         switched=False),
     Row("`zentrix unwrap`", command("unwrap", "phase", []),

@@ -131,18 +131,27 @@ def warp_table(rows):
     ])  # fmt: skip
 
 
-def page(topics, results, narrow, qualities, warps, processor, versions, widths):
+def job_table(jobs):
+    """jobs  (width, [ms] of transforms, files, program, Python, ratios of program and Python to the bound)"""
+    lines = [f"| {job[0]} | " + " | ".join(map(number, job[1:])) + " |" for job in jobs]
+    return "\n".join([
+        "## Correction on all processors\n",
+        "Times by the clock, from `bench/whole_job.py`. The bound is two transforms by SciPy with one worker, reading and"
+        " writing by\nNumPy, and 5 ms for the start of the program; for `zentrix.correct`, without that start.\n",
+        "| width | transforms [ms] | files [ms] | `zentrix correct` [ms] | `zentrix.correct` [ms] | program / bound"
+        " | Python / bound |", "|---|---|---|---|---|---|---|", *lines, "",
+    ])  # fmt: skip
+
+
+def page(topics, results, narrow, additions, processor, versions, widths):
     """The whole page.
 
     results, narrow  row's name -> width -> Timing
+    additions        title of a topic -> text that follows its table
     """
     sizes = ", ".join(map(str, widths[:-1])) + (" and " if len(widths) > 1 else "") + str(widths[-1])
     parts = [INTRODUCTION.format(processor=processor, versions=versions, widths=sizes), disagreements(results)]
     parts.append(lost_table(topics, results, narrow))
     for topic in topics:
-        parts.append(topic_table(topic, results, narrow))
-        if topic.title == "Unwrapping" and qualities:
-            parts.append(quality_table(qualities))
-    if warps:
-        parts.append(warp_table(warps))
+        parts += [topic_table(topic, results, narrow), additions.get(topic.title, "")]
     return "\n".join(part for part in parts if part)

@@ -5,6 +5,8 @@
 #include <functional>
 #include <span>
 
+#include "host/fft/finite.h"
+
 namespace zentrix::host {
 
 namespace {
@@ -21,6 +23,7 @@ bool is_finite(std::complex<float> value) { return std::isfinite(value.real()) &
 std::size_t count_not_finite(const image& wave)
 {
     const auto pixels = pixels_of(wave);
+    if (all_finite(pixels.data(), static_cast<std::ptrdiff_t>(pixels.size()))) return 0;
     return static_cast<std::size_t>(std::count_if(pixels.begin(), pixels.end(), std::not_fn(is_finite)));
 }
 

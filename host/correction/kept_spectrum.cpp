@@ -1,6 +1,5 @@
 #include "host/correction/kept_spectrum.h"
 
-#include "host/correction/finite_pixels.h"
 #include "host/correction/multiply_spectrum.h"
 
 namespace zentrix::host {
@@ -12,16 +11,13 @@ std::complex<float>* pixels_of(const image_ref& wave) { return static_cast<std::
 }  // namespace
 
 kept_spectrum::kept_spectrum(const image_ref& wave)
-    : transform_{wave->size(0), wave->size(1)}, spectrum_{wave}, was_finite_{count_not_finite(*wave) == 0}
-{
-    transform_.forward(pixels_of(spectrum_));
-}
+    : transform_{wave->size(0), wave->size(1)}, spectrum_{wave}, was_finite_{transform_.forward(pixels_of(spectrum_))}
+{}
 
 void kept_spectrum::multiply(engine& engine, const lens::transfer_arguments& arguments, const image_ref& destination)
 {
     multiply_by_transfer(engine, spectrum_, destination, arguments);
-    transform_.backward(pixels_of(destination));
-    if (was_finite_) require_finite_result(*destination);
+    if (!transform_.backward(pixels_of(destination)) && was_finite_) throw script_error{result_not_finite};
 }
 
 }  // namespace zentrix::host

@@ -1,6 +1,5 @@
 #include "host/correction/multiply_spectrum.h"
 
-#include "host/correction/finite_pixels.h"
 #include "host/fft/fft.h"
 
 namespace zentrix::host {
@@ -15,21 +14,18 @@ void multiply_by_transfer(engine& engine, const image_ref& source, const image_r
     engine.call("ZXWTFMulDLL", in_order);
 }
 
-void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments)
+spectrum_costs multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments)
 {
-    const bool was_finite = count_not_finite(*wave) == 0;
+    using clock = std::chrono::steady_clock;
     auto* const pixels = static_cast<std::complex<float>*>(wave->data());
+    const auto start = clock::now();
     fft_plan transform{wave->size(0), wave->size(1)};
-    transform.forward(pixels);
+    const bool was_finite = transform.forward(pixels);
+    const auto transformed = clock::now();
     multiply_by_transfer(engine, wave, wave, arguments);
-    transform.backward(pixels);
-    if (was_finite) require_finite_result(*wave);
-}
-
-void require_finite_result(const image& wave)
-{
-    if (count_not_finite(wave) > 0)
-        throw script_error{"The result is not finite: the values of the wave are too large for single precision."};
+    const auto multiplied = clock::now();
+    if (!transform.backward(pixels) && was_finite) throw script_error{result_not_finite};
+    return {clock::now() - multiplied + (transformed - start), multiplied - transformed};
 }
 
 }  // namespace zentrix::host

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+
 #include "host/engine/engine.h"
 #include "lens/transfer.h"
 
@@ -11,15 +13,23 @@ namespace zentrix::host {
 void multiply_by_transfer(engine& engine, const image_ref& source, const image_ref& destination,
                           const lens::transfer_arguments& arguments);
 
+/// Where the time of a correction went.
+struct spectrum_costs
+{
+    std::chrono::duration<double> transform{};  ///< both transforms
+    std::chrono::duration<double> transfer{};   ///< the transfer function
+};
+
 /// Multiplies the spectrum of a wave by the transfer function: forward transform, multiply_by_transfer, backward
 /// transform.
 /// wave       complex of two floats per pixel, two dimensions, contiguous; replaced by the result
 /// arguments  lens::arguments_for of the wave's size
 /// Throws  script_error with the library's message, and when the result of a finite wave is not finite; the contents of
 ///         `wave` are then undefined
-void multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments);
+spectrum_costs multiply_spectrum(engine& engine, const image_ref& wave, const lens::transfer_arguments& arguments);
 
-/// Throws  script_error if the result of a finite wave has pixels that are not finite
-void require_finite_result(const image& wave);
+/// The error when the result of a finite wave has pixels that are not finite.
+inline constexpr char result_not_finite[] =
+    "The result is not finite: the values of the wave are too large for single precision.";
 
 }  // namespace zentrix::host

@@ -1,8 +1,10 @@
 #include "host/fft/fft.h"
 
 #include <algorithm>
+#include <atomic>
 #include <thread>
 
+#include "host/fft/finite.h"
 #include "host/fft/parallel.h"
 #include "host/fft/strip.h"
 
@@ -13,7 +15,7 @@ namespace {
 /// One thread for each processor; fewer for images so small that starting threads would take longer.
 std::ptrdiff_t threads_for(std::ptrdiff_t pixel_count)
 {
-    constexpr std::ptrdiff_t worth_a_thread = 1 << 16;
+    constexpr std::ptrdiff_t worth_a_thread = 1 << 18;
     const std::ptrdiff_t processors = std::max(1U, std::thread::hardware_concurrency());
     return std::clamp<std::ptrdiff_t>(pixel_count / worth_a_thread, 1, processors);
 }
@@ -41,24 +43,32 @@ centring centring_of(std::ptrdiff_t length, fft_direction direction)
     return direction == fft_direction::forward ? centring{0, first} : centring{first, 0};
 }
 
-void transform_row(std::complex<float>* row, const line_transform& transform, centring at, const line_memory& scratch)
+/// Returns whether the row was finite.
+bool transform_row(std::complex<float>* row, const line_transform& transform, centring at, const line_memory& scratch)
 {
     const std::ptrdiff_t length = transform.length();
     std::complex<float>*const from = scratch.line(0), *const to = scratch.line(1);
     std::rotate_copy(row, row + (length - at.load) % length, row + length, from);
+    const bool is_finite = all_finite(from, length);
     transform(from, to);
     std::rotate_copy(to, to + at.store, to + length, row);
+    return is_finite;
 }
 
 /// Columns are transformed from line i + 1 of the scratch memory to line i, so that it needs one more line than there
-/// are columns.
-void transform_strip(std::complex<float>* strip, std::ptrdiff_t stride, std::ptrdiff_t columns,
+/// are columns. Returns whether the transformed columns are finite.
+bool transform_strip(std::complex<float>* strip, std::ptrdiff_t stride, std::ptrdiff_t columns,
                      const line_transform& transform, centring at, const line_memory& scratch, float scale)
 {
     const std::ptrdiff_t height = transform.length();
     load_strip(strip, stride, columns, height, scratch.line(1), scratch.stride(), at.load);
-    for (std::ptrdiff_t i = 0; i < columns; ++i) transform(scratch.line(i + 1), scratch.line(i));
+    bool is_finite = true;
+    for (std::ptrdiff_t i = 0; i < columns; ++i) {
+        transform(scratch.line(i + 1), scratch.line(i));
+        is_finite = all_finite(scratch.line(i), height) && is_finite;
+    }
     store_strip(strip, stride, columns, height, scratch.line(0), scratch.stride(), at.store, scale);
+    return is_finite;
 }
 
 }  // namespace
@@ -70,10 +80,10 @@ fft_plan::fft_plan(std::ptrdiff_t width, std::ptrdiff_t height)
     for (std::ptrdiff_t i = 0; i < threads; ++i) scratch_.push_back({{2, width}, {strip_width_ + 1, height}});
 }
 
-void fft_plan::forward(pixel* pixels) { transform(pixels, fft_direction::forward); }
-void fft_plan::backward(pixel* spectrum) { transform(spectrum, fft_direction::backward); }
+bool fft_plan::forward(pixel* pixels) { return transform(pixels, fft_direction::forward); }
+bool fft_plan::backward(pixel* spectrum) { return transform(spectrum, fft_direction::backward); }
 
-void fft_plan::transform(pixel* pixels, fft_direction direction)
+bool fft_plan::transform(pixel* pixels, fft_direction direction)
 {
     const auto row = line_transform::of(width_, direction), column = line_transform::of(height_, direction);
     const auto threads = static_cast<std::ptrdiff_t>(scratch_.size());
@@ -82,17 +92,20 @@ void fft_plan::transform(pixel* pixels, fft_direction direction)
     const float scale =
         direction == fft_direction::forward ? 1.0F : 1.0F / (static_cast<float>(width_) * static_cast<float>(height_));
 
+    std::atomic<bool> rows_are_finite = true, columns_are_finite = true;
     constexpr std::ptrdiff_t rows_at_once = 16;
     in_parallel((height_ + rows_at_once - 1) / rows_at_once, threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
         const auto end = std::min((item + 1) * rows_at_once, height_);
         for (auto y = item * rows_at_once; y < end; ++y)
-            transform_row(pixels + y * width_, *row, at_row, scratch_[thread].row);
+            if (!transform_row(pixels + y * width_, *row, at_row, scratch_[thread].row)) rows_are_finite = false;
     });
     in_parallel((width_ + strip_width_ - 1) / strip_width_, threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
         const auto left = item * strip_width_;
-        transform_strip(pixels + left, width_, std::min(strip_width_, width_ - left), *column, at_column,
-                        scratch_[thread].strip, scale);
+        if (!transform_strip(pixels + left, width_, std::min(strip_width_, width_ - left), *column, at_column,
+                             scratch_[thread].strip, scale))
+            columns_are_finite = false;
     });
+    return direction == fft_direction::forward ? rows_are_finite : columns_are_finite;
 }
 
 void forward_fft(std::complex<float>* pixels, std::ptrdiff_t width, std::ptrdiff_t height)

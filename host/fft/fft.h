@@ -28,11 +28,14 @@ class fft_plan
     /// pixels  width x height, rows contiguous; replaced by the spectrum. Frequency (0, 0) is at (width / 2,
     ///         height / 2) in integer division, positive frequencies are to the right and below. The origin of the
     ///         image is pixel (0, 0).
+    /// Returns whether all pixels of the image were finite. A single one that is not spreads over the whole spectrum.
     /// Throws  std::bad_alloc; the pixels are then as they were
-    void forward(pixel* pixels);
+    bool forward(pixel* pixels);
 
-    /// The inverse of `forward`, including the factor 1 / (width * height). Throws  as `forward`
-    void backward(pixel* spectrum);
+    /// The inverse of `forward`, including the factor 1 / (width * height).
+    /// Returns whether all pixels of the resulting image are finite
+    /// Throws  as `forward`
+    bool backward(pixel* spectrum);
 
     std::ptrdiff_t width() const noexcept { return width_; }
     std::ptrdiff_t height() const noexcept { return height_; }
@@ -43,7 +46,7 @@ class fft_plan
     {
         line_memory row, strip;
     };
-    void transform(pixel* pixels, fft_direction direction);
+    bool transform(pixel* pixels, fft_direction direction);
 
     std::ptrdiff_t width_, height_, strip_width_;
     std::vector<scratch> scratch_;

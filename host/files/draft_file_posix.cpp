@@ -1,11 +1,13 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <system_error>
+#include <utility>
 
 #include "host/files/draft_file.h"
 #include "host/files/pending_file.h"
@@ -62,6 +64,16 @@ void copy_rights(int file, const struct stat& former)
     static_cast<void>(fchmod(file, mode));  // fails where files have no mode; the draft is readable by its owner only
 }
 
+/// Whether the file system itself writes a file before it lets it replace another (in its default settings), so that a
+/// power failure leaves one of the two. The file must not have reserved space.
+bool writes_before_replacing(int file)
+{
+    constexpr decltype(std::declval<struct statfs>().f_type) ext4 = 0xEF53, btrfs = 0x9123683E, memory = 0x01021994;
+    struct statfs system
+    {};
+    return fstatfs(file, &system) == 0 && (system.f_type == ext4 || system.f_type == btrfs || system.f_type == memory);
+}
+
 extern "C" void remove_drafts_and_end(int signal)
 {
     draft_list::for_each([](const char* path) { unlink(path); });
@@ -77,18 +89,18 @@ draft_file::draft_file(const fs::path& target) : handle_{-1}
     remove_remnants(folder);
     struct stat former
     {};
-    const bool has_former = stat(target.c_str(), &former) == 0;
+    replaces_ = stat(target.c_str(), &former) == 0;
     do {
         path_ = folder / next_draft_name();
         draft_list::add(path_);
-        handle_ = create(path_, has_former ? 0600 : 0666);
+        handle_ = create(path_, replaces_ ? 0600 : 0666);
         if (handle_ >= 0) break;
         const int problem = errno;
         draft_list::remove(path_);
         errno = problem;
     } while (errno == EEXIST);
     if (handle_ < 0) throw_last_error();
-    if (has_former) copy_rights(descriptor(handle_), former);
+    if (replaces_) copy_rights(descriptor(handle_), former);
 }
 
 draft_file::~draft_file()
@@ -97,6 +109,15 @@ draft_file::~draft_file()
     unlink(path_.c_str());
     close(descriptor(handle_));
     draft_list::remove(path_);
+}
+
+void draft_file::reserve(std::uint64_t bytes)
+{
+    if (replaces_) return;
+    // The file's size stays 0 until bytes are written, so a power failure does not leave a file of zeros. Not all file
+    // systems can reserve; those that cannot say when they are full during writing.
+    const int done = fallocate(descriptor(handle_), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(bytes));
+    if (done != 0 && (errno == ENOSPC || errno == EDQUOT || errno == EFBIG)) throw_last_error();
 }
 
 void draft_file::write(const std::byte* bytes, std::size_t count)
@@ -112,7 +133,9 @@ void draft_file::write(const std::byte* bytes, std::size_t count)
 
 void draft_file::move_to(const fs::path& target)
 {
-    if (fsync(descriptor(handle_)) != 0 && errno != EINVAL) throw_last_error();  // EINVAL: nothing to be synchronised
+    const bool must_wait = replaces_ && !writes_before_replacing(descriptor(handle_));
+    if (must_wait && fsync(descriptor(handle_)) != 0 && errno != EINVAL)
+        throw_last_error();  // EINVAL: cannot be waited for
     if (rename(path_.c_str(), target.c_str()) != 0) throw_last_error();
     draft_list::remove(path_);
     const int file = descriptor(handle_);

@@ -63,6 +63,7 @@ draft_file::draft_file(const fs::path& target) : handle_{no_file}
 {
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path{"."};
     remove_remnants(folder);
+    replaces_ = GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES;
     do {
         path_ = folder / next_draft_name();
         draft_list::add(path_);
@@ -83,6 +84,8 @@ draft_file::~draft_file()
     draft_list::remove(path_);
 }
 
+void draft_file::reserve(std::uint64_t) {}
+
 void draft_file::write(const std::byte* bytes, std::size_t count)
 {
     while (count > 0) {
@@ -96,7 +99,7 @@ void draft_file::write(const std::byte* bytes, std::size_t count)
 
 void draft_file::move_to(const fs::path& target)
 {
-    if (!FlushFileBuffers(file_of(handle_))) throw_last_error();
+    if (replaces_ && !FlushFileBuffers(file_of(handle_))) throw_last_error();
     CloseHandle(file_of(handle_));
     handle_ = no_file;
     // ReplaceFile keeps the former file's attributes and access rights; it fails when there is none.

@@ -153,9 +153,11 @@ void write_npy(const std::filesystem::path& file, const image& pixels)
 
     pending_file output{file};
     const std::string header = npy_header_text({order + std::string{type->symbol}, false, shape});
+    const std::size_t bytes = pixels.count() * pixels.type().bytes;
+    output.reserve(header.size() + bytes);
     output.write(header.data(), header.size());
     const image_ref copy = pixels.is_contiguous() ? nullptr : pixels.clone();
-    output.write(copy ? copy->data() : pixels.data(), pixels.count() * pixels.type().bytes);
+    output.write(copy ? copy->data() : pixels.data(), bytes);
     output.commit();
 }
 

@@ -51,6 +51,13 @@ try : target_{checked(target)}, draft_{std::make_unique<draft_file>(target_)} {
 
 pending_file::~pending_file() = default;
 
+void pending_file::reserve(std::uint64_t bytes)
+try {
+    draft_->reserve(bytes);
+} catch (const std::system_error& problem) {
+    refuse(target_, problem.code().message());
+}
+
 void pending_file::write(const void* bytes, std::size_t count)
 try {
     draft_->write(static_cast<const std::byte*>(bytes), count);

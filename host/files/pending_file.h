@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <memory>
 
@@ -24,10 +25,15 @@ class pending_file
     pending_file(const pending_file&) = delete;
     pending_file& operator=(const pending_file&) = delete;
 
+    /// Announces how many bytes will be written; optional. Throws  file_error when the disk has not as many
+    void reserve(std::uint64_t bytes);
+
     /// Appends bytes. Throws  file_error, for example when the disk is full
     void write(const void* bytes, std::size_t count);
 
-    /// Moves the file to its place after all bytes have reached the disk. Call once, last. Throws  file_error
+    /// Moves the file to its place. Call once, last. A file that replaces another has reached the disk before, or the
+    /// file system sees to it, so that a power failure leaves one of them; a new file is left to the system's cache.
+    /// Throws  file_error
     void commit();
 
   private:

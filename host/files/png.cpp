@@ -171,10 +171,16 @@ void write_png(const std::filesystem::path& file, const picture& shown)
 void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)
 try {
     if (pixels.dimensions() > 2) throw file_error{file, "a volume cannot be shown as one picture"};
-    picture_painter painter{pixels, mode, shades};
+    const grey_limits limits = shades == palette::grey ? limits_of(pixels, mode) : grey_limits{};
+    const picture_painter painter{pixels, mode, shades, limits};
     pending_file output{file};
     png_writer png{output, painter.width(), painter.height(), painter.channels()};
-    for (int y = 0; y < painter.height(); ++y) png.write_row(painter.row(y));
+    std::vector<std::uint8_t> row(pixels.size(0) * static_cast<std::size_t>(painter.channels()));
+    std::vector<float> values(pixels.size(0));
+    for (int y = 0; y < painter.height(); ++y) {
+        painter.paint_row(y, values, row.data());
+        png.write_row(row);
+    }
     png.finish();
     output.commit();
 } catch (const script_error& problem) {  // elements without numbers

@@ -42,7 +42,8 @@ class png_writer
 /// Writes a picture as .png. Throws  file_error, std::bad_alloc
 void write_png(const std::filesystem::path& file, const picture& shown);
 
-/// Writes a picture of an image as .png, see picture_painter. Paints and writes row by row.
+/// Writes a picture of an image as .png, grey between limits_of the image, see picture_painter. Paints and writes row
+/// by row.
 /// Throws  file_error, also for an image of three dimensions and for elements that are not numbers; std::bad_alloc
 void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
                palette shades = palette::grey);

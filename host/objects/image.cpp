@@ -2,6 +2,10 @@
 
 #include "host/objects/value.h"
 
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -22,6 +26,20 @@ std::string size_text(const std::array<std::uint32_t, 3>& sizes, std::size_t dim
     std::string text = std::to_string(sizes[0]);
     for (std::size_t d = 1; d < dimensions; ++d) text += " x " + std::to_string(sizes[d]);
     return text;
+}
+
+/// Asks the system for pages of 2 MB. They save most of the time that the first access to a large image takes, and make
+/// columns faster to read.
+void prefer_large_pages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) noexcept
+{
+#ifdef __linux__
+    constexpr std::uintptr_t page = 1 << 21;
+    const auto begin = reinterpret_cast<std::uintptr_t>(memory);
+    const auto first = (begin + page - 1) / page * page, last = (begin + bytes) / page * page;
+    // Where the system has no such pages, small ones do.
+    if (first < last)
+        static_cast<void>(madvise(static_cast<char*>(memory) + (first - begin), last - first, MADV_HUGEPAGE));
+#endif
 }
 
 /// Calls `visit(offset)` with each element's offset from the origin, x fastest.
@@ -91,6 +109,7 @@ void image::own_memory()
     if (!bytes)
         throw script_error{"There is not enough memory for an image of " + size_text(sizes_, dimensions_) +
                            " elements of " + std::to_string(type_->bytes) + " bytes."};
+    prefer_large_pages(bytes, count() * type_->bytes);
     memory_ = std::shared_ptr<void>{bytes, std::free};
     data_ = bytes;
     set_contiguous();

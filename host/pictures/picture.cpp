@@ -1,54 +1,48 @@
 #include "host/pictures/picture.h"
 
+#include "host/pictures/for_each_pixel.h"
+#include "host/pictures/for_each_row.h"
+
 namespace zentrix::host {
 
 namespace {
 
-/// `limits` are used for greys only.
-void shade(std::span<const float> values, palette shades, grey_limits limits, std::vector<std::uint8_t>& bytes)
+const colour_wheel& colours()
 {
-    bytes.clear();
-    if (shades == palette::cyclic) {
-        static const colour_wheel colour_of;
-        for (const float value : values)
-            for (const std::uint8_t channel : colour_of(value)) bytes.push_back(channel);
-        return;
-    }
-    const grey_scale grey{limits};
-    for (const float value : values) bytes.push_back(grey(value));
+    static const colour_wheel wheel;
+    return wheel;
 }
 
 }  // namespace
 
-picture_painter::picture_painter(const image& pixels, display_mode mode, palette shades)
-    : pixels_{pixels}, mode_{mode}, shades_{shades}, values_(pixels.size(0))
+picture_painter::picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits)
+    : pixels_{pixels}, mode_{mode}, shades_{shades}, greys_{limits}
 {
-    row_.reserve(values_.size() * static_cast<std::size_t>(channels()));
-    if (shades_ == palette::cyclic) return;
-    limits_ = robust_limits([&](const auto& use) {
-        for (std::uint32_t y = 0; y < pixels_.size(1); ++y) {
-            displayed_row(pixels_, y, mode_, values_.data());
-            use(values_);
-        }
+    with_numbers_of(pixels, [](const auto*) {});  // throws for other elements
+}
+
+void picture_painter::paint_row(int y, std::span<float> values, std::uint8_t* bytes) const
+{
+    displayed_row(pixels_, static_cast<std::uint32_t>(y), mode_, values.data());
+    if (shades_ == palette::cyclic)
+        colours().shade(values, bytes);
+    else
+        greys_.shade(values, bytes);
+}
+
+void paint_picture(const picture_painter& painter, picture& painted)
+{
+    const auto width = static_cast<std::size_t>(painter.width()), height = static_cast<std::size_t>(painter.height());
+    const std::size_t row_bytes = width * static_cast<std::size_t>(painter.channels());
+    painted.bytes.resize(row_bytes * height);
+    painted.width = painter.width();
+    painted.height = painter.height();
+    painted.channels = painter.channels();
+    const auto threads = threads_for(painted.width, painted.height);
+    std::vector<std::vector<float>> values(static_cast<std::size_t>(threads), std::vector<float>(width));
+    for_each_row(painted.height, threads, [&](std::size_t thread, std::size_t y) {
+        painter.paint_row(static_cast<int>(y), values[thread], &painted.bytes[row_bytes * y]);
     });
-}
-
-std::span<const std::uint8_t> picture_painter::row(int y)
-{
-    displayed_row(pixels_, static_cast<std::uint32_t>(y), mode_, values_.data());
-    shade(values_, shades_, limits_, row_);
-    return row_;
-}
-
-picture make_picture(const image& pixels, display_mode mode, palette shades, std::optional<grey_limits> limits)
-{
-    const auto values = displayed_values(pixels, mode);
-    const int channels = shades == palette::cyclic ? 3 : 1;
-    picture made{static_cast<int>(pixels.size(0)), static_cast<int>(pixels.size(1)), channels, {}};
-    made.bytes.reserve(values.size() * static_cast<std::size_t>(channels));
-    if (!limits && shades == palette::grey) limits = robust_limits([&](const auto& use) { use(values); });
-    shade(values, shades, limits.value_or(grey_limits{}), made.bytes);
-    return made;
 }
 
 }  // namespace zentrix::host

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <vector>
 
@@ -20,32 +19,34 @@ struct picture
     std::vector<std::uint8_t> bytes;
 };
 
-/// Paints the first plane of an image row by row, with memory for one row: in colours with palette::cyclic, otherwise
-/// in grey between robust_limits. Pixels that are not a number are black; in colours infinite ones, too.
+/// Paints the first plane of an image, in colours with palette::cyclic, otherwise in grey. Pixels that are not a number
+/// are black; in colours infinite ones, too.
 class picture_painter
 {
   public:
-    /// Reads the image twice for the limits of grey. `pixels` must outlive the painter.
+    /// limits  of grey; not used for colours
+    /// `pixels` must outlive the painter.
     /// Throws  script_error for elements that are not numbers
-    picture_painter(const image& pixels, display_mode mode, palette shades);
+    picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits);
 
     int width() const { return static_cast<int>(pixels_.size(0)); }
     int height() const { return static_cast<int>(pixels_.size(1)); }
     int channels() const { return shades_ == palette::cyclic ? 3 : 1; }
-    /// Row y, width * channels bytes; valid until the next call.
-    std::span<const std::uint8_t> row(int y);
+
+    /// Paints row y. May be called on several threads at the same time; does not throw.
+    /// values  receives the displayed values, `width` of them
+    /// bytes   receives width * channels bytes
+    void paint_row(int y, std::span<float> values, std::uint8_t* bytes) const;
 
   private:
     const image& pixels_;
     display_mode mode_;
     palette shades_;
-    std::vector<float> values_;
-    std::vector<std::uint8_t> row_;
-    grey_limits limits_;
+    grey_scale greys_;
 };
 
-/// The same picture as a whole; grey between `limits` if given. Computes each displayed value once.
-picture make_picture(const image& pixels, display_mode mode, palette shades,
-                     std::optional<grey_limits> limits = std::nullopt);
+/// Replaces `painted` by the whole picture, on all processors. Its memory is used again if the size is the same.
+/// Throws  std::bad_alloc
+void paint_picture(const picture_painter& painter, picture& painted);
 
 }  // namespace zentrix::host

@@ -9,6 +9,7 @@
 #include "host/program/describe.h"
 #include "host/program/lens_options.h"
 #include "host/program/picture_options.h"
+#include "host/program/step_times.h"
 #include "host/program/wave_file.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
@@ -32,6 +33,7 @@ struct lens_request
     lens::damping envelope = lens::damping::automatic;
     nan_rule not_finite = nan_rule::refuse;
     picture_options picture;
+    bool timing = false;
 };
 
 /// The coefficients that are not zero: "C1 -50 nm, A1 12@30 nm".
@@ -54,23 +56,32 @@ void run(lens_request& request, const global_options& global)
     if (!request.kilovolts && setup.wavelength_nm == 0) throw usage_error{"--kv or --wavelength is required"};
     if (request.kilovolts) setup.wavelength_nm = lens::electron_wavelength(*request.kilovolts);
     check_names(request.output, request.picture);
-    const auto wave = read_wave(request.wave);
-    apply_nan_rule(request.wave, *wave, request.not_finite);
+    step_times times;
+    const auto wave = times.measure("read", [&] {
+        auto read = read_wave(request.wave);
+        apply_nan_rule(request.wave, *read, request.not_finite);
+        return read;
+    });
     const auto arguments = lens::arguments_for(setup, static_cast<int>(wave->size(0)), static_cast<int>(wave->size(1)),
                                                request.way, request.envelope);
     {
-        session zentrix{global};
-        host::multiply_spectrum(zentrix.engine(), wave, arguments);
+        const auto zentrix = times.measure("load", [&] { return std::make_unique<session>(global); });
+        const auto costs = host::multiply_spectrum(zentrix->engine(), wave, arguments);
+        times.add("transform", costs.transform);
+        times.add("function", costs.transfer);
     }
-    write_result(request.output, request.picture, *wave);
+    times.measure("write", [&] { write_result(request.output, request.picture, *wave); });
 
     const bool removed = request.way == lens::direction::remove;
-    if (global.json)
-        print({{"result", as_json(*wave, request.output)},
-               {"wavelength_nm", setup.wavelength_nm},
-               {"removed", removed},
-               {"envelope", arguments.envelope}});
-    else
+    if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
+    if (global.json) {
+        json done{{"result", as_json(*wave, request.output)},
+                  {"wavelength_nm", setup.wavelength_nm},
+                  {"removed", removed},
+                  {"envelope", arguments.envelope}};
+        if (request.timing) done["seconds"] = times.as_json();
+        print(done);
+    } else
         std::cout << (removed ? "removed " : "applied ") << list_of_coefficients(setup.lens)
                   << (arguments.envelope ? ", with the envelope" : "") << ", wavelength "
                   << number_text(std::round(setup.wavelength_nm * 1e7) / 1e4) << " pm: " << one_line(*wave) << " -> "
@@ -151,6 +162,7 @@ void add_lens_command(CLI::App& app, const global_options& global, lens::directi
         ->check(CLI::IsMember({"zero", "mean"}).description(""))
         ->type_name("zero|mean");
     add_picture_options(*command, request->picture);
+    add_timing_option(*command, request->timing);
     command->footer("Example: zentrix " + name +
                     " wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -62 --A1 14@35\n"
                     "C1 < 0 is underfocus. docs/conventions.md explains axes, signs and formulas.");

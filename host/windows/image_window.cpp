@@ -1,52 +1,15 @@
 #include "host/windows/image_window.h"
-#include "host/text/encoding.h"
 
 #include <algorithm>
+
+#include "host/pictures/zoom.h"
+#include "host/text/encoding.h"
 
 namespace zentrix::host {
 
 namespace {
 
 constexpr const char* mode_names[] = {"Real", "Imaginary", "Modulus", "Log of Modulus", "Phase"};
-
-/// A picture in the format of a device-independent bitmap: rows padded to four bytes, blue first.
-struct device_bitmap
-{
-    struct
-    {
-        BITMAPINFOHEADER header;
-        RGBQUAD greys[256];
-    } info{};
-    std::vector<std::uint8_t> bytes;
-
-    explicit device_bitmap(const picture& from)
-    {
-        info.header = {sizeof info.header,
-                       from.width,
-                       -from.height,
-                       1,
-                       static_cast<WORD>(8 * from.channels),
-                       BI_RGB,
-                       0,
-                       0,
-                       0,
-                       from.channels == 1 ? 256U : 0U,
-                       0};
-        for (unsigned i = 0; i < 256; ++i) {
-            const auto grey = static_cast<BYTE>(i);
-            info.greys[i] = {grey, grey, grey, 0};
-        }
-        const auto row = static_cast<std::size_t>(from.width) * static_cast<std::size_t>(from.channels);
-        const std::size_t stride = (row + 3) / 4 * 4;
-        bytes.resize(stride * static_cast<std::size_t>(from.height));
-        for (std::size_t y = 0; y < static_cast<std::size_t>(from.height); ++y) {
-            const auto to = bytes.begin() + static_cast<std::ptrdiff_t>(y * stride);
-            std::copy_n(from.bytes.begin() + static_cast<std::ptrdiff_t>(y * row), row, to);
-            if (from.channels == 3)
-                for (std::size_t x = 0; x < row; x += 3) std::swap(bytes[y * stride + x], bytes[y * stride + x + 2]);
-        }
-    }
-};
 
 template <class F>
 auto timed(std::chrono::duration<double>& spent, F work)
@@ -80,7 +43,7 @@ void image_window::show_title()
 void image_window::refresh()
 {
     stale_ = true;
-    InvalidateRect(handle(), nullptr, FALSE);
+    InvalidateRect(handle(), IsRectEmpty(&place_) ? nullptr : &place_, FALSE);
 }
 
 void image_window::set_mode(display_mode mode)
@@ -110,7 +73,12 @@ const picture& image_window::shown()
     stale_ = false;  // before the request, so that a failure is not repeated at once
     const auto image = source_();
     const auto shades = mode_ == display_mode::phase ? phase_palette_ : palette::grey;
-    timed(spent_.mapping, [&] { picture_ = make_picture(*image, mode_, shades, limits_); });
+    timed(spent_.mapping, [&] {
+        const bool needs_limits = shades == palette::grey && !limits_;
+        const auto limits = needs_limits ? sampled_limits(*image, mode_) : limits_.value_or(grey_limits{});
+        zoom_is_stale_ = true;
+        paint_picture({*image, mode_, shades, limits}, picture_);
+    });
     return picture_;
 }
 
@@ -145,15 +113,15 @@ void image_window::draw(HDC to)
     RECT client;
     GetClientRect(handle(), &client);
     const SIZE size = zoomed_to_fit({picture_.width, picture_.height}, {client.right, client.bottom});
-    const RECT place{(client.right - size.cx) / 2, (client.bottom - size.cy) / 2, (client.right + size.cx) / 2,
-                     (client.bottom + size.cy) / 2};
-    const device_bitmap bitmap{picture_};
-    // Pixels are averaged when the picture is reduced. Enlarged ones keep their edges.
-    SetStretchBltMode(to, size.cx < picture_.width ? HALFTONE : COLORONCOLOR);
-    SetBrushOrgEx(to, 0, 0, nullptr);
-    StretchDIBits(to, place.left, place.top, size.cx, size.cy, 0, 0, picture_.width, picture_.height,
-                  bitmap.bytes.data(), reinterpret_cast<const BITMAPINFO*>(&bitmap.info), DIB_RGB_COLORS, SRCCOPY);
-    ExcludeClipRect(to, place.left, place.top, place.left + size.cx, place.top + size.cy);
+    place_ = {(client.right - size.cx) / 2, (client.bottom - size.cy) / 2, (client.right + size.cx) / 2,
+              (client.bottom + size.cy) / 2};
+    if (const SIZE present = zoomed_.size(); zoom_is_stale_ || present.cx != size.cx || present.cy != size.cy) {
+        zoomed_.resize(size);
+        zoom(picture_, size.cx, size.cy, zoomed_.pixels());
+        zoom_is_stale_ = false;
+    }
+    zoomed_.draw(to, place_.left, place_.top);
+    ExcludeClipRect(to, place_.left, place_.top, place_.left + size.cx, place_.top + size.cy);
     FillRect(to, &client, GetSysColorBrush(COLOR_APPWORKSPACE));
 }
 

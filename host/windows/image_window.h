@@ -5,19 +5,22 @@
 #include <optional>
 
 #include "host/pictures/picture.h"
+#include "host/windows/canvas.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {
 
-/// Shows an image, zoomed to fit the window, in one of the five display modes. The image is requested when the window
-/// is painted, and only if it has changed: changes that come faster than painting cost nothing.
+/// Shows an image, zoomed to fit the window, in one of the five display modes, grey between sampled_limits. The image
+/// is requested when the window is painted, and only if it has changed: changes that come faster than painting cost
+/// nothing.
 class image_window : public window
 {
   public:
     /// title   first part of the window's title; the mode follows
     /// owner   null or the window in front of which this one stays
     /// client  size of the client area [pixels]
-    /// source  returns the image; an exception is reported by window::on_failure and the previous picture stays
+    /// source  returns the image, of the same size each time; an exception is reported by window::on_failure and the
+    ///         previous picture stays
     image_window(std::string title, HWND owner, SIZE client, std::function<image_ref()> source);
 
     /// To be called when the image has changed.
@@ -60,6 +63,9 @@ class image_window : public window
     std::optional<grey_limits> limits_;
     bool stale_ = true;
     picture picture_;
+    canvas zoomed_;  ///< picture_ as large as the window shows it
+    bool zoom_is_stale_ = true;
+    RECT place_{};  ///< of it in the client area; empty before it is first drawn
     std::function<void()> close_;
     std::function<void(unsigned)> command_;
     costs spent_;

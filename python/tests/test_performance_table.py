@@ -58,7 +58,7 @@ def test_page_tells_ratios_and_why_a_row_is_lost():
         "extremes": {512: Timing(1e-3, 4e-3, {"NumPy": 5e-4}, 1e-3, []), 2048: Timing(1e-2, None, {}, 5e-3, ["plain"])},
         "won": {512: Timing(1e-3, 4e-3, {"NumPy": 2e-3}, 1e-3, [])},
     }
-    text = page.page(topics, results, {}, [], [], "processor", "versions", [512, 2048])
+    text = page.page(topics, results, {}, {}, "processor", "versions", [512, 2048])
     assert "| extremes | 3.81 · 2.38 | 4.00 · – | NumPy **0.50** · – | read 1.00 · 2.00 |" in text
     assert "| extremes | NumPy **0.50** · – | A reason. |" in text and "Hidden" not in text
     assert "- extremes at 2048: plain" in text

@@ -72,7 +72,9 @@ def test_methods_run_on_the_thread_of_the_host(zx):
 
 
 def pad(number):
-    return zentrix.load().ZXPadSize(number)
+    """On another thread, which may get the system's number of the parent's host thread."""
+    with ThreadPoolExecutor(1) as pool:
+        return pool.submit(zentrix.load().ZXPadSize, number).result()
 
 
 @pytest.mark.parametrize("method", ["fork", "forkserver", "spawn"])
@@ -82,6 +84,13 @@ def test_processes_of_every_kind_have_a_working_host(zx, method):
         assert list(pool.map(pad, [100, 11])) == [112, 12]
         assert list(pool.map(zx.ZXPadSize, [100, 11])) == [112, 12]
         assert pool.submit(zx.call, "ZXPadSize", 100).result() == 112
+
+
+@pytest.mark.parametrize("scheduler", ["threads", "processes"])
+def test_dask_calls_functions_with_every_scheduler(zx, scheduler):
+    dask = pytest.importorskip("dask")
+    tasks = [dask.delayed(zx.ZXPadSize)(number) for number in (11, 100)]
+    assert dask.compute(*tasks, scheduler=scheduler, num_workers=2) == (12, 112)
 
 
 def test_host_and_functions_are_pickled_by_name(zx):
@@ -158,7 +167,8 @@ PROGRAMS = {
 }  # fmt: skip
 
 START = """if True:
-        import os, signal, sys, threading, time
+        import atexit, os, signal, sys, threading, time
+        atexit.register(lambda: print(zx))  # after the host was closed
         from types import SimpleNamespace
         import numpy as np, zentrix
         from zentrix import ScriptError
@@ -176,6 +186,7 @@ START = """if True:
 def run_program(text):
     done = subprocess.run([sys.executable, "-c", START + text], capture_output=True, text=True, check=False, timeout=100)
     assert (done.returncode, done.stderr) == (0, "")
+    return done.stdout
 
 
 @pytest.mark.parametrize("which", list(PROGRAMS)[:-1])
@@ -186,4 +197,5 @@ def test_program(which):
 @pytest.mark.parametrize("uses", [["short"], ["method"], ["long", "short"], ["short", "method"], ["waits"]])
 def test_process_ends_while_threads_use_the_host(uses):
     for _ in range(int(os.environ.get("ZENTRIX_ENDS", 2))):
-        run_program(list(PROGRAMS.values())[-1] % uses)
+        state = "open" if uses == ["waits"] else "closed"
+        assert run_program(list(PROGRAMS.values())[-1] % uses) == f"<zentrix.Host, {state}>\n"

@@ -20,18 +20,30 @@ from ._core import ScriptError
 from ._core import version as __version__
 from ._correct import aberrate, correct
 from ._notation import from_notation, to_notation
+from ._panel import panel
 from ._phases import UnwrapReport, unwrap
 from ._ref import Ref
 from ._script_functions import make_function, nearest, parse
 from ._tags import TagGroup, TagList
 from ._transfer import ImageCTF, RadialCTF, ctf, transfer_function, wavelength
 
-_FUNCTIONS = (aberrate, correct, ctf, from_notation, to_notation, transfer_function, unwrap, wavelength)
+_FUNCTIONS = (
+    aberrate,
+    correct,
+    ctf,
+    from_notation,
+    panel,
+    to_notation,
+    transfer_function,
+    unwrap,
+    wavelength,
+)
 _CLASSES = (ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
 for _public in _CLASSES + _FUNCTIONS:
     _public.__module__ = "zentrix"  # where users find them
+_core.look_up_classes()
 _open_host = None
 
 

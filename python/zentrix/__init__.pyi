@@ -8,6 +8,7 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from ._functions import ScriptFunctions
+from ._panel.live_panel import LivePanel
 
 __version__: str
 Numbers = float | Sequence[float] | NDArray[Any]
@@ -223,6 +224,15 @@ def unwrap(
     report: Literal[True],
     progress: Callable[..., Iterable[Any]] | None = None,
 ) -> tuple[NDArray[np.float32], UnwrapReport]: ...
+def panel(
+    wave: ArrayLike,
+    *,
+    title: str = "Zentrix",
+    show: Literal["real", "imaginary", "modulus", "log", "phase"] = "phase",
+    colour: bool = False,
+    save: str | os.PathLike[str] = "corrected.npy",
+    **optics: Any,
+) -> LivePanel: ...
 def to_notation(
     notation: Literal["polar", "cartesian", "corrector"],
     values: Mapping[str, Any],

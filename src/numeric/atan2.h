@@ -3,8 +3,10 @@
 #include <limits>
 
 #include "numeric/float_bits.h"
+#include "numeric/instruction_set.h"
 
 namespace qorv::numeric {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 /// Angle of the point (x, y), branch-free: [rad] from -pi to pi, the float next to pi included.
 /// y, x      any floats; zeros, infinities and NaN give the values of C's atan2
@@ -50,4 +52,5 @@ inline float atan2(float y, float x) noexcept
     return select(mask_of(x != x) | mask_of(y != y), std::numeric_limits<float>::quiet_NaN(), angle);
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric

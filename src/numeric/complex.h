@@ -2,6 +2,8 @@
 
 #include <complex>
 
+#include "numeric/instruction_set.h"
+
 /// What kernels for real and complex pixels share: type traits, the product, and the change of precision.
 namespace qorv::numeric {
 
@@ -26,6 +28,8 @@ using real_of = typename real_type<T>::type;
 /// The complex type of the same precision.
 template <class T>
 using complex_of = std::complex<real_of<T>>;
+
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 /// a * b by the formula alone: four products, one difference, one sum. The operator of std::complex also searches each
 /// result for NaNs and recovers infinities from them. This is slow and not needed for pixels.
@@ -62,4 +66,5 @@ constexpr T rounded(std::complex<double> v) noexcept
     return {static_cast<real_of<T>>(v.real()), static_cast<real_of<T>>(v.imag())};
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric

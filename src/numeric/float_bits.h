@@ -3,9 +3,12 @@
 #include <bit>
 #include <cstdint>
 
+#include "numeric/instruction_set.h"
+
 /// Bit patterns and branch-free steps of the elementary functions. SSE2 has all of this arithmetic for vectors, so the
 /// compiler vectorises loops over these functions; a scalar call gives the same bits.
 namespace qorv::numeric {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 constexpr std::uint32_t bits_of(float x) noexcept { return std::bit_cast<std::uint32_t>(x); }
 constexpr std::uint64_t bits_of(double x) noexcept { return std::bit_cast<std::uint64_t>(x); }
@@ -30,18 +33,12 @@ constexpr float select(std::uint32_t mask, float chosen, float otherwise) noexce
     return float_of((bits_of(chosen) & mask) | (bits_of(otherwise) & ~mask));
 }
 
-/// `x` limited to [low, high]; NaN stays NaN.
-constexpr float limited(float x, float low, float high) noexcept
-{
-    const float from_below = select(mask_of(x < low), low, x);
-    return select(mask_of(from_below > high), high, from_below);
-}
-
-/// The same without masks, which GCC does not vectorise for double.
+/// `x` limited to [low, high]; NaN stays NaN. Without masks, which GCC does not vectorise for double.
 constexpr double limited(double x, double low, double high) noexcept
 {
     const double from_below = x < low ? low : x;
     return from_below > high ? high : from_below;
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric

@@ -3,8 +3,10 @@
 #include <limits>
 
 #include "numeric/float_bits.h"
+#include "numeric/instruction_set.h"
 
 namespace qorv::numeric {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 /// A number as 2^exponent * m with m in [sqrt(1/2), sqrt(2)), and s = (m - 1) / (m + 1): half of ln m is the inverse
 /// hyperbolic tangent of s, |s| <= 0.1716.
@@ -57,4 +59,5 @@ inline float log(float x) noexcept
     return with_special_logarithms(static_cast<float>(number.exponent * log_of_2 + log_of_fraction(number)), x);
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric

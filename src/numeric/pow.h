@@ -4,9 +4,11 @@
 
 #include "numeric/exp.h"
 #include "numeric/float_bits.h"
+#include "numeric/instruction_set.h"
 #include "numeric/log.h"
 
 namespace qorv::numeric {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 /// log2 of the magnitude of a power's base, including infinity, zero and NaN. The relative error is below 2^-44,
 /// because the exponent multiplies it by up to 128.
@@ -55,4 +57,5 @@ inline float pow(float base, float exponent) noexcept
     return power_of_logarithm(exponent * log2_of_base(magnitude(base)), base, exponent);
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric

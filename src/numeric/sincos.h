@@ -1,8 +1,10 @@
 #pragma once
 
 #include "numeric/float_bits.h"
+#include "numeric/instruction_set.h"
 
 namespace qorv::numeric {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 struct sine_cosine
 {
@@ -46,4 +48,5 @@ inline sine_cosine sincos(float x) noexcept
             float_of(c ^ exchange ^ (((quadrant + 1u) << 30) & sign_bit))};
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::numeric

@@ -32,7 +32,9 @@ void apply_wave_transfer_plain(const complex_float* src, complex_float* dst, con
 dm::variants<wave_transfer_kernel> wave_transfer_variants()
 {
     static constexpr dm::variant<wave_transfer_kernel> table[] = {
-        {"blocked", dm::cpu::sse2, apply_wave_transfer_blocked}, {"plain", dm::cpu::none, apply_wave_transfer_plain}};
+        {"avx2", dm::cpu::avx2, apply_wave_transfer_blocked<xsimd::avx2>},
+        {"sse2", dm::cpu::sse2, apply_wave_transfer_blocked<xsimd::sse2>},
+        {"plain", dm::cpu::none, apply_wave_transfer_plain}};
     return table;
 }
 

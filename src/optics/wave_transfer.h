@@ -68,7 +68,8 @@ using wave_transfer_kernel = void(const complex_float* src, complex_float* dst, 
 /// Pixel by pixel.
 wave_transfer_kernel apply_wave_transfer_plain;
 
-/// Blocks of a row at a time, one loop per stage, which the compiler vectorises.
+/// Blocks of a row at a time, one loop per stage, which the compiler vectorises for the instruction set.
+template <class Arch>
 wave_transfer_kernel apply_wave_transfer_blocked;
 
 dm::variants<wave_transfer_kernel> wave_transfer_variants();

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "numeric/complex.h"
-#include "optics/wave_transfer.h"
+#include "numeric/instruction_set.h"
+#include "optics/wave_transfer_row.h"
 
 #include <cstdint>
 
 /// Terms of the wave transfer function at one pixel, shared by all variants. Inline, so that loops over them vectorise.
 namespace qorv::optics {
+
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 /// One part of a pixel's complex angle.
 inline float angle_along(int index, int size, const sampling& at, float tilt) noexcept
@@ -47,14 +50,6 @@ inline complex_float round_gradient(const aberrations& c, complex_float w, float
     return numeric::product(w, 2.0f * c.c20 + (4.0f * c.c40 + 6.0f * c.c60 * s) * s);
 }
 
-/// Values at the centre pixel, to which the phase and the damping of every pixel refer.
-struct centre_values
-{
-    float s;
-    float chi;
-    complex_float gradient;
-};
-
 inline centre_values values_at_centre(const sampling& at, const aberrations& lens) noexcept
 {
     const complex_float w{angle_along(at.nx / 2, at.nx, at, at.tilt.real()),
@@ -74,4 +69,5 @@ inline float damping_exponent(const envelope& width, const aberrations& lens, co
     return 50.0f < exponent ? 50.0f : exponent;
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::optics

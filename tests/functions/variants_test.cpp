@@ -1,4 +1,5 @@
 #include "functions/elementwise/modulus.h"
+#include "functions/elementwise/polar.h"
 #include "functions/elementwise/powers.h"
 #include "functions/rank/extreme_filter.h"
 #include "functions/rank/median_filter.h"
@@ -55,7 +56,11 @@ TEST(Variants, AreOrderedFromWideVectorsToThePlainForm)
     expect_best_first("n-th element", functions::rank_variants<float>());
     expect_best_first("transpose", functions::transpose_variants());
     expect_best_first("modulus", functions::modulus_variants<float>());
+    expect_best_first("modulus, phase", functions::modulus_and_phase_variants<float>());
+    expect_best_first("polar", functions::polar_variants<float>());
     expect_best_first("power", functions::pow_variants<float>());
+    expect_best_first("power of 2", functions::exp2_variants<float>());
+    expect_best_first("logarithm", functions::log2_variants<float>());
 }
 
 }  // namespace

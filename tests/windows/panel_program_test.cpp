@@ -131,6 +131,15 @@ class at_the_panel : public testing::Test
 
     std::vector<std::uint8_t> shown() { return program_->wave_window().shown().bytes; }
 
+    /// The bytes of the picture that a file of the corrected wave would show.
+    std::vector<std::uint8_t> in_a_file(display_mode mode, palette shades)
+    {
+        const image& wave = *program_->handler().result();
+        picture painted;
+        paint_picture({wave, mode, shades, limits_of(wave, mode)}, painted);
+        return painted.bytes;
+    }
+
     const support::workbench bench_;
     engine engine_;
     std::optional<library> library_;
@@ -221,12 +230,11 @@ TEST_F(at_the_panel, ShowsTheSelectedDisplay)
         const auto mode = std::to_string(entry + 1);
         EXPECT_EQ(logged(), (events{"tag DisplayMode = " + mode, "call OnChangeDisplay " + mode}));
         EXPECT_EQ(control{program_->wave_window().handle()}.text(), std::string{"wave.npy - "} + names[entry]);
-        EXPECT_EQ(shown(),
-                  make_picture(*program_->handler().result(), static_cast<display_mode>(entry), palette::grey).bytes);
+        EXPECT_EQ(shown(), in_a_file(static_cast<display_mode>(entry), palette::grey));
     }
     for (const auto expected : {palette::cyclic, palette::grey}) {
         press(program_->wave_window().handle(), VK_F4);
-        EXPECT_EQ(shown(), make_picture(*program_->handler().result(), display_mode::phase, expected).bytes);
+        EXPECT_EQ(shown(), in_a_file(display_mode::phase, expected));
     }
     EXPECT_EQ(logged(), events{});
 }

@@ -49,11 +49,29 @@ dm::variants<modulus_kernel<T>> modulus_variants()
 }
 
 template <class T>
-void modulus_and_phase(const std::complex<T>* src, T* modulus, T* phase, std::ptrdiff_t count)
+void modulus_and_phase_plain(const std::complex<T>* src, T* modulus, T* phase, std::ptrdiff_t count)
 {
     const T* const from = parts(src);
     modulus_plain(src, modulus, count);
     for (std::ptrdiff_t i = 0; i < count; ++i) phase[i] = angle(from[2 * i + 1], from[2 * i]);
+}
+
+namespace {
+
+template <class T>
+constexpr dm::variant<modulus_and_phase_kernel<T>> phase_rows[] = {
+    {"plain", dm::cpu::none, modulus_and_phase_plain<T>}};
+template <>
+constexpr dm::variant<modulus_and_phase_kernel<float>> phase_rows<float>[] = {
+    {"avx2", dm::cpu::avx2, modulus_and_phase_simd<xsimd::avx2>},
+    {"plain", dm::cpu::none, modulus_and_phase_plain<float>}};
+
+}  // namespace
+
+template <class T>
+dm::variants<modulus_and_phase_kernel<T>> modulus_and_phase_variants()
+{
+    return phase_rows<T>;
 }
 
 template <class T>
@@ -75,8 +93,10 @@ template modulus_kernel<float> modulus_plain<float>;
 template modulus_kernel<double> modulus_plain<double>;
 template dm::variants<modulus_kernel<float>> modulus_variants<float>();
 template dm::variants<modulus_kernel<double>> modulus_variants<double>();
-template void modulus_and_phase(const std::complex<float>*, float*, float*, std::ptrdiff_t);
-template void modulus_and_phase(const std::complex<double>*, double*, double*, std::ptrdiff_t);
+template modulus_and_phase_kernel<float> modulus_and_phase_plain<float>;
+template modulus_and_phase_kernel<double> modulus_and_phase_plain<double>;
+template dm::variants<modulus_and_phase_kernel<float>> modulus_and_phase_variants<float>();
+template dm::variants<modulus_and_phase_kernel<double>> modulus_and_phase_variants<double>();
 template void unit_phase(const std::complex<float>*, std::complex<float>*, std::ptrdiff_t);
 template void unit_phase(const std::complex<double>*, std::complex<double>*, std::ptrdiff_t);
 

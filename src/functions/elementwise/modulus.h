@@ -33,9 +33,26 @@ void modulus(const std::complex<T>* src, T* result, std::ptrdiff_t count)
 }
 
 /// |z| as by modulus_plain, and the phase atan2(im, re), [rad] from -pi to pi; at zero 0 or +-pi, by the signs of the
-/// parts. The phase is within 0.51 ulp in float (numeric/atan2.h), within 1 ulp in double (the C library's).
+/// parts. The phase is within 0.51 ulp in float (numeric/atan2.h), within 1 ulp in double (the C library's). Variants
+/// agree to the bit. The table has rows for float only, whose plain loops are vectorised by the compiler.
 template <class T>
-void modulus_and_phase(const std::complex<T>* src, T* modulus, T* phase, std::ptrdiff_t count);
+using modulus_and_phase_kernel = void(const std::complex<T>* src, T* modulus, T* phase, std::ptrdiff_t count);
+
+template <class T>
+modulus_and_phase_kernel<T> modulus_and_phase_plain;
+
+/// Defined in modulus_simd.h.
+template <class Arch>
+modulus_and_phase_kernel<float> modulus_and_phase_simd;
+
+template <class T>
+dm::variants<modulus_and_phase_kernel<T>> modulus_and_phase_variants();
+
+template <class T>
+void modulus_and_phase(const std::complex<T>* src, T* modulus, T* phase, std::ptrdiff_t count)
+{
+    dm::choose(modulus_and_phase_variants<T>()).function(src, modulus, phase, count);
+}
 
 /// z / |z|, within 2 ulp of each part; dst may be src. Zeros are kept. The divisor is the scaled modulus, so that every
 /// other finite z has modulus 1, however large or small. A part that is infinite or NaN becomes NaN; the other part is

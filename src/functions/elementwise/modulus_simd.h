@@ -7,7 +7,9 @@
 #include <cstddef>
 
 #include "functions/elementwise/modulus.h"
+#include "functions/elementwise/scaled_modulus.h"
 #include "image/lanes_simd.h"
+#include "numeric/atan2.h"
 
 namespace qorv::functions {
 
@@ -27,6 +29,15 @@ void modulus_simd(const std::complex<T>* src, T* modulus, std::ptrdiff_t count)
         const T re = from[2 * i], im = from[2 * i + 1];
         modulus[i] = std::sqrt(im * im + re * re);
     }
+}
+
+/// Loops that the compiler vectorises.
+template <class Arch>
+void modulus_and_phase_simd(const std::complex<float>* src, float* modulus, float* phase, std::ptrdiff_t count)
+{
+    const float* const from = reinterpret_cast<const float*>(src);
+    for (std::ptrdiff_t i = 0; i < count; ++i) modulus[i] = safe_modulus(from[2 * i], from[2 * i + 1]);
+    for (std::ptrdiff_t i = 0; i < count; ++i) phase[i] = numeric::atan2(from[2 * i + 1], from[2 * i]);
 }
 
 }  // namespace qorv::functions

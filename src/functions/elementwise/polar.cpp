@@ -46,22 +46,37 @@ void store(std::complex<T>* dst, std::ptrdiff_t i, T rho, direction<T> along)
 }  // namespace
 
 template <class T>
-void polar(const T* rho, const T* theta, std::complex<T>* dst, std::ptrdiff_t count)
+void polar_plain(const T* rho, std::ptrdiff_t rho_step, const T* theta, std::complex<T>* dst, std::ptrdiff_t count)
 {
+    if (rho_step == 0) {
+        const T modulus = *rho;
 #pragma GCC ivdep
-    for (std::ptrdiff_t i = 0; i < count; ++i) store(dst, i, rho[i], towards(theta[i]));
+        for (std::ptrdiff_t i = 0; i < count; ++i) store(dst, i, modulus, towards(theta[i]));
+    } else {
+#pragma GCC ivdep
+        for (std::ptrdiff_t i = 0; i < count; ++i) store(dst, i, rho[i], towards(theta[i]));
+    }
 }
+
+namespace {
 
 template <class T>
-void polar(T rho, const T* theta, std::complex<T>* dst, std::ptrdiff_t count)
+constexpr dm::variant<polar_kernel<T>> rows[] = {{"plain", dm::cpu::none, polar_plain<T>}};
+template <>
+constexpr dm::variant<polar_kernel<float>> rows<float>[] = {{"avx2", dm::cpu::avx2, polar_simd<xsimd::avx2>},
+                                                            {"plain", dm::cpu::none, polar_plain<float>}};
+
+}  // namespace
+
+template <class T>
+dm::variants<polar_kernel<T>> polar_variants()
 {
-#pragma GCC ivdep
-    for (std::ptrdiff_t i = 0; i < count; ++i) store(dst, i, rho, towards(theta[i]));
+    return rows<T>;
 }
 
-template void polar(const float*, const float*, std::complex<float>*, std::ptrdiff_t);
-template void polar(const double*, const double*, std::complex<double>*, std::ptrdiff_t);
-template void polar(float, const float*, std::complex<float>*, std::ptrdiff_t);
-template void polar(double, const double*, std::complex<double>*, std::ptrdiff_t);
+template polar_kernel<float> polar_plain<float>;
+template polar_kernel<double> polar_plain<double>;
+template dm::variants<polar_kernel<float>> polar_variants<float>();
+template dm::variants<polar_kernel<double>> polar_variants<double>();
 
 }  // namespace qorv::functions

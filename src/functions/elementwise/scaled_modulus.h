@@ -1,6 +1,7 @@
 #pragma once
 
 #include "numeric/float_bits.h"
+#include "numeric/instruction_set.h"
 
 #include <cmath>
 #include <limits>
@@ -9,6 +10,7 @@
 /// The overflow-safe modulus of a complex number: its parts are scaled by a power of two before they are squared, so
 /// that no square overflows or underflows. Branch-free, for float and double; the compiler vectorises loops over it.
 namespace qorv::functions {
+inline namespace ZENTRIX_INSTRUCTION_SET {
 
 /// A complex number as (re, im) * back. The larger part is in [1, 2); for the smallest and largest numbers it is in
 /// [2^-52, 4). Zeros, infinities and NaNs remain what they are.
@@ -60,4 +62,5 @@ T safe_modulus(T re, T im) noexcept
     return without_sign(im) == infinity ? infinity : with_infinite_re;
 }
 
+}  // namespace ZENTRIX_INSTRUCTION_SET
 }  // namespace qorv::functions

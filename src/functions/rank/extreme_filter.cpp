@@ -12,10 +12,6 @@
 #include <utility>
 #include <vector>
 
-namespace xsimd {
-struct sse2;
-}
-
 namespace qorv::functions {
 namespace {
 
@@ -275,7 +271,8 @@ void extreme_fast(const dm::image<const T>& source, extreme which, std::ptrdiff_
 template <class T>
 dm::variants<extreme_kernel<T>> extreme_variants()
 {
-    static constexpr dm::variant<extreme_kernel<T>> table[] = {{"sse2", dm::cpu::sse2, extreme_fast<T, xsimd::sse2>},
+    static constexpr dm::variant<extreme_kernel<T>> table[] = {{"avx2", dm::cpu::avx2, extreme_fast<T, xsimd::avx2>},
+                                                               {"sse2", dm::cpu::sse2, extreme_fast<T, xsimd::sse2>},
                                                                {"plain", dm::cpu::none, extreme_plain<T>}};
     return table;
 }

@@ -12,10 +12,6 @@
 #include <cstring>
 #include <vector>
 
-namespace xsimd {
-struct sse2;
-}
-
 namespace qorv::functions {
 namespace {
 
@@ -195,7 +191,8 @@ void median_fast(const dm::image<const T>& source, std::ptrdiff_t radius, paddin
 template <class T>
 dm::variants<median_kernel<T>> median_variants()
 {
-    static constexpr dm::variant<median_kernel<T>> table[] = {{"sse2", dm::cpu::sse2, median_fast<T, xsimd::sse2>},
+    static constexpr dm::variant<median_kernel<T>> table[] = {{"avx2", dm::cpu::avx2, median_fast<T, xsimd::avx2>},
+                                                              {"sse2", dm::cpu::sse2, median_fast<T, xsimd::sse2>},
                                                               {"plain", dm::cpu::none, median_plain<T>}};
     return table;
 }

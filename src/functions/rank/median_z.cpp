@@ -8,10 +8,6 @@
 #include <cstring>
 #include <vector>
 
-namespace xsimd {
-struct sse2;
-}
-
 namespace qorv::functions {
 namespace {
 
@@ -125,7 +121,8 @@ void median_z_fast(const dm::image<const T>& stack, const dm::image<T>& destinat
 template <class T>
 dm::variants<median_z_kernel<T>> median_z_variants()
 {
-    static constexpr dm::variant<median_z_kernel<T>> table[] = {{"sse2", dm::cpu::sse2, median_z_fast<T, xsimd::sse2>},
+    static constexpr dm::variant<median_z_kernel<T>> table[] = {{"avx2", dm::cpu::avx2, median_z_fast<T, xsimd::avx2>},
+                                                                {"sse2", dm::cpu::sse2, median_z_fast<T, xsimd::sse2>},
                                                                 {"plain", dm::cpu::none, median_z_plain<T>}};
     return table;
 }

@@ -94,7 +94,8 @@ void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, cons
 namespace {
 
 template <class T>
-constexpr dm::variant<gaussian_kernel<T>> rows[] = {{"sse2", dm::cpu::sse2, gaussian_simd<xsimd::sse2, T>},
+constexpr dm::variant<gaussian_kernel<T>> rows[] = {{"avx2", dm::cpu::avx2, gaussian_simd<xsimd::avx2, T>},
+                                                    {"sse2", dm::cpu::sse2, gaussian_simd<xsimd::sse2, T>},
                                                     {"plain", dm::cpu::none, gaussian_plain<T>}};
 
 }  // namespace

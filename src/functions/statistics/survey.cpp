@@ -32,11 +32,14 @@ namespace {
 template <class T>
 constexpr dm::variant<survey_kernel<T>> rows[] = {{"plain", dm::cpu::none, survey_plain<T>}};
 template <>
-constexpr dm::variant<survey_kernel<float>> rows<float>[] = {{"sse2", dm::cpu::sse2, survey_simd<xsimd::sse2, float>},
+constexpr dm::variant<survey_kernel<float>> rows<float>[] = {{"avx2", dm::cpu::avx2, survey_simd<xsimd::avx2, float>},
+                                                             {"sse2", dm::cpu::sse2, survey_simd<xsimd::sse2, float>},
                                                              {"plain", dm::cpu::none, survey_plain<float>}};
 template <>
 constexpr dm::variant<survey_kernel<double>> rows<double>[] = {
-    {"sse2", dm::cpu::sse2, survey_simd<xsimd::sse2, double>}, {"plain", dm::cpu::none, survey_plain<double>}};
+    {"avx2", dm::cpu::avx2, survey_simd<xsimd::avx2, double>},
+    {"sse2", dm::cpu::sse2, survey_simd<xsimd::sse2, double>},
+    {"plain", dm::cpu::none, survey_plain<double>}};
 
 }  // namespace
 

@@ -20,7 +20,7 @@ struct survey_record
 
 /// Surveys all pixels of an image of int8 to uint32, float or double; strides of any size and sign. Accumulates in
 /// double precision. Minimum and maximum are exact. The plain kernel adds in row order; the vector kernels (float,
-/// double) add in lanes, so that sums of many terms differ in their last bits.
+/// double) add in lanes, so that sums of many terms differ in their last bits; all vector kernels give the same bits.
 /// NaN pixels make the three sums NaN; minimum and maximum ignore them. The search starts with the largest finite
 /// number as the minimum and its negative as the maximum: 1.7976931348623157e308, in the vector kernel for float
 /// 3.4028235e38. These values are the result only for an image that contains nothing but NaNs and infinities.

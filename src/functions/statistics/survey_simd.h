@@ -11,9 +11,13 @@
 #include "functions/statistics/survey.h"
 #include "image/lanes_simd.h"
 
-/// The survey with one accumulator for each lane, joined at the end of every row.
+/// The survey with partial sums that are joined at the end of every row.
 namespace qorv::functions {
 namespace lane_survey {
+
+/// Partial sums of a row: element i belongs to sum i % parts, as far as the row has whole groups of `step` elements. The
+/// numbers do not depend on the instruction set, so that all vector forms give the same bits.
+inline constexpr std::ptrdiff_t parts = 4, step = 8;
 
 /// The three sums, in double precision.
 template <class Arch>
@@ -29,6 +33,15 @@ struct sums
         absolutes = absolutes + xsimd::abs(v);
     }
 };
+
+/// The sum of one kind of the partial sums.
+template <class Arch, std::size_t n>
+double total(const sums<Arch> (&all)[n], xsimd::batch<double, Arch> sums<Arch>::*kind)
+{
+    double part[parts];
+    for (std::size_t i = 0; i < n; ++i) (all[i].*kind).store_unaligned(part + i * sums<Arch>::vec::size);
+    return (part[0] + part[2]) + (part[1] + part[3]);
+}
 
 /// The smallest and the largest value of each lane, in the precision of the image. min and max return their second
 /// operand when one is NaN.
@@ -46,16 +59,6 @@ struct range
 };
 
 template <class Arch>
-double total(xsimd::batch<double, Arch> v)
-{
-    double lanes[xsimd::batch<double, Arch>::size];
-    v.store_unaligned(lanes);
-    double sum = lanes[0];
-    for (std::size_t i = 1; i < std::size(lanes); ++i) sum += lanes[i];
-    return sum;
-}
-
-template <class Arch>
 void merge(survey_record& record, double low, double high)
 {
     record.minimum = low < record.minimum ? low : record.minimum;
@@ -65,33 +68,33 @@ void merge(survey_record& record, double low, double high)
 template <class Arch, class T>
 void add_row(survey_record& record, const T* row, std::ptrdiff_t width)
 {
-    using wide = xsimd::batch<double, Arch>;
     using vec = typename range<Arch, T>::vec;
-    constexpr std::ptrdiff_t half = wide::size, step = 2 * half;  // two sets of sums hide the additions' latency
+    constexpr std::ptrdiff_t lanes = vec::size;
+    constexpr std::size_t vectors = parts / sums<Arch>::vec::size;
     range<Arch, T> extremes;
-    sums<Arch> even, odd;
+    sums<Arch> all[vectors];
+    std::size_t next = 0;
+    const auto add = [&](auto values) { all[next++ % vectors].add(values); };
     std::ptrdiff_t x = 0;
     for (; x + step <= width; x += step)
-        if constexpr (std::is_same_v<T, float>) {
-            const auto pixels = vec::load_unaligned(row + x);
+#pragma GCC unroll 4
+        for (std::ptrdiff_t i = 0; i < step; i += lanes) {
+            const auto pixels = vec::load_unaligned(row + x + i);
             extremes.add(pixels);
-            even.add(dm::simd::widened_low(pixels));
-            odd.add(dm::simd::widened_high(pixels));
-        } else {
-            const auto first = vec::load_unaligned(row + x), second = vec::load_unaligned(row + x + half);
-            extremes.add(first);
-            extremes.add(second);
-            even.add(first);
-            odd.add(second);
+            if constexpr (std::is_same_v<T, float>) {
+                add(dm::simd::widened_low(pixels));
+                add(dm::simd::widened_high(pixels));
+            } else
+                add(pixels);
         }
     T low[vec::size], high[vec::size];
     extremes.minimum.store_unaligned(low);
     extremes.maximum.store_unaligned(high);
     for (std::size_t i = 0; i < vec::size; ++i)
         merge<Arch>(record, static_cast<double>(low[i]), static_cast<double>(high[i]));
-    record.sum += total(even.sum + odd.sum);
-    record.sum_of_squares += total(even.squares + odd.squares);
-    record.sum_of_absolutes += total(even.absolutes + odd.absolutes);
+    record.sum += total(all, &sums<Arch>::sum);
+    record.sum_of_squares += total(all, &sums<Arch>::squares);
+    record.sum_of_absolutes += total(all, &sums<Arch>::absolutes);
     for (; x < width; ++x) {
         const auto v = static_cast<double>(row[x]);
         merge<Arch>(record, v, v);

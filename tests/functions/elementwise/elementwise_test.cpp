@@ -3,11 +3,13 @@
 #include "functions/elementwise/polar.h"
 #include "functions/elementwise/powers.h"
 #include "image/processor.h"
+#include "tests/support/digest.h"
 #include "tests/support/same_bytes.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <complex>
 #include <limits>
@@ -90,10 +92,13 @@ TYPED_TEST(Elementwise, ModulusAndPhaseAreWithinTheLastPlaces)
         variant.function(src.data(), modulus.data(), count);
         expect_modulus(variant.name);
     }
-    functions::modulus_and_phase(src.data(), modulus.data(), phase.data(), count);
-    expect_modulus("with phase");
-    for (std::size_t i = 0; i < src.size(); ++i)
-        ASSERT_NEAR(phase[i], std::arg(complex<long double>(src[i])), 2 * std::numeric_limits<T>::epsilon()) << src[i];
+    for (const auto& variant : runnable(functions::modulus_and_phase_variants<T>())) {
+        variant.function(src.data(), modulus.data(), phase.data(), count);
+        expect_modulus(variant.name);
+        for (std::size_t i = 0; i < src.size(); ++i)
+            ASSERT_NEAR(phase[i], std::arg(complex<long double>(src[i])), 2 * std::numeric_limits<T>::epsilon())
+                << variant.name << src[i];
+    }
 }
 
 TYPED_TEST(Elementwise, ModulusAndPhaseOfExtremeNumbers)
@@ -194,14 +199,18 @@ TYPED_TEST(Elementwise, PowersAndLogarithmsHaveTheirValues)
                 expect_same_kind(got[i], expected[i], what);
     };
     std::vector<T> got(a.size());
-    functions::exp2(a.data(), got.data(), 8);
-    expect(got, powers_of_2, "exp2");
+    for (const auto& variant : runnable(functions::exp2_variants<T>())) {
+        variant.function(a.data(), got.data(), 8);
+        expect(got, powers_of_2, variant.name);
+    }
     for (const auto& variant : runnable(functions::pow_variants<T>())) {
         variant.function(a.data(), b.data(), got.data(), 8);
         expect(got, a_to_b, variant.name);
     }
-    functions::log2(b.data(), got.data(), 8);
-    expect(got, logarithms_of_b, "log2");
+    for (const auto& variant : runnable(functions::log2_variants<T>())) {
+        variant.function(b.data(), got.data(), 8);
+        expect(got, logarithms_of_b, variant.name);
+    }
 }
 
 /// Runs `call(first, result, count)` into guarded memory and compares with `single`, one element at a time.
@@ -234,18 +243,26 @@ TYPED_TEST(Elementwise, EveryCountGivesTheBitsOfSingleElementsAndOfThePlainKerne
     for (const auto& variant : runnable(functions::modulus_variants<T>()))
         expect_same_at_every_count<T>(variant.name,
                                       [&](std::size_t i, T* result, auto n) { variant.function(&z[i], result, n); });
-    expect_same_at_every_count<T>("exp2", [&](std::size_t i, T* result, auto n) { functions::exp2(&a[i], result, n); });
-    expect_same_at_every_count<T>("log2", [&](std::size_t i, T* result, auto n) { functions::log2(&a[i], result, n); });
+    for (const auto& table : {functions::exp2_variants<T>(), functions::log2_variants<T>()})
+        for (const auto& variant : runnable(table))
+            expect_same_at_every_count<T>(
+                variant.name, [&](std::size_t i, T* result, auto n) { variant.function(&a[i], result, n); },
+                [&](std::size_t i, T* result, auto n) { table.back().function(&a[i], result, n); });
     for (const auto& variant : runnable(functions::pow_variants<T>()))
         expect_same_at_every_count<T>(
             "pow", [&](std::size_t i, T* result, auto n) { variant.function(&a[i], &b[i], result, n); },
             [&](std::size_t i, T* result, auto n) { functions::pow_plain(&a[i], &b[i], result, n); });
-    expect_same_at_every_count<T>("phase", [&](std::size_t i, T* result, auto n) {
-        functions::modulus_and_phase(&z[i], phase.data(), result, n);
-    });
-    expect_same_at_every_count<complex<T>>(
-        "polar", [&](std::size_t i, complex<T>* result, auto n) { functions::polar(&a[i], &b[i], result, n); },
-        [&](std::size_t i, complex<T>* result, auto n) { functions::polar(a[i], &b[i], result, n); });
+    for (const auto& variant : runnable(functions::modulus_and_phase_variants<T>()))
+        expect_same_at_every_count<T>(
+            variant.name, [&](std::size_t i, T* result, auto n) { variant.function(&z[i], phase.data(), result, n); },
+            [&](std::size_t i, T* result, auto n) {
+                functions::modulus_and_phase_plain(&z[i], phase.data(), result, n);
+            });
+    for (const auto& variant : runnable(functions::polar_variants<T>()))
+        expect_same_at_every_count<complex<T>>(
+            variant.name,
+            [&](std::size_t i, complex<T>* result, auto n) { variant.function(&a[i], 1, &b[i], result, n); },
+            [&](std::size_t i, complex<T>* result, auto n) { functions::polar(a[i], &b[i], result, n); });
     expect_same_at_every_count<complex<T>>(
         "unit phase", [&](std::size_t i, complex<T>* result, auto n) { functions::unit_phase(&z[i], result, n); });
     expect_same_at_every_count<complex<T>>(
@@ -257,6 +274,41 @@ TYPED_TEST(Elementwise, EveryCountGivesTheBitsOfSingleElementsAndOfThePlainKerne
             functions::pow(&a[i], result, result, n);
         },
         [&](std::size_t i, T* result, auto n) { functions::pow_plain(&a[i], &b[i], result, n); });
+}
+
+/// The rows in single precision over floats of every kind, bit by bit as the plain form. The digest of the plain
+/// results was computed on one platform.
+TEST(ElementwiseRows, GiveTheBitsOfThePlainFormOverAllFloatsOnEveryPlatform)
+{
+    qorv::dm::read_processor_features();
+    std::vector<float> a;
+    for (std::uint64_t bits = 0; bits < (1ull << 32); bits += 40009)
+        a.push_back(std::bit_cast<float>(static_cast<std::uint32_t>(bits)));
+    const auto count = static_cast<std::ptrdiff_t>(a.size() / 2 * 2);
+    std::vector<float> b(a.size()), got(a.size() * 2);
+    for (std::size_t i = 0; i < a.size(); ++i)
+        b[i] = i % 2 != 0 ? a[i * 7 % a.size()] : std::fmod(a[i * 3 % a.size()], 9);
+    const auto* z = reinterpret_cast<const complex<float>*>(a.data());
+    auto* to_z = reinterpret_cast<complex<float>*>(got.data());
+    support::fnv1a all;
+    const auto check = [&](const char* what, auto table, auto run) {
+        const auto result_of = [&](auto* kernel) {
+            std::fill(got.begin(), got.end(), 0.0f);
+            run(kernel);
+            return support::one_nan(got);
+        };
+        const std::vector<float> expected = result_of(table.back().function);
+        for (const float value : expected) all.add(std::bit_cast<std::uint32_t>(value));
+        for (const auto& row : runnable(table))
+            EXPECT_TRUE(support::same_bytes(result_of(row.function), expected)) << what << ' ' << row.name;
+    };
+    check("exp2", functions::exp2_variants<float>(), [&](auto* row) { row(a.data(), got.data(), count); });
+    check("log2", functions::log2_variants<float>(), [&](auto* row) { row(a.data(), got.data(), count); });
+    check("pow", functions::pow_variants<float>(), [&](auto* row) { row(a.data(), b.data(), got.data(), count); });
+    check("polar", functions::polar_variants<float>(), [&](auto* row) { row(b.data(), 1, a.data(), to_z, count); });
+    check("modulus and phase", functions::modulus_and_phase_variants<float>(),
+          [&](auto* row) { row(z, got.data(), got.data() + count, count / 2); });
+    EXPECT_EQ(all.value(), 497657941287031317u);
 }
 
 }  // namespace

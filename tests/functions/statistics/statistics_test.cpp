@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
 #include <cstdint>
@@ -96,6 +97,27 @@ void check_nans_are_ignored()
             line.view()((x + 8) % 21) = static_cast<T>(-inf);
             EXPECT_EQ(row.function(line.view()).minimum, -inf) << row.name << x;
         }
+}
+
+template <class T>
+void check_vector_kernels_agree()
+{
+    const auto rows = dm::runnable(functions::survey_variants<T>());
+    for (std::ptrdiff_t n = 1; n < 40; ++n) {
+        const canvas<T> line{{n, 3, 1}};
+        const auto sums = [&](const auto& row) {
+            const functions::survey_record got = row.function(line.view());
+            return std::array{got.sum, got.sum_of_squares, got.sum_of_absolutes};
+        };
+        for (std::size_t i = 0; i + 1 < rows.size(); ++i) EXPECT_EQ(sums(rows[i]), sums(rows[0])) << rows[i].name << n;
+    }
+}
+
+TEST(Survey, SumsAreTheSameWithAllVectorLengths)
+{
+    dm::read_processor_features();
+    check_vector_kernels_agree<float>();
+    check_vector_kernels_agree<double>();
 }
 
 TEST(Survey, MinimumAndMaximumIgnoreNans)

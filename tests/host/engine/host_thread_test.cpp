@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <future>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 namespace zentrix::host {
@@ -43,7 +45,7 @@ class long_call
 
 host_thread::wish give_up(host_thread::progress) { return host_thread::wish::give_up; }
 
-TEST(host_thread, runs_calls_of_many_threads_one_at_a_time_and_in_the_order_of_each)
+TEST(host_thread, runs_calls_of_many_threads_one_at_a_time)
 {
     int hooks = 0, calls = 0, running = 0, refused = 0;
     std::vector<int> latest(16, -1);
@@ -73,6 +75,30 @@ TEST(host_thread, runs_calls_of_many_threads_one_at_a_time_and_in_the_order_of_e
     EXPECT_EQ(calls, 16 * 200);
     EXPECT_EQ(refused, 16 * 29);
     EXPECT_EQ(hooks, 11);
+}
+
+TEST(host_thread, runs_calls_in_the_order_in_which_they_were_handed_over)
+{
+    host_thread thread{[] {}, [] {}};
+    std::vector<int> order;
+    std::array<std::promise<void>, 3> queued;
+    std::vector<std::future<bool>> calls;
+    {
+        const long_call blocking{thread};
+        for (int call = 0; call < 3; ++call) {
+            calls.push_back(std::async(std::launch::async, [&, call] {
+                bool seen = false;
+                return thread.run([&order, call] { order.push_back(call); },
+                                  [&](host_thread::progress) {
+                                      if (!std::exchange(seen, true)) queued[call].set_value();
+                                      return host_thread::wish::wait;
+                                  });
+            }));
+            queued[call].get_future().wait();
+        }
+    }
+    for (auto& call : calls) EXPECT_TRUE(call.get());
+    EXPECT_EQ(order, (std::vector{0, 1, 2}));
 }
 
 TEST(host_thread, withdraws_a_queued_call_and_stops_a_running_one)

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+#include "host/pictures/picture.h"
+
+namespace zentrix::host {
+
+/// Enlarges or reduces a picture, on all processors. A pixel of the reduced picture is the mean of the area that it
+/// covers, in whole and partial pixels; enlarged pixels keep their edges.
+/// from           at least one pixel
+/// width, height  of the result, 1 or more; each may be larger or smaller than in `from`
+/// pixels         receives width * height pixels 0x00RRGGBB, row by row from the top
+/// Throws  std::bad_alloc
+void zoom(const picture& from, int width, int height, std::uint32_t* pixels);
+
+}  // namespace zentrix::host

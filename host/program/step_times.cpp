@@ -1,0 +1,30 @@
+#include "host/program/step_times.h"
+
+#include <cmath>
+
+#include "host/text/number_text.h"
+
+namespace zentrix::program {
+
+std::string step_times::text() const
+{
+    std::string text;
+    for (const auto& [step, time] : steps_)
+        text +=
+            (text.empty() ? "" : ", ") + step + " " + host::number_text(std::round(time.count() * 1e4) / 10) + " ms";
+    return text;
+}
+
+json step_times::as_json() const
+{
+    json times;
+    for (const auto& [step, time] : steps_) times[step] = time.count();
+    return times;
+}
+
+void add_timing_option(CLI::App& command, bool& wanted)
+{
+    command.add_flag("--timing", wanted, "Print how long each step takes, on standard error (in seconds with --json)");
+}
+
+}  // namespace zentrix::program

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <chrono>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/program/json.h"
+
+namespace zentrix::program {
+
+/// The times that a command's steps take, for --timing.
+class step_times
+{
+  public:
+    using seconds = std::chrono::duration<double>;
+
+    void add(const std::string& step, seconds time) { steps_.emplace_back(step, time); }
+
+    /// Calls `work` and adds its time. Returns its result.
+    template <class Work>
+    decltype(auto) measure(const std::string& step, Work work)
+    {
+        const stopwatch running{*this, step};
+        return work();
+    }
+
+    /// "read 3.2 ms, transform 15.1 ms"
+    std::string text() const;
+    /// {"read": 0.0032, "transform": 0.0151}, in seconds
+    json as_json() const;
+
+  private:
+    using clock = std::chrono::steady_clock;
+    struct stopwatch
+    {
+        step_times& to;
+        const std::string& step;
+        clock::time_point start = clock::now();
+        ~stopwatch() { to.add(step, clock::now() - start); }
+    };
+    std::vector<std::pair<std::string, seconds>> steps_;
+};
+
+/// Adds the option --timing.
+void add_timing_option(CLI::App& command, bool& wanted);
+
+}  // namespace zentrix::program

@@ -1,0 +1,177 @@
+"""What the panel shows and does, without a display: parameters, undo, the corrected wave, files."""
+
+import json
+import pathlib
+
+import numpy as np
+
+from . import library
+from .history import History, State
+from .number_text import round_length, tidy, wrapped
+from .pages import COEFFICIENTS, PAGES, WIDTHS, microscope
+from .reduced_wave import reduced_marks, reduced_size, reduced_wave
+from .shades import DISPLAYS
+
+
+class Model:
+    """A wave and the aberrations that are removed from it."""
+
+    def __init__(self, wave, *, show="phase", colour=False, save="corrected.npy", **optics):
+        if show not in DISPLAYS:
+            raise ValueError(f"show is one of {', '.join(DISPLAYS)}, not {show!r}.")
+        self.original, self.not_finite = library.checked_wave(wave)
+        self.fixed = {name: optics.pop(name) for name in ("tilt", "envelope") if name in optics}
+        self.pages = (*PAGES, microscope("wavelength" in optics))
+        state = State(library.start_values(optics, self.pages[-1].rows))
+        library.check(self.keywords(state))
+        self.history = History(state)
+        self.steps = {row.name: row.step or self._percent_of(row.name) for page in self.pages for row in page.rows}
+        self.display, self.colour, self.file = show, colour, pathlib.Path(save)
+        self.source = self.original
+        self._source_of = ()  # the applied corrections that made `source`
+        self._kept = {}
+
+    def _percent_of(self, name):
+        """A round step of about one percent."""
+        return round_length(0.01 * self.values[name][0])
+
+    # Parameters
+
+    @property
+    def values(self):
+        return self.history.state.values
+
+    @property
+    def parameters(self):
+        return self.keywords(self.history.state)
+
+    def keywords(self, state):
+        """Of zentrix.correct, without coefficients and widths that are zero."""
+        result = {}
+        for page in (self.pages[-1], *self.pages[:-1]):
+            for row in page.rows:
+                value, degrees = state.values[row.name]
+                if value or row.name not in COEFFICIENTS and row.name not in WIDTHS:
+                    result[row.name] = (value, degrees) if row.has_angle else value
+        return {**result, **self.fixed}
+
+    def set_value(self, name, value=None, degrees=None, control=None):
+        """One edit; false if nothing changed. Edits of the same `control` in a row are one step of undo."""
+        old = self.values[name]
+        new = (old[0] if value is None else tidy(value), old[1] if degrees is None else wrapped(degrees))
+        if new == old:
+            return False
+        self.history.record(State({**self.values, name: new}, self.history.state.applied), control)
+        return True
+
+    def set_values(self, changes):
+        """Several at once: name -> value as in zentrix.correct."""
+        values = {**self.values, **library.values_of(changes, self.values)}
+        self.history.record(State(values, self.history.state.applied))
+
+    def set_step(self, name, step):
+        self.steps[name] = step
+
+    # The wave
+
+    def apply(self):
+        """The corrected wave becomes the source, all coefficients zero. Raises as `corrected`, and changes nothing."""
+        done = self.parameters
+        source = self.corrected()
+        self.source, self._source_of = source, (*self.history.state.applied, done)
+        self._kept.clear()
+        zero = {name: (0.0, 0.0) for name in COEFFICIENTS}
+        self.history.record(State({**self.values, **zero}, self._source_of))
+
+    def corrected(self):
+        """Full size, complex64. Raises ValueError with the library's text, "A1 is too large."."""
+        self._follow_history()
+        return library.correct(self.source, self.parameters)
+
+    def shown(self, most, before=False):
+        """(wave, marks of pixels that are not finite or None), at a size within `most` (rows, columns).
+
+        The wave is a low-passed, sampled form of `corrected` or, with `before`, of the source. It is overwritten by the
+        next call.
+        """
+        self._follow_history()
+        shape = reduced_size(self.source.shape, most)
+        if shape not in self._kept:
+            self._kept.clear()
+            self._kept[shape] = library.LiveWave(reduced_wave(self.source, shape)), self._marks(shape)
+        live, marks = self._kept[shape]
+        if before:
+            return live.wave, marks
+        parameters = self.parameters
+        if shape != self.source.shape:
+            library.check(parameters)  # with the full range of frequencies
+            parameters["pixel"] *= self.source.shape[0] / shape[0]
+        return live.corrected(parameters), marks
+
+    def _marks(self, shape):
+        return reduced_marks(self.not_finite, shape) if self.not_finite.any() else None
+
+    def _follow_history(self):
+        """Undo and redo may have passed an Apply: the source is computed again, with the same bits."""
+        applied = self.history.state.applied
+        if applied == self._source_of:
+            return
+        source = self.original
+        for keywords in applied:
+            source = library.correct(source, keywords)
+        self.source, self._source_of = source, applied
+        self._kept.clear()
+
+    # Results
+
+    def call_text(self):
+        """The present correction as Python, one line for each that was applied before."""
+        calls = [*self.history.state.applied, self.parameters]
+        if len(calls) == 1:
+            return f"zentrix.correct(wave, {self._arguments(calls[0])})"
+        lines, source = [], "wave"
+        for keywords in calls:
+            lines.append(f"corrected = zentrix.correct({source}, {self._arguments(keywords)})")
+            source = "corrected"
+        return "\n".join(lines)
+
+    def _arguments(self, keywords):
+        texts = [f"{name}={_text(value)}" for name, value in keywords.items()]
+        return ", ".join([*texts, 'nan="mean"'] if self.not_finite.any() else texts)
+
+    def save(self, file=None):
+        """Writes the corrected wave, its picture as displayed, and the parameters; returns the three paths."""
+        from .wave_files import write_all
+
+        wave = self.corrected()
+        marks = self.not_finite if self.not_finite.any() else None
+        path = unused(self.file) if file is None else pathlib.Path(file).with_suffix(".npy")
+        corrections = [*self.history.state.applied, self.parameters]
+        text = json.dumps({"corrections": [self._as_json(keywords) for keywords in corrections]}, indent=2)
+        return write_all(path, wave, text, self.display, self.colour, marks)
+
+    def _as_json(self, keywords):
+        """Keywords that zentrix.correct takes as they are read from the file: "14@35", because JSON has no tuples."""
+        result = dict(keywords, nan="mean") if self.not_finite.any() else dict(keywords)
+        for name, value in keywords.items():
+            if name in COEFFICIENTS and isinstance(value, tuple):
+                result[name] = f"{value[0]!r}@{value[1]!r}"
+        return result
+
+
+def unused(path):
+    """The path with .npy or, if there is such a file, with the first free number before it."""
+    path, count = path.with_suffix(".npy"), 1
+    candidate = path
+    while candidate.exists():
+        count += 1
+        candidate = path.with_name(f"{path.stem}-{count}.npy")
+    return candidate
+
+
+def _text(value):
+    if isinstance(value, tuple):
+        return f"({', '.join(map(_text, value))})"
+    if isinstance(value, (float, int, np.number)):
+        return repr(int(value)) if float(value).is_integer() and abs(value) < 1e9 else repr(float(value))
+    return repr(value)
