@@ -11,7 +11,7 @@ namespace zentrix::host {
 /// Threads for a picture: one for each processor, fewer for pictures so small that starting threads would take longer.
 inline std::ptrdiff_t threads_for(std::ptrdiff_t width, std::ptrdiff_t height)
 {
-    constexpr std::ptrdiff_t worth_a_thread = 65536;
+    constexpr std::ptrdiff_t worth_a_thread = 262144;
     const std::ptrdiff_t processors = std::max(1U, std::thread::hardware_concurrency());
     return std::clamp<std::ptrdiff_t>(width * height / worth_a_thread, 1, processors);
 }

@@ -19,7 +19,7 @@ void grey_scale::shade(std::span<const float> values, std::uint8_t* greys) const
                        [](float value) { return static_cast<std::uint8_t>(std::isnan(value) ? 0 : 128); });
         return;
     }
-    const auto [black, white] = limits_;
+    const float black = limits_.black, white = limits_.white;
     const double steps = steps_;
     std::transform(values.begin(), values.end(), greys, [=](float value) {
         const float lifted = value > black ? value : black;  // black also for not-a-number

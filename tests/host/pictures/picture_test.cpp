@@ -208,14 +208,17 @@ TEST(Picture, IsReducedToMeansAndEnlargedWithEdges)
         zoom(from, width, height, zoomed.data());
         EXPECT_EQ(zoomed, pixels) << width;
     }
-    picture large{600, 600, 1, std::vector<std::uint8_t>(360000)};  // on several threads
-    std::vector<std::uint32_t> expected(90000), zoomed(90000);
-    for (std::uint32_t y = 0; y < 600; ++y)
-        for (std::uint32_t x = 0; x < 600; ++x) {
-            large.bytes[y * 600 + x] = static_cast<std::uint8_t>(x / 2 + y / 2 * 7);
-            expected[y / 2 * 300 + x / 2] = large.bytes[y * 600 + x] * 0x010101U;
+    const auto blocks = image::create("large", HOST_ELEMENT_FLOAT32, sizes{800, 800});  // for several threads
+    std::vector<std::uint32_t> expected(160000), zoomed(160000);
+    for (std::uint32_t y = 0; y < 800; ++y)
+        for (std::uint32_t x = 0; x < 800; ++x) {
+            const std::uint32_t shade = (x / 2 + y / 2 * 7) % 256;
+            blocks->at<float>(x, y) = static_cast<float>(shade);
+            expected[y / 2 * 400 + x / 2] = shade * 0x010101U;
         }
-    zoom(large, 300, 300, zoomed.data());
+    picture large;
+    paint_picture({*blocks, display_mode::real, palette::grey, {0, 255}}, large);
+    zoom(large, 400, 400, zoomed.data());
     EXPECT_EQ(zoomed, expected);
 }
 
@@ -223,8 +226,8 @@ TEST(Picture, FilesHoldTheSamePixelsAndVolumesAreRefused)
 {
     const scratch_folder folder;
     std::mt19937 random{3};
-    auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, sizes{301, 503});  // a noisy ramp, noise, blank rows
-    for (int i = 0; i < 301 * 503; ++i) {
+    auto wave = image::create("wave", HOST_ELEMENT_COMPLEX64, sizes{301, 403});  // a noisy ramp, noise, blank rows
+    for (int i = 0; i < 301 * 403; ++i) {
         const int x = i % 301, y = i / 301;
         const float noise = static_cast<float>(random()) * 1e-9F;
         const float turns = y < 130 ? static_cast<float>(x + y) * 5e-3F + noise * 0.05F : noise;
