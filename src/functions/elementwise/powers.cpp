@@ -80,15 +80,17 @@ dm::variants<two_sources<T>> pow_variants()
     return pow_rows<T>;
 }
 
-#define INSTANTIATE(T)                                       \
-    template one_source<T> exp2_plain<T>;                    \
-    template one_source<T> log2_plain<T>;                    \
-    template two_sources<T> pow_plain<T>;                    \
-    template dm::variants<one_source<T>> exp2_variants<T>(); \
-    template dm::variants<one_source<T>> log2_variants<T>(); \
-    template dm::variants<two_sources<T>> pow_variants<T>()
-INSTANTIATE(float);
-INSTANTIATE(double);
-#undef INSTANTIATE
+template one_source<float> exp2_plain<float>;
+template one_source<float> log2_plain<float>;
+template two_sources<float> pow_plain<float>;
+template dm::variants<one_source<float>> exp2_variants<float>();
+template dm::variants<one_source<float>> log2_variants<float>();
+template dm::variants<two_sources<float>> pow_variants<float>();
+template one_source<double> exp2_plain<double>;
+template one_source<double> log2_plain<double>;
+template two_sources<double> pow_plain<double>;
+template dm::variants<one_source<double>> exp2_variants<double>();
+template dm::variants<one_source<double>> log2_variants<double>();
+template dm::variants<two_sources<double>> pow_variants<double>();
 
 }  // namespace qorv::functions
