@@ -203,7 +203,8 @@ py::object call_arguments::to_python(const host::script_value& value) const
 
 void look_up_classes()
 {
-    const call_arguments one_of_each_kind{py::make_tuple(1.0, py::dict{}, py::array_t<float>{1})};
+    const py::object array = py::module_::import("numpy").attr("zeros")(1, "float32");
+    const call_arguments one_of_each_kind{py::make_tuple(1.0, py::dict{}, array)};
     (void)script_error_class();
 }
 
