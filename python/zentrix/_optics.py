@@ -78,7 +78,7 @@ def takes_optics(function):
     own = [one for one in inspect.signature(function).parameters.values() if one.kind is not one.VAR_KEYWORD]
     more = [inspect.Parameter(name, inspect.Parameter.KEYWORD_ONLY, default=value) for name, value in PARAMETERS.items()]
     function.__signature__ = inspect.Signature(own + more)
-    function.__doc__ = function.__doc__.replace("    OPTICS\n", DOCUMENTATION)
+    function.__doc__ = (function.__doc__ or "").replace("    OPTICS\n", DOCUMENTATION)  # -OO leaves none
     return function
 
 
