@@ -145,7 +145,7 @@ void run(const unwrap_request& request, const global_options& global)
     if (report.left_out > 0)
         std::cerr << "zentrix: " << request.phase << ": " << report.left_out << " of " << result->count()
                   << " pixels are infinite or not a number; they are left out and stay as they are\n";
-    times.measure("write", [&] { write_result(request.output, request.picture, *result); });
+    times.measure("write", [&, &pixels = *result] { write_result(request.output, request.picture, pixels); });
     if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
     if (global.json) {
         json done{{"result", as_json(*result, request.output)}, {"report", report_as_json(report)}};
