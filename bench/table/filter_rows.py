@@ -9,7 +9,10 @@ from .peers import bottleneck, cv2, filters, ndimage
 from .row import Row, Topic, copy, read
 
 WHY_BOX = "Our sums have fixed bits: each is the one before it, plus a sample, minus a sample, in the elements' precision."
-WHY_BLUR = "We add in double precision and in a fixed order, OpenCV in single precision."
+WHY_BLUR = (
+    "Every tap is multiplied and added in a fixed order and in double precision; OpenCV adds symmetric samples first, which "
+    "saves half of the multiplications, and keeps the precision of the elements."
+)
 WHY_SMALL = "We search each row for NaN and -0, on which the rule depends; in small windows that and the edges show."
 
 
