@@ -8,8 +8,11 @@ from .images import DEPTH
 from .peers import bottleneck, cv2, filters, ndimage
 from .row import Row, Topic, copy, read
 
-WHY_BOX = "Our sums have fixed bits: each is the one before it, plus a sample, minus a sample, in the elements' precision."
-WHY_BLUR = "We add in double precision and in a fixed order, OpenCV in single precision."
+WHY_BOX = "Our sums have fixed bits: each is the one before it, plus a sample, minus a sample."
+WHY_BLUR = (
+    "Every tap is multiplied and added in a fixed order and in double precision; OpenCV adds symmetric samples first, "
+    "which saves half of the multiplications, and keeps the precision of the elements."
+)
 WHY_SMALL = "We search each row for NaN and -0, on which the rule depends; in small windows that and the edges show."
 
 
@@ -108,7 +111,8 @@ TOPICS = (
         Row("`MovingAverage`, radius 5, Real 8",
             lambda zx, d: zx.ZXMovingAverage(d.real8, 5, d.to(np.float64)),
             {"SciPy": lambda d: ndimage.uniform_filter(d.real8, 11, output=d.peer_to(np.float64)),
-             "OpenCV": lambda d: cv2.blur(d.real8, (11, 11), dst=d.peer_to(np.float64))}, copy(8, 8), 1e-11, 5, WHY_BOX),
+             "OpenCV": lambda d: cv2.blur(d.real8, (11, 11), dst=d.peer_to(np.float64))},
+            copy(8, 8), 1e-11, 5, WHY_BOX),
         Row("`MovingAverage`, radius 5, Complex 8",
             lambda zx, d: zx.ZXMovingAverage(d.wave, 5, d.to(np.complex64)), {"SciPy": scipy_complex_mean}, copy(8, 8),
             1e-4, 5, WHY_BOX),
@@ -141,5 +145,5 @@ TOPICS = (
         Row(f"`MedianZ`, {DEPTH} planes, Real 4", median_z,
             {"NumPy": lambda d: np.median(d.volume, axis=0, out=d.peer_to(np.float32, *d.volume.shape[1:])),
              "bottleneck": lambda d: bottleneck.median(d.volume, axis=0)}, read(4), 1e-6),
-    ), "The median of an even number of values is the mean of two: in double precision, in NumPy's functions in single."),
+    ), "The median of an even number of values is the mean of two, which NumPy computes in single precision."),
 )  # fmt: skip

@@ -57,7 +57,7 @@ def _unwrap(phase):
     return zentrix.load().ZXGoldstain(phase, 0)
 
 
-WHY_JOB = "The start of the program takes some milliseconds, the transforms are planned, the wave is checked and centred."
+WHY_JOB = "The start of the program takes some milliseconds, and the transforms are planned."
 TWICE = Limit("two transforms", lambda d: whole_job.transforms(d.wave))
 TWICE_AND_FILES = Limit("two transforms + files", with_files(whole_job.transforms, "wave"))
 UNWRAP_AND_FILES = Limit("function + files", with_files(_unwrap, "phase"))
@@ -71,5 +71,6 @@ TOPIC = Topic("Whole jobs", (
     Row("`zentrix unwrap`", command("unwrap", "phase", []),
         {"scikit-image, with files": with_files(lambda phase: restoration.unwrap_phase(phase), "phase")},
         UNWRAP_AND_FILES, 1e-5, why="The start of the program takes some milliseconds.", switched=False),
-), "The transforms of the limit are SciPy's, with one worker; the files are NumPy's. The program's time includes its start.",
+), "The transforms of the limit are SciPy's, with one worker; the files are NumPy's. The program's time includes its"
+   " start.",
     "ms")  # fmt: skip

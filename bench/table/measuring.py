@@ -13,7 +13,7 @@ from .row import agree
 SECONDS = 0.35  #: of timing for a row at one size
 TURN = 0.002  #: a way that takes less [s] is repeated within its turn
 ROUNDS = 3, 60  #: turns of each way, at least and at most
-PATIENCE = 1.6  #: a plain form or peer whose forecast for a size exceeds this [s] is not run there
+PATIENCE = 2.5  #: a plain form or peer whose forecast for a size exceeds this [s] is not run there
 
 
 @dataclass

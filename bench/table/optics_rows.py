@@ -104,6 +104,6 @@ TOPICS = (
         Row("`Goldstain`, noise of 1 rad", lambda zx, d: zx.ZXGoldstain(d.noisy_phase, 0),
             {"scikit-image": lambda d: restoration.unwrap_phase(d.noisy_phase)}, copy(4, 4),
             right=whole_turns(lambda d: d.noisy_phase)),
-    ), "The first result is compared with those of the peers. With noise, where they rightly differ, it must differ from"
-       " the phase by whole turns."),
+    ), "The first result is compared with those of the peers. With noise, where they rightly differ, it must differ"
+       " from the phase by whole turns."),
 )  # fmt: skip

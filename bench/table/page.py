@@ -136,8 +136,8 @@ def job_table(jobs):
     lines = [f"| {job[0]} | " + " | ".join(map(number, job[1:])) + " |" for job in jobs]
     return "\n".join([
         "## Correction on all processors\n",
-        "Times by the clock, from `bench/whole_job.py`. The bound is two transforms by SciPy with one worker, reading and"
-        " writing by\nNumPy, and 5 ms for the start of the program; for `zentrix.correct`, without that start.\n",
+        "Times by the clock, from `bench/whole_job.py`. The bound is two transforms by SciPy with one worker, reading"
+        " and writing by\nNumPy, and 5 ms for the start of the program; for `zentrix.correct`, without that start.\n",
         "| width | transforms [ms] | files [ms] | `zentrix correct` [ms] | `zentrix.correct` [ms] | program / bound"
         " | Python / bound |", "|---|---|---|---|---|---|---|", *lines, "",
     ])  # fmt: skip

@@ -38,7 +38,7 @@ def test_wrong_results_are_noticed(zx):
 
 
 def test_slow_peers_are_left_out(zx):
-    former = IMAGES.pixels // 4, Timing(1e-6, 0.5, {"NumPy": 0.3}, 1e-6, [])
+    former = IMAGES.pixels // 4, Timing(1e-6, 0.9, {"NumPy": 0.3}, 1e-6, [])
     timing = measure_row(zx, EXTREMES, IMAGES, former, seconds=0)
     assert timing.plain is None and timing.peers["NumPy"] > 0
     assert measure_row(zx, EXTREMES, IMAGES, (IMAGES.pixels, timing), seconds=0).plain is None

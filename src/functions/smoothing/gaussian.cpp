@@ -93,9 +93,38 @@ void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, cons
 
 namespace {
 
+/// A destination without contiguous rows takes the plain form.
+template <class Arch, class T>
+void gaussian_fast(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights)
+{
+    if (to.strides()[0] != 1) return gaussian_plain<T>(from, to, weights);
+    using gauss::slack;
+    const std::ptrdiff_t width = from.width(), height = from.height();
+    const auto n = static_cast<std::ptrdiff_t>(weights.size());
+    std::vector<gauss::tap> taps;
+    for (const double weight : weights) taps.push_back({{weight, weight, weight, weight}, nullptr, nullptr});
+    auto norms_of_row = gaussian_norms(weights, width);
+    norms_of_row.resize(static_cast<std::size_t>(width + slack), 1.0);
+    const auto norms_of_column = gaussian_norms(weights, height);
+    std::vector<double> line(static_cast<std::size_t>(width + 2 * slack), -0.0);
+
+    const std::ptrdiff_t ring_rows = std::min(2 * n - 1, height);
+    // Every sample of the ring is read once for each row in the window, so a usual window should fit the first cache.
+    constexpr std::ptrdiff_t ring_bytes = 28 * 1024;
+    const std::ptrdiff_t block = std::clamp<std::ptrdiff_t>(
+        ring_bytes / static_cast<std::ptrdiff_t>(sizeof(double)) / ring_rows / slack * slack, 2 * slack, 512);
+    std::vector<double> ring(static_cast<std::size_t>(ring_rows * block)), norm(static_cast<std::size_t>(block));
+    std::vector<double*> ring_row;
+    for (std::ptrdiff_t y = 0; y < height; ++y) ring_row.push_back(ring.data() + y % ring_rows * block);
+
+    gaussian_simd<Arch, T>(from, to,
+                           {n, taps.data(), norms_of_row.data(), norms_of_column.data(), line.data() + slack,
+                            ring_row.data(), block, norm.data()});
+}
+
 template <class T>
-constexpr dm::variant<gaussian_kernel<T>> rows[] = {{"avx2", dm::cpu::avx2, gaussian_simd<xsimd::avx2, T>},
-                                                    {"sse2", dm::cpu::sse2, gaussian_simd<xsimd::sse2, T>},
+constexpr dm::variant<gaussian_kernel<T>> rows[] = {{"avx2", dm::cpu::avx2, gaussian_fast<xsimd::avx2, T>},
+                                                    {"sse2", dm::cpu::sse2, gaussian_fast<xsimd::sse2, T>},
                                                     {"plain", dm::cpu::none, gaussian_plain<T>}};
 
 }  // namespace

@@ -41,11 +41,39 @@ using gaussian_kernel = void(const dm::image<const T>& from, const dm::image<T>&
 template <class T>
 void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights);
 
-/// Several pixels at a time with the same operations in the same order: the same bits except for the payloads of NaNs.
-/// A destination without contiguous rows is passed to the plain variant. Defined in gaussian_simd.h, instantiated for
-/// each instruction set in a file of its own.
+namespace gauss {
+
+/// A weight in all lanes of a vector, and the samples to which it applies: before and after the pixels of the line, in
+/// their order. The pointers are stored because GCC, when it computes them, runs out of registers.
+struct tap
+{
+    double weight[4];
+    const double *before, *after;
+};
+
+/// Elements that a group of pixels may reach beyond a line.
+inline constexpr std::ptrdiff_t slack = 16;
+
+/// The memory of the vector forms, which have no containers of their own.
+struct workspace
+{
+    std::ptrdiff_t count;           ///< of the taps
+    tap* taps;                      ///< with their weights
+    const double* norms_of_row;     ///< gaussian_norms of the width, then `slack` ones
+    const double* norms_of_column;  ///< gaussian_norms of the height
+    double* line;                   ///< a row of the image; on both sides `slack` elements that are -0
+    double** rows;                  ///< for each row of the image its place in a ring of as many as the window reaches
+    std::ptrdiff_t block;           ///< columns that a row of the ring has room for, a multiple of `slack`
+    double* norm;                   ///< `block` elements, zero at the start
+};
+
+}  // namespace gauss
+
+/// Several pixels at a time with the operations of the plain variant in the same order: the same bits except for the
+/// payloads of NaNs. Rows of the destination must be contiguous. Defined in gaussian_simd.h, instantiated for each
+/// instruction set in a file of its own.
 template <class Arch, class T>
-void gaussian_simd(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights);
+void gaussian_simd(const dm::image<const T>& from, const dm::image<T>& to, const gauss::workspace& room);
 
 template <class T>
 dm::variants<gaussian_kernel<T>> gaussian_variants();

@@ -5,8 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
-#include <iterator>
-#include <vector>
 
 #include "functions/smoothing/gaussian.h"
 #include "image/interruption.h"
@@ -23,23 +21,6 @@ inline constexpr std::ptrdiff_t group = 4 * static_cast<std::ptrdiff_t>(xsimd::b
 
 /// A row of a small window takes about a microsecond, in which a reading of the clock would show.
 inline constexpr std::ptrdiff_t rows_per_question = 4;
-
-/// A weight in all lanes of a vector, and the samples to which it applies: before and after the pixels of the line, in
-/// their order. The pointers are stored because GCC, when it computes them, runs out of registers.
-template <class Arch>
-struct tap
-{
-    double weight[xsimd::batch<double, Arch>::size];
-    const double *before, *after;
-};
-
-template <class Arch>
-std::vector<tap<Arch>> taps_of(const std::vector<double>& weights)
-{
-    std::vector<tap<Arch>> taps(weights.size());
-    for (std::size_t i = 0; i < taps.size(); ++i) std::fill_n(taps[i].weight, std::size(taps[i].weight), weights[i]);
-    return taps;
-}
 
 /// The greatest i of each side for which tap i meets the line, for the first group of pixels.
 struct reach
@@ -89,13 +70,13 @@ struct sums_of_group
 
 /// The means of the group of pixels at `at`, from the first `before` and `after` taps of each side.
 template <class Arch, class T>
-[[gnu::always_inline]] inline void mean_of_group(const tap<Arch>* taps, std::ptrdiff_t at, std::ptrdiff_t before,
+[[gnu::always_inline]] inline void mean_of_group(const tap* taps, std::ptrdiff_t at, std::ptrdiff_t before,
                                                  std::ptrdiff_t after, const double* norms, T* to)
 {
     using vec = xsimd::batch<double, Arch>;
     sums_of_group<Arch> sums{vec::load_unaligned(taps->weight), taps->before + at};
-    const tap<Arch>* const both = taps + std::min(before, after);
-    const tap<Arch>* t = taps + 1;
+    const tap* const both = taps + std::min(before, after);
+    const tap* t = taps + 1;
     for (; t <= both; ++t) {
         const vec weight = vec::load_unaligned(t->weight);
         sums.add(weight, t->before + at);
@@ -109,37 +90,32 @@ template <class Arch, class T>
 /// `count` means; samples and norms exist for whole groups. Taps that meet the line for no pixel of a group are left
 /// out.
 template <class Arch, class T>
-void weighted_means(const std::vector<tap<Arch>>& taps, const reach& meets, const double* norms, T* to,
-                    std::ptrdiff_t count)
+void weighted_means(const workspace& room, const reach& meets, const double* norms, T* to, std::ptrdiff_t count)
 {
-    const std::ptrdiff_t last = static_cast<std::ptrdiff_t>(taps.size()) - 1;
+    const std::ptrdiff_t last = room.count - 1;
     for (std::ptrdiff_t at = 0; at < count; at += group<Arch>) {
         const std::ptrdiff_t before = std::min(meets.before + meets.step * at, last);
         const std::ptrdiff_t after = std::min(meets.after - meets.step * at, last);
         if (at + group<Arch> <= count) {
             if (before == last && after == last)  // a loop of its own for the usual case: 15 % faster
-                mean_of_group(taps.data(), at, last, last, norms, to + at);
+                mean_of_group<Arch>(room.taps, at, last, last, norms, to + at);
             else
-                mean_of_group(taps.data(), at, before, after, norms, to + at);
+                mean_of_group<Arch>(room.taps, at, before, after, norms, to + at);
         } else {
-            T room[group<Arch>];
-            mean_of_group(taps.data(), at, before, after, norms, room);
-            std::memcpy(to + at, room, static_cast<std::size_t>(count - at) * sizeof(T));
+            T means[group<Arch>];
+            mean_of_group<Arch>(room.taps, at, before, after, norms, means);
+            std::memcpy(to + at, means, static_cast<std::size_t>(count - at) * sizeof(T));
         }
     }
 }
 
 template <class Arch, class T>
-void blur_rows(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights)
+void blur_rows(const dm::image<const T>& from, const dm::image<T>& to, const workspace& room)
 {
+    static_assert(group<Arch> <= slack && sizeof(tap::weight) >= sizeof(xsimd::batch<double, Arch>));
     const std::ptrdiff_t width = from.width(), step = from.strides()[0];
-    auto taps = taps_of<Arch>(weights);
-    auto norms = gaussian_norms(weights, width);
-    norms.resize(static_cast<std::size_t>(width + group<Arch>), 1.0);
-    std::vector<double> line(static_cast<std::size_t>(width + 2 * group<Arch>), -0.0);
-    double* const pixels = line.data() + group<Arch>;  // a group reaches less than its length beyond the line
-    const auto n = static_cast<std::ptrdiff_t>(weights.size());
-    for (std::ptrdiff_t i = 0; i < n; ++i) taps[i].before = pixels - i, taps[i].after = pixels + i;
+    double* const pixels = room.line;
+    for (std::ptrdiff_t i = 0; i < room.count; ++i) room.taps[i].before = pixels - i, room.taps[i].after = pixels + i;
     for (std::ptrdiff_t y = 0; y < from.height(); ++y) {
         if (y % rows_per_question == 0) dm::stop_if_interrupted();
         const T* row = from.row(y);
@@ -147,42 +123,32 @@ void blur_rows(const dm::image<const T>& from, const dm::image<T>& to, const std
             for (std::ptrdiff_t x = 0; x < width; ++x) pixels[x] = row[x];
         else
             for (std::ptrdiff_t x = 0; x < width; ++x) pixels[x] = row[x * step];
-        weighted_means(taps, {group<Arch> - 1, width - 1, 1}, norms.data(), to.row(y), width);
+        weighted_means<Arch>(room, {group<Arch> - 1, width - 1, 1}, room.norms_of_row, to.row(y), width);
     }
 }
 
 /// Columns are blurred in blocks. The rows of a block that the window reaches are kept in double precision in a ring,
 /// in which a row replaces the one that left the window.
 template <class Arch, class T>
-void blur_columns(const dm::image<T>& image, const std::vector<double>& weights)
+void blur_columns(const dm::image<T>& image, const workspace& room)
 {
-    const std::ptrdiff_t width = image.width(), height = image.height();
-    const auto n = static_cast<std::ptrdiff_t>(weights.size());
-    auto taps = taps_of<Arch>(weights);
-    const auto norms = gaussian_norms(weights, height);
-    const std::ptrdiff_t ring_rows = std::min(2 * n - 1, height);
-    // Every sample of the ring is read once for each row in the window, so a usual window should fit the first cache.
-    constexpr std::ptrdiff_t ring_bytes = 28 * 1024;
-    const std::ptrdiff_t block = std::clamp<std::ptrdiff_t>(
-        ring_bytes / static_cast<std::ptrdiff_t>(sizeof(double)) / ring_rows / 16 * 16, 32, 512);
-    std::vector<double> ring(static_cast<std::size_t>(ring_rows * block)), norm(static_cast<std::size_t>(block));
-    std::vector<double*> rows;
-    for (std::ptrdiff_t y = 0; y < height; ++y) rows.push_back(ring.data() + y % ring_rows * block);
-    for (std::ptrdiff_t x = 0; x < width; x += block) {
-        const std::ptrdiff_t columns = std::min(block, width - x);
+    const std::ptrdiff_t width = image.width(), height = image.height(), n = room.count;
+    for (std::ptrdiff_t x = 0; x < width; x += room.block) {
+        const std::ptrdiff_t columns = std::min(room.block, width - x);
         const auto read = [&](std::ptrdiff_t y) {
             const T* row = image.row(y) + x;
-            for (std::ptrdiff_t c = 0; c < columns; ++c) rows[y][c] = row[c];
+            for (std::ptrdiff_t c = 0; c < columns; ++c) room.rows[y][c] = row[c];
         };
         for (std::ptrdiff_t y = 0; y < std::min(n - 1, height); ++y) read(y);
         for (std::ptrdiff_t y = 0; y < height; ++y) {
             if (y % rows_per_question == 0) dm::stop_if_interrupted();
             if (y + n - 1 < height) read(y + n - 1);
-            if (norm[0] != norms[y]) std::fill(norm.begin(), norm.end(), norms[y]);
+            if (room.norm[0] != room.norms_of_column[y])
+                for (std::ptrdiff_t c = 0; c < room.block; ++c) room.norm[c] = room.norms_of_column[y];
             const reach meets{y, height - 1 - y, 0};
-            for (std::ptrdiff_t i = 0; i <= std::min(meets.before, n - 1); ++i) taps[i].before = rows[y - i];
-            for (std::ptrdiff_t i = 0; i <= std::min(meets.after, n - 1); ++i) taps[i].after = rows[y + i];
-            weighted_means(taps, meets, norm.data(), image.row(y) + x, columns);
+            for (std::ptrdiff_t i = 0; i <= std::min(meets.before, n - 1); ++i) room.taps[i].before = room.rows[y - i];
+            for (std::ptrdiff_t i = 0; i <= std::min(meets.after, n - 1); ++i) room.taps[i].after = room.rows[y + i];
+            weighted_means<Arch>(room, meets, room.norm, image.row(y) + x, columns);
         }
     }
 }
@@ -190,11 +156,10 @@ void blur_columns(const dm::image<T>& image, const std::vector<double>& weights)
 }  // namespace gauss
 
 template <class Arch, class T>
-void gaussian_simd(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights)
+void gaussian_simd(const dm::image<const T>& from, const dm::image<T>& to, const gauss::workspace& room)
 {
-    if (to.strides()[0] != 1) return gaussian_plain<T>(from, to, weights);
-    gauss::blur_rows<Arch>(from, to, weights);
-    gauss::blur_columns<Arch>(to, weights);
+    gauss::blur_rows<Arch>(from, to, room);
+    gauss::blur_columns<Arch>(to, room);
 }
 
 }  // namespace qorv::functions

@@ -2,7 +2,9 @@
 
 namespace qorv::functions {
 
-template gaussian_kernel<float> gaussian_simd<xsimd::sse2, float>;
-template gaussian_kernel<double> gaussian_simd<xsimd::sse2, double>;
+template void gaussian_simd<xsimd::sse2>(const dm::image<const float>&, const dm::image<float>&,
+                                         const gauss::workspace&);
+template void gaussian_simd<xsimd::sse2>(const dm::image<const double>&, const dm::image<double>&,
+                                         const gauss::workspace&);
 
 }  // namespace qorv::functions

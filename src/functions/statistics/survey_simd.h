@@ -15,8 +15,8 @@
 namespace qorv::functions {
 namespace lane_survey {
 
-/// Partial sums of a row: element i belongs to sum i % parts, as far as the row has whole groups of `step` elements. The
-/// numbers do not depend on the instruction set, so that all vector forms give the same bits.
+/// Partial sums of a row: element i belongs to sum i % parts, as far as the row has whole groups of `step` elements.
+/// The numbers do not depend on the instruction set, so that all vector forms give the same bits.
 inline constexpr std::ptrdiff_t parts = 4, step = 8;
 
 /// The three sums, in double precision.
