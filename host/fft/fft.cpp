@@ -2,23 +2,14 @@
 
 #include <algorithm>
 #include <atomic>
-#include <thread>
 
 #include "host/fft/finite.h"
-#include "host/fft/parallel.h"
 #include "host/fft/strip.h"
+#include "host/parallel/for_each_row.h"
 
 namespace zentrix::host {
 
 namespace {
-
-/// One thread for each processor; fewer for images so small that starting threads would take longer.
-std::ptrdiff_t threads_for(std::ptrdiff_t pixel_count)
-{
-    constexpr std::ptrdiff_t worth_a_thread = 1 << 18;
-    const std::ptrdiff_t processors = std::max(1U, std::thread::hardware_concurrency());
-    return std::clamp<std::ptrdiff_t>(pixel_count / worth_a_thread, 1, processors);
-}
 
 /// Columns that are transformed together.
 std::ptrdiff_t strip_width_for(std::ptrdiff_t width, std::ptrdiff_t height)
@@ -93,11 +84,9 @@ bool fft_plan::transform(pixel* pixels, fft_direction direction)
         direction == fft_direction::forward ? 1.0F : 1.0F / (static_cast<float>(width_) * static_cast<float>(height_));
 
     std::atomic<bool> rows_are_finite = true, columns_are_finite = true;
-    constexpr std::ptrdiff_t rows_at_once = 16;
-    in_parallel((height_ + rows_at_once - 1) / rows_at_once, threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
-        const auto end = std::min((item + 1) * rows_at_once, height_);
-        for (auto y = item * rows_at_once; y < end; ++y)
-            if (!transform_row(pixels + y * width_, *row, at_row, scratch_[thread].row)) rows_are_finite = false;
+    for_each_row(height_, threads, [&](std::size_t thread, std::size_t y) {
+        if (!transform_row(pixels + static_cast<std::ptrdiff_t>(y) * width_, *row, at_row, scratch_[thread].row))
+            rows_are_finite = false;
     });
     in_parallel((width_ + strip_width_ - 1) / strip_width_, threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
         const auto left = item * strip_width_;

@@ -1,7 +1,7 @@
 #include "host/pictures/picture.h"
 
+#include "host/parallel/for_each_row.h"
 #include "host/pictures/for_each_pixel.h"
-#include "host/pictures/for_each_row.h"
 
 namespace zentrix::host {
 
@@ -38,7 +38,7 @@ void paint_picture(const picture_painter& painter, picture& painted)
     painted.width = painter.width();
     painted.height = painter.height();
     painted.channels = painter.channels();
-    const auto threads = threads_for(painted.width, painted.height);
+    const auto threads = threads_for(std::ptrdiff_t{painted.width} * painted.height);
     std::vector<std::vector<float>> values(static_cast<std::size_t>(threads), std::vector<float>(width));
     for_each_row(painted.height, threads, [&](std::size_t thread, std::size_t y) {
         painter.paint_row(static_cast<int>(y), values[thread], &painted.bytes[row_bytes * y]);

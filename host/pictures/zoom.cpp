@@ -4,7 +4,7 @@
 #include <cmath>
 #include <span>
 
-#include "host/pictures/for_each_row.h"
+#include "host/parallel/for_each_row.h"
 
 namespace zentrix::host {
 
@@ -61,7 +61,8 @@ void zoom(const picture& from, int width, int height, std::uint32_t* pixels)
 {
     const auto columns = covers(from.width, width), rows = covers(from.height, height);
     const std::size_t row_bytes = static_cast<std::size_t>(from.width) * static_cast<std::size_t>(from.channels);
-    const auto threads = std::max(threads_for(width, height), threads_for(from.width, from.height));
+    const auto threads =
+        threads_for(std::max(std::ptrdiff_t{width} * height, std::ptrdiff_t{from.width} * from.height));
     std::vector<std::vector<float>> all_sums(static_cast<std::size_t>(threads), std::vector<float>(row_bytes));
     for_each_row(height, threads, [&](std::size_t thread, std::size_t y) {
         auto& sums = all_sums[thread];

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <exception>
@@ -7,6 +8,15 @@
 #include <vector>
 
 namespace zentrix::host {
+
+/// Threads for a job on an image: one for each processor, fewer for images so small that starting threads would take
+/// longer.
+inline std::ptrdiff_t threads_for(std::ptrdiff_t pixel_count)
+{
+    constexpr std::ptrdiff_t worth_a_thread = 1 << 18;
+    const std::ptrdiff_t processors = std::max(1U, std::thread::hardware_concurrency());
+    return std::clamp<std::ptrdiff_t>(pixel_count / worth_a_thread, 1, processors);
+}
 
 /// Calls work(thread, item) once for each item, 0 <= item < count, on up to `threads` threads, 0 <= thread < threads.
 /// The calling thread is one of them; the others end before this returns, so that a forked child misses none. Where the
