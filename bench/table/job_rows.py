@@ -7,7 +7,7 @@ import whole_job
 import zentrix
 from scipy import fft
 
-from .peers import restoration
+from .optics_rows import unwrapped_by_skimage
 from .row import Limit, Row, Topic
 
 PROGRAM = whole_job.BUILD / "zentrix"
@@ -69,7 +69,7 @@ TOPIC = Topic("Whole jobs", (
         {"SciPy, naive with files": with_files(corrected_by_scipy, "wave")}, TWICE_AND_FILES, 2e-3, why=WHY_JOB,
         switched=False),
     Row("`zentrix unwrap`", command("unwrap", "phase", []),
-        {"scikit-image, with files": with_files(lambda phase: restoration.unwrap_phase(phase), "phase")},
+        {"scikit-image, with files": with_files(unwrapped_by_skimage, "phase")},
         UNWRAP_AND_FILES, 1e-5, why="The start of the program takes some milliseconds.", switched=False),
 ), "The transforms of the limit are SciPy's, with one worker; the files are NumPy's. The program's time includes its"
    " start.",
