@@ -23,6 +23,7 @@ class draft_file
     /// Takes the space for a new file of this size at once, which is faster than piece by piece.
     void reserve(std::uint64_t bytes);
     void write(const std::byte* bytes, std::size_t count);
+    /// See pending_file::commit.
     void move_to(const std::filesystem::path& target);
 
   private:

@@ -6,8 +6,8 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdint>
 #include <system_error>
-#include <utility>
 
 #include "host/files/draft_file.h"
 #include "host/files/pending_file.h"
@@ -64,14 +64,29 @@ void copy_rights(int file, const struct stat& former)
     static_cast<void>(fchmod(file, mode));  // fails where files have no mode; the draft is readable by its owner only
 }
 
-/// Whether the file system itself writes a file before it lets it replace another (in its default settings), so that a
-/// power failure leaves one of the two. The file must not have reserved space.
-bool writes_before_replacing(int file)
+/// Whether the file is on a local file system that is known to report a full disk during fallocate and write. Others,
+/// such as NFS, may report it only when the file is flushed.
+bool reports_full_disk_at_once(int file)
 {
-    constexpr decltype(std::declval<struct statfs>().f_type) ext4 = 0xEF53, btrfs = 0x9123683E, memory = 0x01021994;
     struct statfs system
     {};
-    return fstatfs(file, &system) == 0 && (system.f_type == ext4 || system.f_type == btrfs || system.f_type == memory);
+    if (fstatfs(file, &system) != 0) return false;
+    switch (static_cast<std::uint32_t>(system.f_type)) {
+        case 0xEF53:                   // ext4, and its predecessors
+        case 0x58465342:               // XFS
+        case 0x9123683E:               // Btrfs
+        case 0x01021994: return true;  // tmpfs
+        default: return false;
+    }
+}
+
+/// Waits until the file is on the disk.
+void flush(int file)
+{
+    while (fsync(file) != 0) {
+        if (errno == EINVAL) return;  // a file that cannot be waited for
+        if (errno != EINTR) throw_last_error();
+    }
 }
 
 extern "C" void remove_drafts_and_end(int signal)
@@ -113,7 +128,6 @@ draft_file::~draft_file()
 
 void draft_file::reserve(std::uint64_t bytes)
 {
-    if (replaces_) return;
     // The file's size stays 0 until bytes are written, so a power failure does not leave a file of zeros. Not all file
     // systems can reserve; those that cannot say when they are full during writing.
     const int done = fallocate(descriptor(handle_), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(bytes));
@@ -133,14 +147,11 @@ void draft_file::write(const std::byte* bytes, std::size_t count)
 
 void draft_file::move_to(const fs::path& target)
 {
-    const bool must_wait = replaces_ && !writes_before_replacing(descriptor(handle_));
-    if (must_wait && fsync(descriptor(handle_)) != 0 && errno != EINVAL)
-        throw_last_error();  // EINVAL: cannot be waited for
+    if (replaces_ || !reports_full_disk_at_once(descriptor(handle_))) flush(descriptor(handle_));
     if (rename(path_.c_str(), target.c_str()) != 0) throw_last_error();
     draft_list::remove(path_);
-    const int file = descriptor(handle_);
+    close(descriptor(handle_));  // not before: it ends the lock. All errors have been reported by now.
     handle_ = -1;
-    if (close(file) != 0) throw_last_error();
 }
 
 bool is_read_only(const fs::path& file)

@@ -50,6 +50,13 @@ void remove_remnants(const fs::path& folder)
     }
 }
 
+/// Whether the file is on a network share, which may report errors only when the file is flushed.
+bool may_be_remote(const fs::path& file)
+{
+    wchar_t volume[MAX_PATH];
+    return !GetVolumePathNameW(file.c_str(), volume, MAX_PATH) || GetDriveTypeW(volume) == DRIVE_REMOTE;
+}
+
 /// The system ends the process after this; drafts share deletion, so that they can be removed while they are open.
 BOOL WINAPI remove_drafts(DWORD)
 {
@@ -99,9 +106,10 @@ void draft_file::write(const std::byte* bytes, std::size_t count)
 
 void draft_file::move_to(const fs::path& target)
 {
-    if (replaces_ && !FlushFileBuffers(file_of(handle_))) throw_last_error();
-    CloseHandle(file_of(handle_));
+    if ((replaces_ || may_be_remote(path_)) && !FlushFileBuffers(file_of(handle_))) throw_last_error();
+    const bool is_closed = CloseHandle(file_of(handle_));
     handle_ = no_file;
+    if (!is_closed) throw_last_error();
     // ReplaceFile keeps the former file's attributes and access rights; it fails when there is none.
     if (!ReplaceFileW(target.c_str(), path_.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr) &&
         !MoveFileExW(path_.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))

@@ -31,9 +31,12 @@ class pending_file
     /// Appends bytes. Throws  file_error, for example when the disk is full
     void write(const void* bytes, std::size_t count);
 
-    /// Moves the file to its place. Call once, last. A file that replaces another has reached the disk before, or the
-    /// file system sees to it, so that a power failure leaves one of them; a new file is left to the system's cache.
-    /// Throws  file_error
+    /// Moves the file to its place. Call once, last. A file that replaces another is flushed to the disk before, so that
+    /// a power failure leaves one of the two. A new file is flushed before, too, except on local drives on Windows and on
+    /// ext4, XFS, Btrfs and tmpfs on Linux: these report a full disk during `reserve` or `write`, so the new file is left
+    /// to the system's cache, and a power failure within the next seconds may lose its contents. Elsewhere, for example
+    /// on network shares, errors thus come before the name appears.
+    /// Throws  file_error; a former file is then as it was
     void commit();
 
   private:
@@ -41,8 +44,8 @@ class pending_file
     std::unique_ptr<draft_file> draft_;
 };
 
-/// From now on pending files are removed when the user or the system ends the process: SIGINT, SIGTERM and SIGHUP,
-/// console events on Windows. For programs; a library must not install handlers in a process of others.
+/// From now on pending files are removed when the user or the system ends the process: SIGINT, SIGTERM, SIGHUP, SIGQUIT
+/// and SIGPIPE, console events on Windows. For programs; a library must not install handlers in a process of others.
 void remove_pending_files_on_signals();
 
 }  // namespace zentrix::host

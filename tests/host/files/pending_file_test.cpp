@@ -7,11 +7,13 @@
 #include "tests/support/scratch.h"
 
 #ifndef _WIN32
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #endif
 
@@ -96,6 +98,22 @@ TEST(PendingFile, KeepsModeAndOwnerAndFollowsLinks)
     EXPECT_EQ(std::pair(after.st_uid, after.st_gid), std::pair(before.st_uid, before.st_gid));
     EXPECT_EQ(support::message_of([&] { replace(folder / "loop", ""); }),
               (folder / "loop").string() + ": cannot be written: Too many levels of symbolic links");
+}
+
+TEST(PendingFile, ReservingMoreThanTheDiskHasIsAnError)
+{
+    constexpr std::uint64_t too_much = std::uint64_t{1} << 60;
+    const scratch_folder folder;
+    folder.write("former", "former");
+    const int probe = open((folder / "former").c_str(), O_WRONLY);
+    const int done = fallocate(probe, FALLOC_FL_KEEP_SIZE, 0, too_much), problem = errno;
+    close(probe);
+    if (done == 0 || (problem != ENOSPC && problem != EDQUOT && problem != EFBIG))
+        GTEST_SKIP() << "this file system does not tell";
+    for (const char* name : {"new", "former"})
+        EXPECT_THROW(pending_file{folder / name}.reserve(too_much), file_error) << name;
+    EXPECT_EQ(folder.files(), names{"former"});
+    EXPECT_EQ(folder.read("former"), "former");
 }
 
 TEST(PendingFile, IsRemovedByTheSignalsThatEndAProcess)
