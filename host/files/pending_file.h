@@ -31,11 +31,11 @@ class pending_file
     /// Appends bytes. Throws  file_error, for example when the disk is full
     void write(const void* bytes, std::size_t count);
 
-    /// Moves the file to its place. Call once, last. A file that replaces another is flushed to the disk before, so that
-    /// a power failure leaves one of the two. A new file is flushed before, too, except on local drives on Windows and on
-    /// ext4, XFS, Btrfs and tmpfs on Linux: these report a full disk during `reserve` or `write`, so the new file is left
-    /// to the system's cache, and a power failure within the next seconds may lose its contents. Elsewhere, for example
-    /// on network shares, errors thus come before the name appears.
+    /// Moves the file to its place. Call once, last. A file that replaces another is flushed to the disk before, so
+    /// that a power failure leaves one of the two. A new file is flushed before, too, so that errors of network shares,
+    /// for example, come before the name appears. It is not flushed on local drives (Windows) and on ext4, XFS, Btrfs
+    /// and tmpfs (Linux), because these report a full disk during `reserve` or `write`. It is then left to the system's
+    /// cache, and a power failure within the next seconds may lose its contents.
     /// Throws  file_error; a former file is then as it was
     void commit();
 
