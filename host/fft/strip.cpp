@@ -64,7 +64,7 @@ void load_strip(const pixel* image, std::ptrdiff_t image_stride, std::ptrdiff_t 
                    1);
     };
     part(0, start, height - start);
-    part(height - start, 0, start);
+    if (start > 0) part(height - start, 0, start);
 }
 
 void store_strip(pixel* image, std::ptrdiff_t image_stride, std::ptrdiff_t columns, std::ptrdiff_t height,
@@ -75,7 +75,7 @@ void store_strip(pixel* image, std::ptrdiff_t image_stride, std::ptrdiff_t colum
                    scale);
     };
     part(0, start, height - start);
-    part(height - start, 0, start);
+    if (start > 0) part(height - start, 0, start);
 }
 
 }  // namespace zentrix::host
