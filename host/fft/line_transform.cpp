@@ -49,8 +49,9 @@ line_memory::line_memory(std::ptrdiff_t count, std::ptrdiff_t length)
 
 std::shared_ptr<const line_transform> line_transform::of(std::ptrdiff_t length, fft_direction direction)
 {
-    // Rows and columns of one size in both directions; the last used is first.
-    static std::array<std::shared_ptr<const line_transform>, 4> kept;
+    // Rows and columns of one size in both directions; the last used is first. Never destroyed, because threads that
+    // outlive `main` may still call this.
+    static auto& kept = *new std::array<std::shared_ptr<const line_transform>, 4>;
     const auto is_wanted = [&](const auto& one) {
         return one && one->length_ == length && one->direction_ == direction;
     };
