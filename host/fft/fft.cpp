@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 
 #include "host/fft/finite.h"
 #include "host/fft/strip.h"
@@ -14,12 +15,12 @@ namespace {
 /// Columns that are transformed together.
 std::ptrdiff_t strip_width_for(std::ptrdiff_t width, std::ptrdiff_t height)
 {
-    // Strips of columns this long are not in the cache anyway, and take as much memory as a narrow image.
+    // Long columns do not fit in the cache. Narrow strips keep the memory small.
     constexpr std::ptrdiff_t long_column = 1 << 16;
     return std::min(width, height < long_column ? full_strip_width : full_strip_width / 4);
 }
 
-/// Of a line of which only one end is centred, the index in the other end that pixel 0 has.
+/// How far a line is rolled when it is copied to and from the transform.
 struct centring
 {
     std::ptrdiff_t load = 0;   ///< index of the transform's input that the first pixel has
@@ -67,8 +68,11 @@ bool transform_strip(std::complex<float>* strip, std::ptrdiff_t stride, std::ptr
 fft_plan::fft_plan(std::ptrdiff_t width, std::ptrdiff_t height)
     : width_{width}, height_{height}, strip_width_{strip_width_for(width, height)}
 {
+    // A thread without a row or strip gets no memory, because that of an image of one row or column is a whole image.
     const auto threads = threads_for(width * height);
-    for (std::ptrdiff_t i = 0; i < threads; ++i) scratch_.push_back({{2, width}, {strip_width_ + 1, height}});
+    const auto row_threads = threads_for_rows(height, threads), strip_threads = std::min(strip_count(), threads);
+    for (std::ptrdiff_t i = 0; i < row_threads; ++i) row_scratch_.emplace_back(2, width);
+    for (std::ptrdiff_t i = 0; i < strip_threads; ++i) strip_scratch_.emplace_back(strip_width_ + 1, height);
 }
 
 bool fft_plan::forward(pixel* pixels) { return transform(pixels, fft_direction::forward); }
@@ -77,21 +81,22 @@ bool fft_plan::backward(pixel* spectrum) { return transform(spectrum, fft_direct
 bool fft_plan::transform(pixel* pixels, fft_direction direction)
 {
     const auto row = line_transform::of(width_, direction), column = line_transform::of(height_, direction);
-    const auto threads = static_cast<std::ptrdiff_t>(scratch_.size());
-    require_memory_for_lines(std::max(width_, height_), threads);
+    const auto row_threads = std::ssize(row_scratch_), strip_threads = std::ssize(strip_scratch_);
+    require_memory_for_lines(width_, row_threads);
+    require_memory_for_lines(height_, strip_threads);
     const auto at_row = centring_of(width_, direction), at_column = centring_of(height_, direction);
     const float scale =
         direction == fft_direction::forward ? 1.0F : 1.0F / (static_cast<float>(width_) * static_cast<float>(height_));
 
     std::atomic<bool> rows_are_finite = true, columns_are_finite = true;
-    for_each_row(height_, threads, [&](std::size_t thread, std::size_t y) {
-        if (!transform_row(pixels + static_cast<std::ptrdiff_t>(y) * width_, *row, at_row, scratch_[thread].row))
+    for_each_row(height_, row_threads, [&](std::size_t thread, std::size_t y) {
+        if (!transform_row(pixels + static_cast<std::ptrdiff_t>(y) * width_, *row, at_row, row_scratch_[thread]))
             rows_are_finite = false;
     });
-    in_parallel((width_ + strip_width_ - 1) / strip_width_, threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
+    in_parallel(strip_count(), strip_threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
         const auto left = item * strip_width_;
         if (!transform_strip(pixels + left, width_, std::min(strip_width_, width_ - left), *column, at_column,
-                             scratch_[thread].strip, scale))
+                             strip_scratch_[static_cast<std::size_t>(thread)], scale))
             columns_are_finite = false;
     });
     return direction == fft_direction::forward ? rows_are_finite : columns_are_finite;

@@ -7,7 +7,8 @@
 #include "host/fft/line_transform.h"
 
 /// Two-dimensional Fourier transforms of images in place, zero frequency in the middle. The same input gives the same
-/// bits with any number of processors, and on Linux and Windows.
+/// bits in each run, with any number of processors, and on Linux and Windows, as long as the processors have the same
+/// instruction sets: FFTW chooses its kernels by them.
 namespace zentrix::host {
 
 /// Transforms of images of one size, with what they have in common: plans, and memory for a few rows or columns per
@@ -41,15 +42,12 @@ class fft_plan
     std::ptrdiff_t height() const noexcept { return height_; }
 
   private:
-    /// What one thread needs.
-    struct scratch
-    {
-        line_memory row, strip;
-    };
     bool transform(pixel* pixels, fft_direction direction);
 
+    std::ptrdiff_t strip_count() const noexcept { return (width_ + strip_width_ - 1) / strip_width_; }
+
     std::ptrdiff_t width_, height_, strip_width_;
-    std::vector<scratch> scratch_;
+    std::vector<line_memory> row_scratch_, strip_scratch_;  ///< for each thread
 };
 
 /// Single transforms; see fft_plan.

@@ -4,8 +4,8 @@
 
 namespace zentrix::host {
 
-/// Processors for the threads of one job: those that the calling thread may run on (taskset, batch systems), but no more
-/// than OMP_NUM_THREADS. At least 1. The variable is read when the program or module is loaded, as OpenMP does.
+/// Processors for the threads of one job: those that the calling thread (Windows: the process) may run on, but no more
+/// than OMP_NUM_THREADS; at least 1. The variable is read when the program or module is loaded, as OpenMP does.
 std::ptrdiff_t processors() noexcept;
 
 /// The limit that a value of OMP_NUM_THREADS sets. Of a list such as "4,2", the first number counts. There is no limit
