@@ -67,13 +67,29 @@ TEST(Fft, IsTheSumWithTheZeroFrequencyInTheMiddle)
 
 TEST(Fft, BackwardUndoesForward)
 {
-    for (auto [width, height] : {std::pair{512, 256}, {255, 257}, {1, 1}, {97, 64}, {5, 66000}}) {
+    for (auto [width, height] : {std::pair{512, 256}, {255, 257}, {1, 1}, {97, 64}, {5, 66000}, {1021, 1031}}) {
         const auto image = noise(width, height);
         auto there_and_back = image;
         forward_fft(there_and_back.data(), width, height);
         backward_fft(there_and_back.data(), width, height);
         EXPECT_LT(largest_difference(there_and_back, image), 30 * std::numeric_limits<float>::epsilon());
     }
+}
+
+TEST(Fft, OfManyThreadsIsThatOfOneLineAfterTheOther)
+{
+    constexpr int width = 1021, height = 1031;  // prime, and enough pixels for several threads
+    auto image = noise(width, height), by_lines = image;
+    forward_fft(image.data(), width, height);
+    fft_plan row{width, 1}, column{1, height};
+    for (int y = 0; y < height; ++y) row.forward(&by_lines[y * width]);
+    pixels line(height);
+    for (int x = 0; x < width; ++x) {
+        for (int y = 0; y < height; ++y) line[y] = by_lines[y * width + x];
+        column.forward(line.data());
+        for (int y = 0; y < height; ++y) by_lines[y * width + x] = line[y];
+    }
+    EXPECT_EQ(largest_difference(image, by_lines), 0);
 }
 
 TEST(Fft, TellsWhetherImagesAreFinite)
