@@ -35,7 +35,7 @@ setup(
     description="Corrects and simulates the lens aberrations of electron waves; unwraps phases; filters images",
     long_description=(HERE / "README.md").read_text("utf-8"),
     long_description_content_type="text/markdown",
-    license_files=["LICENSE"],
+    license_files=["LICENSE", "NOTICE"],
     python_requires=">=3.9",
     install_requires=["numpy"],
     extras_require={"dask": ["dask[array]", "distributed"], "hyperspy": ["hyperspy"], "plots": ["matplotlib"]},

@@ -7,7 +7,7 @@ endif()
 install(TARGETS Zentrix64 RUNTIME DESTINATION bin LIBRARY DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES src/warp/warp.h DESTINATION include/zentrix64/warp)
 install(FILES src/image/image.h DESTINATION include/zentrix64/image)
-install(FILES README.md CHANGELOG.md LICENSE DESTINATION share/doc/zentrix64)
+install(FILES README.md CHANGELOG.md LICENSE NOTICE DESTINATION share/doc/zentrix64)
 install(DIRECTORY docs examples DESTINATION share/doc/zentrix64
     PATTERN CMakeLists.txt EXCLUDE PATTERN __pycache__ EXCLUDE)
 if(NOT WIN32)

@@ -47,7 +47,7 @@ def test_installed_tree_is_complete(tmp_path):
     assert run(load).stdout.split() == [str(module / "zentrix/Zentrix64.so"), "112"]
     called = run(call)
     assert (called.returncode, called.stdout, called.stderr) == (0, "112\n", "")
-    for file in ("include/zentrix64/warp/warp.h", "share/doc/zentrix64/LICENSE", "share/doc/zentrix64/docs/python.md"):
+    for file in ("include/zentrix64/warp/warp.h", "share/doc/zentrix64/NOTICE", "share/doc/zentrix64/docs/python.md"):
         assert (tmp_path / file).is_file()
 
     # A library in the working directory, a folder above or its lib/ is not loaded: other users may have put it there.
@@ -78,7 +78,9 @@ def test_pip_makes_a_wheel_that_runs_in_a_virtual_environment(tmp_path):
     built = pathlib.Path(os.environ["ZENTRIX_BUILD"]) / "python/zentrix"
     files = {path.relative_to(built.parent) for path in built.rglob("*.*") if path.suffix != ".pyc"}
     with zipfile.ZipFile(wheel) as held:
-        assert {pathlib.Path(name) for name in held.namelist() if name.startswith("zentrix/")} == files
+        names = {pathlib.Path(name) for name in held.namelist()}
+    assert {name for name in names if name.parts[0] == "zentrix"} == files
+    assert {"LICENSE", "NOTICE"} <= {name.name for name in names}
 
     run(sys.executable, "-m", "venv", "--system-site-packages", "--without-pip", "there")
     python = tmp_path / "there/bin/python"
