@@ -63,7 +63,7 @@ class image_window : public window
     std::optional<grey_limits> limits_;
     bool stale_ = true;
     picture picture_;  ///< no pixels before the first one
-    canvas zoomed_;  ///< picture_ as large as the window shows it
+    canvas zoomed_;    ///< picture_ as large as the window shows it
     bool zoom_is_stale_ = true;
     RECT place_{};  ///< of it in the client area; empty before it is first drawn
     std::function<void()> close_;
