@@ -14,7 +14,6 @@ WHY_BLUR = (
     "which saves half of the multiplications, and keeps the precision of the elements."
 )
 WHY_SMALL = "We search each row for NaN and -0, on which the rule depends; in small windows that and the edges show."
-
 WHY_CALL = (
     "A call takes about 13 microseconds even for 16 pixels, a call of OpenCV 1; that shows in small images of small "
     "integers."
