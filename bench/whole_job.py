@@ -3,9 +3,9 @@
 
     PYTHONPATH=build/release/python bench/whole_job.py [WIDTH...]
 
-The bound is two transforms by SciPy with one worker, reading the wave and writing it with NumPy, and for the program 5 ms
-for its start. The result is compared first. Then all are timed in turn; a time is the least of several. "wall" is the time
-that passes, "processor" the sum over all processors, which other programs disturb less.
+The bound is two transforms by SciPy with one worker, reading the wave and writing it with NumPy, and for the program
+5 ms for its start. The result is compared first. Then all are timed in turn; a time is the least of several. "wall" is
+the time that passes, "processor" the sum over all processors, which other programs disturb less.
 """
 
 import os
@@ -51,7 +51,10 @@ def timed(call):
 
 
 def measure(width, folder, seconds=3.0):
-    """Times one size in turn for that long. Returns name -> (wall, processor) [s], and "memory": bytes over the wave's."""
+    """Times one size in turn for that long.
+
+    Returns name -> (wall, processor) [s], and "memory": bytes over the wave's.
+    """
     random = np.random.default_rng(1)
     wave = random.normal(size=(width, width, 2)).astype(np.float32).view(np.complex64)[..., 0]
     source, written, result = (Path(folder) / name for name in ("wave.npy", "written.npy", "result.npy"))

@@ -4,6 +4,8 @@
 PYTHONPATH=build/release/python tools/python_stubs.py > python/zentrix/_functions.pyi
 """
 
+import textwrap
+
 import zentrix
 from zentrix._script_functions import parse
 
@@ -74,6 +76,18 @@ def method(prototype, result, output_types, by_keyword=None):
     return f"    def {prototype.function}({', '.join(listed)}) -> {result}: ...\n"
 
 
+def wrapped(form):
+    """The form with its parameters on lines of their own, if it is too long for one line of 120 columns."""
+    if len(form) <= 121:
+        return form
+    head, rest = form.split("(", 1)
+    parameters, result = rest.split(") -> ")
+    result, comment = result.split("...")
+    unbroken = parameters.replace(" ", "\0").replace(",\0", ", ")  # lines break between parameters only
+    lines = textwrap.fill(unbroken + ",", 120, initial_indent=" " * 8, subsequent_indent=" " * 8).replace("\0", " ")
+    return f"{head}({comment.rstrip()}\n{lines}\n    ) -> {result}...\n"
+
+
 def with_required(prototype, positions):
     """The prototype with parameters that may not be omitted."""
     parameters = list(prototype.parameters)
@@ -96,7 +110,8 @@ def forms(prototype, general):
         return []
     if not outputs:
         made = method(prototype, result, ARGUMENTS)
-        return [made, method(with_required(prototype, range(len(prototype.parameters))), result, ARGUMENTS)] if "*," in made else [made]
+        complete = with_required(prototype, range(len(prototype.parameters)))
+        return [made, method(complete, result, ARGUMENTS)] if "*," in made else [made]
     references = dict.fromkeys(ARGUMENTS, "Ref | None")
     made = [method(prototype, f"{prototype.function}Result", INITIAL_VALUES)]
     made.append(method(with_required(prototype, outputs[:1]), result, references))
@@ -113,7 +128,7 @@ def stubs(prototypes):
         most_general = max(same_name, key=lambda one: len(one.parameters))
         made = [form for one in same_name for form in forms(one, most_general)]
         mark = "    @overload\n" if len(made) > 1 else ""
-        text += "".join(mark + one for one in made) + f"    {name.removeprefix('ZX')} = {name}\n"
+        text += "".join(mark + wrapped(one) for one in made) + f"    {name.removeprefix('ZX')} = {name}\n"
         if most_general.outputs:
             classes += result_class(most_general)
     return HEAD + classes + text

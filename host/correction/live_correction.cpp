@@ -1,6 +1,6 @@
 #include "host/correction/live_correction.h"
 
-#include <algorithm>
+#include <new>
 
 #include "host/correction/multiply_spectrum.h"
 
@@ -15,12 +15,6 @@ std::complex<float>* pixels_of(const image_ref& wave) { return static_cast<std::
 live_correction::live_correction(engine& engine, const image_ref& wave)
     : engine_{engine}, transform_{wave->size(0), wave->size(1)}, spectrum_{wave->clone()}, result_{wave->clone()}
 {
-    keep_transform_of(wave);
-}
-
-void live_correction::keep_transform_of(const image_ref& wave)
-{
-    std::copy_n(pixels_of(wave), wave->count(), pixels_of(spectrum_));
     transform_.forward(pixels_of(spectrum_));
 }
 
@@ -31,33 +25,41 @@ void live_correction::set(const lens::transfer_arguments& arguments)
     failure_.clear();
 }
 
-void live_correction::set_failure(const std::string& text)
-{
-    stale_ = false;
-    failure_ = text;
-}
+void live_correction::set_failure(const std::string& text) { failure_ = text; }
 
 const image_ref& live_correction::result()
 {
     if (!failure_.empty()) throw script_error{failure_};
     if (!stale_) return result_;
-    stale_ = false;
     using clock = std::chrono::steady_clock;
     const auto start = clock::now();
     try {
         multiply_by_transfer(engine_, spectrum_, result_, arguments_);
-    } catch (const script_error& problem) {
-        failure_ = problem.what();  // `result_` is incomplete
-        throw;
+        const auto multiplied = clock::now();
+        transform_.backward(pixels_of(result_));
+        spent_.transfer += multiplied - start;
+        spent_.transform += clock::now() - multiplied;
+    } catch (const std::bad_alloc&) {
+        fail("There is not enough memory for this picture.");
+    } catch (const std::exception& problem) {
+        fail(problem.what());
     }
-    const auto multiplied = clock::now();
-    transform_.backward(pixels_of(result_));
-    spent_.transfer += multiplied - start;
-    spent_.transform += clock::now() - multiplied;
+    stale_ = false;
     ++spent_.computed;
     return result_;
 }
 
-void live_correction::accept() { keep_transform_of(result()); }
+void live_correction::fail(const std::string& text)
+{
+    set_failure(text);  // `result_` is incomplete
+    throw script_error{text};
+}
+
+void live_correction::accept()
+{
+    const auto spectrum = result()->clone();
+    transform_.forward(pixels_of(spectrum));
+    spectrum_ = spectrum;
+}
 
 }  // namespace zentrix::host

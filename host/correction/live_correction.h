@@ -24,9 +24,11 @@ class live_correction
     /// Makes `result` fail with this text until the next `set`.
     void set_failure(const std::string& text);
     /// The corrected wave; the same image each time.
-    /// Throws  script_error with the library's message, until the next `set`
+    /// Throws  script_error with the library's message, or "There is not enough memory for this picture."; the same
+    ///         again until the next `set`
     const image_ref& result();
-    /// Makes the result the source of further corrections. Throws  as `result`, and then changes nothing
+    /// Makes the result the source of further corrections.
+    /// Throws  as `result`, or std::bad_alloc or script_error for too little memory; the source is then as it was
     void accept();
 
     int width() const noexcept { return static_cast<int>(spectrum_->size(0)); }
@@ -41,7 +43,7 @@ class live_correction
     const costs& spent() const noexcept { return spent_; }
 
   private:
-    void keep_transform_of(const image_ref& wave);
+    [[noreturn]] void fail(const std::string& text);
 
     engine& engine_;
     fft_plan transform_;

@@ -1,58 +1,90 @@
 #include "host/correction/unwrap_report.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <numbers>
 #include <vector>
+
+#include "host/parallel/for_each_row.h"
 
 namespace zentrix::host {
 
 namespace {
 
-/// What is known of two neighbours.
+/// What is known of two neighbours. Small, because several passes read the pairs of all pixels.
 struct pair
 {
-    bool known = false;     ///< neither is left out
-    bool cut = false;       ///< the difference in the result is not the wrapped one
-    std::int8_t turns = 0;  ///< turns that wrap the difference of the phases
+    bool known : 1 = false;     ///< neither is left out
+    bool cut : 1 = false;       ///< the difference in the result is not the wrapped one
+    std::int8_t turns : 2 = 0;  ///< turns that wrap the difference of the phases, if known
 };
 
 struct pairs
 {
     pair right, down;  ///< the pixel with its right and its lower neighbour
 };
+static_assert(sizeof(pairs) == 2);
 
-pair compare(std::span<const float> phase, std::span<const float> unwrapped, std::size_t i, std::size_t j)
+/// Without branches, because noise is hard to predict.
+inline pair compare(float phase, float next_phase, float unwrapped, float next_unwrapped)
 {
     constexpr double pi = std::numbers::pi;
-    if (!std::isfinite(phase[i]) || !std::isfinite(phase[j])) return {};
-    const double difference = double{phase[j]} - phase[i];
+    const bool known = std::isfinite(phase) && std::isfinite(next_phase);
+    const double difference = double{next_phase} - phase;
     const int turns = (difference < -pi) - (difference > pi);
     const double wrapped = difference + 2 * pi * turns;
-    return {true, std::abs(double{unwrapped[j]} - unwrapped[i] - wrapped) > pi, static_cast<std::int8_t>(turns)};
+    const bool cut = std::abs(double{next_unwrapped} - unwrapped - wrapped) > pi;
+    return {known, known && cut, static_cast<std::int8_t>(turns)};
 }
 
-std::vector<pairs> compare_neighbours(std::span<const float> phase, std::span<const float> unwrapped, std::size_t width)
+struct comparison
 {
-    std::vector<pairs> all(phase.size());
-    for (std::size_t row = 0; row < phase.size(); row += width)
+    std::vector<pairs> all;
+    bool is_whole = true;  ///< no pair is cut, and no pixel is left out
+};
+
+comparison compare_neighbours(std::span<const float> phase, std::span<const float> unwrapped, std::size_t width)
+{
+    comparison found{std::vector<pairs>(phase.size())};
+    std::atomic<bool> is_whole = true;
+    const auto count = static_cast<std::ptrdiff_t>(phase.size()), rows = count / static_cast<std::ptrdiff_t>(width);
+    for_each_row(rows, threads_for(count), [&](std::size_t, std::size_t y) {
+        const std::size_t row = y * width;
+        const bool has_down = row + width < phase.size();
+        bool row_is_whole = true;
         for (std::size_t i = row; i < row + width; ++i) {
-            if (i + 1 < row + width) all[i].right = compare(phase, unwrapped, i, i + 1);
-            if (i + width < phase.size()) all[i].down = compare(phase, unwrapped, i, i + width);
+            pairs& both = found.all[i];
+            if (i + 1 < row + width) both.right = compare(phase[i], phase[i + 1], unwrapped[i], unwrapped[i + 1]);
+            if (has_down) both.down = compare(phase[i], phase[i + width], unwrapped[i], unwrapped[i + width]);
+            row_is_whole = row_is_whole && std::isfinite(phase[i]) && !both.right.cut && !both.down.cut;
         }
-    return all;
+        if (!row_is_whole) is_whole = false;
+    });
+    found.is_whole = is_whole;
+    return found;
 }
 
 /// The differences themselves cancel around a loop; the turns that wrap them remain.
 void count_residues(std::span<const pairs> all, std::size_t width, unwrap_report& report)
 {
-    for (std::size_t i = 0; i + width < all.size(); ++i) {
-        const pair &top = all[i].right, &right = all[i + 1].down, &bottom = all[i + width].right, &left = all[i].down;
-        if (!top.known || !right.known || !bottom.known || !left.known) continue;
-        const int turns = top.turns + right.turns - bottom.turns - left.turns;
-        if (turns > 0) ++report.positive_residues;
-        if (turns < 0) ++report.negative_residues;
-    }
+    std::atomic<std::size_t> all_positive = 0, all_negative = 0;
+    const auto count = static_cast<std::ptrdiff_t>(all.size()), rows = count / static_cast<std::ptrdiff_t>(width);
+    for_each_row(rows - 1, threads_for(count), [&](std::size_t, std::size_t y) {
+        std::size_t positive = 0, negative = 0;
+        for (std::size_t i = y * width; i + 1 < (y + 1) * width; ++i) {
+            const pair &top = all[i].right, &right = all[i + 1].down, &bottom = all[i + width].right;
+            const pair& left = all[i].down;
+            if (!top.known || !right.known || !bottom.known || !left.known) continue;
+            const int turns = top.turns + right.turns - bottom.turns - left.turns;
+            positive += turns > 0;
+            negative += turns < 0;
+        }
+        all_positive += positive;
+        all_negative += negative;
+    });
+    report.positive_residues = all_positive;
+    report.negative_residues = all_negative;
 }
 
 /// Numbers of regions, some of which turn out to be the same.
@@ -159,10 +191,15 @@ std::size_t count_unreached(std::span<const float> phase, std::span<const float>
 unwrap_report report_on_unwrapping(std::span<const float> phase, std::span<const float> unwrapped, std::uint32_t width,
                                    std::span<std::int32_t> labels)
 {
-    const auto all = compare_neighbours(phase, unwrapped, width);
-    const auto sizes = sort_by_size(label_regions(phase, all, width, labels), labels);
+    const auto [all, is_whole] = compare_neighbours(phase, unwrapped, width);
     unwrap_report report;
     count_residues(all, width, report);
+    if (is_whole && !all.empty()) {
+        std::ranges::fill(labels, 1);
+        report.regions = 1;
+        return report;
+    }
+    const auto sizes = sort_by_size(label_regions(phase, all, width, labels), labels);
     report.cut_pixels = count_cut_pixels(all, width);
     report.regions = sizes.size() - 1;
     report.unreached = count_unreached(phase, unwrapped, all, width, labels, sizes);

@@ -14,8 +14,7 @@ namespace {
 
 constexpr char forked_during_call[] =
     "This process was forked while a script function ran on another thread, so it cannot use the host: fork when no "
-    "call "
-    "is running, or start processes with \"spawn\" or \"forkserver\".";
+    "call is running, or start processes with \"spawn\" or \"forkserver\".";
 
 }  // namespace
 

@@ -77,8 +77,7 @@ int run(int argc, char** argv)
     global_options global;
     CLI::App app{
         "Removes lens aberrations from electron waves and applies them, unwraps phases, and calls the script functions "
-        "of the "
-        "Zentrix64 library.",
+        "of the Zentrix64 library.",
         "zentrix"};
     app.require_subcommand(1);
     app.fallthrough();

@@ -11,6 +11,8 @@ namespace {
 
 constexpr const char* mode_names[] = {"Real", "Imaginary", "Modulus", "Log of Modulus", "Phase"};
 
+HBRUSH background() { return GetSysColorBrush(COLOR_APPWORKSPACE); }
+
 template <class F>
 auto timed(std::chrono::duration<double>& spent, F work)
 {
@@ -103,7 +105,12 @@ void image_window::paint()
         ~painting() { EndPaint(window, &state); }
     } now{handle(), {}};
     const HDC to = BeginPaint(handle(), &now.state);
-    shown();
+    try {
+        shown();
+    } catch (...) {
+        draw(to);  // the invalid area needs the previous picture or the background
+        throw;
+    }
     timed(spent_.painting, [&] { draw(to); });
     ++spent_.drawn;
 }
@@ -112,6 +119,10 @@ void image_window::draw(HDC to)
 {
     RECT client;
     GetClientRect(handle(), &client);
+    if (picture_.width == 0) {
+        FillRect(to, &client, background());
+        return;
+    }
     const SIZE size = zoomed_to_fit({picture_.width, picture_.height}, {client.right, client.bottom});
     place_ = {(client.right - size.cx) / 2, (client.bottom - size.cy) / 2, (client.right + size.cx) / 2,
               (client.bottom + size.cy) / 2};
@@ -122,7 +133,7 @@ void image_window::draw(HDC to)
     }
     zoomed_.draw(to, place_.left, place_.top);
     ExcludeClipRect(to, place_.left, place_.top, place_.left + size.cx, place_.top + size.cy);
-    FillRect(to, &client, GetSysColorBrush(COLOR_APPWORKSPACE));
+    FillRect(to, &client, background());
 }
 
 }  // namespace zentrix::host

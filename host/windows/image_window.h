@@ -20,7 +20,7 @@ class image_window : public window
     /// owner   null or the window in front of which this one stays
     /// client  size of the client area [pixels]
     /// source  returns the image, of the same size each time; an exception is reported by window::on_failure and the
-    ///         previous picture stays
+    ///         previous picture stays; before the first picture the window shows the background
     image_window(std::string title, HWND owner, SIZE client, std::function<image_ref()> source);
 
     /// To be called when the image has changed.
@@ -62,8 +62,8 @@ class image_window : public window
     palette phase_palette_ = palette::grey;
     std::optional<grey_limits> limits_;
     bool stale_ = true;
-    picture picture_;
-    canvas zoomed_;  ///< picture_ as large as the window shows it
+    picture picture_;  ///< no pixels before the first one
+    canvas zoomed_;    ///< picture_ as large as the window shows it
     bool zoom_is_stale_ = true;
     RECT place_{};  ///< of it in the client area; empty before it is first drawn
     std::function<void()> close_;

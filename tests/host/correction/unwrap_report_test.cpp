@@ -63,4 +63,14 @@ TEST(UnwrapReport, RegionsAreSeparatedByCutsAndGaps)
     EXPECT_EQ(report.positive_residues + report.negative_residues, 0u);
 }
 
+TEST(UnwrapReport, AnImageWithoutCutsIsOneRegion)
+{
+    const auto [report, labels] = report_on({3, -3, 3, -3}, {3, turn - 3, 3, turn - 3}, 2);
+    EXPECT_EQ(labels, (std::vector<std::int32_t>{1, 1, 1, 1}));
+    EXPECT_EQ(report.regions, 1u);
+    const auto [none, no_labels] = report_on({gap}, {gap}, 1);
+    EXPECT_EQ(no_labels, std::vector<std::int32_t>{0});
+    EXPECT_EQ(none.left_out, 1u);
+}
+
 }  // namespace
