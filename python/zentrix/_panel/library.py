@@ -6,6 +6,7 @@ from .. import _core
 from .._coefficients import polar
 from .._correct import KeptSpectrum, correct as _correct
 from .._optics import Optics
+from .._transfer import ctf
 from .pages import COEFFICIENTS, WIDTHS
 
 
@@ -45,11 +46,6 @@ def values_of(changes, known):
     return values
 
 
-def wavelength(values):
-    """[nm]. Raises ValueError for a voltage that has none."""
-    return values["wavelength"][0] if "wavelength" in values else _core.electron_wavelength(values["kv"][0])
-
-
 def correct(wave, keywords):
     return _correct(wave, **keywords)
 
@@ -57,6 +53,32 @@ def correct(wave, keywords):
 def check(keywords):
     """Raises ValueError or TypeError as `correct` does."""
     _correct(np.zeros((1, 1), np.complex64), **keywords)
+
+
+def contrast(shape, optics):
+    """sin(chi) times the envelope on the spectrum of an image, zero frequency in the middle, float32."""
+    return ctf(shape, **optics).values
+
+
+class Lens:
+    """One lens at complex frequencies, right + i up on the displayed image [1/nm]: arrays of complex128, contiguous."""
+
+    def __init__(self, optics):
+        checked = Optics("panel", optics)
+        ((_, self._setting),) = checked.settings()
+        self._envelope = checked.envelope
+
+    def transfer(self, frequencies):
+        """What `aberrate` multiplies a spectrum by, complex128."""
+        values = np.empty(frequencies.shape, np.complex128)
+        _core.transfer_values(self._setting, frequencies, values, self._envelope)
+        return values
+
+    def chi(self, frequencies):
+        """The aberration function, zero at the zero frequency, not wrapped [rad]."""
+        values = np.empty(frequencies.shape)
+        _core.aberration_function(self._setting, frequencies, values)
+        return values
 
 
 class LiveWave:

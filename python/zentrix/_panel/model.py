@@ -45,6 +45,11 @@ class Model:
     def parameters(self):
         return self.keywords(self.history.state)
 
+    @property
+    def optics(self):
+        """Of zentrix.ctf."""
+        return self.parameters
+
     def keywords(self, state):
         """Of zentrix.correct, without coefficients and widths that are zero."""
         result = {}
