@@ -126,14 +126,18 @@ def test_edits_of_one_control_are_one_step_of_undo():
     assert not history.move(1) and history.move(-1) and model.values["C1"] == (0.3, 0)
 
 
-@pytest.mark.parametrize("with_nan", [False, True])
-def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, with_nan):
-    wave = noise((30, 40))
-    if with_nan:
+@pytest.mark.parametrize("flaw", ["none", "not finite", "masked"])
+def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, flaw):
+    wave, with_nan = noise((30, 40)), flaw != "none"
+    if flaw == "not finite":
         wave[3, 4:6] = np.nan, np.inf
+    elif flaw == "masked":
+        wave = np.ma.masked_greater(abs(wave), 1.5) * wave
     before = wave.copy()
     model = Model(wave, **SCOPE, **LENS, focus_spread=2, envelope="on", tilt=(1.0, 0.0), save=tmp_path / "a.npy")
     first = model.corrected()
+    assert np.array_equal(model.not_finite, np.ma.getmaskarray(np.ma.masked_invalid(wave)))
+    assert model.not_finite.any() == with_nan
     assert np.array_equal(eval(model.call_text(), {"zentrix": zentrix, "wave": wave}), first)
 
     model.apply()

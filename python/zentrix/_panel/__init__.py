@@ -9,8 +9,8 @@ matplotlib: pen, widgets, field, knob, picture, overlay, panel_column, window, l
 def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.npy", **optics):
     """Opens a window with the wave, corrected live by the aberrations that its knobs show.
 
-    wave      complex array (y, x), not modified. Pixels that are infinite or not a number are marked; they count as the
-              mean of the others.
+    wave      complex array (y, x), not modified. Pixels that are infinite, not a number or masked are marked; they count
+              as the mean of the others.
     title     of the window
     show      "real", "imaginary", "modulus", "log" or "phase": the display at the start
     colour    whether phases are shown in colours instead of greys

@@ -7,22 +7,19 @@ from .._coefficients import polar
 from .._correct import KeptSpectrum, correct as _correct
 from .._optics import Optics
 from .._transfer import ctf
+from .._wave_arrays import checked_copy, single_precision
 from .pages import COEFFICIENTS, WIDTHS
 
 
 def checked_wave(wave):
-    """(wave as complex64, all finite; mask of the pixels that were not). Those become the mean of the others."""
-    wave = np.asarray(wave)
-    if wave.ndim != 2 or wave.dtype.kind != "c" or wave.size == 0:
-        raise TypeError(f"The wave is a complex array of two dimensions, not {wave.dtype} of shape {wave.shape}.")
-    with np.errstate(over="ignore", invalid="ignore"):
-        wave = np.array(wave, np.complex64, order="C")
-    bad = ~np.isfinite(wave)
-    if bad.all():
-        raise ValueError("No pixel of the wave is a finite number.")
-    if bad.any():
-        wave[bad] = wave[~bad].mean(dtype=np.complex128)
-    return wave, bad
+    """(wave as complex64, all finite; mask of the pixels that were not, or were masked). Those become the mean of the
+    others, as zentrix.correct(wave, nan="mean") makes them.
+    """
+    copy = single_precision(wave)
+    if copy.ndim != 2:
+        raise ValueError(f"The panel shows one wave of shape (y, x), not {copy.shape}.")
+    bad = ~np.isfinite(copy)
+    return checked_copy(copy, "mean") if bad.any() else copy, bad
 
 
 def start_values(optics, rows):
