@@ -160,6 +160,16 @@ def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, flaw):
     assert np.array_equal(wave, before, equal_nan=True) and model.shown((30, 40))[1] is not None or not with_nan
 
 
+def test_files_that_exist_are_replaced_only_by_name(tmp_path):
+    model = Model(noise((8, 8)), **SCOPE, save=tmp_path / "run0.5")
+    for taken in ("run0.npy", "run0.5.png", "run0.5-2.json"):
+        (tmp_path / taken).write_text("of the user")
+    assert [path.name for path in model.save()] == ["run0.5-3.npy", "run0.5-3.png", "run0.5-3.json"]
+    for given, name in (("run0.5", "run0.5.npy"), ("b.PNG", "b.npy"), ("c.npy", "c.npy")):
+        assert model.save(tmp_path / given)[0] == tmp_path / name and (tmp_path / name).exists()
+    assert (tmp_path / "run0.npy").read_text() == (tmp_path / "run0.5-2.json").read_text() == "of the user"
+
+
 @pytest.mark.parametrize(
     ("options", "text"),
     [

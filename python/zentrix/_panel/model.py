@@ -11,6 +11,7 @@ from .number_text import round_length, tidy, wrapped
 from .pages import COEFFICIENTS, PAGES, WIDTHS, microscope
 from .reduced_wave import reduced_marks, reduced_size, reduced_wave
 from .shades import DISPLAYS
+from .wave_files import paths_of, unused_paths, write_all
 
 
 class Model:
@@ -146,14 +147,13 @@ class Model:
 
     def save(self, file=None):
         """Writes the corrected wave, its picture as displayed, and the parameters; returns the three paths."""
-        from .wave_files import write_all
-
         wave = self.corrected()
         marks = self.not_finite if self.not_finite.any() else None
-        path = unused(self.file) if file is None else pathlib.Path(file).with_suffix(".npy")
+        paths = unused_paths(self.file) if file is None else paths_of(file)
         corrections = [*self.history.state.applied, self.parameters]
         text = json.dumps({"corrections": [self._as_json(keywords) for keywords in corrections]}, indent=2)
-        return write_all(path, wave, text, self.display, self.colour, marks)
+        write_all(paths, wave, text, self.display, self.colour, marks)
+        return paths
 
     def _as_json(self, keywords):
         """Keywords that zentrix.correct takes as they are read from the file: "14@35", because JSON has no tuples."""
@@ -162,16 +162,6 @@ class Model:
             if name in COEFFICIENTS and isinstance(value, tuple):
                 result[name] = f"{value[0]!r}@{value[1]!r}"
         return result
-
-
-def unused(path):
-    """The path with .npy or, if there is such a file, with the first free number before it."""
-    path, count = path.with_suffix(".npy"), 1
-    candidate = path
-    while candidate.exists():
-        count += 1
-        candidate = path.with_name(f"{path.stem}-{count}.npy")
-    return candidate
 
 
 def _text(value):
