@@ -139,6 +139,8 @@ def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, flaw):
     assert np.array_equal(model.not_finite, np.ma.getmaskarray(np.ma.masked_invalid(wave)))
     assert model.not_finite.any() == with_nan
     assert np.array_equal(eval(model.call_text(), {"zentrix": zentrix, "wave": wave}), first)
+    for again in (zentrix.correct(wave, **model.parameters), Model(wave, **model.parameters).corrected()):
+        assert np.array_equal(again, first)
 
     model.apply()
     assert model.values["A1"] == (0, 0) and np.array_equal(model.source, first)
@@ -178,11 +180,33 @@ def test_files_that_exist_are_replaced_only_by_name(tmp_path):
         (dict(SCOPE, C1=[1.0, 2.0]), "not a sweep"),
         (dict(SCOPE, A1=1e30), "A1 is too large."),
         (dict(SCOPE, show="intensity"), "show is"),
+        (dict(SCOPE, tilt=([0, 1], 0)), "one value of tilt, not a sweep"),
     ],
 )
 def test_wrong_options_are_named(options, text):
     with pytest.raises((ValueError, TypeError), match=re.escape(text)):
         Model(noise((8, 8)), **options)
+
+
+@pytest.mark.parametrize(
+    "change",
+    [dict(kv=value) for value in (300e3, float("nan"), True, "200", None)]
+    + [dict(pixel=-1), dict(wavelength=0.002), dict(C1=[1, 2]), dict(A1=1e30), dict(tilt=(1, 0)), dict(C1=5, Cs=1)],
+)
+def test_wrong_numbers_of_a_script_change_nothing(change):
+    model = Model(noise((8, 8)), **SCOPE)
+    with pytest.raises((ValueError, TypeError)):
+        model.set_values(change)
+    assert model.parameters == SCOPE and not model.history.move(-1)
+
+
+@pytest.mark.parametrize("tilt", [1 + 2j, np.array([1, 2]), [np.float32(1), 2], (1, 2)])
+def test_numbers_of_each_form_are_kept_as_plain_ones(tilt, tmp_path):
+    model = Model(noise((8, 8)), kv=np.int64(300), wavelength=None, pixel=(0.05, 0.05), tilt=tilt)
+    model.set_values(dict(focus_spread=np.float32(2), kv=np.array(200)))
+    expected = dict(kv=200, pixel=0.05, focus_spread=2, tilt=[1, 2])
+    assert json.loads(model.save(tmp_path / "a")[2].read_text("utf-8")) == {"corrections": [expected]}
+    assert np.isfinite(Transfer(model.optics).square).any()
 
 
 def test_shades():

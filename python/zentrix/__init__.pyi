@@ -231,6 +231,7 @@ def panel(
     show: Literal["real", "imaginary", "modulus", "log", "phase"] = "phase",
     colour: bool = False,
     save: str | os.PathLike[str] = "corrected.npy",
+    nan: Literal["mean"] = "mean",
     **optics: Any,
 ) -> LivePanel: ...
 def to_notation(

@@ -6,7 +6,7 @@ matplotlib: pen, widgets, field, knob, picture, overlay, panel_column, window, l
 """
 
 
-def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.npy", **optics):
+def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.npy", nan="mean", **optics):
     """Opens a window with the wave, corrected live by the aberrations that its knobs show.
 
     wave      complex array (y, x), not modified. Pixels that are infinite, not a number or masked are marked; they count
@@ -16,6 +16,7 @@ def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.
     colour    whether phases are shown in colours instead of greys
     save      the file that the button Save writes, with a .png and a .json beside it. A number is appended to the name
               if the file exists.
+    nan       "mean", the only rule of the panel; here so that `panel.parameters` can open another one
     optics    kv (or wavelength), pixel, C1 ... S5, focus_spread, convergence, vibration, tilt, envelope as for
               zentrix.correct: what the knobs show at the start
 
@@ -37,7 +38,7 @@ def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.
     _require_interactive_backend()
     from .live_panel import LivePanel
 
-    opened = LivePanel(wave, title=title, show=show, colour=colour, save=save, **optics)
+    opened = LivePanel(wave, title=title, show=show, colour=colour, save=save, nan=nan, **optics)
     opened.show()
     return opened
 

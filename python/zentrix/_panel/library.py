@@ -4,8 +4,8 @@ import numpy as np
 
 from .. import _core
 from .._coefficients import polar
-from .._correct import KeptSpectrum, correct as _correct
-from .._optics import Optics
+from .._correct import KeptSpectrum, correct as _correct, running_core
+from .._optics import Optics, pixel_size, tilt_parts
 from .._transfer import ctf
 from .._wave_arrays import checked_copy, single_precision
 from .pages import COEFFICIENTS, WIDTHS
@@ -24,23 +24,32 @@ def checked_wave(wave):
 
 def start_values(optics, rows):
     """name -> (value, degrees) of all coefficients and the microscope's rows, from keywords of zentrix.correct."""
-    checked = Optics("panel", optics)
-    optics = {**optics, "pixel": checked.pixel}
     zero = {name: (0.0, 0.0) for name in (*COEFFICIENTS, *(row.name for row in rows))}
     return {**zero, **values_of(optics, zero)}
 
 
 def values_of(changes, known):
-    """name -> (value, degrees) from keywords; raises TypeError or ValueError for one that the panel cannot show."""
+    """name -> (value, degrees) from keywords that `check` accepts, without those that are not `known`.
+
+    Raises ValueError for a sweep.
+    """
     values = {}
     for name, value in changes.items():
-        if name not in known:
-            raise TypeError(f"The panel has no parameter {name!r}.")
-        parts = polar(name, value) if name in COEFFICIENTS else (value, 0.0)
-        if any(np.ndim(part) for part in parts):
-            raise ValueError(f"The panel shows one value of {name}, not a sweep.")
-        values[name] = tuple(map(float, parts))
+        if name in known:
+            parts = polar(name, value) if name in COEFFICIENTS else (pixel_size(value) if name == "pixel" else value, 0.0)
+            values[name] = tuple(_one_number(part, name) for part in parts)
     return values
+
+
+def tilt_of(value):
+    """(right, up) as two floats [mrad]. Raises TypeError or ValueError as `correct`, and ValueError for a sweep."""
+    return tuple(_one_number(part, "tilt") for part in tilt_parts(value))
+
+
+def _one_number(value, name):
+    if np.ndim(value):
+        raise ValueError(f"The panel shows one value of {name}, not a sweep.")
+    return float(value)
 
 
 def correct(wave, keywords):
@@ -49,7 +58,9 @@ def correct(wave, keywords):
 
 def check(keywords):
     """Raises ValueError or TypeError as `correct` does."""
-    _correct(np.zeros((1, 1), np.complex64), **keywords)
+    checked = Optics("panel", keywords)
+    for _, setting in checked.settings():
+        _core.correct(running_core(), np.zeros((1, 1), np.complex64), setting, True, checked.envelope)
 
 
 def contrast(shape, optics):
