@@ -1,8 +1,8 @@
 """The live panel: a wave and the knobs of a lens that is removed from it. `panel` is zentrix.panel.
 
 Without a display: pages, number_text, history, model, reduced_wave, shades, contrast_transfer, wave_files. Drawn with
-matplotlib: pen, widgets, field, knob, picture, overlay, panel_column, window, live_panel, clipboard. `program` is the command
-`python -m zentrix panel`; `library` is what all of them need of the package.
+matplotlib: pen, widgets, field, knob, picture, overlay, panel_column, window, live_panel, clipboard. `program` is the
+command `python -m zentrix panel`; `library` is what all of them need of the package.
 """
 
 from .._optics import takes_optics
@@ -33,7 +33,7 @@ def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.
         panel.undo(), panel.redo(), panel.apply()
         panel.save(file)        writes file.npy, file.png and file.json
         panel.on_change(f)      calls f(panel) after each change
-        panel.wait()            returns when all windows of matplotlib are closed; a script needs it, a notebook does not
+        panel.wait()            returns when all windows of matplotlib are closed; for scripts, not for notebooks
         panel.close()
 
     Needs matplotlib with an interactive backend. Raises RuntimeError without one, and ValueError or TypeError for

@@ -36,7 +36,8 @@ def values_of(changes, known):
     values = {}
     for name, value in changes.items():
         if name in known:
-            parts = polar(name, value) if name in COEFFICIENTS else (pixel_size(value) if name == "pixel" else value, 0.0)
+            plain = pixel_size(value) if name == "pixel" else value
+            parts = polar(name, value) if name in COEFFICIENTS else (plain, 0.0)
             values[name] = tuple(_one_number(part, name) for part in parts)
     return values
 
@@ -69,7 +70,7 @@ def contrast(shape, optics):
 
 
 class Lens:
-    """One lens at complex frequencies, right + i up on the displayed image [1/nm]: arrays of complex128, contiguous."""
+    """One lens at complex frequencies [1/nm], right + i up on the displayed image: contiguous arrays of complex128."""
 
     def __init__(self, optics):
         checked = Optics("panel", optics)

@@ -63,7 +63,7 @@ def _tilt(text):
 
 
 def _joined(arguments):
-    """"--A1 -3@20" as "--A1=-3@20", because the parser would take -3@20 for an option; "--tilt 1 -2" as "--tilt=1,-2"."""
+    """"--A1 -3@20" as "--A1=-3@20", as the parser would take -3@20 for an option; "--tilt 1 -2" as "--tilt=1,-2"."""
     result, rest = [], list(arguments)
     while rest:
         argument = rest.pop(0)
