@@ -12,9 +12,11 @@ namespace {
 double chi(const transfer_arguments& a, std::complex<double> w)
 {
     const double s = std::norm(w);
-    const auto sum = (a.c31 + a.c51 * s) * s * w + (a.c22 + a.c42 * s + a.c62 * s * s) * w * w +
-                     (a.c33 + a.c53 * s) * w * w * w + (a.c44 + a.c64 * s) * std::pow(w, 4) + a.c55 * std::pow(w, 5) +
-                     a.c66 * std::pow(w, 6);
+    auto sum = a.c66 * w + a.c55;  // Horner's scheme in powers of w
+    sum = sum * w + (a.c44 + a.c64 * s);
+    sum = sum * w + (a.c33 + a.c53 * s);
+    sum = sum * w + (a.c22 + (a.c42 + a.c62 * s) * s);
+    sum = (sum * w + (a.c31 + a.c51 * s) * s) * w;
     return (a.c20 + (a.c40 + a.c60 * s) * s) * s + sum.real();
 }
 
@@ -25,12 +27,23 @@ std::complex<double> gradient(const transfer_arguments& a, std::complex<double> 
     return (2 * a.c20 + (4 * a.c40 + 6 * a.c60 * s) * s) * w;
 }
 
+/// The angle that chi is evaluated at.
+std::complex<double> angle_at(const transfer_arguments& a, std::complex<double> frequency)
+{
+    return a.lambda * std::conj(frequency) + a.tilt;
+}
+
 }  // namespace
+
+double aberration_function(const transfer_arguments& a, std::complex<double> frequency)
+{
+    return chi(a, angle_at(a, frequency)) - chi(a, a.tilt);
+}
 
 std::complex<double> transfer_value(const transfer_arguments& a, std::complex<double> frequency)
 {
-    const auto w = a.lambda * std::conj(frequency) + a.tilt;
-    const double phase = chi(a, a.tilt) - chi(a, w);
+    const auto w = angle_at(a, frequency);
+    const double phase = -aberration_function(a, frequency);
     if (!a.envelope) return std::polar(1.0, phase);
     const double spread = a.c2s * (std::norm(w) - std::norm(a.tilt));
     const double exponent = std::norm(gradient(a, w) - gradient(a, a.tilt)) * a.bdiv * a.bdiv / 2 +

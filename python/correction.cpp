@@ -3,6 +3,7 @@
 #include <pybind11/complex.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <memory>
 #include <numbers>
 #include <vector>
@@ -83,6 +84,35 @@ std::vector<double> radial_contrast(const lens::optics& setup, const std::vector
     return values;
 }
 
+/// Writes function(frequency) of each of the `frequencies`, contiguous complex128, to `values`, as many contiguous
+/// elements.
+template <typename Value, typename Function>
+void write_at_each(const py::array& frequencies, py::array& values, const Function& function)
+{
+    if (values.size() != frequencies.size()) throw py::value_error{"As many values as frequencies are needed."};
+    const auto* const first = static_cast<const std::complex<double>*>(frequencies.data());
+    std::transform(first, first + frequencies.size(), static_cast<Value*>(values.mutable_data()), function);
+}
+
+/// The transfer function at complex `frequencies` [1/nm], real part right, imaginary part up on the displayed image.
+/// values  complex128
+void transfer_values(const lens::optics& setup, const py::array& frequencies, py::array values,
+                     const std::string& envelope)
+{
+    const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply, damping_of(envelope));
+    write_at_each<std::complex<double>>(frequencies, values,
+                                        [&](auto frequency) { return lens::transfer_value(arguments, frequency); });
+}
+
+/// chi [rad], not wrapped, at frequencies as of transfer_values.
+/// values  float64
+void aberration_function(const lens::optics& setup, const py::array& frequencies, py::array values)
+{
+    const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply);
+    write_at_each<double>(frequencies, values,
+                          [&](auto frequency) { return lens::aberration_function(arguments, frequency); });
+}
+
 /// Replaces pixels that are not finite by 0 (rule "zero") or by the mean of the others (rule "mean"); any other rule
 /// replaces nothing. Returns their number.
 std::size_t replace_not_finite(const py::array& wave, const std::string& rule)
@@ -148,6 +178,8 @@ void add_correction(py::module_& to)
     to.def("correct", &correct);
     to.def("multiply_by_transfer", &multiply_by_transfer);
     to.def("radial_contrast", &radial_contrast);
+    to.def("transfer_values", &transfer_values);
+    to.def("aberration_function", &aberration_function);
 }
 
 }  // namespace zentrix::python

@@ -82,28 +82,34 @@ def test_picture_is_the_low_passed_corrected_wave(shape, most):
 
 
 @pytest.mark.parametrize(
-    ("lens", "tilt"),
+    "lens",
     [
-        ({**LENS, "S5": (3, 40), "R5": (2, -70), "D4": (20, 10), "focus_spread": 3.0, "vibration": 0.01}, (0.0, 0.0)),
-        (dict(C1=-20, C3=0.01, C5=1, A2=(300, 15), A3=(5, 80), S3=(1, -5), B4=(9, 66), convergence=0.3), (0.0, 0.0)),
-        (dict(A4=(90, 15), A5=(3, 80), A1="12@15", B2=(99, 5)), (2.0, -1.0)),
+        {**LENS, "S5": (3, 40), "R5": (2, -70), "D4": (20, 10), "focus_spread": 3.0, "vibration": 0.01},
+        dict(C1=-20, C3=0.01, focus_spread=6, convergence=0.5, tilt=(5.0, 0.0)),
+        dict(C1=-20, A1="12@15", focus_spread=6, convergence=0.5, tilt=(2.0, -1.0), envelope="off"),
     ],
 )
-def test_transfer_function_is_that_of_the_library_where_it_is_sampled(lens, tilt):
-    scope = dict(kv=300, pixel=0.02)
-    found = Transfer(Model(noise((8, 8)), **scope, **lens).values, zentrix.wavelength(300), tilt)
-    library = -zentrix.transfer_function(found.square.shape, **scope, **lens, tilt=tilt).imag
+def test_transfer_function_is_that_of_the_library_where_it_is_sampled(lens):
+    lens = dict(kv=300, pixel=0.02, **lens)
+    found = Transfer(Model(noise((8, 8)), **lens).optics)
     sampled = np.isfinite(found.square)
-    assert 0.05 < sampled.mean() < 0.95 and sampled[115:125, 115:125].all()
-    np.testing.assert_allclose(found.square[sampled], library[sampled], atol=2e-4)
+    assert 0.05 < sampled.mean() < 1 and sampled[115:125, 115:125].all()
+    assert np.array_equal(found.square[sampled], zentrix.ctf((240, 240), **lens).values[sampled])
+    sampled = np.isfinite(found.profile)
+    assert sampled.mean() > 0.05
+    profile = zentrix.ctf(q=found.frequency, **lens).values  # over more directions
+    np.testing.assert_allclose(found.profile[sampled], profile[sampled], atol=1e-3)
 
 
-def test_profile_of_a_round_lens():
-    found = Transfer(Model(noise((8, 8)), **SCOPE, C1=-40, focus_spread=4).values, zentrix.wavelength(300))
-    chi = -np.pi * zentrix.wavelength(300) * 40 * found.frequency**2
-    envelope = np.exp(-((np.pi * 4 * zentrix.wavelength(300) * found.frequency**2) ** 2) / 2)
-    np.testing.assert_allclose(found.profile, np.sin(chi) * envelope, atol=1e-9)
-    assert found.frequency[-1] == pytest.approx(10)
+def test_transfer_function_is_marked_where_a_ring_has_fewer_than_three_samples():
+    found = Transfer(dict(kv=300, pixel=0.02, C1=-40, focus_spread=4))
+    q, wavelength = found.frequency, zentrix.wavelength(300)
+    step = 2 * np.pi * wavelength * 40 * found.limit / 120  # of chi = pi lambda C1 q^2 between pixels, for q = 1
+    last = 2 * np.pi / 3 / step
+    across = np.arange(-120, 120) / 120 * found.limit
+    sampled = np.isfinite(found.square[120])
+    assert sampled[np.abs(across) < last - 0.3].all() and not sampled[np.abs(across) > last + 0.3].any()
+    np.testing.assert_allclose(found.envelope, np.exp(-((np.pi * 4 * wavelength * q**2) ** 2) / 2), atol=1e-9)
 
 
 def test_edits_of_one_control_are_one_step_of_undo():
@@ -120,15 +126,21 @@ def test_edits_of_one_control_are_one_step_of_undo():
     assert not history.move(1) and history.move(-1) and model.values["C1"] == (0.3, 0)
 
 
-@pytest.mark.parametrize("with_nan", [False, True])
-def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, with_nan):
-    wave = noise((30, 40))
-    if with_nan:
+@pytest.mark.parametrize("flaw", ["none", "not finite", "masked"])
+def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, flaw):
+    wave, with_nan = noise((30, 40)), flaw != "none"
+    if flaw == "not finite":
         wave[3, 4:6] = np.nan, np.inf
+    elif flaw == "masked":
+        wave = np.ma.masked_greater(abs(wave), 1.5) * wave
     before = wave.copy()
     model = Model(wave, **SCOPE, **LENS, focus_spread=2, envelope="on", tilt=(1.0, 0.0), save=tmp_path / "a.npy")
     first = model.corrected()
+    assert np.array_equal(model.not_finite, np.ma.getmaskarray(np.ma.masked_invalid(wave)))
+    assert model.not_finite.any() == with_nan
     assert np.array_equal(eval(model.call_text(), {"zentrix": zentrix, "wave": wave}), first)
+    for again in (zentrix.correct(wave, **model.parameters), Model(wave, **model.parameters).corrected()):
+        assert np.array_equal(again, first)
 
     model.apply()
     assert model.values["A1"] == (0, 0) and np.array_equal(model.source, first)
@@ -150,6 +162,16 @@ def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, with_nan)
     assert np.array_equal(wave, before, equal_nan=True) and model.shown((30, 40))[1] is not None or not with_nan
 
 
+def test_files_that_exist_are_replaced_only_by_name(tmp_path):
+    model = Model(noise((8, 8)), **SCOPE, save=tmp_path / "run0.5")
+    for taken in ("run0.npy", "run0.5.png", "run0.5-2.json"):
+        (tmp_path / taken).write_text("of the user")
+    assert [path.name for path in model.save()] == ["run0.5-3.npy", "run0.5-3.png", "run0.5-3.json"]
+    for given, name in (("run0.5", "run0.5.npy"), ("b.PNG", "b.npy"), ("c.npy", "c.npy")):
+        assert model.save(tmp_path / given)[0] == tmp_path / name and (tmp_path / name).exists()
+    assert (tmp_path / "run0.npy").read_text() == (tmp_path / "run0.5-2.json").read_text() == "of the user"
+
+
 @pytest.mark.parametrize(
     ("options", "text"),
     [
@@ -158,11 +180,33 @@ def test_copied_call_and_saved_parameters_make_the_same_bits(tmp_path, with_nan)
         (dict(SCOPE, C1=[1.0, 2.0]), "not a sweep"),
         (dict(SCOPE, A1=1e30), "A1 is too large."),
         (dict(SCOPE, show="intensity"), "show is"),
+        (dict(SCOPE, tilt=([0, 1], 0)), "one value of tilt, not a sweep"),
     ],
 )
 def test_wrong_options_are_named(options, text):
     with pytest.raises((ValueError, TypeError), match=re.escape(text)):
         Model(noise((8, 8)), **options)
+
+
+@pytest.mark.parametrize(
+    "change",
+    [dict(kv=value) for value in (300e3, float("nan"), True, "200", None)]
+    + [dict(pixel=-1), dict(wavelength=0.002), dict(C1=[1, 2]), dict(A1=1e30), dict(tilt=(1, 0)), dict(C1=5, Cs=1)],
+)
+def test_wrong_numbers_of_a_script_change_nothing(change):
+    model = Model(noise((8, 8)), **SCOPE)
+    with pytest.raises((ValueError, TypeError)):
+        model.set_values(change)
+    assert model.parameters == SCOPE and not model.history.move(-1)
+
+
+@pytest.mark.parametrize("tilt", [1 + 2j, np.array([1, 2]), [np.float32(1), 2], (1, 2)])
+def test_numbers_of_each_form_are_kept_as_plain_ones(tilt, tmp_path):
+    model = Model(noise((8, 8)), kv=np.int64(300), wavelength=None, pixel=(0.05, 0.05), tilt=tilt)
+    model.set_values(dict(focus_spread=np.float32(2), kv=np.array(200)))
+    expected = dict(kv=200, pixel=0.05, focus_spread=2, tilt=[1, 2])
+    assert json.loads(model.save(tmp_path / "a")[2].read_text("utf-8")) == {"corrections": [expected]}
+    assert np.isfinite(Transfer(model.optics).square).any()
 
 
 def test_shades():

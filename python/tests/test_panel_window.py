@@ -4,6 +4,7 @@ import os
 import pathlib
 import subprocess
 import sys
+from unittest import mock
 
 import matplotlib
 
@@ -191,6 +192,18 @@ def test_pixels_that_are_not_finite_are_marked_and_said():
     left = int(drive.panel.picture.box.width - 64 * scale) // 2
     assert drive.pixels()[int(11 * scale), left + int(20.5 * scale)].tolist() == [255, 0, 200]
     pyplot.close("all")
+
+
+@pytest.mark.parametrize("tilt", [["-1,0.5"], ["-1", "0.5"], ["-1", ".5e0"]])
+def test_tilt_and_coefficients_of_the_program_may_be_negative(tilt, tmp_path, monkeypatch):
+    given = {}
+    monkeypatch.setattr(zentrix, "panel", lambda wave, **options: given.update(options) or mock.Mock())
+    np.save(tmp_path / "wave.npy", np.ones((8, 8), complex))
+    options = ["--kv", "300", "--pixel", "0.05", "--A1", "-3@20", "--tilt", *tilt, str(tmp_path / "wave.npy")]
+    assert program.main(options) == 0
+    assert (given["tilt"], given["A1"]) == ((-1, 0.5), "-3@20")
+    with pytest.raises(SystemExit):
+        program.main([*options, "--tilt", "1,2,3"])
 
 
 def test_panel_needs_an_interactive_backend_and_matplotlib_only_then(tmp_path, capsys):

@@ -59,7 +59,7 @@ class Optics:
         numbers = {name: polar(name, values[name]) for name in COEFFICIENTS}
         for name, unit in WIDTHS.items():
             numbers[name] = (reals(values[name], f"{name} is an rms width in {unit}"),)
-        numbers["tilt"] = _tilt(values["tilt"])
+        numbers["tilt"] = tilt_parts(values["tilt"])
         self._values = _broadcast(numbers)
         self.shape = self._values.shape[:-1]
 
@@ -156,7 +156,8 @@ def _broadcast(numbers):
         raise ValueError(f"The arrays of a sweep have to fit each other as in NumPy: {shapes}.") from None
 
 
-def _tilt(value):
+def tilt_parts(value):
+    """(right, up) [mrad], each a float or an array; `value` may be a complex number."""
     takes = "tilt is (right, up) in mrad"
     scalar = as_scalar(value)
     if isinstance(scalar, complex):

@@ -12,11 +12,7 @@ from ._numbers import is_masked, shown, word
 def checked_copy(wave, nan):
     """A copy of a wave or a stack of waves (..., y, x) as contiguous complex64, all finite by the rule `nan`."""
     word("nan", nan, ("refuse", "zero", "mean"))
-    values = _complex_values(wave)
-    with np.errstate(over="ignore", invalid="ignore"):
-        copy = np.array(values, np.complex64, order="C")
-    if is_masked(wave):
-        copy[np.ma.getmaskarray(wave)] = np.nan
+    copy = single_precision(wave)
     for place, plane in planes(copy):
         bad = _core.replace_not_finite(plane, nan)
         if bad == 0:
@@ -24,11 +20,21 @@ def checked_copy(wave, nan):
         which = f"the wave's plane {', '.join(map(str, place))}" if place else "the wave"
         if nan == "refuse":
             raise ValueError(
-                f"{bad} of {plane.size} pixels of {which} are {_what_is_wrong(wave, values[place])}; "
+                f"{bad} of {plane.size} pixels of {which} are {_what_is_wrong(wave, np.asarray(wave)[place])}; "
                 'nan="zero" or "mean" replaces them.'
             )
         if bad == plane.size:
             raise ValueError(f"No pixel of {which} is a finite number.")
+    return copy
+
+
+def single_precision(wave):
+    """A copy of a wave or a stack of waves as contiguous complex64; masked pixels are not a number."""
+    values = _complex_values(wave)
+    with np.errstate(over="ignore", invalid="ignore"):
+        copy = np.array(values, np.complex64, order="C")
+    if is_masked(wave):
+        copy[np.ma.getmaskarray(wave)] = np.nan
     return copy
 
 

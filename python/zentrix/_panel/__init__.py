@@ -1,23 +1,28 @@
 """The live panel: a wave and the knobs of a lens that is removed from it. `panel` is zentrix.panel.
 
 Without a display: pages, number_text, history, model, reduced_wave, shades, contrast_transfer, wave_files. Drawn with
-matplotlib: pen, widgets, field, knob, picture, overlay, panel_column, window, live_panel, clipboard. `program` is the command
-`python -m zentrix panel`; `library` is what all of them need of the package.
+matplotlib: pen, widgets, field, knob, picture, overlay, panel_column, window, live_panel, clipboard. `program` is the
+command `python -m zentrix panel`; `library` is what all of them need of the package.
 """
 
+from .._optics import takes_optics
 
-def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.npy", **optics):
+
+@takes_optics
+def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.npy", nan="mean", **optics):
     """Opens a window with the wave, corrected live by the aberrations that its knobs show.
 
-    wave      complex array (y, x), not modified. Pixels that are infinite or not a number are marked; they count as the
-              mean of the others.
-    title     of the window
-    show      "real", "imaginary", "modulus", "log" or "phase": the display at the start
-    colour    whether phases are shown in colours instead of greys
-    save      the file that the button Save writes, with a .png and a .json beside it. A number is appended to the name
-              if the file exists.
-    optics    kv (or wavelength), pixel, C1 ... S5, focus_spread, convergence, vibration, tilt, envelope as for
-              zentrix.correct: what the knobs show at the start
+    wave           complex array (y, x), not modified. Pixels that are infinite, not a number or masked are marked; they
+                   count as the mean of the others.
+    title          of the window
+    show           "real", "imaginary", "modulus", "log" or "phase": the display at the start
+    colour         whether phases are shown in colours instead of greys
+    save           the file that the button Save writes, with a .png and a .json beside it. A number is appended to the
+                   name if one of the files exists.
+    nan            "mean", the only rule of the panel; here so that `panel.parameters` can open another one
+    OPTICS
+
+    These are what the knobs show at the start. The panel shows one value of each and refuses a sweep.
 
     Returns the panel at once:
 
@@ -28,7 +33,7 @@ def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.
         panel.undo(), panel.redo(), panel.apply()
         panel.save(file)        writes file.npy, file.png and file.json
         panel.on_change(f)      calls f(panel) after each change
-        panel.wait()            returns when the window is closed; a script needs it, a notebook does not
+        panel.wait()            returns when all windows of matplotlib are closed; for scripts, not for notebooks
         panel.close()
 
     Needs matplotlib with an interactive backend. Raises RuntimeError without one, and ValueError or TypeError for
@@ -37,7 +42,7 @@ def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.
     _require_interactive_backend()
     from .live_panel import LivePanel
 
-    opened = LivePanel(wave, title=title, show=show, colour=colour, save=save, **optics)
+    opened = LivePanel(wave, title=title, show=show, colour=colour, save=save, nan=nan, **optics)
     opened.show()
     return opened
 

@@ -16,7 +16,30 @@ class LivePanel:
     @property
     def figure(self) -> Any: ...
     def corrected(self) -> NDArray[np.complex64]: ...
-    def set(self, **changes: Any) -> None: ...
+    def set(
+        self,
+        *,
+        pixel: float | tuple[float, float] = ...,
+        kv: float = ...,
+        wavelength: float = ...,
+        C1: complex | str | tuple[float, float] = ...,
+        A1: complex | str | tuple[float, float] = ...,
+        B2: complex | str | tuple[float, float] = ...,
+        A2: complex | str | tuple[float, float] = ...,
+        C3: complex | str | tuple[float, float] = ...,
+        S3: complex | str | tuple[float, float] = ...,
+        A3: complex | str | tuple[float, float] = ...,
+        B4: complex | str | tuple[float, float] = ...,
+        D4: complex | str | tuple[float, float] = ...,
+        A4: complex | str | tuple[float, float] = ...,
+        C5: complex | str | tuple[float, float] = ...,
+        A5: complex | str | tuple[float, float] = ...,
+        R5: complex | str | tuple[float, float] = ...,
+        S5: complex | str | tuple[float, float] = ...,
+        focus_spread: float = ...,
+        convergence: float = ...,
+        vibration: float = ...,
+    ) -> None: ...
     def undo(self) -> None: ...
     def redo(self) -> None: ...
     def apply(self) -> None: ...

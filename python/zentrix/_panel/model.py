@@ -11,19 +11,27 @@ from .number_text import round_length, tidy, wrapped
 from .pages import COEFFICIENTS, PAGES, WIDTHS, microscope
 from .reduced_wave import reduced_marks, reduced_size, reduced_wave
 from .shades import DISPLAYS
+from .wave_files import paths_of, unused_paths, write_all
 
 
 class Model:
     """A wave and the aberrations that are removed from it."""
 
-    def __init__(self, wave, *, show="phase", colour=False, save="corrected.npy", **optics):
+    def __init__(self, wave, *, show="phase", colour=False, save="corrected.npy", nan="mean", **optics):
         if show not in DISPLAYS:
             raise ValueError(f"show is one of {', '.join(DISPLAYS)}, not {show!r}.")
         self.original, self.not_finite = library.checked_wave(wave)
-        self.fixed = {name: optics.pop(name) for name in ("tilt", "envelope") if name in optics}
+        if nan != "mean":
+            raise ValueError(f'nan is "mean" in the panel, not {nan!r}.')
+        for name in ("kv", "wavelength"):
+            if name in optics and optics[name] is None:
+                del optics[name]
+        library.check(optics)
+        self.fixed = {name: optics[name] for name in ("tilt", "envelope") if name in optics}
+        if "tilt" in optics:
+            self.fixed["tilt"] = library.tilt_of(optics["tilt"])
         self.pages = (*PAGES, microscope("wavelength" in optics))
         state = State(library.start_values(optics, self.pages[-1].rows))
-        library.check(self.keywords(state))
         self.history = History(state)
         self.steps = {row.name: row.step or self._percent_of(row.name) for page in self.pages for row in page.rows}
         self.display, self.colour, self.file = show, colour, pathlib.Path(save)
@@ -43,14 +51,16 @@ class Model:
 
     @property
     def parameters(self):
-        return self.keywords(self.history.state)
+        """Keywords of zentrix.correct, without coefficients and widths that are zero."""
+        return {**self.optics, "nan": "mean"} if self.not_finite.any() else self.optics
 
-    def keywords(self, state):
-        """Of zentrix.correct, without coefficients and widths that are zero."""
+    @property
+    def optics(self):
+        """Those of zentrix.ctf."""
         result = {}
         for page in (self.pages[-1], *self.pages[:-1]):
             for row in page.rows:
-                value, degrees = state.values[row.name]
+                value, degrees = self.values[row.name]
                 if value or row.name not in COEFFICIENTS and row.name not in WIDTHS:
                     result[row.name] = (value, degrees) if row.has_angle else value
         return {**result, **self.fixed}
@@ -65,7 +75,11 @@ class Model:
         return True
 
     def set_values(self, changes):
-        """Several at once: name -> value as in zentrix.correct."""
+        """Several at once: name -> value as in zentrix.correct. Raises as that does, and changes nothing."""
+        for name in changes:
+            if name in ("tilt", "envelope"):
+                raise TypeError(f"The panel has no control for {name}.")
+        library.check({**self.optics, **changes})
         values = {**self.values, **library.values_of(changes, self.values)}
         self.history.record(State(values, self.history.state.applied))
 
@@ -102,7 +116,7 @@ class Model:
         live, marks = self._kept[shape]
         if before:
             return live.wave, marks
-        parameters = self.parameters
+        parameters = self.optics
         if shape != self.source.shape:
             library.check(parameters)  # with the full range of frequencies
             parameters["pixel"] *= self.source.shape[0] / shape[0]
@@ -136,37 +150,25 @@ class Model:
         return "\n".join(lines)
 
     def _arguments(self, keywords):
-        texts = [f"{name}={_text(value)}" for name, value in keywords.items()]
-        return ", ".join([*texts, 'nan="mean"'] if self.not_finite.any() else texts)
+        return ", ".join(f"{name}={_text(value)}" for name, value in keywords.items())
 
     def save(self, file=None):
         """Writes the corrected wave, its picture as displayed, and the parameters; returns the three paths."""
-        from .wave_files import write_all
-
         wave = self.corrected()
         marks = self.not_finite if self.not_finite.any() else None
-        path = unused(self.file) if file is None else pathlib.Path(file).with_suffix(".npy")
+        paths = unused_paths(self.file) if file is None else paths_of(file)
         corrections = [*self.history.state.applied, self.parameters]
         text = json.dumps({"corrections": [self._as_json(keywords) for keywords in corrections]}, indent=2)
-        return write_all(path, wave, text, self.display, self.colour, marks)
+        write_all(paths, wave, text, self.display, self.colour, marks)
+        return paths
 
     def _as_json(self, keywords):
         """Keywords that zentrix.correct takes as they are read from the file: "14@35", because JSON has no tuples."""
-        result = dict(keywords, nan="mean") if self.not_finite.any() else dict(keywords)
+        result = dict(keywords)
         for name, value in keywords.items():
             if name in COEFFICIENTS and isinstance(value, tuple):
                 result[name] = f"{value[0]!r}@{value[1]!r}"
         return result
-
-
-def unused(path):
-    """The path with .npy or, if there is such a file, with the first free number before it."""
-    path, count = path.with_suffix(".npy"), 1
-    candidate = path
-    while candidate.exists():
-        count += 1
-        candidate = path.with_name(f"{path.stem}-{count}.npy")
-    return candidate
 
 
 def _text(value):
@@ -174,4 +176,4 @@ def _text(value):
         return f"({', '.join(map(_text, value))})"
     if isinstance(value, (float, int, np.number)):
         return repr(int(value)) if float(value).is_integer() and abs(value) < 1e9 else repr(float(value))
-    return repr(value)
+    return f'"{value}"'

@@ -2,7 +2,6 @@
 
 import numpy as np
 
-from . import library
 from .contrast_transfer import Transfer
 from .number_text import round_length
 from .pen import Box
@@ -55,9 +54,9 @@ class Overlay:
         pen.text(plot.right, box.y + 6 * unit, "1/nm", 7.5, _TEXT, "right")
 
     def _follow(self):
-        values, tilt = self._model.values, tuple(self._model.fixed.get("tilt", (0.0, 0.0)))
-        if self._of == (values, tilt):
+        optics = self._model.optics
+        if self._of == optics:
             return
-        self._transfer = Transfer(values, library.wavelength(values), tilt)
+        self._transfer = Transfer(optics)
         self._picture = transfer_picture(self._transfer.square)
-        self._of = values, tilt
+        self._of = optics

@@ -45,7 +45,7 @@ def _parser():
     for name in WIDTHS:
         unit = "mrad" if name == "convergence" else "nm"
         parser.add_argument(f"--{name.replace('_', '-')}", type=float, help=f"rms width [{unit}]")
-    parser.add_argument("--tilt", type=float, nargs=2, metavar=("RIGHT", "UP"), help="beam tilt [mrad]")
+    parser.add_argument("--tilt", type=_tilt, metavar="RIGHT,UP", help="beam tilt [mrad]; also two arguments")
     parser.add_argument("--envelope", choices=("auto", "on", "off"), help='"on" damps the corrected wave, too')
     parser.add_argument("--show", choices=("real", "imaginary", "modulus", "log", "phase"))
     parser.add_argument("--colour", action="store_const", const=True, help="phases in colours")
@@ -54,12 +54,22 @@ def _parser():
     return parser
 
 
+def _tilt(text):
+    try:
+        right, up = map(float, text.split(","))
+    except ValueError:
+        raise argparse.ArgumentTypeError(f"tilt is RIGHT,UP in mrad, not {text!r}") from None
+    return right, up
+
+
 def _joined(arguments):
-    """"--A1 -3@20" as "--A1=-3@20": the parser would take -3@20 for an option."""
-    result = []
-    for argument in arguments:
-        if result and result[-1][2:] in COEFFICIENTS and result[-1].startswith("--"):
-            result[-1] += "=" + argument
-        else:
-            result.append(argument)
+    """"--A1 -3@20" as "--A1=-3@20", as the parser would take -3@20 for an option; "--tilt 1 -2" as "--tilt=1,-2"."""
+    result, rest = [], list(arguments)
+    while rest:
+        argument = rest.pop(0)
+        if argument.startswith("--") and argument[2:] in (*COEFFICIENTS, "tilt") and rest:
+            argument += "=" + rest.pop(0)
+            if argument.startswith("--tilt") and "," not in argument and rest:
+                argument += "," + rest.pop(0)
+        result.append(argument)
     return result
