@@ -14,6 +14,7 @@
 #include "lens/transfer.h"
 #include "lens/transfer_value.h"
 #include "python/arrays.h"
+#include "python/interpreter_lock.h"
 #include "python/session.h"
 
 /// The package passes checked arrays: complex64, two dimensions, contiguous, writable.
@@ -72,6 +73,7 @@ std::vector<double> radial_contrast(const lens::optics& setup, const std::vector
                                     const std::vector<double>& directions, const std::string& envelope)
 {
     const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply, damping_of(envelope));
+    const interpreter_unlock others_may_run;
     std::vector<double> values;
     for (const double frequency : q) {
         double sum = 0;
@@ -88,7 +90,7 @@ std::vector<double> radial_contrast(const lens::optics& setup, const std::vector
 std::size_t replace_not_finite(const py::array& wave, const std::string& rule)
 {
     const auto image = image_of(wave);
-    const py::gil_scoped_release others_may_run;
+    const interpreter_unlock others_may_run;
     const std::size_t count = host::count_not_finite(*image);
     if (count > 0 && (rule == "zero" || rule == "mean"))
         host::replace_not_finite(*image, rule == "mean" ? host::mean_of_finite(*image) : std::complex<float>{});
