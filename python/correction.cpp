@@ -11,6 +11,7 @@
 #include "host/correction/kept_spectrum.h"
 #include "host/correction/multiply_spectrum.h"
 #include "lens/electron.h"
+#include "lens/plausible_units.h"
 #include "lens/transfer.h"
 #include "lens/transfer_value.h"
 #include "python/arrays.h"
@@ -144,6 +145,8 @@ void add_correction(py::module_& to)
     py::class_<lens::optics>(to, "Optics").def(py::init(&optics_of));
     py::class_<host::kept_spectrum>(to, "Spectrum").def(py::init(&keep_spectrum)).def("multiply", &multiply_kept);
     to.def("electron_wavelength", &lens::electron_wavelength);
+    to.def("check_kilovolts", &lens::check_kilovolts);
+    to.def("check_pixel_size", &lens::check_pixel_size);
     to.def("coefficients", &coefficient_table);
     to.def("parse_coefficient", &parse_coefficient);
     to.def("replace_not_finite", &replace_not_finite);

@@ -84,9 +84,9 @@ def uses_of_names_and_units():
     yield {"remove": False}, TypeError(
         "correct() has no parameter 'remove'. zentrix.correct removes aberrations, zentrix.aberrate applies them."
     )
-    yield {"kv": 300e3}, ValueError("300000 kV: are these volts? kv is in kilovolts, kv=300 for 300,000 V.")
+    yield {"kv": 300e3}, ValueError("300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V.")
     yield {"kv": 0.3}, ValueError(
-        "0.3 kV: are these megavolts? kv is in kilovolts; for slow electrons give wavelength=zentrix.wavelength(0.3)."
+        "0.3 kV: are these megavolts? kv is in kilovolts; for slow electrons give the wavelength, 0.0707973 nm."
     )
     yield {"kv": 0}, ValueError("The accelerating voltage must be a positive number of kilovolts.")
     yield {"kv": "300"}, TypeError("kv is the accelerating voltage in kV, not '300'.")
@@ -166,7 +166,7 @@ def uses_of_other_functions():
     yield lambda: unwrap(PHASE, box=-1), ValueError("box is a number of pixels, 0 or more, not -1.")
     yield lambda: unwrap(PHASE.astype(">f8"), box=np.uint8(0)), lambda: unwrap(PHASE.astype(np.float32))
     yield lambda: zentrix.wavelength(300e3), ValueError(
-        "300000 kV: are these volts? kv is in kilovolts, kv=300 for 300,000 V."
+        "300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V."
     )
     yield lambda: zentrix.wavelength(table), lambda: [zentrix.wavelength(300), zentrix.wavelength(200)]
     yield lambda: zentrix.transfer_function(64, **LENS), TypeError("shape is (height, width), not 64.")

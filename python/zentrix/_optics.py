@@ -108,18 +108,15 @@ def pixel_size(value):
             raise ValueError(f"Pixels have to be square, not {first} x {second} nm: resample the wave.")
         value = first
     size = number(value, takes)
-    if size <= 0:
-        raise ValueError("The pixel size must be a positive number of nanometres.")
-    if size < 1e-4:
-        raise ValueError(f"The pixel size is {shown(value)} nm: are these metres? pixel is in nanometres.")
+    _core.check_pixel_size(size)
     return size
 
 
-def kilovolts(value):
-    """A plausible accelerating voltage. The lower end is left to the caller."""
+def kilovolts(value, slow=False):
+    """A plausible accelerating voltage; `slow` accepts those below 1 kV, too."""
     voltage = number(value, "kv is the accelerating voltage in kV")
-    if voltage > 3000:
-        raise ValueError(f"{voltage:.15g} kV: are these volts? kv is in kilovolts, kv=300 for 300,000 V.")
+    if not (slow and 0 < voltage < 1):
+        _core.check_kilovolts(voltage)
     return voltage
 
 
@@ -128,13 +125,7 @@ def _wavelength(caller, kv, wavelength):
         raise TypeError(f"{caller}() needs either kv or wavelength.")
     if kv is None:
         return number(wavelength, "wavelength is a number in nm")
-    voltage = kilovolts(kv)
-    if 0 < voltage < 1:
-        raise ValueError(
-            f"{voltage:.15g} kV: are these megavolts? kv is in kilovolts; for slow electrons give "
-            f"wavelength=zentrix.wavelength({voltage:.15g})."
-        )
-    return _core.electron_wavelength(voltage)
+    return _core.electron_wavelength(kilovolts(kv))
 
 
 def _warn_of_large_angles(angle):

@@ -35,7 +35,7 @@ def wavelength(kv):
         0.0019687
     """
     values = np.asarray(reals(kv, "kv is the accelerating voltage in kV"))
-    result = np.array([_core.electron_wavelength(kilovolts(voltage)) for voltage in values.ravel()])
+    result = np.array([_core.electron_wavelength(kilovolts(voltage, slow=True)) for voltage in values.ravel()])
     return result.reshape(values.shape) if values.ndim else float(result[0])
 
 
