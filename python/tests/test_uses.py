@@ -168,6 +168,15 @@ def uses_of_other_functions():
     yield lambda: zentrix.wavelength(300e3), ValueError(
         "300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V."
     )
+    convert, back, names = zentrix.to_notation, zentrix.from_notation, "is not a name of coefficients here"
+    yield lambda: convert("polar", {}, clockwise="no"), TypeError("clockwise is True or False, not 'no'.")
+    yield lambda: convert("polar", {"kv": 3e5}), ValueError(
+        "300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V."
+    )
+    yield lambda: back("polar", {1: 2}), TypeError("The names of coefficients are texts, not 1.")
+    yield lambda: back("polar", [("C10", 1), ("C10", 2)]), ValueError("C10 is given twice.")
+    yield lambda: back("polar", {"c10": 1}), ValueError(f"c10 {names}. Did you mean C10?")
+    yield lambda: back("polar", {"kv": 300}), ValueError(f"kv {names}. Did you mean energy?")
     yield lambda: zentrix.wavelength(table), lambda: [zentrix.wavelength(300), zentrix.wavelength(200)]
     yield lambda: zentrix.transfer_function(64, **LENS), TypeError("shape is (height, width), not 64.")
     yield lambda: zentrix.transfer_function(WAVE, **LENS), TypeError(
