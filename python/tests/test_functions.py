@@ -8,6 +8,7 @@ import sys
 import numpy as np
 import pytest
 
+import zentrix
 from zentrix import Ref, ScriptError
 
 IMAGE = np.float32([[1, -2, 3]])
@@ -17,7 +18,8 @@ def test_every_prototype_is_an_attribute_with_its_entry_in_the_reference(zx):
     for text in zx.functions():
         name = text.split("(")[0].split()[-1]
         function = getattr(zx, name)
-        assert function is getattr(zx, name.removeprefix("ZX")) and function.__name__ == name
+        assert function is getattr(zx, name.removeprefix("ZX")) and name.removeprefix("ZX") in dir(zx)
+        assert function.__name__ == name
         prototypes, _, entry = function.__doc__.partition("\n\n")
         assert text in prototypes.splitlines() and len(entry) > 100 and "```" not in entry
     zx.ZXSetNumThreads(1)
@@ -102,6 +104,10 @@ def test_outputs_are_returned_unless_a_reference_is_given(zx):
          "TagGroupCountTags() takes no keyword arguments: it is a function of the host."),
         (lambda zx: zx.Medianfilter, AttributeError,
          "The host has no attribute 'Medianfilter'. Did you mean ZXMedianFilter?"),
+        (lambda zx: zentrix.corect, AttributeError, "module 'zentrix' has no attribute 'corect'. Did you mean correct?"),
+        (lambda zx: zentrix.ZXMedianFiltr, AttributeError,
+         "module 'zentrix' has no attribute 'ZXMedianFiltr'. Did you mean ZXMedianFilter?"),
+        (lambda zx: zx.Min(IMAGE, "a"), TypeError, "ZXMin() takes a number as the initial nX, not 'a'."),
         (lambda zx: zx.call("MedianFiltr"), ScriptError,
          'There is no script function "MedianFiltr". Did you mean ZXMedianFilter?'),
         (lambda zx: zx.call("TagGroupCount", {}), ScriptError,
