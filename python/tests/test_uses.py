@@ -162,6 +162,7 @@ def uses_of_other_functions():
     )
     yield lambda: unwrap(PHASE, report=1), TypeError("report is True or False, not 1.")
     yield lambda: unwrap(PHASE, mask=HOLES.T), ValueError("The mask of shape (8, 6) does not fit the phase of shape (6, 8).")
+    yield lambda: unwrap(PHASE, mask=HOLES[:1]), ValueError("The mask of shape (1, 8) does not fit the phase of shape (6, 8).")
     yield lambda: unwrap(PHASE, box=2.5), TypeError("box is a whole number of pixels, not 2.5.")
     yield lambda: unwrap(PHASE, box=-1), ValueError("box is a number of pixels, 0 or more, not -1.")
     yield lambda: unwrap(PHASE.astype(">f8"), box=np.uint8(0)), lambda: unwrap(PHASE.astype(np.float32))

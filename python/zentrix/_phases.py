@@ -14,6 +14,9 @@ from ._signals import takes_signals
 from ._wave_arrays import planes
 
 
+_MASK = "mask is a boolean array, True where a pixel is left out"
+
+
 class UnwrapReport(NamedTuple):
     """How well a phase was unwrapped. Of a stack, each field is an array with an element for each plane.
 
@@ -53,7 +56,7 @@ def unwrap(phase, mask=None, box=None, report=False, progress=None):
 
         unwrapped = zentrix.unwrap(np.angle(wave), mask=abs(wave) < 0.1)
     """
-    limit, report = _box_limit(box), flag("report", report)
+    limit, report = box_limit(box), flag("report", report)
     result, left_out = _checked_copy(phase, mask)
     wrapped = result.copy() if report or left_out is not None else None
     if left_out is not None:
@@ -111,21 +114,29 @@ def _left_out(phase, mask, shape):
     left_out = np.ma.getmaskarray(phase) if is_masked(phase) else None
     if mask is None:
         return left_out
-    takes = "mask is a boolean array, True where a pixel is left out"
-    try:
-        mask = np.asarray(mask)
-    except ValueError:
-        raise TypeError(f"{takes}, not {shown(mask)}.") from None
-    if mask.dtype != bool:
-        raise TypeError(f"{takes}, not {mask.dtype}.")
-    try:
-        mask = np.broadcast_to(mask, shape)
-    except ValueError:
-        raise ValueError(f"The mask of shape {mask.shape} does not fit the phase of shape {shape}.") from None
+    mask = as_mask(mask)
+    check_mask(mask, shape)
+    mask = np.broadcast_to(mask, shape)
     return mask if left_out is None else mask | left_out
 
 
-def _box_limit(box):
+def as_mask(mask):
+    """The array that a mask is."""
+    try:
+        return np.asarray(mask)
+    except ValueError:
+        raise TypeError(f"{_MASK}, not {shown(mask)}.") from None
+
+
+def check_mask(mask, shape):
+    """Refuses arrays that are no mask for a phase of this shape."""
+    if mask.dtype != bool:
+        raise TypeError(f"{_MASK}, not {mask.dtype}.")
+    if mask.shape not in (shape, shape[-2:]):
+        raise ValueError(f"The mask of shape {mask.shape} does not fit the phase of shape {shape}.")
+
+
+def box_limit(box):
     if box is None:
         return 0
     try:
