@@ -100,6 +100,7 @@ def uses_of_names_and_units():
     yield {"pixel": 0}, ValueError("The pixel size must be a positive number of nanometres.")
     yield {"pixel": np.nan}, ValueError("pixel is the pixel size in nm, not nan.")
     yield {"kv": None, "wavelength": 1.97}, UserWarning("Scattering angles reach 19.7 rad: check the units of wavelength")
+    yield {"kv": None, "wavelength": 1.97, "pixel": 0.2}, UserWarning("Scattering angles reach 4.92 rad")
     yield {"tilt": 1}, TypeError("tilt is (right, up) in mrad, not 1.")
     yield {"tilt": np.array(1)}, TypeError("tilt is (right, up) in mrad, not array(1).")
     yield {"tilt": (1, None)}, TypeError("tilt is (right, up) in mrad, not None.")
@@ -139,6 +140,7 @@ def uses_of_waves():
 
 
 def uses_of_other_functions():
+    quantity = types.SimpleNamespace(units="nm")
     unwrap, table = zentrix.unwrap, np.array([300, 200])
     yield lambda: unwrap(WAVE), TypeError(
         "The phase is a real array in radians, not complex128 of shape (6, 8); numpy.angle(wave) is the phase of a wave."
@@ -190,6 +192,12 @@ def uses_of_other_functions():
     yield lambda: zentrix.ctf(q=[-1, 2], kv=300), ValueError(
         "q is an array of frequencies in 1/nm, 0 or more; -1.0 is negative (along gives a direction)."
     )
+    yield lambda: zentrix.ctf(q=[0, 6000], kv=300), ValueError(
+        "q is an array of frequencies in 1/nm, 5000 or less; 6000 is usually in another unit."
+    )
+    yield lambda: unwrap(quantity), TypeError(
+        "The phase is a real array in radians: convert namespace(units='nm') to this unit and pass the plain number."
+    )
     yield lambda: zentrix.ctf(kv=300), TypeError("ctf() needs pixel, the pixel size in nm.")
 
 
@@ -205,8 +213,9 @@ USES = [
 def test_use_has_its_answer(use, answer):
     call = use if callable(use) else lambda: correct(**use)
     if isinstance(answer, Warning):
-        with pytest.warns(type(answer), match=str(answer)):
+        with pytest.warns(type(answer), match=str(answer)) as warned:
             call()
+        assert warned[0].filename == __file__
     elif isinstance(answer, Exception):
         with pytest.raises(type(answer)) as refusal:
             call()

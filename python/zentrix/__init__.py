@@ -161,7 +161,7 @@ def _load(path):
 
 
 def __getattr__(name):
-    """Script functions are found in the module, too, so that pickle can name them; zentrix.dask is imported by its use."""
+    """Script functions are found here, too, so that pickle can name them; zentrix.dask is imported by its use."""
     if name == "dask":
         return importlib.import_module(".dask", __name__)
     functions = load()._functions if name.startswith("ZX") else {}

@@ -16,12 +16,13 @@ def correct(wave, *, nan="refuse", progress=None, **optics):
     wave           complex array (..., y, x), not modified. Leading axes are a stack, wave by wave. The computation is
                    done in single precision, whatever the array has. Also a signal of HyperSpy, whose axes and metadata
                    give pixel and kv unless they are given here; or a Dask array, see zentrix.dask.
-    nan            pixels that are infinite or not a number, and masked ones: "refuse" them, or replace them by "zero" or
-                   by the "mean" of the wave's other pixels
+    nan            pixels that are infinite or not a number, and masked ones: "refuse" them, or replace them by "zero"
+                   or by the "mean" of the wave's other pixels
     progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the waves of a stack
     OPTICS
 
-    Returns a new array of complex64: the axes of the sweep, then those of the wave; of a signal, a signal. Uses the running host, or loads one.
+    Returns a new array of complex64: the axes of the sweep, then those of the wave. For a signal it returns a new
+    signal with the same axes and metadata, for a Dask array a Dask array. Uses the running host, or loads one.
     Raises TypeError or ValueError, naming the parameter, for what it cannot use; ScriptError if the result leaves the
     range of single precision.
 
@@ -40,8 +41,8 @@ def aberrate(wave, *, nan="refuse", progress=None, **optics):
     wave           complex array (..., y, x), not modified. Leading axes are a stack, wave by wave. The computation is
                    done in single precision, whatever the array has. Also a signal of HyperSpy, whose axes and metadata
                    give pixel and kv unless they are given here; or a Dask array, see zentrix.dask.
-    nan            pixels that are infinite or not a number, and masked ones: "refuse" them, or replace them by "zero" or
-                   by the "mean" of the wave's other pixels
+    nan            pixels that are infinite or not a number, and masked ones: "refuse" them, or replace them by "zero"
+                   or by the "mean" of the wave's other pixels
     progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the waves of a stack
     OPTICS
 

@@ -99,7 +99,8 @@ def _whole_planes(caller, name, array, kind):
         )
     meant = {"c": "complex", "f": "real"}[kind]
     if array.dtype.kind != kind or array.ndim < 2:
-        raise TypeError(f"The {name} is a {meant} array of shape (..., y, x), not {array.dtype} of shape {array.shape}.")
+        given = f"{array.dtype} of shape {array.shape}"
+        raise TypeError(f"The {name} is a {meant} array of shape (..., y, x), not {given}.")
     if any(math.isnan(size) for size in array.shape):
         raise ValueError(f"The {name} has chunks of unknown size: call compute_chunk_sizes() first.")
     if array.numblocks[-2:] == (1, 1):
