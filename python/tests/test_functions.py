@@ -132,22 +132,27 @@ zx.ZXMedianFilter(a, 1); zx.ZXMedianFilter(a, nRad=1, nUseZeroPadding=1); zx.Med
 least: float = zx.ZXSurvey(a).fMin; x: int = zx.ZXMin(a).nX; value: float = zx.ZXMin(a, Ref(), None, nZ=Ref())
 zx.ZXSurvey(a, Ref(), Ref(), Ref(), Ref()); zx.ZXSurvey(a, fSum=Ref()); y: float = zx.ZXGetCenterOfMass(a, 1, 2, 3, 4, 5).fY
 zx.ZXGetCenterOfMass(a, Ref(1), Ref(2), 5, 3, 0); zx.ZXAbsArg(a, imgTheta=a).imgRho; zx.Polar(fRho=2, imgTheta=a)
+zentrix.correct(a, kv=Decimal(300), pixel=np.float32(0.02)).real; zentrix.unwrap(a, report=bool(x))
+def lazily(array: Array) -> None: zentrix.correct(array, kv=300, pixel=1).compute()
 """
 WRONG = [
     "zx.ZXMedianFilter(a)", "zx.ZXMedianFilter(a, rad=2)", "zx.ZXMedianFilter(a, '2')", "zx.ZXSurvey(a).least",
     "zx.ZXPadSize(1, 2)", "zx.ZXExp2([1, 2])", "zx.ZXMin(a, 'x')", "zx.Medianfilter(a, 1)", "zx.ZXMin(a, Ref()).nX",
+    "zentrix.correct(a, pixel=1, kv='300')", "zentrix.correct(a, pixel=1, kv=300, Cs=1)",
 ]  # fmt: skip
 
 
 def test_type_checker_accepts_right_use_and_finds_mistakes(tmp_path):
     pytest.importorskip("mypy")
+    pytest.importorskip("dask")
     file = tmp_path / "use.py"
-    start = "import numpy as np, zentrix\nfrom zentrix import Ref\nzx, a = zentrix.load(), np.ones((4, 4))\n"
+    start = "import numpy as np, zentrix\nfrom zentrix import Ref\nfrom decimal import Decimal\n"
+    start += "from dask.array.core import Array\nzx, a = zentrix.load(), np.ones((4, 4))\n"
+    first = (start + RIGHT.strip()).count("\n") + 2
     file.write_text(start + RIGHT.strip() + "\n" + "\n".join(WRONG))
-    import zentrix
 
     command = [sys.executable, "-m", "mypy", "--strict", "--no-error-summary", "--hide-error-context", file]
     environment = {"MYPYPATH": zentrix.__path__[0].rpartition("/")[0], "PATH": "", "MYPY_CACHE_DIR": str(tmp_path / "cache")}
     found = subprocess.run(command, capture_output=True, text=True, env=environment, check=False).stdout
     errors = {line.split(":")[1] for line in found.splitlines() if ": error:" in line}
-    assert errors == {str(8 + k) for k in range(len(WRONG))}, found
+    assert errors == {str(first + k) for k in range(len(WRONG))}, found
