@@ -21,7 +21,8 @@ def version():
 def cmake():
     """The CMake project with its options and its target."""
     if build := os.environ.get("ZENTRIX_BUILD"):
-        return {"cmake_source_dir": "cmake/from_build", "cmake_args": [f"-DZENTRIX_BUILD={pathlib.Path(build).resolve()}"]}
+        folder = pathlib.Path(build).resolve()
+        return {"cmake_source_dir": "cmake/from_build", "cmake_args": [f"-DZENTRIX_BUILD={folder}"]}
     options = ["-DZENTRIX_TESTS=OFF", "-DZENTRIX_BENCH=OFF", "-DZENTRIX_PROGRAM=OFF"]
     return {
         "cmake_args": [*options, "-DZENTRIX_PYTHON_FOLDER=python/zentrix"],

@@ -72,6 +72,17 @@ bool is_masked(const py::array& array)
     return py::isinstance(array, masked_array);
 }
 
+/// Whether the elements are aligned and the strides multiples of the element size, as images need it. Arrays within
+/// messages and structured arrays are often different.
+bool has_image_layout(const py::array& array)
+{
+    if (!has_flag(array, py::detail::npy_api::NPY_ARRAY_ALIGNED_)) return false;
+    const py::ssize_t bytes = bytes_of(array.dtype());
+    for (py::ssize_t d = 0; d < array.ndim(); ++d)
+        if (array.strides(d) % bytes != 0) return false;
+    return true;
+}
+
 std::string shape_text(const py::array& array) { return py::str(array.attr("shape")).cast<std::string>(); }
 
 /// Throws  py::type_error, py::value_error for an array that cannot be an image
@@ -86,8 +97,6 @@ void check(const py::array& array)
         throw py::type_error{
             "An array of " + type +
             " has its bytes in the other order: convert it with astype(array.dtype.newbyteorder('='))."};
-    if (!has_flag(array, py::detail::npy_api::NPY_ARRAY_ALIGNED_))
-        throw py::value_error{"An array with unaligned elements cannot be an image: pass a copy()."};
     if (is_masked(array)) throw py::type_error{"A masked array cannot be an image: pass its filled() values."};
     if (array.ndim() < 1 || array.ndim() > static_cast<py::ssize_t>(host::max_dimensions))
         throw py::value_error{"An array of shape " + shape_text(array) +
@@ -96,17 +105,14 @@ void check(const py::array& array)
         throw py::value_error{"An array of shape " + shape_text(array) + " cannot be an image: it has no element."};
 }
 
-/// Throws  py::value_error for strides that are not a multiple of the element size, and for sizes and strides beyond 32
-/// bits
+/// Requires an array with has_image_layout.
+/// Throws  py::value_error for sizes and strides beyond 32 bits
 layout layout_of(const py::array& array)
 {
     constexpr auto largest = std::numeric_limits<std::int32_t>::max();
     const py::ssize_t bytes = bytes_of(array.dtype());
     layout found;
     for (py::ssize_t d = array.ndim(); d-- > 0;) {
-        if (array.strides(d) % bytes != 0)
-            throw py::value_error{"An array with strides of " + py::str(array.attr("strides")).cast<std::string>() +
-                                  " bytes, not a multiple of its element size, cannot be an image: pass a copy()."};
         const py::ssize_t stride = array.strides(d) / bytes;
         if (array.shape(d) > largest || std::abs(stride) > largest)
             throw py::value_error{"An array of shape " + shape_text(array) +
@@ -157,6 +163,16 @@ host::image_ref original_image(const py::array& array)
     return *static_cast<host::image_ref*>(PyCapsule_GetPointer(base.ptr(), capsule_name));
 }
 
+/// An image of its own over a copy of the elements. It refuses write locks, which would not reach the array.
+host::image_ref image_of_copy(const py::array& array)
+{
+    const py::array copy = array.attr("copy")();
+    const layout arrangement = layout_of(copy);
+    return host::image::over("unaligned array", element_of(copy.dtype())->code, const_cast<void*>(copy.data()),
+                             arrangement.sizes, arrangement.strides, host::access::read,
+                             std::make_shared<python_owner>(copy));
+}
+
 /// The existing image of the array, unless the array's shape or flags have changed since.
 host::image_ref present_image(const py::array& array, host::access allowed)
 {
@@ -184,6 +200,7 @@ bool shows(const py::array& array, const host::image& image)
 host::image_ref image_of(const py::array& array)
 {
     check(array);
+    if (!has_image_layout(array)) return image_of_copy(array);
     const layout arrangement = layout_of(array);
     const auto allowed = access_of(array, arrangement);
     if (auto present = present_image(array, allowed)) return present;

@@ -19,7 +19,8 @@ namespace zentrix::python {
 /// The host image over an array's elements: an array of shape (n,), (ny, nx) or (nz, ny, nx) is an image of n, nx x ny
 /// or nx x ny x nz elements. Strides are arbitrary, including negative ones. A read-only array, or one whose elements
 /// overlap in memory, becomes an image that refuses write locks. The image keeps the array alive. An array made by
-/// array_of returns its original image.
+/// array_of returns its original image. An array with unaligned elements, or with strides that are not a multiple of
+/// the element size, is copied; the image of the copy refuses write locks, too.
 /// Throws  py::type_error, py::value_error that describe the array and the remedy
 host::image_ref image_of(const py::array& array);
 

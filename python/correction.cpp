@@ -12,9 +12,11 @@
 #include "host/correction/kept_spectrum.h"
 #include "host/correction/multiply_spectrum.h"
 #include "lens/electron.h"
+#include "lens/plausible_units.h"
 #include "lens/transfer.h"
 #include "lens/transfer_value.h"
 #include "python/arrays.h"
+#include "python/interpreter_lock.h"
 #include "python/session.h"
 
 /// The package passes checked arrays: complex64, two dimensions, contiguous, writable.
@@ -73,6 +75,7 @@ std::vector<double> radial_contrast(const lens::optics& setup, const std::vector
                                     const std::vector<double>& directions, const std::string& envelope)
 {
     const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply, damping_of(envelope));
+    const interpreter_unlock others_may_run;
     std::vector<double> values;
     for (const double frequency : q) {
         double sum = 0;
@@ -118,7 +121,7 @@ void aberration_function(const lens::optics& setup, const py::array& frequencies
 std::size_t replace_not_finite(const py::array& wave, const std::string& rule)
 {
     const auto image = image_of(wave);
-    const py::gil_scoped_release others_may_run;
+    const interpreter_unlock others_may_run;
     const std::size_t count = host::count_not_finite(*image);
     if (count > 0 && (rule == "zero" || rule == "mean"))
         host::replace_not_finite(*image, rule == "mean" ? host::mean_of_finite(*image) : std::complex<float>{});
@@ -172,6 +175,8 @@ void add_correction(py::module_& to)
     py::class_<lens::optics>(to, "Optics").def(py::init(&optics_of));
     py::class_<host::kept_spectrum>(to, "Spectrum").def(py::init(&keep_spectrum)).def("multiply", &multiply_kept);
     to.def("electron_wavelength", &lens::electron_wavelength);
+    to.def("check_kilovolts", &lens::check_kilovolts);
+    to.def("check_pixel_size", &lens::check_pixel_size);
     to.def("coefficients", &coefficient_table);
     to.def("parse_coefficient", &parse_coefficient);
     to.def("replace_not_finite", &replace_not_finite);

@@ -3,6 +3,7 @@
 #include "host/correction/unwrap_plane.h"
 #include "host/correction/unwrap_report.h"
 #include "python/arrays.h"
+#include "python/interpreter_lock.h"
 #include "python/session.h"
 
 /// The package passes checked arrays: two dimensions, contiguous.
@@ -23,7 +24,7 @@ py::tuple report_on_unwrapping(const py::array& phase, const py::array& unwrappe
     const auto wrapped = image_of(phase), result = image_of(unwrapped), label_image = image_of(labels);
     host::unwrap_report report;
     {
-        const py::gil_scoped_release others_may_run;
+        const interpreter_unlock others_may_run;
         report =
             host::report_on_unwrapping({static_cast<const float*>(wrapped->data()), wrapped->count()},
                                        {static_cast<const float*>(result->data()), result->count()}, wrapped->size(0),

@@ -92,11 +92,11 @@ void add_microscope(CLI::App& command, lens_request& request)
 {
     auto* const voltage = command.add_option("--kv", request.kilovolts,
                                              "Accelerating voltage [kV]; required unless --wavelength is given");
-    voltage->check(positive_number());
+    voltage->check(voltage_in_kilovolts());
     command.add_option("--wavelength", request.setup.wavelength_nm, "Wavelength [nm], for waves other than electrons")
         ->check(positive_number())
         ->excludes(voltage);
-    command.add_option("--pixel", request.setup.pixel_nm, "Pixel size [nm]")->required()->check(positive_number());
+    command.add_option("--pixel", request.setup.pixel_nm, "Pixel size [nm]")->required()->check(pixel_in_nanometres());
     command
         .add_option_function<std::string>(
             "--tilt",

@@ -2,6 +2,7 @@
 
 #include "host/program/session.h"
 #include "lens/numbers.h"
+#include "lens/plausible_units.h"
 
 namespace zentrix::program {
 
@@ -17,11 +18,30 @@ CLI::Validator finite_number(const char* expected, const char* type_name, bool a
     return CLI::Validator{check, type_name};
 }
 
+/// A positive number that `check` accepts.
+CLI::Validator plausible_number(void (*check)(double))
+{
+    const auto find_problem = [check](const std::string& word) -> std::string {
+        if (const std::string problem = positive_number()(word); !problem.empty()) return problem;
+        try {
+            check(*lens::parse_number(word));
+        } catch (const std::invalid_argument& problem) {
+            return problem.what();
+        }
+        return "";
+    };
+    return CLI::Validator{find_problem, "POSITIVE"};
+}
+
 }  // namespace
 
 const char* const widths_group = "Envelope: rms widths. 1/e half-width = rms * 1.4142, FWHM = rms * 2.3548";
 
 CLI::Validator positive_number() { return finite_number("a positive number", "POSITIVE", false); }
+
+CLI::Validator voltage_in_kilovolts() { return plausible_number(lens::check_kilovolts); }
+
+CLI::Validator pixel_in_nanometres() { return plausible_number(lens::check_pixel_size); }
 
 void add_coefficients(CLI::App& command, lens::aberrations& lens)
 {

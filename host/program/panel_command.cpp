@@ -68,8 +68,10 @@ void add_panel_command(CLI::App& app, const global_options& global)
     command->add_option("WAVE", request->wave, "Complex wave (.npy, two dimensions)")->required();
     command->add_option("--kv", request->scope.kilovolts, "Accelerating voltage [kV]")
         ->required()
-        ->check(positive_number());
-    command->add_option("--pixel", request->scope.pixel_nm, "Pixel size [nm]")->required()->check(positive_number());
+        ->check(voltage_in_kilovolts());
+    command->add_option("--pixel", request->scope.pixel_nm, "Pixel size [nm]")
+        ->required()
+        ->check(pixel_in_nanometres());
     add_coefficients(*command, request->start.lens);
     add_widths(*command, request->scope.spread);
     command->add_flag("--damp", request->scope.damped, "Damp the corrected wave by these widths")->group(widths_group);

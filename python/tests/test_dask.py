@@ -57,6 +57,10 @@ def test_wrong_uses_are_refused_before_anything_is_computed():
         (lambda: lazy.unwrap(waves.real, np.zeros((3, 3), bool)), "The mask of shape (3, 3) does not fit"),
         (lambda: zentrix.correct(waves, progress=list, **LENS), "dask.diagnostics.ProgressBar"),
         (lambda: zentrix.unwrap(waves.real, report=True), "has no report"),
+        (lambda: zentrix.unwrap(waves.real, None, None, True), "has no report"),
+        (lambda: zentrix.dask.correct(waves, nan="drop", **LENS), 'nan is "refuse", "zero" or "mean"'),
+        (lambda: lazy.unwrap(waves.real, box=-1), "box is a number of pixels, 0 or more, not -1."),
+        (lambda: lazy.unwrap(waves.real, waves.real), "mask is a boolean array, True where a pixel is left out, not"),
     )
     for call, text in refusals:
         with pytest.raises((TypeError, ValueError)) as refused:

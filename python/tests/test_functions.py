@@ -8,6 +8,7 @@ import sys
 import numpy as np
 import pytest
 
+import zentrix
 from zentrix import Ref, ScriptError
 
 IMAGE = np.float32([[1, -2, 3]])
@@ -17,7 +18,8 @@ def test_every_prototype_is_an_attribute_with_its_entry_in_the_reference(zx):
     for text in zx.functions():
         name = text.split("(")[0].split()[-1]
         function = getattr(zx, name)
-        assert function is getattr(zx, name.removeprefix("ZX")) and function.__name__ == name
+        assert function is getattr(zx, name.removeprefix("ZX")) and name.removeprefix("ZX") in dir(zx)
+        assert function.__name__ == name
         prototypes, _, entry = function.__doc__.partition("\n\n")
         assert text in prototypes.splitlines() and len(entry) > 100 and "```" not in entry
     zx.ZXSetNumThreads(1)
@@ -102,6 +104,10 @@ def test_outputs_are_returned_unless_a_reference_is_given(zx):
          "TagGroupCountTags() takes no keyword arguments: it is a function of the host."),
         (lambda zx: zx.Medianfilter, AttributeError,
          "The host has no attribute 'Medianfilter'. Did you mean ZXMedianFilter?"),
+        (lambda zx: zentrix.corect, AttributeError, "module 'zentrix' has no attribute 'corect'. Did you mean correct?"),
+        (lambda zx: zentrix.ZXMedianFiltr, AttributeError,
+         "module 'zentrix' has no attribute 'ZXMedianFiltr'. Did you mean ZXMedianFilter?"),
+        (lambda zx: zx.Min(IMAGE, "a"), TypeError, "ZXMin() takes a number as the initial nX, not 'a'."),
         (lambda zx: zx.call("MedianFiltr"), ScriptError,
          'There is no script function "MedianFiltr". Did you mean ZXMedianFilter?'),
         (lambda zx: zx.call("TagGroupCount", {}), ScriptError,
@@ -126,22 +132,27 @@ zx.ZXMedianFilter(a, 1); zx.ZXMedianFilter(a, nRad=1, nUseZeroPadding=1); zx.Med
 least: float = zx.ZXSurvey(a).fMin; x: int = zx.ZXMin(a).nX; value: float = zx.ZXMin(a, Ref(), None, nZ=Ref())
 zx.ZXSurvey(a, Ref(), Ref(), Ref(), Ref()); zx.ZXSurvey(a, fSum=Ref()); y: float = zx.ZXGetCenterOfMass(a, 1, 2, 3, 4, 5).fY
 zx.ZXGetCenterOfMass(a, Ref(1), Ref(2), 5, 3, 0); zx.ZXAbsArg(a, imgTheta=a).imgRho; zx.Polar(fRho=2, imgTheta=a)
+zentrix.correct(a, kv=Decimal(300), pixel=np.float32(0.02)).real; zentrix.unwrap(a, report=bool(x))
+def lazily(array: Array) -> None: zentrix.correct(array, kv=300, pixel=1).compute()
 """
 WRONG = [
     "zx.ZXMedianFilter(a)", "zx.ZXMedianFilter(a, rad=2)", "zx.ZXMedianFilter(a, '2')", "zx.ZXSurvey(a).least",
     "zx.ZXPadSize(1, 2)", "zx.ZXExp2([1, 2])", "zx.ZXMin(a, 'x')", "zx.Medianfilter(a, 1)", "zx.ZXMin(a, Ref()).nX",
+    "zentrix.correct(a, pixel=1, kv='300')", "zentrix.correct(a, pixel=1, kv=300, Cs=1)",
 ]  # fmt: skip
 
 
 def test_type_checker_accepts_right_use_and_finds_mistakes(tmp_path):
     pytest.importorskip("mypy")
+    pytest.importorskip("dask")
     file = tmp_path / "use.py"
-    start = "import numpy as np, zentrix\nfrom zentrix import Ref\nzx, a = zentrix.load(), np.ones((4, 4))\n"
+    start = "import numpy as np, zentrix\nfrom zentrix import Ref\nfrom decimal import Decimal\n"
+    start += "from dask.array.core import Array\nzx, a = zentrix.load(), np.ones((4, 4))\n"
+    first = (start + RIGHT.strip()).count("\n") + 2
     file.write_text(start + RIGHT.strip() + "\n" + "\n".join(WRONG))
-    import zentrix
 
     command = [sys.executable, "-m", "mypy", "--strict", "--no-error-summary", "--hide-error-context", file]
     environment = {"MYPYPATH": zentrix.__path__[0].rpartition("/")[0], "PATH": "", "MYPY_CACHE_DIR": str(tmp_path / "cache")}
     found = subprocess.run(command, capture_output=True, text=True, env=environment, check=False).stdout
     errors = {line.split(":")[1] for line in found.splitlines() if ": error:" in line}
-    assert errors == {str(8 + k) for k in range(len(WRONG))}, found
+    assert errors == {str(first + k) for k in range(len(WRONG))}, found

@@ -160,7 +160,8 @@ PROGRAMS = {
                 assert str(refusal) in texts
         uses = {"short": lambda: zx.ZXPadSize(100), "long": long,
                 "method": lambda: zx.call_method(method, "void Run( ScriptObject )"),
-                "waits": lambda: zx.call_method(method, "void Wait( ScriptObject )")}
+                "waits": lambda: zx.call_method(method, "void Wait( ScriptObject )"),
+                "report": lambda: zentrix.unwrap(np.full((300, 300), 0.5, np.float32), report=True)}
         for which in %r:
             for _ in range(3): threading.Thread(target=use, args=(uses[which],), daemon=True).start()
         time.sleep(0.05)""",
@@ -194,7 +195,7 @@ def test_program(which):
     run_program(PROGRAMS[which])
 
 
-@pytest.mark.parametrize("uses", [["short"], ["method"], ["long", "short"], ["short", "method"], ["waits"]])
+@pytest.mark.parametrize("uses", [["short"], ["method"], ["long", "short"], ["short", "method"], ["waits"], ["report"]])
 def test_process_ends_while_threads_use_the_host(uses):
     for _ in range(int(os.environ.get("ZENTRIX_ENDS", 2))):
         state = "open" if uses == ["waits"] else "closed"

@@ -84,9 +84,9 @@ def uses_of_names_and_units():
     yield {"remove": False}, TypeError(
         "correct() has no parameter 'remove'. zentrix.correct removes aberrations, zentrix.aberrate applies them."
     )
-    yield {"kv": 300e3}, ValueError("300000 kV: are these volts? kv is in kilovolts, kv=300 for 300,000 V.")
+    yield {"kv": 300e3}, ValueError("300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V.")
     yield {"kv": 0.3}, ValueError(
-        "0.3 kV: are these megavolts? kv is in kilovolts; for slow electrons give wavelength=zentrix.wavelength(0.3)."
+        "0.3 kV: are these megavolts? kv is in kilovolts; for slow electrons give the wavelength, 0.0707973 nm."
     )
     yield {"kv": 0}, ValueError("The accelerating voltage must be a positive number of kilovolts.")
     yield {"kv": "300"}, TypeError("kv is the accelerating voltage in kV, not '300'.")
@@ -100,6 +100,7 @@ def uses_of_names_and_units():
     yield {"pixel": 0}, ValueError("The pixel size must be a positive number of nanometres.")
     yield {"pixel": np.nan}, ValueError("pixel is the pixel size in nm, not nan.")
     yield {"kv": None, "wavelength": 1.97}, UserWarning("Scattering angles reach 19.7 rad: check the units of wavelength")
+    yield {"kv": None, "wavelength": 1.97, "pixel": 0.2}, UserWarning("Scattering angles reach 4.92 rad")
     yield {"tilt": 1}, TypeError("tilt is (right, up) in mrad, not 1.")
     yield {"tilt": np.array(1)}, TypeError("tilt is (right, up) in mrad, not array(1).")
     yield {"tilt": (1, None)}, TypeError("tilt is (right, up) in mrad, not None.")
@@ -139,6 +140,7 @@ def uses_of_waves():
 
 
 def uses_of_other_functions():
+    quantity = types.SimpleNamespace(units="nm")
     unwrap, table = zentrix.unwrap, np.array([300, 200])
     yield lambda: unwrap(WAVE), TypeError(
         "The phase is a real array in radians, not complex128 of shape (6, 8); numpy.angle(wave) is the phase of a wave."
@@ -162,12 +164,22 @@ def uses_of_other_functions():
     )
     yield lambda: unwrap(PHASE, report=1), TypeError("report is True or False, not 1.")
     yield lambda: unwrap(PHASE, mask=HOLES.T), ValueError("The mask of shape (8, 6) does not fit the phase of shape (6, 8).")
+    yield lambda: unwrap(PHASE, mask=HOLES[:1]), ValueError("The mask of shape (1, 8) does not fit the phase of shape (6, 8).")
     yield lambda: unwrap(PHASE, box=2.5), TypeError("box is a whole number of pixels, not 2.5.")
     yield lambda: unwrap(PHASE, box=-1), ValueError("box is a number of pixels, 0 or more, not -1.")
     yield lambda: unwrap(PHASE.astype(">f8"), box=np.uint8(0)), lambda: unwrap(PHASE.astype(np.float32))
     yield lambda: zentrix.wavelength(300e3), ValueError(
-        "300000 kV: are these volts? kv is in kilovolts, kv=300 for 300,000 V."
+        "300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V."
     )
+    convert, back, names = zentrix.to_notation, zentrix.from_notation, "is not a name of coefficients here"
+    yield lambda: convert("polar", {}, clockwise="no"), TypeError("clockwise is True or False, not 'no'.")
+    yield lambda: convert("polar", {"kv": 3e5}), ValueError(
+        "300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V."
+    )
+    yield lambda: back("polar", {1: 2}), TypeError("The names of coefficients are texts, not 1.")
+    yield lambda: back("polar", [("C10", 1), ("C10", 2)]), ValueError("C10 is given twice.")
+    yield lambda: back("polar", {"c10": 1}), ValueError(f"c10 {names}. Did you mean C10?")
+    yield lambda: back("polar", {"kv": 300}), ValueError(f"kv {names}. Did you mean energy?")
     yield lambda: zentrix.wavelength(table), lambda: [zentrix.wavelength(300), zentrix.wavelength(200)]
     yield lambda: zentrix.transfer_function(64, **LENS), TypeError("shape is (height, width), not 64.")
     yield lambda: zentrix.transfer_function(WAVE, **LENS), TypeError(
@@ -179,6 +191,12 @@ def uses_of_other_functions():
     yield lambda: zentrix.ctf(SHAPE, along=30, **LENS), TypeError("ctf() takes either shape, or q and along.")
     yield lambda: zentrix.ctf(q=[-1, 2], kv=300), ValueError(
         "q is an array of frequencies in 1/nm, 0 or more; -1.0 is negative (along gives a direction)."
+    )
+    yield lambda: zentrix.ctf(q=[0, 6000], kv=300), ValueError(
+        "q is an array of frequencies in 1/nm, 5000 or less; 6000 is usually in another unit."
+    )
+    yield lambda: unwrap(quantity), TypeError(
+        "The phase is a real array in radians: convert namespace(units='nm') to this unit and pass the plain number."
     )
     yield lambda: zentrix.ctf(kv=300), TypeError("ctf() needs pixel, the pixel size in nm.")
 
@@ -195,8 +213,9 @@ USES = [
 def test_use_has_its_answer(use, answer):
     call = use if callable(use) else lambda: correct(**use)
     if isinstance(answer, Warning):
-        with pytest.warns(type(answer), match=str(answer)):
+        with pytest.warns(type(answer), match=str(answer)) as warned:
             call()
+        assert warned[0].filename == __file__
     elif isinstance(answer, Exception):
         with pytest.raises(type(answer)) as refusal:
             call()

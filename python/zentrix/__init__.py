@@ -9,6 +9,7 @@ the aberrations of a lens in physical units.
 """
 
 import atexit
+import importlib
 import logging
 import os
 import pathlib
@@ -76,6 +77,9 @@ class Host:
             return functions["ZX" + name]
         near = None if name.startswith("_") else nearest(name, dir(self))
         raise AttributeError(f"The host has no attribute {name!r}." + (f" Did you mean {near}?" if near else ""))
+
+    def __dir__(self):
+        return [*super().__dir__(), *(name.removeprefix("ZX") for name in self._functions)]
 
     def call(self, name, /, *arguments, **keywords):
         """Calls a function by name: a script function, or a function of the host such as "TagGroupCountTags".
@@ -157,10 +161,16 @@ def _load(path):
 
 
 def __getattr__(name):
-    """Script functions are found in the module, too, so that pickle can name them."""
-    if name.startswith("ZX") and hasattr(host := load(), name):
-        return getattr(host, name)
-    raise AttributeError(f"module {__name__!r} has no attribute {name!r}")
+    """Script functions are found here, too, so that pickle can name them; zentrix.dask is imported by its use."""
+    if name == "dask":
+        return importlib.import_module(".dask", __name__)
+    functions = load()._functions if name.startswith("ZX") else {}
+    if name in functions:
+        return functions[name]
+    near = None if name.startswith("_") else nearest(name, [*__all__, *functions])
+    raise AttributeError(
+        f"module {__name__!r} has no attribute {name!r}" + (f". Did you mean {near}?" if near else "")
+    )
 
 
 def _library_file():

@@ -2,7 +2,7 @@
 
 import os
 from collections.abc import Callable, Iterable, Iterator, Mapping, Sequence
-from typing import Any, Literal, NamedTuple, overload
+from typing import Any, Literal, NamedTuple, Protocol, SupportsFloat, overload
 
 import numpy as np
 from numpy.typing import ArrayLike, NDArray
@@ -11,8 +11,20 @@ from ._functions import ScriptFunctions
 from ._panel.live_panel import LivePanel
 
 __version__: str
+Real = SupportsFloat
 Numbers = float | Sequence[float] | NDArray[Any]
 Coefficient = complex | str | tuple[Numbers, Numbers] | Sequence[Any] | NDArray[Any]
+
+class _Lazy(Protocol):
+    """A Dask array, or a lazy signal of HyperSpy."""
+
+    def compute(self, *arguments: Any, **keywords: Any) -> Any: ...
+
+class _Signal(Protocol):
+    """A signal of HyperSpy."""
+
+    axes_manager: Any
+    metadata: Any
 
 class ScriptError(RuntimeError): ...
 
@@ -63,14 +75,17 @@ class Host(ScriptFunctions):
     def close(self) -> None: ...
 
 def load(path: str | os.PathLike[str] | None = None) -> Host: ...
+@overload
+def correct(wave: _Lazy | _Signal, **parameters: Any) -> Any: ...
+@overload
 def correct(
     wave: ArrayLike,
     *,
     nan: Literal["refuse", "zero", "mean"] = "refuse",
     progress: Callable[..., Iterable[Any]] | None = None,
-    pixel: float | tuple[float, float],
-    kv: float | None = None,
-    wavelength: float | None = None,
+    pixel: Real | tuple[Real, Real],
+    kv: Real | None = None,
+    wavelength: Real | None = None,
     C1: Coefficient = 0.0,
     A1: Coefficient = 0.0,
     B2: Coefficient = 0.0,
@@ -91,14 +106,17 @@ def correct(
     tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
+@overload
+def aberrate(wave: _Lazy | _Signal, **parameters: Any) -> Any: ...
+@overload
 def aberrate(
     wave: ArrayLike,
     *,
     nan: Literal["refuse", "zero", "mean"] = "refuse",
     progress: Callable[..., Iterable[Any]] | None = None,
-    pixel: float | tuple[float, float],
-    kv: float | None = None,
-    wavelength: float | None = None,
+    pixel: Real | tuple[Real, Real],
+    kv: Real | None = None,
+    wavelength: Real | None = None,
     C1: Coefficient = 0.0,
     A1: Coefficient = 0.0,
     B2: Coefficient = 0.0,
@@ -124,9 +142,9 @@ def transfer_function(
     *,
     correcting: bool = False,
     shifted: bool = True,
-    pixel: float | tuple[float, float],
-    kv: float | None = None,
-    wavelength: float | None = None,
+    pixel: Real | tuple[Real, Real],
+    kv: Real | None = None,
+    wavelength: Real | None = None,
     C1: Coefficient = 0.0,
     A1: Coefficient = 0.0,
     B2: Coefficient = 0.0,
@@ -153,9 +171,9 @@ def ctf(
     *,
     q: Numbers | None = None,
     along: float | None = None,
-    pixel: float | tuple[float, float] = ...,
-    kv: float | None = None,
-    wavelength: float | None = None,
+    pixel: Real | tuple[Real, Real] = ...,
+    kv: Real | None = None,
+    wavelength: Real | None = None,
     C1: Coefficient = 0.0,
     A1: Coefficient = 0.0,
     B2: Coefficient = 0.0,
@@ -180,9 +198,9 @@ def ctf(
 def ctf(
     shape: Sequence[int],
     *,
-    pixel: float | tuple[float, float],
-    kv: float | None = None,
-    wavelength: float | None = None,
+    pixel: Real | tuple[Real, Real],
+    kv: Real | None = None,
+    wavelength: Real | None = None,
     C1: Coefficient = 0.0,
     A1: Coefficient = 0.0,
     B2: Coefficient = 0.0,
@@ -208,6 +226,8 @@ def wavelength(kv: float) -> float: ...
 @overload
 def wavelength(kv: Sequence[float] | NDArray[Any]) -> NDArray[np.float64]: ...
 @overload
+def unwrap(phase: _Lazy | _Signal, mask: Any = None, box: int | None = None, **parameters: Any) -> Any: ...
+@overload
 def unwrap(
     phase: ArrayLike,
     mask: ArrayLike | None = None,
@@ -224,6 +244,14 @@ def unwrap(
     report: Literal[True],
     progress: Callable[..., Iterable[Any]] | None = None,
 ) -> tuple[NDArray[np.float32], UnwrapReport]: ...
+@overload
+def unwrap(
+    phase: ArrayLike,
+    mask: ArrayLike | None = None,
+    box: int | None = None,
+    report: bool = False,
+    progress: Callable[..., Iterable[Any]] | None = None,
+) -> Any: ...
 def panel(
     wave: ArrayLike,
     *,

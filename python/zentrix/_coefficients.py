@@ -49,7 +49,7 @@ def _has_angle(name):
 
 def _takes(name):
     unit = COEFFICIENTS[name][1]
-    return f"{name} is a modulus or (modulus, degrees) in {unit}" if _has_angle(name) else f"{name} is a number in {unit}"
+    return f"{name} is a {'modulus or (modulus, degrees)' if _has_angle(name) else 'number'} in {unit}"
 
 
 def _parsed(name, text):

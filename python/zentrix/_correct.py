@@ -21,8 +21,8 @@ def correct(wave, *, nan="refuse", progress=None, **optics):
     progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the waves of a stack
     OPTICS
 
-    Returns a new array of complex64: the axes of the sweep, then those of the wave; of a signal, a signal. Uses the
-    running host, or loads one.
+    Returns a new array of complex64: the axes of the sweep, then those of the wave. For a signal it returns a new
+    signal with the same axes and metadata, for a Dask array a Dask array. Uses the running host, or loads one.
     Raises TypeError or ValueError, naming the parameter, for what it cannot use; ScriptError if the result leaves the
     range of single precision.
 

@@ -1,14 +1,21 @@
 """Whether this interpreter can load the extension. Imported first, because other errors would hide this one."""
 
 import importlib.machinery
+import importlib.util
 import pathlib
 import platform
 import re
+import sys
 
 
 def check(folder):
-    """Raises ImportError if `folder` has the extension for another interpreter only."""
+    """Raises ImportError if `folder` has the extension for another interpreter only, or this one lacks NumPy."""
     if any((folder / f"_core{suffix}").exists() for suffix in importlib.machinery.EXTENSION_SUFFIXES):
+        if importlib.util.find_spec("numpy") is None:
+            raise ImportError(
+                f"zentrix needs NumPy, which {sys.executable} does not have: {sys.executable} -m pip install numpy, or "
+                f"run Debian's /usr/bin/python3 with the package python3-numpy."
+            )
         return
     made_for = [re.search(r"cpython-(\d)(\d+)", path.name) for path in sorted(folder.glob("_core.*.so"))]
     names = ", ".join(f"CPython {found[1]}.{found[2]}" for found in made_for if found)

@@ -4,7 +4,8 @@ import numpy as np
 
 from . import _core
 from ._coefficients import COEFFICIENTS, polar
-from ._numbers import number, shown, word
+from ._numbers import flag, number, shown, word
+from ._optics import kilovolts
 
 NOTATIONS = ("polar", "cartesian", "corrector")
 #: unit of length -> nanometres; None: each coefficient in its unit of docs/conventions.md
@@ -30,11 +31,8 @@ def to_notation(notation, values, *, length=None, angle="deg", clockwise=False, 
         {'C10': -620.0, 'C21': 11400.0, 'phi21': 110.0}
     """
     frame = _frame(notation, length, angle, clockwise, zero)
-    values = dict(values)
-    result = {"energy": number(values.pop("kv"), "kv is the accelerating voltage in kV") * 1e3} if "kv" in values else {}
-    for name in values:
-        if name not in COEFFICIENTS:
-            raise ValueError(f"{name} is not a coefficient; they are {', '.join(COEFFICIENTS)}.")
+    values = _by_name(values, [*COEFFICIENTS, "kv"])
+    result = {"energy": kilovolts(values.pop("kv"), slow=True) * 1e3} if "kv" in values else {}
     pairs = [_single(name, values.get(name, 0.0)) for name in COEFFICIENTS]
     numbers = iter(_core.to_notation(pairs, *frame))
     for name, (_, _, has_angle) in COEFFICIENTS.items():
@@ -56,7 +54,9 @@ def from_notation(notation, values, *, length=None, angle="deg", clockwise=False
         {'C1': -62.0, 'A1': (14.0, 35.0)}
     """
     frame = _frame(notation, length, angle, clockwise, zero)
-    numbers = {name: number(value, f"{name} is a number") for name, value in dict(values).items()}
+    names = [name for name, _ in _core.to_notation([(0.0, 0.0)] * len(COEFFICIENTS), *frame)]
+    values = _by_name(values, [*names, "defocus", "Cs", "energy"])
+    numbers = {name: number(value, f"{name} is a number") for name, value in values.items()}
     result = {"kv": numbers.pop("energy") / 1e3} if "energy" in numbers else {}
     pairs = _core.from_notation(list(numbers.items()), *frame)
     for (name, (_, _, has_angle)), (modulus, degrees) in zip(COEFFICIENTS.items(), pairs):
@@ -70,7 +70,29 @@ def _frame(notation, length, angle, clockwise, zero):
     if not (length is None or isinstance(length, str)) or length not in LENGTHS:
         raise ValueError(f'length is None, "pm", "A", "nm", "um", "mm" or "m", not {shown(length)}.')
     radians = word("angle", angle, ("deg", "rad")) == "rad"
-    return notation, LENGTHS[length], radians, bool(clockwise), number(zero, "zero is a direction in degrees")
+    zero = number(zero, "zero is a direction in degrees")
+    return notation, LENGTHS[length], radians, flag("clockwise", clockwise), zero
+
+
+def _by_name(values, known):
+    """A dictionary of values, or of (name, value) pairs, whose names are among the known ones, each once."""
+    try:
+        pairs = list(values.items() if hasattr(values, "items") else values)
+        found = dict(pairs)
+    except (TypeError, ValueError):
+        raise TypeError(f"values is a dictionary of coefficients, not {shown(values)}.") from None
+    if len(found) < len(pairs):
+        names = [name for name, _ in pairs]
+        raise ValueError(f"{next(name for name in names if names.count(name) > 1)} is given twice.")
+    plain = {name.lower(): name for name in known}
+    for name in found:
+        if not isinstance(name, str):
+            raise TypeError(f"The names of coefficients are texts, not {shown(name)}.")
+        if name not in known:
+            near = plain.get({"kv": "energy", "energy": "kv"}.get(name.lower(), name.lower()))
+            advice = f". Did you mean {near}?" if near else f"; they are {', '.join(known)}."
+            raise ValueError(f"{name} is not a name of coefficients here{advice}")
+    return found
 
 
 def _single(name, value):

@@ -3,13 +3,13 @@
 import difflib
 import inspect
 import re
-import warnings
 
 import numpy as np
 
 from . import _core
 from ._coefficients import COEFFICIENTS, polar
 from ._numbers import as_scalar, is_pair, number, reals, shown, word
+from ._user_warning import warn
 
 WIDTHS = {"focus_spread": "nm", "convergence": "mrad", "vibration": "nm"}
 #: name -> default, in the order of the signatures
@@ -54,7 +54,7 @@ class Optics:
         values = {**PARAMETERS, **given}
         self.pixel = pixel_size(values["pixel"])
         self.wavelength = _wavelength(caller, values["kv"], values["wavelength"])
-        _warn_of_large_angles(self.wavelength / self.pixel / 2)
+        _warn_of_large_angles(self.wavelength, self.pixel)
         self.envelope = word("envelope", values["envelope"], ("auto", "on", "off"))
         numbers = {name: polar(name, values[name]) for name in COEFFICIENTS}
         for name, unit in WIDTHS.items():
@@ -76,7 +76,8 @@ class Optics:
 def takes_optics(function):
     """Replaces the parameter **optics in a function's signature by the names and defaults that it accepts."""
     own = [one for one in inspect.signature(function).parameters.values() if one.kind is not one.VAR_KEYWORD]
-    more = [inspect.Parameter(name, inspect.Parameter.KEYWORD_ONLY, default=value) for name, value in PARAMETERS.items()]
+    keyword = inspect.Parameter.KEYWORD_ONLY
+    more = [inspect.Parameter(name, keyword, default=value) for name, value in PARAMETERS.items()]
     function.__signature__ = inspect.Signature(own + more)
     function.__doc__ = (function.__doc__ or "").replace("    OPTICS\n", DOCUMENTATION)  # -OO leaves none
     return function
@@ -108,18 +109,15 @@ def pixel_size(value):
             raise ValueError(f"Pixels have to be square, not {first} x {second} nm: resample the wave.")
         value = first
     size = number(value, takes)
-    if size <= 0:
-        raise ValueError("The pixel size must be a positive number of nanometres.")
-    if size < 1e-4:
-        raise ValueError(f"The pixel size is {shown(value)} nm: are these metres? pixel is in nanometres.")
+    _core.check_pixel_size(size)
     return size
 
 
-def kilovolts(value):
-    """A plausible accelerating voltage. The lower end is left to the caller."""
+def kilovolts(value, slow=False):
+    """A plausible accelerating voltage; `slow` accepts those below 1 kV, too."""
     voltage = number(value, "kv is the accelerating voltage in kV")
-    if voltage > 3000:
-        raise ValueError(f"{voltage:.15g} kV: are these volts? kv is in kilovolts, kv=300 for 300,000 V.")
+    if not (slow and 0 < voltage < 1):
+        _core.check_kilovolts(voltage)
     return voltage
 
 
@@ -128,20 +126,14 @@ def _wavelength(caller, kv, wavelength):
         raise TypeError(f"{caller}() needs either kv or wavelength.")
     if kv is None:
         return number(wavelength, "wavelength is a number in nm")
-    voltage = kilovolts(kv)
-    if 0 < voltage < 1:
-        raise ValueError(
-            f"{voltage:.15g} kV: are these megavolts? kv is in kilovolts; for slow electrons give "
-            f"wavelength=zentrix.wavelength({voltage:.15g})."
-        )
-    return _core.electron_wavelength(voltage)
+    return _core.electron_wavelength(kilovolts(kv))
 
 
-def _warn_of_large_angles(angle):
-    """Light on fine pixels reaches some radians; more comes from mixed units."""
-    if 10 < angle < 1e5:  # beyond that the correction itself refuses
-        text = f"Scattering angles reach {angle:.3g} rad: check the units of wavelength (nm) and pixel (nm)."
-        warnings.warn(text, stacklevel=4)
+def _warn_of_large_angles(wavelength, pixel):
+    """Light on fine pixels reaches some radians, electrons less; more comes from mixed units."""
+    angle = wavelength / pixel / 2
+    if (10 if wavelength > 100 else 2) < angle < 1e5:  # beyond that the correction itself refuses
+        warn(f"Scattering angles reach {angle:.3g} rad: check the units of wavelength (nm) and pixel (nm).")
 
 
 def _broadcast(numbers):

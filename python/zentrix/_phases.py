@@ -2,16 +2,19 @@
 
 import operator
 import os
-import warnings
 from typing import Any, NamedTuple
 
 import numpy as np
 
 from . import _core
 from ._correct import running_core
-from ._numbers import flag, is_masked, shown
+from ._numbers import flag, is_masked, refuse_quantity, shown
 from ._signals import takes_signals
+from ._user_warning import warn
 from ._wave_arrays import planes
+
+
+_MASK = "mask is a boolean array, True where a pixel is left out"
 
 
 class UnwrapReport(NamedTuple):
@@ -35,7 +38,7 @@ class UnwrapReport(NamedTuple):
 
 @takes_signals
 def unwrap(phase, mask=None, box=None, report=False, progress=None):
-    """Unwraps a phase by Goldstein's branch cuts (Radio Science 23 (1988) 713-720), or each plane of a stack on its own.
+    """Unwraps a phase by Goldstein's branch cuts (Radio Science 23 (1988) 713-720), each plane of a stack on its own.
 
     phase          real array (..., y, x), not modified, wrapped to -pi to pi [rad]; also a masked array, a signal of
                    HyperSpy, or a Dask array (zentrix.dask). The computation is done in single precision, whatever the
@@ -47,13 +50,14 @@ def unwrap(phase, mask=None, box=None, report=False, progress=None):
     report         True: return (unwrapped phase, UnwrapReport)
     progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the planes
 
-    Returns a new array of float32, masked if the phase is. Pixels that are masked, infinite or not a number are left out
-    and come back as they were. Each area that they enclose has its own offset: its first pixel keeps its value.
+    Returns a new array of float32, masked if the phase is; a signal or a Dask array for such a phase. Pixels that are
+    masked, infinite or not a number are left out and come back as they were. Each area that they enclose has its own
+    offset: its first pixel keeps its value.
     Raises TypeError or ValueError, naming the parameter, for what it cannot use; warns of values beyond -pi to pi.
 
         unwrapped = zentrix.unwrap(np.angle(wave), mask=abs(wave) < 0.1)
     """
-    limit, report = _box_limit(box), flag("report", report)
+    limit, report = box_limit(box), flag("report", report)
     result, left_out = _checked_copy(phase, mask)
     wrapped = result.copy() if report or left_out is not None else None
     if left_out is not None:
@@ -82,6 +86,7 @@ def _checked_copy(phase, mask):
     """A contiguous copy as float32, and the pixels to leave out as an array of its shape, or None."""
     if isinstance(phase, (str, bytes, os.PathLike)):
         raise TypeError(f"The phase is a real array, not a file's name: numpy.load({shown(phase)}) reads one.")
+    refuse_quantity(phase, "The phase is a real array in radians")
     try:
         values = np.asarray(phase)
     except ValueError:
@@ -103,7 +108,7 @@ def _checked_copy(phase, mask):
         beyond &= ~left_out
     if beyond.any():
         count = np.count_nonzero(beyond)
-        warnings.warn(f"{count} values are beyond -pi to pi; a wrapped phase in radians is expected.", stacklevel=4)
+        warn(f"{count} values are beyond -pi to pi; a wrapped phase in radians is expected.")
     return copy, left_out
 
 
@@ -111,21 +116,29 @@ def _left_out(phase, mask, shape):
     left_out = np.ma.getmaskarray(phase) if is_masked(phase) else None
     if mask is None:
         return left_out
-    takes = "mask is a boolean array, True where a pixel is left out"
-    try:
-        mask = np.asarray(mask)
-    except ValueError:
-        raise TypeError(f"{takes}, not {shown(mask)}.") from None
-    if mask.dtype != bool:
-        raise TypeError(f"{takes}, not {mask.dtype}.")
-    try:
-        mask = np.broadcast_to(mask, shape)
-    except ValueError:
-        raise ValueError(f"The mask of shape {mask.shape} does not fit the phase of shape {shape}.") from None
+    mask = as_mask(mask)
+    check_mask(mask, shape)
+    mask = np.broadcast_to(mask, shape)
     return mask if left_out is None else mask | left_out
 
 
-def _box_limit(box):
+def as_mask(mask):
+    """The array that a mask is."""
+    try:
+        return np.asarray(mask)
+    except ValueError:
+        raise TypeError(f"{_MASK}, not {shown(mask)}.") from None
+
+
+def check_mask(mask, shape):
+    """Refuses arrays that are no mask for a phase of this shape."""
+    if mask.dtype != bool:
+        raise TypeError(f"{_MASK}, not {mask.dtype}.")
+    if mask.shape not in (shape, shape[-2:]):
+        raise ValueError(f"The mask of shape {mask.shape} does not fit the phase of shape {shape}.")
+
+
+def box_limit(box):
     if box is None:
         return 0
     try:

@@ -6,10 +6,14 @@ import functools
 import inspect
 import json
 import keyword
+import os
 import pathlib
 import re
 from typing import NamedTuple
 
+import numpy as np
+
+from ._numbers import as_scalar, shown
 from ._ref import Ref
 
 _DESTINATION = re.compile(r"(img|cim)Dst")
@@ -94,13 +98,32 @@ def _call_with_outputs(core, prototype, arguments, outputs):
         if arguments[k] is _OMITTED:
             arguments[k] = None if by_reference else Ref()
         elif arguments[k] is not None and not isinstance(arguments[k], Ref):
-            arguments[k] = Ref(arguments[k])
+            arguments[k] = Ref(_checked_start(prototype, prototype.parameters[k], arguments[k]))
     result = _call_with_note(core, prototype, arguments)
     if by_reference:
         return result
     fields = ["result"] * (prototype.result != "void") + [prototype.parameters[k].name for k in outputs]
     values = [result] * (prototype.result != "void") + [arguments[k].value for k in outputs]
     return make_result(prototype.function, tuple(fields), values)
+
+
+def _checked_start(prototype, parameter, value):
+    """The initial value of an output parameter; the host would ignore one of another type."""
+    wanted, fits = {
+        "long": ("a number", _is_real(value)),
+        "double": ("a number", _is_real(value)),
+        "dm_string": ("a text", isinstance(value, (str, os.PathLike))),
+        "ImageRef": ("an array", isinstance(value, np.ndarray)),
+    }.get(parameter.kind, ("", True))
+    if not fits:
+        raise TypeError(f"{prototype.function}() takes {wanted} as the initial {parameter.name}, not {shown(value)}.")
+    return value
+
+
+def _is_real(value):
+    return isinstance(value, (bool, np.bool_)) or (
+        not isinstance(value, np.ndarray) and isinstance(as_scalar(value), float)
+    )
 
 
 def _call_with_note(core, prototype, arguments):

@@ -30,6 +30,8 @@ def takes_signals(function):
             keywords = {first: data, **dict(zip(list(parameters)[: len(arguments)], arguments)), **keywords}
             return _on_signal(call, keywords.pop(first), keywords, parameters)
         if _is_dask_array(data):
+            if "report" in parameters:  # which may be given by position
+                keywords, arguments = inspect.signature(function).bind(*arguments, **keywords).arguments, ()
             return _on_dask(function.__name__, arguments, keywords)
         return function(*arguments, **keywords)
 

@@ -35,7 +35,7 @@ def wavelength(kv):
         0.0019687
     """
     values = np.asarray(reals(kv, "kv is the accelerating voltage in kV"))
-    result = np.array([_core.electron_wavelength(kilovolts(voltage)) for voltage in values.ravel()])
+    result = np.array([_core.electron_wavelength(kilovolts(voltage, slow=True)) for voltage in values.ravel()])
     return result.reshape(values.shape) if values.ndim else float(result[0])
 
 
@@ -45,11 +45,12 @@ def transfer_function(shape, *, correcting=False, shifted=True, **optics):
 
     shape          (height, width) of the wave
     correcting     True: what `correct` multiplies by
-    shifted        True: zero frequency in the middle, at (height // 2, width // 2), frequencies increasing to the right
-                   and downwards; False: in the order of numpy.fft.fft2
+    shifted        True: zero frequency in the middle, at (height // 2, width // 2), frequencies increasing to the
+                   right and downwards; False: in the order of numpy.fft.fft2
     OPTICS
 
-    Returns a new array of complex64: the axes of the sweep, then (height, width). Computed by the library's ZXWTFMulDLL.
+    Returns a new array of complex64: the axes of the sweep, then (height, width). The library's
+    ZXWTFMulDLL computes it.
 
         corrected = np.fft.ifft2(np.fft.fft2(wave) * zentrix.transfer_function(
             wave.shape, correcting=True, shifted=False, kv=300, pixel=0.02, C1=-62))
@@ -75,7 +76,8 @@ def ctf(shape=None, *, q=None, along=None, **optics):
 
     Returns ImageCTF(qx, qy, values), values float32, if `shape` is given, otherwise RadialCTF(q, values), float64.
 
-        plt.plot(*zentrix.ctf(kv=300, pixel=0.05, C1=-60, C3=1.2, focus_spread=4))
+        q, values = zentrix.ctf(kv=300, pixel=0.05, C1=np.linspace(-60, -40, 3), C3=1.2, focus_spread=4)
+        plt.plot(q, values.T)                                        # a line for each element of the sweep
     """
     if shape is not None:
         if q is not None or along is not None:
@@ -121,4 +123,6 @@ def _frequencies(q):
         raise ValueError(f"{takes} with one axis, not of shape {values.shape}.")
     if values.min() < 0:
         raise ValueError(f"{takes}, 0 or more; {values.min()} is negative (along gives a direction).")
+    if values.max() > 5000:  # the finest pixel
+        raise ValueError(f"{takes}, 5000 or less; {values.max():.15g} is usually in another unit.")
     return values

@@ -9,9 +9,12 @@ from . import _core
 from ._numbers import is_masked, shown, word
 
 
+NAN_RULES = ("refuse", "zero", "mean")
+
+
 def checked_copy(wave, nan):
     """A copy of a wave or a stack of waves (..., y, x) as contiguous complex64, all finite by the rule `nan`."""
-    word("nan", nan, ("refuse", "zero", "mean"))
+    word("nan", nan, NAN_RULES)
     copy = single_precision(wave)
     for place, plane in planes(copy):
         bad = _core.replace_not_finite(plane, nan)

@@ -15,13 +15,17 @@ import numpy as np
 
 import zentrix
 
-from ._numbers import shown
+from ._numbers import shown, word
 from ._optics import Optics, takes_optics
+from ._phases import as_mask, box_limit, check_mask
+from ._wave_arrays import NAN_RULES
 
 try:
     import dask.array as da
 except ImportError as _missing:
-    raise ImportError("zentrix.dask needs Dask: python3 -m pip install 'dask[array]', or Debian's python3-dask.") from _missing
+    raise ImportError(
+        "zentrix.dask needs Dask: python3 -m pip install 'dask[array]', or Debian's python3-dask."
+    ) from _missing
 
 __all__ = ["aberrate", "correct", "unwrap"]
 
@@ -32,7 +36,7 @@ def correct(wave, *, nan="refuse", **optics):
 
     wave           image axes that are split into chunks are joined first. Leading axes keep their chunks, unless image
                    axes are joined: Dask then chooses chunks of its configured size.
-    nan            as in `zentrix.correct`; checked when a chunk is computed
+    nan            as in `zentrix.correct`; pixels are checked when their chunk is computed
     OPTICS
 
     Returns a Dask array of complex64. Raises TypeError or ValueError for wrong parameters at once.
@@ -59,19 +63,21 @@ def unwrap(phase, mask=None, box=None):
     mask           boolean array, True where a pixel is left out: of the shape of the phase or of a plane
     box            as in `zentrix.unwrap`
 
-    Returns a Dask array of float32.
+    Returns a Dask array of float32. Raises TypeError or ValueError for wrong parameters at once.
     """
+    box_limit(box)
     phase = _whole_planes("unwrap", "phase", phase, "f")
     if mask is None:
         return da.map_blocks(zentrix.unwrap, phase, box=box, dtype=np.float32, meta=_meta(phase.ndim, np.float32))
-    mask = da.asarray(mask)
-    if mask.shape not in (phase.shape, phase.shape[-2:]):
-        raise ValueError(f"The mask of shape {mask.shape} does not fit the phase of shape {phase.shape}.")
+    if not isinstance(mask, da.Array):
+        mask = da.asarray(as_mask(mask))
+    check_mask(mask, phase.shape)
     mask = mask.rechunk(phase.chunks[-mask.ndim :])
     return da.map_blocks(zentrix.unwrap, phase, mask, box=box, dtype=np.float32, meta=_meta(phase.ndim, np.float32))
 
 
 def _multiplied(function, wave, nan, optics):
+    word("nan", nan, NAN_RULES)
     sweep = Optics(function.__name__, optics).shape
     wave = _whole_planes(function.__name__, "wave", wave, "c")
     return da.map_blocks(
@@ -93,7 +99,8 @@ def _whole_planes(caller, name, array, kind):
         )
     meant = {"c": "complex", "f": "real"}[kind]
     if array.dtype.kind != kind or array.ndim < 2:
-        raise TypeError(f"The {name} is a {meant} array of shape (..., y, x), not {array.dtype} of shape {array.shape}.")
+        given = f"{array.dtype} of shape {array.shape}"
+        raise TypeError(f"The {name} is a {meant} array of shape (..., y, x), not {given}.")
     if any(math.isnan(size) for size in array.shape):
         raise ValueError(f"The {name} has chunks of unknown size: call compute_chunk_sizes() first.")
     if array.numblocks[-2:] == (1, 1):

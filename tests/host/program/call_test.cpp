@@ -171,6 +171,9 @@ TEST(CommandLine, IsCheckedBeforeAnyWork)
                                            {correct + "--kv 300 --tilt 3", "--tilt is X,Y in mrad, not \"3\""},
                                            {correct + "--kv 300 --show colour", "colour"},
                                            {correct + "--kv nan", "expected a positive number, not \"nan\""},
+                                           {correct + "--kv 300000", "300000 kV: are these volts? kv is in"},
+                                           {correct + "--kv 0.3", "0.3 kV: are these megavolts? kv is in"},
+                                           {correct + "--kv 300 --pixel 5e-11", "are these metres? pixel is in"},
                                            {correct + "--kv 300 --vibration -1", "a number of 0 or more, not \"-1\""},
                                            {correct + "--kv 300 --wavelength 0.002", "--wavelength"}}) {
         const auto done = bench.zentrix(command);
@@ -197,7 +200,7 @@ TEST(CommandLine, NamesTheFileAndTheProblem)
          {row{correct + "real.npy", "real.npy: contains float32 4 x 4; expected a complex wave"},
           {correct + "torn.npy", "torn.npy: it is not a .npy file: expected the first bytes \\x93NUMPY"},
           {correct + "wave.tiff", "wave.tiff: there is no such file"},
-          {"correct wave.npy -o o.npy --kv 300 --pixel 1e-6 --C3 1", "C3 is too large."},
+          {"correct wave.npy -o o.npy --kv 300 --pixel 1e-3 --C3 1e6", "C3 is too large."},
           {unwrap + "wave.npy",
            "wave.npy: contains complex64 4 x 4; expected a real phase in radians (--phase computes it "
            "from a complex wave)"},
