@@ -22,7 +22,7 @@ CLI::Validator finite_number(const char* expected, const char* type_name, bool a
 CLI::Validator plausible_number(void (*check)(double))
 {
     const auto find_problem = [check](const std::string& word) -> std::string {
-        if (const std::string problem = positive_number()(word); !problem.empty()) return problem;
+        if (std::string problem = positive_number()(word); !problem.empty()) return problem;
         try {
             check(*lens::parse_number(word));
         } catch (const std::invalid_argument& problem) {
