@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Makes docs/performance.md: every script function and the whole jobs beside what people use today.
+"""Makes docs/performance.md: every script function and the whole jobs compared with what people use today.
 
     PYTHONPATH=build/release/python bench/performance_table.py [--phase FILE.npy] [--only TEXT] [--sizes N,N] [-o FILE]
 
@@ -31,7 +31,7 @@ NUMPY = {"NumPy", "NumPy, in blocks"}
 
 def arguments():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--phase", help="a recorded phase [rad] that is unwrapped beside the simulated ones")
+    parser.add_argument("--phase", help="a recorded phase [rad] that is unwrapped in addition to the simulated ones")
     parser.add_argument("--only", default="", help="measure only rows whose name or topic contains this text")
     parser.add_argument("--sizes", default=",".join(map(str, WIDTHS)), help="side lengths, multiples of 64")
     parser.add_argument("-o", "--output", default=ROOT / "docs/performance.md", help="the page; - prints it")

@@ -164,11 +164,12 @@ ended_call hand_over(const std::function<void()>& work)
         the_state().context = nullptr;
     };
     waiting until_ended{ended};
+    bool was_begun = false;
     {
         const interpreter_unlock others_may_run;
-        the_thread().run(run, [&](auto seen) { return until_ended.ask(seen); });
+        was_begun = the_thread().run(run, [&](auto seen) { return until_ended.ask(seen); });
     }
-    if (until_ended.waits_in_vain()) throw host::script_error{callback_waits};
+    if (until_ended.waits_in_vain() && !was_begun) throw host::script_error{callback_waits};
     return ended;
 }
 

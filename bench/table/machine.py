@@ -8,7 +8,7 @@ from .peers import LIBRARIES
 
 
 def processor():
-    """Model, family and caches as the system tells them."""
+    """Model, family and caches as the system reports them."""
     try:
         text = Path("/proc/cpuinfo").read_text()
     except OSError:

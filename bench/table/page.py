@@ -125,7 +125,7 @@ def warp_table(rows):
     lines = [f"| {name} | {way} | {number(time)} | {number(share)} |" for name, way, time, share in rows]
     return "\n".join([
         "## Warps\n",
-        "The warps are exported to C++ and have no script function. `bench/warp_bench` times them at 2048 square beside"
+        "The warps are exported to C++ and have no script function. `bench/warp_bench` compares them at 2048 square with"
         " a bilinear\nloop that checks no edges; the last column is the time over that of the loop.\n",
         "| element type | function | ns/pixel | over the loop |", "|---|---|---|---|", *lines, "",
     ])  # fmt: skip

@@ -1,4 +1,4 @@
-"""Unwrapping beside scikit-image: how many pixels are right, and the time."""
+"""Unwrapping compared with scikit-image: how many pixels are right, and the time."""
 
 from dataclasses import dataclass
 

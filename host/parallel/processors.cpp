@@ -20,7 +20,7 @@ namespace {
 /// Read early, because other threads may change the environment later.
 const std::ptrdiff_t limit = thread_limit(std::getenv("OMP_NUM_THREADS"));
 
-/// 0 when the system does not tell: Linux with more than 1024 processors, a Windows process in several groups of them.
+/// 0 if unknown: Linux with more than 1024 processors, a Windows process in several groups of them.
 std::ptrdiff_t permitted_processors() noexcept
 {
 #ifdef _WIN32

@@ -1,4 +1,4 @@
-"""The performance table: its comparisons hold with the libraries that are there, and its page tells what was lost."""
+"""The performance table: its comparisons hold with the installed libraries, and its page lists the rows that are lost."""
 
 import sys
 from dataclasses import replace

@@ -38,12 +38,7 @@ def aberrate(wave, *, nan="refuse", progress=None, **optics):
 
     The opposite of `correct` with the same parameters, except that the envelope, if there is one, damps.
 
-    wave           complex array (..., y, x), not modified. Leading axes are a stack, wave by wave. The computation is
-                   done in single precision, whatever the array has. Also a signal of HyperSpy, whose axes and metadata
-                   give pixel and kv unless they are given here; or a Dask array, see zentrix.dask.
-    nan            pixels that are infinite or not a number, and masked ones: "refuse" them, or replace them by "zero"
-                   or by the "mean" of the wave's other pixels
-    progress       tqdm.tqdm or another function that wraps an iterable and takes total=: it counts the waves of a stack
+    wave, nan, progress    as in `correct`
     OPTICS
 
     Returns and raises the same as `correct`.

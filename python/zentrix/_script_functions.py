@@ -24,10 +24,10 @@ _OMITTED = inspect.Parameter.empty
 class Parameter(NamedTuple):
     """A parameter of a prototype."""
 
-    name: str  #: as in the prototype, except that a keyword of Python has "_" behind it: lambda_
+    name: str  #: as in the prototype; a keyword of Python ends in "_": lambda_
     kind: str  #: type, without the star of an output parameter
     is_output: bool
-    may_be_omitted: bool  #: a destination; or an output parameter behind which there are only such parameters
+    may_be_omitted: bool  #: a destination; or an output parameter that only such parameters follow
 
 
 class Prototype(NamedTuple):
@@ -187,7 +187,7 @@ def _bind_to(prototype, arguments, keywords):
 
 
 def _signature(prototype, shortest):
-    """The signature of the longest prototype. `...` stands for an argument that another prototype does not have."""
+    """The signature of the longest prototype. The default `...` marks an argument that another prototype does not have."""
     parameters, is_optional = [], False
     for position, one in enumerate(prototype.parameters):
         kind, default = inspect.Parameter.POSITIONAL_OR_KEYWORD, _OMITTED

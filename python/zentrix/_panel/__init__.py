@@ -17,7 +17,7 @@ def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.
     title          of the window
     show           "real", "imaginary", "modulus", "log" or "phase": the display at the start
     colour         whether phases are shown in colours instead of greys
-    save           the file that the button Save writes, with a .png and a .json beside it. A number is appended to the
+    save           the file that the button Save writes, with a .png and a .json of the same name. A number is appended to the
                    name if one of the files exists.
     nan            "mean", the only rule of the panel; here so that `panel.parameters` can open another one
     OPTICS

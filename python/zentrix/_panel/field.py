@@ -65,7 +65,7 @@ class Field(Widget):
         self._select_all()
 
     def press(self, x, y, fine):
-        """The first click selects all, the next one sets the caret behind the text."""
+        """The first click selects all, the next one puts the caret at the end of the text."""
         self._all_selected, self._is_new = self._is_new, False
         self._caret, self.dirty = len(self.text), True
 

@@ -1,4 +1,4 @@
-"""The controls beside the picture, built for one page, one size and one resolution."""
+"""The controls to the right of the picture, built for one page, one size and one resolution."""
 
 from .. import _core
 from .field import Field

@@ -81,7 +81,7 @@ def transfer_picture(square):
 
 
 def colour_wheel(size):
-    """RGBA of a ring, phase 0 right, counter-clockwise; transparent beside it."""
+    """RGBA of a ring, phase 0 right, counter-clockwise; transparent elsewhere."""
     axis = np.arange(size) - (size - 1) / 2
     x, y = np.meshgrid(axis, -axis)
     wheel = phase_picture(np.arctan2(y, x).astype(np.float32))

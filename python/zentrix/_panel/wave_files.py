@@ -22,7 +22,7 @@ def paths_of(file):
 
 
 def unused_paths(file):
-    """Those of the file or, if one of the three exists, with the first number behind the name for which none does."""
+    """Those of the file or, if one of the three exists, with the first number appended to the name for which none exists."""
     paths = first = paths_of(file)
     count = 1
     while any(path.exists() for path in paths):

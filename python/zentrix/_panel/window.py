@@ -42,7 +42,7 @@ class Window:
     """make_widgets(box, dpi)      widgets for a window of this size, drawn in this order
     on_grip()                      a mouse button goes down or up, or the focus moves: later edits are another step
     on_key(key, is_down)           a key that no widget took, with "ctrl+" but without "shift+"
-    on_hover(widget, x, y)         the mouse moved over a widget or, with None, beside all of them
+    on_hover(widget, x, y)         the mouse moved over a widget or, with None, off all of them
     on_drawn()                     widgets were drawn; it may make others dirty, which are drawn at once
     report(text)                   an error in a handler
     """

@@ -109,7 +109,7 @@ TEST(PendingFile, ReservingMoreThanTheDiskHasIsAnError)
     const int done = fallocate(probe, FALLOC_FL_KEEP_SIZE, 0, too_much), problem = errno;
     close(probe);
     if (done == 0 || (problem != ENOSPC && problem != EDQUOT && problem != EFBIG))
-        GTEST_SKIP() << "this file system does not tell";
+        GTEST_SKIP() << "this file system does not report a full disk when space is reserved";
     for (const char* name : {"new", "former"})
         EXPECT_THROW(pending_file{folder / name}.reserve(too_much), file_error) << name;
     EXPECT_EQ(folder.files(), names{"former"});
