@@ -142,6 +142,7 @@ image_ref image::over(std::string name, std::uint32_t code, void* data, std::spa
 image_ref image::clone() const
 {
     auto copy = create(name_, code(), std::span{sizes_}.first(dimensions_));
+    copy->scale_ = scale_;
     auto* to = static_cast<std::byte*>(copy->data_);
     const auto* from = static_cast<const std::byte*>(data_);
     if (is_contiguous()) {

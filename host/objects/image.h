@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/objects/calibration.h"
 #include "host/objects/element.h"
 #include "host/objects/object.h"
 
@@ -72,6 +73,10 @@ class image : public object
     /// Throws  script_error while locked, and for all other elements
     void convert_to_float();
 
+    /// The image's scale, from the file that it was read from or set by hand; copied by `clone`. Scripts do not see it.
+    const calibration& scale() const noexcept { return scale_; }
+    void set_scale(calibration scale) { scale_ = std::move(scale); }
+
     /// False after the user closed the image. References stay valid; locks are refused.
     bool is_valid() const noexcept { return valid_; }
     void close() noexcept { valid_ = false; }
@@ -113,6 +118,7 @@ class image : public object
     std::uint64_t write_locks_taken_ = 0;
     std::atomic<std::uint64_t> changes_ = 0;  // read on any thread
     std::function<void(image&)> listener_;
+    calibration scale_;
 };
 
 using image_ref = std::shared_ptr<image>;
