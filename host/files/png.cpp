@@ -88,7 +88,7 @@ struct png_writer::compressor
     std::vector<std::uint8_t> room = std::vector<std::uint8_t>(chunk_bytes);
 };
 
-png_writer::png_writer(pending_file& output, int width, int height, int channels)
+png_writer::png_writer(pending_file& output, int width, int height, int channels, const picture_texts& texts)
     : output_{output}, compressor_{std::make_unique<compressor>()}, pixel_bytes_{static_cast<std::size_t>(channels)}
 {
     former_row_.resize(static_cast<std::size_t>(width) * pixel_bytes_);
@@ -101,6 +101,10 @@ png_writer::png_writer(pending_file& output, int width, int height, int channels
     header[9] = channels == 1 ? 0 : 2;  // grey or colour; the rest is 0: deflate, five filters, not interlaced
     output_.write(signature.data(), signature.size());
     write_chunk("IHDR", header);
+    for (const auto& [keyword, text] : texts) {
+        const text_chunk chunk = text_chunk_of(keyword, text);
+        write_chunk(chunk.type, chunk.data);
+    }
 }
 
 png_writer::~png_writer() = default;
@@ -157,10 +161,10 @@ void png_writer::finish()
     write_chunk("IEND", {});
 }
 
-void write_png(const std::filesystem::path& file, const picture& shown)
+void write_png(const std::filesystem::path& file, const picture& shown, const picture_texts& texts)
 {
     pending_file output{file};
-    png_writer png{output, shown.width, shown.height, shown.channels};
+    png_writer png{output, shown.width, shown.height, shown.channels, texts};
     const auto row_bytes = static_cast<std::size_t>(shown.width) * static_cast<std::size_t>(shown.channels);
     for (std::size_t y = 0; y < static_cast<std::size_t>(shown.height); ++y)
         png.write_row(std::span{shown.bytes}.subspan(y * row_bytes, row_bytes));
@@ -168,13 +172,14 @@ void write_png(const std::filesystem::path& file, const picture& shown)
     output.commit();
 }
 
-void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)
+grey_limits write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades,
+                      const picture_texts& texts)
 try {
     if (pixels.dimensions() > 2) throw file_error{file, "a volume cannot be shown as one picture"};
     const grey_limits limits = shades == palette::grey ? limits_of(pixels, mode) : grey_limits{};
     const picture_painter painter{pixels, mode, shades, limits};
     pending_file output{file};
-    png_writer png{output, painter.width(), painter.height(), painter.channels()};
+    png_writer png{output, painter.width(), painter.height(), painter.channels(), texts};
     std::vector<std::uint8_t> row(pixels.size(0) * static_cast<std::size_t>(painter.channels()));
     std::vector<float> values(pixels.size(0));
     for (int y = 0; y < painter.height(); ++y) {
@@ -183,6 +188,7 @@ try {
     }
     png.finish();
     output.commit();
+    return limits;
 } catch (const script_error& problem) {  // elements without numbers
     throw file_error{file, problem.what()};
 }

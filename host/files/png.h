@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/files/pending_file.h"
+#include "host/files/png_text.h"
 #include "host/pictures/picture.h"
 
 namespace zentrix::host {
@@ -14,10 +15,10 @@ namespace zentrix::host {
 class png_writer
 {
   public:
-    /// Starts the picture. `channels` is 1 (grey) or 3 (red, green, blue), 8 bits each. `output` must outlive this
-    /// object.
+    /// Starts the picture. `channels` is 1 (grey) or 3 (red, green, blue), 8 bits each. The texts are written in front
+    /// of the pixels. `output` must outlive this object.
     /// Throws  file_error when the disk is full; std::bad_alloc
-    png_writer(pending_file& output, int width, int height, int channels);
+    png_writer(pending_file& output, int width, int height, int channels, const picture_texts& texts = {});
     ~png_writer();
     png_writer(const png_writer&) = delete;
     png_writer& operator=(const png_writer&) = delete;
@@ -40,12 +41,12 @@ class png_writer
 };
 
 /// Writes a picture as .png. Throws  file_error, std::bad_alloc
-void write_png(const std::filesystem::path& file, const picture& shown);
+void write_png(const std::filesystem::path& file, const picture& shown, const picture_texts& texts = {});
 
 /// Writes a picture of an image as .png, grey between limits_of the image, see picture_painter. Paints and writes row
-/// by row.
+/// by row. Returns the limits.
 /// Throws  file_error, also for an image of three dimensions and for elements that are not numbers; std::bad_alloc
-void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
-               palette shades = palette::grey);
+grey_limits write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
+                      palette shades = palette::grey, const picture_texts& texts = {});
 
 }  // namespace zentrix::host

@@ -114,6 +114,13 @@ std::optional<display_mode> parse_display_mode(const std::string& word)
     return std::nullopt;
 }
 
+const char* word_for(display_mode mode)
+{
+    for (const auto& [name, named] : mode_words)
+        if (named == mode) return name;
+    return "";
+}
+
 void displayed_row(const image& pixels, std::uint32_t y, display_mode mode, float* values)
 {
     with_numbers_of(pixels, [&](const auto* origin) {

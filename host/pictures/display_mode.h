@@ -21,6 +21,7 @@ enum class display_mode
 
 /// Reads "real", "imaginary", "modulus", "log" or "phase"; nothing for another word.
 std::optional<display_mode> parse_display_mode(const std::string& word);
+const char* word_for(display_mode mode);
 
 /// The displayed values of row y of the first plane. A real image counts as complex with imaginary part 0. The modulus
 /// is rounded once. Phase and logarithm of single-precision pixels are computed in single precision: the phase to

@@ -70,7 +70,7 @@ void run(lens_request& request, const global_options& global)
         times.add("transform", costs.transform);
         times.add("function", costs.transfer);
     }
-    times.measure("write", [&] { write_result(request.output, request.picture, *wave); });
+    const auto shown = times.measure("write", [&] { return write_result(request.output, request.picture, *wave); });
 
     const bool removed = request.way == lens::direction::remove;
     if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
@@ -79,13 +79,15 @@ void run(lens_request& request, const global_options& global)
                   {"wavelength_nm", setup.wavelength_nm},
                   {"removed", removed},
                   {"envelope", arguments.envelope}};
+        if (shown) done["picture"] = as_json(*shown);
         if (request.timing) done["seconds"] = times.as_json();
         print(done);
     } else
         std::cout << (removed ? "removed " : "applied ") << list_of_coefficients(setup.lens)
                   << (arguments.envelope ? ", with the envelope" : "") << ", wavelength "
                   << number_text(std::round(setup.wavelength_nm * 1e7) / 1e4) << " pm: " << one_line(*wave) << " -> "
-                  << request.output << '\n';
+                  << request.output << '\n'
+                  << (shown ? "picture: " + one_line(*shown) + "\n" : "");
 }
 
 void add_microscope(CLI::App& command, lens_request& request)

@@ -1,9 +1,12 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <string>
 
+#include "host/files/png_text.h"
 #include "host/pictures/picture.h"
+#include "host/program/json.h"
 
 namespace zentrix::program {
 
@@ -26,7 +29,24 @@ void check_picture_name(const std::string& name);
 /// Checks the endings of the names before any work is done. Throws  host::file_error
 void check_names(const std::string& output, const picture_options& picture);
 
+/// What a written picture shows.
+struct shown_range
+{
+    host::display_mode shown;
+    host::palette shades;
+    host::grey_limits limits;
+};
+
 /// Writes the result to `output`, by its extension, and the picture if one was requested.
-void write_result(const std::string& output, const picture_options& picture, const host::image& pixels);
+/// facts  texts for the picture, for example {"Command", "zentrix correct wave.npy ..."}; what the picture shows is
+///        added to them
+/// Returns nothing unless a picture was written, be it `output` itself.
+std::optional<shown_range> write_result(const std::string& output, const picture_options& picture,
+                                        const host::image& pixels, const host::picture_texts& facts = {});
+
+/// "phase from -3.14 (black) to 3.14 (white)"
+std::string one_line(const shown_range& range);
+/// {"shown": "phase", "black": -3.14, "white": 3.14}
+json as_json(const shown_range& range);
 
 }  // namespace zentrix::program

@@ -145,10 +145,12 @@ void run(const unwrap_request& request, const global_options& global)
     if (report.left_out > 0)
         std::cerr << "zentrix: " << request.phase << ": " << report.left_out << " of " << result->count()
                   << " pixels are infinite or not a number; they are left out and stay as they are\n";
-    times.measure("write", [&, &pixels = *result] { write_result(request.output, request.picture, pixels); });
+    const auto shown = times.measure(
+        "write", [&, &pixels = *result] { return write_result(request.output, request.picture, pixels); });
     if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
     if (global.json) {
         json done{{"result", as_json(*result, request.output)}, {"report", report_as_json(report)}};
+        if (shown) done["picture"] = as_json(*shown);
         if (request.timing) done["seconds"] = times.as_json();
         print(done);
     } else
@@ -156,7 +158,8 @@ void run(const unwrap_request& request, const global_options& global)
                   << "residues: " << report.positive_residues << " positive, " << report.negative_residues
                   << " negative; pixels at cuts: " << report.cut_pixels
                   << "; regions with an offset of their own: " << report.regions
-                  << "; pixels not reached: " << report.unreached << '\n';
+                  << "; pixels not reached: " << report.unreached << '\n'
+                  << (shown ? "picture: " + one_line(*shown) + "\n" : "");
 }
 
 }  // namespace
