@@ -1,0 +1,22 @@
+#pragma once
+
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+
+/// JSON files that people and other programs wrote.
+namespace zentrix::host {
+
+/// Reads a file of at most 1 MiB whose objects and arrays are nested at most 32 deep.
+/// Throws  file_error; for bad syntax with line and column, and naming an entry that an object has twice
+nlohmann::ordered_json read_json(const std::filesystem::path& file);
+
+/// Writes indented JSON as a pending_file. Throws  file_error
+void write_json(const std::filesystem::path& file, const nlohmann::ordered_json& value);
+
+/// The value as JSON for messages, at most about 60 bytes.
+std::string shown(const nlohmann::ordered_json& value);
+/// A name from a file for messages, shortened likewise; control characters become escapes.
+std::string shown_name(const std::string& name);
+
+}  // namespace zentrix::host

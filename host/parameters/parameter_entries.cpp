@@ -1,0 +1,208 @@
+#include "host/parameters/parameter_entries.h"
+
+#include <algorithm>
+#include <array>
+#include <stdexcept>
+
+#include "host/parameters/json_file.h"
+#include "host/parameters/quantity.h"
+#include "lens/numbers.h"
+#include "lens/plausible_units.h"
+
+namespace zentrix::host {
+
+namespace {
+
+using json = nlohmann::ordered_json;
+
+[[noreturn]] void refuse(const std::string& text) { throw std::invalid_argument{text}; }
+
+double positive(const std::string& name, double value)
+{
+    if (!(value > 0)) refuse(name + " has to be positive");
+    return value;
+}
+
+double not_negative(const std::string& name, double value)
+{
+    if (value < 0) refuse(name + " must not be negative");
+    return value;
+}
+
+void read_kilovolts(parameter_set& set, const std::string& name, const json& value)
+{
+    if (set.kilovolts) refuse("kv and energy are the same parameter: give one of them");
+    const double kilovolts = name == "energy" ? quantity(name, value, dimension::voltage, "eV") / 1e3
+                                              : quantity(name, value, dimension::voltage, "kV");
+    lens::check_kilovolts(kilovolts);
+    set.kilovolts = kilovolts;
+}
+
+void read_pixel(parameter_set& set, const std::string& name, const json& value)
+{
+    const double nanometres = quantity(name, value, dimension::length, "nm");
+    lens::check_pixel_size(nanometres);
+    set.pixel_nm = nanometres;
+}
+
+std::complex<double> tilt_in(const json& value, std::string_view unit)
+{
+    const std::string expected = "tilt is [right, up] in mrad, not " + shown(value);
+    const auto in_mrad = [&](double part) { return converted("tilt", part, dimension::angle, unit, "mrad"); };
+    if (value.is_array() && value.size() == 2)
+        return {in_mrad(finite_number("a part of tilt", value[0], "a number")),
+                in_mrad(finite_number("a part of tilt", value[1], "a number"))};
+    if (!value.is_string()) refuse(expected);
+    const auto pair = lens::parse_pair(value.get<std::string>());
+    if (!pair) refuse(expected);
+    return {in_mrad(pair->first), in_mrad(pair->second)};
+}
+
+void read_tilt(parameter_set& set, const std::string& name, const json& value)
+{
+    if (!value.is_object()) {
+        set.tilt_mrad = tilt_in(value, "mrad");
+        return;
+    }
+    check_members(name, value, {"value", "unit", "uncertainty", "comment"});
+    if (!value.contains("value")) refuse(name + " has no \"value\"");
+    set.tilt_mrad =
+        tilt_in(value["value"], value.contains("unit") ? text_of("the unit of tilt", value["unit"]) : "mrad");
+}
+
+void read_envelope(parameter_set& set, const std::string& name, const json& value)
+{
+    for (const auto which : {lens::damping::automatic, lens::damping::on, lens::damping::off})
+        if (value == name_of(which)) set.envelope = which;
+    if (!set.envelope) refuse(name + " is \"auto\", \"on\" or \"off\", not " + shown(value));
+}
+
+struct entry_reader
+{
+    std::string_view name;
+    void (*read)(parameter_set& set, const std::string& name, const json& value);
+};
+
+template <std::optional<double> parameter_set::*width, dimension what>
+void read_width(parameter_set& set, const std::string& name, const json& value)
+{
+    set.*width = not_negative(name, quantity(name, value, what, what == dimension::length ? "nm" : "mrad"));
+}
+
+void read_wavelength(parameter_set& set, const std::string& name, const json& value)
+{
+    set.wavelength_nm = positive(name, quantity(name, value, dimension::length, "nm"));
+}
+
+constexpr std::array<entry_reader, 9> readers{
+    {{"kv", read_kilovolts},
+     {"energy", read_kilovolts},
+     {"wavelength", read_wavelength},
+     {"pixel", read_pixel},
+     {"focus_spread", read_width<&parameter_set::focus_spread_nm, dimension::length>},
+     {"convergence", read_width<&parameter_set::convergence_mrad, dimension::angle>},
+     {"vibration", read_width<&parameter_set::vibration_nm, dimension::length>},
+     {"tilt", read_tilt},
+     {"envelope", read_envelope}}};
+
+const entry_reader* reader_of(const std::string& name)
+{
+    const auto* const found = std::ranges::find(readers, name, &entry_reader::name);
+    return found == readers.end() ? nullptr : found;
+}
+
+const lens::coefficient_traits* coefficient_named(const std::string& name)
+{
+    const auto* const found = std::ranges::find(lens::all_coefficients, name, &lens::coefficient_traits::name);
+    return found == lens::all_coefficients.end() ? nullptr : found;
+}
+
+lens::polar coefficient_in_object(const lens::coefficient_traits& about, const json& value)
+{
+    const std::string name{about.name};
+    check_members(name, value,
+                  {"value", "modulus", "unit", "angle", "angle_unit", "uncertainty", "angle_uncertainty", "comment"});
+    if (value.contains("value") == value.contains("modulus"))
+        refuse(name + " needs \"modulus\" (or \"value\", which is the same)");
+    const json& given = value.contains("value") ? value["value"] : value["modulus"];
+    double modulus = finite_number(name, given, "a number");
+    if (value.contains("unit"))
+        modulus =
+            converted(name, modulus, dimension::length, text_of("the unit of " + name, value["unit"]), about.unit);
+    if (!value.contains("angle")) return {modulus, 0};
+    if (about.symmetry == 0) refuse(name + " is round and has no angle");
+    const double angle = finite_number("the angle of " + name, value["angle"], "a number of degrees");
+    if (!value.contains("angle_unit")) return {modulus, angle};
+    return {modulus,
+            converted(name, angle, dimension::angle, text_of("the angle_unit of " + name, value["angle_unit"]), "deg")};
+}
+
+lens::polar coefficient_in(const lens::coefficient_traits& about, const json& value)
+{
+    const std::string name{about.name};
+    if (value.is_object()) return coefficient_in_object(about, value);
+    if (value.is_string()) return lens::parse_coefficient(about.which, value.get<std::string>());
+    const std::string unit{about.unit};
+    if (about.symmetry == 0) return {finite_number(name, value, "a number in " + unit), 0};
+    if (value.is_array() && value.size() == 2)
+        return {finite_number("the modulus of " + name, value[0], "a number in " + unit),
+                finite_number("the angle of " + name, value[1], "a number of degrees")};
+    return {finite_number(name, value, "a number or [modulus, angle] in " + unit + " and degrees"), 0};
+}
+
+bool same_letters(std::string_view a, std::string_view b)
+{
+    const auto lower = [](char letter) { return letter >= 'A' && letter <= 'Z' ? letter + 32 : letter; };
+    return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+[[noreturn]] void refuse_unknown(const std::string& name)
+{
+    std::string near;
+    for (const auto& one : readers)
+        if (same_letters(one.name, name)) near = one.name;
+    for (const auto& one : lens::all_coefficients)
+        if (same_letters(one.name, name)) near = one.name;
+    refuse("\"" + shown_name(name) + "\" is not a parameter" +
+           (near.empty() ? "" : ". Did you mean \"" + near + "\"?"));
+}
+
+/// The command line has hyphens where Python has underscores.
+std::string with_underscores(std::string name)
+{
+    std::ranges::replace(name, '-', '_');
+    return name;
+}
+
+}  // namespace
+
+const char* name_of(lens::damping envelope)
+{
+    return envelope == lens::damping::automatic ? "auto" : envelope == lens::damping::on ? "on" : "off";
+}
+
+bool is_parameter(const std::string& name)
+{
+    return reader_of(with_underscores(name)) != nullptr || coefficient_named(name) != nullptr;
+}
+
+parameter_set parameters_in(const json& object)
+{
+    if (!object.is_object()) refuse("expected an object of parameters, not " + shown(object));
+    parameter_set set;
+    for (const auto& [given, value] : object.items()) {
+        const std::string name = with_underscores(given);
+        if (given == "comment" || given == "uncertainties") continue;
+        if (name != given && object.contains(name)) refuse(name + " is given twice");
+        if (const auto* const reader = reader_of(name))
+            reader->read(set, name, value);
+        else if (const auto* const about = coefficient_named(name))
+            set.coefficients[about->which] = coefficient_in(*about, value);
+        else
+            refuse_unknown(given);
+    }
+    if (set.kilovolts && set.wavelength_nm) refuse("kv and wavelength exclude each other: give one of them");
+    return set;
+}
+
+}  // namespace zentrix::host
