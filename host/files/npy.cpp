@@ -25,9 +25,10 @@ struct dtype
     const char* name;
 };
 
-constexpr std::array<dtype, 10> dtypes{{
+constexpr std::array<dtype, 11> dtypes{{
     {HOST_ELEMENT_INT8, "i1", "int8"},
     {HOST_ELEMENT_UINT8, "u1", "uint8"},
+    {HOST_ELEMENT_UINT8, "b1", "bool"},  // read as 0 and 1; never written
     {HOST_ELEMENT_INT16, "i2", "int16"},
     {HOST_ELEMENT_UINT16, "u2", "uint16"},
     {HOST_ELEMENT_INT32, "i4", "int32"},
