@@ -81,7 +81,20 @@ const format& format_of_contents(const std::filesystem::path& file)
     throw file_error{file, "cannot be read: expected a .dm3, .dm4 or .npy file"};
 }
 
+bool is_refused(const format& one)
+{
+    return one.read == refuse_picture || one.read == refuse_hdf5 || one.read == refuse_zip;
+}
+
 }  // namespace
+
+bool has_readable_extension(const std::filesystem::path& file)
+{
+    const std::string extension = extension_of(file);
+    return std::ranges::any_of(formats, [&](const format& one) {
+        return !is_refused(one) && std::ranges::find(one.extensions, extension) != one.extensions.end();
+    });
+}
 
 image_ref read_image(const std::filesystem::path& file) { return format_of_contents(file).read(file); }
 

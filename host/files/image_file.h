@@ -16,6 +16,9 @@ image_ref read_image(const std::filesystem::path& file);
 /// The name of the format that read_image takes the file for, such as "DM3". Throws  as read_image
 std::string format_of(const std::filesystem::path& file);
 
+/// Whether the file's name has the extension of a format that read_image reads. Pictures are none.
+bool has_readable_extension(const std::filesystem::path& file);
+
 /// Writes an image by the file's extension: .npy keeps every value; .png is a picture of it in that mode.
 /// Throws  file_error, also for another extension
 void write_image(const std::filesystem::path& file, const image& pixels, display_mode shown = display_mode::real,
