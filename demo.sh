@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Removes the lens aberrations of an electron wave and writes pictures from before and after to demo-output/.
+# Removes the lens aberrations of an electron wave and writes pictures from before and after to demo-output/, with the
+# files that the commands in README.md work on.
 #
 #   ./demo.sh                        a simulated crystal with known aberrations
 #   ./demo.sh WAVE.npy OPTION...     your wave, with the options of "zentrix correct", for example
@@ -22,17 +23,23 @@ if [ $# -eq 1 ]; then
     exit 2
 fi
 
-# build PRESET: builds zentrix and make_sample
+# build PRESET TARGET...: installs what is missing, and builds
 build() {
-    "$here/tools/install-packages"
-    echo "Building (the first time takes some minutes) ..."
+    local preset=$1 group=demo minutes=5
+    [ "$preset" = release ] || { group=panel; minutes=10; }
+    shift
+    [ -e "$here/build/$preset/build.ninja" ] ||
+        echo "Installs missing Debian packages and builds the program: about $minutes minutes on two processors, once."
+    "$here/tools/install-packages" "$group"
+    echo "Building ..."
+    mkdir -p "$here/build" "$output"
     (
         cd "$here"
-        mkdir -p "build/$1"
-        { cmake --preset "$1" && cmake --build --preset "$1" --target zentrix_program make_sample; } \
-            >"build/$1/demo-build.log" 2>&1 || { cat "build/$1/demo-build.log"; exit 1; }
-    )
-    mkdir -p "$output"
+        # A build that exists keeps its options.
+        { [ -e "build/$preset/build.ninja" ] ||
+            cmake --preset "$preset" -DZENTRIX_TESTS=OFF -DZENTRIX_BENCH=OFF; } &&
+            cmake --build --preset "$preset" --target "$@"
+    ) >"$here/build/demo.log" 2>&1 || { cat "$here/build/demo.log"; exit 1; }
 }
 
 # The aberrations of examples/make_sample.cpp: C3 in mm, S3 in um, the others in nm; angles in degrees.
@@ -40,8 +47,9 @@ sample_aberrations=(--C1 -62 --A1 14@35 --B2 380@110 --A2 290@340 --C3 0.15 --S3
 
 correct() {
     local wave options before after
-    build release
+    build release zentrix_program zentrix_python make_sample make_hologram
     local zentrix=$here/build/release/zentrix
+    "$here/tools/make-demo-files" "$here/build/release" "$output"
     if [ $# -gt 0 ]; then
         wave=$1
         shift
@@ -49,8 +57,7 @@ correct() {
         before="your wave"
         after="after zentrix correct ${options[*]}"
     else
-        "$here/build/release/examples/make_sample" "$output/aberrated.npy" "$output/undisturbed.npy"
-        wave=$output/aberrated.npy
+        wave=$output/wave.npy
         options=(--kv 300 --pixel 0.02 "${sample_aberrations[@]}")
         before="a thin crystal (pairs of atom columns, 0.136 nm apart) with a dislocation and an edge, with aberrations"
         after="the same without the aberrations"
@@ -71,19 +78,22 @@ Pictures in $output
   after-phase.png, after-modulus.png     $after
   after.npy                              the corrected wave
 END
-    [ "$wave" != "$output/aberrated.npy" ] || cat <<END
+    [ "$wave" != "$output/wave.npy" ] || cat <<END
 Compare the phases: before, each pair of columns is one blurred streak and the edge has fringes; after, all columns are
 resolved, up to the core of the dislocation. The modulus after is flat, because a thin crystal changes the phase only.
 undisturbed.npy is the simulated wave without aberrations; after.npy differs from it by a few millionths.
 END
+    cat <<END
+More to try: the commands in README.md, from "cd demo-output" on. They work on files in this folder.
+END
 }
 
 panel() {
-    build windows
+    build windows zentrix_program make_sample
     if [ $# -eq 0 ]; then
         "$here/tools/under-wine" "$here/build/windows/examples/make_sample.exe" \
-            "$output/aberrated.npy" "$output/undisturbed.npy"
-        set -- "$output/aberrated.npy" --kv 300 --pixel 0.02
+            "$output/wave.npy" "$output/undisturbed.npy"
+        set -- "$output/wave.npy" --kv 300 --pixel 0.02
         cat <<END
 Set the aberrations of the sample on the panel, with "Phase" as display: ${sample_aberrations[*]//--/}
 END

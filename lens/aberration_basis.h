@@ -11,7 +11,7 @@ namespace zentrix::lens {
 /// derivative of chi is 2 pi / lambda times the real part of the term for the real part of the coefficient, and the
 /// negative imaginary part of the term for its imaginary part.
 /// w        scattering angle on the displayed image, imaginary part up [rad]
-/// Returns  |w|^(n - m) conj(w)^m / divisor for a coefficient of order n and symmetry m; docs/conventions.md has the sum
+/// Returns  |w|^(n - m) conj(w)^m / divisor for a coefficient of order n and symmetry m
 std::complex<double> aberration_term(coefficient which, std::complex<double> w);
 
 /// The power of the angle in the coefficient's term: 2 for C1 to 6 for S5.

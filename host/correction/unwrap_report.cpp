@@ -156,14 +156,14 @@ std::vector<std::size_t> sort_by_size(const std::vector<std::size_t>& sizes, std
     return sorted;
 }
 
-std::size_t count_cut_pixels(std::span<const pairs> all, std::size_t width)
+/// Marks pixels at cuts with 1; all are 0 before. Returns their number.
+std::size_t mark_cut_pixels(std::span<const pairs> all, std::size_t width, std::span<std::uint8_t> at_cut)
 {
-    std::vector<bool> at_cut(all.size());
     for (std::size_t i = 0; i < all.size(); ++i) {
-        if (all[i].right.cut) at_cut[i] = at_cut[i + 1] = true;
-        if (all[i].down.cut) at_cut[i] = at_cut[i + width] = true;
+        if (all[i].right.cut) at_cut[i] = at_cut[i + 1] = 1;
+        if (all[i].down.cut) at_cut[i] = at_cut[i + width] = 1;
     }
-    return static_cast<std::size_t>(std::ranges::count(at_cut, true));
+    return static_cast<std::size_t>(std::ranges::count(at_cut, 1));
 }
 
 /// Pixels of regions with a cut to a larger region, all of whose pixels have their wrapped value.
@@ -189,8 +189,9 @@ std::size_t count_unreached(std::span<const float> phase, std::span<const float>
 }  // namespace
 
 unwrap_report report_on_unwrapping(std::span<const float> phase, std::span<const float> unwrapped, std::uint32_t width,
-                                   std::span<std::int32_t> labels)
+                                   std::span<std::int32_t> labels, std::span<std::uint8_t> cuts)
 {
+    std::ranges::fill(cuts, 0);
     const auto [all, is_whole] = compare_neighbours(phase, unwrapped, width);
     unwrap_report report;
     count_residues(all, width, report);
@@ -200,7 +201,8 @@ unwrap_report report_on_unwrapping(std::span<const float> phase, std::span<const
         return report;
     }
     const auto sizes = sort_by_size(label_regions(phase, all, width, labels), labels);
-    report.cut_pixels = count_cut_pixels(all, width);
+    std::vector<std::uint8_t> own_cuts(cuts.empty() ? all.size() : 0);
+    report.cut_pixels = mark_cut_pixels(all, width, cuts.empty() ? own_cuts : cuts);
     report.regions = sizes.size() - 1;
     report.unreached = count_unreached(phase, unwrapped, all, width, labels, sizes);
     report.left_out = sizes[0];

@@ -27,8 +27,9 @@ struct unwrap_report
 /// phase      wrapped, whole rows of `width` pixels [rad]
 /// unwrapped  same shape [rad]; each finite value differs from `phase` by a multiple of 2 pi, apart from rounding
 /// labels     same shape, overwritten: the number of each pixel's region, 1 for the largest; 0 for pixels left out
+/// cuts       same shape, overwritten: 1 for cut_pixels, 0 for others; or empty
 /// Throws  std::bad_alloc
 unwrap_report report_on_unwrapping(std::span<const float> phase, std::span<const float> unwrapped, std::uint32_t width,
-                                   std::span<std::int32_t> labels);
+                                   std::span<std::int32_t> labels, std::span<std::uint8_t> cuts = {});
 
 }  // namespace zentrix::host

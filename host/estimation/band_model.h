@@ -42,7 +42,7 @@ class band_model
   public:
     /// spectrum    must outlive the model
     /// resolution  highest frequency [1/nm]
-    /// base        optics at which all variables are zero; the spectrum is divided by the envelope of its widths, but by
+    /// base        optics at which all variables are zero; the spectrum is divided by their envelope, but by
     ///             a fifth at least
     /// margin      width of the weight's soft edge over that of the wave; 0: all pixels count alike
     band_model(const wave_spectrum& spectrum, double resolution, const lens::optics& base,

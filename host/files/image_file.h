@@ -1,15 +1,23 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 #include "host/objects/image.h"
 #include "host/pictures/picture.h"
 
 namespace zentrix::host {
 
-/// Reads an image file by its extension: .npy.
-/// Throws  file_error, also for another extension
+/// Reads an image file: DM3, DM4, .npy. The first bytes decide which format it is; where they do not, the
+/// extension does. The image has the scale and voltage that the file has (image::scale).
+/// Throws  file_error, also for a format that is not read
 image_ref read_image(const std::filesystem::path& file);
+
+/// The name of the format that read_image takes the file for, such as "DM3". Throws  as read_image
+std::string format_of(const std::filesystem::path& file);
+
+/// Whether the file's name has the extension of a format that read_image reads. Pictures are none.
+bool has_readable_extension(const std::filesystem::path& file);
 
 /// Writes an image by the file's extension: .npy keeps every value; .png is a picture of it in that mode.
 /// Throws  file_error, also for another extension

@@ -7,11 +7,10 @@
 #include <limits>
 #include <vector>
 
-#include "host/files/file_error.h"
-#include "host/files/input_file.h"
+#include "host/files/binary_input.h"
+#include "host/files/header_error.h"
 #include "host/files/npy_header.h"
 #include "host/files/pending_file.h"
-#include "host/objects/value.h"
 
 namespace zentrix::host {
 
@@ -24,20 +23,20 @@ struct dtype
     std::uint32_t code;       ///< HOST_ELEMENT_...
     std::string_view symbol;  ///< of NumPy, without the byte order
     const char* name;
-    std::size_t word;  ///< bytes of a part that is reversed as a whole when the byte order is swapped
 };
 
-constexpr std::array<dtype, 10> dtypes{{
-    {HOST_ELEMENT_INT8, "i1", "int8", 1},
-    {HOST_ELEMENT_UINT8, "u1", "uint8", 1},
-    {HOST_ELEMENT_INT16, "i2", "int16", 2},
-    {HOST_ELEMENT_UINT16, "u2", "uint16", 2},
-    {HOST_ELEMENT_INT32, "i4", "int32", 4},
-    {HOST_ELEMENT_UINT32, "u4", "uint32", 4},
-    {HOST_ELEMENT_FLOAT32, "f4", "float32", 4},
-    {HOST_ELEMENT_FLOAT64, "f8", "float64", 8},
-    {HOST_ELEMENT_COMPLEX64, "c8", "complex64", 4},
-    {HOST_ELEMENT_COMPLEX128, "c16", "complex128", 8},
+constexpr std::array<dtype, 11> dtypes{{
+    {HOST_ELEMENT_INT8, "i1", "int8"},
+    {HOST_ELEMENT_UINT8, "u1", "uint8"},
+    {HOST_ELEMENT_UINT8, "b1", "bool"},  // read as 0 and 1; never written
+    {HOST_ELEMENT_INT16, "i2", "int16"},
+    {HOST_ELEMENT_UINT16, "u2", "uint16"},
+    {HOST_ELEMENT_INT32, "i4", "int32"},
+    {HOST_ELEMENT_UINT32, "u4", "uint32"},
+    {HOST_ELEMENT_FLOAT32, "f4", "float32"},
+    {HOST_ELEMENT_FLOAT64, "f8", "float64"},
+    {HOST_ELEMENT_COMPLEX64, "c8", "complex64"},
+    {HOST_ELEMENT_COMPLEX128, "c16", "complex128"},
 }};
 
 const dtype* dtype_of(std::uint32_t code)
@@ -71,75 +70,38 @@ std::vector<std::uint32_t> sizes_of(const npy_header& header)
     return {shape.rbegin(), shape.rend()};
 }
 
-void require_enough_bytes(const std::vector<std::uint32_t>& sizes, std::size_t element_bytes, std::uint64_t available)
+/// The image whose elements a column-major array of the same shape has in that order.
+image_ref from_column_major(const image& array)
 {
-    std::uint64_t possible = available / element_bytes;
-    for (const std::uint32_t size : sizes) possible /= size;
-    if (possible > 0) return;
-    std::string text;
-    for (auto size = sizes.rbegin(); size != sizes.rend(); ++size)
-        text += (text.empty() ? "" : " x ") + std::to_string(*size);
-    throw header_error{"it is cut short: " + text + " elements of " + std::to_string(element_bytes) +
-                       " bytes are announced, but only " + std::to_string(available) + " bytes follow"};
-}
-
-void reverse_words(std::vector<std::byte>& bytes, std::size_t word)
-{
-    for (auto at = bytes.begin(); at != bytes.end(); at += static_cast<std::ptrdiff_t>(word))
-        std::reverse(at, at + static_cast<std::ptrdiff_t>(word));
-}
-
-/// Copies a column-major array of the same shape into row-major order.
-void copy_from_column_major(image& to, const std::vector<std::byte>& from)
-{
-    const std::size_t bytes = to.type().bytes, width = to.size(0), height = to.size(1), depth = to.size(2);
-    auto* out = static_cast<std::byte*>(to.data());
+    auto result = array.clone();
+    const std::size_t bytes = array.type().bytes, width = array.size(0), height = array.size(1), depth = array.size(2);
+    const auto* from = static_cast<const std::byte*>(array.data());
+    auto* out = static_cast<std::byte*>(result->data());
     for (std::size_t z = 0; z < depth; ++z)
         for (std::size_t y = 0; y < height; ++y)
             for (std::size_t x = 0; x < width; ++x, out += bytes)
-                std::memcpy(out, &from[(z + depth * (y + height * x)) * bytes], bytes);
+                std::memcpy(out, from + (z + depth * (y + height * x)) * bytes, bytes);
+    return result;
 }
 
-image_ref read(std::istream& stream, const std::filesystem::path& file)
+image_ref read(const std::filesystem::path& file)
 {
-    const npy_header header = read_npy_header(stream);
+    binary_input from{file};
+    const npy_header header = read_npy_header(from);
     const dtype& type = dtype_of(header.descr);
     const auto sizes = sizes_of(header);
-    const std::size_t element_bytes = element_of(type.code).bytes;
-    const auto here = stream.tellg();
-    const auto available = static_cast<std::uint64_t>(stream.seekg(0, std::ios::end).tellg() - here);
-    require_enough_bytes(sizes, element_bytes, available);
-    stream.seekg(here);
+    require_enough_bytes(sizes, element_of(type.code).bytes, from.remaining());
 
     auto result = image::create(utf8_path(file.stem()), type.code, sizes);
-    const bool swap = header.descr.front() == '>' && type.word > 1;
-    if (!swap && !header.fortran_order) {
-        stream.read(static_cast<char*>(result->data()), static_cast<std::streamsize>(result->count() * element_bytes));
-    } else {
-        std::vector<std::byte> raw(result->count() * element_bytes);
-        stream.read(reinterpret_cast<char*>(raw.data()), static_cast<std::streamsize>(raw.size()));
-        if (swap) reverse_words(raw, type.word);
-        if (header.fortran_order)
-            copy_from_column_major(*result, raw);
-        else
-            std::memcpy(result->data(), raw.data(), raw.size());
-    }
-    if (!stream) throw header_error{"its elements cannot be read"};
-    return result;
+    read_elements(from, header.descr.front() == '>' ? std::endian::big : std::endian::little, *result);
+    return header.fortran_order && sizes.size() > 1 ? from_column_major(*result) : result;
 }
 
 }  // namespace
 
 image_ref read_npy(const std::filesystem::path& file)
 {
-    std::ifstream stream = open_input(file);
-    try {
-        return read(stream, file);
-    } catch (const header_error& problem) {
-        throw file_error{file, problem.what()};
-    } catch (const script_error& problem) {  // from image::create: size or memory
-        throw file_error{file, problem.what()};
-    }
+    return with_file_name(file, [&] { return read(file); });
 }
 
 void write_npy(const std::filesystem::path& file, const image& pixels)

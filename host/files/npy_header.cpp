@@ -6,6 +6,8 @@
 #include <charconv>
 #include <string_view>
 
+#include "host/files/header_error.h"
+
 // The format is described in the documentation of numpy.lib.format.
 namespace zentrix::host {
 
@@ -120,27 +122,21 @@ npy_header parse(std::string_view text)
 
 }  // namespace
 
-npy_header read_npy_header(std::istream& stream)
+npy_header read_npy_header(binary_input& from)
 {
-    std::array<unsigned char, 12> start{};
-    stream.read(reinterpret_cast<char*>(start.data()), 8);
-    if (!stream || !std::equal(magic.begin(), magic.end(), reinterpret_cast<const char*>(start.data())))
+    if (from.remaining() < magic.size() + 2 || from.text(magic.size()) != magic)
         throw header_error{"it is not a .npy file: expected the first bytes \\x93NUMPY"};
-    const int version = start[6];
+    const int version = from.number<std::uint8_t>(std::endian::little);
     if (version < 1 || version > 3)
         throw header_error{"it has .npy format version " + std::to_string(version) + "; expected 1, 2 or 3"};
+    from.skip(1);  // minor version
 
-    const std::size_t length_bytes = version == 1 ? 2 : 4;
-    stream.read(reinterpret_cast<char*>(start.data()) + 8, static_cast<std::streamsize>(length_bytes));
-    std::uint32_t length = 0;
-    for (std::size_t i = length_bytes; i-- > 0;) length = length * 256 + start[8 + i];
-    if (stream && length > longest_header)
+    const std::uint32_t length = version == 1 ? from.number<std::uint16_t>(std::endian::little)
+                                              : from.number<std::uint32_t>(std::endian::little);
+    if (length > longest_header)
         throw header_error{"its header is " + std::to_string(length) + " bytes long; expected at most " +
                            std::to_string(longest_header)};
-    std::string text(stream ? length : 0, '\0');
-    stream.read(text.data(), static_cast<std::streamsize>(text.size()));
-    if (!stream) throw header_error{"it ends within its header"};
-    return parse(text);
+    return parse(from.text(length));
 }
 
 std::string npy_header_text(const npy_header& header)

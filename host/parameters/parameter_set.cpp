@@ -33,14 +33,19 @@ parameter_set overlaid(const parameter_set& over, const parameter_set& under)
     return both;
 }
 
+double wavelength_of(const parameter_set& parameters)
+{
+    if (parameters.wavelength_nm) return *parameters.wavelength_nm;
+    if (parameters.kilovolts) return lens::electron_wavelength(*parameters.kilovolts);
+    throw std::invalid_argument{"The accelerating voltage (kv) or the wavelength is missing."};
+}
+
 lens::optics optics_of(const parameter_set& parameters)
 {
-    if (!parameters.kilovolts && !parameters.wavelength_nm)
-        throw std::invalid_argument{"The accelerating voltage (kv) or the wavelength is missing."};
+    const double wavelength = wavelength_of(parameters);
     if (!parameters.pixel_nm) throw std::invalid_argument{"The pixel size (pixel) is missing."};
     lens::optics optics;
-    optics.wavelength_nm =
-        parameters.wavelength_nm ? *parameters.wavelength_nm : lens::electron_wavelength(*parameters.kilovolts);
+    optics.wavelength_nm = wavelength;
     optics.pixel_nm = *parameters.pixel_nm;
     for (const auto& [which, value] : parameters.coefficients) optics.lens[which] = value;
     optics.spread = {parameters.focus_spread_nm.value_or(0), parameters.convergence_mrad.value_or(0),

@@ -23,6 +23,10 @@ struct parameter_set
 /// `over` with the parameters of `under` where it has none. A voltage or wavelength of `over` replaces either.
 parameter_set overlaid(const parameter_set& over, const parameter_set& under);
 
+/// The wavelength [nm], of the voltage if that is given.
+/// Throws  std::invalid_argument when neither is given
+double wavelength_of(const parameter_set& parameters);
+
 /// The optics of a complete set. Coefficients and widths that are not given are zero.
 /// Throws  std::invalid_argument naming what is missing (voltage or wavelength, pixel size)
 lens::optics optics_of(const parameter_set& parameters);

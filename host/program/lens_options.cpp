@@ -33,6 +33,23 @@ CLI::Validator plausible_number(void (*check)(double))
     return CLI::Validator{find_problem, "POSITIVE"};
 }
 
+/// Number is a double or an optional one.
+template <class Number>
+void add_width_options(CLI::App& command, Number& focus_spread, Number& convergence, Number& vibration)
+{
+    const struct
+    {
+        const char *name, *meaning;
+        Number& width;
+    } widths[] = {{"--focus-spread", "Focus spread, rms [nm]", focus_spread},
+                  {"--convergence", "Beam convergence, rms along each axis [mrad]", convergence},
+                  {"--vibration", "Vibration, rms along each axis [nm]", vibration}};
+    for (const auto& [name, meaning, width] : widths)
+        command.add_option(name, width, meaning)
+            ->check(finite_number("a number of 0 or more", "NONNEGATIVE", true))
+            ->group(widths_group);
+}
+
 }  // namespace
 
 const char* const widths_group = "Envelope: rms widths. 1/e half-width = rms * 1.4142, FWHM = rms * 2.3548";
@@ -43,37 +60,39 @@ CLI::Validator voltage_in_kilovolts() { return plausible_number(lens::check_kilo
 
 CLI::Validator pixel_in_nanometres() { return plausible_number(lens::check_pixel_size); }
 
-void add_coefficients(CLI::App& command, lens::aberrations& lens)
+void add_coefficients(CLI::App& command, const coefficient_setter& set)
 {
     for (const auto& about : lens::all_coefficients) {
-        const auto set = [&lens, which = about.which](const std::string& word) {
+        const auto set_this = [set, which = about.which](const std::string& word) {
             try {
-                lens[which] = lens::parse_coefficient(which, word);
+                set(which, word);
             } catch (const std::invalid_argument& problem) {
                 throw usage_error{problem.what()};
             }
         };
         command
-            .add_option_function<std::string>("--" + std::string{about.name}, set,
+            .add_option_function<std::string>("--" + std::string{about.name}, set_this,
                                               std::string{about.meaning} + " [" + std::string{about.unit} + "]")
             ->type_name(about.symmetry == 0 ? "NUMBER" : "MODULUS@DEGREES")
             ->group("Aberrations, angles counter-clockwise on the displayed image");
     }
 }
 
+void add_coefficients(CLI::App& command, lens::aberrations& lens)
+{
+    add_coefficients(command, [&lens](lens::coefficient which, const std::string& word) {
+        lens[which] = lens::parse_coefficient(which, word);
+    });
+}
+
 void add_widths(CLI::App& command, lens::coherence& spread)
 {
-    const struct
-    {
-        const char *name, *meaning;
-        double& width;
-    } widths[] = {{"--focus-spread", "Focus spread, rms [nm]", spread.focus_spread_nm},
-                  {"--convergence", "Beam convergence, rms along each axis [mrad]", spread.convergence_mrad},
-                  {"--vibration", "Vibration, rms along each axis [nm]", spread.vibration_nm}};
-    for (const auto& [name, meaning, width] : widths)
-        command.add_option(name, width, meaning)
-            ->check(finite_number("a number of 0 or more", "NONNEGATIVE", true))
-            ->group(widths_group);
+    add_width_options(command, spread.focus_spread_nm, spread.convergence_mrad, spread.vibration_nm);
+}
+
+void add_widths(CLI::App& command, host::parameter_set& parameters)
+{
+    add_width_options(command, parameters.focus_spread_nm, parameters.convergence_mrad, parameters.vibration_nm);
 }
 
 }  // namespace zentrix::program

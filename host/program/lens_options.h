@@ -1,7 +1,10 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
 
+#include "host/parameters/parameter_set.h"
 #include "lens/transfer.h"
 
 /// Options of the commands that correct or aberrate a wave. The variables that they set must outlive `command`.
@@ -16,9 +19,13 @@ CLI::Validator pixel_in_nanometres();
 
 /// Adds --C1 NUMBER to --S5 MODULUS@DEGREES, one option per coefficient, in the units of the panel.
 void add_coefficients(CLI::App& command, lens::aberrations& lens);
+/// The same with a function that gets the word for each option that is used. It may throw std::invalid_argument.
+using coefficient_setter = std::function<void(lens::coefficient, const std::string&)>;
+void add_coefficients(CLI::App& command, const coefficient_setter& set);
 
 /// Adds --focus-spread, --convergence and --vibration, all rms.
 void add_widths(CLI::App& command, lens::coherence& spread);
+void add_widths(CLI::App& command, host::parameter_set& parameters);
 /// The heading of the widths and of --envelope in --help.
 extern const char* const widths_group;
 

@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+#include "host/batch/file_runner.h"
+#include "host/batch/worker_process.h"
 #include "host/files/pending_file.h"
 #include "host/program/argument.h"
 #include "host/program/commands.h"
@@ -61,11 +63,18 @@ std::vector<std::string> utf8_words(int argc, char** argv)
     return {argv, argv + argc};
 }
 
-/// The words after the program's name, in reverse order as the parser takes them.
-std::vector<std::string> reversed_words(int argc, char** argv)
+/// Sets the words after the program's name. Those of a worker come from the process that started it.
+void set_words(global_options& global, int argc, char** argv)
 {
-    auto words = utf8_words(argc, argv);
-    if (!words.empty()) words.erase(words.begin());
+    global.words = utf8_words(argc, argv);
+    if (!global.words.empty()) global.words.erase(global.words.begin());
+    global.is_worker = global.words == std::vector<std::string>{zentrix::host::worker_argument};
+    if (global.is_worker) global.words = zentrix::host::read_words_of_worker();
+}
+
+/// In reverse order as the parser takes them.
+std::vector<std::string> reversed_words(std::vector<std::string> words)
+{
     const auto call = std::find(words.begin(), words.end(), "call");
     std::transform(call, words.end(), call, protect_number);
     std::reverse(words.begin(), words.end());
@@ -75,6 +84,7 @@ std::vector<std::string> reversed_words(int argc, char** argv)
 int run(int argc, char** argv)
 {
     global_options global;
+    set_words(global, argc, argv);
     CLI::App app{
         "Removes lens aberrations from electron waves and applies them, unwraps phases, and calls the script functions "
         "of the Zentrix64 library.",
@@ -92,7 +102,7 @@ int run(int argc, char** argv)
     add_unwrap_command(app, global);
     add_panel_command(app, global);
     try {
-        app.parse(reversed_words(argc, argv));
+        app.parse(reversed_words(global.words));
         return success;
     } catch (const CLI::CallForHelp&) {
         const auto chosen = app.get_subcommands();

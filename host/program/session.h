@@ -3,6 +3,7 @@
 #include <memory>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "host/engine/engine.h"
 #include "host/engine/library.h"
@@ -15,6 +16,8 @@ struct global_options
     std::string library;  ///< library file; empty: next to the program, see host/engine/library_search.h
     bool use_simd = true;
     bool json = false;
+    std::vector<std::string> words;  ///< the command line without the program's name, UTF-8
+    bool is_worker = false;          ///< this process was started by another one of this program, see host/batch/
 };
 
 /// The command line cannot be understood; the program ends with code 2.

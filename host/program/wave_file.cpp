@@ -10,23 +10,22 @@
 #include "host/correction/finite_pixels.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
+#include "host/parameters/record.h"
 #include "host/program/describe.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {
 
-host::image_ref read_wave(const std::string& name)
+namespace {
+
+/// The wave in complex numbers of two floats.
+host::image_ref in_single_precision(const std::filesystem::path& file, const host::image_ref& wave)
 {
-    const auto file = host::system_path(name);
-    auto wave = host::read_image(file);
-    if (wave->type().meaning != host::element_class::complex)
-        throw host::file_error{file, "contains " + one_line(*wave) + "; expected a complex wave"};
-    if (wave->dimensions() != 2)
-        throw host::file_error{file, "contains " + one_line(*wave) + "; expected a wave of two dimensions"};
     if (wave->code() == HOST_ELEMENT_COMPLEX64) return wave;
-    const std::uint32_t sizes[] = {wave->size(0), wave->size(1)};
-    auto single = host::image::create(wave->name(), HOST_ELEMENT_COMPLEX64, sizes);
+    const std::uint32_t sizes[] = {wave->size(0), wave->size(1), wave->size(2)};
+    auto single = host::image::create(wave->name(), HOST_ELEMENT_COMPLEX64, std::span{sizes}.first(wave->dimensions()));
+    single->set_scale(wave->scale());
     const std::span from{static_cast<const std::complex<double>*>(wave->data()), wave->count()};
     constexpr double largest = std::numeric_limits<float>::max();
     if (std::ranges::any_of(from, [](const std::complex<double>& pixel) {
@@ -37,6 +36,27 @@ host::image_ref read_wave(const std::string& name)
     std::ranges::copy(from, static_cast<std::complex<float>*>(single->data()));
     return single;
 }
+
+host::image_ref read_complex(const std::string& name, std::size_t most_dimensions)
+{
+    const auto file = host::system_path(name);
+    const auto wave = host::read_image(file);
+    if (wave->type().meaning != host::element_class::complex)
+        throw host::file_error{file, "contains " + one_line(*wave) + "; expected a complex wave"};
+    if (wave->dimensions() < 2 || wave->dimensions() > most_dimensions)
+        throw host::file_error{file, "contains " + one_line(*wave) + "; expected a wave of two " +
+                                         (most_dimensions > 2 ? "or three " : "") + "dimensions"};
+    const auto is_known = [](const host::axis_scale& axis) { return axis.step != 0; };
+    if (std::ranges::none_of(wave->scale().axes, is_known))
+        if (const auto recorded = host::recorded_scale(file, *wave)) wave->set_scale(*recorded);
+    return in_single_precision(file, wave);
+}
+
+}  // namespace
+
+host::image_ref read_wave(const std::string& name) { return read_complex(name, 2); }
+
+host::image_ref read_waves(const std::string& name) { return read_complex(name, 3); }
 
 void apply_nan_rule(const std::string& name, host::image& wave, nan_rule rule)
 {

@@ -10,6 +10,11 @@ namespace zentrix::program {
 /// Throws  host::file_error, also when the file holds no complex wave of two dimensions
 host::image_ref read_wave(const std::string& name);
 
+/// Reads a wave, or a stack of waves: three dimensions.
+/// Its scale is that of the file or else of the file's record, see host::recorded_scale.
+/// Throws  as read_wave
+host::image_ref read_waves(const std::string& name);
+
 /// For pixels that are infinite or not a number.
 enum class nan_rule
 {

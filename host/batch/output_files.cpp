@@ -1,0 +1,99 @@
+#include "host/batch/output_files.h"
+
+#include <algorithm>
+#include <cctype>
+#include <map>
+#include <system_error>
+
+#include "host/files/file_error.h"
+#include "host/text/system_path.h"
+
+namespace zentrix::host {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// The file with links followed, to compare names of one file.
+fs::path resolved(const std::string& file)
+{
+    std::error_code failed;
+    const fs::path absolute = fs::absolute(system_path(file), failed);
+    const fs::path path = fs::weakly_canonical(absolute, failed);
+    return failed ? absolute.lexically_normal() : path;
+}
+
+std::string lower(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+std::string output_in_folder(const std::string& input, const destination& where)
+{
+    const fs::path name = system_path(input).filename();
+    const std::string own = lower(utf8_path(name.extension()));
+    std::string ending = where.ending;
+    if (ending.empty()) ending = where.can_be_written && where.can_be_written(own) ? own : ".npy";
+    return utf8_path(system_path(where.to) / system_path(utf8_path(name.stem()) + where.suffix + ending));
+}
+
+/// Files that would be written, by what has to be unique.
+class taken_names
+{
+  public:
+    void add(const std::string& output, const std::string& input)
+    {
+        const auto [known, is_new] = from_.emplace(lower(utf8_path(resolved(output).replace_extension())), input);
+        if (!is_new && known->second != input)
+            throw file_error{system_path(known->second),
+                             "its result and that of " + input + " would both be called " + output};
+    }
+
+  private:
+    std::map<std::string, std::string> from_;
+};
+
+}  // namespace
+
+bool is_folder(const std::string& to)
+{
+    const fs::path path = system_path(to);
+    std::error_code ignored;
+    return !to.empty() && (!path.has_filename() || fs::is_directory(path, ignored));
+}
+
+std::vector<file_task> plan_outputs(const std::vector<std::string>& inputs,
+                                    const std::vector<destination>& destinations)
+{
+    std::vector<file_task> tasks;
+    for (const std::string& input : inputs) tasks.push_back({input, {}});
+    std::map<fs::path, std::string> is_input;
+    for (const std::string& input : inputs) is_input[resolved(input)] = input;
+    for (const destination& where : destinations) {
+        taken_names taken;
+        const bool to_folder = is_folder(where.to);
+        for (file_task& task : tasks) {
+            task.outputs.push_back(to_folder ? output_in_folder(task.input, where) : where.to);
+            const std::string& output = task.outputs.back();
+            if (output.empty()) continue;
+            if (is_input.contains(resolved(output)))
+                throw file_error{system_path(output), "is an input and cannot be the result, too"};
+            taken.add(output, task.input);
+        }
+    }
+    return tasks;
+}
+
+void create_folders(const std::vector<destination>& destinations)
+{
+    for (const destination& where : destinations) {
+        if (!is_folder(where.to)) continue;
+        std::error_code failed;
+        fs::create_directories(system_path(where.to), failed);
+        if (failed) throw file_error{system_path(where.to), "cannot be created: " + failed.message()};
+    }
+}
+
+}  // namespace zentrix::host

@@ -1,0 +1,198 @@
+#include "host/program/many_files.h"
+
+#include <algorithm>
+#include <cmath>
+#include <iostream>
+
+#include "host/batch/input_files.h"
+#include "host/batch/progress.h"
+#include "host/batch/worker_process.h"
+#include "host/files/file_error.h"
+#include "host/files/image_file.h"
+#include "host/program/json.h"
+#include "host/program/result_record.h"
+#include "host/text/number_text.h"
+#include "host/text/system_path.h"
+
+namespace zentrix::program {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+bool can_be_written(const std::string& ending)
+{
+    try {
+        host::require_writable_kind(host::system_path("x" + ending));
+    } catch (const host::file_error&) {
+        return false;
+    }
+    return ending != ".png";  // a picture does not keep the values
+}
+
+/// Image files, without the results in a folder that gets results: a second run must not take those of the first.
+host::file_filter input_filter(const std::vector<host::destination>& destinations)
+{
+    return [&destinations](const fs::path& file) {
+        if (!host::has_readable_extension(file)) return false;
+        const bool gets_results = std::ranges::any_of(destinations, [&](const host::destination& where) {
+            std::error_code ignored;
+            return host::is_folder(where.to) &&
+                   fs::equivalent(host::system_path(where.to),
+                                  file.has_parent_path() ? file.parent_path() : fs::path{"."}, ignored);
+        });
+        return !gets_results || !is_recorded_result(file);
+    };
+}
+
+std::string count_of(std::size_t files) { return std::to_string(files) + (files == 1 ? " file" : " files"); }
+
+void print_single(const host::file_outcome& outcome, bool in_json)
+{
+    std::cerr << outcome.notes;
+    if (in_json)
+        print(outcome.facts);
+    else
+        std::cout << outcome.text;
+}
+
+/// Shows the outcomes of several files as they come.
+class report
+{
+  public:
+    report(std::size_t files, bool in_json)
+        : files_{files},
+          in_json_{in_json},
+          draws_bar_{!in_json && host::is_terminal_for_bar()},
+          progress_{files, draws_bar_}
+    {}
+
+    void add(const host::file_task& task, const host::file_outcome& outcome)
+    {
+        progress_.print_above(outcome.notes);
+        if (outcome.state == host::file_state::failed)
+            add_failure(task, outcome.text);
+        else if (in_json_)
+            print_json(task, outcome.facts);
+        else if (!draws_bar_ || !host::output_is_terminal())
+            progress_.print_output(outcome.text);
+        if (outcome.state == host::file_state::skipped) ++skipped_;
+        progress_.count(outcome.state == host::file_state::failed);
+    }
+
+    /// Throws  std::runtime_error if files failed
+    void finish()
+    {
+        const double seconds = progress_.elapsed().count();
+        const double rate = static_cast<double>(files_ - skipped_) / std::max(seconds, 1e-3);
+        std::string text =
+            "zentrix: " + count_of(files_) + " in " + host::number_text(std::round(seconds * 100) / 100) + " s";
+        if (skipped_ < files_) text += ", " + host::number_text(std::round(rate * 10) / 10) + " per second";
+        if (skipped_ > 0) text += ", " + std::to_string(skipped_) + " done before";
+        if (!in_json_) progress_.print_above(text + "\n");
+        if (failures_.empty()) return;
+        std::string list = "zentrix: failed:\n";
+        for (const std::string& failure : failures_) list += "  " + failure + "\n";
+        progress_.print_above(list);
+        throw std::runtime_error{std::to_string(failures_.size()) + " of " + count_of(files_) + " failed"};
+    }
+
+  private:
+    void add_failure(const host::file_task& task, const std::string& reason)
+    {
+        // Most reasons start with the name of the file.
+        const std::string failure = reason.find(task.input) == std::string::npos ? task.input + ": " + reason : reason;
+        failures_.push_back(failure);
+        if (in_json_)
+            print_json(task, {{"error", reason}});
+        else
+            progress_.print_above("zentrix: " + failure + "\n");
+    }
+
+    void print_json(const host::file_task& task, const json& facts)
+    {
+        json line{{"input", task.input}};
+        line.update(facts);
+        progress_.print_output(line.dump(-1, ' ', false, json::error_handler_t::replace) + "\n");
+    }
+
+    std::size_t files_, skipped_ = 0;
+    bool in_json_, draws_bar_;
+    host::progress progress_;
+    std::vector<std::string> failures_;
+};
+
+}  // namespace
+
+void add_jobs_option(CLI::App& command, many_files& files)
+{
+    command.add_option("--jobs", files.jobs, "Processes that work at the same time (default: 1)")
+        ->check(CLI::Range(1, 256).description(""))
+        ->type_name("NUMBER")
+        ->group("Many files");
+}
+
+void add_result_options(CLI::App& command, many_files& files)
+{
+    command
+        .add_option("--suffix", files.suffix,
+                    "Added to the names of results in a folder: _c makes a_c.npy of a.npy, _c.mrc a_c.mrc")
+        ->type_name("TEXT")
+        ->group("Many files");
+    command
+        .add_flag("--continue", files.resumes,
+                  "Skip files whose result is complete: its record has the same input, parameters and program")
+        ->group("Many files");
+    add_jobs_option(command, files);
+}
+
+host::destination destination_of(const std::string& output, const many_files& files)
+{
+    const std::size_t dot = files.suffix.rfind('.');
+    const bool has_ending = dot != std::string::npos;
+    if (files.suffix.find_first_of("/\\") != std::string::npos)
+        throw usage_error{"--suffix is a part of a file's name, not \"" + files.suffix + "\""};
+    return {output, has_ending ? files.suffix.substr(dot) : "", files.suffix.substr(0, dot), can_be_written};
+}
+
+host::destination destination_of_pictures(const std::string& output, const many_files& files)
+{
+    host::destination pictures = destination_of(output, files);
+    pictures.ending = ".png";
+    return pictures;
+}
+
+std::string example_of(const host::destination& where)
+{
+    if (where.to.empty() || !host::is_folder(where.to)) return where.to;
+    return "result" + (where.ending.empty() ? ".npy" : where.ending);
+}
+
+void process_files(const many_files& files, const std::vector<host::destination>& destinations,
+                   const global_options& global, const host::file_process& process)
+{
+    if (global.is_worker) {
+        host::end_with_parent();
+        return host::serve_tasks(process);
+    }
+    const auto inputs = host::input_files(files.inputs, input_filter(destinations));
+    const bool is_single = inputs.size() == 1;
+    for (const host::destination& where : destinations)
+        if (!is_single && !where.to.empty() && !host::is_folder(where.to))
+            throw usage_error{where.to + ": several results need a folder: end its name with /"};
+    const auto tasks = host::plan_outputs(inputs, destinations);
+    host::create_folders(destinations);
+    if (is_single) return print_single(process(tasks.front()), global.json);
+
+    report shown{tasks.size(), global.json};
+    const auto listen = [&](const host::file_task& task, const host::file_outcome& outcome) {
+        shown.add(task, outcome);
+    };
+    if (files.jobs == 1)
+        host::process_here(tasks, process, listen);
+    else
+        host::process_in_workers(tasks, files.jobs, global.words, listen);
+    shown.finish();
+}
+
+}  // namespace zentrix::program

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
+
+#include "host/batch/file_runner.h"
+#include "host/batch/output_files.h"
+#include "host/program/session.h"
+
+namespace zentrix::program {
+
+/// The options of commands that take many files.
+struct many_files
+{
+    std::vector<std::string> inputs;  ///< files, folders and patterns
+    std::string suffix;               ///< --suffix, see destination_of
+    int jobs = 1;
+    bool resumes = false;  ///< --continue: the command skips what is_done() says
+};
+
+/// Adds --jobs. `files` must outlive `command`.
+void add_jobs_option(CLI::App& command, many_files& files);
+/// Adds --suffix and --continue, for commands that write results.
+void add_result_options(CLI::App& command, many_files& files);
+
+/// The destination of results: a file or a folder. Files in a folder have the input's name with the suffix and the
+/// ending that it may bring ("_c.mrc"); without it the input's ending, if such files can be written.
+host::destination destination_of(const std::string& output, const many_files& files);
+/// The destination of pictures, "<input><suffix>.png" in a folder.
+host::destination destination_of_pictures(const std::string& output, const many_files& files);
+
+/// A name of a result at the destination, to check its ending before any work is done; empty if none is wanted.
+std::string example_of(const host::destination& where);
+
+/// Processes all files and prints what comes of them: for one file its text; for several a line for each, or a bar on a
+/// terminal, then what failed. With --json prints the facts, one line for each file. In a worker process, does the
+/// tasks that come from the program that started it.
+/// Throws  usage_error when several results would go to one file; as input_files and plan_outputs; as `process` for a
+///         single file; std::runtime_error "2 of 10 files failed" after the others are done
+void process_files(const many_files& files, const std::vector<host::destination>& destinations,
+                   const global_options& global, const host::file_process& process);
+
+}  // namespace zentrix::program

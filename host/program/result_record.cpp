@@ -1,0 +1,124 @@
+#include "host/program/result_record.h"
+
+#include <algorithm>
+#include <string_view>
+#include <system_error>
+
+#include "host/files/file_error.h"
+#include "host/parameters/json_file.h"
+#include "host/program/describe.h"
+#include "host/text/system_path.h"
+
+namespace zentrix::program {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// Options that name files or hold for a batch as a whole; the number of words after each.
+struct batch_option
+{
+    std::string_view name;
+    int values;
+};
+constexpr batch_option batch_options[] = {{"-o", 1},     {"--output", 1}, {"--png", 1},
+                                          {"--jobs", 1}, {"--suffix", 1}, {"--continue", 0}};
+
+/// How many words an option of a batch takes, its values included; 0 for all other words.
+int words_of_batch_option(const std::string& word)
+{
+    for (const auto& [name, values] : batch_options) {
+        if (word == name) return 1 + values;
+        if (values > 0 && word.starts_with(name) && (name.size() == 2 || word[name.size()] == '=')) return 1;
+    }
+    return 0;
+}
+
+std::vector<fs::path> possible_records_of(const fs::path& result)
+{
+    fs::path beside = result, longer = result;
+    beside.replace_extension(".json");
+    longer += ".json";
+    return {beside, longer};
+}
+
+}  // namespace
+
+std::vector<fs::path> results_of(const host::file_task& task)
+{
+    std::vector<fs::path> results;
+    for (const std::string& output : task.outputs)
+        if (!output.empty()) results.push_back(host::system_path(output));
+    return results;
+}
+
+std::vector<std::string> command_for(const host::file_task& task, const many_files& files,
+                                     const std::vector<std::string>& outputs, const global_options& global)
+{
+    std::vector<std::string> command{"zentrix"};
+    for (std::size_t i = 0; i < global.words.size(); ++i) {
+        const std::string& word = global.words[i];
+        if (const int count = words_of_batch_option(word); count > 0)
+            i += static_cast<std::size_t>(count) - 1;
+        else if (std::ranges::find(files.inputs, word) == files.inputs.end())
+            command.push_back(word);
+    }
+    command.push_back(task.input);
+    for (std::size_t i = 0; i < task.outputs.size(); ++i) {
+        if (task.outputs[i].empty()) continue;
+        command.push_back(outputs.at(i));
+        command.push_back(task.outputs[i]);
+    }
+    return command;
+}
+
+bool is_done(const std::vector<fs::path>& results, const host::provenance& made)
+{
+    if (!host::is_recorded(results, made)) return false;
+    return std::ranges::any_of(possible_records_of(results.at(0)), [&](const fs::path& record) {
+        std::error_code missing;
+        const auto recorded = fs::last_write_time(record, missing);
+        return !missing && std::ranges::all_of(results, [&](const fs::path& result) {
+            const auto written = fs::last_write_time(result, missing);
+            return !missing && written <= recorded;
+        });
+    });
+}
+
+void finish_with_record(const fs::path& record, const host::provenance& made,
+                        const std::vector<host::recorded_result>& results)
+{
+    try {
+        host::write_record(record, made, results);
+    } catch (...) {
+        std::error_code ignored;
+        fs::remove(record, ignored);
+        throw;
+    }
+}
+
+bool is_recorded_result(const fs::path& file)
+{
+    return std::ranges::any_of(possible_records_of(file), [&](const fs::path& record) {
+        std::error_code ignored;
+        if (!fs::is_regular_file(record, ignored)) return false;
+        try {
+            const json read = host::read_json(record);
+            return read.is_object() && read.contains("program") && read.contains("result") &&
+                   read["result"].dump().find(host::utf8_path(file.filename())) != std::string::npos;
+        } catch (const host::file_error&) {
+            return false;
+        }
+    });
+}
+
+host::file_outcome done_before(const host::file_task& task)
+{
+    host::file_outcome outcome;
+    outcome.state = host::file_state::skipped;
+    outcome.text = task.input + " -> " + task.outputs.at(0) + ": done before\n";
+    outcome.facts = {{"result", {{"file", task.outputs.at(0)}}}, {"done_before", true}};
+    return outcome;
+}
+
+}  // namespace zentrix::program

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/batch/file_task.h"
+#include "host/parameters/record.h"
+#include "host/program/many_files.h"
+
+/// Results with their records, see host/parameters/record.h.
+namespace zentrix::program {
+
+/// Files that are made together and have one record: those of the task that are wanted.
+std::vector<std::filesystem::path> results_of(const host::file_task& task);
+
+/// The command line that makes the results of one task: that of the whole batch with the task's files in place of all
+/// files. `outputs` are the options of the task's outputs, "-o", "--png".
+std::vector<std::string> command_for(const host::file_task& task, const many_files& files,
+                                     const std::vector<std::string>& outputs, const global_options& global);
+
+/// Whether the results were made in the same way before. A record that is older than a result does not count: it may be
+/// of an earlier result, if the program was stopped between writing one and the other.
+bool is_done(const std::vector<std::filesystem::path>& results, const host::provenance& made);
+
+/// As host::write_record. If it fails, a former record does not stay, because it would describe other results.
+void finish_with_record(const std::filesystem::path& record, const host::provenance& made,
+                        const std::vector<host::recorded_result>& results);
+
+/// Whether the file is the result of a command that wrote a record.
+bool is_recorded_result(const std::filesystem::path& file);
+
+/// The outcome for a result that is_done.
+host::file_outcome done_before(const host::file_task& task);
+
+}  // namespace zentrix::program
