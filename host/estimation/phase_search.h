@@ -1,0 +1,43 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/estimation/candidates.h"
+#include "host/estimation/certainty.h"
+#include "host/estimation/estimate.h"
+
+namespace zentrix::host {
+
+/// What is asked of a search.
+struct search_task
+{
+    const wave_spectrum& spectrum;
+    lens::optics start;
+    std::vector<lens::coefficient> free;
+    std::optional<search_range> defocus;
+
+    double margin() const { return spectrum.edges_meet ? 0 : 0.12; }
+};
+
+/// What the search for a phase object has come to.
+struct phase_solution
+{
+    lens::optics setup;
+    std::vector<unknown> unknowns;
+    matrix covariance{0};               ///< of the unknowns [nm^2]
+    matrix chi_covariance{0};           ///< of the variables of the last band [rad^2]
+    std::vector<double> chi_per_unit;   ///< rms of chi in the band that 1 nm of each unknown makes
+    std::string even_doubt, odd_doubt;  ///< why these coefficients are not determined; empty if they are
+    bool used_skewness = false;
+    double resolution = 0;
+    double misfit = 0;  ///< variance of the modulus beyond noise, over that of an arbitrary defocus
+    std::size_t starts = 0, agreeing = 0;
+};
+
+/// Even coefficients by least variance of the modulus, in growing bands from many starts; odd ones by greatest skewness
+/// of the phase, or by the variance of the modulus where that is surer. Nothing if the search was stopped.
+std::optional<phase_solution> search_phase_object(search_run& run, const search_task& task);
+
+}  // namespace zentrix::host
