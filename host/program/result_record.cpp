@@ -21,7 +21,7 @@ struct batch_option
     std::string_view name;
     int values;
 };
-constexpr batch_option batch_options[] = {{"-o", 1},     {"--output", 1}, {"--png", 1},
+constexpr batch_option batch_options[] = {{"-o", 1},     {"--output", 1}, {"--png", 1},     {"--cuts", 1},
                                           {"--jobs", 1}, {"--suffix", 1}, {"--continue", 0}};
 
 /// How many words an option of a batch takes, its values included; 0 for all other words.
@@ -95,6 +95,11 @@ void finish_with_record(const fs::path& record, const host::provenance& made,
         fs::remove(record, ignored);
         throw;
     }
+}
+
+json choice_of(const picture_options& picture)
+{
+    return {{"shown", host::word_for(picture.shown)}, {"colour", picture.shades == host::palette::cyclic}};
 }
 
 bool is_recorded_result(const fs::path& file)

@@ -7,6 +7,7 @@
 #include "host/batch/file_task.h"
 #include "host/parameters/record.h"
 #include "host/program/many_files.h"
+#include "host/program/picture_options.h"
 
 /// Results with their records, see host/parameters/record.h.
 namespace zentrix::program {
@@ -26,6 +27,9 @@ bool is_done(const std::vector<std::filesystem::path>& results, const host::prov
 /// As host::write_record. If it fails, a former record does not stay, because it would describe other results.
 void finish_with_record(const std::filesystem::path& record, const host::provenance& made,
                         const std::vector<host::recorded_result>& results);
+
+/// How pictures are painted, for the record.
+json choice_of(const picture_options& picture);
 
 /// Whether the file is the result of a command that wrote a record.
 bool is_recorded_result(const std::filesystem::path& file);
