@@ -153,17 +153,10 @@ image_ref wave_in_band(engine& engine, const image& hologram, const band_filter&
     return wave;
 }
 
-void remove_remaining_carrier(image& wave, const band_filter& filter)
+std::complex<double> remaining_carrier(const band_filter& filter)
 {
     const auto whole = rounded(filter.carrier);
-    const double dx = filter.carrier.real() - static_cast<double>(whole.x);
-    const double dy = filter.carrier.imag() - static_cast<double>(whole.y);
-    auto* pixel = static_cast<std::complex<float>*>(wave.data());
-    for (std::uint32_t y = 0; y < wave.size(1); ++y)
-        for (std::uint32_t x = 0; x < wave.size(0); ++x, ++pixel) {
-            const double periods = dx * x / wave.size(0) + dy * y / wave.size(1);
-            *pixel *= std::complex<float>{std::polar(1.0, -2 * pi * periods)};
-        }
+    return filter.carrier - std::complex<double>{static_cast<double>(whole.x), static_cast<double>(whole.y)};
 }
 
 }  // namespace zentrix::host

@@ -50,7 +50,7 @@ band_filter choose_filter(engine& engine, const image& hologram, std::complex<do
 ///           remaining fraction of a pixel of the carrier
 image_ref wave_in_band(engine& engine, const image& hologram, const band_filter& filter);
 
-/// Removes the fraction of a pixel of the carrier that wave_in_band leaves, so that the mean phase of a vacuum is flat.
-void remove_remaining_carrier(image& wave, const band_filter& filter);
+/// The fraction of a pixel of the carrier that wave_in_band leaves [periods per image], right and down.
+std::complex<double> remaining_carrier(const band_filter& filter);
 
 }  // namespace zentrix::host

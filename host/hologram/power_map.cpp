@@ -7,6 +7,7 @@
 #include <span>
 
 #include "host/fft/fft.h"
+#include "host/hologram/outliers.h"
 
 namespace zentrix::host {
 
@@ -14,10 +15,6 @@ namespace {
 
 /// A sideband of a specimen covers some pixels, that of a vacuum one; this width is a compromise.
 constexpr double smoothing_pixels = 1.2;
-/// A pixel stands out if it differs from its neighbours by more than this multiple of the median difference. The
-/// fringes themselves differ from their local median; a sine by three times its median at most.
-constexpr float outlier_multiple = 12;
-
 float median_of(std::vector<float> values)
 {
     const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
@@ -39,14 +36,8 @@ double shortest(std::ptrdiff_t way, std::ptrdiff_t size)
 image_ref tapered_without_outliers(engine& engine, const image_ref& hologram)
 {
     auto cleaned = hologram->clone();
-    const auto medians = object_in<image>(engine.call("ZXMedianFilter", {hologram, std::int64_t{1}, object_ref{}}));
-    const std::span pixels{static_cast<float*>(cleaned->data()), cleaned->count()};
-    const std::span median{static_cast<const float*>(medians->data()), medians->count()};
-    std::vector<float> differences(pixels.size());
-    std::ranges::transform(pixels, median, differences.begin(), [](float a, float b) { return std::abs(a - b); });
-    const float limit = outlier_multiple * median_of(differences);
-    for (std::size_t i = 0; i < pixels.size(); ++i)
-        if (differences[i] > limit) pixels[i] = median[i];
+    replace_outliers(engine, cleaned);
+    const std::span pixels{static_cast<const float*>(cleaned->data()), cleaned->count()};
     const double mean = std::accumulate(pixels.begin(), pixels.end(), 0.0) / static_cast<double>(pixels.size());
     engine.call("ZXHanningWindow", {cleaned, mean, 1.0, 0.0, cleaned});
     return cleaned;

@@ -8,6 +8,8 @@
 #include <string>
 
 #include "host/hologram/hologram_plane.h"
+#include "host/hologram/outliers.h"
+#include "host/hologram/phase_ramp.h"
 
 namespace zentrix::host {
 
@@ -67,16 +69,24 @@ sideband choose_sideband(engine& engine, const image_ref& plane, const hologram_
     return found;
 }
 
-hologram_report report_on(const sideband& band, const band_filter& filter)
+/// Sets the position of the carrier and what follows from it.
+void set_carrier(hologram_report& report, std::complex<double> at)
 {
+    auto& filter = report.filter;
+    report.band.at = filter.carrier = at;
     const double x = filter.carrier.real() / static_cast<double>(filter.hologram_width);
     const double y = filter.carrier.imag() / static_cast<double>(filter.hologram_height);
+    report.spacing_pixels = 1 / std::hypot(x, y);
+    report.angle_degrees = std::atan2(-y, x) * 180 / std::numbers::pi;
+}
+
+hologram_report report_on(const sideband& band, const band_filter& filter)
+{
     hologram_report report;
     report.band = band;
     report.filter = filter;
-    report.spacing_pixels = 1 / std::hypot(x, y);
-    report.angle_degrees = std::atan2(-y, x) * 180 / std::numbers::pi;
     report.resolution_pixels = static_cast<double>(filter.hologram_width) / filter.half_radius();
+    set_carrier(report, filter.carrier);
     return report;
 }
 
@@ -103,9 +113,15 @@ image_ref new_wave(const image& hologram, const band_filter& filter)
 reconstruction reconstruct(engine& engine, const image_ref& hologram, const image_ref& reference,
                            const hologram_options& options)
 {
-    const auto first = hologram_plane(hologram, 0);
+    std::size_t replaced = 0;
+    const auto read_plane = [&](const image_ref& from, std::uint32_t z) {
+        auto plane = hologram_plane(from, z);
+        if (options.despike) replaced += replace_outliers(engine, plane);
+        return plane;
+    };
+    const auto first = read_plane(hologram, 0);
     if (reference) require_same_size(*hologram, *reference);
-    const auto vacuum = reference ? hologram_plane(reference, 0) : nullptr;
+    const auto vacuum = reference ? read_plane(reference, 0) : nullptr;
     const auto& with_carrier = vacuum ? vacuum : first;
     const auto band = choose_sideband(engine, with_carrier, options);
     const auto filter = choose_filter(engine, *with_carrier, band.at, options.filter);
@@ -118,9 +134,10 @@ reconstruction reconstruct(engine& engine, const image_ref& hologram, const imag
         divisor_median = median_modulus(pixels_of(*divisor));
         done.report.reference_contrast = contrast_of(*vacuum, divisor_median);
     }
+    auto ramp = remaining_carrier(filter);
     const std::size_t count = static_cast<std::size_t>(filter.width) * static_cast<std::size_t>(filter.height);
     for (std::uint32_t z = 0; z < hologram->size(2); ++z) {
-        const auto plane = z == 0 ? first : hologram_plane(hologram, z);
+        const auto plane = z == 0 ? first : read_plane(hologram, z);
         const auto wave = wave_in_band(engine, *plane, filter);
         const auto pixels = pixels_of(*wave);
         const float median = median_modulus(pixels);
@@ -128,12 +145,19 @@ reconstruction reconstruct(engine& engine, const image_ref& hologram, const imag
         if (divisor)
             done.report.weak = divide(pixels, pixels_of(*divisor), divisor_median);
         else {
-            remove_remaining_carrier(*wave, filter);
+            remove_ramp(*wave, ramp);
+            if (z == 0) {
+                const auto rest = phase_ramp(*wave);
+                remove_ramp(*wave, rest);
+                ramp += rest;
+                set_carrier(done.report, filter.carrier + rest);
+            }
             if (median > 0)
                 for (auto& pixel : pixels) pixel /= median;
         }
         std::ranges::copy(pixels, pixels_of(*done.wave).begin() + static_cast<std::ptrdiff_t>(z * count));
     }
+    done.report.replaced = replaced;
     return done;
 }
 

@@ -20,6 +20,7 @@ struct hologram_options
     sideband_choice which = sideband_choice::lower;
     std::optional<std::complex<double>> at;  ///< near this position instead; see sideband::at
     band_filter_options filter;
+    bool despike = false;  ///< replace outliers of hologram and reference
 };
 
 struct hologram_report
@@ -32,6 +33,7 @@ struct hologram_report
     std::optional<double> reference_contrast;  ///< the same of the reference
     double resolution_pixels = 0;              ///< the finest period that the filter passes by half or more
     std::size_t weak = 0;                      ///< pixels of the wave where the reference is too weak to divide by
+    std::size_t replaced = 0;                  ///< outliers in hologram and reference
     bool is_doubtful() const { return band.distinction > 0 && band.distinction < doubtful_distinction; }
 };
 
@@ -47,7 +49,8 @@ struct reconstruction
 /// reference  the hologram of the vacuum, for the whole stack, of the same size; null: none. The wave is divided by the
 ///            reference's wave; where that is weaker than a tenth of its median, the quotient is reduced in proportion
 ///            to its power, so that it goes to 0 where nothing was measured. Without a reference the carrier is removed
-///            to a fraction of a pixel, and the wave of each plane is divided by the median of its modulus.
+///            to a fraction of a pixel, such that the phase of the larger part of the first plane is flat
+///            (phase_ramp), and the wave of each plane is divided by the median of its modulus.
 /// Throws  script_error for images of another kind or size, pixels that are not finite, no sideband, or a filter that
 ///         does not fit
 reconstruction reconstruct(engine& engine, const image_ref& hologram, const image_ref& reference,

@@ -203,6 +203,7 @@ void print_report(const hologram_request& request, const outcome& done)
     if (report.reference_contrast) std::cout << " (reference " << short_text(*report.reference_contrast * 100) << " %)";
     std::cout << "\nresolution: " << length_text(report.resolution_pixels, nm) << ", filter radius "
               << short_text(report.filter.radius) << " pixels of the transform\n";
+    if (report.replaced > 0) std::cout << "outliers replaced: " << report.replaced << '\n';
     if (report.weak > 0) std::cout << "pixels with a weak reference: " << report.weak << '\n';
     if (done.corrected) std::cout << "aberrations removed\n";
     if (done.unwrapped)
@@ -238,6 +239,7 @@ json report_as_json(const hologram_request& request, const outcome& done, const 
                    {"radius", report.filter.radius},
                    {"resolution_pixels", report.resolution_pixels},
                    {"resolution_nm", number_or_null(report.resolution_pixels * nm)},
+                   {"replaced_pixels", report.replaced},
                    {"weak_pixels", report.weak}};
     if (done.corrected) described["parameters"] = host::as_json(*done.corrected);
     if (done.unwrapped)
@@ -321,6 +323,8 @@ void add_filter_options(CLI::App& command, hologram_request& request)
         "Width of the disk's flank [pixels of the transform along x] (0: sharp; "
         "default: 12 % of the radius)");
     command.add_flag("--full-size", options.filter.full_size, "The wave has as many pixels as the hologram");
+    command.add_flag("--despike", options.despike,
+                     "Replace hot and dead pixels by the median of the 3 x 3 pixels around them");
 }
 
 void add_correction_options(CLI::App& command, hologram_request& request)

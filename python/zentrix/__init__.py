@@ -20,6 +20,7 @@ from . import _core
 from ._core import ScriptError
 from ._core import version as __version__
 from ._correct import aberrate, correct
+from ._hologram import HologramReport, hologram
 from ._notation import from_notation, to_notation
 from ._panel import panel
 from ._parameters import read_parameters, write_parameters
@@ -34,6 +35,7 @@ _FUNCTIONS = (
     correct,
     ctf,
     from_notation,
+    hologram,
     panel,
     read_parameters,
     to_notation,
@@ -42,7 +44,7 @@ _FUNCTIONS = (
     wavelength,
     write_parameters,
 )
-_CLASSES = (ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
+_CLASSES = (HologramReport, ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
 for _public in _CLASSES + _FUNCTIONS:
