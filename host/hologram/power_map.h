@@ -13,8 +13,8 @@ struct pixel_position
     std::ptrdiff_t x = 0, y = 0;
 };
 
-/// A copy of a hologram prepared for the search of its fringes: outliers are replaced, the mean is subtracted, and a Hann
-/// window is multiplied.
+/// A copy of a hologram prepared for the search of its fringes: outliers are replaced, the mean is subtracted, and a
+/// Hann window is multiplied.
 /// hologram  float32, two dimensions, contiguous
 image_ref tapered_without_outliers(engine& engine, const image_ref& hologram);
 
