@@ -113,7 +113,7 @@ void write_image(const std::filesystem::path& file, const image& pixels, display
     if (extension_of(file) == ".npy")
         write_npy(file, pixels);
     else
-        write_png(file, pixels, {.shown = shown, .shades = shades});
+        write_png(file, pixels, shown, shades);
 }
 
 }  // namespace zentrix::host

@@ -194,6 +194,14 @@ try {
     throw file_error{file, problem.what()};
 }
 
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)
+{
+    figure_style style;
+    style.shown = mode;
+    style.shades = shades;
+    write_png(file, pixels, style);
+}
+
 picture_texts texts_of(const shown_range& range)
 {
     const std::string shown = range.shades == palette::wave ? "wave" : word_for(range.shown);

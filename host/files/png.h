@@ -50,6 +50,10 @@ void write_png(const std::filesystem::path& file, const picture& shown, const pi
 shown_range write_png(const std::filesystem::path& file, const image& pixels, const figure_style& style,
                       const picture_texts& texts = {});
 
+/// The same without annotations, between the automatic limits.
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
+               palette shades = palette::grey);
+
 /// The range as texts of a picture: "Shown" is "phase"; "Limits" are "-0.25,1.5", unless it is in cyclic colours.
 picture_texts texts_of(const shown_range& range);
 

@@ -11,7 +11,10 @@ namespace zentrix::host {
 namespace {
 
 /// The part of the pixel from i to i + 1 that is between two edges.
-double share(int i, double from, double to) { return std::clamp(std::min(to, i + 1.0) - std::max(from, i + 0.0), 0.0, 1.0); }
+double share(int i, double from, double to)
+{
+    return std::clamp(std::min(to, i + 1.0) - std::max(from, i + 0.0), 0.0, 1.0);
+}
 
 struct pixel_range
 {
@@ -37,7 +40,7 @@ drawing::drawing(int width, int height)
     : width_{width}, height_{height}, shades_(static_cast<std::size_t>(width) * static_cast<std::size_t>(height))
 {}
 
-void drawing::set(int x, int y, colour ink, double opacity)
+void drawing::set(int x, int y, rgb ink, double opacity)
 {
     if (x < 0 || y < 0 || x >= width_ || y >= height_ || opacity <= 0) return;
     shade& below = at(x, y);
@@ -49,7 +52,7 @@ void drawing::set(int x, int y, colour ink, double opacity)
     below.opacity = total;
 }
 
-void drawing::fill(const box& area, colour ink, double opacity)
+void drawing::fill(const box& area, rgb ink, double opacity)
 {
     const auto columns = pixels_between(area.left, area.right, width_),
                rows = pixels_between(area.top, area.bottom, height_);
@@ -58,7 +61,7 @@ void drawing::fill(const box& area, colour ink, double opacity)
             set(x, y, ink, opacity * share(x, area.left, area.right) * share(y, area.top, area.bottom));
 }
 
-void drawing::line(std::span<const point> through, double width, colour ink, double opacity)
+void drawing::line(std::span<const point> through, double width, rgb ink, double opacity)
 {
     if (through.size() < 2) return;
     const double reach = width / 2 + 1;
@@ -90,7 +93,7 @@ void drawing::line(std::span<const point> through, double width, colour ink, dou
             set(x, y, ink, opacity * std::clamp(width / 2 + 0.5 - *distance++, 0.0, 1.0));
 }
 
-void drawing::frame(const box& area, double width, colour ink)
+void drawing::frame(const box& area, double width, rgb ink)
 {
     const double half = width / 2;
     const box outer{area.left - half, area.top - half, area.right + half, area.bottom + half};
@@ -100,7 +103,7 @@ void drawing::frame(const box& area, double width, colour ink)
     fill({area.right - half, area.top + half, outer.right, area.bottom - half}, ink);
 }
 
-void drawing::text(point at, double size, alignment aligned, std::string_view utf8, colour ink)
+void drawing::text(point at, double size, alignment aligned, std::string_view utf8, rgb ink)
 {
     const double width = text_width(utf8, size);
     const double left = at.x - (aligned == alignment::left ? 0 : aligned == alignment::centre ? width / 2 : width);
@@ -111,7 +114,7 @@ void drawing::text(point at, double size, alignment aligned, std::string_view ut
     });
 }
 
-void drawing::rising_text(point at, double size, std::string_view utf8, colour ink)
+void drawing::rising_text(point at, double size, std::string_view utf8, rgb ink)
 {
     const double bottom = at.y + text_width(utf8, size) / 2, row = std::ceil(bottom);
     const int base = static_cast<int>(std::lround(at.x));
@@ -125,11 +128,10 @@ void drawing::paste(const picture& from, int left, int top)
     const std::uint8_t* byte = from.bytes.data();
     for (int y = 0; y < from.height; ++y)
         for (int x = 0; x < from.width; ++x, byte += from.channels)
-            set(left + x, top + y, from.channels == 1 ? colour{*byte, *byte, *byte} : colour{byte[0], byte[1], byte[2]},
-                1);
+            set(left + x, top + y, from.channels == 1 ? rgb{*byte, *byte, *byte} : rgb{byte[0], byte[1], byte[2]}, 1);
 }
 
-void drawing::surround(double width, colour ink, double opacity)
+void drawing::surround(double width, rgb ink, double opacity)
 {
     const int reach = static_cast<int>(std::ceil(width));
     drawing below{width_, height_};

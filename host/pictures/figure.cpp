@@ -15,21 +15,32 @@ namespace {
 constexpr std::int64_t largest_side = 65535;
 constexpr int least_annotated_side = 512;  // so that letters are legible
 
-bool is_annotated(const figure_style& style)
-{
-    return style.scale_bar || style.colour_bar || !style.title.empty();
-}
+bool is_annotated(const figure_style& style) { return style.scale_bar || style.colour_bar || !style.title.empty(); }
 
 int enlargement_for(const image& pixels, const figure_style& style)
 {
     const std::int64_t longest = std::max(pixels.size(0), pixels.size(1));
-    const std::int64_t wanted = style.enlargement > 0      ? style.enlargement
-                                : is_annotated(style)      ? std::max<std::int64_t>(1, least_annotated_side / longest)
-                                                           : 1;
+    const std::int64_t wanted = style.enlargement > 0 ? style.enlargement
+                                : is_annotated(style) ? std::max<std::int64_t>(1, least_annotated_side / longest)
+                                                      : 1;
     if (wanted > 1 && longest * wanted > largest_side)
         throw script_error{"enlarged " + std::to_string(wanted) + " times, the picture would have more than " +
                            std::to_string(largest_side) + " pixels along a side"};
     return static_cast<int>(wanted);
+}
+
+std::string quantity_of(const image& pixels, const figure_style& style)
+{
+    if (!style.quantity.empty()) return style.quantity;
+    const bool is_complex = pixels.type().meaning == element_class::complex;
+    switch (style.shown) {
+        case display_mode::real: return is_complex ? "real part" : "value";
+        case display_mode::imaginary: return "imaginary part";
+        case display_mode::modulus: return "modulus";
+        case display_mode::log_modulus: return "ln modulus";
+        case display_mode::phase: return "phase (rad)";
+    }
+    return "";
 }
 
 }  // namespace
@@ -57,6 +68,7 @@ void figure::choose_limits(const image& pixels, const figure_style& style)
     const bool is_wave = style.shades == palette::wave;
     range_.shown = is_wave ? display_mode::phase : style.shown;
     range_.shades = style.shades;
+    range_.quantity = quantity_of(pixels, style);
     const display_mode limited = is_wave ? display_mode::modulus : style.shown;
     if (style.shades == palette::cyclic || style.rule == limits_rule::given) {
         range_.limits = style.limits;
@@ -79,8 +91,9 @@ void figure::add_scale_bar(const image& pixels)
     const double halo = std::max(1.0, letters_ / 14), edge = std::ceil(halo) + 1, gap = std::round(0.4 * letters_);
     const double across = std::max(length, text_width(bar.label, letters_));
     const double margin = std::round(0.7 * letters_) - edge;
-    drawing drawn{std::min(static_cast<int>(std::ceil(across + 2 * edge)), width_),
-                  std::min(static_cast<int>(std::ceil(2 * edge + capital_height(letters_) + gap + thickness)), height_)};
+    drawing drawn{
+        std::min(static_cast<int>(std::ceil(across + 2 * edge)), width_),
+        std::min(static_cast<int>(std::ceil(2 * edge + capital_height(letters_) + gap + thickness)), height_)};
     const double middle = edge + across / 2, bottom = drawn.height() - edge;
     drawn.fill({middle - length / 2, bottom - thickness, middle + length / 2, bottom}, white_paper);
     drawn.text({middle, bottom - thickness - gap}, letters_, alignment::centre, bar.label, white_paper);
@@ -112,7 +125,8 @@ void figure::add_margins(const figure_style& style)
 void figure::paint_next_row(std::uint8_t* bytes)
 {
     const int y = next_row_++, channels = channels_;
-    if (left_ > 0) std::fill_n(bytes, static_cast<std::size_t>(width_) * static_cast<std::size_t>(channels), std::uint8_t{255});
+    if (left_ > 0)
+        std::fill_n(bytes, static_cast<std::size_t>(width_) * static_cast<std::size_t>(channels), std::uint8_t{255});
     const int from_top = y - top_;
     std::uint8_t* to = bytes + static_cast<std::ptrdiff_t>(left_) * channels;
     if (from_top >= 0 && from_top < painter_->height() * enlargement_) {

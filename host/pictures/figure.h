@@ -28,6 +28,7 @@ struct figure_style
     bool scale_bar = false;
     bool colour_bar = false;  ///< or the wheel of the colours
     std::string title;
+    std::string quantity;  ///< name and unit of the values, for the colour bar; empty: that of `shown`
     int enlargement = 0;  ///< pixels of the picture along one of the image; 0: 1, and more for small annotated pictures
 };
 
@@ -38,6 +39,7 @@ struct shown_range
     palette shades = palette::grey;
     grey_limits limits;            ///< of the greys; of the modulus with palette::wave; not used by palette::cyclic
     std::size_t not_a_number = 0;  ///< pixels
+    std::string quantity;          ///< "phase (rad)"
 };
 
 /// The picture of an image with a scale bar, a colour bar and a title if these are wanted. Scale bar and its length
@@ -71,7 +73,7 @@ class figure
 
     shown_range range_;
     int enlargement_ = 1;
-    double letters_ = 0;  ///< size
+    double letters_ = 0;      ///< size
     int left_ = 0, top_ = 0;  ///< of the image in the picture
     int width_ = 0, height_ = 0, channels_ = 1;
     std::optional<picture_painter> painter_;

@@ -11,5 +11,6 @@ __asm__(READ_ONLY_DATA
         ".global zentrix_font_file\n"
         ".balign 16\n"
         "zentrix_font_file:\n"
-        ".incbin \"" ZENTRIX_FONT "\"\n"
+        ".incbin \"" ZENTRIX_FONT
+        "\"\n"
         ".text\n");

@@ -21,9 +21,9 @@ using value_source = std::function<void(const std::function<void(std::span<const
 /// What limits are chosen from.
 struct value_survey
 {
-    grey_limits quantiles;          ///< of 0.1 % and 99.9 % of the finite values; both 0 when no value is finite
-    grey_limits extremes;           ///< least and largest finite value; both 0 when no value is finite
-    std::size_t not_a_number = 0;   ///< values that are not a number
+    grey_limits quantiles;         ///< of 0.1 % and 99.9 % of the finite values; both 0 when no value is finite
+    grey_limits extremes;          ///< least and largest finite value; both 0 when no value is finite
+    std::size_t not_a_number = 0;  ///< values that are not a number
 };
 
 /// Reads the values three times; needs little memory, however many there are.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <numbers>
 
 #include "host/pictures/font.h"
@@ -19,22 +20,10 @@ struct bar_labels
     std::vector<std::string> texts;
 };
 
-std::string name_of(display_mode shown)
-{
-    switch (shown) {
-        case display_mode::real: return "real part";
-        case display_mode::imaginary: return "imaginary part";
-        case display_mode::modulus: return "modulus";
-        case display_mode::log_modulus: return "ln modulus";
-        case display_mode::phase: return "phase (rad)";
-    }
-    return "";
-}
-
 /// Round numbers between the limits, at most one for each of `room` places.
 bar_labels labels_of(const shown_range& range, int room)
 {
-    bar_labels labels{name_of(range.shown), {}, {}};
+    bar_labels labels{range.quantity, {}, {}};
     const double black = static_cast<double>(range.limits.black), white = static_cast<double>(range.limits.white);
     const double largest = std::max(std::abs(black), std::abs(white));
     const int exponent = largest > 0 ? static_cast<int>(std::floor(std::log10(largest))) : 0;
@@ -63,7 +52,7 @@ double widest(const std::vector<std::string>& texts, double size)
     return width;
 }
 
-void add_missing(drawing& drawn, double left, double bottom, double letters, colour ink)
+void add_missing(drawing& drawn, double left, double bottom, double letters, rgb ink)
 {
     const box area{left, bottom - letters, left + letters, bottom};
     drawn.fill(area, ink);
@@ -116,7 +105,7 @@ void add_wheel(drawing& drawn, point centre, double radius, bool is_disc)
                 std::clamp(radius + 0.5 - distance, 0.0, 1.0) * std::clamp(distance - hole + 0.5, 0.0, 1.0);
             if (covered == 0) continue;
             const auto phase = static_cast<float>(std::atan2(dy, dx)), modulus = static_cast<float>(distance / radius);
-            colour ink{};
+            rgb ink{};
             if (is_disc)
                 brightness.shade({&phase, 1}, {&modulus, 1}, ink.data());
             else
@@ -130,8 +119,9 @@ drawing wheel_of_colours(const shown_range& range, int height, double letters)
     const bool is_disc = range.shades == palette::wave;
     const double radius = std::round(2.1 * letters), gap = 0.3 * letters, capital = capital_height(letters);
     const double left = 0.6 * letters + text_width("π", letters) + gap;
-    const std::string modulus = "modulus 0 to " + number_label(static_cast<double>(range.limits.white), 3);
-    const double note_width = is_disc ? std::max(text_width("to 1.000", letters), 0.0) : 0;
+    char limit[40];
+    std::snprintf(limit, sizeof limit, "0 to %.3g", static_cast<double>(range.limits.white));
+    const double note = 0.85 * letters, note_width = is_disc ? text_width(limit, note) : 0;
     const double right = std::max(left + 2 * radius + gap + text_width("0", letters), note_width) + 0.3 * letters;
     drawing drawn{static_cast<int>(std::ceil(right)), height};
     const point centre{left + radius, std::ceil(capital + gap) + radius + 1};
@@ -143,8 +133,8 @@ drawing wheel_of_colours(const shown_range& range, int height, double letters)
     const double below = centre.y + radius + gap + capital;
     drawn.text({centre.x, below}, letters, alignment::centre, "\u2212π/2", black_ink);
     if (is_disc) {
-        drawn.text({centre.x, below + 1.6 * letters}, 0.85 * letters, alignment::centre, "modulus", black_ink);
-        drawn.text({centre.x, below + 2.7 * letters}, 0.85 * letters, alignment::centre, modulus.substr(8), black_ink);
+        drawn.text({centre.x, below + 1.6 * letters}, note, alignment::centre, "modulus", black_ink);
+        drawn.text({centre.x, below + 2.7 * letters}, note, alignment::centre, limit, black_ink);
     }
     if (range.not_a_number > 0) add_missing(drawn, 0.8 * letters, height - 1.0, letters, missing_in_colours);
     return drawn;

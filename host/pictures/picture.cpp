@@ -48,7 +48,8 @@ void paint_picture(const picture_painter& painter, picture& painted)
     painted.height = painter.height();
     painted.channels = painter.channels();
     const auto threads = threads_for(std::ptrdiff_t{painted.width} * painted.height);
-    std::vector<std::vector<float>> values(static_cast<std::size_t>(threads), std::vector<float>(painter.values_per_row()));
+    std::vector<std::vector<float>> values(static_cast<std::size_t>(threads),
+                                           std::vector<float>(painter.values_per_row()));
     for_each_row(painted.height, threads, [&](std::size_t thread, std::size_t y) {
         painter.paint_row(static_cast<int>(y), values[thread], &painted.bytes[row_bytes * y]);
     });

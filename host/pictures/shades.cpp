@@ -34,7 +34,11 @@ std::uint8_t channel_of(double intensity)
     return static_cast<std::uint8_t>(std::lround(255 * level));
 }
 
+/// Its inverse.
+double intensity_of(double level) { return level <= 0.04045 ? level / 12.92 : std::pow((level + 0.055) / 1.055, 2.4); }
+
 constexpr std::size_t phase_steps = 3600;
+constexpr int brightness_steps = 1023, largest_intensity = 65535;
 
 /// Colours on a circle of OKLab around the grey of that lightness. Phase 0 is blue, at a hue of 240 degrees; with the
 /// inclination, lightness grows to 90 degrees. Its entry phase_steps is its first again.
@@ -46,9 +50,9 @@ std::vector<intensities> circle(double lightness, double radius, double inclinat
         const double phase = 2 * std::numbers::pi * static_cast<double>(i % phase_steps) / phase_steps;
         const double u = radius * std::cos(phase), v = radius * std::sin(phase);
         const double level = v * std::cos(inclination_degrees * degree);  // towards green, at 150 degrees
-        colours.push_back(linear_srgb({lightness + v * std::sin(inclination_degrees * degree),
-                                       u * std::cos(hue) + level * std::sin(hue),
-                                       u * std::sin(hue) - level * std::cos(hue)}));
+        colours.push_back(
+            linear_srgb({lightness + v * std::sin(inclination_degrees * degree),
+                         u * std::cos(hue) + level * std::sin(hue), u * std::sin(hue) - level * std::cos(hue)}));
     }
     return colours;
 }
@@ -92,7 +96,7 @@ void grey_scale::shade_marking_missing(std::span<const float> values, std::uint8
     shade(values, channels);
     for (std::size_t i = values.size(); i-- > 0;) {  // from the end, where the greys are not overwritten yet
         const std::uint8_t grey = channels[i];
-        std::ranges::copy(std::isnan(values[i]) ? missing_in_grey : colour{grey, grey, grey}, channels + 3 * i);
+        std::ranges::copy(std::isnan(values[i]) ? missing_in_grey : rgb{grey, grey, grey}, channels + 3 * i);
     }
 }
 
@@ -110,11 +114,14 @@ void phase_colours::shade(std::span<const float> phases, std::uint8_t* channels)
             std::ranges::copy(std::isfinite(phase) ? colours_[step_of(phase)] : missing_in_colours, channels).out;
 }
 
-wave_colours::wave_colours(float brightest) : steps_{brightest > 0 ? 1.0 / static_cast<double>(brightest) : 0}
+wave_colours::wave_colours(float brightest)
+    : steps_{brightest > 0 ? static_cast<double>(brightness_steps) / static_cast<double>(brightest) : 0}
 {
     for (const auto& [red, green, blue] : circle(0.75, 0.127, 0))
         colours_.push_back({static_cast<float>(red), static_cast<float>(green), static_cast<float>(blue)});
-    for (int i = 0; i < 65536; ++i) levels_.push_back(channel_of(i / 65535.0));
+    for (int i = 0; i <= brightness_steps; ++i)
+        intensities_.push_back(static_cast<float>(largest_intensity * intensity_of(1.0 * i / brightness_steps)));
+    for (int i = 0; i <= largest_intensity; ++i) levels_.push_back(channel_of(1.0 * i / largest_intensity));
 }
 
 void wave_colours::shade(std::span<const float> phases, std::span<const float> moduli, std::uint8_t* channels) const
@@ -124,12 +131,13 @@ void wave_colours::shade(std::span<const float> phases, std::span<const float> m
             channels = std::ranges::copy(missing_in_colours, channels).out;
             continue;
         }
-        // Coordinates of OKLab are cube roots of intensities.
-        const auto brightness = static_cast<float>(std::min(steps_ == 0 ? 0 : moduli[i] * steps_, 1.0));
-        const float intensity = brightness * brightness * brightness * 65535;
-        for (const float part : colours_[step_of(phases[i])])
-            *channels++ = levels_[static_cast<std::size_t>(
-                static_cast<int>(std::clamp(part * intensity, 0.0F, 65535.0F) + 0.5F))];
+        const double step =
+            steps_ == 0 ? 0 : std::min<double>(static_cast<double>(moduli[i]) * steps_, brightness_steps);
+        const float intensity = intensities_[static_cast<std::size_t>(static_cast<int>(step + 0.5))];
+        for (const float part : colours_[step_of(phases[i])]) {
+            const float clamped = std::clamp(part * intensity, 0.0F, static_cast<float>(largest_intensity));
+            *channels++ = levels_[static_cast<std::size_t>(static_cast<int>(clamped + 0.5F))];
+        }
     }
 }
 

@@ -19,13 +19,13 @@ enum class palette
 };
 
 /// Red, green and blue of the sRGB colour space.
-using colour = std::array<std::uint8_t, 3>;
+using rgb = std::array<std::uint8_t, 3>;
 
 /// Pixels that are not a number, in grey pictures: vermilion, which people with any colour vision tell from grey (M.
 /// Okabe, K. Ito, Color Universal Design, 2008).
-constexpr colour missing_in_grey{213, 94, 0};
+constexpr rgb missing_in_grey{213, 94, 0};
 /// The same in pictures in colours, which have no other white.
-constexpr colour missing_in_colours{255, 255, 255};
+constexpr rgb missing_in_colours{255, 255, 255};
 
 /// Greys from 0 at black to 255 at white; 128 when the limits are equal, 0 for not-a-number.
 class grey_scale
@@ -57,13 +57,13 @@ class phase_colours
     void shade(std::span<const float> phases, std::uint8_t* channels) const;
 
   private:
-    std::vector<colour> colours_;
+    std::vector<rgb> colours_;
 };
 
 /// Colours of waves. The phase is a colour of constant lightness, on a horizontal circle of OKLab with the hues of
-/// phase_colours. The modulus is the brightness: lightness and chroma are proportional to it, from black at 0 to full
-/// colours at `brightest` and above. In the measure CIEDE2000, the largest difference of neighbouring phases is less
-/// than 1.8 times the smallest.
+/// phase_colours. The modulus is the brightness, as in a grey picture: from black at 0 to full colours at `brightest`
+/// and above. In the measure CIEDE2000, the largest difference of neighbouring phases is less than 1.7 times the
+/// smallest.
 class wave_colours
 {
   public:
@@ -74,9 +74,10 @@ class wave_colours
     void shade(std::span<const float> phases, std::span<const float> moduli, std::uint8_t* channels) const;
 
   private:
-    double steps_;                              ///< of brightness for a modulus of 1
+    double steps_;                               ///< of brightness for a modulus of 1
     std::vector<std::array<float, 3>> colours_;  ///< linear in intensity
-    std::vector<std::uint8_t> levels_;          ///< of a channel, for 65536 intensities
+    std::vector<float> intensities_;             ///< of the steps of brightness; the full colour has the last
+    std::vector<std::uint8_t> levels_;           ///< of a channel, for each intensity
 };
 
 }  // namespace zentrix::host

@@ -30,7 +30,10 @@ CLI::Option* add_show(CLI::App& command, host::display_mode& shown)
 
 host::grey_limits limits_for(const picture_options& picture)
 {
-    return host::limits_in(host::system_path(picture.limits_of), {.shown = picture.shown, .shades = picture.shades});
+    host::shown_range wanted;
+    wanted.shown = picture.shown;
+    wanted.shades = picture.shades;
+    return host::limits_in(host::system_path(picture.limits_of), wanted);
 }
 
 const char* word_for_shown(host::display_mode shown, host::palette shades)
@@ -149,8 +152,7 @@ void check_names(const std::string& output, const picture_options& picture)
 {
     host::require_writable_kind(host::system_path(output));
     check_picture_name(picture.png);
-    if (!picture.limits_of.empty())
-        limits_for(picture);
+    if (!picture.limits_of.empty()) limits_for(picture);
 }
 
 std::optional<host::shown_range> write_result(const std::string& output, const picture_options& picture,
@@ -178,8 +180,9 @@ std::string one_line(const host::shown_range& range)
     const std::string black = number_text(range.limits.black), white = number_text(range.limits.white);
     const std::string what = host::word_for(range.shown);
     std::string line = range.shades == host::palette::cyclic ? what + " in cyclic colours"
-                       : range.shades == host::palette::wave ? "wave, modulus from 0 (black) to " + white + " (bright)"
-                                                             : what + " from " + black + " (black) to " + white + " (white)";
+                       : range.shades == host::palette::wave
+                           ? "wave, modulus from 0 (black) to " + white + " (bright)"
+                           : what + " from " + black + " (black) to " + white + " (white)";
     if (range.not_a_number > 0)
         line += ", " + std::to_string(range.not_a_number) + " pixels that are not a number in " +
                 (range.shades == host::palette::grey ? "vermilion" : "white");

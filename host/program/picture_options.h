@@ -37,7 +37,7 @@ void check_names(const std::string& output, const picture_options& picture);
 ///        added to them
 /// Returns nothing unless a picture was written, be it `output` itself.
 std::optional<host::shown_range> write_result(const std::string& output, const picture_options& picture,
-                                        const host::image& pixels, const host::picture_texts& facts = {});
+                                              const host::image& pixels, const host::picture_texts& facts = {});
 
 /// "phase from -3.14 (black) to 3.14 (white), 12 pixels that are not a number in vermilion"
 std::string one_line(const host::shown_range& range);
