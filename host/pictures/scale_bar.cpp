@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstdio>
 
-#include "host/text/number_text.h"
-
 namespace zentrix::host {
 
 namespace {

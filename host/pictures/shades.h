@@ -70,7 +70,7 @@ class wave_colours
     explicit wave_colours(float brightest);
     /// phases    [rad]
     /// moduli    as many; black for all if `brightest` is not positive
-    /// channels  receives red, green and blue for each; missing_in_colours where the phase or the modulus is not a number
+    /// channels  receives red, green and blue for each; missing_in_colours where one of both is not a number
     void shade(std::span<const float> phases, std::span<const float> moduli, std::uint8_t* channels) const;
 
   private:

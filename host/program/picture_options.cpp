@@ -128,7 +128,7 @@ void add_picture_options(CLI::App& command, picture_options& picture)
     add_look(command, picture);
 }
 
-json look_of(const picture_options& picture)
+json choice_of(const picture_options& picture)
 {
     json look{{"shown", word_for_shown(picture.shown, picture.shades)}};
     if (picture.shades == host::palette::cyclic) look["colour"] = true;

@@ -25,8 +25,8 @@ void add_picture_options(CLI::App& command, picture_options& picture);
 /// Throws  host::file_error unless `name` is empty or ends in .png
 void check_picture_name(const std::string& name);
 
-/// The look of the picture: {"shown": "phase", "scale_bar": true}. Options that were not given are left out.
-json look_of(const picture_options& picture);
+/// How pictures are painted, for the record: {"shown": "phase", "scale_bar": true}. Options that were not given are left out.
+json choice_of(const picture_options& picture);
 
 /// Checks the names and limits before any work is done.
 /// Throws  host::file_error for a name that ends in something else and for a picture without limits
