@@ -5,6 +5,7 @@
 #include "python/arrays.h"
 #include "python/correction.h"
 #include "python/notation.h"
+#include "python/parameters.h"
 #include "python/session.h"
 #include "python/tags.h"
 #include "python/unwrapping.h"
@@ -109,6 +110,7 @@ PYBIND11_MODULE(_core, module)
     add_session(module);
     add_correction(module);
     add_notation(module);
+    add_parameters(module);
     add_unwrapping(module);
     module.def("notifications", &notifications);
     module.def("call_on_host_thread", &call_on_host_thread);

@@ -71,6 +71,7 @@ std::vector<file_task> plan_outputs(const std::vector<std::string>& inputs,
     for (const std::string& input : inputs) tasks.push_back({input, {}});
     std::map<fs::path, std::string> is_input;
     for (const std::string& input : inputs) is_input[resolved(input)] = input;
+    std::map<fs::path, std::string> written;
     for (const destination& where : destinations) {
         taken_names taken;
         const bool to_folder = is_folder(where.to);
@@ -81,6 +82,8 @@ std::vector<file_task> plan_outputs(const std::vector<std::string>& inputs,
             if (is_input.contains(resolved(output)))
                 throw file_error{system_path(output), "is an input and cannot be the result, too"};
             taken.add(output, task.input);
+            if (!written.emplace(resolved(output), output).second)
+                throw file_error{system_path(output), "two results would have this name"};
         }
     }
     return tasks;

@@ -98,8 +98,11 @@ void line_transform::operator()(std::complex<float>* from, std::complex<float>* 
 void require_memory_for_lines(std::ptrdiff_t longest, std::ptrdiff_t threads)
 {
     // Measured were up to 6.3 complex numbers per pixel of a line (for prime lengths), or 1.3 MB.
-    const auto bytes = (std::size_t{4} << 20) + 8 * sizeof(std::complex<float>) * static_cast<std::size_t>(longest) *
-                                                    static_cast<std::size_t>(threads);
+    // Other threads need a stack, too; 8 MiB is usual on Linux.
+    const auto stacks = (std::size_t{8} << 20) * static_cast<std::size_t>(std::max<std::ptrdiff_t>(threads - 1, 0));
+    const auto bytes =
+        stacks + (std::size_t{4} << 20) +
+        8 * sizeof(std::complex<float>) * static_cast<std::size_t>(longest) * static_cast<std::size_t>(threads);
     void* volatile const trial = std::malloc(bytes);  // volatile: the compiler may drop an unused allocation
     if (trial == nullptr) throw std::bad_alloc{};
     std::free(trial);

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <stdexcept>
 
 #include "host/parameters/json_file.h"
+#include "host/parameters/other_notation.h"
 #include "host/parameters/quantity.h"
 #include "lens/numbers.h"
 #include "lens/plausible_units.h"
@@ -167,6 +169,40 @@ bool same_letters(std::string_view a, std::string_view b)
            (near.empty() ? "" : ". Did you mean \"" + near + "\"?"));
 }
 
+/// Members that say something about the others. "model" repeats what the names of coefficients show.
+constexpr std::string_view not_parameters[] = {"comment", "uncertainties", "notation", "frame", "model"};
+
+/// The notation of the coefficients, as the file says or their names show; nothing for that of this program.
+std::optional<other_notation> notation_in(const json& object)
+{
+    std::optional<other_notation> shown_by_names;
+    for (const auto& member : object.items())
+        if (const auto one = notation_of_name(member.key()); one && (!shown_by_names || *one > *shown_by_names))
+            shown_by_names = one;  // C10 may be cartesian
+    if (!object.contains("notation")) return shown_by_names;
+    const std::string name = text_of("notation", object["notation"]);
+    const auto said = notation_named(name);
+    if (!said && name != "zentrix")
+        refuse(R"(notation is "zentrix", "polar", "cartesian", "corrector" or "nexus", not )" +
+               shown(object["notation"]));
+    return said;
+}
+
+/// With the members of "aberration_model", a group of NeXus files, in place of it.
+json with_model_unfolded(const json& object)
+{
+    const char group[] = "aberration_model";
+    if (!object.contains(group)) return object;
+    json all = object;
+    all.erase(group);
+    if (!object[group].is_object()) refuse(std::string{group} + " is an object, not " + shown(object[group]));
+    for (const auto& [name, value] : object[group].items()) {
+        if (all.contains(name)) refuse(shown_name(name) + " is given twice");
+        all[name] = value;
+    }
+    return all;
+}
+
 /// The command line has hyphens where Python has underscores.
 std::string with_underscores(std::string name)
 {
@@ -183,24 +219,33 @@ const char* name_of(lens::damping envelope)
 
 bool is_parameter(const std::string& name)
 {
-    return reader_of(with_underscores(name)) != nullptr || coefficient_named(name) != nullptr;
+    return reader_of(with_underscores(name)) || coefficient_named(name) || notation_of_name(name);
 }
 
 parameter_set parameters_in(const json& object)
 {
     if (!object.is_object()) refuse("expected an object of parameters, not " + shown(object));
+    const json all = with_model_unfolded(object);
+    const auto other = notation_in(all);
+    const file_frame frame = all.contains("frame") ? frame_in(all["frame"]) : file_frame{};
+    if (!other && all.contains("frame")) refuse(R"(frame is for the coefficients of another "notation")");
     parameter_set set;
-    for (const auto& [given, value] : object.items()) {
+    named_entries others;
+    for (const auto& [given, value] : all.items()) {
+        if (std::ranges::find(not_parameters, given) != std::end(not_parameters)) continue;
         const std::string name = with_underscores(given);
-        if (given == "comment" || given == "uncertainties") continue;
-        if (name != given && object.contains(name)) refuse(name + " is given twice");
+        if (name != given && all.contains(name)) refuse(name + " is given twice");
+        const auto* const about = coefficient_named(name);
         if (const auto* const reader = reader_of(name))
             reader->read(set, name, value);
-        else if (const auto* const about = coefficient_named(name))
+        else if (other)
+            others.emplace_back(given, &value);
+        else if (about)
             set.coefficients[about->which] = coefficient_in(*about, value);
         else
             refuse_unknown(given);
     }
+    if (other) set.coefficients = coefficients_in(others, *other, frame);
     if (set.kilovolts && set.wavelength_nm) refuse("kv and wavelength exclude each other: give one of them");
     return set;
 }

@@ -70,6 +70,18 @@ json as_json(const parameter_set& set)
     return object;
 }
 
+json as_json(const parameter_set& set, other_notation notation, const file_frame& frame)
+{
+    parameter_set without = set;
+    without.coefficients.clear();
+    json object{{"notation", name_of(notation)}};
+    const file_frame directions{"", "", frame.clockwise, frame.zero_degrees};  // each number has its unit
+    if (json written = as_json(directions); !written.empty()) object["frame"] = std::move(written);
+    object.update(as_json(without));
+    object.update(entries_of(set.coefficients, notation, frame));
+    return object;
+}
+
 void write_parameters(const std::filesystem::path& file, const parameter_set& parameters)
 {
     write_json(file, as_json(parameters));

@@ -15,5 +15,6 @@ void add_correct_command(CLI::App& app, const global_options& global);
 void add_aberrate_command(CLI::App& app, const global_options& global);
 void add_unwrap_command(CLI::App& app, const global_options& global);
 void add_panel_command(CLI::App& app, const global_options& global);
+void add_convert_command(CLI::App& app, const global_options& global);
 
 }  // namespace zentrix::program

@@ -55,9 +55,7 @@ json further_members(const lens_request& request)
     json more{{"removed", request.way == lens::direction::remove}};
     if (request.swept) more["sweep"] = request.swept->as_json();
     if (request.not_finite != nan_rule::refuse) more["nan"] = request.not_finite == nan_rule::zero ? "zero" : "mean";
-    if (!request.picture.png.empty() || request.output.ends_with(".png"))
-        more["picture"] = {{"shown", host::word_for(request.picture.shown)},
-                           {"colour", request.picture.shades == host::palette::cyclic}};
+    if (!request.picture.png.empty() || request.output.ends_with(".png")) more["picture"] = choice_of(request.picture);
     return more;
 }
 

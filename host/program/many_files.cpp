@@ -47,23 +47,14 @@ host::file_filter input_filter(const std::vector<host::destination>& destination
 
 std::string count_of(std::size_t files) { return std::to_string(files) + (files == 1 ? " file" : " files"); }
 
-void print_single(const host::file_outcome& outcome, bool in_json)
-{
-    std::cerr << outcome.notes;
-    if (in_json)
-        print(outcome.facts);
-    else
-        std::cout << outcome.text;
-}
-
 /// Shows the outcomes of several files as they come.
 class report
 {
   public:
-    report(std::size_t files, bool in_json)
+    report(std::size_t files, bool prints_values, bool in_json)
         : files_{files},
           in_json_{in_json},
-          draws_bar_{!in_json && host::is_terminal_for_bar()},
+          draws_bar_{!in_json && !prints_values && host::is_terminal_for_bar()},
           progress_{files, draws_bar_}
     {}
 
@@ -168,6 +159,15 @@ std::string example_of(const host::destination& where)
     return "result" + (where.ending.empty() ? ".npy" : where.ending);
 }
 
+void print_outcome(const host::file_outcome& outcome, const global_options& global)
+{
+    std::cerr << outcome.notes;
+    if (global.json)
+        print(outcome.facts);
+    else
+        std::cout << outcome.text;
+}
+
 void process_files(const many_files& files, const std::vector<host::destination>& destinations,
                    const global_options& global, const host::file_process& process)
 {
@@ -182,9 +182,9 @@ void process_files(const many_files& files, const std::vector<host::destination>
             throw usage_error{where.to + ": several results need a folder: end its name with /"};
     const auto tasks = host::plan_outputs(inputs, destinations);
     host::create_folders(destinations);
-    if (is_single) return print_single(process(tasks.front()), global.json);
+    if (is_single) return print_outcome(process(tasks.front()), global);
 
-    report shown{tasks.size(), global.json};
+    report shown{tasks.size(), files.prints_values, global.json};
     const auto listen = [&](const host::file_task& task, const host::file_outcome& outcome) {
         shown.add(task, outcome);
     };

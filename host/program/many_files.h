@@ -16,7 +16,8 @@ struct many_files
     std::vector<std::string> inputs;  ///< files, folders and patterns
     std::string suffix;               ///< --suffix, see destination_of
     int jobs = 1;
-    bool resumes = false;  ///< --continue: the command skips what is_done() says
+    bool resumes = false;        ///< --continue: the command skips what is_done() says
+    bool prints_values = false;  ///< the texts are what the user wants: no bar in their place
 };
 
 /// Adds --jobs. `files` must outlive `command`.
@@ -32,6 +33,9 @@ host::destination destination_of_pictures(const std::string& output, const many_
 
 /// A name of a result at the destination, to check its ending before any work is done; empty if none is wanted.
 std::string example_of(const host::destination& where);
+
+/// Prints the outcome of a single task.
+void print_outcome(const host::file_outcome& outcome, const global_options& global);
 
 /// Processes all files and prints what comes of them: for one file its text; for several a line for each, or a bar on a
 /// terminal, then what failed. With --json prints the facts, one line for each file. In a worker process, does the

@@ -7,6 +7,7 @@
 #include "host/batch/file_task.h"
 #include "host/parameters/record.h"
 #include "host/program/many_files.h"
+#include "host/program/picture_options.h"
 
 /// Results with their records, see host/parameters/record.h.
 namespace zentrix::program {

@@ -47,12 +47,13 @@ def test_installed_tree_is_complete(tmp_path):
     assert run(load).stdout.split() == [str(module / "zentrix/Zentrix64.so"), "112"]
     called = run(call)
     assert (called.returncode, called.stdout, called.stderr) == (0, "112\n", "")
-    for file in ("include/zentrix64/warp/warp.h", "share/doc/zentrix64/NOTICE", "share/doc/zentrix64/docs/python.md"):
+    for file in ("include/zentrix64/warp/warp.h", "share/doc/zentrix/NOTICE", "share/doc/zentrix/docs/python.md"):
         assert (tmp_path / file).is_file()
 
     # A library in the working directory, a folder above or its lib/ is not loaded: other users may have put it there.
     (module / "zentrix/Zentrix64.so").rename(tmp_path / "Zentrix64.so")
-    (tmp_path / "bin/Zentrix64.so").rename(tmp_path / "lib/Zentrix64.so")
+    (library,) = tmp_path.glob("lib/*/zentrix64/Zentrix64.so")
+    library.rename(tmp_path / "lib/Zentrix64.so")
     for command in (load, call):
         refused = run(command)
         assert refused.returncode == 1 and "Zentrix64.so" in refused.stderr

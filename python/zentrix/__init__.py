@@ -22,6 +22,7 @@ from ._core import version as __version__
 from ._correct import aberrate, correct
 from ._notation import from_notation, to_notation
 from ._panel import panel
+from ._parameters import read_parameters, write_parameters
 from ._phases import UnwrapReport, unwrap
 from ._ref import Ref
 from ._script_functions import make_function, nearest, parse
@@ -34,10 +35,12 @@ _FUNCTIONS = (
     ctf,
     from_notation,
     panel,
+    read_parameters,
     to_notation,
     transfer_function,
     unwrap,
     wavelength,
+    write_parameters,
 )
 _CLASSES = (ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]

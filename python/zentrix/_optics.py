@@ -48,7 +48,7 @@ class Optics:
     def __init__(self, caller, given):
         for name in given:
             if name not in PARAMETERS:
-                raise TypeError(f"{caller}() has no parameter {name!r}. {_advice(name)}")
+                raise TypeError(f"{caller}() has no parameter {name!r}. {advice(name)}")
         if "pixel" not in given:
             raise TypeError(f"{caller}() needs pixel, the pixel size in nm.")
         values = {**PARAMETERS, **given}
@@ -159,7 +159,7 @@ def tilt_parts(value):
     return tuple(reals(part, takes) for part in value)
 
 
-def _advice(name):
+def advice(name):
     if name == "remove":
         return "zentrix.correct removes aberrations, zentrix.aberrate applies them."
     for ours, theirs in OTHER_NAMES.items():

@@ -98,7 +98,8 @@ TEST(Call, WritesImagesToTheirFilesAndWorksInPlace)
     EXPECT_LT(support::largest_difference(pixels_of<float>(bench / "mean.npy"), pixels_of<float>(bench / "single.npy")),
               1e-5);
     EXPECT_EQ(bench.folder().files(),
-              (std::vector<std::string>{"a.npy", "mean.npy", "plain.npy", "sd.png", "single.npy", "vector.npy"}));
+              (std::vector<std::string>{"a.npy", "mean.npy", "plain.json", "plain.npy", "sd.json", "sd.png",
+                                        "single.json", "single.npy", "vector.json", "vector.npy"}));
 
     // The shifter twice is the identity; its source changes when it is also the destination.
     support::write_wave(bench / "w.npy", 8, 8, [](int x, int y) { return std::complex<float>(x + 1, y); });
