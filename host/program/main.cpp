@@ -101,6 +101,7 @@ int run(int argc, char** argv)
     add_aberrate_command(app, global);
     add_unwrap_command(app, global);
     add_convert_command(app, global);
+    add_ctf_command(app, global);
     add_panel_command(app, global);
     try {
         app.parse(reversed_words(global.words));
