@@ -16,7 +16,7 @@ if [ "${1:-}" = --panel ]; then
     job=panel
     shift
 fi
-if [ $# -eq 1 ]; then
+if [ $# -eq 1 ] && [[ $1 = *.npy ]]; then # other files may hold both
     example="./demo.sh $1 --kv 300 --pixel 0.05 --C1 -40"
     [ "$job" = correct ] || example="./demo.sh --panel $1 --kv 300 --pixel 0.05"
     echo "Voltage and pixel size of your wave are needed, for example: $example" >&2
@@ -64,10 +64,19 @@ correct() {
     fi
 
     # Correcting for no aberration gives a picture of the wave as it is.
-    local plain=(--wavelength 1 --pixel 1) mode
+    local plain=() mode word next=
+    for word in "${options[@]}"; do
+        case $next$word in
+        next* | --kv=* | --wavelength=* | --pixel=*) plain+=("$word") next= ;;
+        --kv | --wavelength | --pixel) plain+=("$word") next=next ;;
+        esac
+    done
     for mode in modulus phase; do
-        "$zentrix" correct "$wave" "${plain[@]}" --show "$mode" -o "$output/before-$mode.png" >/dev/null
-        "$zentrix" correct "$wave" "${options[@]}" --show "$mode" -o "$output/after-$mode.png" >/dev/null
+        local look=(--show "$mode" --scale-bar --colour-bar)
+        "$zentrix" correct "$wave" "${options[@]}" "${look[@]}" --title "after: $mode" \
+            -o "$output/after-$mode.png" >/dev/null
+        "$zentrix" correct "$wave" "${plain[@]}" "${look[@]}" --title "before: $mode" \
+            --limits-of "$output/after-$mode.png" -o "$output/before-$mode.png" >/dev/null
     done
     "$zentrix" correct "$wave" "${options[@]}" -o "$output/after.npy"
 

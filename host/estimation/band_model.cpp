@@ -58,38 +58,46 @@ std::vector<unknown> unknowns_of(std::span<const lens::coefficient> coefficients
     std::vector<unknown> result;
     for (const auto which : sorted) {
         result.push_back({which});
-        if (lens::traits(which).symmetry != 0) result.push_back({which, true});
+        if (lens::traits(which).symmetry != 0) result.push_back({which, unknown::part::imaginary});
     }
     return result;
 }
 
-double value_of(const lens::aberrations& lens, const unknown& one)
+double value_of(const imaging& lens, const unknown& one)
 {
+    if (one.what == unknown::part::contrast) return lens.contrast;
     const auto value = lens.in_nanometres(one.which);
-    return one.is_imaginary ? value.imag() : value.real();
+    return one.what == unknown::part::imaginary ? value.imag() : value.real();
 }
 
-void add_to(lens::aberrations& lens, const unknown& one, double nanometres)
+void add_to(imaging& lens, const unknown& one, double nanometres)
 {
+    if (one.what == unknown::part::contrast) {
+        lens.contrast += nanometres;
+        return;
+    }
     const auto& about = lens::traits(one.which);
     lens::polar& value = lens[one.which];
     if (about.symmetry == 0) {
         value.modulus += nanometres / about.nanometres;
         return;
     }
-    const auto sum = lens.in_nanometres(one.which) +
-                     (one.is_imaginary ? std::complex{0.0, nanometres} : std::complex{nanometres, 0.0});
+    const auto sum =
+        lens.in_nanometres(one.which) +
+        (one.what == unknown::part::imaginary ? std::complex{0.0, nanometres} : std::complex{nanometres, 0.0});
     value = {std::abs(sum) / about.nanometres, std::arg(sum) * 180 / std::numbers::pi};
 }
 
-band_model::band_model(const wave_spectrum& spectrum, double resolution, const lens::optics& base,
+band_model::band_model(const wave_spectrum& spectrum, double resolution, const lens::optics& base, const imaging& at,
                        std::vector<unknown> unknowns, double margin)
     : base_{base},
+      at_{at},
       unknowns_{std::move(unknowns)},
       resolution_{resolution},
       step_x_{1 / (static_cast<double>(spectrum.width) * spectrum.pixel_nm)},
       step_y_{1 / (static_cast<double>(spectrum.height) * spectrum.pixel_nm)}
 {
+    base_.lens = at;
     width_ = cut_size(resolution, step_x_, spectrum.width);
     height_ = cut_size(resolution, step_y_, spectrum.height);
     cut_out(spectrum);
@@ -115,7 +123,8 @@ void band_model::cut_out(const wave_spectrum& spectrum)
             if (here.x < 0) here.x = x;
             ++here.count;
             const auto at = (ky + spectrum.height / 2) * spectrum.width + kx + spectrum.width / 2;
-            const std::complex<double> value{spectrum.values[static_cast<std::size_t>(at)]};
+            const std::complex<double> value = std::complex<double>{spectrum.values[static_cast<std::size_t>(at)]} *
+                                               std::polar(1.0, kx == 0 && ky == 0 ? 0 : at_.contrast);
             const auto transfer = lens::transfer_value(arguments, {gx, -gy});
             const double damping = std::abs(transfer);
             spectrum_.emplace_back(value * std::conj(transfer) / damping * scale / std::max(damping, least_envelope));
@@ -132,12 +141,18 @@ void band_model::make_basis()
     const std::complex<double> tilt = base_.tilt_mrad * 1e-3;
     std::vector<double> terms(n * count), rms(n);
     for (std::size_t j = 0; j < n; ++j) {
-        const auto [which, is_imaginary] = unknowns_[j];
-        const auto part = [is_imaginary](std::complex<double> term) {
+        const auto [which, what] = unknowns_[j];
+        auto* out = terms.data() + j * count;
+        if (what == unknown::part::contrast) {
+            for (const row& here : rows_)
+                for (std::ptrdiff_t i = 0; i < here.count; ++i)
+                    *out++ = here.x + i == width_ / 2 && here.y == height_ / 2 ? 0 : 1;
+            continue;
+        }
+        const auto part = [is_imaginary = what == unknown::part::imaginary](std::complex<double> term) {
             return is_imaginary ? -term.imag() : term.real();
         };
         const double at_zero = part(lens::aberration_term(which, tilt));
-        auto* out = terms.data() + j * count;
         for (const row& here : rows_)
             for (std::ptrdiff_t i = 0; i < here.count; ++i) {
                 const std::complex<double> g{static_cast<double>(here.x + i - width_ / 2) * step_x_,
@@ -214,18 +229,29 @@ std::vector<double> band_model::to_nanometres(std::span<const double> variables)
     return result;
 }
 
-lens::optics band_model::optics_at(std::span<const double> variables) const
+std::vector<double> band_model::along_variables(std::span<const double> gradient) const
 {
-    lens::optics result = base_;
-    const auto nanometres = to_nanometres(variables);
-    for (std::size_t i = 0; i < unknowns_.size(); ++i) add_to(result.lens, unknowns_[i], nanometres[i]);
+    const std::size_t n = unknowns_.size();
+    std::vector<double> result{gradient.begin(), gradient.end()};  // L^-1 gradient
+    for (std::size_t i = 0; i < n; ++i) {
+        for (std::size_t j = 0; j < i; ++j) result[i] -= factor_[i * n + j] * result[j];
+        result[i] /= factor_[i * n + i];
+    }
     return result;
 }
 
-std::vector<double> band_model::variables_of(const lens::aberrations& lens) const
+imaging band_model::imaging_at(std::span<const double> variables) const
+{
+    imaging result = at_;
+    const auto nanometres = to_nanometres(variables);
+    for (std::size_t i = 0; i < unknowns_.size(); ++i) add_to(result, unknowns_[i], nanometres[i]);
+    return result;
+}
+
+std::vector<double> band_model::variables_of(const imaging& lens) const
 {
     std::vector<double> nanometres;
-    for (const auto& one : unknowns_) nanometres.push_back(value_of(lens, one) - value_of(base_.lens, one));
+    for (const auto& one : unknowns_) nanometres.push_back(value_of(lens, one) - value_of(at_, one));
     return to_variables(nanometres);
 }
 

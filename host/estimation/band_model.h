@@ -12,21 +12,33 @@
 
 namespace zentrix::host {
 
-/// A number that is searched: a round coefficient, or one of the two components of another.
+/// What makes an aberrated wave of a phase object's wave, in this search.
+struct imaging : lens::aberrations
+{
+    /// Angle of the scattered wave against that of a phase object, added to chi at all frequencies but zero [rad]. An
+    /// object that absorbs in proportion to its phase has a positive one, about the ratio of both.
+    double contrast = 0;
+};
+
+/// A number that is searched.
 struct unknown
 {
+    enum class part
+    {
+        real,       ///< of a coefficient; the only one of a round coefficient
+        imaginary,  ///< of a coefficient
+        contrast    ///< imaging::contrast; `which` is not used
+    };
     lens::coefficient which;
-    bool is_imaginary = false;
-
-    friend bool operator==(const unknown&, const unknown&) = default;
+    part what = part::real;
 };
 
 /// The unknowns of these coefficients in a fixed order, lower powers of the angle first.
 std::vector<unknown> unknowns_of(std::span<const lens::coefficient> coefficients);
 
-/// The value of an unknown in nanometres, and its change.
-double value_of(const lens::aberrations& lens, const unknown& one);
-void add_to(lens::aberrations& lens, const unknown& one, double nanometres);
+/// The value of an unknown in nanometres (the contrast: radians), and its change.
+double value_of(const imaging& lens, const unknown& one);
+void add_to(imaging& lens, const unknown& one, double nanometres);
 
 enum class criterion
 {
@@ -42,10 +54,11 @@ class band_model
   public:
     /// spectrum    must outlive the model
     /// resolution  highest frequency [1/nm]
-    /// base        optics at which all variables are zero; the spectrum is divided by their envelope, but by
+    /// base        wavelength, widths and tilt; the spectrum is divided by their envelope, but by
     ///             a fifth at least
+    /// at          coefficients and contrast where all variables are zero; those of `base` are not used
     /// margin      width of the weight's soft edge over that of the wave; 0: all pixels count alike
-    band_model(const wave_spectrum& spectrum, double resolution, const lens::optics& base,
+    band_model(const wave_spectrum& spectrum, double resolution, const lens::optics& base, const imaging& at,
                std::vector<unknown> unknowns, double margin);
 
     std::size_t variables() const noexcept { return unknowns_.size(); }
@@ -58,13 +71,15 @@ class band_model
     /// Share of the cut-out that the band fills, about pi / 4.
     double filled() const noexcept { return filled_; }
 
-    /// The optics at a point.
-    lens::optics optics_at(std::span<const double> variables) const;
-    /// The point that is nearest to these optics.
-    std::vector<double> variables_of(const lens::aberrations& lens) const;
+    /// Coefficients and contrast at a point.
+    imaging imaging_at(std::span<const double> variables) const;
+    /// The point for these values of the unknowns.
+    std::vector<double> variables_of(const imaging& lens) const;
     /// Changes of the unknowns [nm] to changes of the variables and back.
     std::vector<double> to_variables(std::span<const double> nanometres) const;
     std::vector<double> to_nanometres(std::span<const double> variables) const;
+    /// A gradient towards the unknowns [1/nm] as one towards the variables.
+    std::vector<double> along_variables(std::span<const double> gradient) const;
 
     std::span<const float> weights() const noexcept { return weights_; }
     std::ptrdiff_t width() const noexcept { return width_; }
@@ -84,6 +99,7 @@ class band_model
     void make_weights(double margin);
 
     lens::optics base_;
+    imaging at_;
     std::vector<unknown> unknowns_;
     double resolution_, noise_variance_ = 0, weight_norm_ = 0, filled_ = 0;
     std::ptrdiff_t width_ = 0, height_ = 0;

@@ -5,22 +5,47 @@
 
 namespace zentrix::host {
 
+namespace {
+
+/// The value times the factor that holds the unknowns near plausible sizes; changes the gradient accordingly.
+double hold(const band_model& model, const std::vector<double>& usual, std::span<const double> at, double value,
+            std::span<double> gradient)
+{
+    constexpr double strength = 1e-3;
+    const auto& unknowns = model.unknowns();
+    const imaging lens = model.imaging_at(at);
+    double sum = 0;
+    std::vector<double> slopes(unknowns.size());
+    for (std::size_t i = 0; i < unknowns.size(); ++i) {
+        const double size = value_of(lens, unknowns[i]) / usual[i];
+        sum += size * size;
+        slopes[i] = 2 * size / usual[i];
+    }
+    const double factor = 1 + strength * sum;
+    const auto along = model.along_variables(slopes);
+    for (std::size_t i = 0; i < gradient.size(); ++i) gradient[i] = gradient[i] * factor + value * strength * along[i];
+    return value * factor;
+}
+
+}  // namespace
+
 bool descend_all(search_run& run, const band_model& model, criterion what, std::vector<candidate>& candidates,
-                 const search_limits& limits)
+                 const search_limits& limits, const std::vector<double>* usual)
 {
     const bool goes_on = run.for_each(candidates.size(), [&](std::size_t item) {
         band_evaluator evaluate{model};
         const auto function = [&](std::span<const double> at, std::span<double> gradient) {
             run.evaluated();
             const double value = evaluate(what, at, gradient);
-            if (what == criterion::modulus_variance) return value;
+            if (what == criterion::modulus_variance)
+                return usual != nullptr ? hold(model, *usual, at, value, gradient) : value;
             for (double& one : gradient) one = -one;
             return -value;
         };
         candidate& one = candidates[item];
         const minimum found = descend(function, model.variables_of(one.lens), limits);
         if (found.stopped) return;
-        one.lens = model.optics_at(found.at).lens;
+        one.lens = model.imaging_at(found.at);
         one.value = found.value;
     });
     if (goes_on) std::ranges::stable_sort(candidates, {}, &candidate::value);

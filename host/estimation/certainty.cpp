@@ -110,17 +110,19 @@ try {
 double superiority(band_evaluator& evaluate, const band_model& model, std::span<const double> a,
                    std::span<const double> b)
 {
+    // Small tiles, but larger than what one pixel of the object is blurred to by wrong coefficients.
+    const std::ptrdiff_t across = std::clamp<std::ptrdiff_t>(std::min(model.width(), model.height()) / 12, 4, 16);
     const auto variances = [&](std::span<const double> at) {
         const auto& wave = evaluate.wave_at(at);
         const auto& weights = model.weights();
         double mean = 0;
         for (std::size_t i = 0; i < wave.size(); ++i) mean += double{weights[i]} * std::abs(wave[i]);
-        std::vector<double> sums(tiles * tiles);
+        std::vector<double> sums(static_cast<std::size_t>(across * across));
         for (std::ptrdiff_t y = 0; y < model.height(); ++y)
             for (std::ptrdiff_t x = 0; x < model.width(); ++x) {
                 const auto i = static_cast<std::size_t>(y * model.width() + x);
                 const double off = std::abs(wave[i]) / mean - 1;
-                sums[static_cast<std::size_t>(y * tiles / model.height() * tiles + x * tiles / model.width())] +=
+                sums[static_cast<std::size_t>(y * across / model.height() * across + x * across / model.width())] +=
                     double{weights[i]} * off * off;
             }
         return sums;

@@ -6,6 +6,7 @@
 #include <numbers>
 #include <stdexcept>
 
+#include "host/estimation/amplitude_search.h"
 #include "host/estimation/phase_search.h"
 #include "host/estimation/search_run.h"
 #include "host/estimation/wave_spectrum.h"
@@ -56,10 +57,15 @@ constexpr double largest_noise = 0.38;
 /// Share of the modulus' variance that a phase object leaves.
 constexpr double largest_misfit = 0.15;
 
-std::string doubt_of_all(const wave_spectrum& spectrum, const phase_solution& found)
+std::string doubt_of_noise(double noise)
 {
-    if (spectrum.noise > largest_noise)
-        return "the noise is " + std::to_string(std::lround(100 * spectrum.noise)) + " % of the mean modulus";
+    return noise > largest_noise ? "the noise is " + std::to_string(std::lround(100 * noise)) + " % of the mean modulus"
+                                 : "";
+}
+
+std::string doubt_of_all(const estimate& result, const phase_solution& found)
+{
+    if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
     if (found.misfit > largest_misfit)
         return "the modulus varies at every focus: the object does not change the phase only";
     return found.even_doubt;
@@ -80,7 +86,7 @@ void fill_coefficient(estimated_coefficient& one, const phase_solution& found, c
     one.reason = doubt;
     double variance = 0, components = 0, largest_chi = 0;
     for (std::size_t i = 0; i < found.unknowns.size() && i < found.covariance.size(); ++i) {
-        if (found.unknowns[i].which != one.which) continue;
+        if (found.unknowns[i].which != one.which || found.unknowns[i].what == unknown::part::contrast) continue;
         variance += found.covariance(i, i);
         ++components;
         largest_chi = std::max(largest_chi, std::sqrt(found.covariance(i, i)) * found.chi_per_unit[i]);
@@ -88,15 +94,16 @@ void fill_coefficient(estimated_coefficient& one, const phase_solution& found, c
     if (components == 0) return;
     one.uncertainty = std::sqrt(variance / components) / about.nanometres;
     if (one.reason.empty() && !(largest_chi < largest_alone)) one.reason = "the criterion hardly depends on it";
-    const lens::polar& value = found.setup.lens[one.which];
+    const lens::polar& value = found.lens[one.which];
     if (about.symmetry != 0)
         one.angle_uncertainty =
             std::min(180.0, std::atan2(one.uncertainty, std::abs(value.modulus)) * 180 / std::numbers::pi);
+    one.found = value;
     one.determined = one.reason.empty();
     if (one.determined) one.value = value;
 }
 
-void fill(estimate& result, const wave_spectrum& spectrum, const phase_solution& found)
+void fill(estimate& result, const phase_solution& found)
 {
     result.object = specimen_kind::phase;
     result.criterion = found.used_skewness
@@ -105,7 +112,7 @@ void fill(estimate& result, const wave_spectrum& spectrum, const phase_solution&
     result.resolution = found.resolution;
     result.starts = found.starts;
     result.agreeing = found.agreeing;
-    std::string doubt = doubt_of_all(spectrum, found), odd_doubt = found.odd_doubt;
+    std::string doubt = doubt_of_all(result, found), odd_doubt = found.odd_doubt;
     const double even = variance_of(found, false), odd = variance_of(found, true);
     constexpr char flat[] = "the criterion hardly depends on it";
     if (doubt.empty() && !(std::sqrt(even) < largest_together)) doubt = flat;
@@ -116,6 +123,74 @@ void fill(estimate& result, const wave_spectrum& spectrum, const phase_solution&
         if (one.determined) result.setup.lens[one.which] = one.value;
     }
     result.chi_uncertainty = std::sqrt(even + (odd_doubt.empty() ? odd : 0));
+}
+
+/// Why an amplitude object's focus is not determined.
+std::string doubt_of_focus(const estimate& result, const amplitude_solution& found)
+{
+    constexpr double least_prominence = 1.05;
+    if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
+    if (found.is_at_end) return "the sharpest focus is at the end of the range";
+    if (found.prominence < least_prominence) return "no focus is clearly sharper than others";
+    if (found.agreeing < 4) return "parts of the wave are sharpest at different foci";
+    return "";
+}
+
+/// Returns whether anything is determined.
+bool fill(estimate& result, const lens::optics& setup, const amplitude_solution& found)
+{
+    result.object = specimen_kind::amplitude;
+    result.criterion = "greatest sharpness: Tamura's coefficient of the gradient of the modulus";
+    result.resolution = found.resolution;
+    result.starts = found.starts;
+    result.agreeing = found.agreeing;
+    result.chi_uncertainty = 0;
+    result.setup = setup;
+    const std::string doubt = doubt_of_focus(result, found);
+    for (auto& one : result.coefficients) {
+        const bool is_focus = one.which == lens::coefficient::C1, is_astigmatism = one.which == lens::coefficient::A1;
+        one.value = setup.lens[one.which];
+        one.found = found.lens[one.which];
+        one.uncertainty = is_focus         ? found.c1_uncertainty
+                          : is_astigmatism ? std::sqrt(std::norm(found.a1_uncertainty) / 2)
+                                           : 0;
+        one.angle_uncertainty =
+            is_astigmatism ? std::min(180.0, std::atan2(one.uncertainty, one.found.modulus) * 180 / std::numbers::pi)
+                           : 0;
+        one.reason = doubt;
+        if (!is_focus && !is_astigmatism) one.reason = "the sharpness of an amplitude object shows C1 and A1 only";
+        if (one.reason.empty() && one.uncertainty > found.tolerance) one.reason = "parts of the wave disagree";
+        one.determined = one.reason.empty();
+        if (one.determined) result.setup.lens[one.which] = one.value = one.found;
+    }
+    return result.any_determined();
+}
+
+void mark_stopped(estimate& result, const lens::optics& setup)
+{
+    result.stopped = true;
+    result.setup = setup;
+    for (auto& one : result.coefficients) {
+        one.value = setup.lens[one.which];
+        one.determined = false;
+        one.reason = "the search was stopped";
+    }
+}
+
+/// Returns false if the search was stopped.
+bool search(estimate& result, search_run& run, const search_task& task, specimen_kind object)
+{
+    if (object != specimen_kind::amplitude) {
+        const auto found = search_phase_object(run, task);
+        if (!found) return false;
+        fill(result, *found);
+        if (object == specimen_kind::phase || found->misfit <= largest_misfit) return true;
+    }
+    const auto found = search_amplitude_object(run, task);
+    if (!found) return false;
+    estimate focus = result;
+    if (fill(focus, task.start, *found) || object == specimen_kind::amplitude) result = focus;
+    return true;
 }
 
 }  // namespace
@@ -142,13 +217,9 @@ estimate estimate_aberrations(const image& wave, const lens::optics& setup, cons
         result.coefficients.push_back(one);
     }
     result.noise = spectrum.noise;
-    const auto found = search_phase_object(run, {spectrum, setup, sorted, options.defocus});
-    if (found)
-        fill(result, spectrum, *found);
-    else {
-        result.stopped = true;
-        for (auto& one : result.coefficients) one.reason = "the search was stopped";
-    }
+    const search_task task{spectrum, setup, sorted, options.defocus};
+    if (!search(result, run, task, options.object)) mark_stopped(result, setup);
+    if (progress && !result.stopped) progress(1, result.setup);
     result.evaluations = run.evaluations();
     result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     return result;

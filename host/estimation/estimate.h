@@ -53,6 +53,7 @@ struct estimated_coefficient
                                    ///< with an angle, of each component
     double angle_uncertainty = 0;  ///< standard deviation [degrees]; 0 for a round coefficient
     bool determined = false;
+    lens::polar found;   ///< where the search ended; of no value unless it is determined
     std::string reason;  ///< why it is not determined: one sentence without full stop
 };
 

@@ -11,12 +11,25 @@ namespace zentrix::host {
 
 namespace {
 
-bool is_odd(const unknown& one) { return !lens::is_even(one.which); }
+bool is_odd(const unknown& one) { return one.what != unknown::part::contrast && !lens::is_even(one.which); }
 
 /// Minima are different when their aberration functions differ by this. [rad rms]
 constexpr double different = 0.5;
 /// Standard deviations by which the best minimum has to be better than another one.
 constexpr double clear = 4;
+
+/// What a coefficient of a microscope that is far out of trim changes chi by in the whole band. [rad rms]
+double usual_chi(lens::coefficient which)
+{
+    switch (which) {
+        case lens::coefficient::C1: return 60;
+        case lens::coefficient::C3: return 15;
+        case lens::coefficient::A1: return 10;
+        case lens::coefficient::B2:
+        case lens::coefficient::A2: return 5;
+        default: return 2;
+    }
+}
 
 class phase_search
 {
@@ -29,7 +42,7 @@ class phase_search
 
     std::optional<phase_solution> search()
     {
-        result_.setup = task_.start;
+        result_.lens = {task_.start.lens};
         result_.unknowns = unknowns_;
         result_.resolution = resolution_;
         if (!search_even()) return std::nullopt;
@@ -39,23 +52,25 @@ class phase_search
     }
 
   private:
-    band_model model(double part, const lens::aberrations& base, const std::vector<unknown>& unknowns) const
+    band_model model(double part, const imaging& at, const std::vector<unknown>& unknowns) const
     {
-        lens::optics setup = task_.start;
-        setup.lens = base;
-        return {task_.spectrum, part * resolution_, setup, unknowns, task_.margin()};
+        return {task_.spectrum, part * resolution_, task_.start, at, unknowns, task_.margin()};
     }
 
+    std::vector<double> usual_sizes(const std::vector<unknown>& unknowns) const;
     bool search_even();
     bool search_odd();
-    bool propose_odd(const lens::aberrations& even);
+    bool grow_odd();
+    bool propose_odd(const imaging& even);
     bool decide();
-    std::optional<stationary_point> settle_by(const band_model& last, criterion odd, const lens::aberrations& from);
+    bool fit_contrast(imaging& best);
+    std::optional<stationary_point> settle_by(const band_model& last, criterion odd, const imaging& from);
     double odd_uncertainty(const stationary_point& found) const;
     void judge_even(const band_model& last, band_evaluator& evaluate, const std::vector<double>& best);
     void judge_odd(const band_model& last, band_evaluator& evaluate, const stationary_point& chosen,
                    const std::optional<stationary_point>& by_variance);
-    void report(const band_model& last, const stationary_point& found);
+    void report(const band_model& last, const band_model& of, const stationary_point& found);
+    bool polish(const band_model& last, const stationary_point& found);
 
     search_run& run_;
     const search_task& task_;
@@ -66,36 +81,70 @@ class phase_search
     phase_solution result_;
 };
 
-/// Starts of C1 so close that one of them is within 1 rad of the truth at the edge of the lowest band.
+/// Starts of C1 so close that one of them is within 1 rad of the truth at the edge of the lowest band; each without
+/// astigmatism and with some in four directions.
 std::vector<candidate> defocus_starts(const search_task& task, double lowest_band)
 {
     std::vector<candidate> starts;
+    const auto is_free = [&](lens::coefficient which) {
+        return std::ranges::find(task.free, which) != task.free.end();
+    };
     const double middle = task.start.lens[lens::coefficient::C1].modulus;
-    candidate first{task.start.lens};
-    if (std::ranges::find(task.free, lens::coefficient::C1) == task.free.end()) return {first};
     const double step = 1 / (std::numbers::pi * task.start.wavelength_nm * lowest_band * lowest_band);
     constexpr int steps = 12, most = 400;
     const search_range range = task.defocus.value_or(search_range{middle - steps * step, middle + steps * step});
     const int count =
         1 + static_cast<int>(std::clamp(std::ceil((range.highest - range.lowest) / step), 1.0, double{most}));
     for (int i = 0; i < count; ++i) {
-        first.lens[lens::coefficient::C1].modulus = range.lowest + (range.highest - range.lowest) * i / (count - 1);
+        candidate first{{task.start.lens}};
+        if (is_free(lens::coefficient::C1))
+            first.lens[lens::coefficient::C1].modulus = range.lowest + (range.highest - range.lowest) * i / (count - 1);
         starts.push_back(first);
+        for (int turn = 0; turn < 4 && is_free(lens::coefficient::A1); ++turn) {
+            candidate turned = first;
+            add_to(turned.lens, {lens::coefficient::A1, turn % 2 == 0 ? unknown::part::real : unknown::part::imaginary},
+                   turn < 2 ? 2 * step : -2 * step);
+            starts.push_back(turned);
+        }
+        if (!is_free(lens::coefficient::C1)) break;
     }
     return starts;
 }
 
 constexpr double bands[] = {1.0 / 3, 0.5, 2.0 / 3, 5.0 / 6, 1};
 
+/// These sizes in nanometres.
+std::vector<double> phase_search::usual_sizes(const std::vector<unknown>& unknowns) const
+{
+    std::vector<double> sizes;
+    for (const auto& one : unknowns) {
+        // The rms over a disc of a term of order n that is 1 at its edge: 1 / sqrt(n + 1), and with an angle that over
+        // sqrt(2).
+        const double edge = 2 * std::numbers::pi / task_.start.wavelength_nm *
+                            std::abs(lens::aberration_term(one.which, task_.start.wavelength_nm * resolution_));
+        const double turns = lens::traits(one.which).symmetry != 0 ? 2 : 1;
+        const double chi = edge / std::sqrt((lens::order_of(one.which) + 1) * turns);
+        sizes.push_back(usual_chi(one.which) / chi);
+    }
+    return sizes;
+}
+
 bool phase_search::search_even()
 {
-    constexpr std::size_t keep[] = {400, 12, 8, 6, 6};
+    constexpr std::size_t keep[] = {40, 20, 12, 8, 8};
     minima_ = defocus_starts(task_, bands[0] * resolution_);
     result_.starts = minima_.size();
     for (std::size_t i = 0; i < std::size(bands); ++i) {
         run_.begin(0.1 * static_cast<double>(i + 1));
-        const band_model band = model(bands[i], task_.start.lens, unknowns_);
-        if (!descend_all(run_, band, criterion::modulus_variance, minima_, {1e-3, 1e-6, 100})) return false;
+        // Terms of higher order hardly matter in low bands and would drift.
+        constexpr double matters = 0.7;  // rad
+        std::vector<unknown> searched;
+        for (const auto& one : even_)
+            if (usual_chi(one.which) * std::pow(bands[i], lens::order_of(one.which)) > matters) searched.push_back(one);
+        if (searched.empty()) continue;
+        const band_model band = model(bands[i], {task_.start.lens}, searched);
+        const auto usual = usual_sizes(searched);
+        if (!descend_all(run_, band, criterion::modulus_variance, minima_, {1e-2, 1e-5, 60}, &usual)) return false;
         join_close(band, minima_, 0.2, keep[i]);
         lens::optics shown = task_.start;
         shown.lens = minima_.front().lens;
@@ -105,12 +154,25 @@ bool phase_search::search_even()
     return true;
 }
 
+/// Odd coefficients by the variance of the modulus, in growing bands from the best minimum so far.
+bool phase_search::grow_odd()
+{
+    std::vector<candidate> grown{minima_.front()};
+    const auto usual = usual_sizes(unknowns_);
+    for (const double part : bands)
+        if (!descend_all(run_, model(part, {task_.start.lens}, unknowns_), criterion::modulus_variance, grown,
+                         {1e-2, 1e-6, 80}, part < 1 ? &usual : nullptr))
+            return false;
+    minima_.push_back(grown.front());
+    return true;
+}
+
 /// Odd coefficients by skewness from several starts in several first bands, with the even ones given.
-bool phase_search::propose_odd(const lens::aberrations& even)
+bool phase_search::propose_odd(const imaging& even)
 {
     constexpr std::size_t starts = 12;
     constexpr double first_bands[] = {0.5, 0.6, 0.7};
-    lens::aberrations base = even;
+    imaging base = even;
     for (const auto& one : odd_) base[one.which] = task_.start.lens[one.which];
     proposals_.clear();
     for (const double part : first_bands) {
@@ -120,7 +182,7 @@ bool phase_search::propose_odd(const lens::aberrations& even)
         while (tried.size() < starts) {
             std::vector<double> at(odd_.size());
             for (double& one : at) one = (static_cast<double>(random()) / 4294967296.0 - 0.5) * 4;
-            tried.push_back({first.optics_at(at).lens});
+            tried.push_back({first.imaging_at(at)});
         }
         if (!descend_all(run_, first, criterion::phase_skewness, tried, {1e-2, 1e-5, 60})) return false;
         join_close(first, tried, 0.3, 4);
@@ -137,11 +199,12 @@ bool phase_search::propose_odd(const lens::aberrations& even)
 bool phase_search::search_odd()
 {
     run_.begin(0.75);
+    if (!grow_odd()) return false;
     if (!propose_odd(minima_.front().lens)) return false;
     // Each proposal with the even coefficients that fit it, then with all of them free: a surer minimum if the noise
     // is small.
     run_.begin(0.85);
-    const band_model whole = model(1, task_.start.lens, unknowns_);
+    const band_model whole = model(1, {task_.start.lens}, unknowns_);
     auto refined = proposals_;
     if (!descend_all(run_, whole, criterion::modulus_variance, refined, {1e-3, 1e-7, 100})) return false;
     minima_.insert(minima_.end(), refined.begin(), refined.end());
@@ -150,8 +213,7 @@ bool phase_search::search_odd()
     return true;
 }
 
-std::optional<stationary_point> phase_search::settle_by(const band_model& last, criterion odd,
-                                                        const lens::aberrations& from)
+std::optional<stationary_point> phase_search::settle_by(const band_model& last, criterion odd, const imaging& from)
 {
     deciding decides;
     for (const auto& one : last.unknowns()) decides.push_back(is_odd(one) ? odd : criterion::modulus_variance);
@@ -208,36 +270,83 @@ void phase_search::judge_odd(const band_model& last, band_evaluator& evaluate, c
     }
 }
 
-void phase_search::report(const band_model& last, const stationary_point& found)
+/// The matrix whose columns are what a unit of each variable (or unknown) is in the other.
+template <class Convert>
+matrix conversion(std::size_t size, const Convert& convert)
 {
-    result_.setup = last.optics_at(found.at);
-    result_.chi_covariance = found.covariance;
-    const std::size_t n = unknowns_.size();
-    matrix back{n};  // from variables to nanometres
-    for (std::size_t j = 0; j < n; ++j) {
-        std::vector<double> axis(n);
+    matrix result{size};
+    for (std::size_t j = 0; j < size; ++j) {
+        std::vector<double> axis(size);
         axis[j] = 1;
-        const auto nanometres = last.to_nanometres(axis);
-        for (std::size_t i = 0; i < n; ++i) back(i, j) = nanometres[i];
-        const auto variables = last.to_variables(axis);
-        double sum = 0;
-        for (const double one : variables) sum += one * one;
-        result_.chi_per_unit.push_back(std::sqrt(sum));
+        const auto column = convert(axis);
+        for (std::size_t i = 0; i < size; ++i) result(i, j) = column[i];
     }
+    return result;
+}
+
+/// found  of the model `of`; its effect on chi is that in the band of `last`
+void phase_search::report(const band_model& last, const band_model& of, const stationary_point& found)
+{
+    const std::size_t n = unknowns_.size();
+    result_.unknowns = unknowns_;
+    result_.lens = of.imaging_at(found.at);
+    const matrix back = conversion(n, [&](const auto& axis) { return of.to_nanometres(axis); });
+    const matrix to_chi = conversion(n, [&](const auto& axis) { return last.to_variables(axis); });
     result_.covariance = back * found.covariance * back.transposed();
+    result_.chi_covariance = to_chi * result_.covariance * to_chi.transposed();
+    constexpr double implausible = 5;
+    for (std::size_t j = 0; j < n; ++j) {
+        double sum = 0;
+        for (std::size_t i = 0; i < n; ++i) sum += to_chi(i, j) * to_chi(i, j);
+        result_.chi_per_unit.push_back(std::sqrt(sum));
+        const bool is_free = unknowns_[j].what != unknown::part::contrast;
+        const double change = value_of(result_.lens, unknowns_[j]) - value_of({task_.start.lens}, unknowns_[j]);
+        if (is_free && std::abs(change) * std::sqrt(sum) > implausible * usual_chi(unknowns_[j].which))
+            result_.even_doubt = "the minimum is farther away than any lens is out of trim";
+    }
+}
+
+/// Without noise, the whole spectrum is exact where a band is not: an object that changes the phase only does so with
+/// all its frequencies.
+bool phase_search::polish(const band_model& last, const stationary_point& found)
+{
+    const auto& spectrum = task_.spectrum;
+    if (spectrum.noise > 0.005 || !spectrum.edges_meet) return false;
+    const band_model whole =
+        model(std::numbers::sqrt2 * spectrum.nyquist() / resolution_, last.imaging_at(found.at), unknowns_);
+    std::vector<candidate> polished{{last.imaging_at(found.at)}};
+    if (!descend_all(run_, whole, criterion::modulus_variance, polished, {1e-9, 0, 100})) return false;
+    const band_model at_end =
+        model(std::numbers::sqrt2 * spectrum.nyquist() / resolution_, polished.front().lens, unknowns_);
+    const auto settled = settle_by(at_end, criterion::modulus_variance, polished.front().lens);
+    if (!settled) return false;
+    double before = 0, after = 0;
+    for (std::size_t i = 0; i < unknowns_.size(); ++i) {
+        before += found.covariance(i, i);
+        after += settled->covariance(i, i);
+    }
+    if (after >= before) return false;
+    result_.used_skewness = false;
+    report(last, at_end, *settled);
+    return true;
 }
 
 bool phase_search::decide()
 {
     run_.begin(1);
-    const band_model last = model(1, minima_.front().lens, unknowns_);
+    imaging best = minima_.front().lens;
+    if (!fit_contrast(best)) return false;
+    const band_model last = model(1, best, unknowns_);
     band_evaluator evaluate{last};
-    const auto by_variance = settle_by(last, criterion::modulus_variance, minima_.front().lens);
+    const auto by_variance = settle_by(last, criterion::modulus_variance, best);
     std::optional<stationary_point> chosen = by_variance;
     // Of the proposals that the variance of the modulus does not exclude, the one with the greatest skewness.
     if (!odd_.empty())
         for (const candidate& one : proposals_) {
-            const auto by_skewness = settle_by(last, criterion::phase_skewness, one.lens);
+            imaging there = one.lens;
+            for (const auto& even : even_) there[even.which] = best[even.which];
+            there.contrast = best.contrast;
+            const auto by_skewness = settle_by(last, criterion::phase_skewness, there);
             if (run_.was_stopped()) return false;
             if (!by_skewness) continue;
             if (by_variance && superiority(evaluate, last, by_variance->at, by_skewness->at) > clear) continue;
@@ -257,7 +366,25 @@ bool phase_search::decide()
     const double noise = last.noise_variance() * last.filled();
     const double scattered = task_.spectrum.scattered * task_.spectrum.scattered / 2;
     result_.misfit = scattered > 0 ? (chosen->variance - noise) / scattered : 1;
-    report(last, *chosen);
+    if (!polish(last, *chosen)) report(last, last, *chosen);
+    return !run_.was_stopped();
+}
+
+/// Adds the contrast to the unknowns if the variance of the modulus is clearly smaller with it.
+bool phase_search::fit_contrast(imaging& best)
+{
+    auto more = unknowns_;
+    more.push_back({lens::coefficient::C1, unknown::part::contrast});
+    const band_model wider = model(1, best, more);
+    std::vector<candidate> with{{best}};
+    if (!descend_all(run_, wider, criterion::modulus_variance, with, {1e-3, 1e-7, 150})) return false;
+    band_evaluator evaluate{wider};
+    const auto at = wider.variables_of(with.front().lens);
+    const double s = superiority(evaluate, wider, at, std::vector<double>(more.size()));
+    if (s < clear) return true;
+    best = with.front().lens;
+    unknowns_ = more;
+    even_.push_back(more.back());
     return true;
 }
 

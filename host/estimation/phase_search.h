@@ -18,13 +18,13 @@ struct search_task
     std::vector<lens::coefficient> free;
     std::optional<search_range> defocus;
 
-    double margin() const { return spectrum.edges_meet ? 0 : 0.12; }
+    double margin() const { return spectrum.edges_meet ? 0 : 0.2; }
 };
 
 /// What the search for a phase object has come to.
 struct phase_solution
 {
-    lens::optics setup;
+    imaging lens;
     std::vector<unknown> unknowns;
     matrix covariance{0};               ///< of the unknowns [nm^2]
     matrix chi_covariance{0};           ///< of the variables of the last band [rad^2]

@@ -51,14 +51,15 @@ ring_powers rings_of(const wave_spectrum& spectrum)
 /// the power drops by orders of magnitude within a few rings.
 std::size_t end_of_support(const ring_powers& rings, std::size_t nyquist_ring)
 {
-    constexpr double drop = 30;
-    for (std::size_t i = 2; i + 3 < nyquist_ring; ++i)
-        if (rings.median[i] > drop * rings.median[i + 3] && rings.median[i + 3] > 0) {
-            // A spectrum that falls everywhere at this rate has no edge.
-            const bool fell_before = i >= 5 && rings.median[i - 3] > drop / 6 * rings.median[i];
-            const bool falls_on = i + 6 < nyquist_ring && rings.median[i + 3] > drop / 6 * rings.median[i + 6];
-            if (!fell_before && !falls_on) return i + 1;
-        }
+    constexpr double drop = 10;
+    for (std::size_t i = nyquist_ring / 8 + 3; i + 4 < nyquist_ring; ++i) {
+        const double inside = rings.median[i], before = rings.median[i - 3], beyond = rings.median[i + 4];
+        // A spectrum that falls everywhere at this rate has no edge.
+        if (inside > drop * beyond && before < drop / 4 * inside &&
+            std::ranges::all_of(rings.median.begin() + static_cast<std::ptrdiff_t>(i) + 4, rings.median.end(),
+                                [&](double median) { return median <= inside / drop; }))
+            return i;
+    }
     return rings.mean.size();
 }
 
@@ -82,6 +83,24 @@ double seam_ratio(const image& wave, const pixel_region& at)
                       static_cast<double>(at.height - 1);
     }
     return inside > 0 ? std::sqrt(seam / inside) : 1;
+}
+
+/// Lets the wave go to its mean towards the edges, because a jump from edge to edge would spread over the spectrum.
+void taper(std::vector<std::complex<float>>& wave, std::ptrdiff_t width, std::ptrdiff_t height)
+{
+    std::complex<double> sum;
+    for (const auto& pixel : wave) sum += pixel;
+    const std::complex<float> mean{sum / static_cast<double>(wave.size())};
+    constexpr double part = 0.08;  // of the width, within the part of the margin that has no weight
+    const auto window = [&](std::ptrdiff_t at, std::ptrdiff_t size) {
+        const double distance = (static_cast<double>(std::min(at, size - 1 - at)) + 0.5) / static_cast<double>(size);
+        return distance >= part ? 1.0 : 0.5 - 0.5 * std::cos(std::numbers::pi * distance / part);
+    };
+    for (std::ptrdiff_t y = 0; y < height; ++y)
+        for (std::ptrdiff_t x = 0; x < width; ++x) {
+            auto& pixel = wave[static_cast<std::size_t>(y * width + x)];
+            pixel = mean + (pixel - mean) * static_cast<float>(window(x, width) * window(y, height));
+        }
 }
 
 void judge_noise(wave_spectrum& spectrum)
@@ -137,10 +156,11 @@ wave_spectrum spectrum_of(const image& wave, const pixel_region& region, double 
     spectrum.modulus = modulus / count;
     if (!(spectrum.modulus > 0) || !std::isfinite(spectrum.modulus))
         throw std::invalid_argument{"The wave has no modulus: it is zero or not finite."};
+    spectrum.edges_meet = seam_ratio(wave, region) < 1.5;
+    if (!spectrum.edges_meet) taper(spectrum.values, region.width, region.height);
     forward_fft(spectrum.values.data(), region.width, region.height);
     const auto scale = static_cast<float>(1 / count);
     for (auto& value : spectrum.values) value *= scale;
-    spectrum.edges_meet = seam_ratio(wave, region) < 1.5;
     judge_noise(spectrum);
     return spectrum;
 }

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <map>
 #include <new>
 
 #include "host/files/file_error.h"
 #include "host/objects/value.h"
+#include "host/text/number_text.h"
 
 // The format is that of the PNG specification, third edition (W3C, 2023).
 namespace zentrix::host {
@@ -172,25 +174,52 @@ void write_png(const std::filesystem::path& file, const picture& shown, const pi
     output.commit();
 }
 
-grey_limits write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades,
+shown_range write_png(const std::filesystem::path& file, const image& pixels, const figure_style& style,
                       const picture_texts& texts)
 try {
-    if (pixels.dimensions() > 2) throw file_error{file, "a volume cannot be shown as one picture"};
-    const grey_limits limits = shades == palette::grey ? limits_of(pixels, mode) : grey_limits{};
-    const picture_painter painter{pixels, mode, shades, limits};
+    figure shown{pixels, style};
+    picture_texts all = texts_of(shown.range());
+    all.insert(all.begin(), texts.begin(), texts.end());
     pending_file output{file};
-    png_writer png{output, painter.width(), painter.height(), painter.channels(), texts};
-    std::vector<std::uint8_t> row(pixels.size(0) * static_cast<std::size_t>(painter.channels()));
-    std::vector<float> values(pixels.size(0));
-    for (int y = 0; y < painter.height(); ++y) {
-        painter.paint_row(y, values, row.data());
+    png_writer png{output, shown.width(), shown.height(), shown.channels(), all};
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(shown.width()) * static_cast<std::size_t>(shown.channels()));
+    for (int y = 0; y < shown.height(); ++y) {
+        shown.paint_next_row(row.data());
         png.write_row(row);
     }
     png.finish();
     output.commit();
-    return limits;
+    return shown.range();
 } catch (const script_error& problem) {  // elements without numbers
     throw file_error{file, problem.what()};
+}
+
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode, palette shades)
+{
+    figure_style style;
+    style.shown = mode;
+    style.shades = shades;
+    write_png(file, pixels, style);
+}
+
+picture_texts texts_of(const shown_range& range)
+{
+    const std::string shown = range.shades == palette::wave ? "wave" : word_for(range.shown);
+    if (range.shades == palette::cyclic) return {{"Shown", shown}};
+    return {{"Shown", shown}, {"Limits", number_text(range.limits.black) + "," + number_text(range.limits.white)}};
+}
+
+grey_limits limits_in(const std::filesystem::path& png, const shown_range& wanted)
+{
+    std::map<std::string, std::string> texts;
+    for (const auto& [keyword, text] : read_png_texts(png)) texts.insert({keyword, text});
+    const std::string shown = texts_of(wanted).front().second, limits = texts["Limits"];
+    const auto comma = limits.find(',');
+    const auto black = parse_number<float>(limits.substr(0, comma));
+    const auto white = parse_number<float>(comma == std::string::npos ? "" : limits.substr(comma + 1));
+    if (!black || !white) throw file_error{png, "names no limits: expected a picture that zentrix wrote in greys"};
+    if (texts["Shown"] != shown) throw file_error{png, "has limits of: " + texts["Shown"] + "; expected: " + shown};
+    return {*black, *white};
 }
 
 }  // namespace zentrix::host

@@ -7,6 +7,7 @@
 
 #include "host/files/pending_file.h"
 #include "host/files/png_text.h"
+#include "host/pictures/figure.h"
 #include "host/pictures/picture.h"
 
 namespace zentrix::host {
@@ -43,10 +44,21 @@ class png_writer
 /// Writes a picture as .png. Throws  file_error, std::bad_alloc
 void write_png(const std::filesystem::path& file, const picture& shown, const picture_texts& texts = {});
 
-/// Writes a picture of an image as .png, grey between limits_of the image, see picture_painter. Paints and writes row
-/// by row. Returns the limits.
-/// Throws  file_error, also for an image of three dimensions and for elements that are not numbers; std::bad_alloc
-grey_limits write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
-                      palette shades = palette::grey, const picture_texts& texts = {});
+/// Writes the picture of an image as .png, row by row. The texts have the range that it shows in addition: see
+/// texts_of.
+/// Throws  file_error, also for what figure refuses; std::bad_alloc
+shown_range write_png(const std::filesystem::path& file, const image& pixels, const figure_style& style,
+                      const picture_texts& texts = {});
+
+/// The same without annotations, between the automatic limits.
+void write_png(const std::filesystem::path& file, const image& pixels, display_mode mode,
+               palette shades = palette::grey);
+
+/// The range as texts of a picture: "Shown" is "phase"; "Limits" are "-0.25,1.5", unless it is in cyclic colours.
+picture_texts texts_of(const shown_range& range);
+
+/// The limits that the texts of a picture name.
+/// Throws  file_error when it is no picture of this program, has no limits, or shows something else
+grey_limits limits_in(const std::filesystem::path& png, const shown_range& wanted);
 
 }  // namespace zentrix::host

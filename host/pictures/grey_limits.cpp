@@ -61,7 +61,7 @@ std::vector<pixel_place> scattered_pixels(std::uint32_t width, std::uint32_t hei
 
 }  // namespace
 
-grey_limits robust_limits(const value_source& values)
+value_survey survey_of(const value_source& values)
 {
     const auto for_each_finite = [&](auto use) {
         values([&](std::span<const float> part) {
@@ -69,10 +69,23 @@ grey_limits robust_limits(const value_source& values)
                 if (std::isfinite(value)) use(key_of(value));
         });
     };
+    value_survey survey;
     histogram counts{};
     std::size_t count = 0;
-    for_each_finite([&](std::uint32_t key) { ++counts[key >> shifts[0]], ++count; });
-    if (count == 0) return {};
+    std::uint32_t least = ~0U, largest = 0;
+    values([&](std::span<const float> part) {
+        for (const float value : part) {
+            if (!std::isfinite(value)) {
+                if (std::isnan(value)) ++survey.not_a_number;
+                continue;
+            }
+            const std::uint32_t key = key_of(value);
+            ++counts[key >> shifts[0]], ++count;
+            least = std::min(least, key), largest = std::max(largest, key);
+        }
+    });
+    if (count == 0) return survey;
+    survey.extremes = {value_of(least), value_of(largest)};
 
     std::size_t ranks[] = {count / 1000, count - 1 - count / 1000};
     std::uint32_t found[] = {bin_at(counts, ranks[0]), bin_at(counts, ranks[1])};  // the keys, without the bits below
@@ -86,20 +99,44 @@ grey_limits robust_limits(const value_source& values)
         });
         for (std::size_t i = 0; i < 2; ++i) found[i] = found[i] << bits[part] | bin_at(within[i], ranks[i]);
     }
-    const float black = value_of(found[0]), white = value_of(found[1]);
-    const bool is_flat = white - black < 1e-5F * std::max(std::abs(black), std::abs(white));
-    return {black, is_flat ? black : white};
+    survey.quantiles = {value_of(found[0]), value_of(found[1])};
+    return survey;
 }
 
-grey_limits limits_of(const image& pixels, display_mode mode)
+value_survey survey_of(const image& pixels, display_mode mode)
 {
     std::vector<float> row(pixels.size(0));
-    return robust_limits([&](const auto& use) {
+    return survey_of([&](const auto& use) {
         for (std::uint32_t y = 0; y < pixels.size(1); ++y) {
             displayed_row(pixels, y, mode, row.data());
             use(row);
         }
     });
+}
+
+std::size_t count_not_a_number(const image& pixels, display_mode mode)
+{
+    std::vector<float> row(pixels.size(0));
+    std::ptrdiff_t count = 0;
+    for (std::uint32_t y = 0; y < pixels.size(1); ++y) {
+        displayed_row(pixels, y, mode, row.data());
+        count += std::ranges::count_if(row, [](float value) { return std::isnan(value); });
+    }
+    return static_cast<std::size_t>(count);
+}
+
+grey_limits automatic_limits(grey_limits quantiles, display_mode mode)
+{
+    const auto [black, white] = quantiles;
+    const bool has_unit = mode == display_mode::phase || mode == display_mode::log_modulus;
+    const float magnitude = std::max({std::abs(black), std::abs(white), has_unit ? 1.0F : 0.0F});
+    if (mode == display_mode::modulus && white > 0 && white - black < 0.02F * white) return {0, 1.25F * white};
+    return {black, white - black < 1e-5F * magnitude ? black : white};
+}
+
+grey_limits limits_of(const image& pixels, display_mode mode)
+{
+    return automatic_limits(survey_of(pixels, mode).quantiles, mode);
 }
 
 grey_limits sampled_limits(const image& pixels, display_mode mode)
@@ -110,7 +147,7 @@ grey_limits sampled_limits(const image& pixels, display_mode mode)
     const auto places = scattered_pixels(pixels.size(0), pixels.size(1), side);
     std::vector<float> sample(places.size());
     displayed_values(pixels, places, mode, sample.data());
-    return robust_limits([&](const auto& use) { use(sample); });
+    return automatic_limits(survey_of([&](const auto& use) { use(sample); }).quantiles, mode);
 }
 
 }  // namespace zentrix::host

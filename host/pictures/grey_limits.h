@@ -18,16 +18,37 @@ struct grey_limits
 /// Passes all values to its argument, in one part or several. May be called more than once.
 using value_source = std::function<void(const std::function<void(std::span<const float>)>& use)>;
 
-/// The 0.1 % and 99.9 % quantiles of the finite values, so that a few outliers do not take all the contrast. Equal when
-/// they differ by less than 1e-5 of their magnitude, which is rounding noise; both 0 when no value is finite.
-/// Reads the values three times; needs little memory, however many there are.
-grey_limits robust_limits(const value_source& values);
+/// What limits are chosen from.
+struct value_survey
+{
+    grey_limits quantiles;         ///< of 0.1 % and 99.9 % of the finite values; both 0 when no value is finite
+    grey_limits extremes;          ///< least and largest finite value; both 0 when no value is finite
+    std::size_t not_a_number = 0;  ///< values that are not a number
+};
 
-/// robust_limits of the displayed values of the first plane, exactly. Computes each value three times.
+/// Reads the values three times; needs little memory, however many there are.
+value_survey survey_of(const value_source& values);
+
+/// The survey of the displayed values of the first plane. Computes each value three times.
+/// Throws  script_error for elements that are not numbers
+value_survey survey_of(const image& pixels, display_mode mode);
+
+/// The displayed values of the first plane that are not a number. Computes each value once. Throws  as survey_of
+std::size_t count_not_a_number(const image& pixels, display_mode mode);
+
+/// The limits that pictures have unless others are given: the quantiles, so that a few outliers do not take all the
+/// contrast.
+///   - They are equal when they differ by less than 1e-5 of their magnitude, which is rounding noise; for phases and
+///     logarithms also when they differ by less than 1e-5.
+///   - A modulus whose quantiles differ by less than 2 % is flat to the eye and is shown so: from 0 to 1.25 times the
+///     upper quantile, as light grey.
+grey_limits automatic_limits(grey_limits quantiles, display_mode mode);
+
+/// automatic_limits of the displayed values of the first plane, exactly.
 /// Throws  script_error for elements that are not numbers
 grey_limits limits_of(const image& pixels, display_mode mode);
 
-/// The same for a sample of the pixels: a quick estimate for pictures that change while one watches. An image of at
+/// limits_of for a sample of the pixels: a quick estimate for pictures that change while one watches. An image of at
 /// most 131072 pixels is its own sample, so the limits are exact. Larger ones are divided into that many square cells
 /// at most, each with one pixel of the sample at a place that differs from cell to cell: in a regular grid, the sample
 /// of a periodic image could miss its maxima. The places depend on the image's size only, so a picture does not

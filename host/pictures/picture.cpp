@@ -7,25 +7,34 @@ namespace zentrix::host {
 
 namespace {
 
-const colour_wheel& colours()
+const phase_colours& colours()
 {
-    static const colour_wheel wheel;
-    return wheel;
+    static const phase_colours all;
+    return all;
 }
 
 }  // namespace
 
-picture_painter::picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits)
-    : pixels_{pixels}, mode_{mode}, shades_{shades}, greys_{limits}
+picture_painter::picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits,
+                                 missing_pixels missing)
+    : pixels_{pixels}, mode_{mode}, shades_{shades}, missing_{missing}, greys_{limits}
 {
     with_numbers_of(pixels, [](const auto*) {});  // throws for other elements
+    if (shades == palette::wave) wave_.emplace(limits.white);
 }
 
 void picture_painter::paint_row(int y, std::span<float> values, std::uint8_t* bytes) const
 {
-    displayed_row(pixels_, static_cast<std::uint32_t>(y), mode_, values.data());
-    if (shades_ == palette::cyclic)
+    const auto row = static_cast<std::uint32_t>(y);
+    displayed_row(pixels_, row, mode_, values.data());
+    if (wave_) {
+        const auto phases = values.first(pixels_.size(0)), moduli = values.subspan(pixels_.size(0));
+        displayed_row(pixels_, row, display_mode::modulus, moduli.data());
+        wave_->shade(phases, moduli, bytes);
+    } else if (shades_ == palette::cyclic)
         colours().shade(values, bytes);
+    else if (missing_ == missing_pixels::marked)
+        greys_.shade_marking_missing(values, bytes);
     else
         greys_.shade(values, bytes);
 }
@@ -39,7 +48,8 @@ void paint_picture(const picture_painter& painter, picture& painted)
     painted.height = painter.height();
     painted.channels = painter.channels();
     const auto threads = threads_for(std::ptrdiff_t{painted.width} * painted.height);
-    std::vector<std::vector<float>> values(static_cast<std::size_t>(threads), std::vector<float>(width));
+    std::vector<std::vector<float>> values(static_cast<std::size_t>(threads),
+                                           std::vector<float>(painter.values_per_row()));
     for_each_row(painted.height, threads, [&](std::size_t thread, std::size_t y) {
         painter.paint_row(static_cast<int>(y), values[thread], &painted.bytes[row_bytes * y]);
     });

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -19,22 +20,32 @@ struct picture
     std::vector<std::uint8_t> bytes;
 };
 
-/// Paints the first plane of an image, in colours with palette::cyclic, otherwise in grey. Pixels that are not a number
-/// are black; in colours infinite ones, too.
+/// How grey pictures show pixels that are not a number. Pictures in colours always show them as missing_in_colours.
+enum class missing_pixels
+{
+    black,  ///< in one channel
+    marked  ///< as missing_in_grey, in three channels
+};
+
+/// Paints the first plane of an image.
 class picture_painter
 {
   public:
-    /// limits  of grey; not used for colours
+    /// limits  of grey; with palette::wave, `white` is the modulus of the full colours. Not used by palette::cyclic
     /// `pixels` must outlive the painter.
     /// Throws  script_error for elements that are not numbers
-    picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits);
+    picture_painter(const image& pixels, display_mode mode, palette shades, grey_limits limits,
+                    missing_pixels missing = missing_pixels::black);
 
     int width() const { return static_cast<int>(pixels_.size(0)); }
     int height() const { return static_cast<int>(pixels_.size(1)); }
-    int channels() const { return shades_ == palette::cyclic ? 3 : 1; }
+    int channels() const { return shades_ == palette::grey && missing_ == missing_pixels::black ? 1 : 3; }
+
+    /// The displayed values of a row that paint_row needs: `width`; with palette::wave as many moduli, too.
+    std::size_t values_per_row() const { return pixels_.size(0) * (shades_ == palette::wave ? 2 : 1); }
 
     /// Paints row y. May be called on several threads at the same time; does not throw.
-    /// values  receives the displayed values, `width` of them
+    /// values  receives values_per_row() values
     /// bytes   receives width * channels bytes
     void paint_row(int y, std::span<float> values, std::uint8_t* bytes) const;
 
@@ -42,7 +53,9 @@ class picture_painter
     const image& pixels_;
     display_mode mode_;
     palette shades_;
+    missing_pixels missing_;
     grey_scale greys_;
+    std::optional<wave_colours> wave_;
 };
 
 /// Replaces `painted` by the whole picture, on all processors. Its memory is used again if the size is the same.

@@ -15,6 +15,7 @@ void add_correct_command(CLI::App& app, const global_options& global);
 void add_aberrate_command(CLI::App& app, const global_options& global);
 void add_unwrap_command(CLI::App& app, const global_options& global);
 void add_hologram_command(CLI::App& app, const global_options& global);
+void add_ctf_command(CLI::App& app, const global_options& global);
 void add_panel_command(CLI::App& app, const global_options& global);
 void add_convert_command(CLI::App& app, const global_options& global);
 

@@ -17,9 +17,9 @@ void run(lens_request& request, const global_options& global)
     if (request.swept) request.from_file.coefficients.erase(request.swept->which);
     const auto results = destination_of(request.output, request.files);
     const auto pictures = destination_of_pictures(request.picture.png, request.files);
-    picture_options named;
-    named.png = example_of(pictures);
-    check_names(example_of(results), named);
+    picture_options first = request.picture;
+    first.png = example_of(pictures);
+    check_names(example_of(results), first);
     if (request.swept && (!request.picture.png.empty() || example_of(results).ends_with(".png")))
         throw usage_error{"a sweep makes a stack, which cannot be shown as one picture"};
     lens_work work{request, global};

@@ -102,6 +102,7 @@ int run(int argc, char** argv)
     add_unwrap_command(app, global);
     add_convert_command(app, global);
     add_hologram_command(app, global);
+    add_ctf_command(app, global);
     add_panel_command(app, global);
     try {
         app.parse(reversed_words(global.words));

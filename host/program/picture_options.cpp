@@ -3,8 +3,10 @@
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/files/png.h"
+#include "host/program/session.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
+#include "lens/numbers.h"
 
 namespace zentrix::program {
 
@@ -12,26 +14,132 @@ using host::number_text;
 
 namespace {
 
+constexpr char group[] = "Pictures";
+
 bool is_picture_name(const std::string& name) { return name.ends_with(".png") || name.ends_with(".PNG"); }
 
-}  // namespace
-
-void add_display_options(CLI::App& command, host::display_mode& shown, host::palette& shades)
+CLI::Option* add_show(CLI::App& command, host::display_mode& shown)
 {
-    command
+    return command
         .add_option_function<std::string>(
             "--show", [&](const std::string& word) { shown = host::parse_display_mode(word).value(); },
             "What pictures show: real, imaginary, modulus, log (of the modulus) or phase")
         ->check(CLI::IsMember({"real", "imaginary", "modulus", "log", "phase"}).description(""))
         ->type_name("MODE");
+}
+
+host::grey_limits limits_for(const picture_options& picture)
+{
+    host::shown_range wanted;
+    wanted.shown = picture.shown;
+    wanted.shades = picture.shades;
+    return host::limits_in(host::system_path(picture.limits_of), wanted);
+}
+
+const char* word_for_shown(host::display_mode shown, host::palette shades)
+{
+    return shades == host::palette::wave ? "wave" : host::word_for(shown);
+}
+
+void set_shown(host::figure_style& style, const std::string& word)
+{
+    if (word == "wave")
+        style.shades = host::palette::wave;
+    else
+        style.shown = host::parse_display_mode(word).value();
+}
+
+/// --colour after --show has been read: alone, it shows phases. A real image may hold phases.
+void set_coloured(host::figure_style& style, bool is_shown_given)
+{
+    if (style.shades == host::palette::wave) throw usage_error{"--show wave is in colours already, without --colour"};
+    if (!is_shown_given && style.shown == host::display_mode::modulus) style.shown = host::display_mode::phase;
+    if (style.shown != host::display_mode::phase && style.shown != host::display_mode::real)
+        throw usage_error{"--colour is for phases: use it with --show phase"};
+    style.shades = host::palette::cyclic;
+}
+
+void set_limits(host::figure_style& style, const std::string& word)
+{
+    const auto pair = lens::parse_pair(word);
+    if (word == "auto" || word == "full") {
+        style.rule = word == "auto" ? host::limits_rule::automatic : host::limits_rule::full;
+        return;
+    }
+    if (!pair || !(pair->first < pair->second))
+        throw usage_error{"--limits is LOW,HIGH with LOW < HIGH, auto or full, not \"" + word + "\""};
+    style.rule = host::limits_rule::given;
+    style.limits = {static_cast<float>(pair->first), static_cast<float>(pair->second)};
+}
+
+void add_look(CLI::App& command, picture_options& picture)
+{
+    host::figure_style& style = picture;
+    auto* const show =
+        command
+            .add_option_function<std::string>(
+                "--show", [&](const std::string& word) { set_shown(style, word); },
+                "What pictures show: real, imaginary, modulus, log (of the modulus), phase, or wave (the phase as "
+                "colour, the modulus as brightness)")
+            ->check(CLI::IsMember({"real", "imaginary", "modulus", "log", "phase", "wave"}).description(""))
+            ->type_name("MODE")
+            ->group(group);
+    command
+        .add_flag_function(
+            "--colour", [&style, show](std::int64_t) { set_coloured(style, show->count() > 0); },
+            "Show phases in cyclic colours")
+        ->group(group);
+    auto* const limits =
+        command
+            .add_option_function<std::string>(
+                "--limits", [&](const std::string& word) { set_limits(style, word); },
+                "Values shown as black and white (auto: quantiles of 0.1 % and 99.9 %; full: least and largest)")
+            ->type_name("LOW,HIGH|auto|full")
+            ->group(group);
+    command.add_option("--limits-of", picture.limits_of, "Use the limits of another picture of this program")
+        ->type_name("FILE.png")
+        ->excludes(limits)
+        ->group(group);
+    command.add_flag("--scale-bar", style.scale_bar, "Draw a scale bar on the picture")->group(group);
+    command
+        .add_flag("--colour-bar", style.colour_bar, "Draw the greys with their numbers, or the wheel of the colours")
+        ->group(group);
+    command.add_option("--title", style.title, "Text above the picture")->type_name("TEXT")->group(group);
+    command
+        .add_option("--zoom", style.enlargement,
+                    "Pixels of the picture along one of the image (default: 1; with a bar or a title up to 512 pixels)")
+        ->check(CLI::Range(1, 64).description(""))
+        ->type_name("N")
+        ->group(group);
+}
+
+}  // namespace
+
+void add_display_options(CLI::App& command, host::display_mode& shown, host::palette& shades)
+{
+    add_show(command, shown);
     command.add_flag_function(
         "--colour", [&](std::int64_t) { shades = host::palette::cyclic; }, "Show phases in cyclic colours");
 }
 
 void add_picture_options(CLI::App& command, picture_options& picture)
 {
-    command.add_option("--png", picture.png, "Also write a picture of the result")->type_name("FILE");
-    add_display_options(command, picture.shown, picture.shades);
+    command.add_option("--png", picture.png, "Also write a picture of the result")->type_name("FILE")->group(group);
+    add_look(command, picture);
+}
+
+json choice_of(const picture_options& picture)
+{
+    json look{{"shown", word_for_shown(picture.shown, picture.shades)}};
+    if (picture.shades == host::palette::cyclic) look["colour"] = true;
+    if (picture.rule == host::limits_rule::full) look["limits"] = "full";
+    if (picture.rule == host::limits_rule::given) look["limits"] = {picture.limits.black, picture.limits.white};
+    if (!picture.limits_of.empty()) look["limits_of"] = picture.limits_of;
+    if (picture.scale_bar) look["scale_bar"] = true;
+    if (picture.colour_bar) look["colour_bar"] = true;
+    if (!picture.title.empty()) look["title"] = picture.title;
+    if (picture.enlargement > 0) look["zoom"] = picture.enlargement;
+    return look;
 }
 
 void check_picture_name(const std::string& name)
@@ -44,15 +152,20 @@ void check_names(const std::string& output, const picture_options& picture)
 {
     host::require_writable_kind(host::system_path(output));
     check_picture_name(picture.png);
+    if (!picture.limits_of.empty()) limits_for(picture);
 }
 
-std::optional<shown_range> write_result(const std::string& output, const picture_options& picture,
-                                        const host::image& pixels, const host::picture_texts& facts)
+std::optional<host::shown_range> write_result(const std::string& output, const picture_options& picture,
+                                              const host::image& pixels, const host::picture_texts& facts)
 {
-    std::optional<shown_range> shown;
+    std::optional<host::shown_range> shown;
+    host::figure_style style = picture;
+    if (!picture.limits_of.empty()) {
+        style.rule = host::limits_rule::given;
+        style.limits = limits_for(picture);
+    }
     const auto write = [&](const std::string& name) {
-        const auto limits = host::write_png(host::system_path(name), pixels, picture.shown, picture.shades, facts);
-        shown = shown_range{picture.shown, picture.shades, limits};
+        shown = host::write_png(host::system_path(name), pixels, style, facts);
     };
     if (is_picture_name(output))
         write(output);
@@ -62,20 +175,28 @@ std::optional<shown_range> write_result(const std::string& output, const picture
     return shown;
 }
 
-std::string one_line(const shown_range& range)
+std::string one_line(const host::shown_range& range)
 {
+    const std::string black = number_text(range.limits.black), white = number_text(range.limits.white);
     const std::string what = host::word_for(range.shown);
-    if (range.shades == host::palette::cyclic) return what + " in cyclic colours";
-    return what + " from " + number_text(range.limits.black) + " (black) to " + number_text(range.limits.white) +
-           " (white)";
+    std::string line = range.shades == host::palette::cyclic ? what + " in cyclic colours"
+                       : range.shades == host::palette::wave
+                           ? "wave, modulus from 0 (black) to " + white + " (bright)"
+                           : what + " from " + black + " (black) to " + white + " (white)";
+    if (range.not_a_number > 0)
+        line += ", " + std::to_string(range.not_a_number) + " pixels that are not a number in " +
+                (range.shades == host::palette::grey ? "vermilion" : "white");
+    return line;
 }
 
-json as_json(const shown_range& range)
+json as_json(const host::shown_range& range)
 {
-    json shown{{"shown", host::word_for(range.shown)}};
-    if (range.shades == host::palette::cyclic) return shown;
-    shown["black"] = range.limits.black;
-    shown["white"] = range.limits.white;
+    json shown{{"shown", word_for_shown(range.shown, range.shades)}};
+    if (range.shades != host::palette::cyclic) {
+        shown["black"] = range.limits.black;
+        shown["white"] = range.limits.white;
+    }
+    shown["not_a_number"] = range.not_a_number;
     return shown;
 }
 

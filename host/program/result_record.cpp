@@ -97,11 +97,6 @@ void finish_with_record(const fs::path& record, const host::provenance& made,
     }
 }
 
-json choice_of(const picture_options& picture)
-{
-    return {{"shown", host::word_for(picture.shown)}, {"colour", picture.shades == host::palette::cyclic}};
-}
-
 bool is_recorded_result(const fs::path& file)
 {
     return std::ranges::any_of(possible_records_of(file), [&](const fs::path& record) {

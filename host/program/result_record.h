@@ -28,9 +28,6 @@ bool is_done(const std::vector<std::filesystem::path>& results, const host::prov
 void finish_with_record(const std::filesystem::path& record, const host::provenance& made,
                         const std::vector<host::recorded_result>& results);
 
-/// How pictures are painted, for the record.
-json choice_of(const picture_options& picture);
-
 /// Whether the file is the result of a command that wrote a record.
 bool is_recorded_result(const std::filesystem::path& file);
 

@@ -30,6 +30,7 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
         app.add_subcommand("unwrap", "Unwrap a phase by Goldstein's branch cuts; a volume plane by plane");
     auto request = std::make_shared<unwrap_request>();
     request->picture.shown = host::display_mode::real;
+    request->picture.quantity = "phase (rad)";
     command
         ->add_option(
             "PHASE", request->files.inputs,

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <optional>
+
+#include "host/estimation/phase_search.h"
+
+namespace zentrix::host {
+
+/// What the search for an amplitude object has come to.
+struct amplitude_solution
+{
+    lens::aberrations lens;                ///< C1 and A1, the others as at the start
+    std::complex<double> a1_uncertainty;   ///< standard deviations of the components [nm]
+    double c1_uncertainty = 0;             ///< standard deviation [nm]
+    double tolerance = 0;                  ///< how far parts of the wave may differ [nm]
+    std::size_t starts = 0, agreeing = 0;  ///< parts of the wave, and how many of them have their focus near the result
+    bool is_at_end = false;                ///< of the range of C1
+    double prominence = 0;                 ///< the criterion over its median in the range
+    double resolution = 0;
+};
+
+/// C1, and A1 if it is free, by the greatest Tamura coefficient of the gradient of the modulus: over the range of C1 in
+/// a low band, then in the whole band, then for each quarter of the wave. Nothing if the search was stopped.
+std::optional<amplitude_solution> search_amplitude_object(search_run& run, const search_task& task);
+
+}  // namespace zentrix::host

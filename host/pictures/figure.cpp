@@ -1,0 +1,146 @@
+#include "host/pictures/figure.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/objects/value.h"
+#include "host/pictures/font.h"
+#include "host/pictures/legend.h"
+#include "host/pictures/scale_bar.h"
+
+namespace zentrix::host {
+
+namespace {
+
+constexpr std::int64_t largest_side = 65535;
+constexpr int least_annotated_side = 512;  // so that letters are legible
+
+bool is_annotated(const figure_style& style) { return style.scale_bar || style.colour_bar || !style.title.empty(); }
+
+int enlargement_for(const image& pixels, const figure_style& style)
+{
+    const std::int64_t longest = std::max(pixels.size(0), pixels.size(1));
+    const std::int64_t wanted = style.enlargement > 0 ? style.enlargement
+                                : is_annotated(style) ? std::max<std::int64_t>(1, least_annotated_side / longest)
+                                                      : 1;
+    if (wanted > 1 && longest * wanted > largest_side)
+        throw script_error{"enlarged " + std::to_string(wanted) + " times, the picture would have more than " +
+                           std::to_string(largest_side) + " pixels along a side"};
+    return static_cast<int>(wanted);
+}
+
+std::string quantity_of(const image& pixels, const figure_style& style)
+{
+    if (!style.quantity.empty()) return style.quantity;
+    const bool is_complex = pixels.type().meaning == element_class::complex;
+    switch (style.shown) {
+        case display_mode::real: return is_complex ? "real part" : "value";
+        case display_mode::imaginary: return "imaginary part";
+        case display_mode::modulus: return "modulus";
+        case display_mode::log_modulus: return "ln modulus";
+        case display_mode::phase: return "phase (rad)";
+    }
+    return "";
+}
+
+}  // namespace
+
+figure::figure(const image& pixels, const figure_style& style)
+{
+    if (pixels.dimensions() > 2) throw script_error{"a volume cannot be shown as one picture"};
+    enlargement_ = enlargement_for(pixels, style);
+    choose_limits(pixels, style);
+    const bool marks = is_annotated(style) || range_.not_a_number > 0;
+    painter_.emplace(pixels, range_.shown, range_.shades, range_.limits,
+                     marks ? missing_pixels::marked : missing_pixels::black);
+    channels_ = painter_->channels();
+    values_.resize(painter_->values_per_row());
+    image_row_.resize(pixels.size(0) * static_cast<std::size_t>(channels_));
+    width_ = painter_->width() * enlargement_;
+    height_ = painter_->height() * enlargement_;
+    letters_ = std::max(13.0, std::sqrt(static_cast<double>(width_) * height_) / 24);
+    if (style.scale_bar) add_scale_bar(pixels);
+    if (style.colour_bar || !style.title.empty()) add_margins(style);
+}
+
+void figure::choose_limits(const image& pixels, const figure_style& style)
+{
+    const bool is_wave = style.shades == palette::wave;
+    range_.shown = is_wave ? display_mode::phase : style.shown;
+    range_.shades = style.shades;
+    range_.quantity = quantity_of(pixels, style);
+    const display_mode limited = is_wave ? display_mode::modulus : style.shown;
+    if (style.shades == palette::cyclic || style.rule == limits_rule::given) {
+        range_.limits = style.limits;
+        range_.not_a_number = count_not_a_number(pixels, limited);
+    } else {
+        const value_survey survey = survey_of(pixels, limited);
+        range_.not_a_number = survey.not_a_number;
+        range_.limits = style.rule == limits_rule::full ? survey.extremes
+                        : is_wave                       ? survey.quantiles
+                                                        : automatic_limits(survey.quantiles, limited);
+    }
+    if (is_wave) range_.limits.black = 0;
+}
+
+void figure::add_scale_bar(const image& pixels)
+{
+    const auto bar = round_bar(pixels.scale().axes[0], 0.3 * painter_->width());
+    if (bar.pixels == 0) throw script_error{"a scale bar needs the pixel size, which is unknown"};
+    const double length = bar.pixels * enlargement_, thickness = std::max(3.0, std::round(0.28 * letters_));
+    const double halo = std::max(1.0, letters_ / 14), edge = std::ceil(halo) + 1, gap = std::round(0.4 * letters_);
+    const double across = std::max(length, text_width(bar.label, letters_));
+    const double margin = std::round(0.7 * letters_) - edge;
+    drawing drawn{
+        std::min(static_cast<int>(std::ceil(across + 2 * edge)), width_),
+        std::min(static_cast<int>(std::ceil(2 * edge + capital_height(letters_) + gap + thickness)), height_)};
+    const double middle = edge + across / 2, bottom = drawn.height() - edge;
+    drawn.fill({middle - length / 2, bottom - thickness, middle + length / 2, bottom}, white_paper);
+    drawn.text({middle, bottom - thickness - gap}, letters_, alignment::centre, bar.label, white_paper);
+    drawn.surround(halo, black_ink, 0.85);
+    const int left = std::clamp(static_cast<int>(margin), 0, width_ - drawn.width());
+    const int top = std::clamp(height_ - static_cast<int>(margin) - drawn.height(), 0, height_);
+    layers_.push_back({left, top, std::move(drawn)});
+}
+
+void figure::add_margins(const figure_style& style)
+{
+    const int margin = static_cast<int>(std::ceil(0.6 * letters_));
+    const int image_width = width_, image_height = height_;
+    left_ = margin;
+    top_ = style.title.empty() ? margin : static_cast<int>(std::ceil(2 * letters_));
+    for (layer& above : layers_) above.left += left_, above.top += top_;
+    width_ += 2 * margin;
+    height_ += top_ + margin;
+    if (style.colour_bar) {
+        layers_.push_back({left_ + image_width, top_, legend_of(range_, image_height, letters_)});
+        width_ += layers_.back().drawn.width() - margin / 2;
+    }
+    if (style.title.empty()) return;
+    drawing drawn{width_ - left_, top_};
+    drawn.text({0, top_ - 0.6 * letters_}, 1.15 * letters_, alignment::left, style.title, black_ink);
+    layers_.push_back({left_, 0, std::move(drawn)});
+}
+
+void figure::paint_next_row(std::uint8_t* bytes)
+{
+    const int y = next_row_++, channels = channels_;
+    if (left_ > 0)
+        std::fill_n(bytes, static_cast<std::size_t>(width_) * static_cast<std::size_t>(channels), std::uint8_t{255});
+    const int from_top = y - top_;
+    std::uint8_t* to = bytes + static_cast<std::ptrdiff_t>(left_) * channels;
+    if (from_top >= 0 && from_top < painter_->height() * enlargement_) {
+        if (enlargement_ == 1)
+            painter_->paint_row(from_top, values_, to);
+        else {
+            if (from_top % enlargement_ == 0) painter_->paint_row(from_top / enlargement_, values_, image_row_.data());
+            for (auto from = image_row_.begin(); from != image_row_.end(); from += channels)
+                for (int copy = 0; copy < enlargement_; ++copy) to = std::copy_n(from, channels, to);
+        }
+    }
+    for (const layer& above : layers_)
+        if (y >= above.top && y < above.top + above.drawn.height())
+            above.drawn.paint_over(y - above.top, bytes + static_cast<std::ptrdiff_t>(above.left) * channels);
+}
+
+}  // namespace zentrix::host
