@@ -26,6 +26,21 @@ class _Signal(Protocol):
     axes_manager: Any
     metadata: Any
 
+class Axis(NamedTuple):
+    step: float
+    first: float
+    unit: str
+
+class Image(np.ndarray[Any, np.dtype[Any]]):
+    axes: tuple[Axis, ...]
+    kv: float | None
+    name: str
+    def __new__(
+        cls, array: ArrayLike, axes: Sequence[Axis] = (), kv: float | None = None, name: str = ""
+    ) -> Image: ...
+    @property
+    def pixel(self) -> float | None: ...
+
 class ScriptError(RuntimeError): ...
 
 class Ref:
@@ -92,7 +107,7 @@ class Host(ScriptFunctions):
 
 def load(path: str | os.PathLike[str] | None = None) -> Host: ...
 @overload
-def correct(wave: _Lazy | _Signal, **parameters: Any) -> Any: ...
+def correct(wave: _Lazy | _Signal | Image, **parameters: Any) -> Any: ...
 @overload
 def correct(
     wave: ArrayLike,
@@ -123,7 +138,7 @@ def correct(
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
 @overload
-def aberrate(wave: _Lazy | _Signal, **parameters: Any) -> Any: ...
+def aberrate(wave: _Lazy | _Signal | Image, **parameters: Any) -> Any: ...
 @overload
 def aberrate(
     wave: ArrayLike,
@@ -241,6 +256,14 @@ def ctf(
 def wavelength(kv: float) -> float: ...
 @overload
 def wavelength(kv: Sequence[float] | NDArray[Any]) -> NDArray[np.float64]: ...
+def read(path: str | os.PathLike[str]) -> Image: ...
+def write(
+    path: str | os.PathLike[str],
+    array: ArrayLike,
+    *,
+    pixel: Real | tuple[Real, Real] | None = None,
+    kv: Real | None = None,
+) -> None: ...
 @overload
 def hologram(
     hologram: ArrayLike | _Signal,

@@ -77,7 +77,8 @@ TEST(Call, ConvertsWordsByThePrototypeAndPrintsTheResults)
         {"ZXNone 1", "there is no script function ZXNone; \"zentrix functions\" lists them all\n"},
         {"ZXMedian none.npy", "none.npy: there is no such file\n"},
         {"ZXMedian a.npy -o m.npy", "-o m.npy: ZXMedian does not return an image\n"},
-        {"ZXMaximumFilter a.npy 1 null -o m.jpg", "m.jpg: cannot be written: expected a name ending in .npy or .png\n"},
+        {"ZXMaximumFilter a.npy 1 null -o m.jpg",
+         "m.jpg: cannot be written: expected a name ending in .npy, .mrc, .tif or .png\n"},
         {"ZXMaximumFilter a.npy 1 null -o none/m.npy", "none/m.npy: cannot be written: No such file or directory\n"}};
     for (const auto& [command, printed] : good) EXPECT_EQ(bench.zentrix("call " + command).text(), "0 " + printed);
     for (const auto& [command, printed] : bad)
@@ -214,6 +215,6 @@ TEST(CommandLine, NamesTheFileAndTheProblem)
     EXPECT_EQ(bench.folder().files(), before);
     EXPECT_THAT(bench.zentrix("functions --library none.so").err, HasSubstr("none.so"));
     EXPECT_EQ(bench.zentrix("info real.npy --json").out,
-              "{\"type\":\"float32\",\"size\":[4,4],\"file\":\"real.npy\",\"of\":\"value\",\"min\":1.0,\"max\":1.0,"
-              "\"mean\":1.0,\"not_finite\":0}\n");
+              "{\"type\":\"float32\",\"size\":[4,4],\"file\":\"real.npy\",\"format\":\"NumPy\",\"name\":\"real\","
+              "\"axes\":[null,null],\"of\":\"value\",\"min\":1.0,\"max\":1.0,\"mean\":1.0,\"not_finite\":0}\n");
 }
