@@ -84,8 +84,9 @@ void add_panel_command(CLI::App& app, const global_options& global)
         ->type_name("FILE");
     command->add_option("--quit-after", request->quit_after_ms, "Quit after this time [ms]")->type_name("MS");
     command->footer(
-        "The panel removes the aberrations that it shows, as zentrix correct does. It starts with those given "
-        "here. Its angles are whole degrees.");
+        "Example:\n  zentrix panel wave.npy --kv 300 --pixel 0.02 --C1 -62 --A1 14@35 --show phase\n\n"
+        "The panel removes the aberrations that it shows, as zentrix correct does. It starts with those given here.\n"
+        "Its angles are whole degrees.");
     command->callback([&global, request] { run(*request, global); });
 }
 
