@@ -196,7 +196,7 @@ void add_ctf_command(CLI::App& app, const global_options& global)
         ->type_name("TEXT");
     add_optics(*command, *request);
     command->footer(
-        "Example: zentrix ctf -o ctf.png -o ctf.csv --kv 300 --pixel 0.05 --C1 -60 --C3 1.2 --focus-spread 4\n"
+        "Example:\n  zentrix ctf -o ctf.png -o ctf.csv --kv 300 --pixel 0.05 --C1 -60 --C3 1.2 --focus-spread 4\n\n"
         "The profile is a mean over directions. docs/pictures.md explains the figure.");
     command->callback([&global, request] { run(*request, global); });
 }

@@ -120,6 +120,7 @@ void add_info_command(CLI::App& app, const global_options& global)
     CLI::App* const command = app.add_subcommand("info", "Print format, type, size, scale and range of an image file");
     auto file = std::make_shared<std::string>();
     command->add_option("FILE", *file, "Image file (.dm3, .dm4, .mrc, .npy, .tif)")->required();
+    command->footer("Examples:\n  zentrix info wave.npy\n  zentrix info wave.npy --json");
     command->callback([&global, file] { print_info(*file, global.json); });
 }
 
