@@ -1,5 +1,6 @@
 #include "host/files/image_file.h"
 #include "host/program/commands.h"
+#include "host/program/lens_options.h"
 #include "host/program/unwrap_work.h"
 #include "host/text/system_path.h"
 
@@ -58,6 +59,10 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
         ->type_name("FILE|FOLDER/");
     command->add_flag("--phase", request->is_wave, "PHASE is a complex wave: unwrap its phase");
     add_picture_options(*command, request->picture);
+    command
+        ->add_option("--pixel", request->picture.pixel_nm,
+                     "Pixel size [nm], for the scale bar (default: that of the file)")
+        ->check(pixel_in_nanometres());
     add_result_options(*command, request->files);
     add_timing_option(*command, request->timing);
     command->footer(
