@@ -38,6 +38,7 @@ host::provenance provenance_of(const hologram_request& request, const hologram_o
     made.command.insert(made.command.begin(), "zentrix");
     if (!request.reference.empty()) made.inputs.push_back(host::input_of(request.reference));
     made.parameters = done.corrected;
+    made.program = program_with_library(global);
     made.more = {{"hologram", as_json(request, done)}};
     return made;
 }
