@@ -20,6 +20,7 @@ from . import _core
 from ._core import ScriptError
 from ._core import version as __version__
 from ._correct import aberrate, correct
+from ._hologram import HologramReport, hologram
 from ._files import Axis, Image, read, write
 from ._notation import from_notation, to_notation
 from ._panel import panel
@@ -35,6 +36,7 @@ _FUNCTIONS = (
     correct,
     ctf,
     from_notation,
+    hologram,
     panel,
     read,
     read_parameters,
@@ -45,7 +47,7 @@ _FUNCTIONS = (
     write,
     write_parameters,
 )
-_CLASSES = (Axis, Image, ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
+_CLASSES = (Axis, HologramReport, Image, ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
 for _public in _CLASSES + _FUNCTIONS:
