@@ -16,5 +16,6 @@ void add_aberrate_command(CLI::App& app, const global_options& global);
 void add_unwrap_command(CLI::App& app, const global_options& global);
 void add_panel_command(CLI::App& app, const global_options& global);
 void add_convert_command(CLI::App& app, const global_options& global);
+void add_estimate_command(CLI::App& app, const global_options& global);
 
 }  // namespace zentrix::program

@@ -101,6 +101,7 @@ int run(int argc, char** argv)
     add_aberrate_command(app, global);
     add_unwrap_command(app, global);
     add_convert_command(app, global);
+    add_estimate_command(app, global);
     add_panel_command(app, global);
     try {
         app.parse(reversed_words(global.words));
@@ -109,6 +110,8 @@ int run(int argc, char** argv)
         const auto chosen = app.get_subcommands();
         std::cout << (chosen.empty() ? app.help() : chosen.front()->help("zentrix"));
         return success;
+    } catch (const CLI::RuntimeError& ended) {  // a command with an exit code of its own
+        return ended.get_exit_code();
     } catch (const CLI::ParseError& problem) {
         const auto chosen = app.get_subcommands();
         if (chosen.empty() && dynamic_cast<const CLI::RequiredError*>(&problem) != nullptr)
