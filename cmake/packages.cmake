@@ -10,7 +10,7 @@ set(CPACK_VERBATIM_VARIABLES ON)
 
 # The licences of what is linked or compiled in, as Debian's packages have them.
 set(licensed fftw3:libfftw3-dev nlopt:libnlopt-dev tiff:libtiff-dev cli11:libcli11-dev nlohmann-json:nlohmann-json3-dev
-    xsimd:libxsimd-dev xxhash:libxxhash-dev boost:libboost-dev)
+    xsimd:libxsimd-dev xxhash:libxxhash-dev boost:libboost-dev stb:libstb-dev dejavu-fonts:fonts-dejavu-core)
 if(WIN32)
     list(APPEND licensed zlib:libz-mingw-w64-dev gcc-runtime:gcc-mingw-w64-x86-64-posix-runtime
         mingw-w64-runtime:mingw-w64-x86-64-dev)
@@ -54,7 +54,6 @@ This package has the command line and the library with the script functions.")
 
  -- ${CPACK_DEBIAN_PACKAGE_MAINTAINER}  ${date}
 ")
-    find_program(GZIP gzip REQUIRED)
     foreach(pair IN ITEMS CHANGELOG.md:changelog.gz ${PROJECT_BINARY_DIR}/debian/changelog:changelog.Debian.gz)
         string(REPLACE ":" ";" pair ${pair})
         list(GET pair 0 from)

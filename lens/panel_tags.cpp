@@ -49,8 +49,7 @@ double modulus_for_tag(coefficient which, double modulus)
 double angle_for_tag(coefficient which, double degrees)
 {
     require(std::trunc(degrees) == degrees, which, " needs an angle of whole degrees on the panel.");
-    const double rest = std::fmod(degrees, 360);
-    return rest < 0 ? rest + 360 : rest;
+    return panel_angle(degrees);
 }
 
 /// The shortest decimal number that rounds to `value`.
@@ -64,6 +63,12 @@ double as_typed(float value)
 }
 
 }  // namespace
+
+double panel_angle(double degrees)
+{
+    const double rest = std::fmod(degrees, 360);
+    return rest < 0 ? rest + 360 : rest;
+}
 
 std::string modulus_key(coefficient which)
 {

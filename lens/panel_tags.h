@@ -24,6 +24,9 @@ struct panel_tag
 /// Throws  std::invalid_argument when `lens` has an angle that is not in whole degrees, or a modulus beyond a float
 std::vector<panel_tag> panel_tags(const aberrations& lens, int mode);
 
+/// The same direction from 0 up to 360 degrees, as the panel has it.
+double panel_angle(double degrees);
+
 /// "ModA1"; for a round coefficient just its name, "C1".
 std::string modulus_key(coefficient which);
 /// "AngA1"; empty for a round coefficient.

@@ -4,6 +4,7 @@
 
 #include "python/arrays.h"
 #include "python/correction.h"
+#include "python/files.h"
 #include "python/notation.h"
 #include "python/parameters.h"
 #include "python/session.h"
@@ -112,6 +113,7 @@ PYBIND11_MODULE(_core, module)
     add_notation(module);
     add_parameters(module);
     add_unwrapping(module);
+    add_files(module);
     module.def("notifications", &notifications);
     module.def("call_on_host_thread", &call_on_host_thread);
     module.def("end", &end);

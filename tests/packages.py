@@ -27,11 +27,12 @@ def run(*command, cwd=None, **environment):
 def unpack_deb(package, folder):
     """The program and the folders of library and documents."""
     depends = run("dpkg-deb", "-f", package, "Depends")
-    for name in ("libfftw3-single3", "libc6", "zlib1g"):
+    for name in ("libfftw3-single3", "libtiff6", "zlib1g"):
         assert name in depends, depends
     run("dpkg-deb", "-x", package, folder)
     (library,) = folder.glob("usr/lib/*/zentrix64")
-    assert (folder / "usr/bin/zentrix").is_symlink()
+    for name in ("man/man1/zentrix.1.gz", "bash-completion/completions/zentrix", "zsh/vendor-completions/_zentrix"):
+        assert (folder / "usr/share" / name).stat().st_size > 500, name
     return [folder / "usr/bin/zentrix"], library, folder / "usr/share/doc/zentrix"
 
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Runs the command lines of README.md in their order, as a person pastes them after ./demo.sh.
+"""Runs the command lines of README.md in their order, as a person pastes them after ./demo.sh; checks its links.
 
     tests/readme_lines.py BUILD
 
@@ -28,6 +28,14 @@ def python_block(text):
     return block
 
 
+def broken_links():
+    """Links of README.md and of the pages in docs/ to files that are missing."""
+    for page in (ROOT / "README.md", *sorted((ROOT / "docs").glob("*.md"))):
+        for link in re.findall(r"\]\(([^)#:]+)(?:#[^)]*)?\)", page.read_text("utf-8")):
+            if not (page.parent / link).exists():
+                yield f"{page.name}: {link} is missing"
+
+
 def outputs(line):
     return re.findall(r"(?:-o|--png|--cuts) (?:\w+=)?([\w./-]+)", line.partition("#")[0])
 
@@ -42,7 +50,7 @@ class Shell:
 
     def run(self, line):
         """What the line prints on standard error, and its exit code."""
-        self.bash.stdin.write(f"{{ {line}\n}} 2>&1 >/dev/null; echo; echo done $?\n")
+        self.bash.stdin.write(f"{{ {line}\n}} 2>&1 >/dev/null; code=$?; echo; echo done $code\n")
         self.bash.stdin.flush()
         said = ""
         for out in self.bash.stdout:
@@ -54,7 +62,7 @@ class Shell:
 
 def main(build):
     text = (ROOT / "README.md").read_text("utf-8")
-    failed = []
+    failed = list(broken_links())
     with tempfile.TemporaryDirectory(prefix="read me ") as scratch:
         folder = pathlib.Path(scratch)
         (folder / "build").mkdir()

@@ -49,7 +49,7 @@ struct dm_tree
 /// Throws  header_error
 dm_tree read_dm_tags(binary_input& from);
 
-/// The text of an array of 16-bit characters, as UTF-8; empty for other tags and for texts of more than 4096 characters.
+/// The text of an array of 16-bit characters, as UTF-8; empty for other tags and for more than 4096 characters.
 std::string dm_text(binary_input& from, const dm_tree& tree, const dm_tag& tag);
 
 /// Whether a file that starts with these bytes is a DM3 or DM4 file.

@@ -9,8 +9,10 @@
 #include "host/files/dm_tags.h"
 #include "host/files/file_error.h"
 #include "host/files/input_file.h"
+#include "host/files/mrc.h"
 #include "host/files/npy.h"
 #include "host/files/png.h"
+#include "host/files/tiff.h"
 
 namespace zentrix::host {
 
@@ -62,6 +64,8 @@ const format formats[] = {
     {"NumPy", is_npy, {".npy"}, read_npy},
     {"DM3", is_dm3, {".dm3"}, read_dm},
     {"DM4", is_dm4, {".dm4"}, read_dm},
+    {"MRC", is_mrc, {".mrc", ".mrcs", ".map", ".ccp4", ".st", ".ali", ".rec"}, read_mrc},
+    {"TIFF", is_tiff, {".tif", ".tiff"}, read_tiff},
     {"PNG", is_png, {".png"}, refuse_picture},
     {"HDF5", is_hdf5, {".emd", ".hspy"}, refuse_hdf5},
     {"ZIP", is_zip, {".npz", ".zspy"}, refuse_zip},
@@ -78,7 +82,19 @@ const format& format_of_contents(const std::filesystem::path& file)
     const std::string extension = extension_of(file);
     for (const format& one : formats)
         if (std::ranges::find(one.extensions, extension) != one.extensions.end()) return one;
-    throw file_error{file, "cannot be read: expected a .dm3, .dm4 or .npy file"};
+    throw file_error{file, "cannot be read: expected a .dm3, .dm4, .mrc, .npy or .tif file"};
+}
+
+using writer = void (*)(const std::filesystem::path& file, const image& pixels);
+
+/// What keeps the values of an image in a file of that extension; null if nothing does.
+writer writer_for(const std::filesystem::path& file)
+{
+    const std::string extension = extension_of(file);
+    if (extension == ".npy") return write_npy;
+    if (extension == ".mrc" || extension == ".mrcs") return write_mrc;
+    if (extension == ".tif" || extension == ".tiff") return write_tiff;
+    return nullptr;
 }
 
 bool is_refused(const format& one)
@@ -102,16 +118,15 @@ std::string format_of(const std::filesystem::path& file) { return format_of_cont
 
 void require_writable_kind(const std::filesystem::path& file)
 {
-    const std::string extension = extension_of(file);
-    if (extension != ".npy" && extension != ".png")
-        throw file_error{file, "cannot be written: expected a name ending in .npy or .png"};
+    if (writer_for(file) == nullptr && extension_of(file) != ".png")
+        throw file_error{file, "cannot be written: expected a name ending in .npy, .mrc, .tif or .png"};
 }
 
 void write_image(const std::filesystem::path& file, const image& pixels, display_mode shown, palette shades)
 {
     require_writable_kind(file);
-    if (extension_of(file) == ".npy")
-        write_npy(file, pixels);
+    if (const auto write = writer_for(file))
+        write(file, pixels);
     else
         write_png(file, pixels, shown, shades);
 }

@@ -8,7 +8,7 @@
 
 namespace zentrix::host {
 
-/// Reads an image file: DM3, DM4, .npy. The first bytes decide which format it is; where they do not, the
+/// Reads an image file: DM3, DM4, MRC, .npy, TIFF. The first bytes decide which format it is; where they do not, the
 /// extension does. The image has the scale and voltage that the file has (image::scale).
 /// Throws  file_error, also for a format that is not read
 image_ref read_image(const std::filesystem::path& file);
@@ -19,7 +19,8 @@ std::string format_of(const std::filesystem::path& file);
 /// Whether the file's name has the extension of a format that read_image reads. Pictures are none.
 bool has_readable_extension(const std::filesystem::path& file);
 
-/// Writes an image by the file's extension: .npy keeps every value; .png is a picture of it in that mode.
+/// Writes an image by the file's extension: .npy keeps every value; .mrc and .tif keep those that the format has, and
+/// the scale (write_mrc, write_tiff); .png is a picture of it in that mode.
 /// Throws  file_error, also for another extension
 void write_image(const std::filesystem::path& file, const image& pixels, display_mode shown = display_mode::real,
                  palette shades = palette::grey);

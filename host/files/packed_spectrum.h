@@ -10,11 +10,11 @@ enum class packing
 {
     /// Element code 5, for even sizes: width / 2 complex numbers in each row, for kx = 0, 1, ... and, from the top,
     /// ky = -height / 2, ... The first column holds two columns of the spectrum: in its lower half kx = 0, in its upper
-    /// half kx = -width / 2, each for ky = 0, 1, ... Where both ky = 0 and ky = -height / 2 are real, the imaginary part
-    /// has the second one.
+    /// half kx = -width / 2, each for ky = 0, 1, ... The values for ky = 0 and -height / 2 are real; the latter is the
+    /// imaginary part of the former.
     shared_column,
-    /// Element codes 27 and 28: width / 2 + 1 complex numbers in each row, for kx = 0, 1, ..., conjugate to the transform
-    /// with exp(-2 pi i k r); from the top, ky = -(height / 2), ...
+    /// Element codes 27 and 28: width / 2 + 1 complex numbers in each row, for kx = 0, 1, ...; from the top,
+    /// ky = -(height / 2), ... They are conjugate to the transform with exp(-2 pi i k r).
     full_column
 };
 

@@ -6,51 +6,11 @@
 #include <numbers>
 
 #include "host/pictures/font.h"
-#include "host/pictures/scale_bar.h"
+#include "host/pictures/ticks.h"
 
 namespace zentrix::host {
 
 namespace {
-
-/// What is beside a bar of greys.
-struct bar_labels
-{
-    std::string name;
-    std::vector<double> values;
-    std::vector<std::string> texts;
-};
-
-/// Round numbers between the limits, at most one for each of `room` places.
-bar_labels labels_of(const shown_range& range, int room)
-{
-    bar_labels labels{range.quantity, {}, {}};
-    const double black = static_cast<double>(range.limits.black), white = static_cast<double>(range.limits.white);
-    const double largest = std::max(std::abs(black), std::abs(white));
-    const int exponent = largest > 0 ? static_cast<int>(std::floor(std::log10(largest))) : 0;
-    const bool is_common = exponent >= -3 && exponent < 5;
-    const double factor = is_common ? 1 : std::pow(10, exponent);
-    if (!is_common) labels.name += " \u00d7 10" + superscript(exponent);
-    if (!(white > black)) {
-        labels.values = {black};
-        labels.texts = {number_label(black / factor, 4)};
-        return labels;
-    }
-    const double span = (white - black) / factor;
-    double step = round_number_below(span / 2);
-    while (span / round_number_below(step * 0.6) + 1 <= room) step = round_number_below(step * 0.6);
-    for (double i = std::ceil(black / factor / step - 1e-6); i * step <= white / factor + 1e-6 * step; ++i) {
-        labels.values.push_back(i * step * factor);
-        labels.texts.push_back(number_label(i * step, digits_for(step)));
-    }
-    return labels;
-}
-
-double widest(const std::vector<std::string>& texts, double size)
-{
-    double width = 0;
-    for (const auto& text : texts) width = std::max(width, text_width(text, size));
-    return width;
-}
 
 void add_missing(drawing& drawn, double left, double bottom, double letters, rgb ink)
 {
@@ -65,14 +25,14 @@ drawing bar_of_greys(const shown_range& range, int height, double letters)
 {
     const bool has_missing = range.not_a_number > 0;
     const double left = std::round(0.8 * letters), width = std::round(letters), right = left + width;
-    const double tick = std::round(0.3 * letters), line = std::max(1.0, std::round(letters / 20));
+    const double mark = std::round(0.3 * letters), line = std::max(1.0, std::round(letters / 20));
     const double half = line / 2, bottom = height - half - (has_missing ? std::round(1.8 * letters) : 0);
-    const auto labels = labels_of(range, static_cast<int>(bottom / (2.2 * letters)));
-    const double beyond_texts = right + 2 * tick + widest(labels.texts, letters);
+    const double black = static_cast<double>(range.limits.black), white = static_cast<double>(range.limits.white);
+    const auto axis = ticks_between(black, white, static_cast<int>(bottom / (2.2 * letters)));
+    const double beyond_texts = right + 2 * mark + widest_label(axis, letters);
     drawing drawn{static_cast<int>(beyond_texts + 1.9 * letters), height};
 
     const grey_scale greys{range.limits};
-    const double black = static_cast<double>(range.limits.black), white = static_cast<double>(range.limits.white);
     for (int y = 0; y < static_cast<int>(bottom); ++y) {
         const auto value = static_cast<float>(white + (black - white) * (y + 0.5) / bottom);
         std::uint8_t grey = 0;
@@ -80,14 +40,14 @@ drawing bar_of_greys(const shown_range& range, int height, double letters)
         drawn.fill({left, y + 0.0, right, y + 1.0}, {grey, grey, grey});
     }
     drawn.frame({left + half, half, right - half, bottom - half}, line, black_ink);
-    for (std::size_t i = 0; i < labels.values.size(); ++i) {
-        const double part = white > black ? (white - labels.values[i]) / (white - black) : 0.5;
+    for (const auto& [value, label] : axis.ticks) {
+        const double part = white > black ? (white - value) / (white - black) : 0.5;
         const double y = half + part * (bottom - 2 * half);
-        drawn.fill({right, y - half, right + tick, y + half}, black_ink);
+        drawn.fill({right, y - half, right + mark, y + half}, black_ink);
         const double base = std::clamp(y + capital_height(letters) / 2, capital_height(letters) + 1, height - 1.0);
-        drawn.text({right + 1.7 * tick, base}, letters, alignment::left, labels.texts[i], black_ink);
+        drawn.text({right + 1.7 * mark, base}, letters, alignment::left, label, black_ink);
     }
-    drawn.rising_text({beyond_texts + 1.2 * letters, bottom / 2}, letters, labels.name, black_ink);
+    drawn.rising_text({beyond_texts + 1.2 * letters, bottom / 2}, letters, range.quantity + axis.factor, black_ink);
     if (has_missing) add_missing(drawn, left, height - 1.0, letters, missing_in_grey);
     return drawn;
 }

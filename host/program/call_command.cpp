@@ -18,7 +18,7 @@ constexpr char help_on_arguments[] =
   output parameter  _ prints it after the call as name = value; _=START gives it a start value; null omits it
 
 Examples:
-  zentrix call ZXMedianFilter in.npy 2 null 1 -o out.npy
+  zentrix call MedianFilter in.npy 2 null 1 -o out.npy
   zentrix call ZXMovingAverage2 in.npy 2 _ _ -o imgDst1=mean.npy -o imgDst2=deviation.npy
   zentrix call ZXGetCenterOfMass spot.npy _=12 _=15 5 20 0
   zentrix call ZXMedianFilter {} 2 null 1 --each "data/*.npy" -o filtered/ --jobs 4
@@ -50,7 +50,8 @@ void add_call_command(CLI::App& app, const global_options& global)
 {
     CLI::App* const command = app.add_subcommand("call", "Call a script function by name");
     auto request = std::make_shared<call_request>();
-    command->add_option("NAME", request->name, "Function, as \"zentrix functions\" lists it")->required();
+    command->add_option("NAME", request->name, "Function, as \"zentrix functions\" lists it, with or without ZX")
+        ->required();
     command->add_option("ARGUMENT", request->words, "Its arguments, see below");
     command
         ->add_option("-o", request->outputs,

@@ -8,6 +8,7 @@
 #include "host/objects/tag_group.h"
 #include "host/program/argument.h"
 #include "host/program/describe.h"
+#include "host/program/function_name.h"
 #include "host/program/picture_options.h"
 #include "host/program/result_record.h"
 #include "host/text/number_text.h"
@@ -206,6 +207,18 @@ std::string in_one_line(const std::string& file, std::string lines)
     return file + ": " + lines + "\n";
 }
 
+/// Calls the function. The library's messages do not name the function: they become "ZXMedianFilter: MESSAGE", with the
+/// prototype in the next line.
+host::script_value call(host::function& callee, const std::vector<host::script_value>& arguments)
+{
+    try {
+        return host::call_converted(callee, arguments);
+    } catch (const host::script_error& problem) {
+        const host::prototype& signature = callee.signature();
+        throw host::script_error{signature.name + ": " + problem.what() + "\n  " + signature.text};
+    }
+}
+
 }  // namespace
 
 std::string file_of_output(const std::string& output)
@@ -219,7 +232,8 @@ host::file_outcome call_work::operator()(const host::file_task& task)
     step_times times;
     host::engine& engine = session_.engine(times);
     const auto words = words_for(request_.words, task.input);
-    const auto callee = choose_overload(request_.name, engine.functions().overloads(request_.name), words);
+    const std::string name = full_function_name(engine.functions(), request_.name);
+    const auto callee = choose_overload(name, engine.functions().overloads(name), words);
     const host::prototype& signature = callee->signature();
     const auto outputs = outputs_for(request_.outputs, task);
     const destinations files = destinations_of(outputs, signature);
@@ -230,7 +244,7 @@ host::file_outcome call_work::operator()(const host::file_task& task)
     std::vector<host::script_value> arguments;
     for (std::size_t i = 0; i < words.size(); ++i)
         arguments.push_back(read_argument(words[i], signature.parameter_of(i).type, images));
-    std::vector<delivery> values{{"", host::call_converted(*callee, arguments), files.result}};
+    std::vector<delivery> values{{"", call(*callee, arguments), files.result}};
     for (delivery& output : outputs_of(signature, arguments, files)) values.push_back(std::move(output));
     write_all(values, task, made);
 

@@ -175,9 +175,10 @@ void add_convert_command(CLI::App& app, const global_options& global)
     add_frame(*command, request->frame);
     add_coefficients(*command, request->options);
     command->footer(
-        "Examples: zentrix convert out.json --to polar --unit A --angle rad\n"
-        "          zentrix convert C10=-620A C12=140A phi12=0.305rad -o lens.json\n"
-        "          zentrix convert --C1 -62 --A1 14@35 --to cartesian --json\n"
+        "Examples:\n"
+        "  zentrix convert out.json --to polar --unit A --angle rad\n"
+        "  zentrix convert C10=-620A C12=140A phi12=0.305rad -o lens.json\n"
+        "  zentrix convert --C1 -62 --A1 14@35 --to cartesian --json\n\n"
         "docs/notation.md compares the notations, docs/parameters.md describes the files.");
     command->callback([&global, request] { run(*request, global); });
 }

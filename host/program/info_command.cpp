@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "host/files/image_file.h"
+#include "host/parameters/recorded_image.h"
 #include "host/pictures/for_each_pixel.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
@@ -49,17 +50,63 @@ statistics survey(const host::image& pixels)
     return s;
 }
 
-void print_statistics(const std::string& file, const host::image& pixels, bool in_json)
+json scale_as_json(const host::image& pixels)
 {
+    json axes = json::array();
+    for (std::size_t d = 0; d < pixels.dimensions(); ++d) {
+        const auto& [step, first, unit] = pixels.scale().axes[d];
+        axes.push_back(step == 0 ? json{} : json{{"step", step}, {"first", first}, {"unit", unit}});
+    }
+    json described{{"axes", axes}};
+    if (const double pixel = host::square_pixel_nm(pixels.scale()); pixel > 0) described["pixel_nm"] = pixel;
+    if (const double kilovolts = pixels.scale().kilovolts; kilovolts > 0) described["kv"] = kilovolts;
+    return described;
+}
+
+std::string with_unit(double number, const std::string& unit)
+{
+    return number_text(number) + (unit.empty() ? "" : " " + unit);
+}
+
+/// "pixel 0.02 nm, planes 0.5 nm apart, first pixel at 1 nm, 2 nm, 0 nm; 300 kV"; empty if nothing is known.
+std::string scale_text(const host::image& pixels)
+{
+    const auto& [axes, kilovolts] = pixels.scale();
+    const auto& [x, y, z] = axes;
+    std::string text, places;
+    const auto add = [&](const std::string& part, const char* separator) {
+        text += (text.empty() ? "" : separator) + part;
+    };
+    const bool is_square = pixels.dimensions() == 1 || (x.step == y.step && x.unit == y.unit);
+    if (x.step != 0)
+        add("pixel " + with_unit(x.step, x.unit) + (is_square ? "" : " x " + with_unit(y.step, y.unit)), ", ");
+    if (pixels.dimensions() == 3 && z.step != 0) add("planes " + with_unit(z.step, z.unit) + " apart", ", ");
+    for (std::size_t d = 0; d < pixels.dimensions(); ++d)
+        places += (d == 0 ? "" : ", ") + with_unit(axes[d].first, axes[d].unit);
+    if (std::ranges::any_of(axes, [](const auto& axis) { return axis.first != 0; }))
+        add("first pixel at " + places, ", ");
+    if (kilovolts > 0) add(number_text(kilovolts) + " kV", "; ");
+    return text;
+}
+
+/// What is known of one file.
+void print_info(const std::string& file, bool in_json)
+{
+    const auto path = host::system_path(file);
+    const auto image = host::read_recorded_image(path);
+    const host::image& pixels = *image;
     const statistics s = survey(pixels);
     const char* const what = is_complex(pixels) ? "modulus" : "value";
     if (in_json) {
         json described = as_json(pixels, file);
+        described.update({{"format", host::format_of(path)}, {"name", pixels.name()}});
+        described.update(scale_as_json(pixels));
         described.update({{"of", what}, {"min", s.smallest}, {"max", s.largest}, {"mean", s.mean}});
         described["not_finite"] = s.not_finite;
         return print(described);
     }
-    std::cout << file << ": " << one_line(pixels) << '\n';
+    std::cout << file << ": " << one_line(pixels) << " (" << host::format_of(path) << ")\n";
+    if (const std::string scale = scale_text(pixels); !scale.empty()) std::cout << scale << '\n';
     if (s.finite > 0)
         std::cout << what << " from " << number_text(s.smallest) << " to " << number_text(s.largest) << ", mean "
                   << number_text(s.mean) << '\n';
@@ -70,11 +117,11 @@ void print_statistics(const std::string& file, const host::image& pixels, bool i
 
 void add_info_command(CLI::App& app, const global_options& global)
 {
-    CLI::App* const command = app.add_subcommand("info", "Print type, size and range of an image file");
+    CLI::App* const command = app.add_subcommand("info", "Print format, type, size, scale and range of an image file");
     auto file = std::make_shared<std::string>();
-    command->add_option("FILE", *file, "Image file (.npy)")->required();
-    command->callback(
-        [&global, file] { print_statistics(*file, *host::read_image(host::system_path(*file)), global.json); });
+    command->add_option("FILE", *file, "Image file (.dm3, .dm4, .mrc, .npy, .tif)")->required();
+    command->footer("Examples:\n  zentrix info wave.npy\n  zentrix info wave.npy --json");
+    command->callback([&global, file] { print_info(*file, global.json); });
 }
 
 }  // namespace zentrix::program

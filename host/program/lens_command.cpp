@@ -82,17 +82,6 @@ void add_envelope(CLI::App& command, lens_request& request)
         ->group(widths_group);
 }
 
-void add_nan_option(CLI::App& command, lens_request& request)
-{
-    command
-        .add_option_function<std::string>(
-            "--nan",
-            [&](const std::string& word) { request.not_finite = word == "zero" ? nan_rule::zero : nan_rule::mean; },
-            "Replace pixels that are infinite or not a number by 0 or by the mean of the others (default: refuse them)")
-        ->check(CLI::IsMember({"zero", "mean"}).description(""))
-        ->type_name("zero|mean");
-}
-
 /// --remove was an option of "zentrix correct" when that command applied aberrations by default. It is not in --help.
 void refuse_former_option(CLI::App& command)
 {
@@ -124,15 +113,14 @@ void add_lens_command(CLI::App& app, const global_options& global, lens::directi
     });
     add_widths(*command, request->given);
     add_envelope(*command, *request);
-    add_nan_option(*command, *request);
+    add_nan_option(*command, request->not_finite);
     add_picture_options(*command, request->picture);
     add_result_options(*command, request->files);
     add_timing_option(*command, request->timing);
-    command->footer("Examples: zentrix " + name +
-                    " wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -62 --A1 14@35\n"
-                    "          zentrix " +
-                    name + " \"waves/*.npy\" -o results/ --params out.json --jobs 4\n          zentrix " + name +
-                    " wave.npy -o stack.npy --kv 300 --pixel 0.02 --C1 -60:60:5\n"
+    command->footer("Examples:\n  zentrix " + name +
+                    " wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -62 --A1 14@35\n  zentrix " + name +
+                    " \"waves/*.npy\" -o results/ --params out.json --jobs 4\n  zentrix " + name +
+                    " wave.npy -o stack.npy --kv 300 --pixel 0.02 --C1 -60:60:5\n\n"
                     "C1 < 0 is underfocus. docs/conventions.md explains axes, signs and formulas, docs/many-files.md\n"
                     "folders, --continue and sweeps.");
     command->callback([&global, request] { run(*request, global); });

@@ -95,4 +95,14 @@ void add_widths(CLI::App& command, host::parameter_set& parameters)
     add_width_options(command, parameters.focus_spread_nm, parameters.convergence_mrad, parameters.vibration_nm);
 }
 
+void add_nan_option(CLI::App& command, nan_rule& rule)
+{
+    command
+        .add_option_function<std::string>(
+            "--nan", [&](const std::string& word) { rule = word == "zero" ? nan_rule::zero : nan_rule::mean; },
+            "Replace pixels that are infinite or not a number by 0 or by the mean of the others (default: refuse them)")
+        ->check(CLI::IsMember({"zero", "mean"}).description(""))
+        ->type_name("zero|mean");
+}
+
 }  // namespace zentrix::program

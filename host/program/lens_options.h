@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/parameters/parameter_set.h"
+#include "host/program/wave_file.h"
 #include "lens/transfer.h"
 
 /// Options of the commands that correct or aberrate a wave. The variables that they set must outlive `command`.
@@ -26,6 +27,8 @@ void add_coefficients(CLI::App& command, const coefficient_setter& set);
 /// Adds --focus-spread, --convergence and --vibration, all rms.
 void add_widths(CLI::App& command, lens::coherence& spread);
 void add_widths(CLI::App& command, host::parameter_set& parameters);
+/// Adds --nan zero|mean.
+void add_nan_option(CLI::App& command, nan_rule& rule);
 /// The heading of the widths and of --envelope in --help.
 extern const char* const widths_group;
 

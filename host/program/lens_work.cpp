@@ -8,6 +8,7 @@
 #include "host/files/file_error.h"
 #include "host/program/describe.h"
 #include "host/program/result_record.h"
+#include "host/program/wave_stack.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 
@@ -19,11 +20,14 @@ using host::number_text;
 struct lens_work::job
 {
     const host::file_task& task;
+    wave_reader waves;
+    picture_options picture;
     step_times times{};
-    host::image_ref wave{};  ///< the result at the end
     settled_parameters settled{};
     lens::optics optics{};
     bool damps = false;
+    host::image_ref result{};  ///< of a stack: its outline
+    std::optional<host::shown_range> shown{};
 };
 
 namespace {
@@ -59,122 +63,139 @@ json further_members(const lens_request& request)
     return more;
 }
 
-/// Plane z of a stack, in the stack's memory.
-host::image_ref plane_of(const host::image_ref& stack, std::uint32_t z)
-{
-    const std::uint32_t sizes[] = {stack->size(0), stack->size(1)};
-    const std::ptrdiff_t strides[] = {1, static_cast<std::ptrdiff_t>(stack->size(0))};
-    return host::image::over(stack->name(), HOST_ELEMENT_COMPLEX64,
-                             static_cast<std::complex<float>*>(stack->data()) + z * stack->stride(2), sizes, strides,
-                             host::access::write, stack);
-}
-
-lens::transfer_arguments arguments_for(const lens::optics& optics, const host::image& wave, const lens_request& request,
-                                       const host::parameter_set& parameters)
-{
-    return lens::arguments_for(optics, static_cast<int>(wave.size(0)), static_cast<int>(wave.size(1)), request.way,
-                               parameters.envelope.value_or(lens::damping::automatic));
-}
-
 }  // namespace
 
-void lens_work::each_plane(job& one)
+void lens_work::check_stack(const job& one) const
 {
-    const auto arguments = arguments_for(one.optics, *one.wave, request_, one.settled.parameters);
+    if (!one.waves.is_stack()) return;
+    const auto refuse = [&](const char* why) {
+        throw host::file_error{host::system_path(one.task.input), "contains " + one_line(one.waves.outline()) + why};
+    };
+    if (request_.swept) refuse("; a sweep needs a single wave");
+    if (one.task.outputs.at(0).ends_with(".png") || !one.picture.png.empty())
+        refuse("; a stack cannot be shown as one picture");
+}
+
+host::image_ref lens_work::next_wave(job& one, const std::string& name) const
+{
+    return one.times.measure("read", [&] {
+        auto wave = one.waves.next();
+        apply_nan_rule(name, *wave, request_.not_finite);
+        wave->set_scale(scale_of_result(wave->scale(), one.settled.parameters));
+        return wave;
+    });
+}
+
+lens::transfer_arguments lens_work::arguments_for(job& one) const
+{
+    const host::image& wave = one.waves.outline();
+    const auto arguments =
+        lens::arguments_for(one.optics, static_cast<int>(wave.size(0)), static_cast<int>(wave.size(1)), request_.way,
+                            one.settled.parameters.envelope.value_or(lens::damping::automatic));
     one.damps = arguments.envelope;
-    host::engine& engine = session_.engine(one.times);
-    host::spectrum_costs costs;
-    for (std::uint32_t z = 0; z < one.wave->size(2); ++z) {
-        const auto wave = one.wave->dimensions() == 2 ? one.wave : plane_of(one.wave, z);
-        const auto [transform, transfer] = host::multiply_spectrum(engine, wave, arguments);
-        costs.transform += transform;
-        costs.transfer += transfer;
-    }
+    return arguments;
+}
+
+void lens_work::multiply(job& one, const host::image_ref& wave)
+{
+    const auto arguments = arguments_for(one);
+    const auto costs = host::multiply_spectrum(session_.engine(one.times), wave, arguments);
     one.times.add("transform", costs.transform);
     one.times.add("function", costs.transfer);
 }
 
-void lens_work::sweep_planes(job& one)
+void lens_work::make_wave(job& one, const host::picture_texts& texts)
 {
-    const sweep& swept = *request_.swept;
-    const std::uint32_t sizes[] = {one.wave->size(0), one.wave->size(1), static_cast<std::uint32_t>(swept.count)};
-    const auto stack = host::image::create(one.wave->name(), HOST_ELEMENT_COMPLEX64, sizes);
-    host::calibration scale = one.wave->scale();
-    scale.axes[2] = swept.axis();
-    stack->set_scale(scale);
-    host::engine& engine = session_.engine(one.times);
-    one.times.measure("transform", [&] {
-        host::kept_spectrum spectrum{one.wave};
-        for (std::uint32_t z = 0; z < stack->size(2); ++z) {
-            one.optics.lens[swept.which] = swept.value(z);
-            const auto arguments = arguments_for(one.optics, *stack, request_, one.settled.parameters);
-            one.damps = arguments.envelope;
-            spectrum.multiply(engine, arguments, plane_of(stack, z));
-        }
-    });
-    one.optics.lens[swept.which] = {};
-    one.wave = stack;
+    one.result = next_wave(one, one.task.input);
+    multiply(one, one.result);
+    one.times.measure("write",
+                      [&] { one.shown = write_result(one.task.outputs.at(0), one.picture, *one.result, texts); });
 }
 
-void lens_work::compute(job& one)
+void lens_work::make_stack(job& one)
 {
-    one.wave->set_scale(scale_of_result(one.wave->scale(), one.settled.parameters));
-    if (request_.swept)
-        sweep_planes(one);
-    else
-        each_plane(one);
+    const host::image& from = one.waves.outline();
+    one.result = new_outline(from.name(), from.size(0), from.size(1), from.size(2),
+                             scale_of_result(from.scale(), one.settled.parameters));
+    stack_writer to{one.task.outputs.at(0), *one.result};
+    for (std::uint32_t z = 0; z < from.size(2); ++z) {
+        const auto wave = next_wave(one, one.task.input + ", plane " + std::to_string(z));
+        multiply(one, wave);
+        one.times.measure("write", [&] { to.append(*wave); });
+    }
+    one.times.measure("write", [&] { to.commit(); });
+}
+
+void lens_work::make_sweep(job& one)
+{
+    const sweep& swept = *request_.swept;
+    const auto wave = next_wave(one, one.task.input);
+    host::calibration scale = wave->scale();
+    scale.axes[2] = swept.axis();
+    one.result =
+        new_outline(wave->name(), wave->size(0), wave->size(1), static_cast<std::uint32_t>(swept.count), scale);
+    stack_writer to{one.task.outputs.at(0), *one.result};
+    const auto plane = wave->clone();
+    host::engine& engine = session_.engine(one.times);
+    auto spectrum = one.times.measure("transform", [&] { return host::kept_spectrum{wave}; });
+    for (std::size_t z = 0; z < swept.count; ++z) {
+        one.optics.lens[swept.which] = swept.value(z);
+        one.times.measure("transform", [&] { spectrum.multiply(engine, arguments_for(one), plane); });
+        one.times.measure("write", [&] { to.append(*plane); });
+    }
+    one.optics.lens[swept.which] = {};
+    one.times.measure("write", [&] { to.commit(); });
 }
 
 host::file_outcome lens_work::operator()(const host::file_task& task)
 {
-    job one{task};
-    picture_options picture = request_.picture;
-    picture.png = task.outputs.at(1);
-    const std::string& output = task.outputs.at(0);
-    one.wave = one.times.measure("read", [&] { return read_waves(task.input); });
-    if (one.wave->dimensions() > 2) {
-        const std::string is_stack = "contains " + one_line(*one.wave) + "; ";
-        if (request_.swept)
-            throw host::file_error{host::system_path(task.input), is_stack + "a sweep needs a single wave"};
-        if ((output.ends_with(".png") || !picture.png.empty()))
-            throw host::file_error{host::system_path(task.input), is_stack + "a stack cannot be shown as one picture"};
-    }
-    one.settled = settle(request_, task.input, one.wave->scale());
+    step_times opening;
+    job one{task, opening.measure("read", [&] { return wave_reader{task.input}; }), request_.picture, opening};
+    one.picture.png = task.outputs.at(1);
+    check_stack(one);
+    one.settled = settle(request_, task.input, one.waves.outline().scale());
     one.optics = host::optics_of(one.settled.parameters);
     const auto results = results_of(task);
-    host::provenance made{.command = command_for(task, request_.files, {"-o", "--png"}, global_),
-                          .inputs = {host::input_of(task.input)},
-                          .parameters = one.settled.parameters,
-                          .program = {},
-                          .more = further_members(request_)};
+    const host::provenance made{.command = command_for(task, request_.files, {"-o", "--png"}, global_),
+                                .inputs = {host::input_of(task.input)},
+                                .parameters = one.settled.parameters,
+                                .program = {},
+                                .more = further_members(request_)};
     if (request_.files.resumes && is_done(results, made)) return done_before(task);
     const auto record = host::record_path(results);
     std::cerr << one.settled.notes;
-    apply_nan_rule(task.input, *one.wave, request_.not_finite);
-    compute(one);
-
-    const auto shown =
-        one.times.measure("write", [&] { return write_result(output, picture, *one.wave, host::texts_of(made)); });
+    if (request_.swept)
+        make_sweep(one);
+    else if (one.waves.is_stack())
+        make_stack(one);
+    else
+        make_wave(one, host::texts_of(made));
     std::vector<host::recorded_result> recorded;
-    for (const auto& file : results) recorded.push_back({file, file.extension() == ".png" ? nullptr : one.wave.get()});
+    for (const auto& file : results)
+        recorded.push_back({file, file.extension() == ".png" ? nullptr : one.result.get()});
     finish_with_record(record, made, recorded);
+    return outcome_of(one);
+}
 
+host::file_outcome lens_work::outcome_of(const job& one) const
+{
     if (request_.timing && !global_.json) std::cerr << "zentrix: " << one.times.text() << '\n';
+    const std::string& output = one.task.outputs.at(0);
     const bool removed = request_.way == lens::direction::remove;
     host::file_outcome outcome;
-    outcome.facts = {{"result", as_json(*one.wave, output)},
+    outcome.facts = {{"result", as_json(*one.result, output)},
                      {"wavelength_nm", one.optics.wavelength_nm},
                      {"pixel_nm", one.optics.pixel_nm},
                      {"removed", removed},
                      {"envelope", one.damps}};
     if (request_.swept) outcome.facts["sweep"] = request_.swept->as_json();
-    if (shown) outcome.facts["picture"] = as_json(*shown);
+    if (one.shown) outcome.facts["picture"] = as_json(*one.shown);
     if (request_.timing) outcome.facts["seconds"] = one.times.as_json();
     outcome.text = (removed ? "removed " : "applied ") + list_of_aberrations(request_, one.optics.lens) +
                    (one.damps ? ", with the envelope" : "") + ", wavelength " +
                    number_text(std::round(one.optics.wavelength_nm * 1e7) / 1e4) + " pm" +
-                   (one.settled.origin.empty() ? "" : ", " + one.settled.origin) + ": " + one_line(*one.wave) + " -> " +
-                   output + "\n" + (shown ? "picture: " + one_line(*shown) + "\n" : "");
+                   (one.settled.origin.empty() ? "" : ", " + one.settled.origin) + ": " + one_line(*one.result) +
+                   " -> " + output + "\n" + (one.shown ? "picture: " + one_line(*one.shown) + "\n" : "");
     return outcome;
 }
 

@@ -21,9 +21,14 @@ class lens_work
 
   private:
     struct job;
-    void compute(job& one);
-    void sweep_planes(job& one);
-    void each_plane(job& one);
+    void check_stack(const job& one) const;
+    host::image_ref next_wave(job& one, const std::string& name) const;
+    lens::transfer_arguments arguments_for(job& one) const;
+    void multiply(job& one, const host::image_ref& wave);
+    void make_wave(job& one, const host::picture_texts& texts);
+    void make_stack(job& one);
+    void make_sweep(job& one);
+    host::file_outcome outcome_of(const job& one) const;
 
     const lens_request& request_;
     const global_options& global_;

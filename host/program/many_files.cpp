@@ -30,20 +30,8 @@ bool can_be_written(const std::string& ending)
     return ending != ".png";  // a picture does not keep the values
 }
 
-/// Image files, without the results in a folder that gets results: a second run must not take those of the first.
-host::file_filter input_filter(const std::vector<host::destination>& destinations)
-{
-    return [&destinations](const fs::path& file) {
-        if (!host::has_readable_extension(file)) return false;
-        const bool gets_results = std::ranges::any_of(destinations, [&](const host::destination& where) {
-            std::error_code ignored;
-            return host::is_folder(where.to) &&
-                   fs::equivalent(host::system_path(where.to),
-                                  file.has_parent_path() ? file.parent_path() : fs::path{"."}, ignored);
-        });
-        return !gets_results || !is_recorded_result(file);
-    };
-}
+/// Of the files in a folder.
+bool is_input(const fs::path& file) { return host::has_readable_extension(file) && !is_made_from_neighbour(file); }
 
 std::string count_of(std::size_t files) { return std::to_string(files) + (files == 1 ? " file" : " files"); }
 
@@ -75,10 +63,11 @@ class report
     void finish()
     {
         const double seconds = progress_.elapsed().count();
-        const double rate = static_cast<double>(files_ - skipped_) / std::max(seconds, 1e-3);
+        const std::size_t done = files_ - skipped_ - failures_.size();
+        const double rate = static_cast<double>(done) / std::max(seconds, 1e-3);
         std::string text =
             "zentrix: " + count_of(files_) + " in " + host::number_text(std::round(seconds * 100) / 100) + " s";
-        if (skipped_ < files_) text += ", " + host::number_text(std::round(rate * 10) / 10) + " per second";
+        if (done > 0) text += ", " + host::number_text(std::round(rate * 10) / 10) + " per second";
         if (skipped_ > 0) text += ", " + std::to_string(skipped_) + " done before";
         if (!in_json_) progress_.print_above(text + "\n");
         if (failures_.empty()) return;
@@ -175,7 +164,7 @@ void process_files(const many_files& files, const std::vector<host::destination>
         host::end_with_parent();
         return host::serve_tasks(process);
     }
-    const auto inputs = host::input_files(files.inputs, input_filter(destinations));
+    const auto inputs = host::input_files(files.inputs, is_input);
     const bool is_single = inputs.size() == 1;
     for (const host::destination& where : destinations)
         if (!is_single && !where.to.empty() && !host::is_folder(where.to))

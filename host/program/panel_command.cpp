@@ -4,12 +4,14 @@
 
 #include "host/program/commands.h"
 #include "host/program/lens_options.h"
+#include "host/program/lens_request.h"
 #include "host/program/picture_options.h"
 #include "host/program/wave_file.h"
 #include "host/text/system_path.h"
-#include "host/windows/panel_handler.h"
-
 #ifdef _WIN32
+#include "host/engine/library_search.h"
+#include "host/parameters/parameter_file.h"
+#include "host/windows/panel_parameters.h"
 #include "host/windows/panel_program.h"
 #endif
 
@@ -20,8 +22,9 @@ namespace {
 struct panel_request
 {
     std::string wave;
-    host::microscope scope;
-    host::panel_start start;
+    lens_request lens;
+    bool damped = false;
+    host::display_mode shown = host::display_mode::modulus;
     host::palette phase_palette = host::palette::grey;
     std::string log, screenshot, screenshot_of_all;
     std::optional<unsigned> quit_after_ms;
@@ -35,16 +38,25 @@ void run(const panel_request& request, const global_options& global)
     check_picture_name(request.screenshot_of_all);
     const auto wave = read_wave(request.wave);
     apply_nan_rule(request.wave, *wave, nan_rule::mean);  // shows the other pixels
+    lens_request lens = request.lens;
+    if (!lens.parameter_file.empty()) lens.from_file = host::read_parameters(host::system_path(lens.parameter_file));
+    if (request.damped) lens.given.envelope = lens::damping::on;
+    const auto settled = settle(lens, request.wave, wave->scale());
+    const auto [coefficients, scope, note] = host::for_panel(settled.parameters, {});
+    std::cerr << settled.notes << (note.empty() ? "" : "zentrix: " + note + "\n");
     session zentrix{global};
     host::panel_program_options options;
+    options.input = host::input_of(request.wave);
+    options.program = host::program_facts(
+        host::system_path(global.library.empty() ? host::find_library_file() : global.library), global.use_simd);
     options.title = host::utf8_path(host::system_path(request.wave).filename());
     options.log = host::system_path(request.log);
     options.screenshot = host::system_path(request.screenshot);
     options.screenshot_of_all = host::system_path(request.screenshot_of_all);
     options.quit_after_ms = request.quit_after_ms;
-    options.start = request.start;
+    options.start = {coefficients, request.shown};
     options.phase_palette = request.phase_palette;
-    host::panel_program program{zentrix.engine(), wave, request.scope, options};
+    host::panel_program program{zentrix.engine(), wave, scope, options};
     program.run();
     std::cout << program.costs() << '\n';
 }
@@ -66,16 +78,21 @@ void add_panel_command(CLI::App& app, const global_options& global)
         app.add_subcommand("panel", "Correct a complex wave by hand with the control panel (Windows)");
     auto request = std::make_shared<panel_request>();
     command->add_option("WAVE", request->wave, "Complex wave (.npy, two dimensions)")->required();
-    command->add_option("--kv", request->scope.kilovolts, "Accelerating voltage [kV]")
-        ->required()
+    host::parameter_set& given = request->lens.given;
+    command->add_option("--kv", given.kilovolts, "Accelerating voltage [kV] (default: that of the file)")
         ->check(voltage_in_kilovolts());
-    command->add_option("--pixel", request->scope.pixel_nm, "Pixel size [nm]")
-        ->required()
+    command->add_option("--pixel", given.pixel_nm, "Pixel size [nm] (default: that of the file)")
         ->check(pixel_in_nanometres());
-    add_coefficients(*command, request->start.lens);
-    add_widths(*command, request->scope.spread);
-    command->add_flag("--damp", request->scope.damped, "Damp the corrected wave by these widths")->group(widths_group);
-    add_display_options(*command, request->start.shown, request->phase_palette);
+    command
+        ->add_option("--params", request->lens.parameter_file,
+                     "File of parameters, or the record of a result (.json); other options override it")
+        ->type_name("FILE");
+    add_coefficients(*command, [&given](lens::coefficient which, const std::string& word) {
+        given.coefficients[which] = lens::parse_coefficient(which, word);
+    });
+    add_widths(*command, given);
+    command->add_flag("--damp", request->damped, "Damp the corrected wave by these widths")->group(widths_group);
+    add_display_options(*command, request->shown, request->phase_palette);
     command->add_option("--log", request->log, "Log changes of tags, calls and alerts")->type_name("FILE");
     command->add_option("--screenshot", request->screenshot, "Save a picture of the panel (.png)")->type_name("FILE");
     command
@@ -84,8 +101,9 @@ void add_panel_command(CLI::App& app, const global_options& global)
         ->type_name("FILE");
     command->add_option("--quit-after", request->quit_after_ms, "Quit after this time [ms]")->type_name("MS");
     command->footer(
-        "The panel removes the aberrations that it shows, as zentrix correct does. It starts with those given "
-        "here. Its angles are whole degrees.");
+        "Example:\n  zentrix panel wave.npy --kv 300 --pixel 0.02 --C1 -62 --A1 14@35 --show phase\n\n"
+        "The panel removes the aberrations that it shows, as zentrix correct does. It starts with those given here.\n"
+        "Its angles are whole degrees.");
     command->callback([&global, request] { run(*request, global); });
 }
 

@@ -25,7 +25,7 @@ void add_picture_options(CLI::App& command, picture_options& picture);
 /// Throws  host::file_error unless `name` is empty or ends in .png
 void check_picture_name(const std::string& name);
 
-/// How pictures are painted, for the record: {"shown": "phase", "scale_bar": true}. Options that were not given are left out.
+/// How pictures are painted, for the record: {"shown": "phase", "scale_bar": true}. Options not given are left out.
 json choice_of(const picture_options& picture);
 
 /// Checks the names and limits before any work is done.

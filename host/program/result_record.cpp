@@ -97,16 +97,20 @@ void finish_with_record(const fs::path& record, const host::provenance& made,
     }
 }
 
-bool is_recorded_result(const fs::path& file)
+bool is_made_from_neighbour(const fs::path& file)
 {
-    return std::ranges::any_of(possible_records_of(file), [&](const fs::path& record) {
+    return std::ranges::any_of(possible_records_of(file), [&](const fs::path& place) {
         std::error_code ignored;
-        if (!fs::is_regular_file(record, ignored)) return false;
+        if (!fs::is_regular_file(place, ignored)) return false;
         try {
-            const json read = host::read_json(record);
-            return read.is_object() && read.contains("program") && read.contains("result") &&
-                   read["result"].dump().find(host::utf8_path(file.filename())) != std::string::npos;
-        } catch (const host::file_error&) {
+            const json record = host::read_json(place);
+            if (!record.is_object() || !record.contains("program") || !record.contains("input")) return false;
+            const json& input = record["input"].is_array() ? record["input"].at(0) : record["input"];
+            const fs::path name = host::system_path(input.at("name").get<std::string>()).filename();
+            const fs::path neighbour = fs::path{file}.replace_filename(name);
+            return name != file.filename() && fs::is_regular_file(neighbour, ignored) &&
+                   host::fingerprint_of(neighbour).digest == input.at("digest").get<std::string>();
+        } catch (const std::exception&) {  // it is no record
             return false;
         }
     });

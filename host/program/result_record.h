@@ -28,8 +28,9 @@ bool is_done(const std::vector<std::filesystem::path>& results, const host::prov
 void finish_with_record(const std::filesystem::path& record, const host::provenance& made,
                         const std::vector<host::recorded_result>& results);
 
-/// Whether the file is the result of a command that wrote a record.
-bool is_recorded_result(const std::filesystem::path& file);
+/// Whether the record of a file says that it was made from another file that still is in the same folder. Where a
+/// folder is the input, such files are results and not inputs.
+bool is_made_from_neighbour(const std::filesystem::path& file);
 
 /// The outcome for a result that is_done.
 host::file_outcome done_before(const host::file_task& task);

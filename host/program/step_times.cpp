@@ -1,10 +1,20 @@
 #include "host/program/step_times.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "host/text/number_text.h"
 
 namespace zentrix::program {
+
+void step_times::add(const std::string& step, seconds time)
+{
+    const auto known = std::ranges::find(steps_, step, &std::pair<std::string, seconds>::first);
+    if (known == steps_.end())
+        steps_.emplace_back(step, time);
+    else
+        known->second += time;
+}
 
 std::string step_times::text() const
 {

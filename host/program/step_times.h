@@ -17,7 +17,8 @@ class step_times
     using clock = std::chrono::steady_clock;
     using seconds = std::chrono::duration<double>;
 
-    void add(const std::string& step, seconds time) { steps_.emplace_back(step, time); }
+    /// Times of the same step are added up.
+    void add(const std::string& step, seconds time);
 
     /// Calls `work` and adds its time. Returns its result.
     template <class Work>

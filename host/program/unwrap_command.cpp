@@ -60,6 +60,13 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
     add_picture_options(*command, request->picture);
     add_result_options(*command, request->files);
     add_timing_option(*command, request->timing);
+    command->footer(
+        "Examples:\n"
+        "  zentrix unwrap phase.npy -o unwrapped.npy --png unwrapped.png --cuts cuts.png\n"
+        "  zentrix unwrap wave.npy --phase --mask vacuum.npy -o unwrapped.npy\n\n"
+        "Pixels that are infinite or not a number are left out, too. Regions that cuts or gaps separate carry "
+        "unrelated\n"
+        "multiples of 2 pi.");
     command->callback([&global, request] { run(*request, global); });
 }
 

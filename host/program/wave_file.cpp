@@ -9,8 +9,7 @@
 
 #include "host/correction/finite_pixels.h"
 #include "host/files/file_error.h"
-#include "host/files/image_file.h"
-#include "host/parameters/record.h"
+#include "host/parameters/recorded_image.h"
 #include "host/program/describe.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
@@ -40,15 +39,12 @@ host::image_ref in_single_precision(const std::filesystem::path& file, const hos
 host::image_ref read_complex(const std::string& name, std::size_t most_dimensions)
 {
     const auto file = host::system_path(name);
-    const auto wave = host::read_image(file);
+    const auto wave = host::read_recorded_image(file);
     if (wave->type().meaning != host::element_class::complex)
         throw host::file_error{file, "contains " + one_line(*wave) + "; expected a complex wave"};
     if (wave->dimensions() < 2 || wave->dimensions() > most_dimensions)
         throw host::file_error{file, "contains " + one_line(*wave) + "; expected a wave of two " +
                                          (most_dimensions > 2 ? "or three " : "") + "dimensions"};
-    const auto is_known = [](const host::axis_scale& axis) { return axis.step != 0; };
-    if (std::ranges::none_of(wave->scale().axes, is_known))
-        if (const auto recorded = host::recorded_scale(file, *wave)) wave->set_scale(*recorded);
     return in_single_precision(file, wave);
 }
 

@@ -27,4 +27,18 @@ std::optional<T> parse_number(std::string_view text)
     return error == std::errc{} && stop == text.data() + text.size() ? std::optional{value} : std::nullopt;
 }
 
+/// The shortest decimal number for which `fits` holds; `value` itself if there is none. For numbers that a file has
+/// rounded: 0.02 rather than 0.0199999996.
+template <class Fits>
+double shortest_number(double value, Fits fits)
+{
+    for (int digits = 1; digits < 17; ++digits) {
+        char text[32];
+        const auto written = std::to_chars(text, text + sizeof text, value, std::chars_format::general, digits);
+        const auto number = parse_number<double>({text, static_cast<std::size_t>(written.ptr - text)});
+        if (number && fits(*number)) return *number;
+    }
+    return value;
+}
+
 }  // namespace zentrix::host

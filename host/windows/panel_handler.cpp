@@ -60,8 +60,41 @@ lens::optics panel_handler::optics() const
     setup.wavelength_nm = lens::electron_wavelength(scope_.kilovolts);
     setup.pixel_nm = scope_.pixel_nm;
     setup.spread = scope_.spread;
-    setup.lens = lens::read_aberrations([&](const std::string& key) { return tags_->read_float(key).value_or(0.0F); });
+    setup.lens = coefficients();
     return setup;
+}
+
+lens::aberrations panel_handler::coefficients() const
+{
+    return lens::read_aberrations([&](const std::string& key) { return tags_->read_float(key).value_or(0.0F); });
+}
+
+void panel_handler::write_coefficients(const lens::aberrations& lens)
+{
+    for (const auto& about : lens::all_coefficients) {
+        const lens::polar& value = lens[about.which];
+        tags_->write(lens::modulus_key(about.which), static_cast<float>(value.modulus));
+        if (about.symmetry != 0)
+            tags_->write(lens::angle_key(about.which),
+                         static_cast<std::int32_t>(lens::panel_angle(value.angle_degrees)));
+    }
+    update_panel();
+}
+
+void panel_handler::set(const lens::aberrations& lens, const microscope& scope)
+{
+    lens::panel_tags(lens, 1);  // throws for what the panel cannot show
+    const lens::aberrations former_lens = coefficients();
+    const microscope former_scope = std::exchange(scope_, scope);
+    try {
+        write_coefficients(lens);
+        change();
+    } catch (...) {
+        scope_ = former_scope;
+        write_coefficients(former_lens);
+        change();
+        throw;
+    }
 }
 
 void panel_handler::change()
@@ -80,11 +113,8 @@ void panel_handler::change()
 void panel_handler::apply()
 {
     correction_.accept();
-    for (const auto& about : lens::all_coefficients) {
-        tags_->write(lens::modulus_key(about.which), 0.0F);
-        if (about.symmetry != 0) tags_->write(lens::angle_key(about.which), std::int32_t{0});
-    }
-    update_panel();
+    applied_.emplace_back(coefficients(), scope_);
+    write_coefficients({});
     change();
 }
 

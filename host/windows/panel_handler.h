@@ -2,6 +2,8 @@
 
 #include <functional>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "host/correction/live_correction.h"
 #include "host/pictures/picture.h"
@@ -62,6 +64,15 @@ class panel_handler : public script_object
     image_ref transfer_function() const;
     const live_correction& correction() const noexcept { return correction_; }
 
+    const microscope& scope() const noexcept { return scope_; }
+    /// The coefficients that the panel shows.
+    lens::aberrations coefficients() const;
+    /// Shows and corrects with other parameters. Angles are whole degrees.
+    /// Throws  std::invalid_argument for parameters with which the wave cannot be corrected; all is then as it was
+    void set(const lens::aberrations& lens, const microscope& scope);
+    /// What was removed by OnApply so far, in this order.
+    const std::vector<std::pair<lens::aberrations, microscope>>& applied() const noexcept { return applied_; }
+
     /// The action of the panel's hidden button, for a menu.
     void edit_microscope();
     /// Shows or hides the transfer function and updates the panel's button.
@@ -73,6 +84,7 @@ class panel_handler : public script_object
     panel_handler(engine& engine, const image_ref& wave, const microscope& scope, panel_view& view);
     void add_methods();
     void fill_tags(const panel_start& start);
+    void write_coefficients(const lens::aberrations& lens);
     lens::optics optics() const;
     void change();
     void apply();
@@ -86,6 +98,7 @@ class panel_handler : public script_object
     live_correction correction_;
     tag_group_ref tags_ = memory_tag_group::make_group();
     std::function<void(const std::string&)> listener_;
+    std::vector<std::pair<lens::aberrations, microscope>> applied_;
 };
 
 }  // namespace zentrix::host

@@ -1,17 +1,16 @@
 #include "host/windows/panel_program.h"
 
-#include <commdlg.h>
-
 #include <algorithm>
 #include <cstdio>
-#include <cwchar>
 #include <utility>
-#include <vector>
 
 #include "host/files/image_file.h"
+#include "host/parameters/parameter_file.h"
 #include "host/text/encoding.h"
 #include "host/text/system_path.h"
+#include "host/windows/file_dialog.h"
 #include "host/windows/microscope_dialog.h"
+#include "host/windows/panel_parameters.h"
 #include "host/windows/resource.h"
 #include "host/windows/screenshot.h"
 
@@ -21,7 +20,7 @@ namespace {
 
 constexpr LONG largest_picture = 640;  // initial size of the wave window [screen pixels]
 constexpr LONG margin = 24;
-constexpr std::size_t longest_path = 32768;  // limit of the system
+constexpr wchar_t parameter_files[] = L"Parameters and records (*.json)\0*.json\0";
 constexpr UINT_PTR screenshot_timer = 1, quit_timer = 2;
 constexpr UINT time_to_paint_ms = 300;  // the window system may be another process
 
@@ -163,6 +162,8 @@ void panel_program::command(unsigned id)
 {
     switch (id) {
         case IDM_SAVE: return save();
+        case IDM_SAVE_PARAMETERS: return save_parameters();
+        case IDM_LOAD_PARAMETERS: return load_parameters();
         case IDM_QUIT: return PostQuitMessage(0);
         case IDM_PANEL: return show_panel(!frame_->visible());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
@@ -178,19 +179,47 @@ void panel_program::colour_phases(bool coloured)
 
 void panel_program::save()
 {
-    std::vector<wchar_t> file(longest_path);
-    wcscpy(file.data(), L"corrected.npy");
-    OPENFILENAMEW dialog{};
-    dialog.lStructSize = sizeof dialog;
-    dialog.hwndOwner = wave_window_->handle();
-    dialog.lpstrFilter = L"Wave (*.npy)\0*.npy\0";
-    dialog.lpstrDefExt = L"npy";
-    dialog.lpstrFile = file.data();
-    dialog.nMaxFile = static_cast<DWORD>(file.size());
-    dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
-    if (GetSaveFileNameW(&dialog)) return write_image(file.data(), *handler_->result());
-    if (const DWORD error = CommDlgExtendedError(); error != 0)  // not cancelled by the user
-        alert("The system could not ask for a file's name (error " + std::to_string(error) + ").");
+    const auto file = ask_file(wave_window_->handle(), {false, L"Wave (*.npy)\0*.npy\0", L"npy", L"corrected.npy"});
+    if (file.empty()) return;
+    const image_ref& result = handler_->result();
+    const auto record = record_path({file});  // throws before anything is written
+    write_image(file, *result);
+    write_record(record, provenance_of(file), {{file, result.get()}});
+}
+
+provenance panel_program::provenance_of(const std::filesystem::path& result) const
+{
+    const parameter_set set = parameters_of(handler_->coefficients(), handler_->scope());
+    provenance made{.command = {"zentrix"}, .inputs = {}, .parameters = set, .program = options_.program};
+    const bool by_one_command = handler_->applied().empty();
+    made.command.emplace_back(by_one_command ? "correct" : "panel");
+    if (options_.input) {
+        made.inputs.push_back(*options_.input);
+        made.command.push_back(options_.input->name);
+    }
+    if (by_one_command) {
+        made.command.insert(made.command.end(), {"-o", utf8_path(result)});
+        for (std::string& word : option_words(set)) made.command.push_back(std::move(word));
+        return made;
+    }
+    for (const auto& [lens, scope] : handler_->applied())
+        made.more["applied_before"].push_back(as_json(parameters_of(lens, scope)));
+    return made;
+}
+
+void panel_program::save_parameters()
+{
+    const auto file = ask_file(wave_window_->handle(), {false, parameter_files, L"json", L"parameters.json"});
+    if (!file.empty()) write_parameters(file, parameters_of(handler_->coefficients(), handler_->scope()));
+}
+
+void panel_program::load_parameters()
+{
+    const auto file = ask_file(wave_window_->handle(), {true, parameter_files, L"json", L""});
+    if (file.empty()) return;
+    const auto [lens, scope, note] = for_panel(read_parameters(file), handler_->scope());
+    handler_->set(lens, scope);
+    if (!note.empty()) alert(note);
 }
 
 void panel_program::pictures_changed()

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "host/parameters/record.h"
 #include "host/windows/floating_frame.h"
 #include "host/windows/image_window.h"
 #include "host/windows/panel_handler.h"
@@ -20,6 +21,8 @@ struct panel_program_options
     std::optional<unsigned> quit_after_ms = {};  ///< the program then shows no message boxes
     panel_start start = {};
     palette phase_palette = palette::grey;
+    std::optional<recorded_input> input = {};  ///< the file of the wave, for the records of results
+    nlohmann::ordered_json program = {};       ///< see program_facts
 };
 
 /// The program with the library's control panel and a window that shows the corrected wave.
@@ -72,6 +75,9 @@ class panel_program : private panel_view
     void command(unsigned id);
     void colour_phases(bool coloured);
     void save();
+    provenance provenance_of(const std::filesystem::path& result) const;
+    void save_parameters();
+    void load_parameters();
     void start_timers();
     void take_screenshots();
     void log(const std::string& line);

@@ -20,6 +20,7 @@ from . import _core
 from ._core import ScriptError
 from ._core import version as __version__
 from ._correct import aberrate, correct
+from ._files import Axis, Image, read, write
 from ._notation import from_notation, to_notation
 from ._panel import panel
 from ._parameters import read_parameters, write_parameters
@@ -35,14 +36,16 @@ _FUNCTIONS = (
     ctf,
     from_notation,
     panel,
+    read,
     read_parameters,
     to_notation,
     transfer_function,
     unwrap,
     wavelength,
+    write,
     write_parameters,
 )
-_CLASSES = (ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
+_CLASSES = (Axis, Image, ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
 for _public in _CLASSES + _FUNCTIONS:

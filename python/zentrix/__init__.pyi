@@ -26,6 +26,21 @@ class _Signal(Protocol):
     axes_manager: Any
     metadata: Any
 
+class Axis(NamedTuple):
+    step: float
+    first: float
+    unit: str
+
+class Image(np.ndarray[Any, np.dtype[Any]]):
+    axes: tuple[Axis, ...]
+    kv: float | None
+    name: str
+    def __new__(
+        cls, array: ArrayLike, axes: Sequence[Axis] = (), kv: float | None = None, name: str = ""
+    ) -> Image: ...
+    @property
+    def pixel(self) -> float | None: ...
+
 class ScriptError(RuntimeError): ...
 
 class Ref:
@@ -76,7 +91,7 @@ class Host(ScriptFunctions):
 
 def load(path: str | os.PathLike[str] | None = None) -> Host: ...
 @overload
-def correct(wave: _Lazy | _Signal, **parameters: Any) -> Any: ...
+def correct(wave: _Lazy | _Signal | Image, **parameters: Any) -> Any: ...
 @overload
 def correct(
     wave: ArrayLike,
@@ -107,7 +122,7 @@ def correct(
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
 @overload
-def aberrate(wave: _Lazy | _Signal, **parameters: Any) -> Any: ...
+def aberrate(wave: _Lazy | _Signal | Image, **parameters: Any) -> Any: ...
 @overload
 def aberrate(
     wave: ArrayLike,
@@ -225,6 +240,14 @@ def ctf(
 def wavelength(kv: float) -> float: ...
 @overload
 def wavelength(kv: Sequence[float] | NDArray[Any]) -> NDArray[np.float64]: ...
+def read(path: str | os.PathLike[str]) -> Image: ...
+def write(
+    path: str | os.PathLike[str],
+    array: ArrayLike,
+    *,
+    pixel: Real | tuple[Real, Real] | None = None,
+    kv: Real | None = None,
+) -> None: ...
 @overload
 def unwrap(phase: _Lazy | _Signal, mask: Any = None, box: int | None = None, **parameters: Any) -> Any: ...
 @overload

@@ -9,6 +9,7 @@ import inspect
 
 import numpy as np
 
+from ._files import Image, with_scale
 from ._numbers import number
 
 #: unit of an axis -> nanometres
@@ -29,6 +30,8 @@ def takes_signals(function):
         if is_signal(data):
             keywords = {first: data, **dict(zip(list(parameters)[: len(arguments)], arguments)), **keywords}
             return _on_signal(call, keywords.pop(first), keywords, parameters)
+        if isinstance(data, Image):
+            return _on_image(function, data, arguments, keywords, parameters)
         if _is_dask_array(data):
             if "report" in parameters:  # which may be given by position
                 keywords, arguments = inspect.signature(function).bind(*arguments, **keywords).arguments, ()
@@ -55,6 +58,24 @@ def _on_dask(name, arguments, keywords):
     if keywords.pop("report", False):
         raise TypeError(f"{name}() of a Dask array has no report: call zentrix.{name} on the planes of interest.")
     return getattr(dask, name)(*arguments, **keywords)
+
+
+def _on_image(function, image, arguments, keywords, parameters):
+    first = next(iter(parameters))
+    plain = np.asarray(image)
+    if arguments:
+        arguments = (plain, *arguments[1:])
+    else:
+        keywords = keywords | {first: plain}
+    if "pixel" in parameters:
+        if "pixel" not in keywords and image.pixel is not None:
+            keywords["pixel"] = image.pixel
+        if "kv" not in keywords and "wavelength" not in keywords and image.kv is not None:
+            keywords["kv"] = image.kv
+    result = function(*arguments, **keywords)
+    if isinstance(result, tuple):
+        return (with_scale(result[0], image), *result[1:])
+    return with_scale(result, image)
 
 
 def _on_signal(function, signal, keywords, parameters):

@@ -3,6 +3,7 @@
 #include "host/windows/panel_program.h"
 
 #include "host/engine/library.h"
+#include "host/parameters/json_file.h"
 #include "host/windows/resource.h"
 #include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"
@@ -10,6 +11,7 @@
 #include "tests/windows/control.h"
 #include "tests/windows/page_tables.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -74,6 +76,7 @@ class at_the_panel : public testing::Test
         options.title = "wave.npy";
         options.log = bench_ / "log";
         options.quit_after_ms = quit_after_ms;  // if set, no message boxes are shown
+        options.input = recorded_input{"wave.npy", fingerprint_of(bench_ / "wave.npy")};
         program_.emplace(engine_, read_npy(bench_ / "wave.npy"), microscope{300, 0.05, {}, false}, options);
         program_->show();
         settle();
@@ -127,6 +130,18 @@ class at_the_panel : public testing::Test
             support::joined({"correct", wave, "-o", "out.npy", "--kv", kilovolts, "--pixel", "0.05"}, options));
         EXPECT_EQ(done.code, 0) << done.err;
         return support::same_bytes(result(), support::pixels_of<complex>(bench_ / "out.npy"));
+    }
+
+    /// Chooses a menu item that asks for a file, and answers with its name.
+    void choose(int item, const char* file)
+    {
+        const answer with_name{[&](HWND dialog) {
+            const LRESULT name = SendDlgItemMessageW(dialog, 0x47c, CBEM_GETEDITCONTROL, 0, 0);
+            SetWindowTextW(reinterpret_cast<HWND>(name), (bench_ / file).wstring().c_str());
+            SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+        }};
+        SendMessageW(program_->wave_window().handle(), WM_COMMAND, static_cast<WPARAM>(item), 0);
+        settle();
     }
 
     std::vector<std::uint8_t> shown() { return program_->wave_window().shown().bytes; }
@@ -298,14 +313,62 @@ TEST_F(at_the_panel, SavesTheCorrectedWave)
 {
     start();
     of_page(1, 5092).type("50");
-    const answer with_name{[&](HWND dialog) {
-        const LRESULT name = SendDlgItemMessageW(dialog, 0x47c, CBEM_GETEDITCONTROL, 0, 0);
-        SetWindowTextW(reinterpret_cast<HWND>(name), (bench_ / "saved.npy").wstring().c_str());
-        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
-    }};
-    SendMessageW(program_->wave_window().handle(), WM_COMMAND, IDM_SAVE, 0);
-    EXPECT_TRUE(equals_command({"--B2", "50"}));
-    EXPECT_TRUE(support::same_bytes(support::pixels_of<complex>(bench_ / "saved.npy"), result()));
+    of_page(0, 5003).type("-3.3");
+    choose(IDM_SAVE, "saved.npy");
+    EXPECT_TRUE(equals_command({"--B2", "50", "--C1", "-3.3"}));
+    const auto saved = support::pixels_of<complex>(bench_ / "saved.npy");
+    EXPECT_TRUE(support::same_bytes(saved, result()));
+
+    const auto record = read_json(bench_ / "saved.json");
+    EXPECT_EQ(record["input"]["name"], "wave.npy");
+    const auto command = record["command"].get<std::vector<std::string>>();
+    std::filesystem::remove(bench_ / "saved.npy");
+    const auto again = bench_.zentrix(std::vector<std::string>{command.begin() + 1, command.end()});
+    EXPECT_EQ(again.code, 0) << again.err;
+    EXPECT_TRUE(support::same_bytes(support::pixels_of<complex>(bench_ / "saved.npy"), saved));
+
+    of_panel(1).send(BM_CLICK);  // Apply
+    choose(IDM_SAVE, "twice.npy");
+    EXPECT_EQ(read_json(bench_ / "twice.json")["applied_before"][0]["C1"]["value"], -3.3);
+}
+
+TEST_F(at_the_panel, SavesAndLoadsParameters)
+{
+    start();
+    of_page(1, 5088).type("12.5");
+    of_page(1, 5004).send(TBM_SETPOS, TRUE, 135);
+    of_page(0, 5003).type("-30");
+    choose(IDM_SAVE_PARAMETERS, "lens.json");
+    of_page(1, 5088).type("1");
+    of_page(1, 5092).type("9");
+    logged();
+    choose(IDM_LOAD_PARAMETERS, "lens.json");
+    EXPECT_EQ(of_page(1, 5088).text() + " " + of_page(1, 5092).text() + " " + of_page(0, 5003).text(), "12.5 0 -30");
+    EXPECT_EQ(of_page(1, 5004).send(TBM_GETPOS), 135);
+    EXPECT_TRUE(equals_command({"--A1", "12.5@135", "--C1", "-30"}));
+
+    bench_.folder().write("other.json", R"({"kv": 80, "A1": [3.5, -10.4], "envelope": "off"})");
+    logged();
+    choose(IDM_LOAD_PARAMETERS, "other.json");
+    EXPECT_EQ(logged().back(), "alert The panel has whole degrees. These angles were rounded: A1.");
+    EXPECT_EQ(of_page(1, 5004).send(TBM_GETPOS), 350);
+    EXPECT_TRUE(equals_command({"--A1", "3.5@-10"}, "wave.npy", "80"));
+
+    const struct
+    {
+        const char *text, *problem;
+    } refused[] = {{R"({"C1": "x"})", R"(bad.json: C1 is a number in nm, not "x")"},
+                   {R"({"C1": 1e60})", "C1 is too large for the panel."},
+                   {R"({"C1": 3e38})", "C1 is too large."},
+                   {R"({"wavelength": 500})", "The panel needs the accelerating voltage (kv) and not the wavelength."},
+                   {R"({"tilt": [0, 1]})", "The panel has no beam tilt (tilt)."}};
+    for (const auto& [text, problem] : refused) {
+        bench_.folder().write("bad.json", text);
+        choose(IDM_LOAD_PARAMETERS, "bad.json");
+        const auto lines = logged();
+        EXPECT_EQ(std::ranges::count_if(lines, [&](const auto& line) { return line.ends_with(problem); }), 1) << text;
+        EXPECT_TRUE(equals_command({"--A1", "3.5@-10"}, "wave.npy", "80")) << "as it was";
+    }
 }
 
 TEST_F(at_the_panel, HidesShowsAndHandlesKeys)

@@ -1,0 +1,103 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/host/program/pictures.h"
+#include "tests/host/program/run.h"
+
+using support::workbench;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+struct row
+{
+    std::string words, says;
+};
+
+/// The first line on standard error, without "zentrix: ".
+std::string complaint(const support::outcome& done)
+{
+    const std::string prefix = "zentrix: ";
+    return done.err.starts_with(prefix) ? done.err.substr(prefix.size(), done.err.find('\n') - prefix.size())
+                                        : done.err;
+}
+
+}  // namespace
+
+TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
+{
+    const workbench bench;
+    const std::string correct = "correct w.npy -o o.npy ";
+    for (const auto& [words, says] : {
+             row{"", "expected a command: info, correct, "},
+             {"--jsno", "there is no option --jsno. Did you mean --json?"},
+             {"corect w.npy --kv 3", "there is no command \"corect\". Did you mean correct?"},
+             {"help corect", "there is no command \"corect\". Did you mean correct?"},
+             {"FFT w.npy", "there is no command \"FFT\". Did you mean fft?"},
+             {"version", "there is no command \"version\". Did you mean --version?"},
+             {"w.npy info", "\"w.npy\" comes after the command: zentrix info w.npy"},
+             {"ZXMedianFilter w.npy", "there is no command \"ZXMedianFilter\". Did you mean \"zentrix call "},
+             {correct + "--c1 -62", "there is no option --c1. Did you mean --C1?"},
+             {correct + "-kv 300", "\"-kv\" needs two hyphens: --kv"},
+             {correct + "--kv300", "there is no option --kv300. Did you mean --kv 300?"},
+             {correct + "--defocus=62",
+              "there is no option --defocus. Defocus is --C1 in nm, and C1 < 0 is underfocus"},
+             {correct + "--focus 62", "there is no option --focus. Defocus is --C1 in nm"},
+             {correct + "--Voltage 300000", "there is no option --Voltage. The accelerating voltage is --kv, in kV"},
+             {correct + "--pixel_size 1", "there is no option --pixel_size. The pixel size is --pixel, in nm"},
+             {correct + "--C12 14", "there is no option --C12. The coefficients are C1, A1, B2 and so on"},
+             {correct + "--color", "there is no option --color. Did you mean --colour?"},
+             {correct + "--box 3", "there is no option --box of \"zentrix correct\"; \"zentrix unwrap\" has it"},
+             {"correct w.npy -output o.npy --kv 300", "\"-output\" needs two hyphens: --output"},
+             {"functions \xe2\x80\x93json more", "unexpected argument \"more\"; expected: zentrix functions TEXT"},
+             {"functions median \xe2\x80\x93json",
+              "unexpected argument \"\xe2\x80\x93json\": its dash is not a hyphen (-)"},
+             {"correct", "WAVE is required (Complex waves"},
+             {correct + "--kv", "--kv (Accelerating voltage [kV]"},
+             {correct + "--kv 0,02", "--kv: expected a positive number, not \"0,02\": numbers have a decimal point"},
+             {correct + "--C1 5 --C1 6", "--C1 is given 2 times; it takes one value"},
+             {correct + "--kv 300 --wavelength 1", "--kv and --wavelength exclude each other; give one of them"},
+             {correct + "--show phaze", "--show: expected real, imaginary, modulus, log"},
+             {"unwrap p.npy -o u.npy --box 1.5", "--box: expected a whole number, not \"1.5\""},
+         }) {
+        const auto done = bench.zentrix(words);
+        EXPECT_EQ(done.code, 2) << words;
+        EXPECT_THAT(complaint(done), StartsWith(says)) << words;
+        EXPECT_EQ(done.out, "");
+    }
+    EXPECT_THAT(bench.zentrix("correct w.npy -o o.npy --show phaze").err, HasSubstr(". Did you mean phase?"));
+    EXPECT_TRUE(bench.folder().files().empty());
+}
+
+TEST(Usage, ErrorsAreJsonOnRequestAndKeepTheirExitCode)
+{
+    const workbench bench;
+    for (const auto& [words, code, kind, message] :
+         {std::tuple{"--json corect", 2, "usage", "there is no command \"corect\". Did you mean correct?"},
+          {"info none.npy --json", 1, "failure", "none.npy: there is no such file"},
+          {"correct a.npy -o o.npy --tilt 3 --json", 2, "usage", "--tilt is X,Y in mrad, not \"3\""}}) {
+        const auto done = bench.zentrix(words);
+        EXPECT_EQ(done.code, code);
+        const auto error = nlohmann::json::parse(done.out).at("error");
+        EXPECT_EQ(error.at("kind"), kind);
+        EXPECT_EQ(error.at("message"), message);
+        EXPECT_EQ(error.at("exit_code"), code);
+        EXPECT_THAT(done.err, StartsWith(std::string{"zentrix: "} + message + "\n"));
+    }
+}
+
+TEST(Usage, VersionAndHelpWorkEverywhere)
+{
+    const workbench bench;
+    for (const std::string words : {"--version", "-V", "correct --version"})
+        EXPECT_THAT(bench.zentrix(words).text(), StartsWith("0 zentrix 0."));
+    const auto facts = nlohmann::json::parse(bench.zentrix("--version --json").out);
+    EXPECT_TRUE(facts.at("compiler").is_string());
+    for (const char* name : {"FFTW", "zlib", "LibTIFF"})
+        EXPECT_GT(facts.at("libraries").at(name).get<std::string>(), "1.");
+    EXPECT_EQ(bench.zentrix("help unwrap").text(), bench.zentrix("unwrap --help").text());
+    EXPECT_EQ(bench.zentrix("help").text(), bench.zentrix("--help").text());
+}
