@@ -21,6 +21,7 @@ from ._core import ScriptError
 from ._core import version as __version__
 from ._correct import aberrate, correct
 from ._files import Axis, Image, read, write
+from ._estimate import Estimate, EstimatedCoefficient, estimate
 from ._notation import from_notation, to_notation
 from ._panel import panel
 from ._parameters import read_parameters, write_parameters
@@ -34,6 +35,7 @@ _FUNCTIONS = (
     aberrate,
     correct,
     ctf,
+    estimate,
     from_notation,
     panel,
     read,
@@ -45,7 +47,19 @@ _FUNCTIONS = (
     write,
     write_parameters,
 )
-_CLASSES = (Axis, Image, ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
+_CLASSES = (
+    Axis,
+    Estimate,
+    EstimatedCoefficient,
+    Image,
+    ImageCTF,
+    RadialCTF,
+    Ref,
+    ScriptError,
+    TagGroup,
+    TagList,
+    UnwrapReport,
+)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
 for _public in _CLASSES + _FUNCTIONS:
