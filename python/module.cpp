@@ -6,6 +6,7 @@
 #include "python/correction.h"
 #include "python/estimation.h"
 #include "python/files.h"
+#include "python/hologram.h"
 #include "python/notation.h"
 #include "python/parameters.h"
 #include "python/session.h"
@@ -115,6 +116,7 @@ PYBIND11_MODULE(_core, module)
     add_parameters(module);
     add_unwrapping(module);
     add_estimation(module);
+    add_hologram(module);
     add_files(module);
     module.def("notifications", &notifications);
     module.def("call_on_host_thread", &call_on_host_thread);

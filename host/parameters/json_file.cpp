@@ -75,6 +75,39 @@ std::string shortened(std::string text)
     return text.substr(0, end) + "...";
 }
 
+std::string in_one_line(const json& value)
+{
+    if (value.is_primitive()) return value.dump(-1, ' ', false, json::error_handler_t::replace);
+    const bool is_object = value.is_object();
+    std::string text;
+    for (const auto& member : value.items()) {
+        if (!text.empty()) text += ", ";
+        if (is_object) text += in_one_line(member.key()) + ": ";
+        text += in_one_line(member.value());
+    }
+    return is_object ? "{" + text + "}" : "[" + text + "]";
+}
+
+/// The value with its parts on lines of their own, unless they are plain and fit into one.
+std::string laid_out(const json& value, std::size_t indent)
+{
+    constexpr std::size_t longest_line = 110;
+    const auto is_plain = [](const json& part) { return part.is_primitive(); };
+    std::string line = in_one_line(value);
+    if (value.empty() || value.is_primitive()) return line;
+    const bool fits = value.is_array() || indent + line.size() <= longest_line;
+    if (indent > 0 && fits && std::ranges::all_of(value, is_plain)) return line;
+    const std::string next(indent + 2, ' ');
+    std::string text;
+    for (const auto& member : value.items()) {
+        text += (text.empty() ? "\n" : ",\n") + next;
+        if (value.is_object()) text += in_one_line(member.key()) + ": ";
+        text += laid_out(member.value(), indent + 2);
+    }
+    text += "\n" + std::string(indent, ' ');
+    return value.is_object() ? "{" + text + "}" : "[" + text + "]";
+}
+
 }  // namespace
 
 json read_json(const std::filesystem::path& file)
@@ -93,7 +126,7 @@ json read_json(const std::filesystem::path& file)
 
 void write_json(const std::filesystem::path& file, const json& value)
 {
-    const std::string text = value.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
+    const std::string text = laid_out(value, 0) + "\n";
     pending_file pending{file};
     pending.write(text.data(), text.size());
     pending.commit();

@@ -11,7 +11,7 @@ namespace zentrix::host {
 /// Throws  file_error; for bad syntax with line and column, and naming an entry that an object has twice
 nlohmann::ordered_json read_json(const std::filesystem::path& file);
 
-/// Writes indented JSON as a pending_file. Throws  file_error
+/// Writes JSON as a pending_file, indented; lists of plain values and small objects are on one line. Throws  file_error
 void write_json(const std::filesystem::path& file, const nlohmann::ordered_json& value);
 
 /// The value as JSON for messages, at most about 60 bytes.

@@ -29,6 +29,7 @@ struct figure_style
     bool colour_bar = false;  ///< or the wheel of the colours
     std::string title;
     std::string quantity;  ///< name and unit of the values, for the colour bar; empty: that of `shown`
+    double pixel_nm = 0;   ///< for the scale bar; 0: the image's own scale
     int enlargement = 0;  ///< pixels of the picture along one of the image; 0: 1, and more for small annotated pictures
 };
 
@@ -69,7 +70,7 @@ class figure
 
     void choose_limits(const image& pixels, const figure_style& style);
     void add_margins(const figure_style& style);
-    void add_scale_bar(const image& pixels);
+    void add_scale_bar(const axis_scale& along);
 
     shown_range range_;
     int enlargement_ = 1;

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <limits>
 
-#include "host/files/image_file.h"
 #include "host/objects/tag_group.h"
+#include "host/parameters/recorded_image.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 
@@ -156,7 +156,7 @@ host::script_value read_argument(const std::string& word, const host::prototype_
         case HOST_IMAGE: {
             if (word == "null") return {};
             host::image_ref& known = images[word];
-            if (!known) known = host::read_image(host::system_path(word));
+            if (!known) known = host::read_recorded_image(host::system_path(word));
             return host::object_ref{known};
         }
         case HOST_TAG_GROUP: return word == "null" ? host::script_value{} : host::object_ref{read_list(word)};

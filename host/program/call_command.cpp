@@ -13,7 +13,7 @@ constexpr char help_on_arguments[] =
   number            4, -0.5, inf, -inf or nan
   complex number    re,im or a number
   text              as it is
-  image             a .npy file, or null; the same file twice is one image
+  image             an image file (.dm3, .dm4, .mrc, .npy, .tif), or null; the same file twice is one image
   list of texts     list:a,b,c
   output parameter  _ prints it after the call as name = value; _=START gives it a start value; null omits it
 
@@ -54,8 +54,9 @@ void add_call_command(CLI::App& app, const global_options& global)
         ->required();
     command->add_option("ARGUMENT", request->words, "Its arguments, see below");
     command
-        ->add_option("-o", request->outputs,
-                     "Write the returned image (.npy or .png); with name=FILE the image of that output parameter")
+        ->add_option(
+            "-o", request->outputs,
+            "Write the returned image (.npy, .mrc, .tif, .png); with name=FILE the image of that output parameter")
         ->type_name("[name=]FILE|FOLDER/")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);

@@ -153,12 +153,12 @@ std::vector<std::string> outputs_for(const std::vector<std::string>& outputs, co
 }
 
 host::provenance provenance_of(const host::prototype& signature, const std::vector<std::string>& words,
-                               const std::vector<std::string>& outputs)
+                               const std::vector<std::string>& outputs, const global_options& global)
 {
     host::provenance made{.command = {"zentrix", "call", signature.name},
                           .inputs = {},
                           .parameters = {},
-                          .program = {},
+                          .program = program_with_library(global),
                           .more = {{"function", signature.text}, {"arguments", words}}};
     made.command.insert(made.command.end(), words.begin(), words.end());
     for (const std::string& output : outputs) made.command.insert(made.command.end(), {"-o", output});
@@ -237,7 +237,7 @@ host::file_outcome call_work::operator()(const host::file_task& task)
     const host::prototype& signature = callee->signature();
     const auto outputs = outputs_for(request_.outputs, task);
     const destinations files = destinations_of(outputs, signature);
-    const auto made = outputs.empty() ? host::provenance{} : provenance_of(signature, words, outputs);
+    const auto made = outputs.empty() ? host::provenance{} : provenance_of(signature, words, outputs, global_);
     if (request_.files.resumes && !outputs.empty() && is_done(results_of(task), made)) return done_before(task);
 
     read_images images;

@@ -14,6 +14,7 @@ void add_info_command(CLI::App& app, const global_options& global);
 void add_correct_command(CLI::App& app, const global_options& global);
 void add_aberrate_command(CLI::App& app, const global_options& global);
 void add_unwrap_command(CLI::App& app, const global_options& global);
+void add_hologram_command(CLI::App& app, const global_options& global);
 void add_ctf_command(CLI::App& app, const global_options& global);
 /// "fft" and "ifft".
 void add_fft_commands(CLI::App& app, const global_options& global);

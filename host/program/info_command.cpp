@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <cmath>
-#include <iostream>
 #include <limits>
 
 #include "host/files/image_file.h"
@@ -8,6 +7,7 @@
 #include "host/pictures/for_each_pixel.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
+#include "host/program/many_files.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 
@@ -90,38 +90,44 @@ std::string scale_text(const host::image& pixels)
 }
 
 /// What is known of one file.
-void print_info(const std::string& file, bool in_json)
+host::file_outcome info_of(const std::string& file)
 {
     const auto path = host::system_path(file);
     const auto image = host::read_recorded_image(path);
     const host::image& pixels = *image;
     const statistics s = survey(pixels);
-    const char* const what = is_complex(pixels) ? "modulus" : "value";
-    if (in_json) {
-        json described = as_json(pixels, file);
-        described.update({{"format", host::format_of(path)}, {"name", pixels.name()}});
-        described.update(scale_as_json(pixels));
-        described.update({{"of", what}, {"min", s.smallest}, {"max", s.largest}, {"mean", s.mean}});
-        described["not_finite"] = s.not_finite;
-        return print(described);
-    }
-    std::cout << file << ": " << one_line(pixels) << " (" << host::format_of(path) << ")\n";
-    if (const std::string scale = scale_text(pixels); !scale.empty()) std::cout << scale << '\n';
+    const std::string what = is_complex(pixels) ? "modulus" : "value", format = host::format_of(path);
+    host::file_outcome outcome;
+    outcome.facts = as_json(pixels, file);
+    outcome.facts.update({{"format", format}, {"name", pixels.name()}});
+    outcome.facts.update(scale_as_json(pixels));
+    outcome.facts.update({{"of", what}, {"min", s.smallest}, {"max", s.largest}, {"mean", s.mean}});
+    outcome.facts["not_finite"] = s.not_finite;
+
+    outcome.text = file + ": " + one_line(pixels) + " (" + format + ")\n";
+    if (const std::string scale = scale_text(pixels); !scale.empty()) outcome.text += scale + "\n";
     if (s.finite > 0)
-        std::cout << what << " from " << number_text(s.smallest) << " to " << number_text(s.largest) << ", mean "
-                  << number_text(s.mean) << '\n';
-    if (s.not_finite > 0) std::cout << s.not_finite << " values are infinite or not a number\n";
+        outcome.text += what + " from " + number_text(s.smallest) + " to " + number_text(s.largest) + ", mean " +
+                        number_text(s.mean) + "\n";
+    if (s.not_finite > 0) outcome.text += std::to_string(s.not_finite) + " values are infinite or not a number\n";
+    return outcome;
 }
 
 }  // namespace
 
 void add_info_command(CLI::App& app, const global_options& global)
 {
-    CLI::App* const command = app.add_subcommand("info", "Print format, type, size, scale and range of an image file");
-    auto file = std::make_shared<std::string>();
-    command->add_option("FILE", *file, "Image file (.dm3, .dm4, .mrc, .npy, .tif)")->required();
-    command->footer("Examples:\n  zentrix info wave.npy\n  zentrix info wave.npy --json");
-    command->callback([&global, file] { print_info(*file, global.json); });
+    CLI::App* const command = app.add_subcommand("info", "Print format, type, size, scale and range of image files");
+    auto files = std::make_shared<many_files>();
+    files->prints_values = true;
+    command->add_option("FILE", files->inputs, "Image files (.dm3, .dm4, .mrc, .npy, .tif), folders, patterns")
+        ->required();
+    add_jobs_option(*command, *files);
+    command->footer(
+        "Examples:\n  zentrix info wave.npy\n  zentrix info wave.npy --json\n  zentrix info \"data/*.npy\" --jobs 2");
+    command->callback([&global, files] {
+        process_files(*files, {}, global, [](const host::file_task& task) { return info_of(task.input); });
+    });
 }
 
 }  // namespace zentrix::program

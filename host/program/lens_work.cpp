@@ -159,7 +159,7 @@ host::file_outcome lens_work::operator()(const host::file_task& task)
     const host::provenance made{.command = command_for(task, request_.files, {"-o", "--png"}, global_),
                                 .inputs = {host::input_of(task.input)},
                                 .parameters = one.settled.parameters,
-                                .program = {},
+                                .program = program_with_library(global_),
                                 .more = further_members(request_)};
     if (request_.files.resumes && is_done(results, made)) return done_before(task);
     const auto record = host::record_path(results);

@@ -134,6 +134,7 @@ void add_commands(CLI::App& app, const global_options& global)
     add_correct_command(app, global);
     add_aberrate_command(app, global);
     add_unwrap_command(app, global);
+    add_hologram_command(app, global);
     add_ctf_command(app, global);
     add_fft_commands(app, global);
     add_convert_command(app, global);

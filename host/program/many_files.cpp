@@ -73,7 +73,7 @@ class report
         if (failures_.empty()) return;
         std::string list = "zentrix: failed:\n";
         for (const std::string& failure : failures_) list += "  " + failure + "\n";
-        progress_.print_above(list);
+        if (!in_json_) progress_.print_above(list);
         throw std::runtime_error{std::to_string(failures_.size()) + " of " + count_of(files_) + " failed"};
     }
 
@@ -84,7 +84,7 @@ class report
         const std::string failure = reason.find(task.input) == std::string::npos ? task.input + ": " + reason : reason;
         failures_.push_back(failure);
         if (in_json_)
-            print_json(task, {{"error", reason}});
+            print_json(task, {{"error", {{"kind", "failure"}, {"message", reason}}}});
         else
             progress_.print_above("zentrix: " + failure + "\n");
     }
@@ -164,7 +164,7 @@ void process_files(const many_files& files, const std::vector<host::destination>
         host::end_with_parent();
         return host::serve_tasks(process);
     }
-    const auto inputs = host::input_files(files.inputs, is_input);
+    const auto inputs = host::input_files(files.inputs, destinations.empty() ? host::has_readable_extension : is_input);
     const bool is_single = inputs.size() == 1;
     for (const host::destination& where : destinations)
         if (!is_single && !where.to.empty() && !host::is_folder(where.to))

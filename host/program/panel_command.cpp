@@ -6,10 +6,10 @@
 #include "host/program/lens_options.h"
 #include "host/program/lens_request.h"
 #include "host/program/picture_options.h"
+#include "host/program/result_record.h"
 #include "host/program/wave_file.h"
 #include "host/text/system_path.h"
 #ifdef _WIN32
-#include "host/engine/library_search.h"
 #include "host/parameters/parameter_file.h"
 #include "host/windows/panel_parameters.h"
 #include "host/windows/panel_program.h"
@@ -47,8 +47,7 @@ void run(const panel_request& request, const global_options& global)
     session zentrix{global};
     host::panel_program_options options;
     options.input = host::input_of(request.wave);
-    options.program = host::program_facts(
-        host::system_path(global.library.empty() ? host::find_library_file() : global.library), global.use_simd);
+    options.program = program_with_library(global);
     options.title = host::utf8_path(host::system_path(request.wave).filename());
     options.log = host::system_path(request.log);
     options.screenshot = host::system_path(request.screenshot);

@@ -159,7 +159,7 @@ std::optional<host::shown_range> write_result(const std::string& output, const p
                                               const host::image& pixels, const host::picture_texts& facts)
 {
     std::optional<host::shown_range> shown;
-    host::figure_style style = picture;
+    host::figure_style style{static_cast<const host::figure_style&>(picture)};
     if (!picture.limits_of.empty()) {
         style.rule = host::limits_rule::given;
         style.limits = limits_for(picture);

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "host/engine/library_search.h"
 #include "host/files/file_error.h"
 #include "host/parameters/json_file.h"
 #include "host/program/describe.h"
@@ -70,6 +71,13 @@ std::vector<std::string> command_for(const host::file_task& task, const many_fil
         command.push_back(task.outputs[i]);
     }
     return command;
+}
+
+const json& program_with_library(const global_options& global)
+{
+    static const json facts = host::program_facts(
+        host::system_path(global.library.empty() ? host::find_library_file() : global.library), global.use_simd);
+    return facts;  // the options are the same for all tasks of a process
 }
 
 bool is_done(const std::vector<fs::path>& results, const host::provenance& made)

@@ -20,6 +20,9 @@ std::vector<std::filesystem::path> results_of(const host::file_task& task);
 std::vector<std::string> command_for(const host::file_task& task, const many_files& files,
                                      const std::vector<std::string>& outputs, const global_options& global);
 
+/// host::program_facts of this program with its library. Throws  host::file_error, host::script_error
+const json& program_with_library(const global_options& global);
+
 /// Whether the results were made in the same way before. A record that is older than a result does not count: it may be
 /// of an earlier result, if the program was stopped between writing one and the other.
 bool is_done(const std::vector<std::filesystem::path>& results, const host::provenance& made);

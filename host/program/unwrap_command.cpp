@@ -1,5 +1,6 @@
 #include "host/files/image_file.h"
 #include "host/program/commands.h"
+#include "host/program/lens_options.h"
 #include "host/program/unwrap_work.h"
 #include "host/text/system_path.h"
 
@@ -58,12 +59,17 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
         ->type_name("FILE|FOLDER/");
     command->add_flag("--phase", request->is_wave, "PHASE is a complex wave: unwrap its phase");
     add_picture_options(*command, request->picture);
+    command
+        ->add_option("--pixel", request->picture.pixel_nm,
+                     "Pixel size [nm], for the scale bar (default: that of the file)")
+        ->check(pixel_in_nanometres());
     add_result_options(*command, request->files);
     add_timing_option(*command, request->timing);
     command->footer(
         "Examples:\n"
         "  zentrix unwrap phase.npy -o unwrapped.npy --png unwrapped.png --cuts cuts.png\n"
-        "  zentrix unwrap wave.npy --phase --mask vacuum.npy -o unwrapped.npy\n\n"
+        "  zentrix unwrap wave.npy --phase --mask vacuum.npy -o unwrapped.npy\n"
+        "  zentrix unwrap \"data/*.npy\" -o unwrapped/ --jobs 4\n\n"
         "Pixels that are infinite or not a number are left out, too. Regions that cuts or gaps separate carry "
         "unrelated\n"
         "multiples of 2 pi.");

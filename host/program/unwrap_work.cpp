@@ -184,7 +184,7 @@ host::provenance provenance_of(const unwrap_request& request, const host::file_t
     host::provenance made{.command = command_for(task, request.files, {"-o", "--png", "--cuts"}, global),
                           .inputs = {host::input_of(request.phase)},
                           .parameters = {},
-                          .program = {},
+                          .program = program_with_library(global),
                           .more = {{"box", request.box}, {"of_wave", request.is_wave}}};
     if (!request.mask.empty()) made.inputs.push_back(host::input_of(request.mask));
     if (!request.picture.png.empty() || is_png(request.output)) made.more["picture"] = choice_of(request.picture);

@@ -20,6 +20,7 @@ from . import _core
 from ._core import ScriptError
 from ._core import version as __version__
 from ._correct import aberrate, correct
+from ._hologram import HologramReport, hologram
 from ._files import Axis, Image, read, write
 from ._estimate import Estimate, EstimatedCoefficient, estimate
 from ._notation import from_notation, to_notation
@@ -37,6 +38,7 @@ _FUNCTIONS = (
     ctf,
     estimate,
     from_notation,
+    hologram,
     panel,
     read,
     read_parameters,
@@ -51,6 +53,7 @@ _CLASSES = (
     Axis,
     Estimate,
     EstimatedCoefficient,
+    HologramReport,
     Image,
     ImageCTF,
     RadialCTF,

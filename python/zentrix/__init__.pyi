@@ -71,6 +71,22 @@ class UnwrapReport(NamedTuple):
     left_out: Any
     labels: NDArray[np.int32]
 
+class HologramReport(NamedTuple):
+    sideband: tuple[float, float]
+    height: float
+    distinction: float | None
+    doubtful: bool
+    spacing: float
+    angle: float
+    contrast: float
+    reference_contrast: float | None
+    radius: float
+    resolution: float
+    replaced: int
+    weak: int
+    reduction: float
+    pixel: float | None
+
 class RadialCTF(NamedTuple):
     q: NDArray[np.float64]
     values: NDArray[np.float64]
@@ -306,6 +322,48 @@ def write(
     pixel: Real | tuple[Real, Real] | None = None,
     kv: Real | None = None,
 ) -> None: ...
+@overload
+def hologram(
+    hologram: ArrayLike | _Signal,
+    reference: ArrayLike | _Signal | None = None,
+    *,
+    sideband: Literal["auto", "other"] | tuple[float, float] = "auto",
+    radius: Real | None = None,
+    window: Literal["disk", "hann", "gaussian"] = "disk",
+    flank: Real | None = None,
+    full_size: bool = False,
+    despike: bool = False,
+    pixel: Real | tuple[Real, Real] | None = None,
+    report: Literal[False] = False,
+) -> NDArray[np.complex64]: ...
+@overload
+def hologram(
+    hologram: ArrayLike | _Signal,
+    reference: ArrayLike | _Signal | None = None,
+    *,
+    sideband: Literal["auto", "other"] | tuple[float, float] = "auto",
+    radius: Real | None = None,
+    window: Literal["disk", "hann", "gaussian"] = "disk",
+    flank: Real | None = None,
+    full_size: bool = False,
+    despike: bool = False,
+    pixel: Real | tuple[Real, Real] | None = None,
+    report: Literal[True],
+) -> tuple[NDArray[np.complex64], HologramReport]: ...
+@overload
+def hologram(
+    hologram: ArrayLike | _Signal,
+    reference: ArrayLike | _Signal | None = None,
+    *,
+    sideband: Literal["auto", "other"] | tuple[float, float] = "auto",
+    radius: Real | None = None,
+    window: Literal["disk", "hann", "gaussian"] = "disk",
+    flank: Real | None = None,
+    full_size: bool = False,
+    despike: bool = False,
+    pixel: Real | tuple[Real, Real] | None = None,
+    report: bool,
+) -> Any: ...
 @overload
 def unwrap(phase: _Lazy | _Signal, mask: Any = None, box: int | None = None, **parameters: Any) -> Any: ...
 @overload

@@ -58,7 +58,7 @@ def read(path):
     """The image in a file, with its pixel size and voltage.
 
     path           DM3, DM4, MRC (.mrc), TIFF (.tif), .npy; with HyperSpy installed also what it reads, such as EMD and
-                   .hspy. A .npy file has them in the record next to it, if this package or the command line wrote it.
+                   .hspy. A .npy file has them in the record next to it, if a command wrote it.
 
     Returns an `Image`, which is a numpy.ndarray of shape (y, x) or (z, y, x) with `pixel` [nm], `kv` and `axes`.
     Raises FileNotFoundError; ValueError, naming the file and the reason.

@@ -46,6 +46,14 @@ def is_signal(value):
     return hasattr(value, "axes_manager") and hasattr(value, "metadata") and hasattr(value, "data")
 
 
+def pixel_of(signal):
+    """The pixel size of an image signal in nm, or None if its axes have no unit of length."""
+    axes = list(signal.axes_manager.signal_axes)
+    if len(axes) != 2 or any(str(axis.units).lower() not in UNITS for axis in axes):
+        return None
+    return _pixel(axes)
+
+
 def _is_dask_array(value):
     return type(value).__module__.split(".")[0] == "dask" and hasattr(value, "dask")
 

@@ -185,6 +185,18 @@ TEST(ParameterFile, IsReadAgainToTheSameBits)
         host::write_parameters(folder / "p.json", set);
         ASSERT_EQ(bits_of(host::read_parameters(folder / "p.json")), bits_of(set)) << folder.read("p.json");
     }
+    parameter_set some;
+    some.kilovolts = 300;
+    some.tilt_mrad = {{0.5, -2}};
+    host::write_parameters(folder / "p.json", some);
+    EXPECT_EQ(folder.read("p.json"), R"({
+  "kv": {"value": 300.0, "unit": "kV"},
+  "tilt": {
+    "value": [0.5, -2.0],
+    "unit": "mrad"
+  }
+}
+)");
     parameter_set infinite;
     infinite.coefficients[B2] = {std::numeric_limits<double>::infinity(), 0};
     const auto before = folder.read("p.json");

@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+
+#include "host/files/npy.h"
+#include "tests/host/program/pictures.h"
+#include "tests/host/program/run.h"
+
+/// "zentrix hologram" from a file to an unwrapped phase without the lens' aberrations.
+namespace {
+
+constexpr int size = 256;
+constexpr double pi = std::numbers::pi;
+constexpr double right = 59.0, down = 41.0;  ///< periods of the fringes per image
+
+double phase_at(int x, int y) { return 5 * std::exp(-((x - 150) * (x - 150) + (y - 110) * (y - 110)) / 900.0); }
+
+class Hologram : public ::testing::Test
+{
+  protected:
+    Hologram()
+    {
+        support::write_wave(bench_ / "wave.npy", size, size,
+                            [](int x, int y) { return std::polar(1.0, phase_at(x, y)); });
+        bench_.zentrix("aberrate wave.npy -o seen.npy --kv 300 --pixel 0.1 --C1 -600 --A1 90@20");
+        const auto seen = support::pixels_of<std::complex<float>>(bench_ / "seen.npy");
+        support::write_real(bench_ / "holo.npy", size, size, [&](int x, int y) {
+            const auto wave = std::complex<double>{seen[static_cast<std::size_t>(y * size + x)]};
+            return 1 + std::norm(wave + std::polar(1.0, -2 * pi * (right * x + down * y) / size));
+        });
+        support::write_real(bench_ / "vacuum.npy", size, size,
+                            [](int x, int y) { return 3 + 2 * std::cos(2 * pi * (right * x + down * y) / size); });
+        bench_.folder().write("lens.json", R"({"kv": 300, "C1": -600, "A1": "90@20"})");
+    }
+
+    support::workbench bench_;
+};
+
+TEST_F(Hologram, OneCommandGivesTheUnwrappedCorrectedPhase)
+{
+    const auto done = bench_.zentrix(
+        "hologram holo.npy --reference vacuum.npy --pixel 0.1 --params lens.json --unwrap --degrees --full-size "
+        "-o phase.npy --png phase.png --wave out.npy");
+    ASSERT_EQ(done.code, 0) << done.err;
+    EXPECT_NE(done.out.find("sideband at 59,41"), std::string::npos) << done.out;
+    EXPECT_NE(done.out.find("fringes: 3.563 pixels (0.3563 nm)"), std::string::npos) << done.out;
+    const auto phase = support::pixels_of<float>(bench_ / "phase.npy");
+    ASSERT_EQ(phase.size(), std::size_t{size * size});
+    double largest = 0;
+    for (int y = 20; y < size - 20; ++y)
+        for (int x = 20; x < size - 20; ++x) {
+            const double found = (phase[static_cast<std::size_t>(y * size + x)] - phase[30 * size + 30]) * pi / 180;
+            largest = std::max(largest, std::abs(found - phase_at(x, y)));
+        }
+    EXPECT_LT(largest, 0.02);
+    EXPECT_TRUE(std::filesystem::exists(bench_ / "phase.png"));
+    EXPECT_EQ(support::pixels_of<std::complex<float>>(bench_ / "out.npy").size(), phase.size());
+}
+
+TEST_F(Hologram, ScaleOfTheSmallerWaveIsRecorded)
+{
+    ASSERT_EQ(bench_.zentrix("hologram holo.npy --pixel 0.1 --radius 30 -o small.npy").code, 0);
+    const auto corrected = bench_.zentrix("correct small.npy --kv 300 --C1 -600 -o out.npy").text();
+    EXPECT_NE(corrected.find("pixel 0.4 nm from small.npy"), std::string::npos) << corrected;
+}
+
+TEST_F(Hologram, Refusals)
+{
+    std::mt19937 random;
+    support::write_real(bench_ / "flat.npy", size, size, [&](int, int) { return 100 + random() % 17; });
+    const std::pair<const char*, const char*> refusals[] = {
+        {"flat.npy -o w.npy", "1 zentrix: flat.npy: No fringes were found"},
+        {"wave.npy -o w.npy", "this is a wave already"},
+        {"holo.npy -o w.npy --degrees", "2 zentrix: --degrees needs --phase or --unwrap"},
+        {"holo.npy -o w.npy --sideband left", "--sideband is auto, other or X,Y in pixels, not \"left\""},
+        {"holo.npy -o w.npy --params lens.json", "--pixel is required to remove aberrations"},
+        {"holo.npy -o w.npy --pixel 0.1 --C1 5", "--kv is required to remove aberrations"},
+        {"holo.npy -o w.npy --radius 90", "reaches the centre of the transform"},
+    };
+    for (const auto& [words, text] : refusals) {
+        const auto result = bench_.zentrix(std::string{"hologram "} + words).text();
+        EXPECT_NE(result.find(text), std::string::npos) << words << ": " << result;
+        EXPECT_FALSE(std::filesystem::exists(bench_ / "w.npy")) << words;
+    }
+}
+
+}  // namespace
