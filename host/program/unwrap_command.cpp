@@ -72,7 +72,7 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
     command->footer(
         "Examples:\n"
         "  zentrix unwrap phase.npy -o unwrapped.npy --png unwrapped.png --cuts cuts.png\n"
-        "  zentrix unwrap wave.npy --phase --mask vacuum.npy -o unwrapped.npy\n"
+        "  zentrix unwrap wave.npy --phase --mask mask.npy -o unwrapped.npy\n"
         "  zentrix unwrap \"data/*.npy\" -o unwrapped/ --jobs 4\n\n"
         "Pixels that are infinite or not a number are left out, too. Regions that cuts or gaps separate carry "
         "unrelated\n"
