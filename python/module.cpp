@@ -4,6 +4,7 @@
 
 #include "python/arrays.h"
 #include "python/correction.h"
+#include "python/estimation.h"
 #include "python/files.h"
 #include "python/hologram.h"
 #include "python/notation.h"
@@ -114,6 +115,7 @@ PYBIND11_MODULE(_core, module)
     add_notation(module);
     add_parameters(module);
     add_unwrapping(module);
+    add_estimation(module);
     add_hologram(module);
     add_files(module);
     module.def("notifications", &notifications);

@@ -74,7 +74,7 @@ class amplitude_search
 {
   public:
     amplitude_search(search_run& run, const search_task& task)
-        : run_{run}, task_{task}, resolution_{task.spectrum.signal_resolution}
+        : run_{run}, task_{task}, resolution_{task.spectrum.edge_resolution}
     {
         for (const auto& one : unknowns_of(task.free))
             if (one.which == coefficient::C1 || one.which == coefficient::A1) unknowns_.push_back(one);
@@ -152,7 +152,6 @@ void amplitude_search::scan()
         shown.lens = result_.lens;
         run_.show(shown);
         if (part == bands[0]) {
-            result_.starts = places.size();
             result_.is_at_end = best < 2 || best + 2 >= places.size();
             auto sorted = values;
             std::ranges::sort(sorted);

@@ -9,13 +9,13 @@ namespace zentrix::host {
 /// What the search for an amplitude object has come to.
 struct amplitude_solution
 {
-    lens::aberrations lens;                ///< C1 and A1, the others as at the start
-    std::complex<double> a1_uncertainty;   ///< standard deviations of the components [nm]
-    double c1_uncertainty = 0;             ///< standard deviation [nm]
-    double tolerance = 0;                  ///< how far parts of the wave may differ [nm]
-    std::size_t starts = 0, agreeing = 0;  ///< parts of the wave, and how many of them have their focus near the result
-    bool is_at_end = false;                ///< of the range of C1
-    double prominence = 0;                 ///< the criterion over its median in the range
+    lens::aberrations lens;               ///< C1 and A1, the others as at the start
+    std::complex<double> a1_uncertainty;  ///< standard deviations of the components [nm]
+    double c1_uncertainty = 0;            ///< standard deviation [nm]
+    double tolerance = 0;                 ///< how far parts of the wave may differ [nm]
+    std::size_t agreeing = 0;             ///< how many of the four quarters have their focus near the result
+    bool is_at_end = false;               ///< of the range of C1
+    double prominence = 0;                ///< the criterion over its median in the range
     double resolution = 0;
 };
 

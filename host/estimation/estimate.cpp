@@ -51,7 +51,7 @@ void check(const image& wave, const lens::optics& setup, const estimate_options&
 
 /// Largest uncertainties with which a coefficient counts as determined: of chi from all of them together, and from one
 /// alone. The second is larger, because neighbours such as C1 and C3 make up for each other. [rad rms]
-constexpr double largest_together = 0.08, largest_alone = 0.35;
+constexpr double largest_together = 0.055, largest_alone = 0.35;
 /// Noise of a pixel from which on a wave is refused.
 constexpr double largest_noise = 0.38;
 /// Share of the modulus' variance that a phase object leaves.
@@ -142,7 +142,7 @@ bool fill(estimate& result, const lens::optics& setup, const amplitude_solution&
     result.object = specimen_kind::amplitude;
     result.criterion = "greatest sharpness: Tamura's coefficient of the gradient of the modulus";
     result.resolution = found.resolution;
-    result.starts = found.starts;
+    result.starts = 4;  // quarters
     result.agreeing = found.agreeing;
     result.chi_uncertainty = 0;
     result.setup = setup;

@@ -68,7 +68,8 @@ struct estimate
     double resolution = 0;                 ///< highest spatial frequency in use [1/nm]
     double chi_uncertainty = 0;            ///< standard deviation of chi from all determined coefficients, rms to the
                                            ///< resolution [rad]
-    std::size_t starts = 0, agreeing = 0;  ///< how many starts the search had, and how many of them led to the result
+    std::size_t starts = 0, agreeing = 0;  ///< how many starts the search had, and how many of them led to the result;
+                                           ///< for an amplitude object, quarters of the wave with the same focus
     std::size_t evaluations = 0;           ///< of the criterion, or of it with its gradient
     double seconds = 0;
     bool stopped = false;  ///< by the progress callback; then nothing is determined

@@ -60,7 +60,8 @@ class phase_search
     std::vector<double> usual_sizes(const std::vector<unknown>& unknowns) const;
     bool search_even();
     bool search_odd();
-    bool grow_odd();
+    void add_spherical_starts(std::vector<candidate>& minima) const;
+    bool grow(const std::vector<unknown>& unknowns, std::vector<candidate>& minima);
     bool propose_odd(const imaging& even);
     bool decide();
     bool fit_contrast(imaging& best);
@@ -111,7 +112,7 @@ std::vector<candidate> defocus_starts(const search_task& task, double lowest_ban
     return starts;
 }
 
-constexpr double bands[] = {1.0 / 3, 0.5, 2.0 / 3, 5.0 / 6, 1};
+constexpr double bands[] = {0.33, 0.42, 0.52, 0.63, 0.75, 0.87, 1};
 
 /// These sizes in nanometres.
 std::vector<double> phase_search::usual_sizes(const std::vector<unknown>& unknowns) const
@@ -129,41 +130,77 @@ std::vector<double> phase_search::usual_sizes(const std::vector<unknown>& unknow
     return sizes;
 }
 
-bool phase_search::search_even()
+/// Adds starts with spherical aberration, which the lowest band hardly shows, to the best minima.
+void phase_search::add_spherical_starts(std::vector<candidate>& minima) const
 {
-    constexpr std::size_t keep[] = {40, 20, 12, 8, 8};
-    minima_ = defocus_starts(task_, bands[0] * resolution_);
-    result_.starts = minima_.size();
+    const unknown spherical{lens::coefficient::C3};
+    if (std::ranges::find(task_.free, spherical.which) == task_.free.end()) return;
+    constexpr double edge_chi = 2.5, band = bands[1];  // rad at the edge of the second band
+    constexpr std::size_t most = 10;
+    const double chi_per_nanometre =
+        2 * std::numbers::pi / task_.start.wavelength_nm *
+        std::abs(lens::aberration_term(spherical.which, task_.start.wavelength_nm * band * resolution_));
+    const std::size_t count = std::min(minima.size(), most);
+    for (std::size_t i = 0; i < count; ++i)
+        for (const double sign : {-1.0, 1.0}) {
+            candidate more = minima[i];
+            more.followers = 0;
+            add_to(more.lens, spherical, sign * edge_chi / chi_per_nanometre);
+            minima.push_back(more);
+        }
+}
+
+/// Minima of the variance of the modulus in the whole band, best first, by growing bands from many starts.
+bool phase_search::grow(const std::vector<unknown>& unknowns, std::vector<candidate>& minima)
+{
+    constexpr std::size_t keep[] = {40, 20, 16, 12, 8, 8, 8};
+    minima = defocus_starts(task_, bands[0] * resolution_);
+    result_.starts = minima.size();
     for (std::size_t i = 0; i < std::size(bands); ++i) {
-        run_.begin(0.1 * static_cast<double>(i + 1));
         // Terms of higher order hardly matter in low bands and would drift.
-        constexpr double matters = 0.7;  // rad
+        constexpr double matters = 0.4;  // rad
+        if (i == 1) add_spherical_starts(minima);
         std::vector<unknown> searched;
-        for (const auto& one : even_)
+        for (const auto& one : unknowns)
             if (usual_chi(one.which) * std::pow(bands[i], lens::order_of(one.which)) > matters) searched.push_back(one);
         if (searched.empty()) continue;
         const band_model band = model(bands[i], {task_.start.lens}, searched);
         const auto usual = usual_sizes(searched);
-        if (!descend_all(run_, band, criterion::modulus_variance, minima_, {1e-2, 1e-5, 60}, &usual)) return false;
-        join_close(band, minima_, 0.2, keep[i]);
+        if (!descend_all(run_, band, criterion::modulus_variance, minima, {1e-2, 1e-5, 60}, &usual)) return false;
+        join_close(band, minima, 0.2, keep[i]);
         lens::optics shown = task_.start;
-        shown.lens = minima_.front().lens;
+        shown.lens = minima.front().lens;
         run_.show(shown);
     }
-    result_.agreeing = minima_.front().followers;
     return true;
 }
 
-/// Odd coefficients by the variance of the modulus, in growing bands from the best minimum so far.
-bool phase_search::grow_odd()
+/// The odd coefficients disturb the search for the even ones by a strong object if they are left out, and by noise if
+/// they are not. So both is done, and the best minima of both compete.
+bool phase_search::search_even()
 {
-    std::vector<candidate> grown{minima_.front()};
+    run_.begin(0.2);
+    const auto& first = even_.empty() ? unknowns_ : even_;
+    if (!grow(first, minima_)) return false;
+    result_.agreeing = minima_.front().followers;
+    if (odd_.empty() || even_.empty()) return true;
+    run_.begin(0.45);
+    std::vector<candidate> others;
+    if (!grow(unknowns_, others)) return false;
+    run_.begin(0.55);
+    constexpr std::size_t finalists = 3;
+    std::vector<candidate> best;
+    for (const auto& list : {minima_, others})
+        best.insert(best.end(), list.begin(),
+                    list.begin() + static_cast<std::ptrdiff_t>(std::min(finalists, list.size())));
     const auto usual = usual_sizes(unknowns_);
-    for (const double part : bands)
-        if (!descend_all(run_, model(part, {task_.start.lens}, unknowns_), criterion::modulus_variance, grown,
+    for (const double part : {0.5, 2.0 / 3, 5.0 / 6, 1.0})
+        if (!descend_all(run_, model(part, {task_.start.lens}, unknowns_), criterion::modulus_variance, best,
                          {1e-2, 1e-6, 80}, part < 1 ? &usual : nullptr))
             return false;
-    minima_.push_back(grown.front());
+    minima_.insert(minima_.end(), others.begin(), others.end());
+    minima_.insert(minima_.end(), best.begin(), best.end());
+    std::ranges::stable_sort(minima_, {}, &candidate::value);
     return true;
 }
 
@@ -199,7 +236,6 @@ bool phase_search::propose_odd(const imaging& even)
 bool phase_search::search_odd()
 {
     run_.begin(0.75);
-    if (!grow_odd()) return false;
     if (!propose_odd(minima_.front().lens)) return false;
     // Each proposal with the even coefficients that fit it, then with all of them free: a surer minimum if the noise
     // is small.
@@ -357,15 +393,16 @@ bool phase_search::decide()
             break;
         }
     if (run_.was_stopped()) return false;
+    const double noise = last.noise_variance() * last.filled();
+    const double scattered = task_.spectrum.scattered * task_.spectrum.scattered / 2;
+    const double variance = chosen ? chosen->variance : minima_.front().value;
+    result_.misfit = scattered > 0 ? (variance - noise) / scattered : 1;
     if (!chosen) {
         result_.even_doubt = result_.odd_doubt = "the minimum has no curvature";
         return true;
     }
     judge_even(last, evaluate, chosen->at);
     judge_odd(last, evaluate, *chosen, by_variance);
-    const double noise = last.noise_variance() * last.filled();
-    const double scattered = task_.spectrum.scattered * task_.spectrum.scattered / 2;
-    result_.misfit = scattered > 0 ? (chosen->variance - noise) / scattered : 1;
     if (!polish(last, *chosen)) report(last, last, *chosen);
     return !run_.was_stopped();
 }

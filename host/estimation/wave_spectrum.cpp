@@ -124,17 +124,19 @@ void judge_noise(wave_spectrum& spectrum)
         scattered += std::max(rings.mean[i] - level, 0.0) * static_cast<double>(rings.count[i]);
     spectrum.scattered = std::sqrt(scattered) / spectrum.modulus;
     // Single rings fluctuate, so that several have to be above the noise.
-    std::size_t end = std::min<std::size_t>(last, 4);
-    double beyond = 0;
-    for (std::size_t i = last; i-- > end;) {
-        beyond += std::max(rings.mean[i] - level, 0.0) * static_cast<double>(rings.count[i]);
-        const double deviation = level / std::sqrt(static_cast<double>(std::max<std::size_t>(rings.count[i], 1)));
-        if (rings.mean[i] > 1.25 * level + 2 * deviation && beyond > 1e-3 * scattered) {
-            end = i + 1;
-            break;
+    const auto end_of_signal = [&](double least_share) {
+        const std::size_t first = std::min<std::size_t>(last, 4);
+        double beyond = 0;
+        for (std::size_t i = last; i-- > first;) {
+            beyond += std::max(rings.mean[i] - level, 0.0) * static_cast<double>(rings.count[i]);
+            const double deviation = level / std::sqrt(static_cast<double>(std::max<std::size_t>(rings.count[i], 1)));
+            if (rings.mean[i] > 1.25 * level + 2 * deviation && beyond > least_share * scattered)
+                return std::min(static_cast<double>(i + 1) * rings.width, 0.98 * spectrum.nyquist());
         }
-    }
-    spectrum.signal_resolution = std::min(static_cast<double>(end) * rings.width, 0.98 * spectrum.nyquist());
+        return static_cast<double>(first) * rings.width;
+    };
+    spectrum.signal_resolution = end_of_signal(5e-3);
+    spectrum.edge_resolution = end_of_signal(1e-3);
 }
 
 }  // namespace

@@ -19,10 +19,11 @@ struct wave_spectrum
     double noise = 0;  ///< rms of the complex noise of a pixel, if it were white up to the corners of the
                        ///< spectrum, in units of `modulus`
     double signal_resolution =
-        0;                   ///< where the signal sinks below the noise, but not beyond the edge of the spectrum or
-                             ///< of the circle that the wave was filtered by [1/nm]
-    bool edges_meet = true;  ///< false for a part of a larger wave: opposite edges differ
-    double scattered = 0;    ///< rms of the wave without its mean and noise, in units of `modulus`
+        0;                       ///< where the signal sinks below the noise or the rest of it is 0.5 %, but not beyond
+                                 ///< the circle that the wave was filtered by [1/nm]
+    double edge_resolution = 0;  ///< the same with 0.1 %: sharp edges have little power at high frequencies
+    bool edges_meet = true;      ///< false for a part of a larger wave: opposite edges differ
+    double scattered = 0;        ///< rms of the wave without its mean and noise, in units of `modulus`
 
     double nyquist() const { return 0.5 / pixel_nm; }  ///< [1/nm]
 };

@@ -13,6 +13,7 @@ namespace zentrix::host {
 namespace {
 
 constexpr std::int64_t largest_side = 65535;
+constexpr double least_legend = 11;        // height of a legend, in letters
 constexpr int least_annotated_side = 512;  // so that letters are legible
 
 bool is_annotated(const figure_style& style) { return style.scale_bar || style.colour_bar || !style.title.empty(); }
@@ -89,7 +90,7 @@ void figure::add_scale_bar(const axis_scale& along)
     const auto bar = round_bar(along, 0.3 * painter_->width());
     if (bar.pixels == 0) throw script_error{"a scale bar needs the pixel size, which the image does not have"};
     const double length = bar.pixels * enlargement_, thickness = std::max(3.0, std::round(0.28 * letters_));
-    const double halo = std::max(1.0, letters_ / 14), edge = std::ceil(halo) + 1, gap = std::round(0.4 * letters_);
+    const double halo = std::max(1.0, letters_ / 10), edge = std::ceil(halo) + 1, gap = std::round(0.4 * letters_);
     const double across = std::max(length, text_width(bar.label, letters_));
     const double margin = std::round(0.7 * letters_) - edge;
     drawing drawn{
@@ -114,7 +115,9 @@ void figure::add_margins(const figure_style& style)
     width_ += 2 * margin;
     height_ += top_ + margin;
     if (style.colour_bar) {
-        layers_.push_back({left_ + image_width, top_, legend_of(range_, image_height, letters_)});
+        const int legend_height = std::max(image_height, static_cast<int>(least_legend * letters_));
+        layers_.push_back({left_ + image_width, top_, legend_of(range_, legend_height, letters_)});
+        height_ += legend_height - image_height;
         width_ += layers_.back().drawn.width() - margin / 2;
     }
     if (style.title.empty()) return;

@@ -20,6 +20,7 @@ void add_ctf_command(CLI::App& app, const global_options& global);
 void add_fft_commands(CLI::App& app, const global_options& global);
 void add_panel_command(CLI::App& app, const global_options& global);
 void add_convert_command(CLI::App& app, const global_options& global);
+void add_estimate_command(CLI::App& app, const global_options& global);
 /// "help COMMAND"; main.cpp replaces it by "COMMAND --help" before the words are parsed.
 void add_help_command(CLI::App& app);
 

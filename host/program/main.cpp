@@ -138,6 +138,7 @@ void add_commands(CLI::App& app, const global_options& global)
     add_ctf_command(app, global);
     add_fft_commands(app, global);
     add_convert_command(app, global);
+    add_estimate_command(app, global);
     add_call_command(app, global);
     add_functions_command(app, global);
     add_panel_command(app, global);
@@ -170,6 +171,8 @@ int run(global_options& global)
         return print_help(app, global, call);
     } catch (const CLI::CallForVersion&) {
         return print_version(global);
+    } catch (const CLI::RuntimeError& ended) {  // a command with an exit code of its own
+        return ended.get_exit_code();
     } catch (const CLI::ParseError& problem) {
         fail(bad_usage, explain(app, global.words, problem), global);
         const auto chosen = app.get_subcommands();

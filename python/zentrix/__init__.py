@@ -22,6 +22,7 @@ from ._core import version as __version__
 from ._correct import aberrate, correct
 from ._hologram import HologramReport, hologram
 from ._files import Axis, Image, read, write
+from ._estimate import Estimate, EstimatedCoefficient, estimate
 from ._notation import from_notation, to_notation
 from ._panel import panel
 from ._parameters import read_parameters, write_parameters
@@ -35,6 +36,7 @@ _FUNCTIONS = (
     aberrate,
     correct,
     ctf,
+    estimate,
     from_notation,
     hologram,
     panel,
@@ -47,7 +49,20 @@ _FUNCTIONS = (
     write,
     write_parameters,
 )
-_CLASSES = (Axis, HologramReport, Image, ImageCTF, RadialCTF, Ref, ScriptError, TagGroup, TagList, UnwrapReport)
+_CLASSES = (
+    Axis,
+    Estimate,
+    EstimatedCoefficient,
+    HologramReport,
+    Image,
+    ImageCTF,
+    RadialCTF,
+    Ref,
+    ScriptError,
+    TagGroup,
+    TagList,
+    UnwrapReport,
+)
 __all__ = ["Held", "Host", "load", *(_public.__name__ for _public in _CLASSES + _FUNCTIONS)]
 
 for _public in _CLASSES + _FUNCTIONS:

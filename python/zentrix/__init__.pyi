@@ -96,6 +96,31 @@ class ImageCTF(NamedTuple):
     qy: NDArray[np.float64]
     values: NDArray[np.float32]
 
+class EstimatedCoefficient(NamedTuple):
+    value: Any
+    uncertainty: float
+    angle_uncertainty: float
+    determined: bool
+    reason: str
+
+class Estimate(Mapping[str, Any]):
+    coefficients: dict[str, EstimatedCoefficient]
+    object: Literal["phase", "amplitude"]
+    criterion: str
+    noise: float
+    resolution: float
+    chi_uncertainty: float
+    starts: int
+    agreeing: int
+    evaluations: int
+    seconds: float
+    stopped: bool
+    @property
+    def determined(self) -> bool: ...
+    def __getitem__(self, name: str) -> Any: ...
+    def __iter__(self) -> Iterator[str]: ...
+    def __len__(self) -> int: ...
+
 class Host(ScriptFunctions):
     def call(self, name: str, /, *arguments: Any, **keywords: Any) -> Any: ...
     def call_method(self, handler: object, prototype: str, *arguments: Any) -> Any: ...
@@ -137,6 +162,39 @@ def correct(
     tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
     envelope: Literal["auto", "on", "off"] = "auto",
 ) -> NDArray[np.complex64]: ...
+def estimate(
+    wave: ArrayLike,
+    *,
+    free: str | Sequence[str] = ...,
+    range: Sequence[float] | None = None,
+    region: Sequence[int] | None = None,
+    object: Literal["phase", "amplitude", "auto"] = "auto",
+    nan: Literal["refuse", "zero", "mean"] = "refuse",
+    threads: int = 0,
+    progress: Callable[[float, dict[str, tuple[float, float]]], bool | None] | None = None,
+    pixel: Real | tuple[Real, Real],
+    kv: Real | None = None,
+    wavelength: Real | None = None,
+    C1: Coefficient = 0.0,
+    A1: Coefficient = 0.0,
+    B2: Coefficient = 0.0,
+    A2: Coefficient = 0.0,
+    C3: Coefficient = 0.0,
+    S3: Coefficient = 0.0,
+    A3: Coefficient = 0.0,
+    B4: Coefficient = 0.0,
+    D4: Coefficient = 0.0,
+    A4: Coefficient = 0.0,
+    C5: Coefficient = 0.0,
+    A5: Coefficient = 0.0,
+    R5: Coefficient = 0.0,
+    S5: Coefficient = 0.0,
+    focus_spread: Numbers = 0.0,
+    convergence: Numbers = 0.0,
+    vibration: Numbers = 0.0,
+    tilt: complex | tuple[Numbers, Numbers] = (0.0, 0.0),
+    envelope: Literal["auto", "on", "off"] = "auto",
+) -> Estimate: ...
 @overload
 def aberrate(wave: _Lazy | _Signal | Image, **parameters: Any) -> Any: ...
 @overload
