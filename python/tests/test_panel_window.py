@@ -232,6 +232,7 @@ def estimable():
 def test_estimate_moves_the_knobs_and_is_one_step_of_undo():
     wave, lens = estimable()
     panel = LivePanel(wave, kv=300, pixel=0.05)
+    Driver(panel)
     panel.estimate(free="C1,A1")
     while panel.is_estimating:  # the Agg canvas has no event loop for the timer
         panel._poll_search()
