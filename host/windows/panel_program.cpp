@@ -1,7 +1,6 @@
 #include "host/windows/panel_program.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -9,7 +8,6 @@
 #include "host/parameters/parameter_file.h"
 #include "host/text/encoding.h"
 #include "host/text/system_path.h"
-#include "host/windows/estimate_dialog.h"
 #include "host/windows/file_dialog.h"
 #include "host/windows/microscope_dialog.h"
 #include "host/windows/panel_parameters.h"
@@ -146,10 +144,7 @@ void panel_program::dispatch(MSG& message)
     const bool own_timer = message.message == WM_TIMER && message.hwnd == wave_window_->handle();
     if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
     const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
-    // In a field, Ctrl+Z takes back what was typed there.
-    const bool undoes_typing =
-        message.message == WM_KEYDOWN && message.wParam == 'Z' && SendMessageW(message.hwnd, EM_CANUNDO, 0, 0) != 0;
-    if (for_us && !undoes_typing && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
+    if (for_us && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
     if (frame_->handles(message)) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
@@ -172,8 +167,6 @@ void panel_program::command(unsigned id)
         case IDM_QUIT: return PostQuitMessage(0);
         case IDM_PANEL: return show_panel(!frame_->visible());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
-        case IDM_ESTIMATE: return estimate_coefficients();
-        case IDM_UNDO_ESTIMATE: return undo_estimate();
         case IDM_PHASE_COLOURS: return colour_phases(wave_window_->phase_palette() == palette::grey);
     }
 }
@@ -212,44 +205,6 @@ provenance panel_program::provenance_of(const std::filesystem::path& result) con
     for (const auto& [lens, scope] : handler_->applied())
         made.more["applied_before"].push_back(as_json(parameters_of(lens, scope)));
     return made;
-}
-
-void panel_program::estimate_coefficients()
-{
-    if (estimating_) return;  // the panel can be used while the dialog is open
-    estimating_ = true;
-    const auto wave = handler_->source();
-    const estimate_listener listener{.preview = [this](const lens::aberrations& lens) { handler_->preview(lens); },
-                                     .finished = [this](const estimate& found) { accept_estimate(found); },
-                                     .given_up = [this] { handler_->end_preview(); }};
-    show_estimate_dialog(
-        wave_window_->handle(), wave, [this] { return handler_->optics(); }, listener);
-    estimating_ = false;
-}
-
-void panel_program::accept_estimate(const estimate& found)
-{
-    handler_->end_preview();
-    for (const auto& one : found.coefficients)
-        log("estimate " + std::string{lens::traits(one.which).name} + (one.determined ? "" : " not determined"));
-    if (!found.any_determined()) return;
-    const auto former = handler_->coefficients();
-    auto lens = found.setup.lens;
-    for (const auto& about : lens::all_coefficients)  // the panel has whole degrees
-        lens[about.which].angle_degrees = std::round(lens[about.which].angle_degrees);
-    handler_->set(lens, handler_->scope());
-    before_estimate_ = former;
-    applied_before_estimate_ = handler_->applied().size();
-    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_ENABLED);
-}
-
-void panel_program::undo_estimate()
-{
-    const auto former = std::exchange(before_estimate_, std::nullopt);
-    if (!former) return;
-    if (handler_->applied().size() == applied_before_estimate_)  // else they belong to another wave
-        handler_->set(*former, handler_->scope());
-    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_GRAYED);
 }
 
 void panel_program::save_parameters()

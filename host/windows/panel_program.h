@@ -5,7 +5,6 @@
 #include <memory>
 #include <optional>
 
-#include "host/estimation/estimate.h"
 #include "host/parameters/record.h"
 #include "host/windows/floating_frame.h"
 #include "host/windows/image_window.h"
@@ -77,9 +76,6 @@ class panel_program : private panel_view
     void colour_phases(bool coloured);
     void save();
     provenance provenance_of(const std::filesystem::path& result) const;
-    void estimate_coefficients();
-    void accept_estimate(const estimate& found);
-    void undo_estimate();
     void save_parameters();
     void load_parameters();
     void start_timers();
@@ -95,10 +91,8 @@ class panel_program : private panel_view
     SIZE size_;
     std::unique_ptr<image_window> wave_window_, transfer_window_;
     std::unique_ptr<floating_frame> frame_;
-    HACCEL keys_ = nullptr;                             ///< a resource, freed by the system
-    std::optional<lens::aberrations> before_estimate_;  ///< for undo
-    std::size_t applied_before_estimate_ = 0;
-    bool alerting_ = false, estimating_ = false;
+    HACCEL keys_ = nullptr;  ///< a resource, freed by the system
+    bool alerting_ = false;
 };
 
 }  // namespace zentrix::host
