@@ -2,7 +2,7 @@
 # Removes the lens aberrations of an electron wave and writes pictures from before and after to demo-output/, with the
 # files that the commands in README.md work on.
 #
-#   ./demo.sh                        a simulated crystal with known aberrations
+#   ./demo.sh                        a simulated crystal, whose aberrations are found from the wave itself
 #   ./demo.sh WAVE.npy OPTION...     your wave, with the options of "zentrix correct", for example
 #                                    ./demo.sh wave.npy --kv 300 --pixel 0.05 --C1 -40 --A1 12@30
 #   ./demo.sh --panel [WAVE.npy OPTION...]
@@ -58,7 +58,9 @@ correct() {
         after="after zentrix correct ${options[*]}"
     else
         wave=$output/wave.npy
-        options=(--kv 300 --pixel 0.02 "${sample_aberrations[@]}")
+        echo "Finding the aberrations from the wave (those of the simulation: ${sample_aberrations[*]}) ..."
+        "$zentrix" estimate "$wave" --kv 300 --pixel 0.02 -o "$output/found.json"
+        options=(--kv 300 --pixel 0.02 --params "$output/found.json")
         before="a thin crystal (pairs of atom columns, 0.136 nm apart) with a dislocation and an edge, with aberrations"
         after="the same without the aberrations"
     fi
@@ -91,6 +93,7 @@ END
 Compare the phases: before, each pair of columns is one blurred streak and the edge has fringes; after, all columns are
 resolved, up to the core of the dislocation. The modulus after is flat, because a thin crystal changes the phase only.
 undisturbed.npy is the simulated wave without aberrations; after.npy differs from it by a few millionths.
+found.json has the aberrations that were found, with their uncertainties.
 END
     cat <<END
 More to try: the commands in README.md, from "cd demo-output" on. They work on files in this folder.

@@ -27,7 +27,7 @@ def run(*command, cwd=None, **environment):
 def unpack_deb(package, folder):
     """The program and the folders of library and documents."""
     depends = run("dpkg-deb", "-f", package, "Depends")
-    for name in ("libfftw3-single3", "libtiff6", "zlib1g"):
+    for name in ("libfftw3-single3", "libtiff6", "libnlopt0", "zlib1g"):
         assert name in depends, depends
     run("dpkg-deb", "-x", package, folder)
     (library,) = folder.glob("usr/lib/*/zentrix64")

@@ -174,7 +174,7 @@ void write_tiff(const std::filesystem::path& file, const image& pixels)
     if (pixels.type().meaning == element_class::complex)
         throw file_error{file,
                          "cannot be written: TIFF files have no complex numbers; .npy and .mrc keep them, and "
-                         "ZXAbs and ZXPhase give what a picture can show"};
+                         "zentrix call ZXAbsArg gives modulus and phase"};
     if (found == std::end(samples))
         throw file_error{file, std::string{"an image of type "} + pixels.type().name + " cannot be written as .tif"};
 

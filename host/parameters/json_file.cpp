@@ -38,14 +38,14 @@ class structure_check
 
     bool operator()(json::parse_event_t event, const json& parsed)
     {
-        using enum json::parse_event_t;
-        if (event == object_start || event == array_start) {
+        using kind = json::parse_event_t;
+        if (event == kind::object_start || event == kind::array_start) {
             if (names_.size() == deepest)
                 throw file_error{file_, "objects and arrays are nested more than " + std::to_string(deepest) + " deep"};
             names_.emplace_back();
-        } else if (event == object_end || event == array_end) {
+        } else if (event == kind::object_end || event == kind::array_end) {
             names_.pop_back();
-        } else if (event == key && !names_.back().insert(parsed.get<std::string>()).second) {
+        } else if (event == kind::key && !names_.back().insert(parsed.get<std::string>()).second) {
             throw file_error{file_, shown_name(parsed.get<std::string>()) + " is given twice"};
         }
         return true;

@@ -50,9 +50,12 @@ host::parameter_set set_of_words(const std::vector<std::string>& words)
         const std::string name = word.substr(0, equals), text = word.substr(equals + 1);
         if (entries.contains(name)) throw usage_error{name + " is given twice"};
         entries[name] = text.find('@') == std::string::npos ? number_with_unit(word, text) : json(text);
-        if (entries[name].is_number() && host::notation_of_name(name))
-            throw usage_error{name + " needs a unit: " + word + (name.starts_with("phi") ? "deg or " : "nm or ") +
-                              word + (name.starts_with("phi") ? "rad" : "A")};
+        if (entries[name].is_number() && host::notation_of_name(name)) {
+            const auto [first, second] = name.starts_with("phi") ? std::pair{"deg", "rad"} : std::pair{"nm", "A"};
+            std::string problem = name + " needs a unit: ";
+            problem.append(word).append(first).append(" or ").append(word).append(second);
+            throw usage_error{problem};
+        }
     }
     try {
         return host::parameters_in(entries);

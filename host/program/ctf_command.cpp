@@ -162,7 +162,7 @@ void add_optics(CLI::App& command, ctf_request& request)
     auto* const voltage = command.add_option("--kv", given.kilovolts, "Accelerating voltage [kV]; or --wavelength");
     voltage->check(voltage_in_kilovolts());
     command.add_option("--wavelength", given.wavelength_nm, "Wavelength [nm], for waves other than electrons")
-        ->check(positive_number())
+        ->check(wavelength_in_nanometres())
         ->excludes(voltage);
     command.add_option("--pixel", given.pixel_nm, "Pixel size [nm]; the largest frequency is 1 / (2 pixels)")
         ->check(pixel_in_nanometres());

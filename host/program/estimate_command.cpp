@@ -223,11 +223,11 @@ void add_estimate_command(CLI::App& app, const global_options& global)
     add_widths(*command, request->lens.given);
     add_picture_options(*command, request->lens.picture);
     command->footer(
-        "Example: zentrix estimate wave.npy --kv 300 --pixel 0.02 -o found.json --png corrected.png\n"
-        "         zentrix correct wave.npy -o corrected.npy --params found.json\n"
-        "A coefficient that the wave does not fix is \"not determined\" and keeps its start value. Exit code 3: none "
-        "is\n"
-        "determined. docs/estimation.md explains what can be found and how.");
+        "Examples:\n"
+        "  zentrix estimate wave.npy --kv 300 --pixel 0.02 -o found.json --png corrected.png\n"
+        "  zentrix correct wave.npy -o corrected.npy --params found.json\n\n"
+        "A coefficient that the wave does not fix is \"not determined\" and keeps its start value. Exit code 3: none\n"
+        "is determined. docs/estimation.md explains what can be found and how.");
     command->callback([&global, request] { run(*request, global); });
 }
 

@@ -9,7 +9,7 @@
 
 #include "host/fft/fft.h"
 #include "host/files/file_error.h"
-#include "host/files/image_file.h"
+#include "host/parameters/recorded_image.h"
 #include "host/pictures/for_each_pixel.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
@@ -68,7 +68,7 @@ host::image_ref as_complex(const std::filesystem::path& file, const host::image&
 host::image_ref read_any(const std::string& name)
 {
     const auto file = host::system_path(name);
-    const auto read = host::read_image(file);
+    const auto read = host::read_recorded_image(file);
     if (read->type().meaning == host::element_class::complex) return read_waves(name);
     if (read->dimensions() < 2)
         throw host::file_error{file, "contains " + one_line(*read) + "; expected an image of two or three dimensions"};

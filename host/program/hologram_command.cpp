@@ -156,7 +156,7 @@ void add_hologram_command(CLI::App& app, const global_options& global)
     add_picture_options(*command, request->picture);
     add_timing_option(*command, request->timing);
     command->footer(
-        "Example: zentrix hologram holo.dm3 --reference vacuum.dm3 --unwrap -o phase.npy --png phase.png\n"
+        "Example:\n  zentrix hologram holo.dm3 --reference vacuum.dm3 --unwrap -o unwrapped.npy --png phase.png\n\n"
         "docs/holograms.md explains the choice of the sideband and the report.");
     command->callback([&global, request] { run(*request, global); });
 }

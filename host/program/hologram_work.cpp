@@ -9,8 +9,8 @@
 #include "host/correction/multiply_spectrum.h"
 #include "host/correction/unwrap_plane.h"
 #include "host/files/file_error.h"
-#include "host/files/image_file.h"
 #include "host/parameters/parameter_file.h"
+#include "host/parameters/recorded_image.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {
@@ -107,9 +107,11 @@ void settle_scale(host::image& hologram, const host::parameter_set& parameters)
 hologram_outcome compute(const hologram_request& request, const global_options& global, step_times& times)
 {
     const auto parameters = parameters_of(request);
-    const auto hologram = times.measure("read", [&] { return host::read_image(host::system_path(request.hologram)); });
+    const auto hologram =
+        times.measure("read", [&] { return host::read_recorded_image(host::system_path(request.hologram)); });
     settle_scale(*hologram, parameters);
-    const auto reference = request.reference.empty() ? nullptr : host::read_image(host::system_path(request.reference));
+    const auto reference =
+        request.reference.empty() ? nullptr : host::read_recorded_image(host::system_path(request.reference));
     const auto zentrix = times.measure("load", [&] { return std::make_unique<session>(global); });
     hologram_outcome done;
     done.hologram_pixel_nm = host::square_pixel_nm(hologram->scale());

@@ -33,7 +33,7 @@ void add_microscope(CLI::App& command, lens_request& request)
                                              "Accelerating voltage [kV] (default: that of the file); or --wavelength");
     voltage->check(voltage_in_kilovolts());
     command.add_option("--wavelength", given.wavelength_nm, "Wavelength [nm], for waves other than electrons")
-        ->check(positive_number())
+        ->check(wavelength_in_nanometres())
         ->excludes(voltage);
     command.add_option("--pixel", given.pixel_nm, "Pixel size [nm] (default: that of the file)")
         ->check(pixel_in_nanometres());

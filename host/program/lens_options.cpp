@@ -58,6 +58,8 @@ CLI::Validator positive_number() { return finite_number("a positive number", "PO
 
 CLI::Validator voltage_in_kilovolts() { return plausible_number(lens::check_kilovolts); }
 
+CLI::Validator wavelength_in_nanometres() { return plausible_number(lens::check_wavelength); }
+
 CLI::Validator pixel_in_nanometres() { return plausible_number(lens::check_pixel_size); }
 
 void add_coefficients(CLI::App& command, const coefficient_setter& set)

@@ -17,6 +17,7 @@ CLI::Validator positive_number();
 /// As positive_number, within the limits of lens/plausible_units.h.
 CLI::Validator voltage_in_kilovolts();
 CLI::Validator pixel_in_nanometres();
+CLI::Validator wavelength_in_nanometres();
 
 /// Adds --C1 NUMBER to --S5 MODULUS@DEGREES, one option per coefficient, in the units of the panel.
 void add_coefficients(CLI::App& command, lens::aberrations& lens);

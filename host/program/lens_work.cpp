@@ -2,6 +2,8 @@
 
 #include <cmath>
 #include <iostream>
+#include <sstream>
+#include <utility>
 
 #include "host/correction/kept_spectrum.h"
 #include "host/correction/multiply_spectrum.h"
@@ -11,6 +13,7 @@
 #include "host/program/wave_stack.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
+#include "lens/plausible_units.h"
 
 namespace zentrix::program {
 
@@ -84,6 +87,13 @@ host::image_ref lens_work::next_wave(job& one, const std::string& name) const
         wave->set_scale(scale_of_result(wave->scale(), one.settled.parameters));
         return wave;
     });
+}
+
+void lens_work::warn_of_units(const job& one)
+{
+    if (std::exchange(has_warned_, true)) return;  // the files of one command mostly have the same parameters
+    std::istringstream doubts{lens::doubts_about_units(one.optics)};
+    for (std::string doubt; std::getline(doubts, doubt);) std::cerr << "zentrix: warning: " << doubt << '\n';
 }
 
 lens::transfer_arguments lens_work::arguments_for(job& one) const
@@ -164,6 +174,7 @@ host::file_outcome lens_work::operator()(const host::file_task& task)
     if (request_.files.resumes && is_done(results, made)) return done_before(task);
     const auto record = host::record_path(results);
     std::cerr << one.settled.notes;
+    warn_of_units(one);
     if (request_.swept)
         make_sweep(one);
     else if (one.waves.is_stack())

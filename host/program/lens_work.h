@@ -21,6 +21,7 @@ class lens_work
 
   private:
     struct job;
+    void warn_of_units(const job& one);
     void check_stack(const job& one) const;
     host::image_ref next_wave(job& one, const std::string& name) const;
     lens::transfer_arguments arguments_for(job& one) const;
@@ -33,6 +34,7 @@ class lens_work
     const lens_request& request_;
     const global_options& global_;
     kept_session session_;
+    bool has_warned_ = false;
 };
 
 }  // namespace zentrix::program

@@ -102,6 +102,16 @@ class report
     std::vector<std::string> failures_;
 };
 
+/// "--A1 14 35" would take 35 for a file.
+void refuse_numbers(const std::vector<std::string>& words)
+{
+    for (const std::string& word : words)
+        if (host::parse_number<double>(word) && !fs::exists(host::system_path(word)))
+            throw usage_error{"unexpected argument \"" + word +
+                              "\": an angle follows as in 14@35, a second number as in "
+                              "1,2"};
+}
+
 }  // namespace
 
 void add_jobs_option(CLI::App& command, many_files& files)
@@ -164,6 +174,7 @@ void process_files(const many_files& files, const std::vector<host::destination>
         host::end_with_parent();
         return host::serve_tasks(process);
     }
+    refuse_numbers(files.inputs);
     const auto inputs = host::input_files(files.inputs, destinations.empty() ? host::has_readable_extension : is_input);
     const bool is_single = inputs.size() == 1;
     for (const host::destination& where : destinations)

@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "host/files/image_file.h"
 #include "host/program/commands.h"
 #include "host/program/lens_options.h"
@@ -42,10 +44,12 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
                      "Unwrapped phase, float32 (.png: a picture only), or a folder for many results")
         ->required()
         ->type_name("FILE|FOLDER/");
-    command->add_option(
-        "--box", request->box,
-        "Largest box in which residues are joined [pixels] (0: half of width + height; 1, 2: every residue is cut off "
-        "to the nearest edge)");
+    command
+        ->add_option("--box", request->box,
+                     "Largest box in which residues are joined [pixels] (0: half of width + height; 1, 2: every "
+                     "residue is cut off "
+                     "to the nearest edge)")
+        ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()).description(""));
     command
         ->add_option("--mask", request->mask,
                      "Leave out the pixels that are not 0 in this image, which has the size of PHASE or of one plane; "
@@ -68,7 +72,7 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
     command->footer(
         "Examples:\n"
         "  zentrix unwrap phase.npy -o unwrapped.npy --png unwrapped.png --cuts cuts.png\n"
-        "  zentrix unwrap wave.npy --phase --mask vacuum.npy -o unwrapped.npy\n"
+        "  zentrix unwrap wave.npy --phase --mask mask.npy -o unwrapped.npy\n"
         "  zentrix unwrap \"data/*.npy\" -o unwrapped/ --jobs 4\n\n"
         "Pixels that are infinite or not a number are left out, too. Regions that cuts or gaps separate carry "
         "unrelated\n"

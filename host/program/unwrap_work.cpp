@@ -12,6 +12,7 @@
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/files/png.h"
+#include "host/parameters/recorded_image.h"
 #include "host/pictures/for_each_pixel.h"
 #include "host/program/describe.h"
 #include "host/program/mask_file.h"
@@ -57,7 +58,7 @@ host::image_ref new_like(const host::image& pixels, std::uint32_t code)
 /// The wrapped phase as float32.
 host::image_ref read_phase(const unwrap_request& request)
 {
-    auto read = host::read_image(host::system_path(request.phase));
+    auto read = host::read_recorded_image(host::system_path(request.phase));
     check_type(request, *read);
     if (read->code() == HOST_ELEMENT_FLOAT32) return read;
     auto phase = new_like(*read, HOST_ELEMENT_FLOAT32);

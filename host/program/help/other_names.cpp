@@ -1,10 +1,9 @@
 #include "host/program/help/other_names.h"
 
-#include <algorithm>
 #include <array>
 #include <cctype>
+#include <span>
 #include <sstream>
-#include <string_view>
 
 namespace zentrix::program {
 
@@ -43,9 +42,42 @@ constexpr std::array habits{
     other_names{"invert inverse apply remove",
                 "\"zentrix correct\" removes aberrations, \"zentrix aberrate\" applies "
                 "them"},
-    other_names{"verbose v debug", "--timing prints what takes how long"},
+    other_names{"v", "-V prints the versions, --timing what takes how long"},
+    other_names{"verbose debug", "--timing prints what takes how long"},
+    other_names{"quiet q silent", "Results go to standard output, warnings and errors to standard error"},
     other_names{"time profile", "--timing prints what takes how long"},
 };
+
+constexpr std::array commands{
+    other_names{"version", "zentrix --version prints the versions"},
+    other_names{"view open show display gui",
+                "\"zentrix panel\" shows a wave while its aberrations are turned, "
+                "\"zentrix info\" describes a file, --png writes a picture"},
+    other_names{"apply simulate add", "\"zentrix aberrate\" applies aberrations"},
+    other_names{"remove restore deconvolve", "\"zentrix correct\" removes aberrations"},
+    other_names{"filter smooth median blur mean max min sum stats statistics",
+                "\"zentrix functions TEXT\" lists functions for this, \"zentrix call NAME\" calls them"},
+    other_names{"run exec function", "\"zentrix call NAME\" calls a script function"},
+    other_names{"dft transform spectrum", "\"zentrix fft\" transforms, \"zentrix ifft\" transforms back"},
+    other_names{"png picture plot", "--png FILE writes a picture of a command's result"},
+};
+
+std::string hint_in(std::span<const other_names> table, const std::string& name)
+{
+    for (const auto& [names, hint] : table) {
+        std::istringstream words{names};
+        for (std::string word; words >> word;)
+            if (word == name) return hint;
+    }
+    return "";
+}
+
+std::string plain(const std::string& name)
+{
+    std::string text;
+    for (const char c : name) text += c == '_' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
 
 /// C12, phi12, C12a: a coefficient with two digits.
 bool is_other_notation(const std::string& name)
@@ -59,16 +91,11 @@ bool is_other_notation(const std::string& name)
 
 std::string hint_for_other_name(const std::string& name)
 {
-    std::string plain;
-    for (const char c : name) plain += c == '_' ? '-' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    if (is_other_notation(plain))
+    if (is_other_notation(plain(name)))
         return "The coefficients are C1, A1, B2 and so on; \"zentrix convert C12=140A\" translates others";
-    for (const auto& [names, hint] : habits) {
-        std::istringstream words{names};
-        for (std::string word; words >> word;)
-            if (word == plain) return hint;
-    }
-    return "";
+    return hint_in(habits, plain(name));
 }
+
+std::string hint_for_other_command(const std::string& name) { return hint_in(commands, plain(name)); }
 
 }  // namespace zentrix::program

@@ -9,4 +9,7 @@ namespace zentrix::program {
 /// Returns nothing for names that are not known.
 std::string hint_for_other_name(const std::string& name);
 
+/// The same for a command: "simulate" gives "zentrix aberrate".
+std::string hint_for_other_command(const std::string& name);
+
 }  // namespace zentrix::program

@@ -57,7 +57,7 @@ std::string unknown_command(const CLI::App& app, const std::string& word)
     const std::string near = nearest_word(word, names);
     std::string text = "there is no command " + quoted(word);
     if (!near.empty()) return text + did_you_mean(near);
-    if (word == "version") return text + did_you_mean("--version");
+    if (const std::string hint = hint_for_other_command(word); !hint.empty()) return text + ". " + hint;
     if (word.starts_with("ZX")) return text + did_you_mean("\"zentrix call " + word + "\"");
     if (word.find('.') != std::string::npos) text += ": the command comes before the files";
     return text + "; the commands are " + list_of_commands(app);
@@ -133,12 +133,14 @@ const CLI::Option* option_named(const CLI::App& command, const std::string& name
     return nullptr;
 }
 
-/// The name with its meaning: "--pixel (Pixel size [nm])".
+/// The name with its meaning: "--pixel (Pixel size [nm])". Of a long description only the beginning.
 std::string with_meaning(const CLI::App& command, const std::string& name)
 {
+    constexpr std::size_t longest = 80;
     const CLI::Option* const option = option_named(command, name);
-    return option == nullptr || option->get_description().empty() ? name
-                                                                  : name + " (" + option->get_description() + ")";
+    std::string meaning = option == nullptr ? "" : option->get_description();
+    if (meaning.size() > longest) meaning = meaning.substr(0, meaning.find_last_of(' ', longest)) + " ...";
+    return meaning.empty() ? name : name + " (" + meaning + ")";
 }
 
 std::string expected_value(const CLI::Option* option)
@@ -164,6 +166,9 @@ std::string rephrased(const CLI::App& command, const std::string& said)
         return with_meaning(command, part[1]) + " needs a value";
     if (std::regex_match(said, part, std::regex{"(\\S+): At Most 1 required but received (\\d+)"}))
         return part[1].str() + " is given " + part[2].str() + " times; it takes one value";
+    if (std::regex_match(said, part, std::regex{"(\\S+): Value (.*) not in range (.*) to (.*)"}))
+        return part[1].str() + ": expected a number from " + part[3].str() + " to " + part[4].str() + ", not " +
+               quoted(part[2]);
     if (std::regex_match(said, part, std::regex{"(\\S+) excludes (\\S+)"}))
         return part[1].str() + " and " + part[2].str() + " exclude each other; give one of them";
     if (std::regex_match(said, part, std::regex{"Could not convert: (\\S+) = (.*)"}))

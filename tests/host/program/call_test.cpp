@@ -203,7 +203,8 @@ TEST(CommandLine, NamesTheFileAndTheProblem)
          {row{correct + "real.npy", "real.npy: contains float32 4 x 4; expected a complex wave"},
           {correct + "torn.npy", "torn.npy: it is not a .npy file: expected the first bytes \\x93NUMPY"},
           {correct + "wave.tiff", "wave.tiff: there is no such file"},
-          {"correct wave.npy -o o.npy --kv 300 --pixel 1e-3 --C3 1e6", "C3 is too large."},
+          {"correct wave.npy -o o.npy --kv 300 --pixel 1e-3 --C3 1e6",
+           "warning: C3 is 1e+06 mm: are these nanometres?\nzentrix: C3 is too large."},
           {unwrap + "wave.npy",
            "wave.npy: contains complex64 4 x 4; expected a real phase in radians (--phase computes it "
            "from a complex wave)"},

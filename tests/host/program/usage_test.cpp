@@ -37,7 +37,7 @@ TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
              {"corect w.npy --kv 3", "there is no command \"corect\". Did you mean correct?"},
              {"help corect", "there is no command \"corect\". Did you mean correct?"},
              {"FFT w.npy", "there is no command \"FFT\". Did you mean fft?"},
-             {"version", "there is no command \"version\". Did you mean --version?"},
+             {"version", "there is no command \"version\". zentrix --version prints the versions"},
              {"w.npy info", "\"w.npy\" comes after the command: zentrix info w.npy"},
              {"ZXMedianFilter w.npy", "there is no command \"ZXMedianFilter\". Did you mean \"zentrix call "},
              {correct + "--c1 -62", "there is no option --c1. Did you mean --C1?"},
@@ -61,7 +61,11 @@ TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
              {correct + "--C1 5 --C1 6", "--C1 is given 2 times; it takes one value"},
              {correct + "--kv 300 --wavelength 1", "--kv and --wavelength exclude each other; give one of them"},
              {correct + "--show phaze", "--show: expected real, imaginary, modulus, log"},
-             {"unwrap p.npy -o u.npy --box 1.5", "--box: expected a whole number, not \"1.5\""},
+             {"simulate w.npy", "there is no command \"simulate\". \"zentrix aberrate\" applies aberrations"},
+             {correct + "--kv 300 --pixel 1 --A1 14 35", "unexpected argument \"35\": an angle follows as in 14@35"},
+             {"unwrap p.npy -o u.npy --box -3", "--box: expected a number from 0 to 2147483647, not \"-3\""},
+             {correct + "--wavelength 2e-12", "--wavelength: The wavelength is 2e-12 nm: are these metres?"},
+             {"unwrap p.npy -o u.npy --box 1.5", "--box: expected a number from 0 to 2147483647, not \"1.5\""},
          }) {
         const auto done = bench.zentrix(words);
         EXPECT_EQ(done.code, 2) << words;

@@ -1,0 +1,156 @@
+#include "host/estimation/estimate.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "bench/estimation_waves.h"
+#include "lens/electron.h"
+
+namespace {
+
+using namespace zentrix;
+using lens::coefficient;
+
+bench::simulation small_wave()
+{
+    bench::simulation how;
+    how.size = 256;
+    how.wavelength_nm = lens::electron_wavelength(300);
+    how.lens = bench::random_lens(100);
+    how.seed = 100;
+    return how;
+}
+
+host::estimate estimate_of(const bench::simulation& how, host::estimate_options options = {},
+                           const host::estimate_progress& progress = {})
+{
+    const lens::optics setup{how.wavelength_nm, how.pixel_nm, {}, how.spread, {}};
+    return host::estimate_aberrations(*bench::simulate(how), setup, options, progress);
+}
+
+/// The error of a coefficient in its standard deviation.
+double error_of(const host::estimated_coefficient& one, const lens::aberrations& truth)
+{
+    lens::aberrations found;
+    found[one.which] = one.value;
+    const auto off = found.in_nanometres(one.which) - truth.in_nanometres(one.which);
+    return std::abs(off) / lens::traits(one.which).nanometres / one.uncertainty;
+}
+
+TEST(Estimate, FindsAllCoefficientsOfAWaveWithoutNoise)
+{
+    const auto how = small_wave();
+    const auto found = estimate_of(how);
+    for (const auto& one : found.coefficients) {
+        const auto& about = lens::traits(one.which);
+        EXPECT_TRUE(one.determined) << about.name << ": " << one.reason;
+        const double scale = std::abs(how.lens.in_nanometres(one.which));
+        const double off = std::abs(found.setup.lens.in_nanometres(one.which) - how.lens.in_nanometres(one.which));
+        EXPECT_LT(off, 1e-5 * scale + 1e-5) << about.name;
+    }
+}
+
+TEST(Estimate, IsRightWithinItsUncertaintyOrSaysThatItDoesNotKnow)
+{
+    const struct
+    {
+        const char* name;
+        void (*change)(bench::simulation&);
+        bool must_know_focus;
+    } rows[] = {
+        {"noise", [](bench::simulation& how) { how.noise = 0.1; }, true},
+        {"amorphous", [](bench::simulation& how) { how.object = bench::specimen::amorphous, how.noise = 0.05; }, true},
+        {"absorbing", [](bench::simulation& how) { how.absorption = 0.2, how.noise = 0.02; }, true},
+        {"cropped", [](bench::simulation& how) { how.is_cropped = true, how.noise = 0.05; }, false},
+        {"much noise", [](bench::simulation& how) { how.noise = 0.3; }, false},
+    };
+    for (const auto& row : rows) {
+        auto how = small_wave();
+        row.change(how);
+        const auto found = estimate_of(how);
+        for (const auto& one : found.coefficients) {
+            const std::string name = row.name + std::string{": "} + std::string{lens::traits(one.which).name};
+            if (one.determined) {
+                EXPECT_LT(error_of(one, how.lens), 6) << name;
+            }
+            if (row.must_know_focus && one.which == coefficient::C1) {
+                EXPECT_TRUE(one.determined) << name << ": " << one.reason;
+            }
+        }
+    }
+}
+
+TEST(Estimate, DeterminesNothingOfNoiseOrVacuum)
+{
+    for (const auto& [object, noise] : {std::pair{bench::specimen::crystal, 0.4},
+                                        {bench::specimen::crystal, 0.8},
+                                        {bench::specimen::vacuum, 0.1},
+                                        {bench::specimen::vacuum, 0.01}}) {
+        auto how = small_wave();
+        how.object = object;
+        how.noise = noise;
+        const auto found = estimate_of(how);
+        EXPECT_FALSE(found.any_determined()) << noise;
+        for (const auto& one : found.coefficients) EXPECT_FALSE(one.reason.empty());
+    }
+}
+
+TEST(Estimate, IsTheSameWithAnyNumberOfThreads)
+{
+    auto how = small_wave();
+    how.noise = 0.1;
+    host::estimate_options one, three;
+    one.threads = 1;
+    three.threads = 3;
+    const auto a = estimate_of(how, one), b = estimate_of(how, three);
+    for (std::size_t i = 0; i < a.coefficients.size(); ++i) {
+        EXPECT_EQ(a.coefficients[i].found.modulus, b.coefficients[i].found.modulus);
+        EXPECT_EQ(a.coefficients[i].uncertainty, b.coefficients[i].uncertainty);
+    }
+}
+
+TEST(Estimate, StopsWhenProgressSaysSoAndPassesItsException)
+{
+    const auto stopped = estimate_of(small_wave(), {}, [](double, const lens::optics&) { return false; });
+    EXPECT_TRUE(stopped.stopped);
+    EXPECT_FALSE(stopped.any_determined());
+    EXPECT_THROW(estimate_of(small_wave(), {}, [](double, const lens::optics&) -> bool { throw 7; }), int);
+}
+
+TEST(Estimate, RefusesWhatItCannotSearch)
+{
+    const struct
+    {
+        const char* text;
+        void (*change)(host::estimate_options&);
+    } rows[] = {
+        {"No coefficient is free.", [](auto& options) { options.free.clear(); }},
+        {"C1 is free twice.",
+         [](auto& options) {
+             options.free = {coefficient::C1, coefficient::C1};
+         }},
+        {"The range of C1 is empty.",
+         [](auto& options) {
+             options.defocus = {5, -5};
+         }},
+        {"The region is not within the wave of 256 x 256 pixels.",
+         [](auto& options) {
+             options.region = {200, 0, 100, 100};
+         }},
+        {"An estimate needs at least 64 x 64 pixels.",
+         [](auto& options) {
+             options.region = {0, 0, 63, 64};
+         }},
+    };
+    for (const auto& row : rows) try {
+            host::estimate_options options;
+            row.change(options);
+            estimate_of(small_wave(), options);
+            ADD_FAILURE() << row.text;
+        } catch (const std::invalid_argument& problem) {
+            EXPECT_STREQ(problem.what(), row.text);
+        }
+}
+
+}  // namespace
