@@ -216,3 +216,41 @@ def test_panel_needs_an_interactive_backend_and_matplotlib_only_then(tmp_path, c
     check = "import sys, zentrix; sys.exit('matplotlib' in sys.modules)"
     environment = {**os.environ, "PYTHONPATH": str(pathlib.Path(zentrix.__file__).parents[1])}
     assert subprocess.run([sys.executable, "-c", check], env=environment, check=False).returncode == 0
+
+
+def estimable():
+    """The aberrated wave of a phase object without symmetry, and its lens."""
+    y, x = np.indices((128, 128))
+    phase = np.zeros((128, 128))
+    for i in range(40):
+        square = (x - (i * 37 + i * i * 11) % 128) ** 2 + (y - (i * 53 + i * i * 7) % 128) ** 2
+        phase += 0.9 * np.exp(-square / (2.4 + 0.1 * (i % 9)))
+    lens = {"kv": 300, "pixel": 0.05, "C1": -40, "A1": (9, 30)}
+    return zentrix.aberrate(np.exp(1j * phase), **lens), lens
+
+
+def test_estimate_moves_the_knobs_and_is_one_step_of_undo():
+    wave, lens = estimable()
+    panel = LivePanel(wave, kv=300, pixel=0.05)
+    Driver(panel)
+    panel.estimate(free="C1,A1")
+    while panel.is_estimating:  # the Agg canvas has no event loop for the timer
+        panel._poll_search()
+    assert panel.found.determined and panel.status.text.startswith("Estimated: C1"), panel.found
+    assert panel.parameters["C1"] == pytest.approx(lens["C1"], abs=0.3)
+    assert panel.parameters["A1"] == pytest.approx(lens["A1"], abs=1.0)
+    panel.undo()
+    assert "C1" not in panel.parameters and "A1" not in panel.parameters
+    panel.close()
+
+
+def test_estimate_that_is_stopped_changes_nothing():
+    panel = LivePanel(estimable()[0], kv=300, pixel=0.05, C1=3)
+    driver = Driver(panel)
+    driver.press("Estimate")
+    assert panel.is_estimating
+    driver.keys("e")
+    while panel.is_estimating:
+        panel._poll_search()
+    assert panel.found.stopped and panel.parameters["C1"] == 3 and not panel.model.history.move(-1)
+    panel.close()

@@ -6,6 +6,7 @@ from .. import _core
 from .._coefficients import polar
 from .._correct import KeptSpectrum, correct as _correct, running_core
 from .._optics import Optics, pixel_size, tilt_parts
+from .._estimate import FREE, estimate
 from .._transfer import ctf
 from .._wave_arrays import checked_copy, single_precision
 from .pages import COEFFICIENTS, WIDTHS

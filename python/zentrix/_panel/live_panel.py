@@ -2,16 +2,19 @@
 
 from matplotlib import pyplot
 
+from . import library
 from .clipboard import copy_text
 from .model import Model
 from .panel_column import WIDTH, Column
 from .pen import FAINT, INK, WRONG, Box
 from .picture import Picture
+from .search import Search, summary
 from .shades import DISPLAYS
 from .widgets import Status
 from .window import Window
 
 _STATUS_HEIGHT = 0.26  # inches
+_SEARCH_POLL = 100  # ms
 _KEY_REPEAT = 80  # ms; a held key may send releases in between, closely followed by presses
 
 
@@ -35,6 +38,9 @@ class LivePanel:
             report=self._complain,
         )
         self._before_timer = self.window.timer(_KEY_REPEAT, lambda: self.show_before(False))
+        self._search, self.found = None, None  #: the running search; the zentrix.Estimate of the last one
+        self._search_timer = self.window.timer(_SEARCH_POLL, self._poll_search)
+        self.window.canvas.mpl_connect("close_event", lambda event: self._search and self._search.stop())
         self.window.rebuild()
 
     # For scripts
@@ -93,6 +99,39 @@ class LivePanel:
         self.model.apply()
         self.changed()
         self.say("The corrected wave is the source now. Undo takes it back.")
+
+    @property
+    def is_estimating(self):
+        return self._search is not None
+
+    def estimate(self, free=library.FREE):
+        """Starts a search for these coefficients; the knobs follow it. Stops one that is running."""
+        if self._search is not None:
+            return self._search.stop()
+        source, optics = self.model.for_search()
+        self.model.history.seal()
+        self._search = Search(source, free, optics)
+        self._poll_search()
+
+    def _poll_search(self):
+        search = self._search
+        if search is None:
+            return
+        is_running = search.is_running  # before the best is taken
+        best = search.take_best()
+        if best and is_running:
+            self.model.put_coefficients(best, search)
+            self.changed()
+        if is_running:
+            self.say(f"Estimating, {100 * search.fraction:.0f} % ...")
+            return self._search_timer.start()
+        self._search, self.found = None, search.found
+        self.model.history.discard(search)
+        if search.found is not None and any(one.determined for one in search.found.coefficients.values()):
+            self.model.put_coefficients(_values(search.found), search)
+            self.model.history.seal()
+        self.changed()
+        self.say(search.problem or summary(search.found), WRONG if search.problem else INK)
 
     def copy_call(self):
         text = self.model.call_text()
@@ -190,6 +229,7 @@ class LivePanel:
                 self._before_timer.start()
         elif is_down:
             commands = {
+                "e": self.estimate,
                 "t": self.toggle_overlay,
                 "c": self.toggle_colour,
                 "ctrl+z": self.undo,
@@ -204,6 +244,12 @@ class LivePanel:
 
 def _show(panel, display):
     return lambda: panel.show_display(display)
+
+
+def _values(found):
+    """name -> (modulus, degrees) of the coefficients that are determined."""
+    known = {name: one.value for name, one in found.coefficients.items() if one.determined}
+    return {name: value if isinstance(value, tuple) else (value, 0.0) for name, value in known.items()}
 
 
 def _about(not_finite):

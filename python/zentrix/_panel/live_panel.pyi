@@ -2,7 +2,7 @@
 
 import os
 import pathlib
-from collections.abc import Callable
+from collections.abc import Callable, Sequence
 from typing import Any
 
 import numpy as np
@@ -43,6 +43,10 @@ class LivePanel:
     def undo(self) -> None: ...
     def redo(self) -> None: ...
     def apply(self) -> None: ...
+    found: Any
+    @property
+    def is_estimating(self) -> bool: ...
+    def estimate(self, free: str | Sequence[str] = ...) -> None: ...
     def save(
         self, file: str | os.PathLike[str] | None = None
     ) -> tuple[pathlib.Path, pathlib.Path, pathlib.Path]: ...

@@ -83,6 +83,11 @@ class Model:
         values = {**self.values, **library.values_of(changes, self.values)}
         self.history.record(State(values, self.history.state.applied))
 
+    def put_coefficients(self, coefficients, control):
+        """Several coefficients at once: name -> (modulus, degrees), one step of undo for each `control`."""
+        values = {**self.values, **{name: (value, wrapped(degrees)) for name, (value, degrees) in coefficients.items()}}
+        self.history.record(State(values, self.history.state.applied), control)
+
     def set_step(self, name, step):
         self.steps[name] = step
 
@@ -101,6 +106,11 @@ class Model:
         """Full size, complex64. Raises ValueError with the library's text, "A1 is too large."."""
         self._follow_history()
         return library.correct(self.source, self.parameters)
+
+    def for_search(self):
+        """(source, optics): what zentrix.estimate takes."""
+        self._follow_history()
+        return self.source, self.optics
 
     def shown(self, most, before=False):
         """(wave, marks of pixels that are not finite or None), at a size within `most` (rows, columns).

@@ -19,7 +19,7 @@ _HELP = (
     "Tab: next control. Esc: leaves a field",
     "b held: before. t: transfer function. c: colours",
     "1 to 5: display. Ctrl+Z, Ctrl+Y: undo, redo",
-    "Ctrl+C: copies the call. Ctrl+S: saves",
+    "Ctrl+C: copies the call. Ctrl+S: saves. e: estimate",
 )
 
 
@@ -39,7 +39,7 @@ class Column:
             self._row(row, y)
             y += 0.86 if has_angle else 0.58
         self._buttons(3.72)
-        self._help(5.15)
+        self._help(5.38)
 
     def box(self, x, y, width, height):
         """From inches, y downwards from the column's top."""
@@ -167,6 +167,15 @@ class Column:
         self.widgets += [transfer, colours, before]
         for number, (text, action, hint) in enumerate(actions):
             self._add(Button(self._cell(y + 0.88, number), text, action, hint))
+        self._add(
+            Button(
+                self._cell(y + 1.22, 0, 2),
+                "Estimate",
+                panel.estimate,
+                "Finds C1, A1, B2, A2, C3, S3 from the wave itself; pressed again, it stops (e)",
+                is_on=lambda: panel.is_estimating,
+            )
+        )
 
     def _cell(self, y, first, cells=1):
         width = (WIDTH - 0.1) / 5
