@@ -124,7 +124,9 @@ std::string man_page(const CLI::App& app)
         << bold("ZENTRIX_LIBRARY") << "\nLibrary file that is loaded when " << bold("--library") << " is not given\n"
         << ".TP\n"
         << bold("OMP_NUM_THREADS") << "\nThe most threads that one process uses\n"
-        << ".SH EXIT STATUS\n.TP\n0\nsuccess\n.TP\n1\na file or a function failed\n.TP\n2\nthe command line is wrong\n";
+        << ".SH EXIT STATUS\n.TP\n0\nsuccess\n.TP\n1\na file or a function failed\n.TP\n2\nthe command line is wrong\n"
+        << ".TP\n3\n"
+        << bold("zentrix estimate") << " determined no coefficient\n";
     return page.str();
 }
 
