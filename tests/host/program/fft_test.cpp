@@ -23,7 +23,7 @@ TEST(FourierTransform, FrequenciesAreAroundTheMiddleAndUnscaled)
 {
     for (const auto& [width, height] : {std::pair{16, 12}, {15, 9}}) {
         const workbench bench;
-        // A real cosine of 3 periods along x and -2 along y, with a mean of 5. Its phase fixes the sign of the exponent.
+        // A real cosine of 3 periods along x and -2 along y, with a mean of 5. Its phase tests the exponent.
         constexpr double phase = 0.7;
         support::write_real(bench / "f.npy", width, height, [&, w = width, h = height](int x, int y) {
             return 5 + 2 * std::cos(2 * pi * (3.0 * x / w - 2.0 * y / h) + phase);
