@@ -2,7 +2,7 @@
 //
 //     build/release/bench/estimation [--case NAME] [--lenses N] [--seeds N] [--size N] [--first N]
 //
-// Each case is run with N lenses out of trim and N seeds of object and noise for each. A line tells
+// Each case is run with N lenses out of trim and N seeds of object and noise for each. A line says
 //   right         chi is within 0.1 rad rms of the truth up to the resolution, and everything is determined
 //   part          some coefficients are not determined
 //   none          no coefficient is determined
