@@ -7,7 +7,7 @@ tools/install-packages
 
 failed=()
 mkdir -p build
-# Mostly waits for downloads. The preset `windows` waits for the end, and tells what failed.
+# Mostly waits for downloads. The preset `windows` waits for the end, and says what failed.
 nice -n 19 tools/build-windows-libraries >build/libraries.log 2>&1 &
 tools/check-format || failed+=("format")
 tools/check-layers || failed+=("layers")

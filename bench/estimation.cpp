@@ -2,7 +2,7 @@
 //
 //     build/release/bench/estimation [--case NAME] [--lenses N] [--seeds N] [--size N] [--first N] [--verbose]
 //
-// Each case is run with N lenses out of trim and N seeds of object and noise for each. A line has, in numbers of answers,
+// Each case is run with N lenses out of trim and N seeds of object and noise for each. A line has numbers of answers,
 //   right         everything that can be is determined, and chi is within 0.1 rad rms of the truth up to the resolution
 //   part          some coefficients are not determined
 //   none          no coefficient is determined
@@ -97,8 +97,8 @@ double chi_error(const lens::aberrations& a, const lens::aberrations& b, double 
     return std::sqrt(sum / count);
 }
 
-/// The share that is not exceeded with a probability of 95 % if `count` of `of` were counted: the upper bound of Clopper
-/// and Pearson, by bisection of the binomial distribution.
+/// The share that is not exceeded with a probability of 95 % if `count` of `of` were counted: the upper bound of
+/// Clopper and Pearson, by bisection of the binomial distribution.
 double upper_bound(int count, int of)
 {
     if (count >= of) return 1;

@@ -20,7 +20,6 @@ if(ZENTRIX_PROGRAM)
         file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/linked)
         file(CREATE_LINK ../${program_folder}/zentrix ${PROJECT_BINARY_DIR}/linked/zentrix SYMBOLIC)
         install(FILES ${PROJECT_BINARY_DIR}/linked/zentrix DESTINATION bin COMPONENT program)
-        include(cmake/shell.cmake)
     endif()
 endif()
 install(TARGETS Zentrix64

@@ -47,7 +47,9 @@ float modulus(std::complex<float> pixel)
 
 double modulus_variance(const weighted_wave& wave, std::complex<float>* gradient)
 {
-    const auto& [pixels, weights, count] = wave;
+    const auto* const pixels = wave.pixels;
+    const auto* const weights = wave.weights;
+    const std::size_t count = wave.count;
     const double mean = sum_of(count, [&](std::size_t i) { return double{weights[i] * modulus(pixels[i])}; });
     if (!(mean > 0)) return 0;
     const auto centre = static_cast<float>(mean);
@@ -71,7 +73,9 @@ double modulus_variance(const weighted_wave& wave, std::complex<float>* gradient
 
 double phase_skewness(const weighted_wave& wave, std::complex<float>* gradient)
 {
-    const auto& [pixels, weights, count] = wave;
+    const auto* const pixels = wave.pixels;
+    const auto* const weights = wave.weights;
+    const std::size_t count = wave.count;
     const std::complex<double> mean_pixel{
         sum_of(count, [&](std::size_t i) { return double{weights[i] * pixels[i].real()}; }),
         sum_of(count, [&](std::size_t i) { return double{weights[i] * pixels[i].imag()}; })};
@@ -113,7 +117,9 @@ double phase_skewness(const weighted_wave& wave, std::complex<float>* gradient)
 
 double tamura_of_gradient(const weighted_wave& wave, std::size_t width, std::size_t height)
 {
-    const auto& [pixels, weights, count] = wave;
+    const auto* const pixels = wave.pixels;
+    const auto* const weights = wave.weights;
+    const std::size_t count = wave.count;
     std::vector<float> moduli(count), slopes(count);
     for (std::size_t i = 0; i < count; ++i) moduli[i] = modulus(pixels[i]);
     for (std::size_t y = 0; y < height; ++y) {

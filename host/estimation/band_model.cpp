@@ -97,7 +97,7 @@ band_model::band_model(const wave_spectrum& spectrum, double resolution, const l
       step_x_{1 / (static_cast<double>(spectrum.width) * spectrum.pixel_nm)},
       step_y_{1 / (static_cast<double>(spectrum.height) * spectrum.pixel_nm)}
 {
-    base_.lens = at;
+    base_.lens = static_cast<const lens::aberrations&>(at);
     width_ = cut_size(resolution, step_x_, spectrum.width);
     height_ = cut_size(resolution, step_y_, spectrum.height);
     cut_out(spectrum);

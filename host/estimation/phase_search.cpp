@@ -173,7 +173,7 @@ bool phase_search::grow(const std::vector<unknown>& unknowns, std::vector<candid
         if (!descend_all(run_, band, criterion::modulus_variance, minima, {1e-2, 1e-5, 60}, &usual)) return false;
         join_close(band, minima, 0.2, keep[i]);
         lens::optics shown = task_.start;
-        shown.lens = minima.front().lens;
+        shown.lens = static_cast<const lens::aberrations&>(minima.front().lens);
         run_.show(shown);
     }
     return true;

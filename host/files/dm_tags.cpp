@@ -129,7 +129,7 @@ class tree_reader
         return type_[index];
     }
 
-    /// Bytes of the type at `at` of the type's words; moves `at` behind it.
+    /// Bytes of the type at `at` of the type's words; moves `at` past it.
     std::uint64_t element_bytes(std::size_t& at, int depth) const
     {
         const std::uint64_t type = word_at(at++);

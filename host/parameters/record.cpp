@@ -43,15 +43,6 @@ try {
     return nullptr;  // no JSON, or too large for a record
 }
 
-/// Where the record of a result may be, the usual place first.
-std::vector<fs::path> places_for(const fs::path& result)
-{
-    fs::path beside = result, longer = result;
-    beside.replace_extension(".json");
-    longer += ".json";
-    return {beside, longer};
-}
-
 /// The entry of a result in a record; null if the record does not have it.
 json entry_of(const json& record, const fs::path& file, const fs::path& result)
 {
@@ -128,9 +119,17 @@ json program_facts(const fs::path& library, bool uses_simd)
     return facts;
 }
 
+std::vector<fs::path> places_of_record(const fs::path& result)
+{
+    fs::path usual = result, longer = result;
+    usual.replace_extension(".json");
+    longer += ".json";
+    return {usual, longer};
+}
+
 fs::path record_path(const std::vector<fs::path>& results)
 {
-    const auto places = places_for(results.at(0));
+    const auto places = places_of_record(results.at(0));
     for (const fs::path& place : places) {
         std::error_code ignored;
         if (!fs::exists(place, ignored) || is_replaceable(record_in(place), place, results)) return place;
@@ -155,7 +154,7 @@ void write_record(const fs::path& record, const provenance& made, const std::vec
 bool is_recorded(const std::vector<fs::path>& results, const provenance& made)
 {
     const json expected = essentials_of(made);
-    return std::ranges::any_of(places_for(results.at(0)), [&](const fs::path& place) {
+    return std::ranges::any_of(places_of_record(results.at(0)), [&](const fs::path& place) {
         json record = record_in(place);
         if (record.is_null()) return false;
         const bool are_there = std::ranges::all_of(results, [&](const fs::path& result) {
@@ -186,7 +185,7 @@ picture_texts texts_of(const provenance& made)
 
 std::optional<calibration> recorded_scale(const fs::path& file, const image& pixels)
 {
-    for (const fs::path& place : places_for(file)) {
+    for (const fs::path& place : places_of_record(file)) {
         const json entry = entry_of(record_in(place), place, file);
         if (has_recorded_size(entry, file) && describes(entry, pixels)) return scale_in(entry);
     }

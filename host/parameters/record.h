@@ -52,6 +52,9 @@ struct recorded_result
     const image* pixels;
 };
 
+/// Where the record of a result may be, the usual place first: "out.json" and "out.npy.json" for "out.npy".
+std::vector<std::filesystem::path> places_of_record(const std::filesystem::path& result);
+
 /// Where the record of results that are made together will be: "out.json" for "out.npy" (the first of them), or
 /// "out.npy.json" if there is an "out.json" that is something else, such as a file of parameters or the record of
 /// another result.

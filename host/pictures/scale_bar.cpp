@@ -17,7 +17,7 @@ struct length_unit
 
 constexpr length_unit length_units[] = {{1e9, "m", 1}, {1e6, "mm", 1}, {1e3, "µm", 1}, {1, "nm", 0.1}, {1e-3, "pm", 0}};
 
-/// Numbers that a division left beside a round one are accepted as that: 0.1 / 0.02 may be below 5.
+/// A division may miss a round number by rounding, 0.1 / 0.02 may be below 5: such numbers count as round.
 constexpr double nearly = 1 - 1e-9;
 
 std::string unit_label(const std::string& unit)

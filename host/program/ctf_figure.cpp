@@ -206,9 +206,9 @@ class key_row
     }
 
   private:
-    void add_text(double behind, const std::string& text)
+    void add_text(double gap, const std::string& text)
     {
-        at_.x += behind + 0.4 * letters_;
+        at_.x += gap + 0.4 * letters_;
         on_.text(at_, letters_, host::alignment::left, text, host::black_ink);
         at_.x += host::text_width(text, letters_) + 1.2 * letters_;
     }

@@ -27,8 +27,6 @@ namespace zentrix::program {
 
 namespace {
 
-using host::number_text;
-
 struct fft_request
 {
     bool inverse = false;

@@ -150,9 +150,8 @@ void add_commands(CLI::App& app, const global_options& global)
 int run(global_options& global)
 {
     CLI::App app{
-        "Removes lens aberrations from electron waves and applies them, unwraps phases, transforms, and calls the "
-        "script "
-        "functions of the Zentrix64 library.",
+        "Removes lens aberrations from electron waves, applies and estimates them, reconstructs holograms, unwraps "
+        "phases, transforms, and calls the script functions of the Zentrix64 library.",
         "zentrix"};
     app.require_subcommand(1);
     app.fallthrough();
@@ -162,7 +161,8 @@ int run(global_options& global)
     add_commands(app, global);
     app.footer(  // after the commands, which would inherit it
         "Examples:\n  zentrix info wave.npy\n  zentrix help correct\n\n"
-        "Exit code: 0 success, 1 a file or a function failed, 2 the command line is wrong.");
+        "Exit code: 0 success, 1 a file or a function failed, 2 the command line is wrong,\n"
+        "3 zentrix estimate determined no coefficient.");
     try {
         if (const std::string problem = single_hyphen(app, global.words); !problem.empty()) throw usage_error{problem};
         app.parse(for_parser(global.words));

@@ -35,14 +35,6 @@ int words_of_batch_option(const std::string& word)
     return 0;
 }
 
-std::vector<fs::path> possible_records_of(const fs::path& result)
-{
-    fs::path beside = result, longer = result;
-    beside.replace_extension(".json");
-    longer += ".json";
-    return {beside, longer};
-}
-
 }  // namespace
 
 std::vector<fs::path> results_of(const host::file_task& task)
@@ -83,7 +75,7 @@ const json& program_with_library(const global_options& global)
 bool is_done(const std::vector<fs::path>& results, const host::provenance& made)
 {
     if (!host::is_recorded(results, made)) return false;
-    return std::ranges::any_of(possible_records_of(results.at(0)), [&](const fs::path& record) {
+    return std::ranges::any_of(host::places_of_record(results.at(0)), [&](const fs::path& record) {
         std::error_code missing;
         const auto recorded = fs::last_write_time(record, missing);
         return !missing && std::ranges::all_of(results, [&](const fs::path& result) {
@@ -107,7 +99,7 @@ void finish_with_record(const fs::path& record, const host::provenance& made,
 
 bool is_made_from_neighbour(const fs::path& file)
 {
-    return std::ranges::any_of(possible_records_of(file), [&](const fs::path& place) {
+    return std::ranges::any_of(host::places_of_record(file), [&](const fs::path& place) {
         std::error_code ignored;
         if (!fs::is_regular_file(place, ignored)) return false;
         try {

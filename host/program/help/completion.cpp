@@ -72,9 +72,9 @@ complete -o default -F _zentrix zentrix
 /// Patterns for "COMMAND OPTION". An option of the whole program, with an empty command, may follow any command.
 std::vector<std::string> patterns_of(const std::string& command, const CLI::Option& option)
 {
-    std::vector<std::string> patterns;
-    for (const std::string& name : names_of(option))
-        patterns.push_back((command.empty() ? "*\" " : "\"" + command + " ") + name + "\"");
+    const std::string start = command.empty() ? "*\" " : "\"" + command + " ";
+    std::vector<std::string> patterns = names_of(option);
+    for (std::string& pattern : patterns) pattern.insert(0, start).append("\"");
     return patterns;
 }
 

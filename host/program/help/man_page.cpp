@@ -11,7 +11,7 @@ namespace zentrix::program {
 
 namespace {
 
-/// The character at text[at], in UTF-8, as roff writes it. Moves `at` behind it.
+/// The character at text[at], in UTF-8, as roff writes it. Moves `at` past it.
 std::string code_point(const std::string& text, std::size_t& at)
 {
     const auto byte = [&](std::size_t i) -> unsigned {
@@ -119,12 +119,13 @@ std::string man_page(const CLI::App& app)
     write_options(page, app);
     page << ".SH COMMANDS\n";
     for (const CLI::App* command : visible_commands(app)) write_command(page, *command);
-    page
-        << ".SH ENVIRONMENT\n.TP\n"
-        << bold("ZENTRIX_LIBRARY") << "\nLibrary file that is loaded when " << bold("--library") << " is not given\n"
-        << ".TP\n"
-        << bold("OMP_NUM_THREADS") << "\nThe most threads that one process uses\n"
-        << ".SH EXIT STATUS\n.TP\n0\nsuccess\n.TP\n1\na file or a function failed\n.TP\n2\nthe command line is wrong\n";
+    page << ".SH ENVIRONMENT\n.TP\n"
+         << bold("ZENTRIX_LIBRARY") << "\nLibrary file that is loaded when " << bold("--library") << " is not given\n"
+         << ".TP\n"
+         << bold("OMP_NUM_THREADS") << "\nThe most threads that one process uses\n"
+         << ".SH EXIT STATUS\n.TP\n0\nsuccess\n.TP\n1\na file or a function failed\n.TP\n2\nthe command line is wrong\n"
+         << ".TP\n3\n"
+         << bold("zentrix estimate") << " determined no coefficient\n";
     return page.str();
 }
 

@@ -1,6 +1,7 @@
 #include "host/program/help/version.h"
 
 #include <fftw3.h>
+#include <nlopt.h>
 #include <tiffio.h>
 #include <zlib.h>
 #include <CLI/Version.hpp>
@@ -36,6 +37,13 @@ std::string json_version()
            std::to_string(NLOHMANN_JSON_VERSION_PATCH);
 }
 
+std::string nlopt_version_text()
+{
+    int major = 0, minor = 0, bugfix = 0;
+    nlopt_version(&major, &minor, &bugfix);
+    return std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(bugfix);
+}
+
 json library_path(const std::string& given)
 {
     if (!given.empty()) return given;
@@ -58,6 +66,7 @@ json version_facts(const std::string& library_file)
              {{"FFTW", number_in(fftwf_version)},
               {"zlib", zlibVersion()},
               {"LibTIFF", number_in(TIFFGetVersion())},
+              {"NLopt", nlopt_version_text()},
               {"CLI11", CLI11_VERSION},
               {"JSON for Modern C++", json_version()}}}};
 }

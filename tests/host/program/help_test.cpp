@@ -113,6 +113,7 @@ TEST(Help, TheManualPageHasEveryCommandAndNoWarning)
         EXPECT_THAT(page, HasSubstr("\\fBzentrix " + command + "\\fR"));
     EXPECT_THAT(page, HasSubstr("\\fB\\-\\-C1\\fR \\fINUMBER\\fR\n"));
     EXPECT_TRUE(std::ranges::all_of(page, [](char c) { return c == '\n' || (c >= ' ' && c < 127); }));
+    EXPECT_THAT(page, HasSubstr("\n.TP\n3\n\\fBzentrix estimate\\fR determined no coefficient"));
     bench.folder().write("zentrix.1", page);
     if (bench.run("groff", {"--version"}).code != 0) GTEST_SKIP() << "groff is not installed";
     const auto formatted = bench.run("groff", {"-man", "-ww", "-Tascii", "zentrix.1"});

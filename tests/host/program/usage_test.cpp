@@ -100,7 +100,7 @@ TEST(Usage, VersionAndHelpWorkEverywhere)
         EXPECT_THAT(bench.zentrix(words).text(), StartsWith("0 zentrix 0."));
     const auto facts = nlohmann::json::parse(bench.zentrix("--version --json").out);
     EXPECT_TRUE(facts.at("compiler").is_string());
-    for (const char* name : {"FFTW", "zlib", "LibTIFF"})
+    for (const char* name : {"FFTW", "zlib", "LibTIFF", "NLopt"})
         EXPECT_GT(facts.at("libraries").at(name).get<std::string>(), "1.");
     EXPECT_EQ(bench.zentrix("help unwrap").text(), bench.zentrix("unwrap --help").text());
     EXPECT_EQ(bench.zentrix("help").text(), bench.zentrix("--help").text());
