@@ -65,12 +65,13 @@ correct() {
         after="the same without the aberrations"
     fi
 
-    # Correcting for no aberration gives a picture of the wave as it is.
-    local plain=() mode word next=
+    # Correcting for no aberration gives a picture of the wave as it is. Those of a file of parameters are set to 0.
+    local plain=(--tilt 0,0 --envelope off) mode word next=
+    for word in C1 A1 B2 A2 C3 S3 A3 B4 D4 A4 C5 A5 R5 S5; do plain+=("--$word" 0); done
     for word in "${options[@]}"; do
         case $next$word in
-        next* | --kv=* | --wavelength=* | --pixel=*) plain+=("$word") next= ;;
-        --kv | --wavelength | --pixel) plain+=("$word") next=next ;;
+        next* | --kv=* | --wavelength=* | --pixel=* | --params=*) plain+=("$word") next= ;;
+        --kv | --wavelength | --pixel | --params) plain+=("$word") next=next ;;
         esac
     done
     for mode in modulus phase; do

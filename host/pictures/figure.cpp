@@ -44,6 +44,24 @@ std::string quantity_of(const image& pixels, const figure_style& style)
     return "";
 }
 
+/// The text in lines that are broken at blanks. Longer words, and what is left after the last line, are cut off.
+std::vector<std::string> lines_of(std::string text, double size, double width)
+{
+    constexpr std::size_t most = 8;
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        std::size_t end = text.size();
+        while (text_width(std::string_view{text}.substr(0, end), size) > width && lines.size() + 1 < most) {
+            const auto blank = text.rfind(' ', end - 1);
+            if (blank == std::string::npos || blank == 0) break;
+            end = blank;
+        }
+        lines.push_back(text.substr(0, end));
+        text.erase(0, std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
 }  // namespace
 
 figure::figure(const image& pixels, const figure_style& style)
@@ -110,19 +128,28 @@ void figure::add_margins(const figure_style& style)
     const int margin = static_cast<int>(std::ceil(0.6 * letters_));
     const int image_width = width_, image_height = height_;
     left_ = margin;
-    top_ = style.title.empty() ? margin : static_cast<int>(std::ceil(2 * letters_));
-    for (layer& above : layers_) above.left += left_, above.top += top_;
     width_ += 2 * margin;
-    height_ += top_ + margin;
+    std::optional<drawing> legend;
     if (style.colour_bar) {
-        const int legend_height = std::max(image_height, static_cast<int>(least_legend * letters_));
-        layers_.push_back({left_ + image_width, top_, legend_of(range_, legend_height, letters_)});
-        height_ += legend_height - image_height;
-        width_ += layers_.back().drawn.width() - margin / 2;
+        legend = legend_of(range_, std::max(image_height, static_cast<int>(least_legend * letters_)), letters_);
+        height_ = legend->height();
+        width_ += legend->width() - margin / 2;
     }
-    if (style.title.empty()) return;
+    const double size = 1.15 * letters_, next_line = 1.5 * letters_;
+    const auto title = lines_of(style.title, size, width_ - 2 * margin);
+    top_ = margin;
+    if (!title.empty())
+        top_ = static_cast<int>(std::ceil(2 * letters_ + next_line * static_cast<double>(title.size() - 1)));
+    for (layer& above : layers_) above.left += left_, above.top += top_;
+    height_ += top_ + margin;
+    if (legend) layers_.push_back({left_ + image_width, top_, std::move(*legend)});
+    if (title.empty()) return;
     drawing drawn{width_ - left_, top_};
-    drawn.text({0, top_ - 0.6 * letters_}, 1.15 * letters_, alignment::left, style.title, black_ink);
+    double base = top_ - 0.6 * letters_ - next_line * static_cast<double>(title.size() - 1);
+    for (const std::string& line : title) {
+        drawn.text({0, base}, size, alignment::left, line, black_ink);
+        base += next_line;
+    }
     layers_.push_back({left_, 0, std::move(drawn)});
 }
 

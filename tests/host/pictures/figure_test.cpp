@@ -146,6 +146,21 @@ TEST(Figure, AnnotationsLeaveThePixelsAsTheyAre)
     EXPECT_GT(painted({*pixels, style}).width, 500);
 }
 
+TEST(Figure, BreaksLongTitlesAtBlanks)
+{
+    const auto pixels = ramp(300, 80);
+    figure_style style = real_style();
+    style.enlargement = 1;
+    style.title = "One line";
+    const picture one = painted({*pixels, style});
+    style.title = "A title of so many words that they do not fit into one line";
+    const picture two = painted({*pixels, style});
+    EXPECT_EQ(two.width, one.width);
+    EXPECT_GT(two.height, one.height + 10);
+    const int first_image_row = two.height - one.height + 20;
+    for (int y = 0; y < first_image_row; ++y) EXPECT_EQ(pixel(two, two.width - 2, y), white_paper) << y;
+}
+
 TEST(Figure, RefusesWhatCannotBeShown)
 {
     figure_style style = real_style();
