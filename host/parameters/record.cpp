@@ -179,14 +179,14 @@ bool is_recorded(const std::vector<fs::path>& results, const provenance& made)
 
 bool has_record(const fs::path& result)
 {
-    return std::ranges::any_of(places_for(result), [&](const fs::path& place) {
+    return std::ranges::any_of(places_of_record(result), [&](const fs::path& place) {
         return !entry_of(record_in(place), place, result).is_null();
     });
 }
 
 bool is_made_from_neighbour(const fs::path& file)
 {
-    return std::ranges::any_of(places_for(file), [&](const fs::path& place) {
+    return std::ranges::any_of(places_of_record(file), [&](const fs::path& place) {
         const json record = record_in(place);
         if (entry_of(record, place, file).is_null()) return false;
         const auto inputs = elements_of(record, "input");
