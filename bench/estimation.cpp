@@ -1,16 +1,23 @@
 // How often the aberrations of a wave are found, how far the answers are off, and whether they admit it.
 //
-//     build/release/bench/estimation [--case NAME] [--lenses N] [--seeds N] [--size N] [--first N]
+//     build/release/bench/estimation [--case NAME] [--lenses N] [--seeds N] [--size N] [--first N] [--verbose]
 //
-// Each case is run with N lenses out of trim and N seeds of object and noise for each. A line says
-//   right         chi is within 0.1 rad rms of the truth up to the resolution, and everything is determined
+// Each case is run with N lenses out of trim and N seeds of object and noise for each. A line has numbers of answers,
+//   right         everything that can be is determined, and chi is within 0.1 rad rms of the truth up to the resolution
 //   part          some coefficients are not determined
 //   none          no coefficient is determined
 //   false         everything is determined, but chi is off by more than 0.1 rad
-//   chi           median error of chi of the right ones [rad]
+// and in numbers of coefficients
+//   stated        those that were determined
+//   false         of these, those that are off by more than five stated standard deviations and change chi by more than
+//                 0.1 rad rms
+// then
+//   chi           median error of chi of the right answers [rad]
 //   bias          mean error over its standard deviation, the largest of all coefficients, and of which
 //   cover         share of determined components within one standard deviation (68 % expected), and within two (95 %)
 //   evaluations, seconds
+// The last lines have the sums, and the shares of false answers and statements below which they are with a probability
+// of 95 % (Clopper, Pearson, Biometrika 26 (1934) 404-413). For an amplitude object, C1 and A1 can be determined.
 
 #include <algorithm>
 #include <cmath>
@@ -90,6 +97,24 @@ double chi_error(const lens::aberrations& a, const lens::aberrations& b, double 
     return std::sqrt(sum / count);
 }
 
+/// The share that is not exceeded with a probability of 95 % if `count` of `of` were counted: the upper bound of
+/// Clopper and Pearson, by bisection of the binomial distribution.
+double upper_bound(int count, int of)
+{
+    if (count >= of) return 1;
+    double low = 0, high = 1;
+    for (int step = 0; step < 60; ++step) {
+        const double share = (low + high) / 2;
+        double term = std::pow(1 - share, of), sum = term;
+        for (int k = 1; k <= count; ++k) {
+            term *= (of - k + 1.0) / k * share / (1 - share);
+            sum += term;
+        }
+        (sum > 0.05 ? low : high) = share;
+    }
+    return high;
+}
+
 /// Sums over the runs of a case.
 struct tally
 {
@@ -98,6 +123,7 @@ struct tally
         double first = 0, squares = 0, count = 0;
     };
     int runs = 0, right = 0, part = 0, none = 0, wrong = 0;
+    int statements = 0, false_statements = 0;
     std::vector<double> errors;
     std::map<std::string, sums> offsets;  ///< of each component, in standard deviations
     int components = 0, within_one = 0, within_two = 0;
@@ -116,25 +142,46 @@ struct tally
     }
 };
 
-void run_once(const test_case& one, const simulation& how, tally& into)
+/// Counts a determined coefficient.
+void judge(const host::estimated_coefficient& one, const host::estimate& found, const simulation& how, bool shows,
+           tally& into)
+{
+    const auto& about = lens::traits(one.which);
+    const std::string name{about.name};
+    lens::aberrations only_this = how.lens;
+    only_this[one.which] = one.found;
+    const double chi = chi_error(only_this, how.lens, how.wavelength_nm, found.resolution);
+    const auto off = (only_this.in_nanometres(one.which) - how.lens.in_nanometres(one.which)) / about.nanometres;
+    if (shows)
+        std::printf("  %s off by %.3g sigma = %.3g of %.3g %s, chi %.3f; %s\n", name.c_str(),
+                    std::abs(off) / one.uncertainty, off.real(), one.uncertainty, std::string{about.unit}.c_str(), chi,
+                    one.determined ? "determined" : one.reason.c_str());
+    if (!one.determined) return;
+    into.add_component(name, off.real(), one.uncertainty);
+    if (about.symmetry != 0) into.add_component(name, off.imag(), one.uncertainty);
+    ++into.statements;
+    if (std::abs(off) > 5 * one.uncertainty && chi > 0.1) ++into.false_statements;
+}
+
+void run_once(const test_case& one, const simulation& how, bool shows, tally& into)
 {
     const auto wave = bench::simulate(how);
     lens::optics setup{how.wavelength_nm, how.pixel_nm, {}, one.knows_widths ? how.spread : lens::coherence{}, {}};
+    const bool is_amplitude = how.object == specimen::target;
+    if (is_amplitude) setup.lens = how.lens;
     host::estimate_options options;
     options.threads = 1;
+    options.widths_are_known = one.knows_widths;
+    if (is_amplitude) {
+        options.free = {lens::coefficient::C1, lens::coefficient::A1};
+        setup.lens[lens::coefficient::C1] = setup.lens[lens::coefficient::A1] = {};
+    }
     const auto found = host::estimate_aberrations(*wave, setup, options);
     ++into.runs;
     into.evaluations += static_cast<double>(found.evaluations);
     into.seconds += found.seconds;
-    for (const auto& coefficient : found.coefficients) {
-        if (!coefficient.determined) continue;
-        const auto& about = lens::traits(coefficient.which);
-        const auto off =
-            (found.setup.lens.in_nanometres(coefficient.which) - how.lens.in_nanometres(coefficient.which)) /
-            about.nanometres;
-        into.add_component(std::string{about.name}, off.real(), coefficient.uncertainty);
-        if (about.symmetry != 0) into.add_component(std::string{about.name}, off.imag(), coefficient.uncertainty);
-    }
+    if (shows) std::printf("seed %u, resolution %.3g, noise %.3g\n", how.seed, found.resolution, found.noise);
+    for (const auto& coefficient : found.coefficients) judge(coefficient, found, how, shows, into);
     const bool all = std::ranges::all_of(found.coefficients, &host::estimated_coefficient::determined);
     const double error = chi_error(found.setup.lens, how.lens, how.wavelength_nm, found.resolution);
     if (!found.any_determined())
@@ -150,7 +197,6 @@ void run_once(const test_case& one, const simulation& how, tally& into)
 
 void print(const char* name, tally& of)
 {
-    const auto percent = [&](int count) { return 100.0 * count / of.runs; };
     std::ranges::sort(of.errors);
     double bias = 0;
     std::string biased = "-";
@@ -158,13 +204,31 @@ void print(const char* name, tally& of)
         const double mean = sum.first / sum.count;
         if (sum.count > 4 && std::abs(mean) > std::abs(bias)) bias = mean, biased = coefficient;
     }
-    std::printf("%-17s %4d %5.1f %5.1f %5.1f %5.1f  %8.2g  %5.2f %-2s  %4.0f %4.0f  %6.0f %6.1f\n", name, of.runs,
-                percent(of.right), percent(of.part), percent(of.none), percent(of.wrong),
-                of.errors.empty() ? 0.0 : of.errors[of.errors.size() / 2], bias, biased.c_str(),
-                of.components > 0 ? 100.0 * of.within_one / of.components : 0.0,
-                of.components > 0 ? 100.0 * of.within_two / of.components : 0.0, of.evaluations / of.runs,
-                of.seconds / of.runs);
+    const auto percent = [&](int count) { return of.components > 0 ? 100.0 * count / of.components : 0.0; };
+    std::printf("%-17s %5d %5d %5d %5d %5d  %6d %5d  %8.2g  %5.2f %-2s  %4.0f %4.0f  %6.0f %6.1f\n", name, of.runs,
+                of.right, of.part, of.none, of.wrong, of.statements, of.false_statements,
+                of.errors.empty() ? 0.0 : of.errors[of.errors.size() / 2], bias, biased.c_str(), percent(of.within_one),
+                percent(of.within_two), of.evaluations / of.runs, of.seconds / of.runs);
     std::fflush(stdout);
+}
+
+/// Adds the counts, without what is a mean of one case.
+void add(tally& sum, const tally& one)
+{
+    sum.runs += one.runs, sum.right += one.right, sum.part += one.part, sum.none += one.none, sum.wrong += one.wrong;
+    sum.statements += one.statements, sum.false_statements += one.false_statements;
+    sum.components += one.components, sum.within_one += one.within_one, sum.within_two += one.within_two;
+    sum.evaluations += one.evaluations, sum.seconds += one.seconds;
+    sum.errors.insert(sum.errors.end(), one.errors.begin(), one.errors.end());
+}
+
+void print_sums(tally& all)
+{
+    if (all.runs == 0) return;
+    print("all", all);
+    std::printf("false answers: %d of %d, below %.2g %%; false statements: %d of %d, below %.2g %%\n", all.wrong,
+                all.runs, 100 * upper_bound(all.wrong, all.runs), all.false_statements, all.statements,
+                100 * upper_bound(all.false_statements, all.statements));
 }
 
 int number_after(int argc, char** argv, const char* option, int otherwise)
@@ -181,12 +245,16 @@ int main(int argc, char** argv)
     const int lenses = number_after(argc, argv, "--lenses", 3), seeds = number_after(argc, argv, "--seeds", 3);
     const int size = number_after(argc, argv, "--size", 256), first = number_after(argc, argv, "--first", 0);
     std::string wanted;
-    for (int i = 1; i + 1 < argc; ++i)
-        if (std::strcmp(argv[i], "--case") == 0) wanted = argv[i + 1];
+    bool shows = false;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strcmp(argv[i], "--case") == 0 && i + 1 < argc) wanted = argv[i + 1];
+        shows = shows || std::strcmp(argv[i], "--verbose") == 0;
+    }
     std::printf(
-        "%d lenses x %d seeds, %d x %d pixels\n%-17s runs right  part  none false       chi   bias     cover %%  "
-        "evaluations, s\n",
-        lenses, seeds, size, size, "case");
+        "%d lenses x %d seeds from %d on, %d x %d pixels\n%-17s  runs right  part  none false  stated false       chi  "
+        " bias     cover %%  evaluations, s\n",
+        lenses, seeds, first, size, size, "case");
+    tally all;
     for (const test_case& one : cases()) {
         if (!wanted.empty() && wanted != one.name) continue;
         tally of;
@@ -196,9 +264,11 @@ int main(int argc, char** argv)
                 how.size = size;
                 how.lens = bench::random_lens(static_cast<std::uint32_t>(first + lens));
                 how.seed = static_cast<std::uint32_t>(1000 * (first + lens) + seed + 1);
-                run_once(one, how, of);
+                run_once(one, how, shows, of);
             }
         print(one.name, of);
+        add(all, of);
     }
+    print_sums(all);
     return 0;
 }

@@ -57,7 +57,8 @@ py::dict as_dict(const host::estimate& found)
 }
 
 host::estimate_options options_of(const std::vector<std::string>& free, const py::object& range,
-                                  const py::object& region, const std::string& object, std::ptrdiff_t threads)
+                                  const py::object& region, const std::string& object, std::ptrdiff_t threads,
+                                  bool widths_are_known)
 {
     host::estimate_options options;
     options.free.clear();
@@ -75,6 +76,7 @@ host::estimate_options options_of(const std::vector<std::string>& free, const py
                      : object == "amplitude" ? host::specimen_kind::amplitude
                                              : host::specimen_kind::automatic;
     options.threads = threads;
+    options.widths_are_known = widths_are_known;
     return options;
 }
 
@@ -82,10 +84,10 @@ host::estimate_options options_of(const std::vector<std::string>& free, const py
 /// Throws  what progress or a handler of a signal raises
 py::dict estimate(const py::array& wave, const lens::optics& setup, const std::vector<std::string>& free,
                   const py::object& range, const py::object& region, const std::string& object, std::ptrdiff_t threads,
-                  const py::object& progress)
+                  bool widths_are_known, const py::object& progress)
 {
     const auto image = image_of(wave);
-    const auto options = options_of(free, range, region, object, threads);
+    const auto options = options_of(free, range, region, object, threads, widths_are_known);
     const auto report = [&](double fraction, const lens::optics& current) {
         const interpreter_lock locked;
         if (PyErr_CheckSignals() != 0) throw py::error_already_set{};

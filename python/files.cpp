@@ -3,7 +3,6 @@
 #include <pybind11/stl.h>
 
 #include "host/files/file_error.h"
-#include "host/files/image_file.h"
 #include "host/parameters/recorded_image.h"
 #include "python/arrays.h"
 #include "python/interpreter_lock.h"
@@ -47,7 +46,7 @@ void write(const std::string& path, const py::array& array, const scale_of_axes&
     about.kilovolts = kilovolts;
     const auto image = image_of(array);
     image->set_scale(about);
-    with_file([&] { host::write_image(host::system_path(path), *image); });
+    with_file([&] { host::write_recorded_image(host::system_path(path), *image); });
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <map>
+#include <set>
 #include <system_error>
 
 #include "host/files/file_error.h"
@@ -28,6 +29,16 @@ std::string lower(std::string text)
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return text;
+}
+
+[[noreturn]] void refuse_input(const std::string& output)
+{
+    throw file_error{system_path(output), "is an input and cannot be the result, too"};
+}
+
+[[noreturn]] void refuse_second(const std::string& output)
+{
+    throw file_error{system_path(output), "two results would have this name"};
 }
 
 std::string output_in_folder(const std::string& input, const destination& where)
@@ -69,9 +80,8 @@ std::vector<file_task> plan_outputs(const std::vector<std::string>& inputs,
 {
     std::vector<file_task> tasks;
     for (const std::string& input : inputs) tasks.push_back({input, {}});
-    std::map<fs::path, std::string> is_input;
-    for (const std::string& input : inputs) is_input[resolved(input)] = input;
-    std::map<fs::path, std::string> written;
+    std::set<fs::path> read, written;
+    for (const std::string& input : inputs) read.insert(resolved(input));
     for (const destination& where : destinations) {
         taken_names taken;
         const bool to_folder = is_folder(where.to);
@@ -79,14 +89,24 @@ std::vector<file_task> plan_outputs(const std::vector<std::string>& inputs,
             task.outputs.push_back(to_folder ? output_in_folder(task.input, where) : where.to);
             const std::string& output = task.outputs.back();
             if (output.empty()) continue;
-            if (is_input.contains(resolved(output)))
-                throw file_error{system_path(output), "is an input and cannot be the result, too"};
+            if (read.contains(resolved(output))) refuse_input(output);
             taken.add(output, task.input);
-            if (!written.emplace(resolved(output), output).second)
-                throw file_error{system_path(output), "two results would have this name"};
+            if (!written.insert(resolved(output)).second) refuse_second(output);
         }
     }
     return tasks;
+}
+
+void require_own_names(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs)
+{
+    std::set<fs::path> read, written;
+    for (const std::string& input : inputs)
+        if (!input.empty()) read.insert(resolved(input));
+    for (const std::string& output : outputs) {
+        if (output.empty()) continue;
+        if (read.contains(resolved(output))) refuse_input(output);
+        if (!written.insert(resolved(output)).second) refuse_second(output);
+    }
 }
 
 void create_folders(const std::vector<destination>& destinations)

@@ -27,6 +27,11 @@ bool is_folder(const std::string& to);
 std::vector<file_task> plan_outputs(const std::vector<std::string>& inputs,
                                     const std::vector<destination>& destinations);
 
+/// For commands that write single files: checks that no output is an input, and that no two outputs are one file. Empty
+/// names are left out.
+/// Throws  file_error
+void require_own_names(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs);
+
 /// Creates the folders of the destinations where they do not exist. Throws  file_error
 void create_folders(const std::vector<destination>& destinations);
 

@@ -103,6 +103,7 @@ class amplitude_search
     search_range range() const;
     void scan();
     void refine();
+    void judge(const band_model& band, const std::vector<imaging>& found);
 
     search_run& run_;
     const search_task& task_;
@@ -189,6 +190,18 @@ void amplitude_search::refine()
     });
     if (!goes_on) throw search_stopped{};
     result_.lens = found[sharpness::whole];
+    judge(band, found);
+}
+
+/// The uncertainties by the quarters of the wave, and how many of these agree.
+void amplitude_search::judge(const band_model& band, const std::vector<imaging>& found)
+{
+    const auto at = band.variables_of({result_.lens});
+    double chi = 0;
+    for (std::size_t part = sharpness::first_quarter; part < found.size(); ++part) {
+        const auto there = band.variables_of(found[part]);
+        for (std::size_t i = 0; i < at.size(); ++i) chi += (there[i] - at[i]) * (there[i] - at[i]);
+    }
     double c1 = 0, real = 0, imaginary = 0;
     const auto centre = result_.lens.in_nanometres(coefficient::A1);
     for (std::size_t part = sharpness::first_quarter; part < found.size(); ++part) {
@@ -204,6 +217,7 @@ void amplitude_search::refine()
     const auto deviation = [](double squares) { return 1.2 * std::sqrt(squares / 3) / 2; };
     result_.c1_uncertainty = deviation(c1);
     result_.a1_uncertainty = {deviation(real), deviation(imaginary)};
+    result_.chi_uncertainty = deviation(chi);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@ struct amplitude_solution
     std::size_t agreeing = 0;             ///< how many of the four quarters have their focus near the result
     bool is_at_end = false;               ///< of the range of C1
     double prominence = 0;                ///< the criterion over its median in the range
+    double chi_uncertainty = 0;           ///< standard deviation of chi from C1 and A1, rms to the resolution [rad]
     double resolution = 0;
 };
 

@@ -104,7 +104,7 @@ band_model::band_model(const wave_spectrum& spectrum, double resolution, const l
     make_basis();
     make_weights(margin);
     const double share = static_cast<double>(width_ * height_) / static_cast<double>(spectrum.values.size());
-    noise_variance_ = spectrum.noise * spectrum.noise / 2 * share;
+    noise_variance_ *= spectrum.noise * spectrum.noise / 2 * share;
 }
 
 void band_model::cut_out(const wave_spectrum& spectrum)
@@ -113,6 +113,7 @@ void band_model::cut_out(const wave_spectrum& spectrum)
     // The transform back divides by the number of pixels of the cut-out. The mean modulus becomes 1.
     const double scale = static_cast<double>(width_ * height_) / spectrum.modulus;
     constexpr double least_envelope = 0.2;
+    double gains = 0;
     for (std::ptrdiff_t y = 0; y < height_; ++y) {
         row here{y, -1, static_cast<std::ptrdiff_t>(spectrum_.size()), 0};
         for (std::ptrdiff_t x = 0; x < width_; ++x) {
@@ -127,10 +128,13 @@ void band_model::cut_out(const wave_spectrum& spectrum)
                                                std::polar(1.0, kx == 0 && ky == 0 ? 0 : at_.contrast);
             const auto transfer = lens::transfer_value(arguments, {gx, -gy});
             const double damping = std::abs(transfer);
-            spectrum_.emplace_back(value * std::conj(transfer) / damping * scale / std::max(damping, least_envelope));
+            const double gain = 1 / std::max(damping, least_envelope);
+            gains += gain * gain;
+            spectrum_.emplace_back(value * std::conj(transfer) / damping * scale * gain);
         }
         if (here.count > 0) rows_.push_back(here);
     }
+    noise_variance_ = gains / static_cast<double>(spectrum_.size());
     filled_ = static_cast<double>(spectrum_.size()) / static_cast<double>(width_ * height_);
 }
 

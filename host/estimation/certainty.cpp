@@ -97,8 +97,12 @@ try {
         if (!(away < 1)) return std::nullopt;
         if (length > 1e-4 && step + 1 < most_steps) continue;
         if (length > 1e-2) return std::nullopt;
-        stationary_point result{
-            at, *inverse * scatter(evaluate, decides, at) * inverse->transposed(), {}, here.variance, here.skewness};
+        stationary_point result{at,
+                                *inverse * scatter(evaluate, decides, at) * inverse->transposed(),
+                                *inverse,
+                                {},
+                                here.variance,
+                                here.skewness};
         for (std::size_t i = 0; i < n; ++i) result.is_extremum.push_back(here.second(i, i) > 0);
         return result;
     }

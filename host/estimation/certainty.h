@@ -17,6 +17,7 @@ struct stationary_point
 {
     std::vector<double> at;         ///< variables of the model
     matrix covariance;              ///< of the variables [rad^2]
+    matrix inverse;                 ///< of the second derivatives
     std::vector<bool> is_extremum;  ///< for each variable, that its criterion is a minimum or maximum along it
     double variance = 0, skewness = 0;
 };

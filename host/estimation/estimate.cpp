@@ -52,6 +52,8 @@ void check(const image& wave, const lens::optics& setup, const estimate_options&
 /// Largest uncertainties with which a coefficient counts as determined: of chi from all of them together, and from one
 /// alone. The second is larger, because neighbours such as C1 and C3 make up for each other. [rad rms]
 constexpr double largest_together = 0.055, largest_alone = 0.35;
+/// The same of chi from all of them together with what a wrong envelope adds.
+constexpr double largest_with_envelope = 0.1;
 /// Noise of a pixel from which on a wave is refused.
 constexpr double largest_noise = 0.38;
 /// Share of the modulus' variance that a phase object leaves.
@@ -66,17 +68,19 @@ std::string doubt_of_noise(double noise)
 std::string doubt_of_all(const estimate& result, const phase_solution& found)
 {
     if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
+    constexpr double least_scattered = 1e-5;
+    if (found.scattered < least_scattered) return "the wave is constant";
     if (found.misfit > largest_misfit)
         return "the modulus varies at every focus: the object does not change the phase only";
     return found.even_doubt;
 }
 
-double variance_of(const phase_solution& found, bool odd)
+/// The sum of the variances of the odd or even variables.
+double variance_of(const phase_solution& found, const matrix& covariance, bool odd)
 {
     double sum = 0;
     for (std::size_t i = 0; i < found.unknowns.size(); ++i)
-        if (!lens::is_even(found.unknowns[i].which) == odd && found.chi_covariance.size() > i)
-            sum += found.chi_covariance(i, i);
+        if (!lens::is_even(found.unknowns[i].which) == odd && covariance.size() > i) sum += covariance(i, i);
     return sum;
 }
 
@@ -113,10 +117,14 @@ void fill(estimate& result, const phase_solution& found)
     result.starts = found.starts;
     result.agreeing = found.agreeing;
     std::string doubt = doubt_of_all(result, found), odd_doubt = found.odd_doubt;
-    const double even = variance_of(found, false), odd = variance_of(found, true);
-    constexpr char flat[] = "the criterion hardly depends on it";
+    double even = variance_of(found, found.chi_covariance, false), odd = variance_of(found, found.chi_covariance, true);
+    constexpr char flat[] = "the criterion hardly depends on it", damped[] = "it depends on the envelope";
     if (doubt.empty() && !(std::sqrt(even) < largest_together)) doubt = flat;
     if (odd_doubt.empty() && !(std::sqrt(even + odd) < largest_together)) odd_doubt = flat;
+    even += variance_of(found, found.chi_of_envelope, false);
+    odd += variance_of(found, found.chi_of_envelope, true);
+    if (doubt.empty() && !(std::sqrt(even) < largest_with_envelope)) doubt = damped;
+    if (odd_doubt.empty() && !(std::sqrt(even + odd) < largest_with_envelope)) odd_doubt = damped;
     for (auto& one : result.coefficients) {
         const bool is_odd = !lens::is_even(one.which);
         fill_coefficient(one, found, !doubt.empty() ? doubt : is_odd ? odd_doubt : "");
@@ -132,7 +140,8 @@ std::string doubt_of_focus(const estimate& result, const amplitude_solution& fou
     if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
     if (found.is_at_end) return "the sharpest focus is at the end of the range";
     if (found.prominence < least_prominence) return "no focus is clearly sharper than others";
-    if (found.agreeing < 4) return "parts of the wave are sharpest at different foci";
+    if (found.agreeing < 4 || !(found.chi_uncertainty < largest_alone))
+        return "parts of the wave are sharpest at different foci";
     return "";
 }
 
@@ -144,7 +153,7 @@ bool fill(estimate& result, const lens::optics& setup, const amplitude_solution&
     result.resolution = found.resolution;
     result.starts = 4;  // quarters
     result.agreeing = found.agreeing;
-    result.chi_uncertainty = 0;
+    result.chi_uncertainty = found.chi_uncertainty;
     result.setup = setup;
     const std::string doubt = doubt_of_focus(result, found);
     for (auto& one : result.coefficients) {
@@ -217,8 +226,13 @@ estimate estimate_aberrations(const image& wave, const lens::optics& setup, cons
         result.coefficients.push_back(one);
     }
     result.noise = spectrum.noise;
-    const search_task task{spectrum, setup, sorted, options.defocus};
-    if (!search(result, run, task, options.object)) mark_stopped(result, setup);
+    const search_task task{spectrum, setup, sorted, options.defocus, options.widths_are_known};
+    try {
+        if (!search(result, run, task, options.object)) mark_stopped(result, setup);
+    } catch (const std::invalid_argument& problem) {
+        throw std::invalid_argument{"The search comes to impossible coefficients (" + std::string{problem.what()} +
+                                    ") Check the units of wavelength, pixel size and range: nm."};
+    }
     if (progress && !result.stopped) progress(1, result.setup);
     result.evaluations = run.evaluations();
     result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

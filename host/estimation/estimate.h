@@ -41,6 +41,9 @@ struct estimate_options
     std::optional<search_range> defocus;
     std::optional<pixel_region> region;  ///< by default the whole wave
     specimen_kind object = specimen_kind::automatic;
+    /// That the widths of the optics are right to a tenth, zeros exactly. Otherwise the uncertainties include what an
+    /// envelope that is not known may change.
+    bool widths_are_known = false;
     std::ptrdiff_t threads = 0;  ///< 0: one for each processor; the result does not depend on it
 };
 
@@ -90,7 +93,8 @@ using estimate_progress = std::function<bool(double fraction, const lens::optics
 ///
 /// The same input gives the same result with any number of threads.
 /// Throws   std::invalid_argument for optics that lens::arguments_for refuses, no free coefficient, one twice, an empty
-///          range, a region that is not in the wave, or a wave that is too small or constant;
+///          range, a region that is not in the wave, a wave that is too small or zero, or units with which the search
+///          comes to coefficients that lens::arguments_for refuses; what progress throws;
 ///          std::bad_alloc
 estimate estimate_aberrations(const image& wave, const lens::optics& setup, const estimate_options& options,
                               const estimate_progress& progress = {});

@@ -5,6 +5,7 @@
 #include <numbers>
 #include <random>
 
+#include "host/estimation/envelope_shifts.h"
 #include "lens/aberration_basis.h"
 
 namespace zentrix::host {
@@ -45,6 +46,7 @@ class phase_search
         result_.lens = {task_.start.lens};
         result_.unknowns = unknowns_;
         result_.resolution = resolution_;
+        result_.scattered = task_.spectrum.scattered;
         if (!search_even()) return std::nullopt;
         if (!odd_.empty() && !search_odd()) return std::nullopt;
         if (!decide()) return std::nullopt;
@@ -71,6 +73,7 @@ class phase_search
     void judge_odd(const band_model& last, band_evaluator& evaluate, const stationary_point& chosen,
                    const std::optional<stationary_point>& by_variance);
     void report(const band_model& last, const band_model& of, const stationary_point& found);
+    void add_rounding(const matrix& to_unknowns);
     bool polish(const band_model& last, const stationary_point& found);
 
     search_run& run_;
@@ -79,6 +82,7 @@ class phase_search
     double resolution_;
     std::vector<candidate> minima_;     ///< of the variance of the modulus in the whole band, best first
     std::vector<candidate> proposals_;  ///< by skewness, for the best of them
+    std::vector<std::vector<double>> envelope_shifts_;  ///< of the unknowns [nm]
     phase_solution result_;
 };
 
@@ -249,11 +253,17 @@ bool phase_search::search_odd()
     return true;
 }
 
-std::optional<stationary_point> phase_search::settle_by(const band_model& last, criterion odd, const imaging& from)
+/// The variance of the modulus for the even variables, and this criterion for the odd ones.
+deciding deciding_by(const band_model& model, criterion odd)
 {
     deciding decides;
-    for (const auto& one : last.unknowns()) decides.push_back(is_odd(one) ? odd : criterion::modulus_variance);
-    return settle(run_, last, decides, last.variables_of(from));
+    for (const auto& one : model.unknowns()) decides.push_back(is_odd(one) ? odd : criterion::modulus_variance);
+    return decides;
+}
+
+std::optional<stationary_point> phase_search::settle_by(const band_model& last, criterion odd, const imaging& from)
+{
+    return settle(run_, last, deciding_by(last, odd), last.variables_of(from));
 }
 
 /// Standard deviation of what the odd coefficients contribute to chi. [rad rms]
@@ -320,6 +330,19 @@ matrix conversion(std::size_t size, const Convert& convert)
     return result;
 }
 
+/// Adds what single precision leaves open, by how the coefficients of waves without noise scatter.
+/// to_unknowns  from those variables [nm/rad]
+void phase_search::add_rounding(const matrix& to_unknowns)
+{
+    constexpr double rounding = 2e-7;  // rad
+    const matrix squares = to_unknowns * to_unknowns.transposed();
+    for (std::size_t i = 0; i < squares.size(); ++i) {
+        result_.chi_covariance(i, i) += rounding * rounding;
+        for (std::size_t j = 0; j < squares.size(); ++j)
+            result_.covariance(i, j) += rounding * rounding * squares(i, j);
+    }
+}
+
 /// found  of the model `of`; its effect on chi is that in the band of `last`
 void phase_search::report(const band_model& last, const band_model& of, const stationary_point& found)
 {
@@ -330,6 +353,17 @@ void phase_search::report(const band_model& last, const band_model& of, const st
     const matrix to_chi = conversion(n, [&](const auto& axis) { return last.to_variables(axis); });
     result_.covariance = back * found.covariance * back.transposed();
     result_.chi_covariance = to_chi * result_.covariance * to_chi.transposed();
+    const matrix to_unknowns = conversion(n, [&](const auto& axis) { return last.to_nanometres(axis); });
+    add_rounding(to_unknowns);
+    result_.chi_of_envelope = matrix{n};
+    for (const auto& shift : envelope_shifts_) {
+        const auto chi = to_chi * shift;
+        for (std::size_t i = 0; i < n; ++i)
+            for (std::size_t j = 0; j < n; ++j) {
+                result_.covariance(i, j) += shift[i] * shift[j];
+                result_.chi_of_envelope(i, j) += chi[i] * chi[j];
+            }
+    }
     constexpr double implausible = 5;
     for (std::size_t j = 0; j < n; ++j) {
         double sum = 0;
@@ -363,6 +397,9 @@ bool phase_search::polish(const band_model& last, const stationary_point& found)
     }
     if (after >= before) return false;
     result_.used_skewness = false;
+    // A modulus that is constant leaves no room for an envelope.
+    constexpr double exact = 1e-6;
+    if (settled->variance < exact * spectrum.scattered * spectrum.scattered) envelope_shifts_.clear();
     report(last, at_end, *settled);
     return true;
 }
@@ -403,6 +440,10 @@ bool phase_search::decide()
     }
     judge_even(last, evaluate, chosen->at);
     judge_odd(last, evaluate, *chosen, by_variance);
+    const auto shifts = host::envelope_shifts(
+        run_, task_, last,
+        deciding_by(last, result_.used_skewness ? criterion::phase_skewness : criterion::modulus_variance), *chosen);
+    for (const auto& shift : shifts) envelope_shifts_.push_back(last.to_nanometres(shift));
     if (!polish(last, *chosen)) report(last, last, *chosen);
     return !run_.was_stopped();
 }

@@ -17,6 +17,7 @@ struct search_task
     lens::optics start;
     std::vector<lens::coefficient> free;
     std::optional<search_range> defocus;
+    bool widths_are_known = false;
 
     double margin() const { return spectrum.edges_meet ? 0 : 0.2; }
 };
@@ -26,13 +27,15 @@ struct phase_solution
 {
     imaging lens;
     std::vector<unknown> unknowns;
-    matrix covariance{0};               ///< of the unknowns [nm^2]
-    matrix chi_covariance{0};           ///< of the variables of the last band [rad^2]
+    matrix covariance{0};               ///< of the unknowns, with what a wrong envelope may add [nm^2]
+    matrix chi_covariance{0};           ///< of the variables of the last band, without that [rad^2]
+    matrix chi_of_envelope{0};          ///< what it adds to them [rad^2]
     std::vector<double> chi_per_unit;   ///< rms of chi in the band that 1 nm of each unknown makes
     std::string even_doubt, odd_doubt;  ///< why these coefficients are not determined; empty if they are
     bool used_skewness = false;
     double resolution = 0;
-    double misfit = 0;  ///< variance of the modulus beyond noise, over that of an arbitrary defocus
+    double misfit = 0;     ///< variance of the modulus beyond noise, over that of an arbitrary defocus
+    double scattered = 0;  ///< wave_spectrum::scattered
     std::size_t starts = 0, agreeing = 0;
 };
 

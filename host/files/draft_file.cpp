@@ -1,8 +1,12 @@
 #include "host/files/draft_file.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <iterator>
+#include <map>
+#include <mutex>
+#include <system_error>
 
 #ifdef _WIN32
 #include <process.h>
@@ -49,6 +53,23 @@ unsigned long process_of_draft(const fs::path& name)
     const bool is_draft = std::sscanf(text.c_str(), ".zentrix-%lu-%u.part%n", &process, &number, &length) == 2 &&
                           length == static_cast<int>(text.size());
     return is_draft ? process : 0;
+}
+
+bool is_time_to_remove_remnants(const fs::path& folder)
+{
+    using clock = std::chrono::steady_clock;
+    static std::mutex mutex;
+    static std::map<fs::path, clock::time_point> last_looks;
+    constexpr std::size_t most_folders = 1000;
+    std::error_code unknown;
+    const fs::path place = fs::absolute(folder, unknown);
+    const auto now = clock::now();
+    const std::lock_guard guard{mutex};
+    const auto former = last_looks.find(place);
+    if (former != last_looks.end() && now - former->second < std::chrono::minutes{1}) return false;
+    if (last_looks.size() >= most_folders) last_looks.clear();
+    last_looks[place] = now;
+    return true;
 }
 
 }  // namespace zentrix::host

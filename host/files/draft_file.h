@@ -12,8 +12,8 @@ namespace zentrix::host {
 class draft_file
 {
   public:
-    /// Creates the draft in the folder of `target` with the rights of `target`, if that exists, and removes drafts of
-    /// processes that have ended.
+    /// Creates the draft in the folder of `target` with the rights of `target`, if that exists, and sometimes removes
+    /// drafts of processes that have ended, see is_time_to_remove_remnants.
     explicit draft_file(const std::filesystem::path& target);
     /// Removes the draft unless it was moved.
     ~draft_file();
@@ -39,6 +39,11 @@ bool is_read_only(const std::filesystem::path& file);
 std::filesystem::path next_draft_name();
 /// The process that the name of a draft names; 0 for other names.
 unsigned long process_of_draft(const std::filesystem::path& name);
+
+/// Whether this process should look through a folder for drafts of processes that have ended: when it writes there for
+/// the first time, and then once a minute, because it takes as long as the folder has files. Returns true once each
+/// time. Threads may call it at the same time.
+bool is_time_to_remove_remnants(const std::filesystem::path& folder);
 
 /// Paths of existing drafts for handlers of signals, which may run at any time and on any thread: memory is never
 /// freed. A path that is too long, or one too many, is left out.

@@ -101,7 +101,7 @@ extern "C" void remove_drafts_and_end(int signal)
 draft_file::draft_file(const fs::path& target) : handle_{-1}
 {
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path{"."};
-    remove_remnants(folder);
+    if (is_time_to_remove_remnants(folder)) remove_remnants(folder);
     struct stat former
     {};
     replaces_ = stat(target.c_str(), &former) == 0;

@@ -69,7 +69,7 @@ BOOL WINAPI remove_drafts(DWORD)
 draft_file::draft_file(const fs::path& target) : handle_{no_file}
 {
     const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path{"."};
-    remove_remnants(folder);
+    if (is_time_to_remove_remnants(folder)) remove_remnants(folder);
     replaces_ = GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES;
     do {
         path_ = folder / next_draft_name();

@@ -116,10 +116,21 @@ image_ref read_image(const std::filesystem::path& file) { return format_of_conte
 
 std::string format_of(const std::filesystem::path& file) { return format_of_contents(file).name; }
 
-void require_writable_kind(const std::filesystem::path& file)
+void require_writable_kind(const std::filesystem::path& file, element_class meaning)
 {
-    if (writer_for(file) == nullptr && extension_of(file) != ".png")
+    const writer found = writer_for(file);
+    if (found == nullptr && extension_of(file) != ".png")
         throw file_error{file, "cannot be written: expected a name ending in .npy, .mrc, .tif or .png"};
+    if (found == write_tiff && meaning == element_class::complex) throw file_error{file, no_complex_tiff};
+}
+
+calibration scale_kept_by(const std::filesystem::path& file, const calibration& scale)
+{
+    const writer found = writer_for(file);
+    if (found == write_npy) return {};
+    calibration kept = scale;
+    if (found == write_mrc) kept.kilovolts = 0;
+    return kept;
 }
 
 void write_image(const std::filesystem::path& file, const image& pixels, display_mode shown, palette shades)

@@ -25,7 +25,12 @@ bool has_readable_extension(const std::filesystem::path& file);
 void write_image(const std::filesystem::path& file, const image& pixels, display_mode shown = display_mode::real,
                  palette shades = palette::grey);
 
-/// Checks the file's extension before any work is done. Throws  as write_image
-void require_writable_kind(const std::filesystem::path& file);
+/// What a file of this name keeps of an image's scale: .tif all, .mrc no voltage, .npy nothing. Pictures are not read
+/// again: for them, nothing counts as lost.
+calibration scale_kept_by(const std::filesystem::path& file, const calibration& scale);
+
+/// Checks the file's extension before any work is done. Throws  as write_image, also for a format that does not have
+///         elements of that class
+void require_writable_kind(const std::filesystem::path& file, element_class meaning = element_class::real);
 
 }  // namespace zentrix::host

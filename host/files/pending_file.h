@@ -11,7 +11,7 @@ class draft_file;
 
 /// A file that appears in its place only when it is complete. It is written as ".zentrix-<process>-<number>.part" in
 /// the same folder and moved by `commit`. Without a commit it is removed, and a former file stays as it was. Files left
-/// by killed processes are removed when another file is written to the folder.
+/// by killed processes are removed when another process writes its first file to the folder.
 ///
 /// A former file's mode is kept, its owner and group as far as the system permits. Other hard links to it keep the
 /// former contents. A symbolic link stays, and the file that it points to is replaced or created.

@@ -16,6 +16,9 @@ namespace zentrix::host {
 /// Throws  file_error, also for colours and for pages that differ in size or type
 image_ref read_tiff(const std::filesystem::path& file);
 
+/// The reason why write_tiff refuses complex numbers.
+extern const char no_complex_tiff[];
+
 /// Writes real numbers and integers without compression, the images of a stack one after another; as BigTIFF from 4 GB
 /// on. Scale, units and voltage are in the resolution tags and in a description as ImageJ writes it.
 /// Throws  file_error, also for complex and other elements

@@ -168,13 +168,14 @@ class tiff_writer
 
 }  // namespace
 
+const char no_complex_tiff[] =
+    "cannot be written: TIFF files have no complex numbers; .npy and .mrc keep them, and zentrix call ZXAbsArg gives "
+    "modulus and phase";
+
 void write_tiff(const std::filesystem::path& file, const image& pixels)
 {
     const auto* const found = std::ranges::find(samples, pixels.code(), &sample::code);
-    if (pixels.type().meaning == element_class::complex)
-        throw file_error{file,
-                         "cannot be written: TIFF files have no complex numbers; .npy and .mrc keep them, and "
-                         "zentrix call ZXAbsArg gives modulus and phase"};
+    if (pixels.type().meaning == element_class::complex) throw file_error{file, no_complex_tiff};
     if (found == std::end(samples))
         throw file_error{file, std::string{"an image of type "} + pixels.type().name + " cannot be written as .tif"};
 

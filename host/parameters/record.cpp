@@ -65,6 +65,17 @@ bool is_replaceable(const json& record, const fs::path& file, const std::vector<
     });
 }
 
+/// Whether all files are there and none is newer than their record.
+bool are_older(const std::vector<fs::path>& results, const fs::path& record)
+{
+    std::error_code missing;
+    const auto recorded = fs::last_write_time(record, missing);
+    return !missing && std::ranges::all_of(results, [&](const fs::path& result) {
+        const auto written = fs::last_write_time(result, missing);
+        return !missing && written <= recorded;
+    });
+}
+
 json as_json(const recorded_input& input)
 {
     json entry{{"name", input.name}, {"size", input.contents.bytes}, {"digest", input.contents.digest}};
@@ -141,7 +152,8 @@ fs::path record_path(const std::vector<fs::path>& results)
 
 void write_record(const fs::path& record, const provenance& made, const std::vector<recorded_result>& results)
 {
-    json root{{"command", made.command}};
+    json root = json::object();
+    if (!made.command.empty()) root["command"] = made.command;
     root.update(essentials_of(made));
     root["program"] = made.program.is_object() ? made.program : program_facts({}, false);
     json list = json::array();
@@ -156,12 +168,36 @@ bool is_recorded(const std::vector<fs::path>& results, const provenance& made)
     const json expected = essentials_of(made);
     return std::ranges::any_of(places_of_record(results.at(0)), [&](const fs::path& place) {
         json record = record_in(place);
-        if (record.is_null()) return false;
+        if (record.is_null() || !are_older(results, place)) return false;
         const bool are_there = std::ranges::all_of(results, [&](const fs::path& result) {
             return has_recorded_size(entry_of(record, place, result), result);
         });
         for (const char* own : {"command", "program", "result"}) record.erase(own);
         return are_there && nlohmann::json(record) == nlohmann::json(expected);  // in any order
+    });
+}
+
+bool has_record(const fs::path& result)
+{
+    return std::ranges::any_of(places_of_record(result), [&](const fs::path& place) {
+        return !entry_of(record_in(place), place, result).is_null();
+    });
+}
+
+bool is_made_from_neighbour(const fs::path& file)
+{
+    return std::ranges::any_of(places_of_record(file), [&](const fs::path& place) {
+        const json record = record_in(place);
+        if (entry_of(record, place, file).is_null()) return false;
+        const auto inputs = elements_of(record, "input");
+        const json input = inputs.empty() ? json{} : inputs.front();
+        if (!input.is_object()) return false;
+        const json name = input.value("name", json{});
+        if (!name.is_string()) return false;
+        const fs::path neighbour = fs::path{file}.replace_filename(system_path(name.get<std::string>()).filename());
+        std::error_code ignored;
+        return neighbour != file && fs::is_regular_file(neighbour, ignored) &&
+               fingerprint_of(neighbour).digest == input.value("digest", json{});
     });
 }
 

@@ -34,7 +34,7 @@ recorded_input input_of(const std::string& name);
 /// How results were made.
 struct provenance
 {
-    std::vector<std::string> command;  ///< the words of the command line that makes this result, UTF-8
+    std::vector<std::string> command;  ///< the words of the command line that makes this result, UTF-8; empty: none
     std::vector<recorded_input> inputs;
     std::optional<parameter_set> parameters = {};
     nlohmann::ordered_json program = {};  ///< see program_facts
@@ -68,8 +68,17 @@ void write_record(const std::filesystem::path& record, const provenance& made,
                   const std::vector<recorded_result>& results);
 
 /// Whether the results were made in the same way before, by any version of the program: there is a record of them with
-/// the same inputs, parameters and further members, and all files are there with their recorded size.
+/// the same inputs, parameters and further members, and all files are there with their recorded size. A record that is
+/// older than a result does not count: it may be of an earlier result, if the program was stopped between writing one
+/// and the other.
 bool is_recorded(const std::vector<std::filesystem::path>& results, const provenance& made);
+
+/// Whether there is a record that names the file as its result.
+bool has_record(const std::filesystem::path& result);
+
+/// Whether the record of a file says that it was made from another file that still is in the same folder. Where a
+/// folder is the input, such files are results and not inputs.
+bool is_made_from_neighbour(const std::filesystem::path& file);
 
 /// The essentials for a picture: Software, Command, Parameters (JSON), Wavelength and Input.
 picture_texts texts_of(const provenance& made);

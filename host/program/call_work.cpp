@@ -238,7 +238,8 @@ host::file_outcome call_work::operator()(const host::file_task& task)
     const auto outputs = outputs_for(request_.outputs, task);
     const destinations files = destinations_of(outputs, signature);
     const auto made = outputs.empty() ? host::provenance{} : provenance_of(signature, words, outputs, global_);
-    if (request_.files.resumes && !outputs.empty() && is_done(results_of(task), made)) return done_before(task);
+    if (request_.files.resumes && !outputs.empty() && host::is_recorded(results_of(task), made))
+        return done_before(task);
 
     read_images images;
     std::vector<host::script_value> arguments;

@@ -120,6 +120,8 @@ void run(estimate_request& request, const global_options& global)
     apply_nan_rule(request.wave, *wave, lens.not_finite);
 
     const bool shows = !global.json && host::is_terminal_for_bar();
+    const auto& known = settled.parameters;
+    request.options.widths_are_known = known.focus_spread_nm || known.convergence_mrad || known.vibration_nm;
     const auto found = host::estimate_aberrations(*wave, host::optics_of(settled.parameters), request.options,
                                                   shows ? show_progress : host::estimate_progress{});
     if (shows) std::cerr << "\r\x1b[K";
@@ -142,6 +144,7 @@ void add_search_options(CLI::App& command, estimate_request& request)
             "--free",
             [&](const std::string& text) {
                 request.options.free.clear();
+                if (words_of(text).empty()) throw usage_error{"--free: no coefficient is named"};
                 for (const std::string& word : words_of(text))
                     request.options.free.push_back(coefficient_named(word, "--free"));
             },
@@ -226,6 +229,8 @@ void add_estimate_command(CLI::App& app, const global_options& global)
         "Examples:\n"
         "  zentrix estimate wave.npy --kv 300 --pixel 0.02 -o found.json --png corrected.png\n"
         "  zentrix correct wave.npy -o corrected.npy --params found.json\n\n"
+        "Give the widths of the envelope if they are known (--vibration 0 if there is none): they are then taken as\n"
+        "right to a tenth. Otherwise the uncertainties include what an unknown envelope may change.\n\n"
         "A coefficient that the wave does not fix is \"not determined\" and keeps its start value. Exit code 3: none\n"
         "is determined. docs/estimation.md explains what can be found and how.");
     command->callback([&global, request] { run(*request, global); });

@@ -122,11 +122,12 @@ std::string text_of(const fft_request& request, const host::image& result, const
            (step.empty() ? "" : ", " + step + " per pixel") + "\n";
 }
 
-json further_members(const fft_request& request)
+json further_members(const fft_request& request, const host::file_task& task)
 {
     json more{{"inverse", request.inverse}, {"real_part", request.real_part}};
     if (request.not_finite != nan_rule::refuse) more["nan"] = request.not_finite == nan_rule::zero ? "zero" : "mean";
-    if (!request.picture.png.empty() || request.output.ends_with(".png")) more["picture"] = choice_of(request.picture);
+    if (!task.outputs.at(1).empty() || is_picture_name(task.outputs.at(0)))
+        more["picture"] = choice_of(request.picture);
     return more;
 }
 
@@ -137,15 +138,15 @@ host::file_outcome process(const fft_request& request, const global_options& glo
     picture.png = task.outputs.at(1);
     const std::string& output = task.outputs.at(0);
     auto wave = times.measure("read", [&] { return read_any(task.input); });
-    if (wave->dimensions() > 2 && (output.ends_with(".png") || !picture.png.empty()))
+    if (wave->dimensions() > 2 && (is_picture_name(output) || !picture.png.empty()))
         throw host::file_error{host::system_path(task.input),
                                "contains " + one_line(*wave) + "; a stack cannot be shown as one picture"};
     const auto results = results_of(task);
     host::provenance made{.command = command_for(task, request.files, {"-o", "--png"}, global),
                           .inputs = {host::input_of(task.input)},
                           .program = host::program_facts({}, false),
-                          .more = further_members(request)};
-    if (request.files.resumes && is_done(results, made)) return done_before(task);
+                          .more = further_members(request, task)};
+    if (request.files.resumes && host::is_recorded(results, made)) return done_before(task);
     const auto record = host::record_path(results);
     apply_nan_rule(task.input, *wave, request.not_finite);
     times.measure("transform", [&] { transform(task.input, *wave, request.inverse); });
@@ -153,7 +154,8 @@ host::file_outcome process(const fft_request& request, const global_options& glo
     const auto shown =
         times.measure("write", [&] { return write_result(output, picture, *result, host::texts_of(made)); });
     std::vector<host::recorded_result> recorded;
-    for (const auto& file : results) recorded.push_back({file, file.extension() == ".png" ? nullptr : result.get()});
+    for (const auto& file : results)
+        recorded.push_back({file, is_picture_name(host::utf8_path(file)) ? nullptr : result.get()});
     finish_with_record(record, made, recorded);
 
     if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
@@ -168,11 +170,12 @@ host::file_outcome process(const fft_request& request, const global_options& glo
 
 void run(const fft_request& request, const global_options& global)
 {
-    const auto results = destination_of(request.output, request.files);
+    const auto meaning = request.real_part ? host::element_class::real : host::element_class::complex;
+    const auto results = destination_of(request.output, request.files, meaning);
     const auto pictures = destination_of_pictures(request.picture.png, request.files);
     picture_options first = request.picture;
     first.png = example_of(pictures);
-    check_names(example_of(results), first);
+    check_names(example_of(results), first, meaning);
     process_files(request.files, {results, pictures}, global,
                   [&](const host::file_task& task) { return process(request, global, task); });
 }

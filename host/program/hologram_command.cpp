@@ -1,5 +1,6 @@
 #include <iostream>
 
+#include "host/batch/output_files.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/parameters/record.h"
@@ -17,9 +18,22 @@ namespace {
 
 void check(const hologram_request& request)
 {
-    check_names(request.output, request.picture);
+    check_names(request.output, request.picture,
+                request.result_is_phase() ? host::element_class::real : host::element_class::complex);
     if (request.in_degrees && !request.result_is_phase()) throw usage_error{"--degrees needs --phase or --unwrap"};
-    if (!request.wave.empty()) host::require_writable_kind(host::system_path(request.wave));
+    if (!request.wave.empty())
+        host::require_writable_kind(host::system_path(request.wave), host::element_class::complex);
+    host::require_own_names({request.hologram, request.reference, request.params},
+                            {request.output, request.picture.png, request.wave});
+}
+
+/// The first of them is that of the record.
+std::vector<std::filesystem::path> files_of(const hologram_request& request)
+{
+    std::vector<std::filesystem::path> files;
+    for (const std::string& name : {request.output, request.picture.png, request.wave})
+        if (!name.empty()) files.push_back(host::system_path(name));
+    return files;
 }
 
 void warn_if_doubtful(const hologram_request& request, const host::hologram_report& report)
@@ -44,16 +58,15 @@ host::provenance provenance_of(const hologram_request& request, const hologram_o
 }
 
 /// Writes the results and their record.
-void write(const hologram_request& request, const hologram_outcome& done, const global_options& global)
+void write(const hologram_request& request, const hologram_outcome& done, const std::filesystem::path& record,
+           const global_options& global)
 {
-    std::vector<host::recorded_result> results{{host::system_path(request.output), done.result.get()}};
-    if (!request.picture.png.empty()) results.push_back({host::system_path(request.picture.png), nullptr});
-    if (!request.wave.empty()) results.push_back({host::system_path(request.wave), done.wave.get()});
-    if (!request.output.ends_with(".npy")) results.front().pixels = nullptr;  // a picture
-    std::vector<std::filesystem::path> files;
-    for (const auto& result : results) files.push_back(result.file);
+    std::vector<host::recorded_result> results;
+    for (const auto& file : files_of(request)) {
+        const auto& pixels = file == host::system_path(request.wave) ? done.wave : done.result;
+        results.push_back({file, is_picture_name(host::utf8_path(file)) ? nullptr : pixels.get()});
+    }
     const auto made = provenance_of(request, done, global);
-    const auto record = host::record_path(files);
     write_result(request.output, request.picture, *done.result, host::texts_of(made));
     if (!request.wave.empty()) host::write_image(host::system_path(request.wave), *done.wave);
     finish_with_record(record, made, results);
@@ -62,13 +75,12 @@ void write(const hologram_request& request, const hologram_outcome& done, const 
 void run(hologram_request& request, const global_options& global)
 {
     check(request);
+    const auto record = host::record_path(files_of(request));
     step_times times;
     const auto done = compute(request, global, times);
     warn_if_doubtful(request, done.report);
     if (request.result_is_phase()) request.picture.shown = host::display_mode::real;
-    if (done.result->dimensions() > 2 && (!request.picture.png.empty() || !request.output.ends_with(".npy")))
-        throw host::file_error{host::system_path(request.hologram), "is a stack, which cannot be shown as one picture"};
-    times.measure("write", [&] { write(request, done, global); });
+    times.measure("write", [&] { write(request, done, record, global); });
     if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
     if (global.json) {
         auto described = as_json(request, done);
@@ -148,7 +160,9 @@ void add_hologram_command(CLI::App& app, const global_options& global)
         ->required();
     command->add_option("--reference", request->reference, "Hologram of the vacuum, of the same size")
         ->type_name("FILE");
-    command->add_option("-o,--output", request->output, "Wave or phase (.npy, or .png for a picture only)")
+    command
+        ->add_option("-o,--output", request->output,
+                     "Wave or phase (.npy, .mrc; .tif for a phase; .png for a picture only)")
         ->required()
         ->type_name("FILE");
     add_filter_options(*command, *request);

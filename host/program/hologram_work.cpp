@@ -109,6 +109,8 @@ hologram_outcome compute(const hologram_request& request, const global_options& 
     const auto parameters = parameters_of(request);
     const auto hologram =
         times.measure("read", [&] { return host::read_recorded_image(host::system_path(request.hologram)); });
+    if (hologram->dimensions() > 2 && request.has_picture())
+        throw host::file_error{host::system_path(request.hologram), "is a stack, which cannot be shown as one picture"};
     settle_scale(*hologram, parameters);
     const auto reference =
         request.reference.empty() ? nullptr : host::read_recorded_image(host::system_path(request.reference));

@@ -26,6 +26,7 @@ struct hologram_request
     bool timing = false;
 
     bool result_is_phase() const { return wants_phase || wants_unwrapped; }
+    bool has_picture() const { return !picture.png.empty() || is_picture_name(output) || is_picture_name(wave); }
 };
 
 /// What the command computed.

@@ -15,12 +15,12 @@ void run(lens_request& request, const global_options& global)
     if (!request.parameter_file.empty())
         request.from_file = host::read_parameters(host::system_path(request.parameter_file));
     if (request.swept) request.from_file.coefficients.erase(request.swept->which);
-    const auto results = destination_of(request.output, request.files);
+    const auto results = destination_of(request.output, request.files, host::element_class::complex);
     const auto pictures = destination_of_pictures(request.picture.png, request.files);
     picture_options first = request.picture;
     first.png = example_of(pictures);
-    check_names(example_of(results), first);
-    if (request.swept && (!request.picture.png.empty() || example_of(results).ends_with(".png")))
+    check_names(example_of(results), first, host::element_class::complex);
+    if (request.swept && (!request.picture.png.empty() || is_picture_name(example_of(results))))
         throw usage_error{"a sweep makes a stack, which cannot be shown as one picture"};
     lens_work work{request, global};
     process_files(request.files, {results, pictures}, global, [&](const host::file_task& task) { return work(task); });

@@ -57,12 +57,13 @@ std::string list_of_aberrations(const lens_request& request, const lens::aberrat
 }
 
 /// Everything but the parameters that decides on the result.
-json further_members(const lens_request& request)
+json further_members(const lens_request& request, const host::file_task& task)
 {
     json more{{"removed", request.way == lens::direction::remove}};
     if (request.swept) more["sweep"] = request.swept->as_json();
     if (request.not_finite != nan_rule::refuse) more["nan"] = request.not_finite == nan_rule::zero ? "zero" : "mean";
-    if (!request.picture.png.empty() || request.output.ends_with(".png")) more["picture"] = choice_of(request.picture);
+    if (!task.outputs.at(1).empty() || is_picture_name(task.outputs.at(0)))
+        more["picture"] = choice_of(request.picture);
     return more;
 }
 
@@ -75,7 +76,7 @@ void lens_work::check_stack(const job& one) const
         throw host::file_error{host::system_path(one.task.input), "contains " + one_line(one.waves.outline()) + why};
     };
     if (request_.swept) refuse("; a sweep needs a single wave");
-    if (one.task.outputs.at(0).ends_with(".png") || !one.picture.png.empty())
+    if (is_picture_name(one.task.outputs.at(0)) || !one.picture.png.empty())
         refuse("; a stack cannot be shown as one picture");
 }
 
@@ -170,8 +171,8 @@ host::file_outcome lens_work::operator()(const host::file_task& task)
                                 .inputs = {host::input_of(task.input)},
                                 .parameters = one.settled.parameters,
                                 .program = program_with_library(global_),
-                                .more = further_members(request_)};
-    if (request_.files.resumes && is_done(results, made)) return done_before(task);
+                                .more = further_members(request_, task)};
+    if (request_.files.resumes && host::is_recorded(results, made)) return done_before(task);
     const auto record = host::record_path(results);
     std::cerr << one.settled.notes;
     warn_of_units(one);
@@ -183,7 +184,7 @@ host::file_outcome lens_work::operator()(const host::file_task& task)
         make_wave(one, host::texts_of(made));
     std::vector<host::recorded_result> recorded;
     for (const auto& file : results)
-        recorded.push_back({file, file.extension() == ".png" ? nullptr : one.result.get()});
+        recorded.push_back({file, is_picture_name(host::utf8_path(file)) ? nullptr : one.result.get()});
     finish_with_record(record, made, recorded);
     return outcome_of(one);
 }

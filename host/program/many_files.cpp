@@ -9,8 +9,8 @@
 #include "host/batch/worker_process.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
+#include "host/parameters/record.h"
 #include "host/program/json.h"
-#include "host/program/result_record.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 
@@ -20,10 +20,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool can_be_written(const std::string& ending)
+bool can_be_written(const std::string& ending, host::element_class meaning)
 {
     try {
-        host::require_writable_kind(host::system_path("x" + ending));
+        host::require_writable_kind(host::system_path("x" + ending), meaning);
     } catch (const host::file_error&) {
         return false;
     }
@@ -31,7 +31,10 @@ bool can_be_written(const std::string& ending)
 }
 
 /// Of the files in a folder.
-bool is_input(const fs::path& file) { return host::has_readable_extension(file) && !is_made_from_neighbour(file); }
+bool is_input(const fs::path& file)
+{
+    return host::has_readable_extension(file) && !host::is_made_from_neighbour(file);
+}
 
 std::string count_of(std::size_t files) { return std::to_string(files) + (files == 1 ? " file" : " files"); }
 
@@ -136,13 +139,14 @@ void add_result_options(CLI::App& command, many_files& files)
     add_jobs_option(command, files);
 }
 
-host::destination destination_of(const std::string& output, const many_files& files)
+host::destination destination_of(const std::string& output, const many_files& files, host::element_class meaning)
 {
     const std::size_t dot = files.suffix.rfind('.');
     const bool has_ending = dot != std::string::npos;
     if (files.suffix.find_first_of("/\\") != std::string::npos)
         throw usage_error{"--suffix is a part of a file's name, not \"" + files.suffix + "\""};
-    return {output, has_ending ? files.suffix.substr(dot) : "", files.suffix.substr(0, dot), can_be_written};
+    return {output, has_ending ? files.suffix.substr(dot) : "", files.suffix.substr(0, dot),
+            [meaning](const std::string& ending) { return can_be_written(ending, meaning); }};
 }
 
 host::destination destination_of_pictures(const std::string& output, const many_files& files)

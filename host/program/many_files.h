@@ -6,6 +6,7 @@
 
 #include "host/batch/file_runner.h"
 #include "host/batch/output_files.h"
+#include "host/objects/element.h"
 #include "host/program/session.h"
 
 namespace zentrix::program {
@@ -16,7 +17,7 @@ struct many_files
     std::vector<std::string> inputs;  ///< files, folders and patterns
     std::string suffix;               ///< --suffix, see destination_of
     int jobs = 1;
-    bool resumes = false;        ///< --continue: the command skips what is_done() says
+    bool resumes = false;        ///< --continue: the command skips what host::is_recorded says
     bool prints_values = false;  ///< the texts are what the user wants: no bar in their place
 };
 
@@ -25,9 +26,10 @@ void add_jobs_option(CLI::App& command, many_files& files);
 /// Adds --suffix and --continue, for commands that write results.
 void add_result_options(CLI::App& command, many_files& files);
 
-/// The destination of results: a file or a folder. Files in a folder have the input's name with the suffix and the
-/// ending that it may bring ("_c.mrc"); without it the input's ending, if such files can be written.
-host::destination destination_of(const std::string& output, const many_files& files);
+/// The destination of results with such elements: a file or a folder. Files in a folder have the input's name, the
+/// suffix and the ending that it may bring ("_c.mrc"); without it the input's ending, if such files can be written.
+host::destination destination_of(const std::string& output, const many_files& files,
+                                 host::element_class meaning = host::element_class::real);
 /// The destination of pictures, "<input><suffix>.png" in a folder.
 host::destination destination_of_pictures(const std::string& output, const many_files& files);
 

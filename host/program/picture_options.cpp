@@ -1,5 +1,8 @@
 #include "host/program/picture_options.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/files/png.h"
@@ -15,8 +18,6 @@ using host::number_text;
 namespace {
 
 constexpr char group[] = "Pictures";
-
-bool is_picture_name(const std::string& name) { return name.ends_with(".png") || name.ends_with(".PNG"); }
 
 CLI::Option* add_show(CLI::App& command, host::display_mode& shown)
 {
@@ -142,15 +143,23 @@ json choice_of(const picture_options& picture)
     return look;
 }
 
+bool is_picture_name(const std::string& name)
+{
+    if (name.size() < 4) return false;
+    std::string ending = name.substr(name.size() - 4);
+    std::ranges::transform(ending, ending.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return ending == ".png";
+}
+
 void check_picture_name(const std::string& name)
 {
     if (!name.empty() && !is_picture_name(name))
         throw host::file_error{host::system_path(name), "cannot be written: expected a name ending in .png"};
 }
 
-void check_names(const std::string& output, const picture_options& picture)
+void check_names(const std::string& output, const picture_options& picture, host::element_class meaning)
 {
-    host::require_writable_kind(host::system_path(output));
+    host::require_writable_kind(host::system_path(output), meaning);
     check_picture_name(picture.png);
     if (!picture.limits_of.empty()) limits_for(picture);
 }

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "host/files/png_text.h"
+#include "host/objects/element.h"
 #include "host/pictures/figure.h"
 #include "host/program/json.h"
 
@@ -22,6 +23,8 @@ void add_display_options(CLI::App& command, host::display_mode& shown, host::pal
 /// Adds --png FILE and the options of the picture's look. `picture` must outlive `command`.
 void add_picture_options(CLI::App& command, picture_options& picture);
 
+/// Whether a file of this name is a picture.
+bool is_picture_name(const std::string& name);
 /// Throws  host::file_error unless `name` is empty or ends in .png
 void check_picture_name(const std::string& name);
 
@@ -29,8 +32,11 @@ void check_picture_name(const std::string& name);
 json choice_of(const picture_options& picture);
 
 /// Checks the names and limits before any work is done.
-/// Throws  host::file_error for a name that ends in something else and for a picture without limits
-void check_names(const std::string& output, const picture_options& picture);
+/// meaning  of the elements of the result
+/// Throws  host::file_error for a name that ends in something else, a format without such elements, and for a picture
+///         without limits
+void check_names(const std::string& output, const picture_options& picture,
+                 host::element_class meaning = host::element_class::real);
 
 /// Writes the result to `output`, by its extension, and the picture if one was requested.
 /// facts  texts for the picture, for example {"Command", "zentrix correct wave.npy ..."}; what the picture shows is

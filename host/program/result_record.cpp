@@ -5,8 +5,6 @@
 #include <system_error>
 
 #include "host/engine/library_search.h"
-#include "host/files/file_error.h"
-#include "host/parameters/json_file.h"
 #include "host/program/describe.h"
 #include "host/text/system_path.h"
 
@@ -72,19 +70,6 @@ const json& program_with_library(const global_options& global)
     return facts;  // the options are the same for all tasks of a process
 }
 
-bool is_done(const std::vector<fs::path>& results, const host::provenance& made)
-{
-    if (!host::is_recorded(results, made)) return false;
-    return std::ranges::any_of(host::places_of_record(results.at(0)), [&](const fs::path& record) {
-        std::error_code missing;
-        const auto recorded = fs::last_write_time(record, missing);
-        return !missing && std::ranges::all_of(results, [&](const fs::path& result) {
-            const auto written = fs::last_write_time(result, missing);
-            return !missing && written <= recorded;
-        });
-    });
-}
-
 void finish_with_record(const fs::path& record, const host::provenance& made,
                         const std::vector<host::recorded_result>& results)
 {
@@ -95,25 +80,6 @@ void finish_with_record(const fs::path& record, const host::provenance& made,
         fs::remove(record, ignored);
         throw;
     }
-}
-
-bool is_made_from_neighbour(const fs::path& file)
-{
-    return std::ranges::any_of(host::places_of_record(file), [&](const fs::path& place) {
-        std::error_code ignored;
-        if (!fs::is_regular_file(place, ignored)) return false;
-        try {
-            const json record = host::read_json(place);
-            if (!record.is_object() || !record.contains("program") || !record.contains("input")) return false;
-            const json& input = record["input"].is_array() ? record["input"].at(0) : record["input"];
-            const fs::path name = host::system_path(input.at("name").get<std::string>()).filename();
-            const fs::path neighbour = fs::path{file}.replace_filename(name);
-            return name != file.filename() && fs::is_regular_file(neighbour, ignored) &&
-                   host::fingerprint_of(neighbour).digest == input.at("digest").get<std::string>();
-        } catch (const std::exception&) {  // it is no record
-            return false;
-        }
-    });
 }
 
 host::file_outcome done_before(const host::file_task& task)

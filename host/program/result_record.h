@@ -23,19 +23,11 @@ std::vector<std::string> command_for(const host::file_task& task, const many_fil
 /// host::program_facts of this program with its library. Throws  host::file_error, host::script_error
 const json& program_with_library(const global_options& global);
 
-/// Whether the results were made in the same way before. A record that is older than a result does not count: it may be
-/// of an earlier result, if the program was stopped between writing one and the other.
-bool is_done(const std::vector<std::filesystem::path>& results, const host::provenance& made);
-
 /// As host::write_record. If it fails, a former record does not stay, because it would describe other results.
 void finish_with_record(const std::filesystem::path& record, const host::provenance& made,
                         const std::vector<host::recorded_result>& results);
 
-/// Whether the record of a file says that it was made from another file that still is in the same folder. Where a
-/// folder is the input, such files are results and not inputs.
-bool is_made_from_neighbour(const std::filesystem::path& file);
-
-/// The outcome for a result that is_done.
+/// The outcome for a result that host::is_recorded.
 host::file_outcome done_before(const host::file_task& task);
 
 }  // namespace zentrix::program

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <span>
 
+#include "host/batch/output_files.h"
 #include "host/correction/cut_overlay.h"
 #include "host/correction/unwrap_plane.h"
 #include "host/correction/unwrap_report.h"
@@ -24,8 +25,6 @@ namespace zentrix::program {
 
 namespace {
 
-bool is_png(const std::string& file) { return file.ends_with(".png") || file.ends_with(".PNG"); }
-
 [[noreturn]] void refuse(const std::string& file, const host::image& pixels, const char* why)
 {
     throw host::file_error{host::system_path(file), "contains " + one_line(pixels) + "; " + why};
@@ -40,7 +39,8 @@ void check_type(const unwrap_request& request, const host::image& pixels)
     if (!is_complex && request.is_wave) refuse(request.phase, pixels, "--phase needs a complex wave");
     if (!is_complex && pixels.type().meaning != host::element_class::real)
         refuse(request.phase, pixels, "expected float32 or float64, in radians");
-    const bool has_picture = !request.picture.png.empty() || !request.output.ends_with(".npy") || is_png(request.cuts);
+    const bool has_picture =
+        !request.picture.png.empty() || is_picture_name(request.output) || is_picture_name(request.cuts);
     if (pixels.dimensions() > 2 && has_picture)
         refuse(request.phase, pixels, "a volume cannot be shown as one picture");
 }
@@ -137,7 +137,7 @@ unwrapping unwrap(const host::image_ref& phase, const unwrap_request& request, h
 
 void write_cuts(const std::string& file, const host::image& phase, host::image& cuts)
 {
-    if (is_png(file))
+    if (is_picture_name(file))
         host::write_png(host::system_path(file), host::paint_cuts(phase, plane_of<std::uint8_t>(cuts, 0)));
     else
         host::write_image(host::system_path(file), cuts);
@@ -188,7 +188,8 @@ host::provenance provenance_of(const unwrap_request& request, const host::file_t
                           .program = program_with_library(global),
                           .more = {{"box", request.box}, {"of_wave", request.is_wave}}};
     if (!request.mask.empty()) made.inputs.push_back(host::input_of(request.mask));
-    if (!request.picture.png.empty() || is_png(request.output)) made.more["picture"] = choice_of(request.picture);
+    if (!request.picture.png.empty() || is_picture_name(request.output))
+        made.more["picture"] = choice_of(request.picture);
     return made;
 }
 
@@ -202,8 +203,9 @@ host::file_outcome unwrap_work::operator()(const host::file_task& task)
     request.picture.png = task.outputs.at(1);
     request.cuts = task.outputs.at(2);
     const auto results = results_of(task);
+    host::require_own_names({request.phase, request.mask}, task.outputs);
     const auto made = provenance_of(request, task, global_);
-    if (request.files.resumes && is_done(results, made)) return done_before(task);
+    if (request.files.resumes && host::is_recorded(results, made)) return done_before(task);
     const auto record = host::record_path(results);
 
     step_times times;
@@ -223,7 +225,8 @@ host::file_outcome unwrap_work::operator()(const host::file_task& task)
     std::vector<host::recorded_result> recorded;
     for (const auto& file : results) {
         const bool is_cuts = file == host::system_path(request.cuts);
-        recorded.push_back({file, is_png(host::utf8_path(file)) ? nullptr : (is_cuts ? done.cuts : done.phase).get()});
+        recorded.push_back(
+            {file, is_picture_name(host::utf8_path(file)) ? nullptr : (is_cuts ? done.cuts : done.phase).get()});
     }
     finish_with_record(record, made, recorded);
 

@@ -17,12 +17,19 @@ def wave(shape=(24, 32)):
 
 
 def test_pixel_size_and_voltage_go_through_a_file_into_correct(tmp_path):
-    for name, array, kv in (("a.mrc", wave(), None), ("a.mrc", wave((3, 24, 32)), None), ("a.tif", wave().real, 300.0)):
+    for name, array in (("a.mrc", wave()), ("a.mrc", wave((3, 24, 32))), ("b.tif", wave().real), ("c.npy", wave())):
         zentrix.write(tmp_path / name, array, pixel=0.05, kv=300)
         image = zentrix.read(tmp_path / name)
         assert np.array_equal(image, array) and image.dtype == array.dtype
-        assert (image.pixel, image.kv, image.name) == (0.05, kv, "a")
+        assert (image.pixel, image.kv, image.name) == (0.05, 300, name[0])
         assert [axis.step for axis in image.axes] == [0.0] * (array.ndim - 2) + [0.05, 0.05]
+
+    zentrix.write(tmp_path / "c.npy", wave())  # its scale is not that of the former file
+    assert (zentrix.read(tmp_path / "c.npy").pixel, zentrix.read(tmp_path / "c.npy").kv) == (None, None)
+    (tmp_path / "c.json").write_text("[]"), (tmp_path / "c.npy.json").write_text("[]")
+    with pytest.raises(ValueError, match="c.json: is not a record of c.npy"):
+        zentrix.write(tmp_path / "c.npy", wave() + 1, kv=300)
+    assert np.array_equal(zentrix.read(tmp_path / "c.npy"), wave())
 
     waves = zentrix.Image(wave((3, 24, 32)), [(0, 0, ""), (0.05, 1, "nm"), (0.05, 2, "nm")], 300.0)
     corrected = zentrix.correct(waves, **LENS)

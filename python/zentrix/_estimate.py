@@ -9,6 +9,7 @@ from ._numbers import shown, word
 from ._optics import Optics, takes_optics
 from ._wave_arrays import checked_copy
 
+WIDTHS = ("focus_spread", "convergence", "vibration")
 FREE = ("C1", "A1", "B2", "A2", "C3", "S3")
 
 
@@ -91,7 +92,8 @@ def estimate(
     OPTICS
 
     The coefficients among them are where the search starts, and the values of those that are not free; none of these
-    parameters may be an array.
+    parameters may be an array. If a width of the envelope is given, all three count as known to a tenth; otherwise the
+    uncertainties include what an unknown envelope may change. Give vibration=0 for a wave without envelope.
 
     Returns an `Estimate`, a mapping for `correct` with uncertainties. A coefficient that the wave does not fix is not
     determined and keeps its start value.
@@ -118,7 +120,7 @@ def estimate(
     ((_, setting),) = lens.settings()
     found = _core.estimate(
         plane, setting, names, _numbers("range", range, 2, float), _numbers("region", region, 4, int), object,
-        int(threads), progress,
+        int(threads), any(name in optics for name in WIDTHS), progress,
     )  # fmt: skip
     parameters = {name: optics[name] for name in optics if name not in COEFFICIENTS}
     for name, (modulus, degrees) in found["lens"].items():

@@ -85,7 +85,8 @@ def write(path, array, *, pixel=None, kv=None):
     pixel          pixel size [nm], a number or (y, x); default: that of an `Image`
     kv             accelerating voltage [kV]; default: that of an `Image`
 
-    .mrc has the pixel size, .tif both, .npy and .png none. Raises TypeError or ValueError, naming the file and the
+    .tif has both, .mrc the pixel size. What .npy and .mrc do not have goes to a record next to the file, x.json, from
+    which `read` and the commands take it. Pictures have none. Raises TypeError or ValueError, naming the file and the
     reason; an existing file then stays as it was.
 
         zentrix.write("phase.tif", phase, pixel=0.02, kv=300)

@@ -85,7 +85,7 @@ std::vector<std::string> names_in(const script_value& list)
 TEST_F(Files, SelectImageFilesExpandsListsWithoutADialog)
 {
     script_host script;
-    for (const char* name : {"img10.raw", "img2.RAW", "a.dat", "p1.tif", "other/img3.raw"}) write(name, {1});
+    for (const char* name : {"img10.raw", "img2.RAW", "a.dat", "p1.tif", "s.mrcs", "other/img3.raw"}) write(name, {1});
     const auto select = [&](const std::string& start, const std::string& filter, auto&&... owner) {
         std::vector<script_value> args{make_cell(start),      filter,  make_cell(integer{7}), make_cell(integer{8}),
                                        make_cell(integer{6}), owner...};
@@ -99,6 +99,7 @@ TEST_F(Files, SelectImageFilesExpandsListsWithoutADialog)
     EXPECT_EQ(select(path("img*.raw"), ""), std::tuple(names{"img2.RAW", "img10.raw"}, path(""), 7, 6));
     // Picture formats give their type.
     EXPECT_EQ(select(path("*.tif") + "\n", "", main_window), std::tuple(names{"p1.tif"}, path(""), 7, -1));
+    EXPECT_EQ(select(path("*.mrcs"), ""), std::tuple(names{"s.mrcs"}, path(""), 7, -1));
     EXPECT_EQ(select(path("a.dat") + ";" + path("other"), "Raw|*.raw;*.img|All|*.*"),
               std::tuple(names{path("a.dat"), path("other/img3.raw")}, "", 7, 6));
     EXPECT_EQ(select(path("none*"), ""), std::tuple(names{}, path("none*"), 7, 6));

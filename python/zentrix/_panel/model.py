@@ -110,7 +110,9 @@ class Model:
     def for_search(self):
         """(source, optics): what zentrix.estimate takes."""
         self._follow_history()
-        return self.source, self.optics
+        # A width of zero may just not be known.
+        widths = ("focus_spread", "convergence", "vibration")
+        return self.source, {name: value for name, value in self.optics.items() if value or name not in widths}
 
     def shown(self, most, before=False):
         """(wave, marks of pixels that are not finite or None), at a size within `most` (rows, columns).

@@ -123,8 +123,8 @@ selected_files grouped(const std::vector<std::string>& paths)
 
 bool is_raw(std::string_view path)
 {
-    for (const char* pattern :
-         {"*.dm3", "*.dm4", "*.tif", "*.tiff", "*.mrc", "*.npy", "*.png", "*.jpg", "*.jpeg", "*.bmp", "*.gif"})
+    for (const char* pattern : {"*.dm3", "*.dm4", "*.tif", "*.tiff", "*.mrc", "*.mrcs", "*.map", "*.ccp4", "*.st",
+                                "*.ali", "*.rec", "*.npy", "*.png", "*.jpg", "*.jpeg", "*.bmp", "*.gif"})
         if (matches(pattern, path)) return false;
     return true;
 }

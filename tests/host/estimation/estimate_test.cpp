@@ -25,7 +25,8 @@ bench::simulation small_wave()
 host::estimate estimate_of(const bench::simulation& how, host::estimate_options options = {},
                            const host::estimate_progress& progress = {})
 {
-    const lens::optics setup{how.wavelength_nm, how.pixel_nm, {}, how.spread, {}};
+    const lens::optics setup{
+        how.wavelength_nm, how.pixel_nm, {}, options.widths_are_known ? how.spread : lens::coherence{}, {}};
     return host::estimate_aberrations(*bench::simulate(how), setup, options, progress);
 }
 
@@ -48,6 +49,7 @@ TEST(Estimate, FindsAllCoefficientsOfAWaveWithoutNoise)
         const double scale = std::abs(how.lens.in_nanometres(one.which));
         const double off = std::abs(found.setup.lens.in_nanometres(one.which) - how.lens.in_nanometres(one.which));
         EXPECT_LT(off, 1e-5 * scale + 1e-5) << about.name;
+        EXPECT_LT(error_of(one, how.lens), 4) << about.name;
     }
 }
 
@@ -57,18 +59,46 @@ TEST(Estimate, IsRightWithinItsUncertaintyOrSaysThatItDoesNotKnow)
     {
         const char* name;
         void (*change)(bench::simulation&);
-        bool must_know_focus;
+        bool must_know_focus, knows_widths = true;
     } rows[] = {
         {"noise", [](bench::simulation& how) { how.noise = 0.1; }, true},
         {"amorphous", [](bench::simulation& how) { how.object = bench::specimen::amorphous, how.noise = 0.05; }, true},
         {"absorbing", [](bench::simulation& how) { how.absorption = 0.2, how.noise = 0.02; }, true},
         {"cropped", [](bench::simulation& how) { how.is_cropped = true, how.noise = 0.05; }, false},
+        {"envelope",
+         [](bench::simulation& how) {
+             how.spread = {3, 0, 0.02}, how.noise = 0.02;
+         },
+         true},
+        {"unknown envelope",
+         [](bench::simulation& how) {
+             how.spread = {3, 0, 0.02}, how.noise = 0.02;
+         },
+         true, false},
+        {"cropped strong crystal",
+         [](bench::simulation& how) {
+             how.is_cropped = true, how.noise = 0.05;
+             how.lens = bench::random_lens(302);
+             how.seed = 302001;
+         },
+         false},
+        {"bars in a line focus",
+         [](bench::simulation& how) {
+             how.object = bench::specimen::target, how.noise = 0.05;
+             const auto lens = bench::random_lens(303);
+             how.lens = {};
+             for (const auto which : {coefficient::C1, coefficient::A1}) how.lens[which] = lens[which];
+             how.seed = 303002;
+         },
+         false},
         {"much noise", [](bench::simulation& how) { how.noise = 0.3; }, false},
     };
     for (const auto& row : rows) {
         auto how = small_wave();
         row.change(how);
-        const auto found = estimate_of(how);
+        host::estimate_options options;
+        options.widths_are_known = row.knows_widths;
+        const auto found = estimate_of(how, options);
         for (const auto& one : found.coefficients) {
             const std::string name = row.name + std::string{": "} + std::string{lens::traits(one.which).name};
             if (one.determined) {
@@ -94,6 +124,13 @@ TEST(Estimate, DeterminesNothingOfNoiseOrVacuum)
         EXPECT_FALSE(found.any_determined()) << noise;
         for (const auto& one : found.coefficients) EXPECT_FALSE(one.reason.empty());
     }
+}
+
+TEST(Estimate, SaysThatAConstantWaveIsConstant)
+{
+    auto how = small_wave();
+    how.object = bench::specimen::vacuum;
+    for (const auto& one : estimate_of(how).coefficients) EXPECT_EQ(one.reason, "the wave is constant");
 }
 
 TEST(Estimate, IsTheSameWithAnyNumberOfThreads)

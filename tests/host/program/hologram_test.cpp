@@ -73,6 +73,10 @@ TEST_F(Hologram, Refusals)
     const std::pair<const char*, const char*> refusals[] = {
         {"flat.npy -o w.npy", "1 zentrix: flat.npy: No fringes were found"},
         {"wave.npy -o w.npy", "this is a wave already"},
+        {"holo.npy -o holo.npy", "holo.npy: is an input and cannot be the result, too"},
+        {"holo.npy -o w.npy --reference vacuum.npy --png w.png --wave vacuum.npy", "vacuum.npy: is an input"},
+        {"holo.npy --phase -o w.npy --wave w.npy", "w.npy: two results would have this name"},
+        {"missing.npy -o w.tif", "TIFF files have no complex numbers"},
         {"holo.npy -o w.npy --degrees", "2 zentrix: --degrees needs --phase or --unwrap"},
         {"holo.npy -o w.npy --sideband left", "--sideband is auto, other or X,Y in pixels, not \"left\""},
         {"holo.npy -o w.npy --params lens.json", "--pixel is required to remove aberrations"},

@@ -142,6 +142,8 @@ TEST(ManyFiles, AreRefusedBeforeAnyWork)
     } rows[] = {
         {"correct in -o out.npy", "out.npy: several results need a folder: end its name with /"},
         {"correct in -o out/ --suffix .txt", "cannot be written"},
+        {"correct in -o out/ --suffix .tif", "TIFF files have no complex numbers"},
+        {"correct missing.npy -o out/x.tif", "TIFF files have no complex numbers"},
         {"correct in -o in/", "is an input and cannot be the result, too"},
         {"correct in/a.npy -o in/a.npy", "is an input and cannot be the result, too"},
         {"correct in -o out/ --png out/x.png", "out/x.png: several results need a folder"},

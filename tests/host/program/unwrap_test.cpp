@@ -66,6 +66,8 @@ TEST(Unwrap, RefusesMasksThatDoNotFit)
                                      "out)"}})
         EXPECT_EQ(bench.zentrix(std::string{"unwrap phase.npy -o u.npy --mask "} + mask).text(),
                   std::string{"1 zentrix: "} + why + "\n");
+    EXPECT_THAT(bench.zentrix("unwrap phase.npy -o u.npy --mask wide.npy --cuts wide.npy").err,
+                HasSubstr("wide.npy: is an input and cannot be the result, too"));
     EXPECT_FALSE(std::filesystem::exists(bench / "u.npy"));
 }
 
