@@ -44,24 +44,6 @@ std::string quantity_of(const image& pixels, const figure_style& style)
     return "";
 }
 
-/// The text in lines that are broken at blanks. Longer words, and what is left after the last line, are cut off.
-std::vector<std::string> lines_of(std::string text, double size, double width)
-{
-    constexpr std::size_t most = 8;
-    std::vector<std::string> lines;
-    while (!text.empty()) {
-        std::size_t end = text.size();
-        while (text_width(std::string_view{text}.substr(0, end), size) > width && lines.size() + 1 < most) {
-            const auto blank = text.rfind(' ', end - 1);
-            if (blank == std::string::npos || blank == 0) break;
-            end = blank;
-        }
-        lines.push_back(text.substr(0, end));
-        text.erase(0, std::min(end + 1, text.size()));
-    }
-    return lines;
-}
-
 }  // namespace
 
 figure::figure(const image& pixels, const figure_style& style)
@@ -136,7 +118,7 @@ void figure::add_margins(const figure_style& style)
         width_ += legend->width() - margin / 2;
     }
     const double size = 1.15 * letters_, next_line = 1.5 * letters_;
-    const auto title = lines_of(style.title, size, width_ - 2 * margin);
+    const auto title = text_lines(style.title, size, width_ - 2 * margin);
     top_ = margin;
     if (!title.empty())
         top_ = static_cast<int>(std::ceil(2 * letters_ + next_line * static_cast<double>(title.size() - 1)));

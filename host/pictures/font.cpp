@@ -1,5 +1,6 @@
 #include "host/pictures/font.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 #include <string>
@@ -71,6 +72,23 @@ double for_each_letter(std::string_view utf8, double size, F use)
 double text_width(std::string_view utf8, double size)
 {
     return for_each_letter(utf8, size, [](int, double) {});
+}
+
+std::vector<std::string> text_lines(std::string text, double size, double width)
+{
+    constexpr std::size_t most = 8;
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        std::size_t end = text.size();
+        while (text_width(std::string_view{text}.substr(0, end), size) > width && lines.size() + 1 < most) {
+            const auto blank = text.rfind(' ', end - 1);
+            if (blank == std::string::npos || blank == 0) break;
+            end = blank;
+        }
+        lines.push_back(text.substr(0, end));
+        text.erase(0, std::min(end + 1, text.size()));
+    }
+    return lines;
 }
 
 double capital_height(double size) { return 0.626 * size; }  // 1493 of 2384 units

@@ -234,11 +234,15 @@ host::picture paint(const transfer_function& shown)
     const int side = std::clamp(shown.size, 512, 2048);
     const double letters = side / 30.0;
     const auto whole = [&](double in_letters) { return static_cast<int>(std::lround(in_letters * letters)); };
-    const int top = whole(2.4), left = whole(4.4), plot_left = left + side + whole(5.4), plot_width = side * 3 / 2;
+    const int left = whole(4.4), plot_left = left + side + whole(5.4), plot_width = side * 3 / 2;
+    const auto title = host::text_lines(shown.title, 1.1 * letters, plot_left + plot_width - left);
+    const double next_line = 1.5 * letters;
+    const int top = whole(2.4 + 1.5 * static_cast<double>(std::max<std::size_t>(title.size(), 1) - 1));
     host::drawing on{plot_left + plot_width + whole(1.2), top + side + whole(6.2)};
     on.fill({0, 0, static_cast<double>(on.width()), static_cast<double>(on.height())}, host::white_paper);
-    on.text({static_cast<double>(left), top - 0.8 * letters}, 1.1 * letters, host::alignment::left, shown.title,
-            host::black_ink);
+    for (std::size_t i = 0; i < title.size(); ++i)
+        on.text({left + 0.0, top - 0.8 * letters - next_line * static_cast<double>(title.size() - 1 - i)},
+                1.1 * letters, host::alignment::left, title[i], host::black_ink);
 
     bool is_undersampled = false;
     on.paste(zoomed(paint_square(shown, is_undersampled), side), left, top);
