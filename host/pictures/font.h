@@ -16,8 +16,8 @@ using glyph_pixels = std::function<void(int x, int y, std::uint8_t coverage)>;
 /// The width of a line of text. size: of the letters, from the top of the highest to the bottom of the lowest [pixels]
 double text_width(std::string_view utf8, double size);
 
-/// The text in at most 8 lines, broken at blanks. A word that is wider than `width` [pixels], and the eighth line, may be
-/// too long.
+/// The text in at most 8 lines, broken at blanks. Only a word that is wider than `width` [pixels], and the eighth line,
+/// may be wider.
 std::vector<std::string> text_lines(std::string text, double size, double width);
 
 /// The height of digits and capital letters above the base line.

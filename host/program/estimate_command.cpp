@@ -181,7 +181,8 @@ void add_search_options(CLI::App& command, estimate_request& request)
         ->type_name("X,Y,W,H")
         ->group(group);
     command.add_option("--threads", request.options.threads, "Threads (default: one for each processor)")
-        ->check(CLI::Range(1, 1024))
+        ->check(CLI::Range(1, 1024).description(""))
+        ->type_name("N")
         ->group(group);
 }
 
