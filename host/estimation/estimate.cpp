@@ -57,7 +57,7 @@ constexpr double largest_with_envelope = 0.1;
 /// Noise of a pixel from which on a wave is refused.
 constexpr double largest_noise = 0.38;
 /// Share of the modulus' variance that a phase object leaves.
-constexpr double largest_misfit = 0.15;
+constexpr double largest_misfit = 0.05;
 
 std::string doubt_of_noise(double noise)
 {

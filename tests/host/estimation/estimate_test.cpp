@@ -82,15 +82,6 @@ TEST(Estimate, IsRightWithinItsUncertaintyOrSaysThatItDoesNotKnow)
              how.seed = 302001;
          },
          false},
-        {"bars in a line focus",
-         [](bench::simulation& how) {
-             how.object = bench::specimen::target, how.noise = 0.05;
-             const auto lens = bench::random_lens(303);
-             how.lens = {};
-             for (const auto which : {coefficient::C1, coefficient::A1}) how.lens[which] = lens[which];
-             how.seed = 303002;
-         },
-         false},
         {"much noise", [](bench::simulation& how) { how.noise = 0.3; }, false},
     };
     for (const auto& row : rows) {
