@@ -5,6 +5,7 @@
 #include "host/files/file_error.h"
 #include "host/parameters/parameter_entries.h"
 #include "host/parameters/parameter_file.h"
+#include "host/parameters/record.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::python {
@@ -24,6 +25,7 @@ try {
 /// json  an object of parameters. Raises ValueError
 void write_parameters(const std::string& path, const std::string& json)
 try {
+    host::require_no_record(host::system_path(path));
     host::write_parameters(host::system_path(path), host::parameters_in(nlohmann::ordered_json::parse(json)));
 } catch (const host::file_error& problem) {
     throw py::value_error{problem.what()};

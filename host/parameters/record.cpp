@@ -184,6 +184,16 @@ bool has_record(const fs::path& result)
     });
 }
 
+void require_no_record(const fs::path& file)
+{
+    for (const json& entry : elements_of(record_in(file), "result")) {
+        const json name = entry.is_object() ? entry.value("file", json{}) : json{};
+        std::error_code ignored;
+        if (name.is_string() && fs::exists(file.parent_path() / system_path(name.get<std::string>()), ignored))
+            throw file_error{file, "is the record of " + name.get<std::string>() + "; choose another name"};
+    }
+}
+
 bool is_made_from_neighbour(const fs::path& file)
 {
     return std::ranges::any_of(places_of_record(file), [&](const fs::path& place) {

@@ -76,6 +76,10 @@ bool is_recorded(const std::vector<std::filesystem::path>& results, const proven
 /// Whether there is a record that names the file as its result.
 bool has_record(const std::filesystem::path& result);
 
+/// For files of parameters. Throws  file_error when the file is the record of a result that exists, because its scale
+///         would be lost
+void require_no_record(const std::filesystem::path& file);
+
 /// Whether the record of a file says that it was made from another file that still is in the same folder. Where a
 /// folder is the input, such files are results and not inputs.
 bool is_made_from_neighbour(const std::filesystem::path& file);

@@ -4,9 +4,11 @@
 #include <iostream>
 #include <optional>
 
+#include "host/files/file_error.h"
 #include "host/parameters/json_file.h"
 #include "host/parameters/parameter_entries.h"
 #include "host/parameters/parameter_file.h"
+#include "host/parameters/record.h"
 #include "host/program/commands.h"
 #include "host/program/json.h"
 #include "host/program/lens_options.h"
@@ -130,7 +132,13 @@ void run(const convert_request& request, const global_options& global)
 {
     const json result = converted(request, given_parameters(request));
     if (result.empty()) throw usage_error{"give a file of parameters, or coefficients"};
-    if (!request.output.empty()) host::write_json(host::system_path(request.output), result);
+    if (!request.output.empty()) {
+        const auto file = host::system_path(request.output);
+        if (file.extension() != ".json")
+            throw host::file_error{file, "cannot be written: expected a name ending in .json"};
+        host::require_no_record(file);
+        host::write_json(file, result);
+    }
     if (global.json)
         print(result);
     else

@@ -8,6 +8,7 @@
 #include "host/files/file_error.h"
 #include "host/parameters/json_file.h"
 #include "host/parameters/parameter_file.h"
+#include "host/parameters/record.h"
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/estimate_report.h"
@@ -113,6 +114,7 @@ void run(estimate_request& request, const global_options& global)
     if (!lens.parameter_file.empty()) lens.from_file = host::read_parameters(host::system_path(lens.parameter_file));
     if (!lens.output.empty() && !lens.output.ends_with(".json"))
         throw host::file_error{host::system_path(lens.output), "cannot be written: expected a name ending in .json"};
+    if (!lens.output.empty()) host::require_no_record(host::system_path(lens.output));
     check_picture_name(lens.picture.png);
     const auto wave = read_wave(request.wave);
     const auto settled = settle(lens, request.wave, wave->scale());

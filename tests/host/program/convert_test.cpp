@@ -41,6 +41,13 @@ TEST(Convert, TranslatesFilesWordsAndOptions)
     };
     for (const auto& [words, outcome] : rows) EXPECT_EQ(bench.zentrix("convert " + words).text(), outcome) << words;
 
+    bench.folder().write("wave.json", R"({"program": {"name": "zentrix"}, "result": {"file": "wave.npy"}})");
+    bench.folder().write("wave.npy", "");
+    EXPECT_EQ(bench.zentrix("convert C1=-62nm -o wave.json").text(),
+              "1 zentrix: wave.json: is the record of wave.npy; choose another name\n");
+    EXPECT_EQ(bench.zentrix("convert C1=-62nm -o wave.npy").text(),
+              "1 zentrix: wave.npy: cannot be written: expected a name ending in .json\n");
+
     for (const char* to : {"polar --unit m --angle rad", "cartesian --zero 90", "corrector --clockwise", "nexus"}) {
         ASSERT_EQ(bench.zentrix(std::string{"convert ours.json -o other.json --to "} + to).code, 0);
         EXPECT_EQ(bench.zentrix("convert other.json").text(), bench.zentrix("convert ours.json").text()) << to;
