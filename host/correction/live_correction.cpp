@@ -55,6 +55,13 @@ void live_correction::fail(const std::string& text)
     throw script_error{text};
 }
 
+image_ref live_correction::source()
+{
+    auto wave = spectrum_->clone();
+    transform_.backward(pixels_of(wave));
+    return wave;
+}
+
 void live_correction::accept()
 {
     const auto spectrum = result()->clone();

@@ -97,8 +97,20 @@ void panel_handler::set(const lens::aberrations& lens, const microscope& scope)
     }
 }
 
+void panel_handler::preview(const lens::aberrations& lens)
+{
+    auto setup = optics();
+    setup.lens = lens;
+    const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
+    correction_.set(
+        lens::arguments_for(setup, correction_.width(), correction_.height(), lens::direction::remove, damping));
+    previewing_ = true;
+    view_->pictures_changed();
+}
+
 void panel_handler::change()
 {
+    previewing_ = false;
     const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
     try {
         correction_.set(

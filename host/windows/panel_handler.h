@@ -70,6 +70,15 @@ class panel_handler : public script_object
     /// Shows and corrects with other parameters. Angles are whole degrees.
     /// Throws  std::invalid_argument for parameters with which the wave cannot be corrected; all is then as it was
     void set(const lens::aberrations& lens, const microscope& scope);
+    /// The optics of the coefficients that the panel shows.
+    lens::optics optics() const;
+    /// The wave that is corrected, in an image of its own.
+    image_ref source() { return correction_.source(); }
+    /// Shows the wave without these aberrations, until the next change; the panel stays as it is.
+    void preview(const lens::aberrations& lens);
+    bool previewing() const noexcept { return previewing_; }
+    /// Ends a preview.
+    void end_preview() { change(); }
     /// What was removed by OnApply so far, in this order.
     const std::vector<std::pair<lens::aberrations, microscope>>& applied() const noexcept { return applied_; }
 
@@ -85,7 +94,6 @@ class panel_handler : public script_object
     void add_methods();
     void fill_tags(const panel_start& start);
     void write_coefficients(const lens::aberrations& lens);
-    lens::optics optics() const;
     void change();
     void apply();
     void change_display(std::int64_t mode);
@@ -94,7 +102,7 @@ class panel_handler : public script_object
     engine& engine_;
     panel_view* view_;
     microscope scope_;
-    bool asking_ = false;
+    bool asking_ = false, previewing_ = false;
     live_correction correction_;
     tag_group_ref tags_ = memory_tag_group::make_group();
     std::function<void(const std::string&)> listener_;

@@ -1,6 +1,7 @@
 #include "host/windows/panel_program.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -8,6 +9,7 @@
 #include "host/parameters/parameter_file.h"
 #include "host/text/encoding.h"
 #include "host/text/system_path.h"
+#include "host/windows/estimate_dialog.h"
 #include "host/windows/file_dialog.h"
 #include "host/windows/microscope_dialog.h"
 #include "host/windows/panel_parameters.h"
@@ -49,6 +51,7 @@ panel_program::panel_program(engine& engine, const image_ref& wave, const micros
 
 panel_program::~panel_program()
 {
+    estimate_.reset();
     frame_->close();
     handler_->detach();
     stop_listening();
@@ -144,8 +147,11 @@ void panel_program::dispatch(MSG& message)
     const bool own_timer = message.message == WM_TIMER && message.hwnd == wave_window_->handle();
     if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
     const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
-    if (for_us && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
-    if (frame_->handles(message)) return;
+    // In a field, Ctrl+Z takes back what was typed there.
+    const bool undoes_typing =
+        message.message == WM_KEYDOWN && message.wParam == 'Z' && SendMessageW(message.hwnd, EM_CANUNDO, 0, 0) != 0;
+    if (for_us && !undoes_typing && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
+    if (frame_->handles(message) || (estimate_ && estimate_->handles(message))) return;
     TranslateMessage(&message);
     DispatchMessageW(&message);
 }
@@ -167,6 +173,8 @@ void panel_program::command(unsigned id)
         case IDM_QUIT: return PostQuitMessage(0);
         case IDM_PANEL: return show_panel(!frame_->visible());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
+        case IDM_ESTIMATE: return show_estimate_dialog();
+        case IDM_UNDO_ESTIMATE: return undo_estimate();
         case IDM_PHASE_COLOURS: return colour_phases(wave_window_->phase_palette() == palette::grey);
     }
 }
@@ -207,6 +215,46 @@ provenance panel_program::provenance_of(const std::filesystem::path& result) con
     return made;
 }
 
+void panel_program::show_estimate_dialog()
+{
+    if (!estimate_)
+        estimate_ = std::make_unique<estimate_dialog>(
+            wave_window_->handle(), frame_->handle(),
+            estimate_listener{.begin =
+                                  [this] {
+                                      return std::pair{handler_->source(), handler_->optics()};
+                                  },
+                              .preview = [this](const lens::aberrations& lens) { handler_->preview(lens); },
+                              .finished = [this](const estimate& found) { accept_estimate(found); },
+                              .given_up = [this] { handler_->end_preview(); }});
+    estimate_->show();
+}
+
+void panel_program::accept_estimate(const estimate& found)
+{
+    handler_->end_preview();
+    for (const auto& one : found.coefficients)
+        log("estimate " + std::string{lens::traits(one.which).name} + (one.determined ? "" : " not determined"));
+    if (!found.any_determined()) return;
+    const auto former = handler_->coefficients();
+    auto lens = found.setup.lens;
+    for (const auto& about : lens::all_coefficients)  // the panel has whole degrees
+        lens[about.which].angle_degrees = std::round(lens[about.which].angle_degrees);
+    handler_->set(lens, handler_->scope());
+    before_estimate_ = former;
+    applied_before_estimate_ = handler_->applied().size();
+    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_ENABLED);
+}
+
+void panel_program::undo_estimate()
+{
+    const auto former = std::exchange(before_estimate_, std::nullopt);
+    if (!former) return;
+    if (handler_->applied().size() == applied_before_estimate_)  // else they belong to another wave
+        handler_->set(*former, handler_->scope());
+    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_GRAYED);
+}
+
 void panel_program::save_parameters()
 {
     const auto file = ask_file(wave_window_->handle(), {false, parameter_files, L"json", L"parameters.json"});
@@ -224,6 +272,7 @@ void panel_program::load_parameters()
 
 void panel_program::pictures_changed()
 {
+    if (estimate_ && !handler_->previewing()) estimate_->stop();  // the user has changed what it searches
     if (wave_window_) wave_window_->refresh();
     if (transfer_window_) transfer_window_->refresh();
 }

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "host/parameters/record.h"
+#include "host/windows/estimate_dialog.h"
 #include "host/windows/floating_frame.h"
 #include "host/windows/image_window.h"
 #include "host/windows/panel_handler.h"
@@ -52,6 +53,8 @@ class panel_program : private panel_view
     panel_handler& handler() { return *handler_; }
     image_window& wave_window() { return *wave_window_; }
     floating_frame& frame() { return *frame_; }
+    /// Null until it is first shown.
+    estimate_dialog* estimates() { return estimate_.get(); }
     /// Null until the transfer function is first shown.
     image_window* transfer_window() { return transfer_window_.get(); }
 
@@ -76,6 +79,9 @@ class panel_program : private panel_view
     void colour_phases(bool coloured);
     void save();
     provenance provenance_of(const std::filesystem::path& result) const;
+    void show_estimate_dialog();
+    void accept_estimate(const estimate& found);
+    void undo_estimate();
     void save_parameters();
     void load_parameters();
     void start_timers();
@@ -91,7 +97,10 @@ class panel_program : private panel_view
     SIZE size_;
     std::unique_ptr<image_window> wave_window_, transfer_window_;
     std::unique_ptr<floating_frame> frame_;
-    HACCEL keys_ = nullptr;  ///< a resource, freed by the system
+    std::unique_ptr<estimate_dialog> estimate_;         ///< null until it is first shown
+    HACCEL keys_ = nullptr;                             ///< a resource, freed by the system
+    std::optional<lens::aberrations> before_estimate_;  ///< for undo
+    std::size_t applied_before_estimate_ = 0;
     bool alerting_ = false;
 };
 

@@ -10,6 +10,8 @@
 #define IDM_PHASE_COLOURS 114
 #define IDM_SAVE_PARAMETERS 115
 #define IDM_LOAD_PARAMETERS 116
+#define IDM_ESTIMATE 117
+#define IDM_UNDO_ESTIMATE 118
 
 #define IDD_MICROSCOPE 200
 #define IDC_KILOVOLTS 201
@@ -18,3 +20,8 @@
 #define IDC_CONVERGENCE 204
 #define IDC_VIBRATION 205
 #define IDC_DAMPED 206
+
+#define IDD_ESTIMATE 300
+#define IDC_ESTIMATE_BAR 301
+#define IDC_ESTIMATE_TEXT 302
+#define IDC_FREE 310 /* and the following: one for each coefficient, in the order of lens::coefficient */

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
+
 #include "host/files/image_file.h"
 #include "host/pictures/for_each_pixel.h"
 #include "tests/host/files/dm_tree.h"
@@ -109,7 +111,8 @@ TEST(Dm, ExpandsPackedSpectraOfRealImages)
             for (std::int64_t x = 0; x < width; ++x) {
                 const double turns = static_cast<double>(kx * x) / static_cast<double>(width) +
                                      static_cast<double>(ky * y) / static_cast<double>(height);
-                sum += static_cast<double>((3 * x * x + 7 * y * x + y) % 11) * std::polar(1.0, -2 * M_PI * turns);
+                sum += static_cast<double>((3 * x * x + 7 * y * x + y) % 11) *
+                       std::polar(1.0, -2 * std::numbers::pi * turns);
             }
         return sum;
     };

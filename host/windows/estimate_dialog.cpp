@@ -1,0 +1,158 @@
+#include "host/windows/estimate_dialog.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "host/objects/value.h"
+#include "host/parallel/processors.h"
+#include "host/text/encoding.h"
+#include "host/windows/estimate_text.h"
+#include "host/windows/resource.h"
+#include "host/windows/running_estimate.h"
+#include "host/windows/window.h"
+
+namespace zentrix::host {
+
+namespace {
+
+constexpr UINT_PTR poll_timer = 1;
+constexpr UINT poll_ms = 100;
+constexpr int progress_steps = 1000;
+constexpr LONG gap = 12;  // between the windows [screen pixels]
+
+int box_of(lens::coefficient which) { return IDC_FREE + static_cast<int>(which); }
+
+/// To the right of another window, as far as the screen has room.
+void place(HWND dialog, HWND next_to)
+{
+    RECT other{}, own{}, area{};
+    GetWindowRect(next_to, &other);
+    GetWindowRect(dialog, &own);
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+    const LONG rightmost = std::max(area.left, area.right - (own.right - own.left));
+    const LONG lowest = std::max(area.top, area.bottom - (own.bottom - own.top));
+    SetWindowPos(dialog, nullptr, std::clamp<LONG>(other.right + gap, area.left, rightmost),
+                 std::clamp<LONG>(other.top, area.top, lowest), 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+}  // namespace
+
+estimate_dialog::estimate_dialog(HWND owner, HWND next_to, estimate_listener listener) : listener_{std::move(listener)}
+{
+    const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_PROGRESS_CLASS};
+    InitCommonControlsEx(&classes);
+    dialog_.reset(CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_ESTIMATE), owner, &procedure,
+                                     reinterpret_cast<LPARAM>(this)));
+    if (!dialog_) throw script_error{"The dialog for estimates cannot be created."};
+    SendDlgItemMessageW(handle(), IDC_ESTIMATE_BAR, PBM_SETRANGE, 0, MAKELPARAM(0, progress_steps));
+    for (const auto which : estimate_options{}.free) CheckDlgButton(handle(), box_of(which), BST_CHECKED);
+    say("Searches the coefficients that are ticked, from the wave itself. The others keep their values.");
+    place(handle(), next_to);
+}
+
+estimate_dialog::~estimate_dialog() = default;
+
+void estimate_dialog::show()
+{
+    ShowWindow(handle(), SW_SHOW);
+    SetForegroundWindow(handle());
+    SetFocus(GetDlgItem(handle(), running_ ? IDCANCEL : IDOK));
+}
+
+void estimate_dialog::stop() noexcept
+{
+    if (running_) running_->stop();  // the timer sees its end
+}
+
+void estimate_dialog::command(int id)
+{
+    if (id == IDOK && !running_) start();
+    if (id != IDCANCEL) return;
+    if (running_)
+        stop();
+    else
+        ShowWindow(handle(), SW_HIDE);
+}
+
+void estimate_dialog::start()
+{
+    const auto options = chosen();
+    if (options.free.empty()) return say("Tick the coefficients to search.");
+    const auto [wave, setup] = listener_.begin();
+    running_ = std::make_unique<running_estimate>(wave, setup, options);
+    say("Searching ...");
+    show_progress(0);
+    enable(true);
+    SetFocus(GetDlgItem(handle(), IDCANCEL));
+    SetTimer(handle(), poll_timer, poll_ms, nullptr);
+}
+
+void estimate_dialog::poll()
+{
+    if (!running_) return;
+    if (running_->has_ended()) return finish();
+    show_progress(running_->fraction());
+    if (const auto best = running_->take_best(); best && !running_->stopping()) listener_.preview(*best);
+}
+
+void estimate_dialog::finish()
+{
+    KillTimer(handle(), poll_timer);
+    const auto ended = std::move(running_);
+    enable(false);
+    const auto& result = ended->result();
+    if (result && !result->stopped && !ended->stopping()) {
+        say(text_of(*result));
+        show_progress(1);
+        return listener_.finished(*result);
+    }
+    say(result ? "Stopped. The coefficients stay as they are." : ended->failure());
+    show_progress(0);
+    listener_.given_up();
+}
+
+estimate_options estimate_dialog::chosen() const
+{
+    estimate_options options;
+    options.free.clear();
+    for (const auto& about : lens::all_coefficients)
+        if (IsDlgButtonChecked(handle(), box_of(about.which)) == BST_CHECKED) options.free.push_back(about.which);
+    options.threads = std::max<std::ptrdiff_t>(processors() - 1, 1);  // one for the windows
+    return options;
+}
+
+void estimate_dialog::say(const std::string& text)
+{
+    SetDlgItemTextW(handle(), IDC_ESTIMATE_TEXT, widen(text).c_str());
+}
+
+void estimate_dialog::show_progress(double fraction)
+{
+    SendDlgItemMessageW(handle(), IDC_ESTIMATE_BAR, PBM_SETPOS, static_cast<WPARAM>(fraction * progress_steps), 0);
+}
+
+void estimate_dialog::enable(bool searching)
+{
+    for (const auto& about : lens::all_coefficients)
+        EnableWindow(GetDlgItem(handle(), box_of(about.which)), !searching);
+    EnableWindow(GetDlgItem(handle(), IDOK), !searching);
+    SetDlgItemTextW(handle(), IDCANCEL, searching ? L"Stop" : L"Close");
+}
+
+INT_PTR CALLBACK estimate_dialog::procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) noexcept
+{
+    try {
+        if (message == WM_INITDIALOG) SetWindowLongPtrW(dialog, DWLP_USER, lparam);
+        auto* const self = reinterpret_cast<estimate_dialog*>(GetWindowLongPtrW(dialog, DWLP_USER));
+        if (!self || !self->dialog_) return FALSE;  // while it is created or destroyed
+        if (message == WM_TIMER) self->poll();
+        if (message == WM_COMMAND) self->command(LOWORD(wparam));
+        return message == WM_TIMER || message == WM_COMMAND;
+    } catch (...) {
+        window::report_exception();
+        return TRUE;
+    }
+}
+
+}  // namespace zentrix::host
