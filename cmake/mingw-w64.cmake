@@ -9,8 +9,8 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE BOTH)  # the header-only libraries of the build machine serve both targets
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE BOTH)
-# GCC assumes that an inline function changes no more registers than its copy in the same object. The linker may keep the
-# copy of another object, compiled with other options, which changes more. On Linux, GCC does not assume this.
+# GCC assumes that an inline function changes no more registers than its copy in the same object. The linker may keep
+# the copy of another object, compiled with other options, which changes more. On Linux, GCC does not assume this.
 set(CMAKE_C_FLAGS_INIT "-fno-ipa-ra")
 set(CMAKE_CXX_FLAGS_INIT "-fno-ipa-ra")
 # Runtime libraries are linked statically, so that the DLL and the program run on a machine without them.

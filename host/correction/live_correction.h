@@ -27,7 +27,8 @@ class live_correction
     /// Throws  script_error with the library's message, or "There is not enough memory for this picture."; the same
     ///         again until the next `set`
     const image_ref& result();
-    /// The wave that is corrected, in an image of its own. Throws  std::bad_alloc, or script_error for too little memory
+    /// The wave that is corrected, in an image of its own.
+    /// Throws  std::bad_alloc, or script_error for too little memory
     image_ref source();
     /// Makes the result the source of further corrections.
     /// Throws  as `result`, or std::bad_alloc or script_error for too little memory; the source is then as it was
