@@ -7,10 +7,12 @@
 #include "host/files/png.h"
 #include "host/parallel/for_each_row.h"
 #include "host/parameters/parameter_file.h"
+#include "host/parameters/record.h"
 #include "host/program/commands.h"
 #include "host/program/ctf_figure.h"
 #include "host/program/describe.h"
 #include "host/program/lens_options.h"
+#include "host/program/result_record.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 #include "lens/numbers.h"
@@ -122,6 +124,40 @@ json as_json(const transfer_function& made)
             {"envelope", profile.envelope}};
 }
 
+host::provenance provenance_of(const host::parameter_set& used, const global_options& global)
+{
+    host::provenance made{.command = global.words, .inputs = {}};
+    made.command.insert(made.command.begin(), "zentrix");
+    made.parameters = used;
+    made.program = host::program_facts({}, false);
+    return made;
+}
+
+/// Writes the outputs and their record.
+void write(const ctf_request& request, const transfer_function& function, const host::provenance& made)
+{
+    std::vector<std::filesystem::path> files;
+    for (const auto& name : request.outputs) files.push_back(host::system_path(name));
+    if (files.empty()) return;
+    const auto record = host::record_path(files);
+    std::vector<host::recorded_result> results;
+    for (const auto& name : request.outputs) {
+        const auto file = host::system_path(name);
+        const bool is_image = !ends_with(name, ".csv") && !ends_with(name, ".png");
+        if (ends_with(name, ".csv"))
+            write_profile(name, function.profile);
+        else if (is_image)
+            host::write_image(file, *function.square);
+        else {
+            auto texts = host::texts_of(made);
+            texts.emplace_back("Title", function.title);
+            host::write_png(file, paint(function), texts);
+        }
+        results.push_back({file, is_image ? function.square.get() : nullptr});
+    }
+    finish_with_record(record, made, results);
+}
+
 void run(const ctf_request& request, const global_options& global)
 {
     host::parameter_set used = request.given;
@@ -131,14 +167,7 @@ void run(const ctf_request& request, const global_options& global)
     if (!used.pixel_nm) throw usage_error{"--pixel is required"};
     check_outputs(request);
     const transfer_function made = computed(request, used);
-    for (const auto& name : request.outputs) {
-        if (ends_with(name, ".csv"))
-            write_profile(name, made.profile);
-        else if (ends_with(name, ".png"))
-            host::write_png(host::system_path(name), paint(made), {{"Title", made.title}});
-        else
-            host::write_image(host::system_path(name), *made.square);
-    }
+    write(request, made, provenance_of(used, global));
     if (global.json) {
         json done = as_json(made);
         done["wavelength_nm"] = host::wavelength_of(used);

@@ -57,9 +57,9 @@ host::provenance provenance_of(const hologram_request& request, const hologram_o
     return made;
 }
 
-/// Writes the results and their record.
-void write(const hologram_request& request, const hologram_outcome& done, const std::filesystem::path& record,
-           const global_options& global)
+/// Writes the results and their record. Returns what the picture shows, if there is one.
+std::optional<host::shown_range> write(const hologram_request& request, const hologram_outcome& done,
+                                       const std::filesystem::path& record, const global_options& global)
 {
     std::vector<host::recorded_result> results;
     for (const auto& file : files_of(request)) {
@@ -67,9 +67,10 @@ void write(const hologram_request& request, const hologram_outcome& done, const 
         results.push_back({file, is_picture_name(host::utf8_path(file)) ? nullptr : pixels.get()});
     }
     const auto made = provenance_of(request, done, global);
-    write_result(request.output, request.picture, *done.result, host::texts_of(made));
+    const auto shown = write_result(request.output, request.picture, *done.result, host::texts_of(made));
     if (!request.wave.empty()) host::write_image(host::system_path(request.wave), *done.wave);
     finish_with_record(record, made, results);
+    return shown;
 }
 
 void run(hologram_request& request, const global_options& global)
@@ -79,15 +80,21 @@ void run(hologram_request& request, const global_options& global)
     step_times times;
     const auto done = compute(request, global, times);
     warn_if_doubtful(request, done.report);
-    if (request.result_is_phase()) request.picture.shown = host::display_mode::real;
-    times.measure("write", [&] { write(request, done, record, global); });
+    if (request.result_is_phase()) {
+        request.picture.shown = host::display_mode::real;
+        request.picture.quantity = request.in_degrees ? "phase (\u00b0)" : "phase (rad)";
+    }
+    const auto shown = times.measure("write", [&] { return write(request, done, record, global); });
     if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
     if (global.json) {
         auto described = as_json(request, done);
+        if (shown) described["picture"] = as_json(*shown);
         if (request.timing) described["seconds"] = times.as_json();
         print(described);
-    } else
+    } else {
         std::cout << text_of(request, done);
+        if (shown) std::cout << "picture: " << one_line(*shown) << '\n';
+    }
 }
 
 void set_sideband(host::hologram_options& options, const std::string& word)

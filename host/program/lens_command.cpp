@@ -121,6 +121,7 @@ void add_lens_command(CLI::App& app, const global_options& global, lens::directi
                     " wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -62 --A1 14@35\n  zentrix " + name +
                     " \"waves/*.npy\" -o results/ --params out.json --jobs 4\n  zentrix " + name +
                     " wave.npy -o stack.npy --kv 300 --pixel 0.02 --C1 -60:60:5\n\n"
+                    "START:STOP:STEP of one coefficient makes a stack, a plane for each value.\n"
                     "C1 < 0 is underfocus. docs/conventions.md explains axes, signs and formulas, docs/many-files.md\n"
                     "folders, --continue and sweeps.");
     command->callback([&global, request] { run(*request, global); });

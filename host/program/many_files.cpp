@@ -134,7 +134,7 @@ void add_result_options(CLI::App& command, many_files& files)
         ->group("Many files");
     command
         .add_flag("--continue", files.resumes,
-                  "Skip files whose result is complete: its record has the same input, parameters and program")
+                  "Skip files whose result is complete: its record has the same input, parameters and options")
         ->group("Many files");
     add_jobs_option(command, files);
 }
