@@ -34,7 +34,9 @@ TEST(Ctf, WritesTheSameNumbersAsImageAndProfile)
         if (i % 125 != 0 || i == 4000) continue;  // a pixel is 10 / 32
         EXPECT_NEAR(square->at<float>(32 + i / 125, 32), contrast, 1e-6) << i;
     }
-    EXPECT_EQ(zentrix::host::read_png_texts(bench / "c.png").front().first, "Title");
+    EXPECT_EQ(zentrix::host::read_png_texts(bench / "c.png").back().first, "Title");
+    EXPECT_THAT(bench.zentrix("ctf -o again.npy --size 64 --params c.json").text(), StartsWith("0 contrast transfer"));
+    EXPECT_EQ(zentrix::host::read_npy(bench / "again.npy")->fingerprint(), square->fingerprint());
 
     for (const auto& [words, text] :
          {std::pair{"ctf -o c.txt --kv 300 --pixel 0.05", "1 zentrix: c.txt: cannot be written"},
