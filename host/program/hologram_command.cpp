@@ -67,7 +67,7 @@ std::optional<host::shown_range> write(const hologram_request& request, const ho
         results.push_back({file, is_picture_name(host::utf8_path(file)) ? nullptr : pixels.get()});
     }
     const auto made = provenance_of(request, done, global);
-    const auto shown = write_result(request.output, request.picture, *done.result, host::texts_of(made));
+    auto shown = write_result(request.output, request.picture, *done.result, host::texts_of(made));
     if (!request.wave.empty()) host::write_image(host::system_path(request.wave), *done.wave);
     finish_with_record(record, made, results);
     return shown;
