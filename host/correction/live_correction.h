@@ -27,6 +27,10 @@ class live_correction
     /// Throws  script_error with the library's message, or "There is not enough memory for this picture."; the same
     ///         again until the next `set`
     const image_ref& result();
+    /// The spectrum of the source. It is not changed later, so it may be kept for `use_spectrum`.
+    const image_ref& spectrum() const noexcept { return spectrum_; }
+    /// Makes a spectrum the source of further corrections, which `spectrum` has returned before.
+    void use_spectrum(const image_ref& spectrum);
     /// The wave that is corrected, in an image of its own.
     /// Throws  std::bad_alloc, or script_error for too little memory
     image_ref source();

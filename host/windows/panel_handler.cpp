@@ -10,6 +10,20 @@
 
 namespace zentrix::host {
 
+namespace {
+
+lens::optics optics_of(const lens::aberrations& lens, const microscope& scope)
+{
+    lens::optics setup;
+    setup.wavelength_nm = lens::electron_wavelength(scope.kilovolts);
+    setup.pixel_nm = scope.pixel_nm;
+    setup.spread = scope.spread;
+    setup.lens = lens;
+    return setup;
+}
+
+}  // namespace
+
 std::shared_ptr<panel_handler> panel_handler::make(engine& engine, const image_ref& wave, const microscope& scope,
                                                    const panel_start& start, panel_view& view)
 {
@@ -54,15 +68,7 @@ void panel_handler::add_methods()
     add("OnClose", "", [this](std::int64_t) { view_->panel_closed(); });
 }
 
-lens::optics panel_handler::optics() const
-{
-    lens::optics setup;
-    setup.wavelength_nm = lens::electron_wavelength(scope_.kilovolts);
-    setup.pixel_nm = scope_.pixel_nm;
-    setup.spread = scope_.spread;
-    setup.lens = coefficients();
-    return setup;
-}
+lens::optics panel_handler::optics() const { return optics_of(coefficients(), scope_); }
 
 lens::aberrations panel_handler::coefficients() const
 {
@@ -97,13 +103,16 @@ void panel_handler::set(const lens::aberrations& lens, const microscope& scope)
     }
 }
 
+void panel_handler::set_correction(const lens::aberrations& lens, const microscope& scope)
+{
+    const auto damping = scope.damped ? lens::damping::on : lens::damping::off;
+    correction_.set(lens::arguments_for(optics_of(lens, scope), correction_.width(), correction_.height(),
+                                        lens::direction::remove, damping));
+}
+
 void panel_handler::preview(const lens::aberrations& lens)
 {
-    auto setup = optics();
-    setup.lens = lens;
-    const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
-    correction_.set(
-        lens::arguments_for(setup, correction_.width(), correction_.height(), lens::direction::remove, damping));
+    set_correction(lens, scope_);
     previewing_ = true;
     view_->pictures_changed();
 }
@@ -111,10 +120,8 @@ void panel_handler::preview(const lens::aberrations& lens)
 void panel_handler::change()
 {
     previewing_ = false;
-    const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
     try {
-        correction_.set(
-            lens::arguments_for(optics(), correction_.width(), correction_.height(), lens::direction::remove, damping));
+        set_correction(coefficients(), scope_);
     } catch (const std::invalid_argument& problem) {
         correction_.set_failure(problem.what());
         throw;
@@ -124,10 +131,41 @@ void panel_handler::change()
 
 void panel_handler::apply()
 {
+    const image_ref former = correction_.spectrum();
     correction_.accept();
+    if (applied_.empty()) first_spectrum_ = former;
     applied_.emplace_back(coefficients(), scope_);
     write_coefficients({});
     change();
+}
+
+void panel_handler::restore(const panel_state& wanted)
+{
+    if (wanted.applied != applied_) remake_source(wanted);
+    scope_ = wanted.scope;
+    write_coefficients(wanted.lens);
+    change();
+}
+
+void panel_handler::remake_source(const panel_state& wanted)
+{
+    const image_ref former = correction_.spectrum();
+    const bool continues =
+        applied_.size() < wanted.applied.size() && std::equal(applied_.begin(), applied_.end(), wanted.applied.begin());
+    try {
+        if (!continues) correction_.use_spectrum(first_spectrum_);
+        for (std::size_t i = continues ? applied_.size() : 0; i < wanted.applied.size(); ++i) {
+            set_correction(wanted.applied[i].first, wanted.applied[i].second);
+            correction_.accept();
+        }
+    } catch (...) {
+        correction_.use_spectrum(former);
+        change();
+        throw;
+    }
+    if (applied_.empty()) first_spectrum_ = former;
+    applied_ = wanted.applied;
+    if (applied_.empty()) first_spectrum_.reset();
 }
 
 void panel_handler::change_display(std::int64_t mode)

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "host/parameters/edit_history.h"
 #include "host/parameters/record.h"
 #include "host/windows/estimate_dialog.h"
 #include "host/windows/floating_frame.h"
@@ -83,7 +84,16 @@ class panel_program : private panel_view
     provenance provenance_of(const std::filesystem::path& result) const;
     void show_estimate_dialog();
     void accept_estimate(const estimate& found);
-    void undo_estimate();
+
+    /// Records the present state of the handler as an edit, if it differs from the last one.
+    void note_edit();
+    /// Makes an edit that is a step of its own with this name.
+    void edit_as(const std::string& name, const std::function<void()>& edit);
+    /// Undoes or redoes a step.
+    void travel(bool back);
+    void show_history();
+    /// Ends the present step of the history at each press of the mouse button and when the keys go to another control.
+    void follow_gesture(const MSG& message);
     void save_parameters();
     void load_parameters();
     void start_timers();
@@ -101,8 +111,10 @@ class panel_program : private panel_view
     std::unique_ptr<floating_frame> frame_;
     std::unique_ptr<estimate_dialog> estimate_;         ///< null until it is first shown
     HACCEL keys_ = nullptr;                             ///< a resource, freed by the system
-    std::optional<lens::aberrations> before_estimate_;  ///< for undo
-    std::size_t applied_before_estimate_ = 0;
+    std::optional<edit_history<panel_state>> history_;  ///< null until the handler exists
+    std::string edit_name_;  ///< of the edit that is being made; empty: named by what differs
+    bool restoring_ = false;
+    std::pair<UINT, HWND> gesture_{};  ///< message and control of the last one
     bool alerting_ = false;
 };
 

@@ -15,7 +15,8 @@ void panel_program::command(unsigned id)
         case IDM_PANEL: return show_panel(!frame_->visible());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
         case IDM_ESTIMATE: return show_estimate_dialog();
-        case IDM_UNDO_ESTIMATE: return undo_estimate();
+        case IDM_UNDO: return travel(true);
+        case IDM_REDO: return travel(false);
         case IDM_PHASE_COLOURS: return colour_phases(wave_window_->phase_palette() == palette::grey);
     }
 }

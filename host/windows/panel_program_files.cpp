@@ -4,6 +4,7 @@
 
 #include "host/files/image_file.h"
 #include "host/parameters/parameter_file.h"
+#include "host/parameters/parameter_text.h"
 #include "host/text/system_path.h"
 #include "host/windows/file_dialog.h"
 #include "host/windows/panel_parameters.h"
@@ -57,7 +58,7 @@ void panel_program::load_parameters()
     const auto file = ask_file(wave_window_->handle(), {true, parameter_files, L"json", L""});
     if (file.empty()) return;
     const auto [lens, scope, note] = for_panel(read_parameters(file), handler_->scope());
-    handler_->set(lens, scope);
+    edit_as("load", [&, &shown_lens = lens, &shown_scope = scope] { handler_->set(shown_lens, shown_scope); });
     if (!note.empty()) alert(note);
 }
 
