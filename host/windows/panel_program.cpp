@@ -80,6 +80,7 @@ void panel_program::make_windows()
 {
     wave_window_ =
         std::make_unique<image_window>(options_.title, nullptr, size_, [this] { return handler_->result(); });
+    wave_window_->add_status_line({handler_->scope().pixel_nm, options_.not_finite});
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
     win32::unique_menu menu{LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU))};
@@ -99,7 +100,7 @@ void panel_program::place_windows()
         SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     };
     // The menu reduced the client area, so the window is resized.
-    RECT around{0, 0, size_.cx, size_.cy};
+    RECT around{0, 0, size_.cx, size_.cy + wave_window_->status_height()};
     AdjustWindowRect(&around, WS_OVERLAPPEDWINDOW, TRUE);
     SetWindowPos(wave_window_->handle(), nullptr, margin, margin, around.right - around.left,
                  around.bottom - around.top, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -273,7 +274,10 @@ void panel_program::load_parameters()
 void panel_program::pictures_changed()
 {
     if (estimate_ && !handler_->previewing()) estimate_->stop();  // the user has changed what it searches
-    if (wave_window_) wave_window_->refresh();
+    if (wave_window_) {
+        wave_window_->set_pixel_nm(handler_->scope().pixel_nm);
+        wave_window_->refresh();
+    }
     if (transfer_window_) transfer_window_->refresh();
 }
 
