@@ -1,5 +1,5 @@
-// Readers of image files: whatever the bytes are, a file is read or refused, in memory that its size justifies. An image
-// that was read can be written and read again. The first byte chooses the extension, the others are the file.
+// Readers of image files: whatever the bytes are, a file is read or refused, in memory that its size justifies. An
+// image that was read can be written and read again. The first byte chooses the extension, the others are the file.
 #include <cmath>
 
 #include "host/files/file_error.h"

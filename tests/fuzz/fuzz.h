@@ -13,8 +13,8 @@
 #include <type_traits>
 #include <vector>
 
-/// A harness is a source that defines `LLVMFuzzerTestOneInput` and `fuzz::seeds`. In the preset `fuzz` it is linked with
-/// libFuzzer, in the others with driver.cpp.
+/// A harness is a source that defines `LLVMFuzzerTestOneInput` and `fuzz::seeds`. In the preset `fuzz` it is linked
+/// with libFuzzer, in the others with driver.cpp.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace fuzz {

@@ -89,7 +89,7 @@ std::vector<std::string> fuzz::seeds()
             "tilt": [0.5, -2], "C3": {"value": 1200, "unit": "um", "uncertainty": 3}, "comment": "text"})",
         R"({"C10": -62, "C12": 140, "phi12": 0.5, "C30": 1e6, "frame": {"length": "A", "angle": "rad"}})",
         R"({"C10": -62, "C12a": 14, "C12b": 3, "frame": {"length": "nm", "clockwise": true, "zero": 90}})",
-        R"({"notation": "corrector", "C1": -62, "A1": 14, "phiA1": 3, "B2": 5, "frame": {"length": "nm", "angle": "deg"}})",
+        R"({"notation": "corrector", "C1": -62, "A1": 14, "phiA1": 3, "frame": {"length": "nm", "angle": "deg"}})",
         R"({"c_1_0": {"magnitude": -62, "units": "nm"}, "c_1_2_a": {"magnitude": 3, "units": "nm"},
             "c_1_2_b": {"magnitude": 3, "units": "nm"}})",
         R"({"a": [[[[{"b": null}]]], 1e308, "\ud83d\ude00\u0000"], "kv": true})"};
