@@ -107,7 +107,10 @@ void panel_program::pictures_changed()
 {
     note_edit();
     if (estimate_ && !handler_->previewing()) estimate_->stop();  // the user has changed what it searches
-    if (wave_window_) wave_window_->refresh();
+    if (wave_window_) {
+        wave_window_->set_pixel_nm(handler_->scope().pixel_nm);
+        wave_window_->refresh();
+    }
     if (transfer_window_) transfer_window_->refresh();
 }
 

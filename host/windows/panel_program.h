@@ -23,6 +23,7 @@ struct panel_program_options
     std::optional<unsigned> quit_after_ms = {};  ///< the program then shows no message boxes
     panel_start start = {};
     palette phase_palette = palette::grey;
+    std::size_t not_finite = 0;  ///< pixels of the file's wave that were replaced because they are not finite
     std::optional<recorded_input> input = {};  ///< the file of the wave, for the records of results
     nlohmann::ordered_json program = {};       ///< see program_facts
 };

@@ -21,6 +21,7 @@ void panel_program::make_windows(SIZE wave)
     size_ = zoomed_to_fit(wave, {largest_picture, largest_picture});
     wave_window_ =
         std::make_unique<image_window>(options_.title, nullptr, size_, [this] { return handler_->result(); });
+    wave_window_->add_status_line({handler_->scope().pixel_nm, options_.not_finite});
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
     win32::unique_menu menu{LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU))};
@@ -40,7 +41,7 @@ void panel_program::place_windows()
         SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     };
     // The menu reduced the client area, so the window is resized.
-    RECT around{0, 0, size_.cx, size_.cy};
+    RECT around{0, 0, size_.cx, size_.cy + wave_window_->status_height()};
     AdjustWindowRect(&around, WS_OVERLAPPEDWINDOW, TRUE);
     SetWindowPos(wave_window_->handle(), nullptr, margin, margin, around.right - around.left,
                  around.bottom - around.top, SWP_NOZORDER | SWP_NOACTIVATE);
