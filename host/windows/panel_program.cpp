@@ -78,8 +78,7 @@ void panel_program::listen()
 
 void panel_program::make_windows()
 {
-    wave_window_ =
-        std::make_unique<image_window>(options_.title, nullptr, size_, [this] { return handler_->result(); });
+    wave_window_ = std::make_unique<image_window>(options_.title, nullptr, size_, handler_->pictures());
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
     win32::unique_menu menu{LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU))};
@@ -289,9 +288,9 @@ void panel_program::show_transfer_function(bool shown)
 
 void panel_program::make_transfer_window()
 {
-    transfer_window_ = std::make_unique<image_window>("Phase contrast transfer function", wave_window_->handle(),
-                                                      SIZE{size_.cx / 2, size_.cy / 2},
-                                                      [this] { return handler_->transfer_function(); });
+    transfer_window_ =
+        std::make_unique<image_window>("Phase contrast transfer function", wave_window_->handle(),
+                                       SIZE{size_.cx / 2, size_.cy / 2}, handler_->transfer_function_pictures());
     transfer_window_->set_limits({-1, 1});
     transfer_window_->on_close([this] { handler_->set_transfer_function(false); });
     RECT frame;
@@ -313,6 +312,7 @@ void panel_program::panel_closed()
 void panel_program::take_screenshots()
 {
     KillTimer(wave_window_->handle(), screenshot_timer);
+    wave_window_->shown();  // waits for it
     for (const HWND window : {wave_window_->handle(), frame_->handle()})
         RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     if (const auto file = std::exchange(options_.screenshot, {}); !file.empty())
@@ -338,14 +338,14 @@ void panel_program::alert(const std::string& text)
 
 std::string panel_program::costs() const
 {
-    const auto& computed = handler_->correction().spent();
+    const auto& computed = handler_->pictures().spent();
     const auto& drawn = wave_window_->spent();
     const auto each = [](std::chrono::duration<double> sum, int count) {
         return count == 0 ? 0 : 1000 * sum.count() / count;
     };
     const double transfer = each(computed.transfer, computed.computed);
     const double transform = each(computed.transform, computed.computed);
-    const double shades = each(drawn.mapping, drawn.drawn), screen = each(drawn.painting, drawn.drawn);
+    const double shades = each(computed.shades, computed.computed), screen = each(drawn.painting, drawn.drawn);
     char text[200];
     std::snprintf(text, sizeof text,
                   "%d pictures, %.1f ms each: transfer function %.1f, transform %.1f, shades %.1f, screen %.1f",
