@@ -1,8 +1,12 @@
 #include "host/windows/image_window.h"
 
+#include <windowsx.h>
+
 #include <algorithm>
+#include <cmath>
 
 #include "host/objects/value.h"
+#include "host/pictures/pointer_text.h"
 #include "host/pictures/zoom.h"
 #include "host/text/encoding.h"
 
@@ -61,14 +65,14 @@ void image_window::refresh()
 
 picture_request image_window::request(bool full) const
 {
-    RECT client;
-    GetClientRect(handle(), &client);
-    const SIZE size = zoomed_to_fit({source_.width(), source_.height()}, {client.right, client.bottom});
+    const RECT area = picture_area();
+    const SIZE size = zoomed_to_fit({source_.width(), source_.height()}, {area.right, area.bottom});
+    const double across = static_cast<double>(size.cx) / source_.width(),
+                 down = static_cast<double>(size.cy) / source_.height();
     return {.mode = mode_,
             .shades = mode_ == display_mode::phase ? phase_palette_ : palette::grey,
             .limits = limits_,
-            .zoom = std::max(static_cast<double>(size.cx) / source_.width(),
-                             static_cast<double>(size.cy) / source_.height()),
+            .zoom = std::max(across, down),
             .full = full};
 }
 
@@ -80,10 +84,8 @@ void image_window::take_picture()
 void image_window::show_picture(rendered_picture&& rendered)
 {
     pending_ = false;
-    if (!rendered.failure.empty()) {
-        if (rendered.is_known) return;
-        throw script_error{rendered.failure};
-    }
+    if (rendered.is_known) return;
+    if (!rendered.failure.empty()) throw script_error{rendered.failure};
     rendered_ = std::move(rendered);
     zoom_is_stale_ = true;
     InvalidateRect(handle(), IsRectEmpty(&place_) ? nullptr : &place_, FALSE);
@@ -131,14 +133,69 @@ LRESULT image_window::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
         case WM_PAINT: return paint(), 0;
         case WM_ERASEBKGND: return 1;  // painting covers the whole area
         case picture_ready: return take_picture(), 0;
-        case WM_SIZE: return rendered_.is_full ? void() : refresh(), 0;
-        case WM_TIMER:
-            if (wparam == rest_timer) return refine(), 0;
-            return window::handle_message(message, wparam, lparam);
+        case WM_SIZE:
+            if (status_) status_->place();
+            if (!rendered_.is_full) refresh();
+            return 0;
+        case WM_TIMER: return wparam == rest_timer ? refine() : void(), 0;
+        case WM_MOUSEMOVE: return mouse_moved({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}), 0;
+        case WM_MOUSELEAVE: return tracks_mouse_ = false, mouse_moved({-1, -1}), 0;
         case WM_CLOSE: return close_ ? close_() : void(), 0;
         case WM_COMMAND: return command_ ? command_(LOWORD(wparam)) : void(), 0;
         default: return window::handle_message(message, wparam, lparam);
     }
+}
+
+void image_window::add_status_line(const image_facts& facts)
+{
+    facts_ = facts;
+    status_.emplace(handle());
+    if (facts.not_finite > 0)
+        status_->note(std::to_string(facts.not_finite) + (facts.not_finite == 1 ? " pixel" : " pixels") +
+                      " not finite");
+    status_->place();
+}
+
+void image_window::say(const std::string& text)
+{
+    if (status_) status_->say(text);
+}
+
+RECT image_window::picture_area() const
+{
+    RECT area;
+    GetClientRect(handle(), &area);
+    area.bottom = std::max(0L, area.bottom - status_height());
+    return area;
+}
+
+void image_window::mouse_moved(POINT at)
+{
+    if (!status_ || !rendered_.values) return;
+    if (!PtInRect(&place_, at)) return status_->point("");
+    if (!tracks_mouse_) {
+        TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, handle(), 0};
+        tracks_mouse_ = TrackMouseEvent(&leave);
+    }
+    const auto pixel_of = [&](std::uint32_t columns, std::uint32_t rows) {
+        const auto along = [](LONG from_edge, LONG length, std::uint32_t pixels) {
+            return static_cast<std::uint32_t>(std::int64_t{from_edge} * pixels / length);
+        };
+        return pixel_place{along(at.x - place_.left, place_.right - place_.left, columns),
+                           along(at.y - place_.top, place_.bottom - place_.top, rows)};
+    };
+    const image& values = *rendered_.values;
+    const auto place =
+        pixel_of(static_cast<std::uint32_t>(source_.width()), static_cast<std::uint32_t>(source_.height()));
+    status_->point(value_text(values, pixel_of(values.size(0), values.size(1)), mode_) + "    " +
+                   place_text(place, facts_.pixel_nm));
+}
+
+void image_window::show_facts()
+{
+    if (!status_ || !rendered_.values) return;
+    const double percent = 100.0 * (place_.right - place_.left) / source_.width();
+    status_->zoom(std::to_string(std::lround(percent)) + " %");
 }
 
 void image_window::paint()
@@ -157,13 +214,12 @@ void image_window::paint()
 
 void image_window::draw(HDC to)
 {
-    RECT client;
-    GetClientRect(handle(), &client);
-    if (rendered_.shades.width == 0) {
+    RECT client = picture_area();
+    if (!rendered_.values) {
         FillRect(to, &client, background());
         return;
     }
-    const SIZE size = zoomed_to_fit({rendered_.shades.width, rendered_.shades.height}, {client.right, client.bottom});
+    const SIZE size = zoomed_to_fit({source_.width(), source_.height()}, {client.right, client.bottom});
     place_ = {(client.right - size.cx) / 2, (client.bottom - size.cy) / 2, (client.right + size.cx) / 2,
               (client.bottom + size.cy) / 2};
     if (const SIZE present = zoomed_.size(); zoom_is_stale_ || present.cx != size.cx || present.cy != size.cy) {
@@ -171,6 +227,7 @@ void image_window::draw(HDC to)
         zoom(rendered_.shades, size.cx, size.cy, zoomed_.pixels());
         zoom_is_stale_ = false;
     }
+    show_facts();
     zoomed_.draw(to, place_.left, place_.top);
     ExcludeClipRect(to, place_.left, place_.top, place_.left + size.cx, place_.top + size.cy);
     FillRect(to, &client, background());

@@ -6,9 +6,17 @@
 
 #include "host/correction/picture_supply.h"
 #include "host/windows/canvas.h"
+#include "host/windows/status_line.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {
+
+/// What the status line of an image_window says of the image.
+struct image_facts
+{
+    double pixel_nm = 0;         ///< 0: unknown
+    std::size_t not_finite = 0;  ///< pixels that were replaced because they are not finite
+};
 
 /// Shows an image, zoomed to fit the window, in one of the five display modes, grey between sampled_limits. Pictures
 /// are requested at the window's resolution when the image has changed, and at the image's own when it has not changed
@@ -32,6 +40,14 @@ class image_window : public window
     palette phase_palette() const noexcept { return phase_palette_; }
     /// Shows real values as grey between fixed limits. The title then has no mode.
     void set_limits(grey_limits limits);
+
+    /// Adds a line below the picture: value and position of the pixel under the mouse, the facts and the zoom.
+    void add_status_line(const image_facts& facts);
+    /// To be called when the pixel size has changed.
+    void set_pixel_nm(double pixel_nm) { facts_.pixel_nm = pixel_nm; }
+    int status_height() const { return status_ ? status_->height() : 0; }
+    /// Shows a message in the status line until the next one; an empty text ends it.
+    void say(const std::string& text);
 
     /// The present picture at full resolution; waits for it. The last one if it cannot be made.
     /// Throws  script_error with the reason, once
@@ -61,6 +77,9 @@ class image_window : public window
     void refine();
     void paint();
     void draw(HDC to);
+    RECT picture_area() const;
+    void mouse_moved(POINT at);
+    void show_facts();
 
     std::string title_;
     picture_supply& source_;
@@ -73,6 +92,9 @@ class image_window : public window
     canvas zoomed_;              ///< its shades as large as the window shows them
     bool zoom_is_stale_ = true;
     RECT place_{};  ///< of it in the client area; empty before it is first drawn
+    image_facts facts_;
+    std::optional<status_line> status_;
+    bool tracks_mouse_ = false;
     std::function<void()> close_;
     std::function<void(unsigned)> command_;
     costs spent_;
