@@ -79,6 +79,9 @@ class panel_handler : public script_object
     live_pictures& pictures() noexcept { return pictures_; }
     transfer_pictures& transfer_function_pictures() noexcept { return transfer_pictures_; }
 
+    int width() const noexcept { return correction_.width(); }
+    int height() const noexcept { return correction_.height(); }
+
     const microscope& scope() const noexcept { return scope_; }
     /// The coefficients that the panel shows.
     lens::aberrations coefficients() const;

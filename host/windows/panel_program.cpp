@@ -6,6 +6,7 @@
 
 #include "host/text/encoding.h"
 #include "host/text/system_path.h"
+#include "host/windows/resource.h"
 
 namespace zentrix::host {
 
@@ -53,7 +54,9 @@ void panel_program::listen()
     window::on_failure([this](const std::string& text) { alert(text); });
     handler_->on_call([this](const std::string& call) {
         log("call " + call);
-        if (call == "OnChange") note_edit();  // the panel has written its tags
+        if (call != "OnChange") return;
+        note_edit();  // the panel has written its tags
+        refresh_table();
     });
     handler_->tags()->on_write(
         [this](std::string_view path, const tag& value) { log("tag " + std::string{path} + " = " + text_of(value)); });
@@ -106,11 +109,12 @@ void panel_program::dispatch(MSG& message)
 void panel_program::pictures_changed()
 {
     note_edit();
+    if (!handler_ || !wave_window_) return;
+    if (!said_.empty()) say("");
+    refresh_table();
     if (estimate_ && !handler_->previewing()) estimate_->stop();  // the user has changed what it searches
-    if (wave_window_) {
-        wave_window_->set_pixel_nm(handler_->scope().pixel_nm);
-        wave_window_->refresh();
-    }
+    wave_window_->set_pixel_nm(handler_->scope().pixel_nm);
+    wave_window_->refresh();
     if (transfer_window_) transfer_window_->refresh();
 }
 
@@ -138,10 +142,33 @@ void panel_program::alert(const std::string& text)
 {
     log("alert " + text);
     std::fprintf(stderr, "zentrix: %s\n", text.c_str());
-    if (alerting_ || options_.quit_after_ms) return;  // one box at a time; none in an unattended run
-    alerting_ = true;
-    MessageBoxW(wave_window_->handle(), widen(text).c_str(), L"Zentrix", MB_OK | MB_ICONWARNING);
-    alerting_ = false;
+    if (chosen_failed_)
+        show_box(text, MB_ICONWARNING);
+    else
+        say(text);
+}
+
+void panel_program::say(const std::string& text)
+{
+    said_ = text;
+    if (wave_window_) wave_window_->say(text);
+}
+
+void panel_program::show_box(const std::string& text, UINT style)
+{
+    if (boxed_ || options_.quit_after_ms) return;
+    boxed_ = true;
+    MSGBOXPARAMSW box{};
+    box.cbSize = sizeof box;
+    box.hwndOwner = wave_window_->handle();
+    box.hInstance = GetModuleHandleW(nullptr);
+    const std::wstring wide = widen(text);
+    box.lpszText = wide.c_str();
+    box.lpszCaption = L"Zentrix";
+    box.dwStyle = MB_OK | style;
+    box.lpszIcon = MAKEINTRESOURCEW(IDI_PROGRAM);
+    MessageBoxIndirectW(&box);
+    boxed_ = false;
 }
 
 std::string panel_program::costs() const

@@ -57,9 +57,7 @@ void panel_program::load_parameters()
 {
     const auto file = ask_file(wave_window_->handle(), {true, parameter_files, L"json", L""});
     if (file.empty()) return;
-    const auto [lens, scope, note] = for_panel(read_parameters(file), handler_->scope());
-    edit_as("load", [&, &shown_lens = lens, &shown_scope = scope] { handler_->set(shown_lens, shown_scope); });
-    if (!note.empty()) alert(note);
+    show_parameters(read_parameters(file), "load");
 }
 
 }  // namespace zentrix::host

@@ -2,6 +2,7 @@
 #include "tests/windows/at_the_panel.h"
 
 #include "host/parameters/json_file.h"
+#include "host/windows/clipboard.h"
 #include "host/windows/resource.h"
 
 #include <algorithm>
@@ -126,36 +127,50 @@ TEST_F(at_the_panel, ShowsThePhaseContrastTransferFunction)
     EXPECT_FALSE(program_->transfer_window()->visible());
 }
 
-TEST_F(at_the_panel, TheSettingsDialogAcceptsValidNumbersOnly)
+TEST_F(at_the_panel, TheSettingsDialogAcceptsPlausibleNumbersOnly)
 {
     start();
     of_page(0, 5003).type("-30");
     logged();
-    const auto type_and_press = [](const char* kilovolts, WPARAM button) {
-        return [=](HWND dialog) {
-            SetDlgItemTextA(dialog, IDC_KILOVOLTS, kilovolts);
-            SendMessageW(dialog, WM_COMMAND, button, 0);
-        };
+    const auto type = [](HWND dialog, int field, const char* text, WPARAM button) {
+        SetDlgItemTextA(dialog, field, text);
+        SendMessageW(dialog, WM_COMMAND, button, 0);
     };
-    const char too_large[] = "alert The wavelength must be a positive number of nanometres.";
-    for (const auto& [typed, button, expected] : {std::tuple{"80", IDCANCEL, events{"call OnPreferences"}},
-                                                  {"1e300", IDOK, {"call OnPreferences", too_large}}}) {
-        const answer refused{type_and_press(typed, static_cast<WPARAM>(button))};
+    {
+        const answer cancelled{[&](HWND dialog) { type(dialog, IDC_KILOVOLTS, "80", IDCANCEL); }};
         of_panel(5099).send(BM_CLICK);
-        EXPECT_EQ(logged(), expected);
+        EXPECT_EQ(logged(), events{"call OnPreferences"});
         EXPECT_TRUE(equals_command({"--C1", "-30"})) << "the previous settings are kept";
     }
+    const struct
     {
-        int refused = 0;
-        const answer invalid_then_valid{[&](HWND dialog) {
-            const char* const invalid[] = {"0", "-5", "abc", "inf"};
-            type_and_press(refused < 4 ? invalid[refused] : "80", IDOK)(dialog);
-            ++refused;
-        }};
-        press(program_->wave_window().handle(), VK_F3);
-        EXPECT_EQ(refused, 5);
-    }
-    EXPECT_TRUE(equals_command({"--C1", "-30"}, "wave.npy", "80"));
+        int field;
+        const char *typed, *problem;
+    } refused[] = {
+        {IDC_KILOVOLTS, "abc", "The accelerating voltage is not a number."},
+        {IDC_KILOVOLTS, "1,2.3", "The accelerating voltage is not a number."},
+        {IDC_KILOVOLTS, "300000", "300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V."},
+        {IDC_KILOVOLTS, "0", "The accelerating voltage must be a positive number of kilovolts."},
+        {IDC_PIXEL, "2e-11", "The pixel size is 2e-11 nm: are these metres? pixel is in nanometres."},
+        {IDC_PIXEL, "-5", "The pixel size must be a positive number of nanometres."},
+        {IDC_VIBRATION, "-1", "The vibration must not be negative."},
+    };
+    std::size_t next = 0;
+    const answer one_after_another{[&](HWND dialog) {
+        if (next == std::size(refused)) {
+            type(dialog, IDC_KILOVOLTS, " 80,5 ", IDOK);
+            return;
+        }
+        const auto& [field, typed, problem] = refused[next++];
+        const std::string former = control{GetDlgItem(dialog, field)}.text();
+        type(dialog, field, typed, IDOK);
+        EXPECT_EQ(control{GetDlgItem(dialog, IDC_PROBLEM)}.text(), problem);
+        EXPECT_EQ(GetFocus(), GetDlgItem(dialog, field));
+        SetDlgItemTextA(dialog, field, former.c_str());
+    }};
+    type_key(VK_F3);
+    EXPECT_EQ(next, std::size(refused));
+    EXPECT_TRUE(equals_command({"--C1", "-30"}, "wave.npy", "80.5"));
 }
 
 TEST_F(at_the_panel, SavesTheCorrectedWave)
@@ -269,19 +284,24 @@ TEST_F(at_the_panel, AFailedCorrectionIsReportedOnceAndNeitherShownAppliedNorSav
     EXPECT_TRUE(equals_command({"--C1", "-31"}));
 }
 
-TEST_F(at_the_panel, ShowsOneMessageBoxAtATime)
+TEST_F(at_the_panel, SaysWhatFailsWhileTypingAndShowsABoxForACommandOnly)
 {
     start(64, 48, std::nullopt);
     int boxes = 0;
     const answer ok{[&](HWND box) {
         EXPECT_EQ(control{box}.text(), "Zentrix");
-        if (++boxes == 1) SetWindowTextA(of_page(0, 5003).window, "-3e38");  // fails again under the open box
+        if (++boxes == 1) SetWindowTextA(of_page(0, 5003).window, "-3e38");  // fails under the open box
         SendMessageW(box, WM_COMMAND, IDOK, 0);
     }};
     of_page(0, 5003).type("3e38");
-    EXPECT_EQ(logged(), (events{"tag C1 = 3e+38", "call OnChange", "alert C1 is too large.", "tag C1 = -3e+38",
-                                "call OnChange", "alert C1 is too large."}));
+    EXPECT_EQ(logged(), (events{"tag C1 = 3e+38", "call OnChange", "alert C1 is too large."}));
+    EXPECT_EQ(program_->said(), "C1 is too large.");
+    of_page(0, 5003).type("3");
+    EXPECT_EQ(program_->said() + std::to_string(boxes), "0");
+    copy_text(panel(), "an old friend");
+    SendMessageW(program_->wave_window().handle(), WM_COMMAND, IDM_PASTE, 0);
     EXPECT_EQ(boxes, 1);
+    EXPECT_EQ(program_->said(), "C1 is too large.");
 }
 
 TEST_F(at_the_panel, QuitsInTimeWhileADialogIsOpen)
