@@ -3,6 +3,8 @@
 #include <commctrl.h>
 
 #include <cstdio>
+#include <optional>
+#include <stdexcept>
 
 #include "host/objects/value.h"
 #include "host/text/encoding.h"
@@ -79,12 +81,12 @@ void coefficient_table::add_columns()
 {
     for (int i = 0; i < columns; ++i) {
         const column& one = columns_of_table[i];
-        LVCOLUMNW form{};
-        form.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
-        form.fmt = one.format;
-        form.cx = one.width;
-        form.pszText = const_cast<wchar_t*>(one.title);  // the list copies it
-        SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&form));
+        LVCOLUMNW header{};
+        header.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
+        header.fmt = one.format;
+        header.cx = one.width;
+        header.pszText = const_cast<wchar_t*>(one.title);  // the list copies it
+        SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&header));
     }
     for (const auto& about : lens::all_coefficients) {
         std::wstring name = widen(about.name);
@@ -99,11 +101,11 @@ void coefficient_table::add_columns()
 
 void coefficient_table::show(const lens::optics& setup)
 {
-    lens::phase_shifts shifts;
+    std::optional<lens::phase_shifts> shifts;
     std::string heading;
     try {
         shifts = lens::phase_shifts_of(setup);
-        heading = heading_of(shifts);
+        heading = heading_of(*shifts);
     } catch (const std::invalid_argument& problem) {
         heading = problem.what();
     }
@@ -111,11 +113,11 @@ void coefficient_table::show(const lens::optics& setup)
     for (const auto& about : lens::all_coefficients) {
         const int row = static_cast<int>(about.which);
         const lens::polar& value = setup.lens[about.which];
-        const bool matters = shifts.of(about.which) > lens::noticeable_phase_shift;
+        const bool matters = shifts && shifts->of(about.which) > lens::noticeable_phase_shift;
         matters_[static_cast<std::size_t>(row)] = matters;
         set_cell(row, 1, number_text(value.modulus));
         set_cell(row, 3, about.symmetry == 0 ? "" : number_text(value.angle_degrees) + "\u00b0");
-        set_cell(row, 4, shifts.frequency > 0 ? short_number(shifts.of(about.which)) : "");
+        set_cell(row, 4, shifts ? short_number(shifts->of(about.which)) : "");
         set_cell(row, 5, matters ? "yes" : "");
     }
 }

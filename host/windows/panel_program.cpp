@@ -142,7 +142,7 @@ void panel_program::alert(const std::string& text)
 {
     log("alert " + text);
     std::fprintf(stderr, "zentrix: %s\n", text.c_str());
-    if (chosen_failed_)
+    if (std::exchange(chosen_failed_, false))  // what fails under the box is another matter
         show_box(text, MB_ICONWARNING);
     else
         say(text);

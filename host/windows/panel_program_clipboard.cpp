@@ -33,7 +33,7 @@ void panel_program::show_parameters(const parameter_set& set, const std::string&
 {
     const panel_parameters shown = for_panel(set, handler_->scope());
     edit_as(step, [&] { handler_->set(shown.lens, shown.scope); });
-    if (!shown.note.empty()) say(shown.note);
+    if (!shown.note.empty()) alert(shown.note);
 }
 
 }  // namespace zentrix::host

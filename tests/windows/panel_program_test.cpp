@@ -168,6 +168,7 @@ TEST_F(at_the_panel, TheSettingsDialogAcceptsPlausibleNumbersOnly)
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, field));
         SetDlgItemTextA(dialog, field, former.c_str());
     }};
+    SetForegroundWindow(program_->wave_window().handle());
     type_key(VK_F3);
     EXPECT_EQ(next, std::size(refused));
     EXPECT_TRUE(equals_command({"--C1", "-30"}, "wave.npy", "80.5"));
