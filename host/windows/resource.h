@@ -23,7 +23,7 @@
 #define IDM_KEYS 127
 #define IDM_VERSION 128
 
-#define IDI_PROGRAM 150
+#define IDI_PROGRAM 102
 
 #define IDD_MICROSCOPE 200
 #define IDC_KILOVOLTS 201
