@@ -21,9 +21,12 @@ std::uint32_t code_of_mode(std::uint32_t mode)
 }
 
 /// The order in which the mode is plausible. The machine stamp has the order, too, but older programs set it wrongly.
+/// Mode 0 is the same in both orders; the number of columns is then the smaller of both readings.
 std::endian order_of(const mrc::header& words)
 {
     constexpr std::uint32_t largest_mode = 127;
+    if (words[mrc::mode] == 0)
+        return words[mrc::size] <= __builtin_bswap32(words[mrc::size]) ? std::endian::little : std::endian::big;
     if (words[mrc::mode] <= largest_mode) return std::endian::little;
     if (__builtin_bswap32(words[mrc::mode]) <= largest_mode) return std::endian::big;
     throw header_error{"it is not an MRC file: its mode is " + std::to_string(mrc::integer(words[mrc::mode]))};

@@ -10,6 +10,7 @@
 #include "host/program/wave_file.h"
 #include "host/text/system_path.h"
 #ifdef _WIN32
+#include "host/correction/finite_pixels.h"
 #include "host/parameters/parameter_file.h"
 #include "host/windows/panel_parameters.h"
 #include "host/windows/panel_program.h"
@@ -37,6 +38,7 @@ void run(const panel_request& request, const global_options& global)
     check_picture_name(request.screenshot);
     check_picture_name(request.screenshot_of_all);
     const auto wave = read_wave(request.wave);
+    const std::size_t not_finite = host::count_not_finite(*wave);
     apply_nan_rule(request.wave, *wave, nan_rule::mean);  // shows the other pixels
     lens_request lens = request.lens;
     if (!lens.parameter_file.empty()) lens.from_file = host::read_parameters(host::system_path(lens.parameter_file));
@@ -55,6 +57,7 @@ void run(const panel_request& request, const global_options& global)
     options.quit_after_ms = request.quit_after_ms;
     options.start = {coefficients, request.shown};
     options.phase_palette = request.phase_palette;
+    options.not_finite = not_finite;
     host::panel_program program{zentrix.engine(), wave, scope, options};
     program.run();
     std::cout << program.costs() << '\n';

@@ -1,7 +1,11 @@
 #include "host/windows/image_window.h"
 
-#include <algorithm>
+#include <windowsx.h>
 
+#include <algorithm>
+#include <cmath>
+
+#include "host/pictures/pointer_text.h"
 #include "host/pictures/zoom.h"
 #include "host/text/encoding.h"
 
@@ -73,13 +77,13 @@ const picture& image_window::shown()
 {
     if (!stale_) return picture_;
     stale_ = false;  // before the request, so that a failure is not repeated at once
-    const auto image = source_();
+    image_ = source_();
     const auto shades = mode_ == display_mode::phase ? phase_palette_ : palette::grey;
     timed(spent_.mapping, [&] {
         const bool needs_limits = shades == palette::grey && !limits_;
-        const auto limits = needs_limits ? sampled_limits(*image, mode_) : limits_.value_or(grey_limits{});
+        const auto limits = needs_limits ? sampled_limits(*image_, mode_) : limits_.value_or(grey_limits{});
         zoom_is_stale_ = true;
-        paint_picture({*image, mode_, shades, limits}, picture_);
+        paint_picture({*image_, mode_, shades, limits}, picture_);
     });
     return picture_;
 }
@@ -89,10 +93,59 @@ LRESULT image_window::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
     switch (message) {
         case WM_PAINT: return paint(), 0;
         case WM_ERASEBKGND: return 1;  // painting covers the whole area
+        case WM_SIZE: return status_ ? status_->place() : void(), 0;
+        case WM_MOUSEMOVE: return mouse_moved({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}), 0;
+        case WM_MOUSELEAVE: return tracks_mouse_ = false, mouse_moved({-1, -1}), 0;
         case WM_CLOSE: return close_ ? close_() : void(), 0;
         case WM_COMMAND: return command_ ? command_(LOWORD(wparam)) : void(), 0;
         default: return window::handle_message(message, wparam, lparam);
     }
+}
+
+void image_window::add_status_line(const image_facts& facts)
+{
+    facts_ = facts;
+    status_.emplace(handle());
+    if (facts.not_finite > 0)
+        status_->note(std::to_string(facts.not_finite) + (facts.not_finite == 1 ? " pixel" : " pixels") +
+                      " not finite");
+    status_->place();
+}
+
+void image_window::say(const std::string& text)
+{
+    if (status_) status_->say(text);
+}
+
+RECT image_window::picture_area() const
+{
+    RECT area;
+    GetClientRect(handle(), &area);
+    area.bottom = std::max(0L, area.bottom - status_height());
+    return area;
+}
+
+void image_window::mouse_moved(POINT at)
+{
+    if (!status_ || !image_) return;
+    if (!PtInRect(&place_, at)) return status_->point("");
+    if (!tracks_mouse_) {
+        TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, handle(), 0};
+        tracks_mouse_ = TrackMouseEvent(&leave);
+    }
+    const auto along = [](LONG from_edge, LONG length, std::uint32_t pixels) {
+        return static_cast<std::uint32_t>(std::int64_t{from_edge} * pixels / length);
+    };
+    const pixel_place pixel{along(at.x - place_.left, place_.right - place_.left, image_->size(0)),
+                            along(at.y - place_.top, place_.bottom - place_.top, image_->size(1))};
+    status_->point(value_text(*image_, pixel, mode_) + "    " + place_text(pixel, facts_.pixel_nm));
+}
+
+void image_window::show_facts()
+{
+    if (!status_ || picture_.width == 0) return;
+    const double percent = 100.0 * (place_.right - place_.left) / picture_.width;
+    status_->zoom(std::to_string(std::lround(percent)) + " %");
 }
 
 void image_window::paint()
@@ -117,8 +170,7 @@ void image_window::paint()
 
 void image_window::draw(HDC to)
 {
-    RECT client;
-    GetClientRect(handle(), &client);
+    RECT client = picture_area();
     if (picture_.width == 0) {
         FillRect(to, &client, background());
         return;
@@ -131,6 +183,7 @@ void image_window::draw(HDC to)
         zoom(picture_, size.cx, size.cy, zoomed_.pixels());
         zoom_is_stale_ = false;
     }
+    show_facts();
     zoomed_.draw(to, place_.left, place_.top);
     ExcludeClipRect(to, place_.left, place_.top, place_.left + size.cx, place_.top + size.cy);
     FillRect(to, &client, background());

@@ -22,6 +22,7 @@ struct panel_program_options
     std::optional<unsigned> quit_after_ms = {};  ///< the program then shows no message boxes
     panel_start start = {};
     palette phase_palette = palette::grey;
+    std::size_t not_finite = 0;  ///< pixels of the file's wave that were replaced because they are not finite
     std::optional<recorded_input> input = {};  ///< the file of the wave, for the records of results
     nlohmann::ordered_json program = {};       ///< see program_facts
 };
@@ -63,6 +64,8 @@ class panel_program : private panel_view
     std::string costs() const;
 
   private:
+    static constexpr UINT_PTR screenshot_timer = 1, quit_timer = 2;  ///< of the wave window
+
     void pictures_changed() override;
     void show_mode(display_mode mode) override;
     void show_transfer_function(bool shown) override;
@@ -71,7 +74,7 @@ class panel_program : private panel_view
 
     void listen();
     void stop_listening();
-    void make_windows();
+    void make_windows(SIZE wave);
     void make_transfer_window();
     void place_windows();
     void dispatch(MSG& message);
@@ -94,7 +97,7 @@ class panel_program : private panel_view
     std::ofstream log_;
     listeners previous_;
     std::shared_ptr<panel_handler> handler_;
-    SIZE size_;
+    SIZE size_{};  ///< initial client area of the wave window
     std::unique_ptr<image_window> wave_window_, transfer_window_;
     std::unique_ptr<floating_frame> frame_;
     std::unique_ptr<estimate_dialog> estimate_;         ///< null until it is first shown

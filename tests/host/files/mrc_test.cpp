@@ -103,6 +103,20 @@ TEST(Mrc, ReadsTheOtherByteOrderExtendedHeadersAndFilesWithoutMark)
     }
 }
 
+TEST(Mrc, ReadsFilesOfBytesInTheOtherByteOrder)
+{
+    const support::scratch_folder folder;
+    const std::uint32_t sizes[] = {300, 2};
+    const auto pixels = image::create("a", HOST_ELEMENT_INT8, sizes);
+    static_cast<std::int8_t*>(pixels->data())[301] = -7;
+    write_mrc(folder / "a.mrc", *pixels);
+    std::string contents = folder.read("a.mrc");
+    for (std::size_t at = 0; at < sizeof(mrc::header); at += 4) std::reverse(&contents[at], &contents[at] + 4);
+    contents.replace(4 * mrc::map_mark, 4, "MAP ");
+    folder.write("swapped.mrc", contents);
+    EXPECT_EQ(values_of(*read_image(folder / "swapped.mrc")), values_of(*pixels));
+}
+
 TEST(Mrc, RefusesLiesAndWhatItCannotHold)
 {
     const support::scratch_folder folder;

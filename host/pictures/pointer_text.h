@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+
+#include "host/pictures/display_mode.h"
+
+/// What a status line says of the pixel under the mouse.
+namespace zentrix::host {
+
+/// "x 12.35 nm, y 0.05 nm (247, 1)": from the upper left corner of the image, right and down, with as many digits as
+/// tell neighbouring pixels apart.
+/// pixel_nm  0: unknown; the text is then "(247, 1)"
+std::string place_text(pixel_place place, double pixel_nm);
+
+/// "phase −0.341 rad", "ln modulus 0.02": the displayed value of a pixel of the first plane.
+/// Throws  script_error for elements that are not numbers
+std::string value_text(const image& pixels, pixel_place place, display_mode mode);
+
+}  // namespace zentrix::host

@@ -1,0 +1,50 @@
+#include "host/windows/panel_program.h"
+
+#include <cmath>
+#include <utility>
+
+#include "host/windows/resource.h"
+
+namespace zentrix::host {
+
+void panel_program::show_estimate_dialog()
+{
+    if (!estimate_)
+        estimate_ = std::make_unique<estimate_dialog>(
+            wave_window_->handle(), frame_->handle(),
+            estimate_listener{.begin =
+                                  [this] {
+                                      return std::pair{handler_->source(), handler_->optics()};
+                                  },
+                              .preview = [this](const lens::aberrations& lens) { handler_->preview(lens); },
+                              .finished = [this](const estimate& found) { accept_estimate(found); },
+                              .given_up = [this] { handler_->end_preview(); }});
+    estimate_->show();
+}
+
+void panel_program::accept_estimate(const estimate& found)
+{
+    handler_->end_preview();
+    for (const auto& one : found.coefficients)
+        log("estimate " + std::string{lens::traits(one.which).name} + (one.determined ? "" : " not determined"));
+    if (!found.any_determined()) return;
+    const auto former = handler_->coefficients();
+    auto lens = found.setup.lens;
+    for (const auto& about : lens::all_coefficients)  // the panel has whole degrees
+        lens[about.which].angle_degrees = std::round(lens[about.which].angle_degrees);
+    handler_->set(lens, handler_->scope());
+    before_estimate_ = former;
+    applied_before_estimate_ = handler_->applied().size();
+    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_ENABLED);
+}
+
+void panel_program::undo_estimate()
+{
+    const auto former = std::exchange(before_estimate_, std::nullopt);
+    if (!former) return;
+    if (handler_->applied().size() == applied_before_estimate_)  // else they belong to another wave
+        handler_->set(*former, handler_->scope());
+    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_GRAYED);
+}
+
+}  // namespace zentrix::host
