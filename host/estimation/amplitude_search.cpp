@@ -4,8 +4,8 @@
 #include <cmath>
 #include <numbers>
 
+#include "host/estimation/amplitude_certainty.h"
 #include "host/estimation/candidates.h"
-#include "host/estimation/matrix.h"
 #include "host/estimation/sharpness.h"
 
 namespace zentrix::host {
@@ -237,66 +237,32 @@ void amplitude_search::add_other_bands(const band_model& band, matrix& chi)
     }
 }
 
-/// The covariance by how the derivatives of the sharpness scatter over the tiles of the wave, as `settle` does it for
-/// the other criteria. All differences are central and so wide that the noise between pixels does not matter.
+/// The uncertainties of the best focus.
 void amplitude_search::judge_maximum(const band_model& band)
 {
-    constexpr double step = 0.3;  // rad
-    constexpr std::ptrdiff_t tiles = 6;
-    const std::size_t n = unknowns_.size();
-    const auto at = band.variables_of(foci_.front().lens);
     sharpness sharp{run_, band};
-    const auto moved = [&](std::size_t i, double by, std::size_t j = 0, double further = 0) {
-        auto place = at;
-        place[i] += by;
-        place[j] += further;
-        return place;
-    };
-    matrix second{n}, scatter{n};
-    std::vector<std::vector<double>> slopes;
-    const double here = sharp(at);
-    for (std::size_t i = 0; i < n; ++i) {
-        second(i, i) = (sharp(moved(i, step)) + sharp(moved(i, -step)) - 2 * here) / (step * step);
-        result_.is_maximum = result_.is_maximum && second(i, i) < 0;
-        for (std::size_t j = 0; j < i; ++j)
-            second(i, j) = second(j, i) = (sharp(moved(i, step, j, step)) + sharp(moved(i, -step, j, -step)) -
-                                           sharp(moved(i, step, j, -step)) - sharp(moved(i, -step, j, step))) /
-                                          (4 * step * step);
-        auto slope = sharp.influences(moved(i, step), tiles);
-        const auto behind = sharp.influences(moved(i, -step), tiles);
-        for (std::size_t tile = 0; tile < slope.size(); ++tile) slope[tile] = (slope[tile] - behind[tile]) / (2 * step);
-        slopes.push_back(slope);
-    }
-    for (std::size_t i = 0; i < n; ++i)
-        for (std::size_t j = 0; j < n; ++j)
-            for (std::size_t tile = 0; tile < slopes[i].size(); ++tile)
-                scatter(i, j) += slopes[i][tile] * slopes[j][tile];
-    const auto inverse = inverse_of(second);
-    result_.is_maximum = result_.is_maximum && inverse;
-    if (!result_.is_maximum) return;
-    matrix chi = *inverse * scatter * inverse->transposed();
-    add_other_bands(band, chi);
-    // What the search leaves open.
-    constexpr double rounding = 2e-3;  // rad
-    std::vector<double> variances(n);
-    for (std::size_t i = 0; i < n; ++i) {
-        result_.chi_uncertainty = std::hypot(result_.chi_uncertainty, std::sqrt(std::max(chi(i, i), 0.0)), rounding);
-        std::vector<double> axis(n);
-        axis[i] = 1;
-        const auto nanometres = band.to_nanometres(axis);
-        for (std::size_t k = 0; k < n; ++k)
-            for (std::size_t j = 0; j < n; ++j) {
-                axis.assign(n, 0);
-                axis[j] = 1;
-                variances[k] += nanometres[k] * chi(i, j) * band.to_nanometres(axis)[k];
-            }
-        for (std::size_t k = 0; k < n; ++k) variances[k] += rounding * rounding * nanometres[k] * nanometres[k];
-    }
+    auto chi = covariance_at_maximum(sharp, band.variables_of(foci_.front().lens));
+    result_.is_maximum = chi.has_value();
+    if (!chi) return;
+    add_other_bands(band, *chi);
+    constexpr double left_open = 2e-3;  // by the search [rad]
+    const std::size_t n = unknowns_.size();
+    double sum = 0;
+    for (std::size_t i = 0; i < n; ++i) sum += (*chi)(i, i) += left_open * left_open;
+    result_.chi_uncertainty = std::sqrt(sum);
+    const matrix back = matrix_of(n, [&](const auto& axis) { return band.to_nanometres(axis); });
+    const matrix forth = matrix_of(n, [&](const auto& axis) { return band.to_variables(axis); });
+    const matrix covariance = back * *chi * back.transposed();
     for (std::size_t k = 0; k < n; ++k) {
-        const double deviation = std::sqrt(std::max(variances[k], 0.0));
-        if (unknowns_[k].which == coefficient::C1)
+        const double deviation = std::sqrt(covariance(k, k));
+        double squares = 0;
+        for (std::size_t i = 0; i < n; ++i) squares += forth(i, k) * forth(i, k);
+        if (unknowns_[k].which == coefficient::C1) {
             result_.c1_uncertainty = deviation;
-        else if (unknowns_[k].what == unknown::part::real)
+            continue;
+        }
+        result_.a1_chi = std::max(result_.a1_chi, deviation * std::sqrt(squares));
+        if (unknowns_[k].what == unknown::part::real)
             result_.a1_uncertainty.real(deviation);
         else
             result_.a1_uncertainty.imag(deviation);

@@ -19,12 +19,14 @@ struct amplitude_solution
     bool is_maximum = true;               ///< the sharpness falls in all directions
     bool has_rival = false;               ///< another focus is as sharp in some quarters
     double prominence = 0;                ///< the criterion over its median in the range
+    double a1_chi = 0;                    ///< of that, from the less sure component of A1 alone [rad]
     double chi_uncertainty = 0;           ///< standard deviation of chi from C1 and A1, rms to the resolution [rad]
     double resolution = 0;
 };
 
 /// C1, and A1 if it is free, by the greatest Tamura coefficient of the gradient of the modulus: over the range of C1 in
-/// a low band, then in the whole band, then for each quarter of the wave. Nothing if the search was stopped.
+/// a low band, with astigmatism from the best of these, in growing bands, then for each quarter of the wave. Nothing if
+/// the search was stopped.
 std::optional<amplitude_solution> search_amplitude_object(search_run& run, const search_task& task);
 
 }  // namespace zentrix::host

@@ -136,6 +136,8 @@ void fill(estimate& result, const phase_solution& found)
     result.chi_uncertainty = std::sqrt(even + (odd_doubt.empty() ? odd : 0));
 }
 
+constexpr char hardly[] = "the sharpness hardly depends on it";
+
 /// Why an amplitude object's focus is not determined.
 std::string doubt_of_focus(const estimate& result, const amplitude_solution& found)
 {
@@ -146,7 +148,7 @@ std::string doubt_of_focus(const estimate& result, const amplitude_solution& fou
     if (!found.is_maximum) return "the sharpness has no maximum";
     if (found.has_rival) return "another focus is as sharp";
     if (found.agreeing < 4) return "parts of the wave are sharpest at different foci";
-    if (!(found.chi_uncertainty < largest_of_focus)) return "the sharpness hardly depends on it";
+    if (!(found.chi_uncertainty < largest_of_focus)) return hardly;
     return "";
 }
 
@@ -173,7 +175,7 @@ bool fill(estimate& result, const lens::optics& setup, const amplitude_solution&
                            : 0;
         one.reason = doubt;
         if (!is_focus && !is_astigmatism) one.reason = "the sharpness of an amplitude object shows C1 and A1 only";
-        if (one.reason.empty() && one.uncertainty > found.tolerance) one.reason = "parts of the wave disagree";
+        if (one.reason.empty() && is_astigmatism && !(found.a1_chi < largest_with_shifts)) one.reason = hardly;
         one.determined = one.reason.empty();
         if (one.determined) result.setup.lens[one.which] = one.value = one.found;
     }

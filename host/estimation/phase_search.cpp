@@ -128,20 +128,6 @@ void phase_search::judge_odd(const band_model& last, band_evaluator& evaluate, c
     }
 }
 
-/// The matrix whose columns are what a unit of each variable (or unknown) is in the other.
-template <class Convert>
-matrix conversion(std::size_t size, const Convert& convert)
-{
-    matrix result{size};
-    for (std::size_t j = 0; j < size; ++j) {
-        std::vector<double> axis(size);
-        axis[j] = 1;
-        const auto column = convert(axis);
-        for (std::size_t i = 0; i < size; ++i) result(i, j) = column[i];
-    }
-    return result;
-}
-
 /// Adds what single precision leaves open, by how the coefficients of waves without noise scatter.
 /// to_unknowns  from those variables [nm/rad]
 void phase_search::add_rounding(const matrix& to_unknowns)
@@ -161,11 +147,11 @@ void phase_search::report(const band_model& last, const band_model& of, const st
     const std::size_t n = unknowns_.size();
     result_.unknowns = unknowns_;
     result_.lens = of.imaging_at(found.at);
-    const matrix back = conversion(n, [&](const auto& axis) { return of.to_nanometres(axis); });
-    const matrix to_chi = conversion(n, [&](const auto& axis) { return last.to_variables(axis); });
+    const matrix back = matrix_of(n, [&](const auto& axis) { return of.to_nanometres(axis); });
+    const matrix to_chi = matrix_of(n, [&](const auto& axis) { return last.to_variables(axis); });
     result_.covariance = back * found.covariance * back.transposed();
     result_.chi_covariance = to_chi * result_.covariance * to_chi.transposed();
-    const matrix to_unknowns = conversion(n, [&](const auto& axis) { return last.to_nanometres(axis); });
+    const matrix to_unknowns = matrix_of(n, [&](const auto& axis) { return last.to_nanometres(axis); });
     add_rounding(to_unknowns);
     result_.chi_of_shifts = matrix{n};
     for (const auto& shift : shifts_) {
