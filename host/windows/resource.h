@@ -22,6 +22,7 @@
 #define IDM_CONVENTIONS 126
 #define IDM_KEYS 127
 #define IDM_VERSION 128
+#define IDM_SWITCH_WINDOW 160
 
 #define IDI_PROGRAM 102
 
