@@ -22,7 +22,7 @@ class staged_pictures : public picture_supply
   protected:
     struct second_stage
     {
-        picture_worker::job work;
+        picture_worker::job work;  ///< must not use this object, of which it may see the end
         bool is_slow = false;
         std::function<void()> taken = [] {};  ///< called on the user's thread after `work`, unless it was given up
     };
