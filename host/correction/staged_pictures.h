@@ -18,6 +18,8 @@ class staged_pictures : public picture_supply
     std::uint64_t request(const picture_request& wanted) override;
     std::optional<rendered_picture> take() override;
     rendered_picture wait_for(const picture_request& wanted) override;
+    /// Forgets the waiting request and asks the running work to end soon. Returns at once.
+    void give_up();
 
   protected:
     struct second_stage
