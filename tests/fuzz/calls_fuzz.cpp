@@ -1,7 +1,7 @@
 // Script functions of the loaded library, called with random arguments. A call that fails changes nothing; one that
 // succeeds has the same results with and without vector instructions. Nothing is written outside images, nothing stays
-// locked or held, and the contract is kept, also when a host call fails. The first byte chooses the prototype, the second
-// one the host call that fails.
+// locked or held, and the contract is kept, also when a host call fails. The first byte chooses the prototype, the
+// second one the host call that fails.
 #include <algorithm>
 #include <filesystem>
 #include <memory>

@@ -1,6 +1,6 @@
 // The command line, run in this process on small files in a folder of its own. Whatever the words are, it ends with one
-// of its exit codes and leaves no unfinished file. The first bytes of the input choose a command line and change some of
-// its words; or the command line follows, one word in each line.
+// of its exit codes and leaves no unfinished file. The first bytes of the input choose a command line and change some
+// of its words; or the command line follows, one word in each line.
 #include <algorithm>
 #include <cctype>
 #include <cmath>
