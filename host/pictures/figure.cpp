@@ -44,11 +44,21 @@ std::string quantity_of(const image& pixels, const figure_style& style)
     return "";
 }
 
+bar_length scale_bar_for(const image& pixels) { return round_bar(pixels.scale().axes[0], 0.3 * pixels.size(0)); }
+
 }  // namespace
+
+void require_drawable(const image& pixels, const figure_style& style)
+{
+    if (pixels.dimensions() > 2) throw script_error{"a volume cannot be shown as one picture"};
+    enlargement_for(pixels, style);
+    if (style.scale_bar && scale_bar_for(pixels).pixels == 0)
+        throw script_error{"a scale bar needs the pixel size, which the image does not have"};
+}
 
 figure::figure(const image& pixels, const figure_style& style)
 {
-    if (pixels.dimensions() > 2) throw script_error{"a volume cannot be shown as one picture"};
+    require_drawable(pixels, style);
     enlargement_ = enlargement_for(pixels, style);
     choose_limits(pixels, style);
     const bool marks = is_annotated(style) || range_.not_a_number > 0;
@@ -60,8 +70,7 @@ figure::figure(const image& pixels, const figure_style& style)
     width_ = painter_->width() * enlargement_;
     height_ = painter_->height() * enlargement_;
     letters_ = std::max(13.0, std::sqrt(static_cast<double>(width_) * height_) / 24);
-    if (style.scale_bar)
-        add_scale_bar(style.pixel_nm > 0 ? axis_scale{style.pixel_nm, 0, "nm"} : pixels.scale().axes[0]);
+    if (style.scale_bar) add_scale_bar(pixels);
     if (style.colour_bar || !style.title.empty()) add_margins(style);
 }
 
@@ -85,10 +94,9 @@ void figure::choose_limits(const image& pixels, const figure_style& style)
     if (is_wave) range_.limits.black = 0;
 }
 
-void figure::add_scale_bar(const axis_scale& along)
+void figure::add_scale_bar(const image& pixels)
 {
-    const auto bar = round_bar(along, 0.3 * painter_->width());
-    if (bar.pixels == 0) throw script_error{"a scale bar needs the pixel size, which the image does not have"};
+    const auto bar = scale_bar_for(pixels);
     const double length = bar.pixels * enlargement_, thickness = std::max(3.0, std::round(0.28 * letters_));
     const double halo = std::max(1.0, letters_ / 10), edge = std::ceil(halo) + 1, gap = std::round(0.4 * letters_);
     const double across = std::max(length, text_width(bar.label, letters_));

@@ -13,6 +13,7 @@ void panel_program::command(unsigned id)
         case IDM_LOAD_PARAMETERS: return load_parameters();
         case IDM_QUIT: return PostQuitMessage(0);
         case IDM_PANEL: return show_panel(!frame_->visible());
+        case IDM_SWITCH_WINDOW: return frame_->switch_focus(wave_window_->handle());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
         case IDM_ESTIMATE: return show_estimate_dialog();
         case IDM_UNDO_ESTIMATE: return undo_estimate();
