@@ -1,10 +1,9 @@
 // Pictures per second while the A1 knob of the real panel is dragged, on square waves shown in a window of 900 pixels.
 // Needs Windows, or Wine with a display. Arguments: sizes, by default 512, 1024, 2048 and 4096.
 //
-// The mouse moves 125 times a second. Each line has the pictures per second; the longest time from a movement to the end
-// of what it caused on the window's thread, and the 99 % quantile of these; the processor time of a picture; the mean
-// cost of each step in real time; and the time of closing while the
-// picture of full resolution is computed.
+// The mouse moves 125 times a second. Each line has the pictures per second; the longest time from a movement to the
+// end of what it caused on the window's thread, and the 99 % quantile of these; the processor time of a picture; the
+// mean cost of each step in real time; and the time of closing while the picture of full resolution is computed.
 #include "host/windows/panel_program.h"
 
 #include <commctrl.h>

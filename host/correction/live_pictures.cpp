@@ -119,7 +119,7 @@ image_ref live_pictures::unused_image(spectrum_size size)
         return one.use_count() == 1 && size_of(*one) != size && size_of(*one) != whole;
     });
     for (const auto& one : memory_)
-        if (one.use_count() == 1) return one;
+        if (one.use_count() == 1 && size_of(*one) == size) return one;
     return memory_.emplace_back(wave_of(size));
 }
 

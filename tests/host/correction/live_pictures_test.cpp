@@ -122,6 +122,7 @@ TEST_F(LivePictures, ThePictureOfFullResolutionHasTheBitsOfTheResultAndBecomesIt
         paint_picture({*full.values, display_mode::phase, palette::grey, limits}, painted);
         EXPECT_EQ(full.shades.bytes, painted.bytes);
     }
+    for (const double zoom : {0.3, 0.2, 0.3, 1.0}) EXPECT_EQ(pictures.wait_for({.zoom = zoom}).failure, "") << zoom;
     const auto kept = pixels_of(*correction.result());
     const auto before = pictures.wait_for({.uncorrected = true, .full = true});
     EXPECT_TRUE(support::same_bytes(pixels_of(*before.values), pixels_of(*correction.source())));
