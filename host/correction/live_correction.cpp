@@ -90,6 +90,7 @@ void live_correction::use_spectrum(const image_ref& spectrum)
 {
     spectrum_ = spectrum;
     stale_ = true;
+    result_ = nullptr;
     ++version_;
 }
 
