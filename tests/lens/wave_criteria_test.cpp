@@ -77,9 +77,11 @@ TEST(WaveCriteria, TamuraIsGreatestForTheSharpestEdges)
     };
     EXPECT_GT(edges(0.5F), 1.2 * edges(2));
     EXPECT_GT(edges(2), 1.1 * edges(4));
-    const std::complex<float> slope[] = {1, 2, 4, 1, 2, 4};
-    const auto found = slopes_of_modulus(slope, 3, 2);
-    EXPECT_EQ(found, (std::vector<float>{2, 3, 1, 2, 3, 1}));
+    const std::complex<float> slope[] = {1, 2, 4, 1, 2, 4, 4, 5, 7};
+    const auto found = slopes_of_modulus(slope, 3, 3);
+    const float along[] = {2, 3, 1}, down[] = {3, 3, 0};  // from the other side, too
+    for (std::size_t i = 0; i < found.size(); ++i)
+        EXPECT_FLOAT_EQ(found[i], std::hypot(along[i % 3], down[i / 3])) << i;
 }
 
 }  // namespace
