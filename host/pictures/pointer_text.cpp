@@ -12,17 +12,6 @@ namespace {
 
 constexpr int value_digits = 4;
 
-std::string short_number(float value)
-{
-    if (std::isnan(value)) return "not a number";
-    if (std::isinf(value)) return value < 0 ? "\u2212\u221e" : "\u221e";
-    char digits[32];
-    const auto written =
-        std::to_chars(digits, digits + sizeof digits, std::abs(value), std::chars_format::general, value_digits);
-    std::string text{value < 0 ? "\u2212" : ""};
-    return text.append(digits, written.ptr);
-}
-
 const char* name_of(const image& pixels, display_mode mode)
 {
     switch (mode) {
@@ -36,6 +25,17 @@ const char* name_of(const image& pixels, display_mode mode)
 }
 
 }  // namespace
+
+std::string short_number(float value)
+{
+    if (std::isnan(value)) return "not a number";
+    if (std::isinf(value)) return value < 0 ? "\u2212\u221e" : "\u221e";
+    char digits[32];
+    const auto written =
+        std::to_chars(digits, digits + sizeof digits, std::abs(value), std::chars_format::general, value_digits);
+    std::string text{value < 0 ? "\u2212" : ""};
+    return text.append(digits, written.ptr);
+}
 
 std::string place_text(pixel_place place, double pixel_nm)
 {

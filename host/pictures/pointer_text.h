@@ -7,6 +7,9 @@
 /// What a status line says of the pixel under the mouse.
 namespace zentrix::host {
 
+/// A number with four digits: "0.3412", "−1.2e-05", "∞", "not a number".
+std::string short_number(float value);
+
 /// "x 12.35 nm, y 0.05 nm (247, 1)": from the upper left corner of the image, right and down, with as many digits as
 /// tell neighbouring pixels apart.
 /// pixel_nm  0: unknown; the text is then "(247, 1)"
