@@ -18,35 +18,58 @@ live_correction::live_correction(engine& engine, const image_ref& wave)
     transform_.forward(pixels_of(spectrum_));
 }
 
-void live_correction::set(const lens::transfer_arguments& arguments)
+void live_correction::set(const lens::optics& setup, lens::damping envelope)
 {
-    arguments_ = arguments;
+    lens::arguments_for(setup, width(), height(), lens::direction::remove, envelope);  // throws
+    setup_ = setup;
+    envelope_ = envelope;
     stale_ = true;
     failure_.clear();
+    ++version_;
 }
 
-void live_correction::set_failure(const std::string& text) { failure_ = text; }
-
-const image_ref& live_correction::result()
+void live_correction::set_failure(const std::string& text)
 {
-    if (!failure_.empty()) throw script_error{failure_};
-    if (!stale_) return result_;
-    using clock = std::chrono::steady_clock;
-    const auto start = clock::now();
+    failure_ = text;
+    ++version_;
+}
+
+void live_correction::multiply(const image_ref& part, const image_ref& destination)
+{
+    auto setup = setup_;
+    if (part->size(0) != spectrum_->size(0))
+        setup.pixel_nm *= static_cast<double>(spectrum_->size(0)) / static_cast<double>(part->size(0));
+    const int columns = static_cast<int>(part->size(0)), rows = static_cast<int>(part->size(1));
     try {
-        multiply_by_transfer(engine_, spectrum_, result_, arguments_);
-        const auto multiplied = clock::now();
-        transform_.backward(pixels_of(result_));
-        spent_.transfer += multiplied - start;
-        spent_.transform += clock::now() - multiplied;
+        multiply_by_transfer(engine_, part, destination,
+                             lens::arguments_for(setup, columns, rows, lens::direction::remove, envelope_));
     } catch (const std::bad_alloc&) {
         fail("There is not enough memory for this picture.");
     } catch (const std::exception& problem) {
         fail(problem.what());
     }
+}
+
+const image_ref& live_correction::result()
+{
+    if (!failure_.empty()) throw script_error{failure_};
+    if (!stale_) return result_;
+    try {
+        if (result_.use_count() > 1) result_ = spectrum_->clone();
+        multiply(spectrum_, result_);
+        transform_.backward(pixels_of(result_));
+    } catch (const std::bad_alloc&) {
+        fail("There is not enough memory for this picture.");
+    }
     stale_ = false;
-    ++spent_.computed;
     return result_;
+}
+
+void live_correction::adopt(std::uint64_t of, const image_ref& image)
+{
+    if (of != version_) return;
+    result_ = image;
+    stale_ = false;
 }
 
 void live_correction::fail(const std::string& text)
@@ -67,6 +90,7 @@ void live_correction::accept()
     const auto spectrum = result()->clone();
     transform_.forward(pixels_of(spectrum));
     spectrum_ = spectrum;
+    ++version_;
 }
 
 }  // namespace zentrix::host

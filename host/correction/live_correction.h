@@ -1,6 +1,6 @@
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <string>
 
 #include "host/engine/engine.h"
@@ -18,12 +18,14 @@ class live_correction
     /// wave  complex of two floats per pixel, two dimensions, contiguous; not changed
     live_correction(engine& engine, const image_ref& wave);
 
-    /// Sets the correction.
-    /// arguments  lens::arguments_for of the wave's size
-    void set(const lens::transfer_arguments& arguments);
+    /// Sets the correction that removes the aberrations of `setup`.
+    /// Throws  std::invalid_argument as lens::arguments_for; the correction is then as it was
+    void set(const lens::optics& setup, lens::damping envelope);
     /// Makes `result` fail with this text until the next `set`.
     void set_failure(const std::string& text);
-    /// The corrected wave; the same image each time.
+    /// The reason why there is no result; empty: none is known.
+    const std::string& failure() const noexcept { return failure_; }
+    /// The corrected wave. The next result is in another image if somebody else still has a reference to this one.
     /// Throws  script_error with the library's message, or "There is not enough memory for this picture."; the same
     ///         again until the next `set`
     const image_ref& result();
@@ -37,13 +39,19 @@ class live_correction
     int width() const noexcept { return static_cast<int>(spectrum_->size(0)); }
     int height() const noexcept { return static_cast<int>(spectrum_->size(1)); }
 
-    /// Work done so far.
-    struct costs
-    {
-        int computed = 0;
-        std::chrono::duration<double> transfer{}, transform{};  ///< sums
-    };
-    const costs& spent() const noexcept { return spent_; }
+    /// The spectrum of the source; not to be changed. Another image after `accept`.
+    const image_ref& spectrum() const noexcept { return spectrum_; }
+    /// Multiplies a part of the spectrum by the present transfer function.
+    /// part         the middle of the spectrum; its sides have the ratio of the wave's
+    /// destination  of the same size; may be the same image
+    /// Throws  script_error with the library's message, which then is the failure
+    void multiply(const image_ref& part, const image_ref& destination);
+
+    /// Changes with each `set`, `set_failure` and `accept`.
+    std::uint64_t version() const noexcept { return version_; }
+    /// Makes `image` the result, which was computed elsewhere: by `multiply` of the whole spectrum and a transform
+    /// back. Does nothing unless `of` is the present version.
+    void adopt(std::uint64_t of, const image_ref& image);
 
   private:
     [[noreturn]] void fail(const std::string& text);
@@ -51,10 +59,11 @@ class live_correction
     engine& engine_;
     fft_plan transform_;
     image_ref spectrum_, result_;
-    lens::transfer_arguments arguments_;
+    lens::optics setup_;
+    lens::damping envelope_ = lens::damping::off;
     bool stale_ = false;
+    std::uint64_t version_ = 0;
     std::string failure_;  ///< of the present correction; empty: none
-    costs spent_;
 };
 
 }  // namespace zentrix::host

@@ -90,10 +90,12 @@ bool fft_plan::transform(pixel* pixels, fft_direction direction)
 
     std::atomic<bool> rows_are_finite = true, columns_are_finite = true;
     for_each_row(height_, row_threads, [&](std::size_t thread, std::size_t y) {
+        if (is_given_up()) return;
         if (!transform_row(pixels + static_cast<std::ptrdiff_t>(y) * width_, *row, at_row, row_scratch_[thread]))
             rows_are_finite = false;
     });
     in_parallel(strip_count(), strip_threads, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
+        if (is_given_up()) return;
         const auto left = item * strip_width_;
         if (!transform_strip(pixels + left, width_, std::min(strip_width_, width_ - left), *column, at_column,
                              strip_scratch_[static_cast<std::size_t>(thread)], scale))

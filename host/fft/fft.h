@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <complex>
 #include <cstddef>
 #include <vector>
@@ -38,16 +39,21 @@ class fft_plan
     /// Throws  as `forward`
     bool backward(pixel* spectrum);
 
+    /// Makes the transforms return soon when the flag becomes true; the pixels are then undefined. Null: never.
+    void give_up_on(const std::atomic<bool>* flag) noexcept { given_up_ = flag; }
+
     std::ptrdiff_t width() const noexcept { return width_; }
     std::ptrdiff_t height() const noexcept { return height_; }
 
   private:
     bool transform(pixel* pixels, fft_direction direction);
+    bool is_given_up() const noexcept { return given_up_ && *given_up_; }
 
     std::ptrdiff_t strip_count() const noexcept { return (width_ + strip_width_ - 1) / strip_width_; }
 
     std::ptrdiff_t width_, height_, strip_width_;
     std::vector<line_memory> row_scratch_, strip_scratch_;  ///< for each thread
+    const std::atomic<bool>* given_up_ = nullptr;
 };
 
 /// Single transforms; see fft_plan.

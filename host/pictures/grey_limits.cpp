@@ -139,15 +139,31 @@ grey_limits limits_of(const image& pixels, display_mode mode)
     return automatic_limits(survey_of(pixels, mode).quantiles, mode);
 }
 
+grey_limits limits_of(std::span<const float> values, display_mode mode)
+{
+    return automatic_limits(survey_of([&](const auto& use) { use(values); }).quantiles, mode);
+}
+
+std::vector<float> sampled_values(const image& pixels, display_mode mode)
+{
+    const std::size_t all = std::size_t{pixels.size(0)} * pixels.size(1);
+    const auto side = static_cast<std::uint32_t>(std::ceil(std::sqrt(static_cast<double>(all) / largest_sample)));
+    std::vector<float> values;
+    if (side <= 1) {
+        values.resize(all);
+        for (std::uint32_t y = 0; y < pixels.size(1); ++y)
+            displayed_row(pixels, y, mode, &values[std::size_t{y} * pixels.size(0)]);
+        return values;
+    }
+    const auto places = scattered_pixels(pixels.size(0), pixels.size(1), side);
+    values.resize(places.size());
+    displayed_values(pixels, places, mode, values.data());
+    return values;
+}
+
 grey_limits sampled_limits(const image& pixels, display_mode mode)
 {
-    const double all = static_cast<double>(pixels.size(0)) * pixels.size(1);
-    const auto side = static_cast<std::uint32_t>(std::ceil(std::sqrt(all / largest_sample)));
-    if (side <= 1) return limits_of(pixels, mode);
-    const auto places = scattered_pixels(pixels.size(0), pixels.size(1), side);
-    std::vector<float> sample(places.size());
-    displayed_values(pixels, places, mode, sample.data());
-    return automatic_limits(survey_of([&](const auto& use) { use(sample); }).quantiles, mode);
+    return limits_of(sampled_values(pixels, mode), mode);
 }
 
 }  // namespace zentrix::host

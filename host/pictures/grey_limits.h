@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <span>
+#include <vector>
 
 #include "host/pictures/display_mode.h"
 
@@ -54,5 +55,12 @@ grey_limits limits_of(const image& pixels, display_mode mode);
 /// of a periodic image could miss its maxima. The places depend on the image's size only, so a picture does not
 /// flicker. The limits usually are between the quantiles of 0.08 % and 0.12 %, and of 99.88 % and 99.92 %.
 grey_limits sampled_limits(const image& pixels, display_mode mode);
+
+/// The displayed values of that sample, in no particular order.
+/// Throws  script_error for elements that are not numbers
+std::vector<float> sampled_values(const image& pixels, display_mode mode);
+
+/// automatic_limits of values.
+grey_limits limits_of(std::span<const float> values, display_mode mode);
 
 }  // namespace zentrix::host

@@ -4,16 +4,13 @@
 #include <functional>
 #include <optional>
 
-#include "host/pictures/picture.h"
+#include "host/correction/picture_supply.h"
 #include "host/windows/canvas.h"
 #include "host/windows/status_line.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {
 
-/// Shows an image, zoomed to fit the window, in one of the five display modes, grey between sampled_limits. The image
-/// is requested when the window is painted, and only if it has changed: changes that come faster than painting cost
-/// nothing.
 /// What the status line of an image_window says of the image.
 struct image_facts
 {
@@ -21,15 +18,19 @@ struct image_facts
     std::size_t not_finite = 0;  ///< pixels that were replaced because they are not finite
 };
 
+/// Shows an image, zoomed to fit the window, in one of the five display modes, grey between sampled_limits. Pictures
+/// are requested at the window's resolution when the image has changed, and at the image's own when it has not changed
+/// for a while.
 class image_window : public window
 {
   public:
     /// title   first part of the window's title; the mode follows
     /// owner   null or the window in front of which this one stays
     /// client  size of the client area [pixels]
-    /// source  returns the image, of the same size each time; an exception is reported by window::on_failure and the
-    ///         previous picture stays; before the first picture the window shows the background
-    image_window(std::string title, HWND owner, SIZE client, std::function<image_ref()> source);
+    /// source  must outlive the window. A failure is reported by window::on_failure and the previous picture stays;
+    ///         before the first picture the window shows the background
+    image_window(std::string title, HWND owner, SIZE client, picture_supply& source);
+    ~image_window() override;
 
     /// To be called when the image has changed.
     void refresh();
@@ -48,7 +49,8 @@ class image_window : public window
     /// Shows a message in the status line until the next one; an empty text ends it.
     void say(const std::string& text);
 
-    /// The present picture; requests the image if it has changed.
+    /// The present picture at full resolution; waits for it. The last one if it cannot be made.
+    /// Throws  script_error with the reason, once
     const picture& shown();
 
     /// Sets the listener for the close button, which does nothing else.
@@ -56,11 +58,11 @@ class image_window : public window
     /// Sets the listener for menu commands.
     void on_command(std::function<void(unsigned id)> listener) { command_ = std::move(listener); }
 
-    /// Time spent on drawing so far, without the time for requesting the image.
+    /// Work done so far.
     struct costs
     {
         int drawn = 0;
-        std::chrono::duration<double> mapping{}, painting{};  ///< pixels to shades; shades to the screen
+        std::chrono::duration<double> painting{};  ///< shades to the screen
     };
     const costs& spent() const noexcept { return spent_; }
 
@@ -69,6 +71,10 @@ class image_window : public window
 
   private:
     void show_title();
+    picture_request request(bool full) const;
+    void take_picture();
+    void show_picture(rendered_picture&& rendered);
+    void refine();
     void paint();
     void draw(HDC to);
     RECT picture_area() const;
@@ -76,14 +82,14 @@ class image_window : public window
     void show_facts();
 
     std::string title_;
-    std::function<image_ref()> source_;
+    picture_supply& source_;
     display_mode mode_ = display_mode::modulus;
     palette phase_palette_ = palette::grey;
     std::optional<grey_limits> limits_;
-    bool stale_ = true;
-    image_ref image_;  ///< of picture_; null before the first one
-    picture picture_;  ///< no pixels before the first one
-    canvas zoomed_;    ///< picture_ as large as the window shows it
+    bool requested_ = false;     ///< at least once
+    bool pending_ = false;       ///< a change whose picture is not there yet
+    rendered_picture rendered_;  ///< no pixels before the first one
+    canvas zoomed_;              ///< its shades as large as the window shows them
     bool zoom_is_stale_ = true;
     RECT place_{};  ///< of it in the client area; empty before it is first drawn
     image_facts facts_;

@@ -4,7 +4,6 @@
 #include <stdexcept>
 #include <utility>
 
-#include "host/correction/multiply_spectrum.h"
 #include "lens/electron.h"
 #include "lens/panel_tags.h"
 
@@ -101,9 +100,7 @@ void panel_handler::preview(const lens::aberrations& lens)
 {
     auto setup = optics();
     setup.lens = lens;
-    const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
-    correction_.set(
-        lens::arguments_for(setup, correction_.width(), correction_.height(), lens::direction::remove, damping));
+    correction_.set(setup, scope_.damped ? lens::damping::on : lens::damping::off);
     previewing_ = true;
     view_->pictures_changed();
 }
@@ -111,10 +108,8 @@ void panel_handler::preview(const lens::aberrations& lens)
 void panel_handler::change()
 {
     previewing_ = false;
-    const auto damping = scope_.damped ? lens::damping::on : lens::damping::off;
     try {
-        correction_.set(
-            lens::arguments_for(optics(), correction_.width(), correction_.height(), lens::direction::remove, damping));
+        correction_.set(optics(), scope_.damped ? lens::damping::on : lens::damping::off);
     } catch (const std::invalid_argument& problem) {
         correction_.set_failure(problem.what());
         throw;
@@ -161,18 +156,7 @@ void panel_handler::edit_microscope()
 
 image_ref panel_handler::transfer_function() const
 {
-    const std::uint32_t sizes[] = {static_cast<std::uint32_t>(correction_.width()),
-                                   static_cast<std::uint32_t>(correction_.height())};
-    const auto spectrum = image::create("transfer function", code_of(element_class::complex, 8), sizes);
-    auto* const factors = static_cast<std::complex<float>*>(spectrum->data());
-    std::fill_n(factors, spectrum->count(), std::complex<float>{1});
-    multiply_by_transfer(
-        engine_, spectrum, spectrum,
-        lens::arguments_for(optics(), correction_.width(), correction_.height(), lens::direction::apply));
-    auto shown = image::create("phase contrast transfer function", code_of(element_class::real, 4), sizes);
-    std::transform(factors, factors + spectrum->count(), static_cast<float*>(shown->data()),
-                   [](std::complex<float> factor) { return -factor.imag(); });  // the factor is exp(-i chi)
-    return shown;
+    return transfer_function_image(engine_, optics(), correction_.width(), correction_.height());
 }
 
 }  // namespace zentrix::host

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/correction/live_correction.h"
-#include "host/pictures/picture.h"
+#include "host/correction/live_pictures.h"
+#include "host/correction/transfer_pictures.h"
 
 namespace zentrix::host {
 
@@ -31,8 +31,8 @@ class panel_view
 {
   public:
     virtual ~panel_view() = default;
-    /// panel_handler::result and ::transfer_function have changed. Get them when there is time to draw: of several
-    /// changes in a row only the last is then computed.
+    /// panel_handler::result, ::transfer_function and what ::pictures and ::transfer_function_pictures show have
+    /// changed.
     virtual void pictures_changed() = 0;
     virtual void show_mode(display_mode mode) = 0;
     virtual void show_transfer_function(bool shown) = 0;
@@ -62,7 +62,9 @@ class panel_handler : public script_object
     /// sin(chi) of the present coefficients, damped by the envelope: real, of the wave's size, zero frequency at
     /// (width / 2, height / 2), from -1 to 1.
     image_ref transfer_function() const;
-    const live_correction& correction() const noexcept { return correction_; }
+    /// Pictures of the corrected wave, and of the transfer function.
+    live_pictures& pictures() noexcept { return pictures_; }
+    transfer_pictures& transfer_function_pictures() noexcept { return transfer_pictures_; }
 
     const microscope& scope() const noexcept { return scope_; }
     /// The coefficients that the panel shows.
@@ -104,6 +106,9 @@ class panel_handler : public script_object
     microscope scope_;
     bool asking_ = false, previewing_ = false;
     live_correction correction_;
+    live_pictures pictures_{correction_};
+    transfer_pictures transfer_pictures_{engine_, correction_.width(), correction_.height(),
+                                         [this] { return optics(); }};
     tag_group_ref tags_ = memory_tag_group::make_group();
     std::function<void(const std::string&)> listener_;
     std::vector<std::pair<lens::aberrations, microscope>> applied_;

@@ -137,14 +137,14 @@ void panel_program::alert(const std::string& text)
 
 std::string panel_program::costs() const
 {
-    const auto& computed = handler_->correction().spent();
+    const auto& computed = handler_->pictures().spent();
     const auto& drawn = wave_window_->spent();
     const auto each = [](std::chrono::duration<double> sum, int count) {
         return count == 0 ? 0 : 1000 * sum.count() / count;
     };
     const double transfer = each(computed.transfer, computed.computed);
     const double transform = each(computed.transform, computed.computed);
-    const double shades = each(drawn.mapping, drawn.drawn), screen = each(drawn.painting, drawn.drawn);
+    const double shades = each(computed.shades, computed.computed), screen = each(drawn.painting, drawn.drawn);
     char text[200];
     std::snprintf(text, sizeof text,
                   "%d pictures, %.1f ms each: transfer function %.1f, transform %.1f, shades %.1f, screen %.1f",

@@ -19,8 +19,7 @@ constexpr UINT time_to_paint_ms = 300;  // the window system may be another proc
 void panel_program::make_windows(SIZE wave)
 {
     size_ = zoomed_to_fit(wave, {largest_picture, largest_picture});
-    wave_window_ =
-        std::make_unique<image_window>(options_.title, nullptr, size_, [this] { return handler_->result(); });
+    wave_window_ = std::make_unique<image_window>(options_.title, nullptr, size_, handler_->pictures());
     wave_window_->add_status_line({handler_->scope().pixel_nm, options_.not_finite});
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
@@ -51,9 +50,9 @@ void panel_program::place_windows()
 
 void panel_program::make_transfer_window()
 {
-    transfer_window_ = std::make_unique<image_window>("Phase contrast transfer function", wave_window_->handle(),
-                                                      SIZE{size_.cx / 2, size_.cy / 2},
-                                                      [this] { return handler_->transfer_function(); });
+    transfer_window_ =
+        std::make_unique<image_window>("Phase contrast transfer function", wave_window_->handle(),
+                                       SIZE{size_.cx / 2, size_.cy / 2}, handler_->transfer_function_pictures());
     transfer_window_->set_limits({-1, 1});
     transfer_window_->on_close([this] { handler_->set_transfer_function(false); });
     RECT frame;
@@ -74,6 +73,7 @@ void panel_program::start_timers()
 void panel_program::take_screenshots()
 {
     KillTimer(wave_window_->handle(), screenshot_timer);
+    wave_window_->shown();  // waits for it
     for (const HWND window : {wave_window_->handle(), frame_->handle()})
         RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     if (const auto file = std::exchange(options_.screenshot, {}); !file.empty())
