@@ -2,6 +2,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdio>
+#include <numbers>
 #include <string_view>
 
 #include "host/pictures/scale_bar.h"
@@ -46,6 +48,23 @@ std::string place_text(pixel_place place, double pixel_nm)
         text.append(number_label(place.y * pixel_nm, digits)).append(" nm ");
     }
     return text.append("(").append(std::to_string(place.x)).append(", ").append(std::to_string(place.y)).append(")");
+}
+
+std::string frequency_text(double right, double up)
+{
+    const double frequency = std::hypot(right, up);
+    if (!(frequency > 0)) return "0";
+    char text[100];
+    const long degrees = std::lround(std::atan2(up, right) * 180 / std::numbers::pi);
+    std::snprintf(text, sizeof text, "%.3g nm\u207b\u00b9 (%.3g nm), %ld\u00b0", frequency, 1 / frequency,
+                  (degrees + 360) % 360);
+    return text;
+}
+
+std::string zoom_text(double zoom)
+{
+    const double percent = 100 * zoom;
+    return number_label(percent, percent < 9.95 ? 1 : 0).append(" %");
 }
 
 std::string value_text(const image& pixels, pixel_place place, display_mode mode)

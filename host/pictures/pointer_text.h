@@ -15,6 +15,14 @@ std::string short_number(float value);
 /// pixel_nm  0: unknown; the text is then "(247, 1)"
 std::string place_text(pixel_place place, double pixel_nm);
 
+/// "4.21 nm⁻¹ (0.238 nm), 35°": a spatial frequency with its period and direction, counter-clockwise from the right;
+/// empty for an unknown scale, when both are not numbers or zero everywhere.
+/// right, up  [1/nm]
+std::string frequency_text(double right, double up);
+
+/// "63 %": screen pixels for each pixel of an image.
+std::string zoom_text(double zoom);
+
 /// "phase −0.341 rad", "ln modulus 0.02": the displayed value of a pixel of the first plane.
 /// Throws  script_error for elements that are not numbers
 std::string value_text(const image& pixels, pixel_place place, display_mode mode);

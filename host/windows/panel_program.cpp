@@ -1,5 +1,7 @@
 #include "host/windows/panel_program.h"
 
+#include <windowsx.h>
+
 #include <cstdio>
 #include <stdexcept>
 #include <utility>
@@ -85,6 +87,7 @@ void panel_program::dispatch(MSG& message)
 {
     const bool own_timer = message.message == WM_TIMER && message.hwnd == wave_window_->handle();
     if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
+    if (message.message == WM_MOUSEWHEEL) send_to_picture_under_mouse(message);
     const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
     // In a field, Ctrl+Z takes back what was typed there.
     const bool undoes_typing =
@@ -95,6 +98,14 @@ void panel_program::dispatch(MSG& message)
     DispatchMessageW(&message);
 }
 
+/// The wheel zooms the picture under the mouse, whatever has the focus.
+void panel_program::send_to_picture_under_mouse(MSG& message) const
+{
+    const HWND under = WindowFromPoint({GET_X_LPARAM(message.lParam), GET_Y_LPARAM(message.lParam)});
+    for (const auto* const one : {&wave_window_, &transfer_window_})
+        if (*one && under == (*one)->handle()) message.hwnd = under;
+}
+
 void panel_program::pictures_changed()
 {
     if (estimate_ && !handler_->previewing()) estimate_->stop();  // the user has changed what it searches
@@ -102,7 +113,10 @@ void panel_program::pictures_changed()
         wave_window_->set_pixel_nm(handler_->scope().pixel_nm);
         wave_window_->refresh();
     }
-    if (transfer_window_) transfer_window_->refresh();
+    if (transfer_window_) {
+        transfer_window_->set_pixel_nm(handler_->scope().pixel_nm);
+        transfer_window_->refresh();
+    }
 }
 
 void panel_program::show_mode(display_mode mode) { wave_window_->set_mode(mode); }

@@ -78,6 +78,7 @@ class panel_program : private panel_view
     void make_transfer_window();
     void place_windows();
     void dispatch(MSG& message);
+    void send_to_picture_under_mouse(MSG& message) const;
     void command(unsigned id);
     void colour_phases(bool coloured);
     void save();
