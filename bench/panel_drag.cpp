@@ -116,7 +116,7 @@ void drag(engine& host, const image_ref& wave, display_mode shown, const char* n
     check(host, wave, program, shown, knob.degrees());
     using clock = std::chrono::steady_clock;
     std::vector<double> seconds;
-    const int before = program.handler().correction().spent().computed;
+    const int before = program.handler().pictures().spent().computed;
     const double processor_before = processor_seconds();
     for (const auto start = clock::now(); clock::now() - start < std::chrono::seconds{3};) {
         const auto one = clock::now();
@@ -124,7 +124,7 @@ void drag(engine& host, const image_ref& wave, display_mode shown, const char* n
         seconds.push_back(std::chrono::duration<double>(clock::now() - one).count());
     }
     const double processor = (processor_seconds() - processor_before) / static_cast<double>(seconds.size());
-    if (program.handler().correction().spent().computed - before != static_cast<int>(seconds.size())) {
+    if (program.handler().pictures().spent().computed - before != static_cast<int>(seconds.size())) {
         std::fprintf(stderr, "a movement of the knob did not give one picture\n");
         std::exit(1);
     }

@@ -12,8 +12,12 @@ endif()
 if(ZENTRIX_SANITIZE)
     target_compile_options(zentrix_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-        -Wno-maybe-uninitialized)  # false positives in GCC 12's instrumented std::variant
+        $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # false positives in GCC 12's instrumented std::variant
     target_link_options(zentrix_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(ZENTRIX_LIBFUZZER)
+    # Clang's warnings are clang-tidy's task.
+    target_compile_options(zentrix_options INTERFACE -fsanitize=fuzzer-no-link -Wno-error)
 endif()
 
 # Kernels: loops over pixels. Neither flag changes a result; both allow comparisons and clamps to be vectorised.

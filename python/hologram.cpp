@@ -40,7 +40,7 @@ py::dict as_dict(const host::hologram_report& report)
     found["sideband"] = py::make_tuple(report.band.at.real(), report.band.at.imag());
     found["height"] = report.band.height;
     found["distinction"] = report.band.distinction > 0 ? py::cast(report.band.distinction) : py::object{py::none{}};
-    found["doubtful"] = report.is_doubtful();
+    found["doubt"] = host::doubt_about(report.band);
     found["spacing"] = report.spacing_pixels;
     found["angle"] = report.angle_degrees;
     found["contrast"] = report.contrast;
@@ -53,6 +53,15 @@ py::dict as_dict(const host::hologram_report& report)
     return found;
 }
 
+/// Errors say that they are about the reference.
+host::vacuum_wave vacuum_of(host::engine& engine, const host::image_ref& reference,
+                            const host::hologram_options& options)
+try {
+    return host::reconstruct_vacuum(engine, reference, options);
+} catch (const host::script_error& problem) {
+    throw host::script_error{std::string{"reference: "} + problem.what()};
+}
+
 /// The wave (complex64) and the members of its report; lengths in pixels of the hologram.
 py::tuple reconstruct(session& host, const py::array& hologram, const std::optional<py::array>& reference,
                       const std::string& sideband, std::optional<std::complex<double>> at, optional_number radius,
@@ -61,7 +70,11 @@ py::tuple reconstruct(session& host, const py::array& hologram, const std::optio
     const auto image = image_of(hologram);
     const auto vacuum = reference ? image_of(*reference) : nullptr;
     const auto options = options_of(sideband, at, radius, window, flank, full_size, despike);
-    const auto done = host.run([&](host::engine& engine) { return host::reconstruct(engine, image, vacuum, options); });
+    const auto done = host.run([&](host::engine& engine) {
+        if (!vacuum) return host::reconstruct(engine, image, nullptr, options);
+        const auto shared = vacuum_of(engine, vacuum, options);
+        return host::reconstruct(engine, image, &shared, options);
+    });
     return py::make_tuple(array_of(done.wave), as_dict(done.report));
 }
 

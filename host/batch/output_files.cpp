@@ -109,6 +109,14 @@ void require_own_names(const std::vector<std::string>& inputs, const std::vector
     }
 }
 
+void require_folder(const std::string& output)
+{
+    const fs::path folder = system_path(output).parent_path();
+    std::error_code ignored;
+    if (!folder.empty() && !fs::is_directory(folder, ignored))
+        throw file_error{system_path(output), "cannot be written: there is no folder " + utf8_path(folder)};
+}
+
 void create_folders(const std::vector<destination>& destinations)
 {
     for (const destination& where : destinations) {

@@ -32,6 +32,10 @@ std::vector<file_task> plan_outputs(const std::vector<std::string>& inputs,
 /// Throws  file_error
 void require_own_names(const std::vector<std::string>& inputs, const std::vector<std::string>& outputs);
 
+/// For commands that write single files: checks that the folder of an output exists, before work that would be lost.
+/// An empty name is left out. Throws  file_error
+void require_folder(const std::string& output);
+
 /// Creates the folders of the destinations where they do not exist. Throws  file_error
 void create_folders(const std::vector<destination>& destinations);
 

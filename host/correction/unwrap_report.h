@@ -22,6 +22,18 @@ struct unwrap_report
     /// their wrapped value.
     std::size_t unreached = 0;
     std::size_t left_out = 0;
+
+    /// Sums up the planes of a volume.
+    unwrap_report& operator+=(const unwrap_report& plane)
+    {
+        positive_residues += plane.positive_residues;
+        negative_residues += plane.negative_residues;
+        cut_pixels += plane.cut_pixels;
+        regions += plane.regions;
+        unreached += plane.unreached;
+        left_out += plane.left_out;
+        return *this;
+    }
 };
 
 /// phase      wrapped, whole rows of `width` pixels [rad]

@@ -4,29 +4,36 @@
 
 namespace zentrix::host {
 
-void fault_plan::plan(fault planned)
+void fault_plan::plan(fault planned) { plan(std::vector{std::move(planned)}); }
+
+void fault_plan::plan(std::vector<fault> planned)
 {
     clear();
-    planned_ = std::move(planned);
+    for (auto& one : planned) planned_.push_back({std::move(one)});
 }
 
 void fault_plan::clear()
 {
-    planned_.reset();
+    planned_.clear();
     counts_ = {};
-    matching_ = 0;
-    fired_ = 0;
+    failed_.clear();
 }
 
 bool fault_plan::should_fail(fault_point point, std::string_view prototype)
 {
     ++counts_[static_cast<std::size_t>(point)];
-    if (!planned_ || planned_->point != point) return false;
-    if (!planned_->prototype.empty() && planned_->prototype != prototype) return false;
-    ++matching_;
-    if (planned_->number != 0 && planned_->number != matching_) return false;
-    ++fired_;
-    return true;
+    ++counts_[static_cast<std::size_t>(fault_point::any)];
+    bool fails = false;
+    for (auto& [chosen, matching] : planned_) {
+        if (chosen.point != point && chosen.point != fault_point::any) continue;
+        if (!chosen.prototype.empty() && chosen.prototype != prototype) continue;
+        ++matching;
+        if (chosen.number != 0 && chosen.number != matching) continue;
+        fails = true;
+        text_ = chosen.text;
+    }
+    if (fails) failed_.push_back({point, std::string{prototype}});
+    return fails;
 }
 
 }  // namespace zentrix::host

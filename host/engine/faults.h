@@ -2,9 +2,9 @@
 
 #include <array>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zentrix::host {
 
@@ -16,8 +16,9 @@ enum class fault_point
     find_method,        ///< look-ups of methods; find none
     make_string,        ///< creation of strings; fails as if memory ran out
     register_function,  ///< registrations of script functions and floating windows; fail with the text of `fault`
+    any,                ///< all of these, counted in one sequence
 };
-inline constexpr std::size_t fault_points = 5;
+inline constexpr std::size_t fault_points = 6;
 
 /// A planned failure.
 struct fault
@@ -28,9 +29,16 @@ struct fault
     std::string text = "This host call was made to fail.";
 };
 
-/// Counts the requests of the library and makes the planned one fail. To walk through all failures of a function:
-///     run(); const auto calls = engine.faults().count(fault_point::call);
-///     for (k = 1..calls) { engine.faults().plan({fault_point::call, k}); run(); ... }
+/// A request that was made to fail: what it asked for, and the prototype text or, for make_string, the string.
+struct failed_request
+{
+    fault_point point;
+    std::string prototype;
+};
+
+/// Counts the requests of the library and makes the planned ones fail. To walk through all failures of a function:
+///     run(); const auto requests = engine.faults().count(fault_point::any);
+///     for (k = 1..requests) { engine.faults().plan({fault_point::any, k}); run(); ... }
 ///
 /// A call that is made to fail is not carried out. Releasing calls ("UnlockMemory", "UnregisterCustomTool") are carried
 /// out before they fail, because the caller cannot recover from a missing release.
@@ -39,23 +47,30 @@ class fault_plan
   public:
     /// Replaces the plan and resets the counts.
     void plan(fault planned);
+    void plan(std::vector<fault> planned);
     /// Removes the plan and resets the counts.
     void clear();
     /// Requests since the last plan or clear.
     std::uint64_t count(fault_point point) const { return counts_[static_cast<std::size_t>(point)]; }
     /// Requests made to fail since the last plan or clear.
-    std::uint64_t fired() const { return fired_; }
+    std::uint64_t fired() const { return failed_.size(); }
+    const std::vector<failed_request>& failed() const { return failed_; }
 
     /// Counts a request. True when it has to fail.
     bool should_fail(fault_point point, std::string_view prototype);
-    /// The text of the planned failure. Requires that should_fail returned true.
-    const std::string& text() const { return planned_->text; }
+    /// The text of the last planned failure. Requires that should_fail returned true.
+    const std::string& text() const { return text_; }
 
   private:
-    std::optional<fault> planned_;
+    struct planned_fault
+    {
+        fault chosen;
+        std::uint64_t matching = 0;  ///< matching requests so far
+    };
+    std::vector<planned_fault> planned_;
     std::array<std::uint64_t, fault_points> counts_{};
-    std::uint64_t matching_ = 0;
-    std::uint64_t fired_ = 0;
+    std::vector<failed_request> failed_;
+    std::string text_;
 };
 
 }  // namespace zentrix::host

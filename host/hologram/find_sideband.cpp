@@ -44,11 +44,13 @@ std::vector<candidate> peaks_over_rings(const power_map& power)
     return peaks;
 }
 
+double score_along_ray(const power_map& power, pixel_position at) { return power[at] / power.mean_along_ray(at); }
+
 /// The peaks of a transform, highest over all their surroundings first.
 std::vector<candidate> peaks_of(const power_map& power)
 {
     auto peaks = peaks_over_rings(power);
-    for (auto& peak : peaks) peak.score = std::min(peak.score, power[peak.at] / power.mean_along_ray(peak.at));
+    for (auto& peak : peaks) peak.score = std::min(peak.score, score_along_ray(power, peak.at));
     std::ranges::sort(peaks, std::greater{}, &candidate::score);
     return peaks;
 }
@@ -77,6 +79,16 @@ std::string one_digit(double value)
 }
 
 }  // namespace
+
+std::string doubt_about(const sideband& found)
+{
+    if (found.distinction == 0 && (!found.is_peak || found.height < least_height))
+        return "there is no clear peak at the given position: the transform there is " + one_digit(found.height) +
+               " times as high as its surroundings" + (found.is_peak ? "" : ", and higher next to it");
+    if (found.distinction > 0 && found.distinction < doubtful_distinction)
+        return "the sideband is only " + one_digit(found.distinction) + " times as high as the next peak";
+    return "";
+}
 
 sideband find_sideband(engine& engine, const image_ref& hologram)
 {
@@ -112,8 +124,9 @@ sideband sideband_at(engine& engine, const image_ref& hologram, std::complex<dou
     const power_map power{engine, tapered};
     auto nearest = power.highest_near({std::lround(expected.real()), std::lround(expected.imag())}, 2);
     const double floor = power.ring_medians()[static_cast<std::size_t>(power.radius(nearest))];
+    const double score = std::min(power[nearest] / std::max(floor, 1e-300), score_along_ray(power, nearest));
     const std::complex<double> start{static_cast<double>(nearest.x), static_cast<double>(nearest.y)};
-    sideband found{expected, std::sqrt(power[nearest] / std::max(floor, 1e-300)), 0};
+    sideband found{expected, std::sqrt(score), 0, power.is_peak(nearest)};
     const auto refined =
         refine_carrier(static_cast<const float*>(tapered->data()), power.width(), power.height(), start);
     if (found.height >= least_height && std::abs(refined - expected) <= 3) found.at = refined;

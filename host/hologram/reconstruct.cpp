@@ -52,13 +52,12 @@ std::size_t divide(wave_pixels wave, wave_pixels reference, float median)
     return weak;
 }
 
-void require_same_size(const image& hologram, const image& reference)
+void require_same_size(const image& hologram, const band_filter& reference)
 {
-    if (reference.dimensions() != 2) throw script_error{"The reference is one hologram of two dimensions."};
-    if (reference.size(0) == hologram.size(0) && reference.size(1) == hologram.size(1)) return;
-    throw script_error{"The reference has " + std::to_string(reference.size(0)) + " x " +
-                       std::to_string(reference.size(1)) + " pixels, the hologram " + std::to_string(hologram.size(0)) +
-                       " x " + std::to_string(hologram.size(1)) + "."};
+    if (reference.hologram_width == hologram.size(0) && reference.hologram_height == hologram.size(1)) return;
+    throw script_error{"The reference has " + std::to_string(reference.hologram_width) + " x " +
+                       std::to_string(reference.hologram_height) + " pixels, the hologram " +
+                       std::to_string(hologram.size(0)) + " x " + std::to_string(hologram.size(1)) + "."};
 }
 
 sideband choose_sideband(engine& engine, const image_ref& plane, const hologram_options& options)
@@ -108,56 +107,73 @@ image_ref new_wave(const image& hologram, const band_filter& filter)
     return wave;
 }
 
+/// Plane z, without outliers if these are to be replaced; `replaced` counts them.
+image_ref read_plane(engine& engine, const image_ref& from, std::uint32_t z, const char* what, bool despike,
+                     std::size_t& replaced)
+{
+    auto plane = hologram_plane(from, z, what);
+    if (despike) replaced += replace_outliers(engine, plane);
+    return plane;
+}
+
+/// Removes the slope that is left when the carrier is known to a fraction of a pixel only. Returns it.
+std::complex<double> remove_rest(image& wave, hologram_report& report)
+{
+    const auto rest = phase_ramp(wave);
+    remove_ramp(wave, rest);
+    set_carrier(report, report.filter.carrier + rest);
+    return rest;
+}
+
 }  // namespace
 
-reconstruction reconstruct(engine& engine, const image_ref& hologram, const image_ref& reference,
+vacuum_wave reconstruct_vacuum(engine& engine, const image_ref& reference, const hologram_options& options)
+{
+    if (reference->dimensions() != 2) throw script_error{"The reference is one hologram of two dimensions."};
+    vacuum_wave vacuum;
+    const auto plane = read_plane(engine, reference, 0, "reference", options.despike, vacuum.replaced);
+    vacuum.band = choose_sideband(engine, plane, options);
+    vacuum.filter = choose_filter(engine, *plane, vacuum.band.at, options.filter);
+    vacuum.wave = wave_in_band(engine, *plane, vacuum.filter);
+    vacuum.median_modulus = median_modulus(pixels_of(*vacuum.wave));
+    vacuum.contrast = contrast_of(*plane, vacuum.median_modulus);
+    return vacuum;
+}
+
+reconstruction reconstruct(engine& engine, const image_ref& hologram, const vacuum_wave* vacuum,
                            const hologram_options& options)
 {
-    std::size_t replaced = 0;
-    const auto read_plane = [&](const image_ref& from, std::uint32_t z) {
-        auto plane = hologram_plane(from, z);
-        if (options.despike) replaced += replace_outliers(engine, plane);
-        return plane;
+    std::size_t replaced = vacuum ? vacuum->replaced : 0;
+    const auto plane_at = [&](std::uint32_t z) {
+        return read_plane(engine, hologram, z, "hologram", options.despike, replaced);
     };
-    const auto first = read_plane(hologram, 0);
-    if (reference) require_same_size(*hologram, *reference);
-    const auto vacuum = reference ? read_plane(reference, 0) : nullptr;
-    const auto& with_carrier = vacuum ? vacuum : first;
-    const auto band = choose_sideband(engine, with_carrier, options);
-    const auto filter = choose_filter(engine, *with_carrier, band.at, options.filter);
+    const auto first = plane_at(0);
+    if (vacuum) require_same_size(*hologram, vacuum->filter);
+    const auto band = vacuum ? vacuum->band : choose_sideband(engine, first, options);
+    const auto filter = vacuum ? vacuum->filter : choose_filter(engine, *first, band.at, options.filter);
     reconstruction done{new_wave(*hologram, filter), report_on(band, filter)};
+    auto& report = done.report;
+    if (vacuum) report.reference_contrast = vacuum->contrast;
 
-    image_ref divisor;
-    float divisor_median = 0;
-    if (vacuum) {
-        divisor = wave_in_band(engine, *vacuum, filter);
-        divisor_median = median_modulus(pixels_of(*divisor));
-        done.report.reference_contrast = contrast_of(*vacuum, divisor_median);
-    }
     auto ramp = remaining_carrier(filter);
-    const std::size_t count = static_cast<std::size_t>(filter.width) * static_cast<std::size_t>(filter.height);
+    const auto count = filter.width * filter.height;
     for (std::uint32_t z = 0; z < hologram->size(2); ++z) {
-        const auto plane = z == 0 ? first : read_plane(hologram, z);
+        const auto plane = z == 0 ? first : plane_at(z);
         const auto wave = wave_in_band(engine, *plane, filter);
         const auto pixels = pixels_of(*wave);
         const float median = median_modulus(pixels);
-        if (z == 0) done.report.contrast = contrast_of(*plane, median);
-        if (divisor)
-            done.report.weak = divide(pixels, pixels_of(*divisor), divisor_median);
+        if (z == 0) report.contrast = contrast_of(*plane, median);
+        if (vacuum)
+            report.weak = divide(pixels, pixels_of(*vacuum->wave), vacuum->median_modulus);
         else {
             remove_ramp(*wave, ramp);
-            if (z == 0) {
-                const auto rest = phase_ramp(*wave);
-                remove_ramp(*wave, rest);
-                ramp += rest;
-                set_carrier(done.report, filter.carrier + rest);
-            }
+            if (z == 0) ramp += remove_rest(*wave, report);
             if (median > 0)
                 for (auto& pixel : pixels) pixel /= median;
         }
-        std::ranges::copy(pixels, pixels_of(*done.wave).begin() + static_cast<std::ptrdiff_t>(z * count));
+        std::ranges::copy(pixels, pixels_of(*done.wave).begin() + std::ptrdiff_t{z} * count);
     }
-    done.report.replaced = replaced;
+    report.replaced = replaced;
     return done;
 }
 

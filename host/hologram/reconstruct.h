@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <vector>
 
 #include "host/hologram/band_filter.h"
 #include "host/hologram/find_sideband.h"
@@ -25,7 +24,7 @@ struct hologram_options
 
 struct hologram_report
 {
-    sideband band;  ///< of the reference if there is one
+    sideband band;  ///< of the reference if there is one; doubt_about judges it
     band_filter filter;
     double spacing_pixels = 0;                 ///< of the fringes, in pixels of the hologram
     double angle_degrees = 0;                  ///< of the carrier, counter-clockwise on the displayed image
@@ -34,7 +33,6 @@ struct hologram_report
     double resolution_pixels = 0;              ///< the finest period that the filter passes by half or more
     std::size_t weak = 0;                      ///< pixels of the wave where the reference is too weak to divide by
     std::size_t replaced = 0;                  ///< outliers in hologram and reference
-    bool is_doubtful() const { return band.distinction > 0 && band.distinction < doubtful_distinction; }
 };
 
 struct reconstruction
@@ -43,17 +41,33 @@ struct reconstruction
     hologram_report report;
 };
 
+/// What the hologram of the vacuum gives for all holograms that were recorded with it.
+struct vacuum_wave
+{
+    image_ref wave;  ///< complex of two floats, with the remaining fraction of a pixel of the carrier
+    sideband band;
+    band_filter filter;
+    double contrast = 0;
+    float median_modulus = 0;
+    std::size_t replaced = 0;  ///< outliers
+};
+
+/// Finds the sideband of the reference, chooses the filter and computes the wave.
+/// reference  integers or reals, two dimensions
+/// Throws  script_error as reconstruct
+vacuum_wave reconstruct_vacuum(engine& engine, const image_ref& reference, const hologram_options& options);
+
 /// Computes the wave of an off-axis hologram.
 ///
 /// hologram   integers or reals, two dimensions; three: a stack of holograms, which share sideband and filter
-/// reference  the hologram of the vacuum, for the whole stack, of the same size; null: none. The wave is divided by the
-///            reference's wave; where that is weaker than a tenth of its median, the quotient is reduced in proportion
-///            to its power, so that it goes to 0 where nothing was measured. Without a reference the carrier is removed
-///            to a fraction of a pixel, such that the phase of the larger part of the first plane is flat
-///            (phase_ramp), and the wave of each plane is divided by the median of its modulus.
+/// vacuum     from a reference of the same size and with the same options; null: none. The wave is divided by it;
+///            where it is weaker than a tenth of its median, the quotient is reduced in proportion to its power, so
+///            that it goes to 0 where nothing was measured. Without a reference the carrier is removed to a fraction of
+///            a pixel, such that the phase of the larger part of the first plane is flat (phase_ramp), and the wave of
+///            each plane is divided by the median of its modulus.
 /// Throws  script_error for images of another kind or size, pixels that are not finite, no sideband, or a filter that
 ///         does not fit
-reconstruction reconstruct(engine& engine, const image_ref& hologram, const image_ref& reference,
+reconstruction reconstruct(engine& engine, const image_ref& hologram, const vacuum_wave* vacuum,
                            const hologram_options& options);
 
 }  // namespace zentrix::host

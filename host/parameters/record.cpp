@@ -83,7 +83,7 @@ json as_json(const recorded_input& input)
     return entry;
 }
 
-/// All members but "command", "program" and "result": what decides on the pixels of the result.
+/// All members but "command", "found", "program" and "result": what decides on the pixels of the result.
 json essentials_of(const provenance& made)
 {
     json record = json::object();
@@ -155,6 +155,7 @@ void write_record(const fs::path& record, const provenance& made, const std::vec
     json root = json::object();
     if (!made.command.empty()) root["command"] = made.command;
     root.update(essentials_of(made));
+    if (!made.found.is_null()) root["found"] = made.found;
     root["program"] = made.program.is_object() ? made.program : program_facts({}, false);
     json list = json::array();
     for (const auto& result : results)
@@ -172,7 +173,7 @@ bool is_recorded(const std::vector<fs::path>& results, const provenance& made)
         const bool are_there = std::ranges::all_of(results, [&](const fs::path& result) {
             return has_recorded_size(entry_of(record, place, result), result);
         });
-        for (const char* own : {"command", "program", "result"}) record.erase(own);
+        for (const char* own : {"command", "found", "program", "result"}) record.erase(own);
         return are_there && nlohmann::json(record) == nlohmann::json(expected);  // in any order
     });
 }

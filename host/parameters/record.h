@@ -39,6 +39,7 @@ struct provenance
     std::optional<parameter_set> parameters = {};
     nlohmann::ordered_json program = {};  ///< see program_facts
     nlohmann::ordered_json more = {};     ///< an object of further members, such as {"removed": true}; or null
+    nlohmann::ordered_json found = {};    ///< measured on the way, does not decide on the result; null: nothing
 };
 
 /// Name and version of the program, file name and digest of the library that computed, and whether it used vector

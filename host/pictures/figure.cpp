@@ -45,11 +45,21 @@ std::string quantity_of(const image& pixels, const figure_style& style)
     return "";
 }
 
+bar_length scale_bar_for(const image& pixels) { return round_bar(pixels.scale().axes[0], 0.3 * pixels.size(0)); }
+
 }  // namespace
+
+void require_drawable(const image& pixels, const figure_style& style)
+{
+    if (pixels.dimensions() > 2) throw script_error{"a volume cannot be shown as one picture"};
+    enlargement_for(pixels, style);
+    if (style.scale_bar && scale_bar_for(pixels).pixels == 0)
+        throw script_error{"a scale bar needs the pixel size, which the image does not have"};
+}
 
 figure::figure(const image& pixels, const figure_style& style)
 {
-    if (pixels.dimensions() > 2) throw script_error{"a volume cannot be shown as one picture"};
+    require_drawable(pixels, style);
     enlargement_ = enlargement_for(pixels, style);
     choose_limits(pixels, style);
     const bool marks = is_annotated(style) || range_.not_a_number > 0;
@@ -61,8 +71,7 @@ figure::figure(const image& pixels, const figure_style& style)
     width_ = painter_->width() * enlargement_;
     height_ = painter_->height() * enlargement_;
     letters_ = std::max(13.0, std::sqrt(static_cast<double>(width_) * height_) / 24);
-    if (style.scale_bar)
-        add_scale_bar(style.pixel_nm > 0 ? axis_scale{style.pixel_nm, 0, "nm"} : pixels.scale().axes[0]);
+    if (style.scale_bar) add_scale_bar(pixels);
     if (style.colour_bar || !style.title.empty()) add_margins(style);
 }
 
@@ -86,11 +95,9 @@ void figure::choose_limits(const image& pixels, const figure_style& style)
     if (is_wave) range_.limits.black = 0;
 }
 
-void figure::add_scale_bar(const axis_scale& along)
+void figure::add_scale_bar(const image& pixels)
 {
-    const auto bar = round_bar(along, 0.3 * painter_->width());
-    if (bar.pixels == 0) throw script_error{"a scale bar needs the pixel size, which the image does not have"};
-    const drawing drawn = drawing_of_bar(bar, enlargement_, letters_, {width_, height_});
+    const drawing drawn = drawing_of_bar(scale_bar_for(pixels), enlargement_, letters_, {width_, height_});
     const double margin = std::round(0.7 * letters_) - std::ceil(std::max(1.0, letters_ / 10)) - 1;
     const int left = std::clamp(static_cast<int>(margin), 0, width_ - drawn.width());
     const int top = std::clamp(height_ - static_cast<int>(margin) - drawn.height(), 0, height_);

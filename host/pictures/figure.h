@@ -29,9 +29,13 @@ struct figure_style
     bool colour_bar = false;  ///< or the wheel of the colours
     std::string title;
     std::string quantity;  ///< name and unit of the values, for the colour bar; empty: that of `shown`
-    double pixel_nm = 0;   ///< for the scale bar; 0: the image's own scale
     int enlargement = 0;  ///< pixels of the picture along one of the image; 0: 1, and more for small annotated pictures
 };
+
+/// Checks what can be known of a picture before the values are: the image's size and scale.
+/// Throws  script_error for an image of three dimensions, for a scale bar without a scale, and when a side would have
+///         more than 65535 pixels after it is enlarged
+void require_drawable(const image& pixels, const figure_style& style);
 
 /// What a picture shows.
 struct shown_range
@@ -49,8 +53,7 @@ class figure
 {
   public:
     /// Surveys the values and draws the annotations. `pixels` must outlive the figure.
-    /// Throws  script_error for an image of three dimensions, for elements that are not numbers, for a scale bar
-    ///         without a scale, and when a side would have more than 65535 pixels after it is enlarged
+    /// Throws  script_error as require_drawable, and for elements that are not numbers
     figure(const image& pixels, const figure_style& style);
 
     int width() const { return width_; }
@@ -70,7 +73,7 @@ class figure
 
     void choose_limits(const image& pixels, const figure_style& style);
     void add_margins(const figure_style& style);
-    void add_scale_bar(const axis_scale& along);
+    void add_scale_bar(const image& pixels);
 
     shown_range range_;
     int enlargement_ = 1;

@@ -4,6 +4,7 @@
 #include <complex>
 #include <map>
 
+#include "host/batch/output_files.h"
 #include "host/files/image_file.h"
 #include "host/objects/tag_group.h"
 #include "host/program/argument.h"
@@ -56,6 +57,7 @@ destinations destinations_of(const std::vector<std::string>& outputs, const host
                 std::string{"-o "}.append(output).append(": this image already goes to ").append(file)};
         file = is_named ? output.substr(equals + 1) : output;
         host::require_writable_kind(host::system_path(file));
+        host::require_folder(file);
     }
     return result;
 }
@@ -168,19 +170,29 @@ host::provenance provenance_of(const host::prototype& signature, const std::vect
     return made;
 }
 
+/// Checks that the value is an image which its file can hold, before any file is written.
+void require_writable(const delivery& output, const picture_options& look)
+{
+    const auto image = host::object_in<host::image>(output.value);
+    if (!image) throw host::script_error{"there is no image to write to " + output.file};
+    host::require_writable_kind(host::system_path(output.file), image->type().meaning);
+    check_picture(output.file, look, *image);
+}
+
 /// Writes the images that go to files, with one record.
 void write_all(const std::vector<delivery>& values, const host::file_task& task, const host::provenance& made)
 {
     const auto results = results_of(task);
     if (results.empty()) return;
     const auto record = host::record_path(results);
+    picture_options look;
+    look.shown = host::display_mode::real;
+    for (const delivery& output : values)
+        if (!output.file.empty()) require_writable(output, look);
     std::vector<host::recorded_result> written;
     for (const delivery& output : values) {
         if (output.file.empty()) continue;
         const auto image = host::object_in<host::image>(output.value);
-        if (!image) throw host::script_error{"there is no image to write to " + output.file};
-        picture_options look;
-        look.shown = host::display_mode::real;
         const bool is_picture = write_result(output.file, look, *image, host::texts_of(made)).has_value();
         written.push_back({host::system_path(output.file), is_picture ? nullptr : image.get()});
     }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <optional>
@@ -66,12 +67,25 @@ host::parameter_set set_of_words(const std::vector<std::string>& words)
     }
 }
 
+/// Whether a word is meant as a coefficient: "C12", "A1", which is no file.
+bool is_name_without_value(const std::string& word)
+{
+    const bool is_name =
+        host::notation_of_name(word) ||
+        std::ranges::any_of(lens::all_coefficients, [&](const auto& about) { return about.name == word; });
+    std::error_code ignored;
+    return is_name && !std::filesystem::exists(host::system_path(word), ignored);
+}
+
 /// A file, coefficients as words and as options; later ones override.
 host::parameter_set given_parameters(const convert_request& request)
 {
     std::vector<std::string> files, words;
     for (const std::string& word : request.words)
         (word.find('=') == std::string::npos || word.ends_with(".json") ? files : words).push_back(word);
+    if (!files.empty() && is_name_without_value(files[0]))
+        throw usage_error{files[0] + " is not a file. Give a coefficient with its value: NAME=NUMBER or " +
+                          "NAME=NUMBERUNIT, such as C12=140A"};
     if (files.size() > 1) throw usage_error{"one file can be converted, not " + std::to_string(files.size())};
     host::parameter_set given = set_of_words(words);
     for (const auto& about : lens::all_coefficients)

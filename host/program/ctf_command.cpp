@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 
+#include "host/batch/output_files.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/files/pending_file.h"
@@ -12,6 +14,7 @@
 #include "host/program/ctf_figure.h"
 #include "host/program/describe.h"
 #include "host/program/lens_options.h"
+#include "host/program/picture_options.h"
 #include "host/program/result_record.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
@@ -41,8 +44,13 @@ bool ends_with(const std::string& name, const char* extension)
 
 void check_outputs(const ctf_request& request)
 {
-    for (const auto& name : request.outputs)
+    host::require_own_names({request.parameter_file}, request.outputs);
+    for (const auto& name : request.outputs) {
         if (!ends_with(name, ".csv")) host::require_writable_kind(host::system_path(name));
+        host::require_folder(name);
+    }
+    if (!request.title.empty() && std::ranges::none_of(request.outputs, is_picture_name))
+        throw usage_error{"--title is for figures, and none is written: name one with -o FILE.png"};
 }
 
 /// "300 kV, C1 -62 nm, A1 14@35 nm, focus spread 3 nm"

@@ -20,4 +20,14 @@ json as_json(const host::image& pixels, const std::string& file)
     return described;
 }
 
+json as_json(const host::unwrap_report& report)
+{
+    return {{"positive_residues", report.positive_residues},
+            {"negative_residues", report.negative_residues},
+            {"cut_pixels", report.cut_pixels},
+            {"regions", report.regions},
+            {"unreached", report.unreached},
+            {"left_out", report.left_out}};
+}
+
 }  // namespace zentrix::program

@@ -2,6 +2,7 @@
 #include <iostream>
 #include <sstream>
 
+#include "host/batch/output_files.h"
 #include "host/batch/progress.h"
 #include "host/correction/multiply_spectrum.h"
 #include "host/estimation/estimate.h"
@@ -115,9 +116,12 @@ void run(estimate_request& request, const global_options& global)
     if (!lens.output.empty() && !lens.output.ends_with(".json"))
         throw host::file_error{host::system_path(lens.output), "cannot be written: expected a name ending in .json"};
     if (!lens.output.empty()) host::require_no_record(host::system_path(lens.output));
-    check_picture_name(lens.picture.png);
+    host::require_folder(lens.output);
+    check_names("", lens.picture);
     const auto wave = read_wave(request.wave);
     const auto settled = settle(lens, request.wave, wave->scale());
+    wave->set_scale(scale_of_result(wave->scale(), settled.parameters));
+    check_picture("", lens.picture, *wave);
     std::cerr << settled.notes;
     apply_nan_rule(request.wave, *wave, lens.not_finite);
 

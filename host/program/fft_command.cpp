@@ -149,6 +149,7 @@ host::file_outcome process(const fft_request& request, const global_options& glo
     if (request.files.resumes && host::is_recorded(results, made)) return done_before(task);
     const auto record = host::record_path(results);
     apply_nan_rule(task.input, *wave, request.not_finite);
+    check_picture(output, picture, *wave);
     times.measure("transform", [&] { transform(task.input, *wave, request.inverse); });
     const auto result = request.real_part ? real_part_of(*wave) : wave;
     const auto shown =

@@ -1,14 +1,10 @@
-#include <iostream>
-
 #include "host/batch/output_files.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
-#include "host/parameters/record.h"
+#include "host/parameters/parameter_file.h"
 #include "host/program/commands.h"
 #include "host/program/hologram_work.h"
 #include "host/program/lens_options.h"
-#include "host/program/result_record.h"
-#include "host/text/number_text.h"
 #include "host/text/system_path.h"
 #include "lens/numbers.h"
 
@@ -16,85 +12,59 @@ namespace zentrix::program {
 
 namespace {
 
-void check(const hologram_request& request)
+/// The picture of a phase shows its values.
+void settle_picture(hologram_request& request)
 {
-    check_names(request.output, request.picture,
-                request.result_is_phase() ? host::element_class::real : host::element_class::complex);
-    if (request.in_degrees && !request.result_is_phase()) throw usage_error{"--degrees needs --phase or --unwrap"};
-    if (!request.wave.empty())
-        host::require_writable_kind(host::system_path(request.wave), host::element_class::complex);
-    host::require_own_names({request.hologram, request.reference, request.params},
-                            {request.output, request.picture.png, request.wave});
+    auto& picture = request.picture;
+    if (!request.result_is_phase()) return;
+    if (picture.shown != host::display_mode::phase || picture.shades == host::palette::wave)
+        throw usage_error{
+            "--show is for waves, apart from --show phase: with --phase and --unwrap, the picture shows the "
+            "phase"};
+    picture.shown = host::display_mode::real;
+    picture.quantity = request.in_degrees && picture.shades == host::palette::grey ? "phase (\u00b0)" : "phase (rad)";
 }
 
-/// The first of them is that of the record.
-std::vector<std::filesystem::path> files_of(const hologram_request& request)
+void read_parameters(hologram_request& request)
 {
-    std::vector<std::filesystem::path> files;
-    for (const std::string& name : {request.output, request.picture.png, request.wave})
-        if (!name.empty()) files.push_back(host::system_path(name));
-    return files;
+    request.parameters = request.given;
+    if (request.parameter_file.empty()) return;
+    auto from_file = host::read_parameters(host::system_path(request.parameter_file));
+    from_file.pixel_nm.reset();  // that of another wave
+    request.parameters = host::overlaid(request.given, from_file);
 }
 
-void warn_if_doubtful(const hologram_request& request, const host::hologram_report& report)
+void check_wave(const std::string& wave)
 {
-    if (!report.is_doubtful()) return;
-    std::cerr << "zentrix: warning: " << request.hologram << ": the sideband is only "
-              << host::number_text(std::round(report.band.distinction * 10) / 10)
-              << " times as high as the next peak; --sideband X,Y chooses another one\n";
-}
-
-/// The command line decides on the result; the parameters are those of the wave.
-host::provenance provenance_of(const hologram_request& request, const hologram_outcome& done,
-                               const global_options& global)
-{
-    host::provenance made{.command = global.words, .inputs = {host::input_of(request.hologram)}};
-    made.command.insert(made.command.begin(), "zentrix");
-    if (!request.reference.empty()) made.inputs.push_back(host::input_of(request.reference));
-    made.parameters = done.corrected;
-    made.program = program_with_library(global);
-    made.more = {{"hologram", as_json(request, done)}};
-    return made;
-}
-
-/// Writes the results and their record. Returns what the picture shows, if there is one.
-std::optional<host::shown_range> write(const hologram_request& request, const hologram_outcome& done,
-                                       const std::filesystem::path& record, const global_options& global)
-{
-    std::vector<host::recorded_result> results;
-    for (const auto& file : files_of(request)) {
-        const auto& pixels = file == host::system_path(request.wave) ? done.wave : done.result;
-        results.push_back({file, is_picture_name(host::utf8_path(file)) ? nullptr : pixels.get()});
-    }
-    const auto made = provenance_of(request, done, global);
-    auto shown = write_result(request.output, request.picture, *done.result, host::texts_of(made));
-    if (!request.wave.empty()) host::write_image(host::system_path(request.wave), *done.wave);
-    finish_with_record(record, made, results);
-    return shown;
+    if (wave.empty()) return;
+    if (is_picture_name(wave))
+        throw host::file_error{host::system_path(wave),
+                               "a picture does not keep the wave; expected a name ending in .npy or .mrc"};
+    host::require_writable_kind(host::system_path(wave), host::element_class::complex);
+    host::require_folder(wave);
 }
 
 void run(hologram_request& request, const global_options& global)
 {
-    check(request);
-    const auto record = host::record_path(files_of(request));
-    step_times times;
-    const auto done = compute(request, global, times);
-    warn_if_doubtful(request, done.report);
-    if (request.result_is_phase()) {
-        request.picture.shown = host::display_mode::real;
-        request.picture.quantity = request.in_degrees ? "phase (\u00b0)" : "phase (rad)";
+    if (request.in_degrees && !request.result_is_phase()) throw usage_error{"--degrees needs --phase or --unwrap"};
+    const auto meaning = request.result_is_phase() ? host::element_class::real : host::element_class::complex;
+    const auto results = destination_of(request.output, request.files, meaning);
+    const auto pictures = destination_of_pictures(request.picture.png, request.files);
+    auto waves = destination_of(request.wave, request.files, host::element_class::complex);
+    waves.suffix += "_wave";  // a folder may take phases and waves
+    settle_picture(request);
+    picture_options first = request.picture;
+    first.png = example_of(pictures);
+    check_names(example_of(results), first, meaning);
+    check_wave(example_of(waves));
+    read_parameters(request);
+    if (!request.reference.empty()) {
+        request.vacuum = host::input_of(request.reference);
+        request.files.others = {request.reference};
     }
-    const auto shown = times.measure("write", [&] { return write(request, done, record, global); });
-    if (request.timing && !global.json) std::cerr << "zentrix: " << times.text() << '\n';
-    if (global.json) {
-        auto described = as_json(request, done);
-        if (shown) described["picture"] = as_json(*shown);
-        if (request.timing) described["seconds"] = times.as_json();
-        print(described);
-    } else {
-        std::cout << text_of(request, done);
-        if (shown) std::cout << "picture: " << one_line(*shown) << '\n';
-    }
+    hologram_work work{request, global};
+    process_files(request.files, {results, pictures, waves}, global,
+                  [&](const host::file_task& task) { return work(task); });
 }
 
 void set_sideband(host::hologram_options& options, const std::string& word)
@@ -148,12 +118,20 @@ void add_correction_options(CLI::App& command, hologram_request& request)
         ->check(pixel_in_nanometres());
     command.add_option("--kv", request.given.kilovolts, "Accelerating voltage [kV] (default: the file's)")
         ->check(voltage_in_kilovolts());
-    command.add_option("--params", request.params, "File with the aberrations to remove (.json)")->type_name("FILE");
-    command.add_flag("--phase", request.wants_phase, "The result is the phase of the wave, wrapped");
-    command.add_flag("--unwrap", request.wants_unwrapped, "The result is the unwrapped phase of the wave");
+    command.add_option("--params", request.parameter_file, "File with the aberrations to remove (.json)")
+        ->type_name("FILE");
+    const auto set_result = [&request](hologram_result result) {
+        return [&request, result](std::int64_t) { request.result = std::max(request.result, result); };
+    };
+    command.add_flag_function("--phase", set_result(hologram_result::phase),
+                              "The result is the phase of the wave, wrapped");
+    command.add_flag_function("--unwrap", set_result(hologram_result::unwrapped),
+                              "The result is the unwrapped phase of the wave");
     command.add_flag("--degrees", request.in_degrees, "The phase is in degrees (default: radians)");
-    command.add_option("--wave", request.wave, "Also write the complex wave")->type_name("FILE");
-    add_coefficients(command, request.coefficients);
+    command.add_option("--wave", request.wave, "Also write the complex wave")->type_name("FILE|FOLDER/");
+    add_coefficients(command, [&request](lens::coefficient which, const std::string& word) {
+        request.given.coefficients[which] = lens::parse_coefficient(which, word);
+    });
 }
 
 }  // namespace
@@ -163,21 +141,29 @@ void add_hologram_command(CLI::App& app, const global_options& global)
     CLI::App* const command = app.add_subcommand("hologram", "Compute the wave of an off-axis hologram, or its phase");
     auto request = std::make_shared<hologram_request>();
     request->picture.shown = host::display_mode::phase;
-    command->add_option("HOLOGRAM", request->hologram, "Hologram (integers or reals; three dimensions: a stack)")
+    command
+        ->add_option(
+            "HOLOGRAM", request->files.inputs,
+            "Holograms of integers or reals, or stacks of them: files, folders, patterns such as \"data/*.dm3\"")
         ->required();
-    command->add_option("--reference", request->reference, "Hologram of the vacuum, of the same size")
+    command
+        ->add_option("--reference", request->reference, "Hologram of the vacuum, of the same size, for all holograms")
         ->type_name("FILE");
     command
         ->add_option("-o,--output", request->output,
-                     "Wave or phase (.npy, .mrc; .tif for a phase; .png for a picture only)")
+                     "Wave or phase (.npy, .mrc; .tif for a phase; .png for a picture only), or a folder for many "
+                     "results")
         ->required()
-        ->type_name("FILE");
+        ->type_name("FILE|FOLDER/");
     add_filter_options(*command, *request);
     add_correction_options(*command, *request);
     add_picture_options(*command, request->picture);
+    add_result_options(*command, request->files);
     add_timing_option(*command, request->timing);
     command->footer(
-        "Example:\n  zentrix hologram holo.dm3 --reference vacuum.dm3 --unwrap -o unwrapped.npy --png phase.png\n\n"
+        "Examples:\n"
+        "  zentrix hologram holo.dm3 --reference vacuum.dm3 --unwrap -o unwrapped.npy --png phase.png\n"
+        "  zentrix hologram series/ --reference vacuum.dm3 -o waves/ --jobs 2\n\n"
         "docs/holograms.md explains the choice of the sideband and the report.");
     command->callback([&global, request] { run(*request, global); });
 }

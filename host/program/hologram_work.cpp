@@ -1,141 +1,173 @@
 #include "host/program/hologram_work.h"
 
-#include <algorithm>
-#include <complex>
-#include <numbers>
-#include <span>
-#include <vector>
+#include <iostream>
 
-#include "host/correction/multiply_spectrum.h"
-#include "host/correction/unwrap_plane.h"
+#include "host/batch/output_files.h"
 #include "host/files/file_error.h"
-#include "host/parameters/parameter_file.h"
+#include "host/files/image_file.h"
 #include "host/parameters/recorded_image.h"
+#include "host/program/describe.h"
+#include "host/program/hologram_report.h"
+#include "host/program/result_record.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {
 
+namespace fs = std::filesystem;
+
 namespace {
 
-host::parameter_set parameters_of(const hologram_request& request)
+/// The files of one task and their records. The wave has a record of its own, where other commands look for its scale,
+/// unless its name differs from that of the result in the ending only.
+struct written_files
 {
-    auto given = request.given;
-    for (const auto& about : lens::all_coefficients)
-        if (const auto& value = request.coefficients[about.which]; value.modulus != 0)
-            given.coefficients[about.which] = value;
-    if (request.params.empty()) return given;
-    auto from_file = host::read_parameters(host::system_path(request.params));
-    from_file.pixel_nm.reset();  // that of another wave
-    return host::overlaid(given, from_file);
-}
+    std::string output, wave;
+    picture_options picture;
+    std::vector<fs::path> with_result, alone;  ///< `alone`: the wave, or nothing
+    fs::path record = {}, record_of_wave = {};
 
-bool has_aberrations(const host::parameter_set& parameters)
-{
-    return std::ranges::any_of(parameters.coefficients, [](const auto& entry) { return entry.second.modulus != 0; });
-}
-
-host::image_ref plane_of(const host::image_ref& stack, std::uint32_t z)
-{
-    const std::uint32_t sizes[] = {stack->size(0), stack->size(1)};
-    const std::ptrdiff_t strides[] = {1, stack->size(0)};
-    auto* const first =
-        static_cast<std::byte*>(stack->data()) + std::size_t{z} * stack->size(0) * stack->size(1) * stack->type().bytes;
-    return host::image::over(stack->name(), stack->code(), first, sizes, strides, host::access::write, stack);
-}
-
-/// Removes the aberrations from each wave.
-void correct(host::engine& engine, hologram_outcome& done, host::parameter_set parameters)
-{
-    const double pixel = host::square_pixel_nm(done.wave->scale());
-    if (pixel == 0) throw usage_error{"the pixel size is not known: --pixel is required to remove aberrations"};
-    if (!parameters.kilovolts && !parameters.wavelength_nm && done.wave->scale().kilovolts > 0)
-        parameters.kilovolts = done.wave->scale().kilovolts;
-    if (!parameters.kilovolts && !parameters.wavelength_nm)
-        throw usage_error{"the voltage is not known: --kv is required to remove aberrations"};
-    parameters.pixel_nm = pixel;
-    const auto arguments =
-        lens::arguments_for(host::optics_of(parameters), static_cast<int>(done.wave->size(0)),
-                            static_cast<int>(done.wave->size(1)), lens::direction::remove, lens::damping::off);
-    for (std::uint32_t z = 0; z < done.wave->size(2); ++z)
-        host::multiply_spectrum(engine, plane_of(done.wave, z), arguments);
-    done.corrected = parameters;
-}
-
-/// A new float32 image with the phases of the waves [rad].
-host::image_ref phase_of(const host::image& wave)
-{
-    const std::uint32_t sizes[] = {wave.size(0), wave.size(1), wave.size(2)};
-    auto phase = host::image::create(wave.name(), HOST_ELEMENT_FLOAT32, std::span{sizes, wave.dimensions()});
-    phase->set_scale(wave.scale());
-    const std::span from{static_cast<const std::complex<float>*>(wave.data()), wave.count()};
-    std::ranges::transform(from, static_cast<float*>(phase->data()), [](auto value) { return std::arg(value); });
-    return phase;
-}
-
-host::unwrap_report unwrap(host::engine& engine, const host::image_ref& phase)
-{
-    host::unwrap_report sum;
-    for (std::uint32_t z = 0; z < phase->size(2); ++z) {
-        const auto plane = plane_of(phase, z);
-        const auto wrapped = plane->clone();
-        host::unwrap_plane(engine, plane, 0);
-        std::vector<std::int32_t> labels(plane->count());
-        const auto report = host::report_on_unwrapping({static_cast<const float*>(wrapped->data()), wrapped->count()},
-                                                       {static_cast<const float*>(plane->data()), plane->count()},
-                                                       plane->size(0), labels);
-        sum.positive_residues += report.positive_residues;
-        sum.negative_residues += report.negative_residues;
-        sum.cut_pixels += report.cut_pixels;
-        sum.regions += report.regions;
-        sum.unreached += report.unreached;
+    written_files(const host::file_task& task, const picture_options& look)
+        : output{task.outputs.at(0)}, wave{task.outputs.at(2)}, picture{look}
+    {
+        picture.png = task.outputs.at(1);
+        for (const std::string& name : {output, picture.png})
+            if (!name.empty()) with_result.push_back(host::system_path(name));
+        if (wave.empty()) return;
+        const auto file = host::system_path(wave);
+        const auto places = host::places_of_record(file), others = host::places_of_record(with_result.front());
+        (places.front() == others.front() ? with_result : alone).push_back(file);
     }
-    return sum;
+
+    bool are_recorded(const host::provenance& made) const
+    {
+        return host::is_recorded(with_result, made) && (alone.empty() || host::is_recorded(alone, made));
+    }
+
+    /// Throws  host::file_error when a name is taken
+    void choose_records()
+    {
+        record = host::record_path(with_result);
+        if (!alone.empty()) record_of_wave = host::record_path(alone);
+    }
+
+    std::vector<host::recorded_result> results(const std::vector<fs::path>& files, const hologram_outcome& done) const
+    {
+        std::vector<host::recorded_result> results;
+        for (const auto& file : files) {
+            const bool is_wave = !wave.empty() && file == host::system_path(wave);
+            const auto* const pixels = (is_wave ? done.wave : done.result).get();
+            results.push_back({file, is_picture_name(host::utf8_path(file)) ? nullptr : pixels});
+        }
+        return results;
+    }
+};
+
+/// Everything that decides on the result.
+host::provenance provenance_of(const hologram_request& request, const host::file_task& task,
+                               const std::optional<host::parameter_set>& removed, const host::image& hologram,
+                               const global_options& global)
+{
+    host::provenance made{.command = command_for(task, request.files, {"-o", "--png", "--wave"}, global),
+                          .inputs = {host::input_of(task.input)},
+                          .parameters = removed,
+                          .program = program_with_library(global),
+                          .more = {{"hologram", options_as_json(request)}}};
+    if (request.vacuum) made.inputs.push_back(*request.vacuum);
+    const double pixel_nm = host::square_pixel_nm(hologram.scale());
+    if (pixel_nm > 0) made.more["hologram"]["pixel_nm"] = pixel_nm;
+    if (has_picture(task.outputs.at(0), request.picture) || !task.outputs.at(1).empty())
+        made.more["picture"] = choice_of(request.picture);
+    return made;
 }
 
-/// Sets the scale that the command line gives instead of that of the file.
-void settle_scale(host::image& hologram, const host::parameter_set& parameters)
+/// Writes the results and their records. Returns what the picture shows, if there is one.
+std::optional<host::shown_range> write(const written_files& files, const hologram_outcome& done,
+                                       const host::provenance& made)
 {
-    auto scale = hologram.scale();
-    if (parameters.kilovolts) scale.kilovolts = *parameters.kilovolts;
-    if (parameters.pixel_nm)
-        for (const std::size_t axis : {0U, 1U}) scale.axes[axis] = {*parameters.pixel_nm, 0, "nm"};
-    hologram.set_scale(scale);
+    const bool is_cyclic = files.picture.shades == host::palette::cyclic;  // a turn is 2 pi
+    auto shown = write_result(files.output, files.picture, *done.result, host::texts_of(made),
+                              is_cyclic ? done.radians.get() : nullptr);
+    if (!files.wave.empty()) host::write_image(host::system_path(files.wave), *done.wave);
+    finish_with_record(files.record, made, files.results(files.with_result, done));
+    if (!files.alone.empty()) finish_with_record(files.record_of_wave, made, files.results(files.alone, done));
+    return shown;
+}
+
+/// Checks what can be checked before the wave is computed.
+void check(const written_files& files, const std::string& name, const host::image& hologram)
+{
+    if (!has_picture(files.output, files.picture)) return;
+    if (hologram.dimensions() > 2)
+        throw host::file_error{host::system_path(name),
+                               "contains " + one_line(hologram) + "; a stack cannot be shown as one picture"};
+    picture_options look = files.picture;
+    look.enlargement = 1;  // the wave may be smaller
+    check_picture(files.output, look, hologram);
+}
+
+host::file_outcome outcome_of(const hologram_request& request, const written_files& files, const std::string& input,
+                              const hologram_outcome& done)
+{
+    host::file_outcome outcome;
+    if (const auto doubt = host::doubt_about(done.report.band); !doubt.empty())
+        outcome.notes = "zentrix: warning: " + input + ": " + doubt + "; --sideband X,Y chooses another place\n";
+    outcome.text = input + ": " + text_of(request, done, files.output);
+    outcome.facts = {{"result", as_json(*done.result, files.output)}, {"quantity", quantity_of(request)}};
+    outcome.facts.update(as_json(done));
+    if (!files.wave.empty()) outcome.facts["wave"] = as_json(*done.wave, files.wave);
+    return outcome;
 }
 
 }  // namespace
 
-hologram_outcome compute(const hologram_request& request, const global_options& global, step_times& times)
+const host::vacuum_wave* hologram_work::vacuum(step_times& times)
 {
-    const auto parameters = parameters_of(request);
-    const auto hologram =
-        times.measure("read", [&] { return host::read_recorded_image(host::system_path(request.hologram)); });
-    if (hologram->dimensions() > 2 && request.has_picture())
-        throw host::file_error{host::system_path(request.hologram), "is a stack, which cannot be shown as one picture"};
-    settle_scale(*hologram, parameters);
-    const auto reference =
-        request.reference.empty() ? nullptr : host::read_recorded_image(host::system_path(request.reference));
-    const auto zentrix = times.measure("load", [&] { return std::make_unique<session>(global); });
-    hologram_outcome done;
-    done.hologram_pixel_nm = host::square_pixel_nm(hologram->scale());
+    if (request_.reference.empty()) return nullptr;
+    if (vacuum_) return &*vacuum_;
+    const auto file = host::system_path(request_.reference);
+    const auto reference = times.measure("read", [&] { return host::read_recorded_image(file); });
+    auto& engine = session_.engine(times);
     try {
-        auto [wave, report] = times.measure(
-            "reconstruct", [&] { return host::reconstruct(zentrix->engine(), hologram, reference, request.options); });
-        done.wave = std::move(wave);
-        done.report = report;
+        vacuum_ =
+            times.measure("reconstruct", [&] { return host::reconstruct_vacuum(engine, reference, request_.options); });
     } catch (const host::script_error& problem) {
-        throw host::file_error{host::system_path(request.hologram), problem.what()};
+        throw host::file_error{file, problem.what()};
     }
-    if (has_aberrations(parameters)) times.measure("correct", [&] { correct(zentrix->engine(), done, parameters); });
-    done.result = done.wave;
-    if (!request.result_is_phase()) return done;
-    done.result = phase_of(*done.wave);
-    if (request.wants_unwrapped)
-        done.unwrapped = times.measure("unwrap", [&] { return unwrap(zentrix->engine(), done.result); });
-    if (request.in_degrees) {
-        const std::span values{static_cast<float*>(done.result->data()), done.result->count()};
-        for (float& value : values) value *= static_cast<float>(180 / std::numbers::pi);
+    return &*vacuum_;
+}
+
+host::file_outcome hologram_work::operator()(const host::file_task& task)
+{
+    step_times times;
+    host::require_own_names({task.input, request_.reference, request_.parameter_file}, task.outputs);
+    written_files files{task, request_.picture};
+    const auto hologram =
+        times.measure("read", [&] { return host::read_recorded_image(host::system_path(task.input)); });
+    settle_scale(*hologram, request_);
+    check(files, task.input, *hologram);
+    const auto removed = parameters_to_remove(request_, *hologram);
+    auto made = provenance_of(request_, task, removed, *hologram, global_);
+    if (request_.files.resumes && files.are_recorded(made)) return done_before(task);
+    files.choose_records();
+    const auto* const shared = vacuum(times);
+    auto& engine = session_.engine(times);
+    hologram_outcome done;
+    try {
+        done = compute(engine, request_, hologram, shared, removed, times);
+    } catch (const host::script_error& problem) {
+        throw host::file_error{host::system_path(task.input), problem.what()};
     }
-    return done;
+    made.found = as_json(done);
+    const auto shown = times.measure("write", [&] { return write(files, done, made); });
+
+    if (request_.timing && !global_.json) std::cerr << "zentrix: " << times.text() << '\n';
+    auto outcome = outcome_of(request_, files, task.input, done);
+    if (shown) {
+        outcome.text += "picture: " + one_line(*shown) + "\n";
+        outcome.facts["picture"] = as_json(*shown);
+    }
+    if (request_.timing) outcome.facts["seconds"] = times.as_json();
+    return outcome;
 }
 
 }  // namespace zentrix::program

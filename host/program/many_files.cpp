@@ -105,6 +105,20 @@ class report
     std::vector<std::string> failures_;
 };
 
+/// Without the files that the command reads for each input, unless they are named themselves.
+std::vector<std::string> without_others(const many_files& files, std::vector<std::string> inputs)
+{
+    std::erase_if(inputs, [&](const std::string& input) {
+        return std::ranges::find(files.inputs, input) == files.inputs.end() &&
+               std::ranges::any_of(files.others, [&](const std::string& other) {
+                   std::error_code ignored;
+                   return fs::equivalent(host::system_path(input), host::system_path(other), ignored);
+               });
+    });
+    if (inputs.empty()) throw std::runtime_error{"there is no input but " + files.others.front()};
+    return inputs;
+}
+
 /// "--A1 14 35" would take 35 for a file.
 void refuse_numbers(const std::vector<std::string>& words)
 {
@@ -179,11 +193,15 @@ void process_files(const many_files& files, const std::vector<host::destination>
         return host::serve_tasks(process);
     }
     refuse_numbers(files.inputs);
-    const auto inputs = host::input_files(files.inputs, destinations.empty() ? host::has_readable_extension : is_input);
+    const auto inputs = without_others(
+        files, host::input_files(files.inputs, destinations.empty() ? host::has_readable_extension : is_input));
     const bool is_single = inputs.size() == 1;
     for (const host::destination& where : destinations)
         if (!is_single && !where.to.empty() && !host::is_folder(where.to))
             throw usage_error{where.to + ": several results need a folder: end its name with /"};
+    if (!files.suffix.empty() &&
+        std::ranges::none_of(destinations, [](const auto& where) { return host::is_folder(where.to); }))
+        throw usage_error{"--suffix is for results in a folder, such as -o results/"};
     const auto tasks = host::plan_outputs(inputs, destinations);
     host::create_folders(destinations);
     if (is_single) return print_outcome(process(tasks.front()), global);

@@ -15,6 +15,7 @@ namespace zentrix::program {
 struct many_files
 {
     std::vector<std::string> inputs;  ///< files, folders and patterns
+    std::vector<std::string> others;  ///< read for each input, such as a reference: not inputs of a folder or pattern
     std::string suffix;               ///< --suffix, see destination_of
     int jobs = 1;
     bool resumes = false;        ///< --continue: the command skips what host::is_recorded says

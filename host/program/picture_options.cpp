@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cctype>
 
+#include "host/batch/output_files.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
 #include "host/files/png.h"
+#include "host/objects/value.h"
 #include "host/program/session.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
@@ -76,42 +78,45 @@ void set_limits(host::figure_style& style, const std::string& word)
 void add_look(CLI::App& command, picture_options& picture)
 {
     host::figure_style& style = picture;
+    const auto add = [&picture](CLI::Option* option) {
+        picture.look.push_back(option->group(group));
+        return option;
+    };
     auto* const show =
-        command
-            .add_option_function<std::string>(
+        add(command.add_option_function<std::string>(
                 "--show", [&](const std::string& word) { set_shown(style, word); },
                 "What pictures show: real, imaginary, modulus, log (of the modulus), phase, or wave (the phase as "
-                "colour, the modulus as brightness)")
+                "colour, the modulus as brightness)"))
             ->check(CLI::IsMember({"real", "imaginary", "modulus", "log", "phase", "wave"}).description(""))
-            ->type_name("MODE")
-            ->group(group);
-    command
-        .add_flag_function(
-            "--colour", [&style, show](std::int64_t) { set_coloured(style, show->count() > 0); },
-            "Show phases in cyclic colours")
-        ->group(group);
+            ->type_name("MODE");
+    add(command.add_flag_function(
+        "--colour", [&style, show](std::int64_t) { set_coloured(style, show->count() > 0); },
+        "Show phases in cyclic colours"));
     auto* const limits =
-        command
-            .add_option_function<std::string>(
+        add(command.add_option_function<std::string>(
                 "--limits", [&](const std::string& word) { set_limits(style, word); },
-                "Values shown as black and white (auto: quantiles of 0.1 % and 99.9 %; full: least and largest)")
-            ->type_name("LOW,HIGH|auto|full")
-            ->group(group);
-    command.add_option("--limits-of", picture.limits_of, "Use the limits of another picture of this program")
+                "Values shown as black and white (auto: quantiles of 0.1 % and 99.9 %; full: least and largest)"))
+            ->type_name("LOW,HIGH|auto|full");
+    add(command.add_option("--limits-of", picture.limits_of, "Use the limits of another picture of this program"))
         ->type_name("FILE.png")
-        ->excludes(limits)
-        ->group(group);
-    command.add_flag("--scale-bar", style.scale_bar, "Draw a scale bar on the picture")->group(group);
-    command
-        .add_flag("--colour-bar", style.colour_bar, "Draw the greys with their numbers, or the wheel of the colours")
-        ->group(group);
-    command.add_option("--title", style.title, "Text above the picture")->type_name("TEXT")->group(group);
-    command
-        .add_option("--zoom", style.enlargement,
-                    "Pixels of the picture along one of the image (default: 1; with a bar or a title up to 512 pixels)")
+        ->excludes(limits);
+    add(command.add_flag("--scale-bar", style.scale_bar, "Draw a scale bar on the picture"));
+    add(command.add_flag("--colour-bar", style.colour_bar,
+                         "Draw the greys with their numbers, or the wheel of the colours"));
+    add(command.add_option("--title", style.title, "Text above the picture"))->type_name("TEXT");
+    add(command.add_option("--zoom", style.enlargement,
+                           "Pixels of the picture along one of the image (default: 1; with a bar or a title up to 512 "
+                           "pixels)"))
         ->check(CLI::Range(1, 64).description(""))
-        ->type_name("N")
-        ->group(group);
+        ->type_name("N");
+}
+
+/// Throws  usage_error if an option of the look is given
+void refuse_look(const picture_options& picture)
+{
+    for (const CLI::Option* const option : picture.look)
+        if (option->count() > 0)
+            throw usage_error{option->get_name() + " is for pictures, and none is written: name one with --png FILE"};
 }
 
 }  // namespace
@@ -157,16 +162,41 @@ void check_picture_name(const std::string& name)
         throw host::file_error{host::system_path(name), "cannot be written: expected a name ending in .png"};
 }
 
+bool picture_options::is_given(const std::string& option) const
+{
+    return std::ranges::any_of(look, [&](const auto* one) { return one->get_name() == option && one->count() > 0; });
+}
+
+bool has_picture(const std::string& output, const picture_options& picture)
+{
+    return !picture.png.empty() || is_picture_name(output);
+}
+
 void check_names(const std::string& output, const picture_options& picture, host::element_class meaning)
 {
-    host::require_writable_kind(host::system_path(output), meaning);
+    if (!output.empty()) host::require_writable_kind(host::system_path(output), meaning);
     check_picture_name(picture.png);
+    if (!has_picture(output, picture)) refuse_look(picture);
+    for (const std::string& file : {output, picture.png}) host::require_folder(file);
     if (!picture.limits_of.empty()) limits_for(picture);
 }
 
-std::optional<host::shown_range> write_result(const std::string& output, const picture_options& picture,
-                                              const host::image& pixels, const host::picture_texts& facts)
+void check_picture(const std::string& output, const picture_options& picture, const host::image& pixels)
 {
+    if (!has_picture(output, picture)) return;
+    try {
+        host::require_drawable(pixels, picture);
+    } catch (const host::script_error& problem) {
+        throw host::file_error{host::system_path(picture.png.empty() ? output : picture.png), problem.what()};
+    }
+}
+
+std::optional<host::shown_range> write_result(const std::string& output, const picture_options& picture,
+                                              const host::image& pixels, const host::picture_texts& facts,
+                                              const host::image* other)
+{
+    const host::image& in_picture = other != nullptr ? *other : pixels;
+    check_picture(output, picture, in_picture);
     std::optional<host::shown_range> shown;
     host::figure_style style{static_cast<const host::figure_style&>(picture)};
     if (!picture.limits_of.empty()) {
@@ -174,7 +204,7 @@ std::optional<host::shown_range> write_result(const std::string& output, const p
         style.limits = limits_for(picture);
     }
     const auto write = [&](const std::string& name) {
-        shown = host::write_png(host::system_path(name), pixels, style, facts);
+        shown = host::write_png(host::system_path(name), in_picture, style, facts);
     };
     if (is_picture_name(output))
         write(output);
@@ -187,11 +217,10 @@ std::optional<host::shown_range> write_result(const std::string& output, const p
 std::string one_line(const host::shown_range& range)
 {
     const std::string black = number_text(range.limits.black), white = number_text(range.limits.white);
-    const std::string what = host::word_for(range.shown);
-    std::string line = range.shades == host::palette::cyclic ? what + " in cyclic colours"
+    std::string line = range.shades == host::palette::cyclic ? "phase in cyclic colours"
                        : range.shades == host::palette::wave
                            ? "wave, modulus from 0 (black) to " + white + " (bright)"
-                           : what + " from " + black + " (black) to " + white + " (white)";
+                           : range.quantity + " from " + black + " (black) to " + white + " (white)";
     if (range.not_a_number > 0)
         line += ", " + std::to_string(range.not_a_number) + " pixels that are not a number in " +
                 (range.shades == host::palette::grey ? "vermilion" : "white");
@@ -200,7 +229,7 @@ std::string one_line(const host::shown_range& range)
 
 json as_json(const host::shown_range& range)
 {
-    json shown{{"shown", word_for_shown(range.shown, range.shades)}};
+    json shown{{"shown", word_for_shown(range.shown, range.shades)}, {"quantity", range.quantity}};
     if (range.shades != host::palette::cyclic) {
         shown["black"] = range.limits.black;
         shown["white"] = range.limits.white;

@@ -20,8 +20,8 @@ struct batch_option
     std::string_view name;
     int values;
 };
-constexpr batch_option batch_options[] = {{"-o", 1},     {"--output", 1}, {"--png", 1},     {"--cuts", 1},
-                                          {"--jobs", 1}, {"--suffix", 1}, {"--continue", 0}};
+constexpr batch_option batch_options[] = {{"-o", 1},     {"--output", 1}, {"--png", 1},    {"--cuts", 1},
+                                          {"--wave", 1}, {"--jobs", 1},   {"--suffix", 1}, {"--continue", 0}};
 
 /// How many words an option of a batch takes, its values included; 0 for all other words.
 int words_of_batch_option(const std::string& word)

@@ -10,16 +10,18 @@ namespace zentrix::program {
 
 namespace {
 
-void run(const unwrap_request& request, const global_options& global)
+void run(unwrap_request& request, const global_options& global)
 {
     const auto results = destination_of(request.output, request.files);
     const auto pictures = destination_of_pictures(request.picture.png, request.files);
     auto cuts = destination_of(request.cuts, request.files);
     cuts.suffix += "_cuts";  // a folder may take results and cuts
-    picture_options named;
-    named.png = example_of(pictures);
-    check_names(example_of(results), named);
+    picture_options first = request.picture;
+    first.png = example_of(pictures);
+    check_names(example_of(results), first);
     if (!request.cuts.empty()) host::require_writable_kind(host::system_path(example_of(cuts)));
+    host::require_folder(example_of(cuts));
+    if (!request.mask.empty()) request.files.others = {request.mask};
     unwrap_work work{request, global};
     process_files(request.files, {results, pictures, cuts}, global,
                   [&](const host::file_task& task) { return work(task); });
@@ -63,9 +65,7 @@ void add_unwrap_command(CLI::App& app, const global_options& global)
         ->type_name("FILE|FOLDER/");
     command->add_flag("--phase", request->is_wave, "PHASE is a complex wave: unwrap its phase");
     add_picture_options(*command, request->picture);
-    command
-        ->add_option("--pixel", request->picture.pixel_nm,
-                     "Pixel size [nm], for the scale bar (default: that of the file)")
+    command->add_option("--pixel", request->pixel_nm, "Pixel size of the result [nm] (default: that of the file)")
         ->check(pixel_in_nanometres());
     add_result_options(*command, request->files);
     add_timing_option(*command, request->timing);

@@ -60,6 +60,11 @@ host::image_ref read_phase(const unwrap_request& request)
 {
     auto read = host::read_recorded_image(host::system_path(request.phase));
     check_type(request, *read);
+    if (request.pixel_nm) {
+        auto scale = read->scale();
+        scale.axes[0] = scale.axes[1] = {*request.pixel_nm, 0, "nm"};
+        read->set_scale(scale);
+    }
     if (read->code() == HOST_ELEMENT_FLOAT32) return read;
     auto phase = new_like(*read, HOST_ELEMENT_FLOAT32);
     auto* out = static_cast<float*>(phase->data());
@@ -89,16 +94,6 @@ struct unwrapping
     std::size_t largest = 0;     ///< pixels of the largest region of each plane, together
 };
 
-host::unwrap_report sum_of(const host::unwrap_report& a, const host::unwrap_report& b)
-{
-    return {a.positive_residues + b.positive_residues,
-            a.negative_residues + b.negative_residues,
-            a.cut_pixels + b.cut_pixels,
-            a.regions + b.regions,
-            a.unreached + b.unreached,
-            a.left_out + b.left_out};
-}
-
 /// The elements of plane z of a contiguous image.
 template <class T>
 std::span<T> plane_of(host::image& pixels, std::uint32_t z)
@@ -125,7 +120,7 @@ unwrapping unwrap(const host::image_ref& phase, const unwrap_request& request, h
                                              host::access::write, done.phase),
                            request.box);
         const auto unwrapped = step_times::clock::now();
-        done.report = sum_of(done.report, host::report_on_unwrapping(wrapped, result, sizes[0], labels, cuts));
+        done.report += host::report_on_unwrapping(wrapped, result, sizes[0], labels, cuts);
         done.largest += static_cast<std::size_t>(std::ranges::count(labels, 1));
         function += unwrapped - start;
         report += step_times::clock::now() - unwrapped;
@@ -141,16 +136,6 @@ void write_cuts(const std::string& file, const host::image& phase, host::image& 
         host::write_png(host::system_path(file), host::paint_cuts(phase, plane_of<std::uint8_t>(cuts, 0)));
     else
         host::write_image(host::system_path(file), cuts);
-}
-
-json report_as_json(const host::unwrap_report& report)
-{
-    return {{"positive_residues", report.positive_residues},
-            {"negative_residues", report.negative_residues},
-            {"cut_pixels", report.cut_pixels},
-            {"regions", report.regions},
-            {"unreached", report.unreached},
-            {"left_out", report.left_out}};
 }
 
 /// In words, with a warning against comparing regions.
@@ -187,6 +172,7 @@ host::provenance provenance_of(const unwrap_request& request, const host::file_t
                           .parameters = {},
                           .program = program_with_library(global),
                           .more = {{"box", request.box}, {"of_wave", request.is_wave}}};
+    if (request.pixel_nm) made.more["pixel_nm"] = *request.pixel_nm;
     if (!request.mask.empty()) made.inputs.push_back(host::input_of(request.mask));
     if (!request.picture.png.empty() || is_picture_name(request.output))
         made.more["picture"] = choice_of(request.picture);
@@ -210,6 +196,7 @@ host::file_outcome unwrap_work::operator()(const host::file_task& task)
 
     step_times times;
     const auto read = times.measure("read", [&] { return read_phase(request); });
+    check_picture(request.output, request.picture, *read);
     const auto mask = request.mask.empty() ? nullptr : read_mask(request.mask, *read);
     const auto phase = mask ? read->clone() : read;
     const std::size_t masked = mask ? leave_out(*phase, *mask) : 0;
@@ -232,7 +219,7 @@ host::file_outcome unwrap_work::operator()(const host::file_task& task)
 
     if (request.timing && !global_.json) std::cerr << "zentrix: " << times.text() << '\n';
     host::file_outcome outcome;
-    outcome.facts = {{"result", as_json(*done.phase, request.output)}, {"report", report_as_json(done.report)}};
+    outcome.facts = {{"result", as_json(*done.phase, request.output)}, {"report", as_json(done.report)}};
     outcome.facts["report"]["largest_region"] = done.largest;
     if (shown) outcome.facts["picture"] = as_json(*shown);
     if (done.cuts) outcome.facts["cuts"] = request.cuts;

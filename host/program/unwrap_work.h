@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/batch/file_task.h"
@@ -13,10 +14,11 @@ namespace zentrix::program {
 struct unwrap_request
 {
     many_files files;
-    std::string phase;   ///< the file that is being unwrapped
-    std::string output;  ///< its result, or the folder of all
-    std::string mask;    ///< file; empty: none
-    std::string cuts;    ///< file or folder; empty: not wanted
+    std::string phase;               ///< the file that is being unwrapped
+    std::string output;              ///< its result, or the folder of all
+    std::string mask;                ///< file; empty: none
+    std::string cuts;                ///< file or folder; empty: not wanted
+    std::optional<double> pixel_nm;  ///< instead of the file's
     std::int32_t box = 0;
     bool is_wave = false;
     picture_options picture;

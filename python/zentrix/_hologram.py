@@ -19,7 +19,7 @@ class HologramReport(NamedTuple):
     sideband: tuple  #: (right, down) from the centre of the transform, to a fraction of a pixel
     height: float  #: modulus of the sideband's peak over that of its surroundings
     distinction: Any  #: height over that of the next peak; None if the sideband was given
-    doubtful: bool  #: whether the next peak is more than half as high
+    doubtful: bool  #: whether the next peak is more than half as high, or no clear peak is at the given position
     spacing: float  #: of the fringes
     angle: float  #: direction across the fringes [degrees], counter-clockwise on the displayed image
     contrast: float  #: of the fringes, 0 to 1
@@ -64,7 +64,8 @@ def hologram(
 
     Returns a new array of complex64.
     Raises TypeError or ValueError, naming the parameter, for what it cannot use; ScriptError if no fringes are found or
-    the filter does not fit. Warns if the sideband is hardly higher than another peak.
+    the filter does not fit. Warns if the sideband is hardly higher than another peak, or if no clear peak
+    is at the given position.
 
         wave, found = zentrix.hologram(holo, vacuum, pixel=0.05, report=True)
         corrected = zentrix.correct(wave, kv=300, pixel=found.pixel, C1=-62)
@@ -85,9 +86,10 @@ def hologram(
     settings = which, at, radius, window, flank, full_size, despike
     wave, found = _core.reconstruct(running_core(), data, vacuum, *settings)
     found["pixel"] = None if pixel is None else pixel * found["reduction"]
-    about = HologramReport(**found)
-    if about.doubtful:
-        warn(f"The sideband is only {about.distinction:.2g} times as high as the next peak; sideband=(x, y) chooses one.")
+    doubt = found.pop("doubt")
+    about = HologramReport(**found, doubtful=bool(doubt))
+    if doubt:
+        warn(f"{doubt[0].upper()}{doubt[1:]}; sideband=(x, y) chooses another place.")
     return (wave, about) if report else wave
 
 
@@ -120,6 +122,10 @@ def _checked(value, name, dimensions):
     if array.ndim not in dimensions:
         expected = "(y, x) or (z, y, x)" if 3 in dimensions else "(y, x)"
         raise ValueError(f"The {name} is an array of shape {expected}, not {array.shape}.")
+    if array.ndim == 3 and array.shape[-1] in (3, 4):
+        raise ValueError(
+            f"The {name} of shape {array.shape} looks like a colour picture: convert it to greys, or take one channel."
+        )
     if array.size == 0:
         raise ValueError(f"The {name} of shape {array.shape} has no pixel.")
     narrow = array.dtype.kind == "f" and array.dtype.itemsize == 4 or array.dtype.itemsize <= 2 and array.dtype.kind != "f"

@@ -21,6 +21,13 @@ host_link* require_link()
 
 }  // namespace
 
+function_slot::~function_slot()
+{
+    function_slot** place = &first_slot;
+    while (*place && *place != this) place = &(*place)->next_;
+    if (*place) *place = next_;
+}
+
 const function_ref& function_slot::find()
 {
     host_link* link = Gatan::PlugIn::current_link();

@@ -27,7 +27,8 @@ class host_error : public Gatan::gatan_exception
 };
 
 /// Caches the host function of one prototype: looked up at the first use, and again after a change of the link.
-/// Slots have static storage duration. Host calls are made on the main thread only, so slots need no lock.
+/// Slots have static storage duration. One that the end of the process destroys leaves the list of release_all, because
+/// a host may shut the library down after that. Host calls are made on the main thread only, so slots need no lock.
 class function_slot
 {
   public:
@@ -35,6 +36,7 @@ class function_slot
     explicit constexpr function_slot(const char* prototype) noexcept : prototype_{prototype} {}
     function_slot(const function_slot&) = delete;
     function_slot& operator=(const function_slot&) = delete;
+    ~function_slot();
 
     /// The host function; null when the host has none or there is no host.
     const function_ref& find();

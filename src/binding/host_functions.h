@@ -32,6 +32,8 @@ class host_function<Result(Parameters...)>
     Result operator()(passed<Parameters>... arguments) { return call<Result>(slot_, marked(arguments)...); }
     /// Whether the host has this function.
     bool exists() { return static_cast<bool>(slot_.find()); }
+    /// Looks the function up, so that a later call cannot fail because there is none.
+    void require() { slot_.require(); }
 
   private:
     template <class T>

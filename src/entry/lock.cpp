@@ -12,6 +12,7 @@ namespace qorv::dm {
 image_lock::image_lock(const binding::image_ref& source, access mode)
 {
     require(static_cast<bool>(source), errors::parameters_invalid);
+    if (mode == access::write) binding::ImageDataChanged.require();  // before any pixel is written
     auto made = boost::make_shared<state>();
     made->source = source;
     made->mode = mode;

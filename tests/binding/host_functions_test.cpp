@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <optional>
 
 #include "binding/host_functions.h"
@@ -217,6 +218,20 @@ TEST(ImageLock, DestructorLogsTheErrorThatItCannotThrow)
     EXPECT_EQ(lines[0].module + lines[0].text, "ZentrixAn image's lock ended with an error: no redraw\n");
     EXPECT_EQ(lines[0].type, 1u);
     EXPECT_THAT(to.host.report().locks, IsEmpty());
+}
+
+/// As at the end of a process whose host shuts the library down last.
+TEST(FunctionSlot, GivesItsFunctionBackOnceWhenItIsDestroyedBeforeTheLibraryEnds)
+{
+    linked to;
+    auto slot = std::make_unique<function_slot>("TagGroup NewTagGroup(  )");
+    function_slot other{"TagGroup NewTagList(  )"};
+    ASSERT_TRUE(slot->find() && other.find());
+    slot.reset();
+    EXPECT_EQ(to.host.report().references.size(), 1u);
+    function_slot::release_all();
+    EXPECT_THAT(to.host.report().references, IsEmpty());
+    EXPECT_THAT(to.host.report().violations, IsEmpty());
 }
 
 std::int32_t takes_long(std::int32_t) { return 0; }

@@ -209,21 +209,6 @@ TEST_F(lifecycle, CompanionPackageHasTheLibrarysPathAndStem)
                   (std::filesystem::path{"a.b"} / "Renamed.gtk").string());
 }
 
-TEST_F(lifecycle, EveryRefusedRegistrationIsReportedAndWithdrawn)
-{
-    const auto all = all_script_functions();
-    for (std::uint64_t k = 1; k <= all; ++k) {
-        engine host;
-        host.faults().plan({fault_point::register_function, k, {}, "no room"});
-        {
-            const library zentrix{host, entries()};
-            EXPECT_THAT(error_texts(host), ElementsAre("28802 no room"));
-            EXPECT_EQ(script_functions(host), k - 1);
-        }
-        EXPECT_EQ(host.report().text(), "");
-    }
-}
-
 TEST_F(lifecycle, NoExceptionLeavesAnEntry)
 {
     engine host;

@@ -116,27 +116,13 @@ tag_group_ref names_as(bool as_groups, const std::vector<std::string>& names)
     return list;
 }
 
-TEST(SortNumberedName, SortsTextsAndGroupsAndRestoresThemAfterAFailure)
+TEST(SortNumberedName, SortsTextsAndGroups)
 {
-    const std::vector<std::string> unsorted{"img1", "img30", "IMG2", "img10"};
+    script_host script;
     for (const bool as_groups : {false, true}) {
-        script_host script;
-        fault_plan& faults = script.host().faults();
-        for (const auto point : {fault_point::call, fault_point::make_string}) {
-            faults.clear();
-            const auto sorted = names_as(as_groups, unsorted);
-            script.call("ZXSortNumberedName", {sorted});
-            EXPECT_THAT(names_in(sorted), ElementsAre("img1", "IMG2", "img10", "img30"));
-            const auto requests = faults.count(point);
-            EXPECT_GE(requests, 7u);
-            for (std::uint64_t k = 1; k <= requests; ++k) {
-                const auto list = names_as(as_groups, unsorted);
-                faults.plan({point, k});
-                EXPECT_NE(script.failure("ZXSortNumberedName", {list}), "");
-                faults.clear();
-                EXPECT_EQ(names_in(list), unsorted) << "groups " << as_groups << ", request " << k;
-            }
-        }
+        const auto list = names_as(as_groups, {"img1", "img30", "IMG2", "img10"});
+        script.call("ZXSortNumberedName", {list});
+        EXPECT_THAT(names_in(list), ElementsAre("img1", "IMG2", "img10", "img30"));
     }
 }
 

@@ -26,8 +26,11 @@ using integer = std::int64_t;
 class script_host
 {
   public:
-    explicit script_host(engine_options options = with_checks()) : engine_{std::move(options)}
+    /// before_load  prepares the host for a test before the library is linked to it
+    explicit script_host(engine_options options = with_checks(), const std::function<void(engine&)>& before_load = {})
+        : engine_{std::move(options)}
     {
+        if (before_load) before_load(engine_);
         library_.emplace(engine_, ZENTRIX_LIBRARY_FILE);
     }
     ~script_host()

@@ -90,6 +90,20 @@ void require_list(const std::vector<named_entry>& entries)
     }
 }
 
+/// Writes the former names of the first `count` entries. Returns whether all could be written.
+bool restore(const std::vector<named_entry>& entries, const std::vector<std::string>& names, std::size_t count)
+{
+    bool all = true;
+    for (std::size_t i = 0; i < count; ++i) {
+        try {
+            if (entries[i].name != names[i]) entries[i].rename(entries[i].name);
+        } catch (const std::exception&) {  // the first error is reported
+            all = false;
+        }
+    }
+    return all;
+}
+
 /// Renames the entries. If a name cannot be written, the former names are restored.
 void rename(const std::vector<named_entry>& entries, const std::vector<std::string>& names)
 {
@@ -98,12 +112,8 @@ void rename(const std::vector<named_entry>& entries, const std::vector<std::stri
         for (; current < entries.size(); ++current)
             if (entries[current].name != names[current]) entries[current].rename(names[current]);
     } catch (...) {
-        for (std::size_t i = 0; i <= current; ++i) {
-            try {
-                if (entries[i].name != names[i]) entries[i].rename(entries[i].name);
-            } catch (const std::exception&) {  // the first error is reported
-            }
-        }
+        // A name that cannot be restored is lost. A host that is short of memory may have some again the second time.
+        if (!restore(entries, names, current + 1)) restore(entries, names, current + 1);
         throw;
     }
 }

@@ -29,6 +29,24 @@ double weighted_mean(const T* line, std::ptrdiff_t step, std::ptrdiff_t n, std::
     return sum / weight;
 }
 
+/// Blurs one plane; `line` has room for a row and for a column.
+template <class T>
+void blur_plane(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights,
+                double* line)
+{
+    const std::ptrdiff_t nx = from.width(), ny = from.height();
+    for (std::ptrdiff_t y = 0; y < ny; ++y) {
+        dm::stop_if_interrupted();
+        for (std::ptrdiff_t x = 0; x < nx; ++x) line[x] = weighted_mean(from.row(y), from.strides()[0], nx, x, weights);
+        for (std::ptrdiff_t x = 0; x < nx; ++x) to(x, y) = static_cast<T>(line[x]);
+    }
+    for (std::ptrdiff_t x = 0; x < nx; ++x) {
+        dm::stop_if_interrupted();
+        for (std::ptrdiff_t y = 0; y < ny; ++y) line[y] = weighted_mean(&to(x), to.strides()[1], ny, y, weights);
+        for (std::ptrdiff_t y = 0; y < ny; ++y) to(x, y) = static_cast<T>(line[y]);
+    }
+}
+
 }  // namespace
 
 std::vector<double> gaussian_weights(double sigma, std::int32_t order, std::ptrdiff_t limit)
@@ -74,21 +92,14 @@ std::vector<double> gaussian_norms(const std::vector<double>& weights, std::ptrd
     return norms;
 }
 
+// The kernels allocate all memory before they write, so that a lack of it leaves the destination as it was.
+
 template <class T>
 void gaussian_plain(const dm::image<const T>& from, const dm::image<T>& to, const std::vector<double>& weights)
 {
-    const std::ptrdiff_t nx = from.width(), ny = from.height();
-    std::vector<double> line(static_cast<std::size_t>(std::max(nx, ny)));
-    for (std::ptrdiff_t y = 0; y < ny; ++y) {
-        dm::stop_if_interrupted();
-        for (std::ptrdiff_t x = 0; x < nx; ++x) line[x] = weighted_mean(from.row(y), from.strides()[0], nx, x, weights);
-        for (std::ptrdiff_t x = 0; x < nx; ++x) to(x, y) = static_cast<T>(line[x]);
-    }
-    for (std::ptrdiff_t x = 0; x < nx; ++x) {
-        dm::stop_if_interrupted();
-        for (std::ptrdiff_t y = 0; y < ny; ++y) line[y] = weighted_mean(&to(x), to.strides()[1], ny, y, weights);
-        for (std::ptrdiff_t y = 0; y < ny; ++y) to(x, y) = static_cast<T>(line[y]);
-    }
+    std::vector<double> line(static_cast<std::size_t>(std::max(from.width(), from.height())));
+    for (std::ptrdiff_t z = 0; z < std::min(from.depth(), to.depth()); ++z)
+        blur_plane(from.plane(z), to.plane(z), weights, line.data());
 }
 
 namespace {
@@ -117,9 +128,11 @@ void gaussian_fast(const dm::image<const T>& from, const dm::image<T>& to, const
     std::vector<double*> ring_row;
     for (std::ptrdiff_t y = 0; y < height; ++y) ring_row.push_back(ring.data() + y % ring_rows * block);
 
-    gaussian_simd<Arch, T>(from, to,
-                           {n, taps.data(), norms_of_row.data(), norms_of_column.data(), line.data() + slack,
-                            ring_row.data(), block, norm.data()});
+    const gauss::workspace room{
+        n,     taps.data(), norms_of_row.data(), norms_of_column.data(), line.data() + slack, ring_row.data(),
+        block, norm.data()};
+    for (std::ptrdiff_t z = 0; z < std::min(from.depth(), to.depth()); ++z)
+        gaussian_simd<Arch, T>(from.plane(z), to.plane(z), room);
 }
 
 template <class T>
@@ -142,9 +155,7 @@ void gaussian_blur(const dm::image<const std::type_identity_t<T>>& from, const d
     const bool valid = from.width() > 0 && from.height() > 0 && from.data() && sigma >= 0 && order >= 0 && to.data();
     dm::require(valid, dm::errors::parameters_invalid);
     const auto weights = gaussian_weights(sigma, order, std::max(from.width(), from.height()));
-    const auto& kernel = dm::choose(gaussian_variants<T>());
-    for (std::ptrdiff_t z = 0; z < std::min(from.depth(), to.depth()); ++z)
-        kernel.function(from.plane(z), to.plane(z), weights);
+    dm::choose(gaussian_variants<T>()).function(from, to, weights);
 }
 
 template <class T>

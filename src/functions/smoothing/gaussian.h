@@ -32,8 +32,9 @@ std::vector<double> gaussian_weights(double sigma, std::int32_t order, std::ptrd
 /// The sum of the weights that meet a line of `n` samples, for each of its samples; n > 0.
 std::vector<double> gaussian_norms(const std::vector<double>& weights, std::ptrdiff_t n);
 
-/// One plane, in place or out of place. Each result is acc / wsum, where acc starts with w[0] * x and wsum with w[0];
-/// for i = 1, 2 ... the tap on the left and then the tap on the right are added to both, if they exist.
+/// The planes that both images have, in place or out of place. Each result is acc / wsum, where acc starts with w[0] *
+/// x and wsum with w[0]; for i = 1, 2 ... the tap on the left and then the tap on the right are added to both, if they
+/// exist.
 template <class T>
 using gaussian_kernel = void(const dm::image<const T>& from, const dm::image<T>& to,
                              const std::vector<double>& weights);

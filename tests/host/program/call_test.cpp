@@ -82,7 +82,7 @@ TEST(Call, ConvertsWordsByThePrototypeAndPrintsTheResults)
         {"ZXMedian a.npy -o m.npy", "-o m.npy: ZXMedian does not return an image\n"},
         {"ZXMaximumFilter a.npy 1 null -o m.jpg",
          "m.jpg: cannot be written: expected a name ending in .npy, .mrc, .tif or .png\n"},
-        {"ZXMaximumFilter a.npy 1 null -o none/m.npy", "none/m.npy: cannot be written: No such file or directory\n"}};
+        {"ZXMaximumFilter a.npy 1 null -o none/m.npy", "none/m.npy: cannot be written: there is no folder none\n"}};
     for (const auto& [command, printed] : good) EXPECT_EQ(bench.zentrix("call " + command).text(), "0 " + printed);
     for (const auto& [command, printed] : bad)
         EXPECT_THAT(bench.zentrix("call " + command).text(), testing::StartsWith("1 zentrix: " + printed));

@@ -51,7 +51,7 @@ TEST(Pictures, TakeTheLimitsOfOthersAndSayThem)
     support::write_wave(bench / "w.npy", 64, 48, [](int x, int y) { return std::polar(1.0 + 0.01 * x, 0.02 * y); });
     const std::string correct = "correct w.npy --kv 300 --pixel 0.05 --show phase ";
     EXPECT_THAT(bench.zentrix(correct + "-o a.png --limits -0.5,0.75 --scale-bar --colour-bar").out,
-                HasSubstr("picture: phase from -0.5 (black) to 0.75 (white)"));
+                HasSubstr("picture: phase (rad) from -0.5 (black) to 0.75 (white)"));
     EXPECT_THAT(bench.zentrix(correct + "-o b.png --limits-of a.png --json").out,
                 HasSubstr(R"("black":-0.5,"white":0.75)"));
     struct row

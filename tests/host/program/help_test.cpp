@@ -68,7 +68,7 @@ void write_samples(const workbench& bench)
     const auto wave = [](int x, int y) {
         return std::polar(1.0F, 0.3F * static_cast<float>(x) - 0.1F * static_cast<float>(y));
     };
-    std::filesystem::create_directory(bench / "waves");
+    for (const char* name : {"waves", "series"}) std::filesystem::create_directory(bench / name);
     for (const char* name : {"wave.npy", "waves/a.npy", "waves/b.npy"})
         support::write_wave(bench / name, size, size, wave);
     support::write_real(bench / "phase.npy", size, size, [&](int x, int y) { return std::arg(wave(x, y)); });
@@ -76,7 +76,7 @@ void write_samples(const workbench& bench)
     support::write_real(bench / "spot.npy", size, size,
                         [](int x, int y) { return std::exp(-std::hypot(x - 12, y - 15)); });
     support::write_real(bench / "mask.npy", size, size, [](int x, int) { return x < 9; });
-    for (const char* name : {"holo.dm3", "vacuum.dm3"})  // the first bytes decide on the format
+    for (const char* name : {"holo.dm3", "vacuum.dm3", "series/a.dm3"})  // the first bytes decide on the format
         support::write_real(bench / name, size, size,
                             [](int x, int) { return 9 + std::cos(1.5708F * static_cast<float>(x)); });
     std::filesystem::create_directory(bench / "data");

@@ -66,9 +66,79 @@ TEST_F(Hologram, ScaleOfTheSmallerWaveIsRecorded)
     EXPECT_NE(corrected.find("pixel 0.4 nm from small.npy"), std::string::npos) << corrected;
 }
 
+TEST_F(Hologram, WaveNextToAPhaseHasItsScaleAndVoltageForOtherCommands)
+{
+    for (const std::string wave : {"small.npy", "phase.mrc"}) {
+        ASSERT_EQ(
+            bench_.zentrix("hologram holo.npy --pixel 0.1 --kv 300 --radius 30 --phase -o phase.npy --wave " + wave)
+                .code,
+            0);
+        for (const std::string& file : {std::string{"phase.npy"}, wave}) {
+            const auto facts = bench_.zentrix("info " + file).out;
+            EXPECT_NE(facts.find("pixel 0.4 nm"), std::string::npos) << facts;
+            EXPECT_NE(facts.find("300 kV"), std::string::npos) << facts;
+        }
+    }
+}
+
+TEST_F(Hologram, GivenPlaceWithoutFringesIsDoubtful)
+{
+    for (const std::string place : {"-40,70", "54,41"}) {  // noise-free emptiness, and the flank of the sideband
+        const auto aside = bench_.zentrix("hologram holo.npy --sideband=" + place + " -o w.npy");
+        EXPECT_NE(aside.err.find("warning: holo.npy: there is no clear peak at the given position"), std::string::npos)
+            << place << aside.err;
+        EXPECT_NE(aside.out.find("times its surroundings (doubtful)"), std::string::npos) << aside.out;
+    }
+    const auto near_it = bench_.zentrix("hologram holo.npy --sideband 58,42 -o w.npy");
+    EXPECT_EQ(near_it.err, "");
+    EXPECT_NE(near_it.out.find("(given)"), std::string::npos) << near_it.out;
+}
+
+TEST_F(Hologram, ContinueRepeatsWhatWouldDifferAndNothingElse)
+{
+    std::filesystem::create_directory(bench_ / "series");
+    for (const char* const name : {"holo.npy", "vacuum.npy"})
+        std::filesystem::copy_file(bench_ / name, bench_ / ("series/" + std::string{name}));
+    std::filesystem::copy_file(bench_ / "holo.npy", bench_ / "series/twin.npy");
+    const std::string all =
+        "hologram series --reference series/vacuum.npy --pixel 0.1 -o out/ --png out/ --wave out/ --phase --continue ";
+    const auto first = bench_.zentrix(all + "--jobs 2");
+    EXPECT_EQ(first.code, 0) << first.err;
+    EXPECT_FALSE(std::filesystem::exists(bench_ / "out/vacuum.npy"));
+    const auto twin = support::pixels_of<std::complex<float>>(bench_ / "out/twin_wave.npy");
+    ASSERT_EQ(bench_.zentrix("hologram holo.npy --reference vacuum.npy -o one.npy").code, 0);
+    EXPECT_EQ(support::pixels_of<std::complex<float>>(bench_ / "one.npy"), twin);
+    for (const char* const other : {"--despike", "--flank 2", "--full-size", "--window hann", "--radius 20",
+                                    "--sideband other", "--sideband 59,41", "--degrees", "--unwrap", "--title T",
+                                    "--show phase --limits -1,1", "--params lens.json"}) {
+        const auto changed = bench_.zentrix(all + other);
+        EXPECT_EQ(changed.code, 0) << changed.err;
+        EXPECT_EQ(changed.err.find("done before"), std::string::npos) << other << changed.err;
+    }
+    const auto same = bench_.zentrix(all + "--params lens.json");
+    EXPECT_NE(same.err.find("2 done before"), std::string::npos) << same.err;
+}
+
+TEST_F(Hologram, PictureOfAPhaseIsCalledAPhase)
+{
+    const auto degrees = bench_.zentrix("hologram holo.npy --unwrap --degrees -o d.npy --png d.png --colour");
+    EXPECT_NE(degrees.out.find("picture: phase in cyclic colours"), std::string::npos) << degrees.text();
+    const auto greys = bench_.zentrix("hologram holo.npy --unwrap --degrees -o d.npy --png grey.png");
+    EXPECT_NE(greys.out.find("picture: phase (\u00b0) from"), std::string::npos) << greys.text();
+    bench_.zentrix("hologram holo.npy --unwrap -o r.npy --png r.png --colour");
+    const auto pixels = [&](const char* png) {  // without the texts, which have the command
+        const auto bytes = bench_.folder().read(png);
+        return bytes.substr(bytes.find("IDAT"));
+    };
+    EXPECT_EQ(pixels("d.png"), pixels("r.png"));
+}
+
 TEST_F(Hologram, Refusals)
 {
     std::mt19937 random;
+    support::write_real(bench_ / "gap.npy", size, size, [](int x, int y) { return x + y == 0 ? NAN : 1.0; });
+    const std::uint32_t rgb[] = {3, size, size};
+    zentrix::host::write_npy(bench_ / "rgb.npy", *zentrix::host::image::create("rgb", HOST_ELEMENT_UINT8, rgb));
     support::write_real(bench_ / "flat.npy", size, size, [&](int, int) { return 100 + random() % 17; });
     const std::pair<const char*, const char*> refusals[] = {
         {"flat.npy -o w.npy", "1 zentrix: flat.npy: No fringes were found"},
@@ -76,6 +146,13 @@ TEST_F(Hologram, Refusals)
         {"holo.npy -o holo.npy", "holo.npy: is an input and cannot be the result, too"},
         {"holo.npy -o w.npy --reference vacuum.npy --png w.png --wave vacuum.npy", "vacuum.npy: is an input"},
         {"holo.npy --phase -o w.npy --wave w.npy", "w.npy: two results would have this name"},
+        {"holo.npy --phase -o w.npy --wave w.png", "w.png: a picture does not keep the wave"},
+        {"holo.npy -o w.npy --reference gap.npy", "gap.npy: 1 of 65536 pixels of the reference are infinite"},
+        {"holo.npy -o w.npy --reference missing.npy", "missing.npy"},
+        {"gap.npy -o w.npy --reference vacuum.npy", "gap.npy: 1 of 65536 pixels of the hologram are infinite"},
+        {"rgb.npy -o w.npy", "This image has 3, as colour pictures have"},
+        {"holo.npy --unwrap -o w.npy --png w.png --show wave", "2 zentrix: --show is for waves"},
+        {"holo.npy --phase -o w.npy --png w.png --show modulus", "2 zentrix: --show is for waves"},
         {"missing.npy -o w.tif", "TIFF files have no complex numbers"},
         {"holo.npy -o w.npy --degrees", "2 zentrix: --degrees needs --phase or --unwrap"},
         {"holo.npy -o w.npy --sideband left", "--sideband is auto, other or X,Y in pixels, not \"left\""},
