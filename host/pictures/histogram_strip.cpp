@@ -85,6 +85,7 @@ picture histogram_strip::paint(std::span<const std::uint32_t> counts, grey_limit
         greys.shade({&value, 1}, &grey);
         on.fill({x + 0.0, bars.bottom + 1, x + 1.0, height_ - 1.0}, {grey, grey, grey});
     }
+    on.frame({margin_ - 0.5, bars.bottom + 0.5, width_ - margin_ + 0.5, height_ - 0.5}, 1, grey_ink);
     draw_handles(on, bars, limits);
     return picture_of(on);
 }

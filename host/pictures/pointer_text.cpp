@@ -56,8 +56,7 @@ std::string frequency_text(double right, double up)
     if (!(frequency > 0)) return "0";
     char text[100];
     const long degrees = std::lround(std::atan2(up, right) * 180 / std::numbers::pi);
-    std::snprintf(text, sizeof text, "%.3g nm\u207b\u00b9 (%.3g nm), %ld\u00b0", frequency, 1 / frequency,
-                  (degrees + 360) % 360);
+    std::snprintf(text, sizeof text, "%.3g /nm (%.3g nm), %ld\u00b0", frequency, 1 / frequency, (degrees + 360) % 360);
     return text;
 }
 

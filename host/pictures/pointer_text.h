@@ -15,8 +15,9 @@ std::string short_number(float value);
 /// pixel_nm  0: unknown; the text is then "(247, 1)"
 std::string place_text(pixel_place place, double pixel_nm);
 
-/// "4.21 nm⁻¹ (0.238 nm), 35°": a spatial frequency with its period and direction, counter-clockwise from the right;
-/// empty for an unknown scale, when both are not numbers or zero everywhere.
+/// "4.21 /nm (0.238 nm), 35°": a spatial frequency with its period and direction, counter-clockwise from the right;
+/// "0" for frequency zero. Without
+/// superscripts, which the system's typeface may not have.
 /// right, up  [1/nm]
 std::string frequency_text(double right, double up);
 

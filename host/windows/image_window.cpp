@@ -37,7 +37,7 @@ image_window::~image_window() { source_.on_ready({}); }
 void image_window::show_title()
 {
     std::string title = title_;
-    if (!fixed_limits_) title.append(" - ").append(mode_names[static_cast<std::size_t>(mode_)]);
+    if (!fixed_limits_ && !facts_.is_spectrum) title.append(" - ").append(mode_names[static_cast<std::size_t>(mode_)]);
     if (uncorrected_) title.append(" - before the correction");
     SetWindowTextW(handle(), widen(title).c_str());
 }
@@ -120,6 +120,7 @@ void image_window::add_status_line(const image_facts& facts)
 {
     facts_ = facts;
     status_.emplace(handle());
+    show_title();
     if (facts.not_finite > 0)
         status_->note(std::to_string(facts.not_finite) + (facts.not_finite == 1 ? " pixel" : " pixels") +
                       " not finite");
@@ -135,6 +136,26 @@ void image_window::add_histogram()
 {
     has_strip_ = true;
     lay_out();
+}
+
+void image_window::add_plot(double height, std::function<picture(int width, int height, double letters)> paint)
+{
+    plot_ = std::move(paint);
+    plot_letters_ = height;
+    lay_out();
+}
+
+void image_window::refresh_plot()
+{
+    strip_is_stale_ = true;
+    const RECT place = strip_area();
+    InvalidateRect(handle(), &place, FALSE);
+}
+
+void image_window::set_title(const std::string& title)
+{
+    title_ = title;
+    show_title();
 }
 
 void image_window::say(const std::string& text)

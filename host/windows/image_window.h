@@ -46,10 +46,13 @@ class image_window : public window
     void set_mode(display_mode mode);
     /// The palette for phases. All other modes are grey.
     void set_phase_palette(palette shades);
+    display_mode mode() const noexcept { return mode_; }
     palette phase_palette() const noexcept { return phase_palette_; }
     /// Shows real values as grey between fixed limits. The title then has no mode.
     void set_limits(grey_limits limits);
 
+    /// The first part of the title.
+    void set_title(const std::string& title);
     /// Adds a line below the picture: value and position of the pixel under the mouse, the facts and the zoom. Scale bar
     /// or rings of frequencies are drawn on the picture.
     void add_status_line(const image_facts& facts);
@@ -58,6 +61,11 @@ class image_window : public window
     /// Adds a strip below the picture with the histogram of its values and the limits of the greys. There is none while
     /// colours are shown.
     void add_histogram();
+    /// Adds a strip with a plot instead, `height` letters high. It is painted after each new picture.
+    /// paint  returns a picture of that size; letters: see text_width
+    void add_plot(double height, std::function<picture(int width, int height, double letters)> paint);
+    /// To be called when the plot has changed.
+    void refresh_plot();
     /// Of strip and status line together.
     int height_below_picture() const;
     /// Shows a message in the status line until the next one; an empty text ends it.
@@ -67,6 +75,11 @@ class image_window : public window
     bool view_command(unsigned id);
     /// The place of the picture in the window.
     const view_map& map() const noexcept { return map_; }
+
+    /// Black and white of the present picture.
+    const grey_limits& shown_limits() const noexcept { return rendered_.limits; }
+    /// Whether there is a limit of the histogram that the mouse can drag.
+    bool limit_at(POINT in_client) const;
 
     /// The present picture at full resolution; waits for it.
     /// Throws  script_error with the reason why there is none
@@ -150,6 +163,8 @@ class image_window : public window
     overlay overlay_;
     canvas strip_canvas_;
     bool has_strip_ = false, strip_is_stale_ = true;
+    double plot_letters_ = 0;  ///< height of the plot
+    std::function<picture(int, int, double)> plot_;
 
     image_facts facts_;
     std::optional<status_line> status_;

@@ -42,7 +42,7 @@ void image_window::press(POINT at)
 {
     const RECT strip_place = strip_area(), area = picture_area();
     from_ = at;
-    if (PtInRect(&strip_place, at) && rendered_.shades.width > 0 && !fixed_limits_) {
+    if (PtInRect(&strip_place, at) && rendered_.shades.width > 0 && !fixed_limits_ && !plot_) {
         const histogram_strip present = strip();
         handle_dragged_ = present.handle_at(at.x, rendered_.limits);
         if (handle_dragged_ == limit_handle::none) return;
@@ -179,17 +179,21 @@ void image_window::point(POINT at)
         frequency_text((pixel->x + 0.5 - scale.zero.x) * scale.right, (scale.zero.y - pixel->y - 0.5) * scale.down));
 }
 
+bool image_window::limit_at(POINT in_client) const
+{
+    const RECT place = strip_area();
+    return !plot_ && PtInRect(&place, in_client) && rendered_.shades.width > 0 &&
+           strip().handle_at(in_client.x, rendered_.limits) != limit_handle::none;
+}
+
 /// Sets the cursor over what can be dragged.
 bool image_window::set_cursor() const
 {
     POINT at;
     GetCursorPos(&at);
     ScreenToClient(handle(), &at);
-    const RECT strip_place = strip_area();
     if (dragging_ == dragged::picture) return SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(move_cursor))), true;
-    const bool on_handle = PtInRect(&strip_place, at) && rendered_.shades.width > 0 &&
-                           strip().handle_at(at.x, rendered_.limits) != limit_handle::none;
-    if (on_handle || dragging_ == dragged::limits)
+    if (limit_at(at) || dragging_ == dragged::limits)
         return SetCursor(LoadCursorW(nullptr, MAKEINTRESOURCEW(sideways_cursor))), true;
     return false;
 }

@@ -33,6 +33,7 @@ double image_window::letters() const
 
 int image_window::strip_height() const
 {
+    if (plot_) return static_cast<int>(plot_letters_ * letters());
     return has_strip_ && is_grey() ? static_cast<int>(strip_letters * letters()) : 0;
 }
 
@@ -154,7 +155,8 @@ void image_window::draw_strip(HDC to)
     const RECT area = strip_area();
     if (area.right <= 0) return;
     if (strip_is_stale_) {
-        const auto painted = strip().paint(rendered_.histogram.counts, rendered_.limits);
+        const auto painted = plot_ ? plot_(area.right, area.bottom - area.top, letters())
+                                   : strip().paint(rendered_.histogram.counts, rendered_.limits);
         strip_canvas_.resize({painted.width, painted.height});
         zoom(painted, painted.width, painted.height, strip_canvas_.pixels());
         strip_is_stale_ = false;

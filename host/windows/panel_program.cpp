@@ -102,7 +102,7 @@ void panel_program::dispatch(MSG& message)
 void panel_program::send_to_picture_under_mouse(MSG& message) const
 {
     const HWND under = WindowFromPoint({GET_X_LPARAM(message.lParam), GET_Y_LPARAM(message.lParam)});
-    for (const auto* const one : {&wave_window_, &transfer_window_})
+    for (const auto* const one : {&wave_window_, &transfer_window_, &diffractogram_window_})
         if (*one && under == (*one)->handle()) message.hwnd = under;
 }
 
@@ -117,9 +117,17 @@ void panel_program::pictures_changed()
         transfer_window_->set_pixel_nm(handler_->scope().pixel_nm);
         transfer_window_->refresh();
     }
+    if (diffractogram_window_) {
+        diffractogram_window_->set_pixel_nm(handler_->scope().pixel_nm);
+        diffractogram_window_->refresh();
+    }
 }
 
-void panel_program::show_mode(display_mode mode) { wave_window_->set_mode(mode); }
+void panel_program::show_mode(display_mode mode)
+{
+    wave_window_->set_mode(mode);
+    if (diffractogram_of_display_) choose_diffractogram();
+}
 
 void panel_program::show_transfer_function(bool shown)
 {

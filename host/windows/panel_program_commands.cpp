@@ -16,6 +16,10 @@ void panel_program::command(unsigned id)
         case IDM_MICROSCOPE: return handler_->edit_microscope();
         case IDM_ESTIMATE: return show_estimate_dialog();
         case IDM_UNDO_ESTIMATE: return undo_estimate();
+        case IDM_DIFFRACTOGRAM: return show_diffractogram(!diffractogram_window_ || !diffractogram_window_->visible());
+        case IDM_DIFFRACTOGRAM_OF_DISPLAY:
+            diffractogram_of_display_ = !diffractogram_of_display_;
+            return choose_diffractogram();
         case IDM_PHASE_COLOURS: return colour_phases(wave_window_->phase_palette() == palette::grey);
     }
 }

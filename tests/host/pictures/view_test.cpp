@@ -162,6 +162,7 @@ TEST(PointerText, SaysValueAndPlace)
     EXPECT_EQ(value_text(*wave, {0, 0}, display_mode::log_modulus), "ln modulus −∞");
     EXPECT_EQ(place_text({3, 7}, 0.05), "x 0.15 nm, y 0.35 nm (3, 7)");
     EXPECT_EQ(place_text({3, 7}, 0), "(3, 7)");
+    EXPECT_EQ(frequency_text(-3, -4), "5 /nm (0.2 nm), 233°");
 }
 
 }  // namespace
