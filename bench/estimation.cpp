@@ -184,6 +184,8 @@ void run_once(const test_case& one, const simulation& how, bool shows, tally& in
     for (const auto& coefficient : found.coefficients) judge(coefficient, found, how, shows, into);
     const bool all = std::ranges::all_of(found.coefficients, &host::estimated_coefficient::determined);
     const double error = chi_error(found.setup.lens, how.lens, how.wavelength_nm, found.resolution);
+    if (shows)
+        std::printf("  chi off by %.3g, stated %.3g rad; %s\n", error, found.chi_uncertainty, found.criterion.c_str());
     if (!found.any_determined())
         ++into.none;
     else if (!all)

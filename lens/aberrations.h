@@ -53,6 +53,8 @@ struct polar
 {
     double modulus = 0;
     double angle_degrees = 0;
+
+    bool operator==(const polar&) const = default;
 };
 
 /// A set of coefficients, all zero at first.
@@ -64,6 +66,8 @@ class aberrations
 
     /// The coefficient modulus * exp(i angle) in nanometres.
     std::complex<double> in_nanometres(coefficient which) const;
+
+    bool operator==(const aberrations&) const = default;
 
   private:
     std::array<polar, coefficient_count> values_{};

@@ -17,6 +17,16 @@ std::optional<double> parse_number(const std::string& text)
     return value;
 }
 
+std::optional<double> parse_typed_number(std::string text)
+{
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string::npos) return std::nullopt;
+    text = text.substr(first, text.find_last_not_of(' ') - first + 1);
+    const auto comma = text.find(',');
+    if (comma != std::string::npos && text.find('.') == std::string::npos) text[comma] = '.';
+    return parse_number(text);
+}
+
 std::optional<std::pair<double, double>> parse_pair(const std::string& text)
 {
     const auto comma = text.find(',');

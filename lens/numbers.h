@@ -11,6 +11,9 @@ namespace zentrix::lens {
 /// The finite number that the whole text spells ("-1.5e3", "+2"); nothing for any other text.
 std::optional<double> parse_number(const std::string& text);
 
+/// The same for a number that a person types: blanks around it, and a comma instead of the point ("0,5").
+std::optional<double> parse_typed_number(std::string text);
+
 /// Two finite numbers separated by a comma ("0.5,-2"); nothing for any other text.
 std::optional<std::pair<double, double>> parse_pair(const std::string& text);
 

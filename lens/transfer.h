@@ -16,6 +16,8 @@ struct coherence
     double focus_spread_nm = 0;
     double convergence_mrad = 0;  ///< of the illumination angle, along each axis
     double vibration_nm = 0;      ///< along each axis
+
+    bool operator==(const coherence&) const = default;
 };
 
 /// The factor of the spectrum.

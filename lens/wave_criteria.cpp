@@ -115,13 +115,10 @@ double phase_skewness(const weighted_wave& wave, std::complex<float>* gradient)
     return skewness;
 }
 
-double tamura_of_gradient(const weighted_wave& wave, std::size_t width, std::size_t height)
+std::vector<float> slopes_of_modulus(const std::complex<float>* pixels, std::size_t width, std::size_t height)
 {
-    const auto* const pixels = wave.pixels;
-    const auto* const weights = wave.weights;
-    const std::size_t count = wave.count;
-    std::vector<float> moduli(count), slopes(count);
-    for (std::size_t i = 0; i < count; ++i) moduli[i] = modulus(pixels[i]);
+    std::vector<float> moduli(width * height), slopes(width * height);
+    for (std::size_t i = 0; i < moduli.size(); ++i) moduli[i] = modulus(pixels[i]);
     for (std::size_t y = 0; y < height; ++y) {
         const float* const row = moduli.data() + y * width;
         const float* const above = moduli.data() + (y == 0 ? height - 1 : y - 1) * width;
@@ -132,6 +129,14 @@ double tamura_of_gradient(const weighted_wave& wave, std::size_t width, std::siz
             slopes[y * width + x] = std::sqrt(dx * dx + dy * dy);
         }
     }
+    return slopes;
+}
+
+double tamura_of_gradient(const weighted_wave& wave, std::size_t width, std::size_t height)
+{
+    const auto* const weights = wave.weights;
+    const std::size_t count = wave.count;
+    const auto slopes = slopes_of_modulus(wave.pixels, width, height);
     const double mean = sum_of(count, [&](std::size_t i) { return double{weights[i] * slopes[i]}; });
     if (!(mean > 0)) return 0;
     const double variance = sum_of(count, [&](std::size_t i) {

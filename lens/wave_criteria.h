@@ -2,6 +2,7 @@
 
 #include <complex>
 #include <cstddef>
+#include <vector>
 
 /// Numbers that are extreme when a wave is free of aberrations. Aberrations change none of the spectrum's moduli, so
 /// that each criterion needs an assumption on the object.
@@ -30,9 +31,14 @@ double modulus_variance(const weighted_wave& wave, std::complex<float>* gradient
 ///           Donoho, in Applied Time Series Analysis II, Academic Press (1981): other cumulants such as skewness
 double phase_skewness(const weighted_wave& wave, std::complex<float>* gradient);
 
+/// The length of the gradient of the modulus, for each pixel. Differences are central, twice the derivative, and the
+/// wave is taken as periodic.
+/// width, height  of the wave; rows contiguous
+std::vector<float> slopes_of_modulus(const std::complex<float>* pixels, std::size_t width, std::size_t height);
+
 /// Tamura's coefficient of the gradient of the modulus: the square root of its standard deviation over its mean. It is
 /// largest where an amplitude object has its sharpest edges.
-/// width, height  of the wave; rows contiguous. Differences are central, the wave is taken as periodic
+/// width, height  of the wave; rows contiguous
 /// Source    Zhang, Wang, Wu, Zhang, Ozcan, Optics Letters 42 (2017) 3824-3827; the coefficient: Memmolo, Distante,
 ///           Paturzo, Finizio, Ferraro, Javidi, Optics Letters 36 (2011) 1945-1947
 double tamura_of_gradient(const weighted_wave& wave, std::size_t width, std::size_t height);

@@ -85,6 +85,13 @@ image_ref live_correction::source()
     return wave;
 }
 
+void live_correction::use_spectrum(const image_ref& spectrum)
+{
+    spectrum_ = spectrum;
+    stale_ = true;
+    ++version_;
+}
+
 void live_correction::accept()
 {
     const auto spectrum = result()->clone();

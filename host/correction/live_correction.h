@@ -29,6 +29,8 @@ class live_correction
     /// Throws  script_error with the library's message, or "There is not enough memory for this picture."; the same
     ///         again until the next `set`
     const image_ref& result();
+    /// Makes a spectrum the source of further corrections, which `spectrum` has returned before.
+    void use_spectrum(const image_ref& spectrum);
     /// The wave that is corrected, in an image of its own.
     /// Throws  std::bad_alloc, or script_error for too little memory
     image_ref source();
@@ -39,7 +41,7 @@ class live_correction
     int width() const noexcept { return static_cast<int>(spectrum_->size(0)); }
     int height() const noexcept { return static_cast<int>(spectrum_->size(1)); }
 
-    /// The spectrum of the source; not to be changed. Another image after `accept`.
+    /// The spectrum of the source; not to be changed. Another image after `accept`. It may be kept for use_spectrum.
     const image_ref& spectrum() const noexcept { return spectrum_; }
     /// Multiplies a part of the spectrum by the present transfer function.
     /// part         the middle of the spectrum; its sides have the ratio of the wave's
@@ -47,7 +49,7 @@ class live_correction
     /// Throws  script_error with the library's message, which then is the failure
     void multiply(const image_ref& part, const image_ref& destination);
 
-    /// Changes with each `set`, `set_failure` and `accept`.
+    /// Changes with each `set`, `set_failure`, `accept` and `use_spectrum`.
     std::uint64_t version() const noexcept { return version_; }
     /// Makes `image` the result, which was computed elsewhere: by `multiply` of the whole spectrum and a transform
     /// back. Does nothing unless `of` is the present version.

@@ -2,7 +2,8 @@
 
 #include <optional>
 
-#include "host/estimation/phase_search.h"
+#include "host/estimation/search_run.h"
+#include "host/estimation/search_task.h"
 
 namespace zentrix::host {
 
@@ -15,13 +16,17 @@ struct amplitude_solution
     double tolerance = 0;                 ///< how far parts of the wave may differ [nm]
     std::size_t agreeing = 0;             ///< how many of the four quarters have their focus near the result
     bool is_at_end = false;               ///< of the range of C1
+    bool is_maximum = true;               ///< the sharpness falls in all directions
+    bool has_rival = false;               ///< another focus is as sharp in some quarters
     double prominence = 0;                ///< the criterion over its median in the range
+    double a1_chi = 0;                    ///< of that, from the less sure component of A1 alone [rad]
     double chi_uncertainty = 0;           ///< standard deviation of chi from C1 and A1, rms to the resolution [rad]
     double resolution = 0;
 };
 
 /// C1, and A1 if it is free, by the greatest Tamura coefficient of the gradient of the modulus: over the range of C1 in
-/// a low band, then in the whole band, then for each quarter of the wave. Nothing if the search was stopped.
+/// a low band, with astigmatism from the best of these, in growing bands, then for each quarter of the wave. Nothing if
+/// the search was stopped.
 std::optional<amplitude_solution> search_amplitude_object(search_run& run, const search_task& task);
 
 }  // namespace zentrix::host

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "host/estimation/certainty.h"
-#include "host/estimation/phase_search.h"
+#include "host/estimation/search_task.h"
 
 namespace zentrix::host {
 

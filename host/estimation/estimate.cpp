@@ -52,8 +52,10 @@ void check(const image& wave, const lens::optics& setup, const estimate_options&
 /// Largest uncertainties with which a coefficient counts as determined: of chi from all of them together, and from one
 /// alone. The second is larger, because neighbours such as C1 and C3 make up for each other. [rad rms]
 constexpr double largest_together = 0.055, largest_alone = 0.35;
-/// The same of chi from all of them together with what a wrong envelope adds.
-constexpr double largest_with_envelope = 0.1;
+/// The same of chi from all of them together with what a wrong envelope and the end of the band add.
+constexpr double largest_with_shifts = 0.1;
+/// The same for an amplitude object, from C1 and A1 together.
+constexpr double largest_of_focus = 0.2;
 /// Noise of a pixel from which on a wave is refused.
 constexpr double largest_noise = 0.38;
 /// Share of the modulus' variance that a phase object leaves.
@@ -118,13 +120,14 @@ void fill(estimate& result, const phase_solution& found)
     result.agreeing = found.agreeing;
     std::string doubt = doubt_of_all(result, found), odd_doubt = found.odd_doubt;
     double even = variance_of(found, found.chi_covariance, false), odd = variance_of(found, found.chi_covariance, true);
-    constexpr char flat[] = "the criterion hardly depends on it", damped[] = "it depends on the envelope";
+    constexpr char flat[] = "the criterion hardly depends on it",
+                   shifted[] = "it depends on the envelope or on where the band ends";
     if (doubt.empty() && !(std::sqrt(even) < largest_together)) doubt = flat;
     if (odd_doubt.empty() && !(std::sqrt(even + odd) < largest_together)) odd_doubt = flat;
-    even += variance_of(found, found.chi_of_envelope, false);
-    odd += variance_of(found, found.chi_of_envelope, true);
-    if (doubt.empty() && !(std::sqrt(even) < largest_with_envelope)) doubt = damped;
-    if (odd_doubt.empty() && !(std::sqrt(even + odd) < largest_with_envelope)) odd_doubt = damped;
+    even += variance_of(found, found.chi_of_shifts, false);
+    odd += variance_of(found, found.chi_of_shifts, true);
+    if (doubt.empty() && !(std::sqrt(even) < largest_with_shifts)) doubt = shifted;
+    if (odd_doubt.empty() && !(std::sqrt(even + odd) < largest_with_shifts)) odd_doubt = shifted;
     for (auto& one : result.coefficients) {
         const bool is_odd = !lens::is_even(one.which);
         fill_coefficient(one, found, !doubt.empty() ? doubt : is_odd ? odd_doubt : "");
@@ -133,6 +136,8 @@ void fill(estimate& result, const phase_solution& found)
     result.chi_uncertainty = std::sqrt(even + (odd_doubt.empty() ? odd : 0));
 }
 
+constexpr char hardly[] = "the sharpness hardly depends on it";
+
 /// Why an amplitude object's focus is not determined.
 std::string doubt_of_focus(const estimate& result, const amplitude_solution& found)
 {
@@ -140,8 +145,10 @@ std::string doubt_of_focus(const estimate& result, const amplitude_solution& fou
     if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
     if (found.is_at_end) return "the sharpest focus is at the end of the range";
     if (found.prominence < least_prominence) return "no focus is clearly sharper than others";
-    if (found.agreeing < 4 || !(found.chi_uncertainty < largest_alone))
-        return "parts of the wave are sharpest at different foci";
+    if (!found.is_maximum) return "the sharpness has no maximum";
+    if (found.has_rival) return "another focus is as sharp";
+    if (found.agreeing < 4) return "parts of the wave are sharpest at different foci";
+    if (!(found.chi_uncertainty < largest_of_focus)) return hardly;
     return "";
 }
 
@@ -168,7 +175,7 @@ bool fill(estimate& result, const lens::optics& setup, const amplitude_solution&
                            : 0;
         one.reason = doubt;
         if (!is_focus && !is_astigmatism) one.reason = "the sharpness of an amplitude object shows C1 and A1 only";
-        if (one.reason.empty() && one.uncertainty > found.tolerance) one.reason = "parts of the wave disagree";
+        if (one.reason.empty() && is_astigmatism && !(found.a1_chi < largest_with_shifts)) one.reason = hardly;
         one.determined = one.reason.empty();
         if (one.determined) result.setup.lens[one.which] = one.value = one.found;
     }

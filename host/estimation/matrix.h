@@ -25,6 +25,20 @@ class matrix
     std::vector<double> values_;
 };
 
+/// The matrix whose columns are convert(unit vector), of a linear function of vectors with `size` elements.
+template <class Convert>
+matrix matrix_of(std::size_t size, const Convert& convert)
+{
+    matrix result{size};
+    for (std::size_t j = 0; j < size; ++j) {
+        std::vector<double> axis(size);
+        axis[j] = 1;
+        const auto column = convert(axis);
+        for (std::size_t i = 0; i < size; ++i) result(i, j) = column[i];
+    }
+    return result;
+}
+
 /// By Gauss-Jordan elimination with row pivoting; nothing for a matrix that is singular to 1e-12.
 std::optional<matrix> inverse_of(matrix a);
 

@@ -4,32 +4,19 @@
 #include <string>
 #include <vector>
 
-#include "host/estimation/candidates.h"
 #include "host/estimation/certainty.h"
-#include "host/estimation/estimate.h"
+#include "host/estimation/search_task.h"
 
 namespace zentrix::host {
-
-/// What is asked of a search.
-struct search_task
-{
-    const wave_spectrum& spectrum;
-    lens::optics start;
-    std::vector<lens::coefficient> free;
-    std::optional<search_range> defocus;
-    bool widths_are_known = false;
-
-    double margin() const { return spectrum.edges_meet ? 0 : 0.2; }
-};
 
 /// What the search for a phase object has come to.
 struct phase_solution
 {
     imaging lens;
     std::vector<unknown> unknowns;
-    matrix covariance{0};               ///< of the unknowns, with what a wrong envelope may add [nm^2]
+    matrix covariance{0};               ///< of the unknowns, with what shifts them together [nm^2]
     matrix chi_covariance{0};           ///< of the variables of the last band, without that [rad^2]
-    matrix chi_of_envelope{0};          ///< what it adds to them [rad^2]
+    matrix chi_of_shifts{0};            ///< what a wrong envelope and the end of the band add to them [rad^2]
     std::vector<double> chi_per_unit;   ///< rms of chi in the band that 1 nm of each unknown makes
     std::string even_doubt, odd_doubt;  ///< why these coefficients are not determined; empty if they are
     bool used_skewness = false;

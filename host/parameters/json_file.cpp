@@ -110,23 +110,26 @@ std::string laid_out(const json& value, std::size_t indent)
 
 }  // namespace
 
-json read_json(const std::filesystem::path& file)
+json read_json(const std::filesystem::path& file) { return parse_json(contents_of(file), file); }
+
+json parse_json(const std::string& text, const std::filesystem::path& name)
 {
-    const std::string text = contents_of(file);
-    structure_check check{file};
+    structure_check check{name};
     try {
         return json::parse(text,
                            [&](int, json::parse_event_t event, const json& parsed) { return check(event, parsed); });
     } catch (const json::parse_error& problem) {
-        throw file_error{file, "is not valid JSON at " + place_of(text, problem.byte)};
+        throw file_error{name, "is not valid JSON at " + place_of(text, problem.byte)};
     } catch (const json::out_of_range&) {
-        throw file_error{file, "has a number that is too large"};
+        throw file_error{name, "has a number that is too large"};
     }
 }
 
+std::string json_text(const json& value) { return laid_out(value, 0) + "\n"; }
+
 void write_json(const std::filesystem::path& file, const json& value)
 {
-    const std::string text = laid_out(value, 0) + "\n";
+    const std::string text = json_text(value);
     pending_file pending{file};
     pending.write(text.data(), text.size());
     pending.commit();

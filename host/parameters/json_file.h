@@ -11,7 +11,13 @@ namespace zentrix::host {
 /// Throws  file_error; for bad syntax with line and column, and naming an entry that an object has twice
 nlohmann::ordered_json read_json(const std::filesystem::path& file);
 
-/// Writes JSON as a pending_file, indented; lists of plain values and small objects are on one line. Throws  file_error
+/// The same for a text of any length. `name` is its name in errors. Throws as read_json
+nlohmann::ordered_json parse_json(const std::string& text, const std::filesystem::path& name);
+
+/// JSON as text, indented; lists of plain values and small objects are on one line. Ends with a line feed.
+std::string json_text(const nlohmann::ordered_json& value);
+
+/// Writes the json_text as a pending_file. Throws  file_error
 void write_json(const std::filesystem::path& file, const nlohmann::ordered_json& value);
 
 /// The value as JSON for messages, at most about 60 bytes.

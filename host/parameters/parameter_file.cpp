@@ -23,18 +23,24 @@ void refuse_parameters_outside(const json& record)
             throw std::invalid_argument{member.key() + " is outside of \"parameters\", which the file has, too"};
 }
 
-}  // namespace
-
-parameter_set read_parameters(const std::filesystem::path& file)
+parameter_set parameters_of(const json& root, const std::filesystem::path& name)
 {
-    const json root = read_json(file);
     try {
         if (!is_record(root)) return parameters_in(root);
         refuse_parameters_outside(root);
         return parameters_in(root["parameters"]);
     } catch (const std::invalid_argument& problem) {
-        throw file_error{file, problem.what()};
+        throw file_error{name, problem.what()};
     }
+}
+
+}  // namespace
+
+parameter_set read_parameters(const std::filesystem::path& file) { return parameters_of(read_json(file), file); }
+
+parameter_set parse_parameters(const std::string& text, const std::filesystem::path& name)
+{
+    return parameters_of(parse_json(text, name), name);
 }
 
 json as_json(const parameter_set& set)

@@ -14,6 +14,9 @@ namespace zentrix::host {
 /// Throws  file_error naming the entry that is not understood
 parameter_set read_parameters(const std::filesystem::path& file);
 
+/// The same for the contents of a file. `name` is its name in errors. Throws as read_parameters
+parameter_set parse_parameters(const std::string& text, const std::filesystem::path& name);
+
 /// The set as the object "parameters" of a record; read_parameters reads it again to the same numbers.
 nlohmann::ordered_json as_json(const parameter_set& parameters);
 

@@ -20,11 +20,23 @@ floating_frame::~floating_frame() { close(); }
 
 void floating_frame::show()
 {
-    if (!content_) content_ = static_cast<HWND>(engine_.open(title_, handle()));
+    const bool is_new = !content_;
+    if (is_new) content_ = static_cast<HWND>(engine_.open(title_, handle()));
     if (!content_) throw script_error{"The library did not open its window \"" + title_ + "\"."};
     ShowWindow(content_, SW_SHOW);  // its first showing sets its size
     fit_content();
     ShowWindow(handle(), SW_SHOWNOACTIVATE);
+    if (is_new) SetFocus(content_);
+}
+
+void floating_frame::switch_focus(HWND other)
+{
+    if (GetActiveWindow() == handle()) {
+        SetActiveWindow(other);
+        return;
+    }
+    if (!visible()) show();
+    SetActiveWindow(handle());
 }
 
 void floating_frame::fit_content()
@@ -54,16 +66,36 @@ void floating_frame::close()
 bool floating_frame::handles(MSG& message) const
 {
     if (!content_ || !IsChild(content_, message.hwnd)) return false;
+    // The sheet would take every Tab and never let the focus out of its pages. Ctrl+Tab is its own: another page.
+    const bool tab = message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0;
     const HWND sheet = FindWindowExW(content_, nullptr, L"#32770", nullptr);
-    if (sheet && PropSheet_IsDialogMessage(sheet, &message)) return true;
+    if (!tab && sheet && PropSheet_IsDialogMessage(sheet, &message)) return true;
     return IsDialogMessageW(content_, &message);
+}
+
+void floating_frame::remember_focus()
+{
+    const HWND focus = GetFocus();
+    if (content_ && IsChild(content_, focus)) focus_ = focus;
+}
+
+void floating_frame::restore_focus()
+{
+    if (!content_ || !IsWindowVisible(content_)) return;
+    const bool usable = IsChild(content_, focus_) && IsWindowVisible(focus_) && IsWindowEnabled(focus_);
+    SetFocus(usable ? focus_ : content_);
 }
 
 LRESULT floating_frame::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
 {
-    if (message != WM_CLOSE) return window::handle_message(message, wparam, lparam);
-    hide();
-    return 0;
+    switch (message) {
+        case WM_CLOSE: return hide(), 0;
+        case WM_SETFOCUS: return restore_focus(), 0;
+        case WM_ACTIVATE:
+            if (LOWORD(wparam) == WA_INACTIVE) remember_focus();
+            return window::handle_message(message, wparam, lparam);
+        default: return window::handle_message(message, wparam, lparam);
+    }
 }
 
 }  // namespace zentrix::host

@@ -15,7 +15,7 @@ class floating_frame : public window
     /// Destroys the library's window, then its own.
     ~floating_frame() override;
 
-    /// Opens the library's window if necessary and shows it.
+    /// Opens the library's window if necessary and shows it. A new one gets the focus.
     /// Throws  script_error when the library opened none, or when none is registered under the title
     void show();
     /// Hides the library's window, which receives WM_SHOWWINDOW and stays open, and the frame.
@@ -24,6 +24,10 @@ class floating_frame : public window
     void close();
     /// The library's window; null while there is none.
     HWND content() const noexcept { return content_; }
+
+    /// Gives the focus to the control that had it last, or to the library's window; if the frame has the focus already,
+    /// to `other` instead. Shows the frame if it is hidden.
+    void switch_focus(HWND other);
 
     /// Offers a message to the dialogs inside, which handle keys such as Tab and the arrows. Returns true if one
     /// handled it; it then needs no dispatch. For the message loop.
@@ -34,10 +38,13 @@ class floating_frame : public window
 
   private:
     void fit_content();
+    void remember_focus();
+    void restore_focus();
 
     engine& engine_;
     std::string title_;
     HWND content_ = nullptr;
+    HWND focus_ = nullptr;  ///< the control that had it last
 };
 
 }  // namespace zentrix::host

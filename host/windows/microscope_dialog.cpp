@@ -1,11 +1,14 @@
 #include "host/windows/microscope_dialog.h"
 
 #include <charconv>
+#include <stdexcept>
+#include <string>
 
 #include "host/text/encoding.h"
 #include "host/windows/resource.h"
 #include "host/windows/window.h"
 #include "lens/numbers.h"
+#include "lens/plausible_units.h"
 
 namespace zentrix::host {
 
@@ -14,17 +17,17 @@ namespace {
 struct field
 {
     int id;
+    const char* name;
     double microscope::*value;
     double lens::coherence::*width;
-    bool may_be_zero;
 };
 
 constexpr field fields[] = {
-    {IDC_KILOVOLTS, &microscope::kilovolts, nullptr, false},
-    {IDC_PIXEL, &microscope::pixel_nm, nullptr, false},
-    {IDC_FOCUS_SPREAD, nullptr, &lens::coherence::focus_spread_nm, true},
-    {IDC_CONVERGENCE, nullptr, &lens::coherence::convergence_mrad, true},
-    {IDC_VIBRATION, nullptr, &lens::coherence::vibration_nm, true},
+    {IDC_KILOVOLTS, "The accelerating voltage", &microscope::kilovolts, nullptr},
+    {IDC_PIXEL, "The pixel size", &microscope::pixel_nm, nullptr},
+    {IDC_FOCUS_SPREAD, "The focus spread", nullptr, &lens::coherence::focus_spread_nm},
+    {IDC_CONVERGENCE, "The convergence", nullptr, &lens::coherence::convergence_mrad},
+    {IDC_VIBRATION, "The vibration", nullptr, &lens::coherence::vibration_nm},
 };
 
 double& value_of(microscope& scope, const field& one) { return one.value ? scope.*one.value : scope.spread.*one.width; }
@@ -39,29 +42,49 @@ void fill(HWND dialog, microscope& scope)
     CheckDlgButton(dialog, IDC_DAMPED, scope.damped ? BST_CHECKED : BST_UNCHECKED);
 }
 
-/// Reads the dialog into `scope`. Returns the id of the first invalid field, or 0.
-int read(HWND dialog, microscope& scope)
+struct problem
+{
+    int field;
+    std::string text;
+};
+
+/// Throws  std::invalid_argument with a sentence for a number that is not possible or usually in another unit
+void check(const field& one, double value)
+{
+    if (one.id == IDC_KILOVOLTS) lens::check_kilovolts(value);
+    if (one.id == IDC_PIXEL) lens::check_pixel_size(value);
+    if (value < 0) throw std::invalid_argument{std::string{one.name} + " must not be negative."};
+}
+
+/// Reads the dialog into `scope`. Returns the first problem.
+std::optional<problem> read(HWND dialog, microscope& scope)
 {
     for (const field& one : fields) {
         wchar_t typed[64] = {};
         GetDlgItemTextW(dialog, one.id, typed, static_cast<int>(std::size(typed)));
-        const auto number = lens::parse_number(narrow(typed));
-        if (!number || *number < 0 || (*number == 0 && !one.may_be_zero)) return one.id;
+        const auto number = lens::parse_typed_number(narrow(typed));
+        if (!number) return problem{one.id, std::string{one.name} + " is not a number."};
+        try {
+            check(one, *number);
+        } catch (const std::invalid_argument& implausible) {
+            return problem{one.id, implausible.what()};
+        }
         value_of(scope, one) = *number;
     }
     scope.damped = IsDlgButtonChecked(dialog, IDC_DAMPED) == BST_CHECKED;
-    return 0;
+    return std::nullopt;
 }
 
 void accept(HWND dialog, microscope& scope)
 {
-    const int invalid = read(dialog, scope);
-    if (invalid == 0) {
+    const auto found = read(dialog, scope);
+    SetDlgItemTextW(dialog, IDC_PROBLEM, found ? widen(found->text).c_str() : L"");
+    if (!found) {
         EndDialog(dialog, IDOK);
         return;
     }
     MessageBeep(MB_ICONWARNING);
-    const HWND edit = GetDlgItem(dialog, invalid);
+    const HWND edit = GetDlgItem(dialog, found->field);
     SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(edit), TRUE);
     SendMessageW(edit, EM_SETSEL, 0, -1);
 }

@@ -8,8 +8,9 @@
 
 namespace zentrix::host {
 
-/// Shows a dialog to edit voltage, pixel size and envelope. OK is refused while a field is not a positive number (zero
-/// is allowed for the envelope).
+/// Shows a dialog to edit voltage, pixel size and envelope. OK is refused, with a sentence in the dialog, while a
+/// field has no number, a number that is not possible, or one that is usually in another unit. A decimal comma is
+/// accepted.
 /// owner    the window that is disabled while the dialog is open
 /// present  the initial values
 /// Returns the edited values; empty after Cancel.

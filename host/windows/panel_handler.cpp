@@ -9,6 +9,20 @@
 
 namespace zentrix::host {
 
+namespace {
+
+lens::optics optics_of(const lens::aberrations& lens, const microscope& scope)
+{
+    lens::optics setup;
+    setup.wavelength_nm = lens::electron_wavelength(scope.kilovolts);
+    setup.pixel_nm = scope.pixel_nm;
+    setup.spread = scope.spread;
+    setup.lens = lens;
+    return setup;
+}
+
+}  // namespace
+
 std::shared_ptr<panel_handler> panel_handler::make(engine& engine, const image_ref& wave, const microscope& scope,
                                                    const panel_start& start, panel_view& view)
 {
@@ -53,15 +67,7 @@ void panel_handler::add_methods()
     add("OnClose", "", [this](std::int64_t) { view_->panel_closed(); });
 }
 
-lens::optics panel_handler::optics() const
-{
-    lens::optics setup;
-    setup.wavelength_nm = lens::electron_wavelength(scope_.kilovolts);
-    setup.pixel_nm = scope_.pixel_nm;
-    setup.spread = scope_.spread;
-    setup.lens = coefficients();
-    return setup;
-}
+lens::optics panel_handler::optics() const { return optics_of(coefficients(), scope_); }
 
 lens::aberrations panel_handler::coefficients() const
 {
@@ -96,11 +102,14 @@ void panel_handler::set(const lens::aberrations& lens, const microscope& scope)
     }
 }
 
+void panel_handler::set_correction(const lens::aberrations& lens, const microscope& scope)
+{
+    correction_.set(optics_of(lens, scope), scope.damped ? lens::damping::on : lens::damping::off);
+}
+
 void panel_handler::preview(const lens::aberrations& lens)
 {
-    auto setup = optics();
-    setup.lens = lens;
-    correction_.set(setup, scope_.damped ? lens::damping::on : lens::damping::off);
+    set_correction(lens, scope_);
     previewing_ = true;
     view_->pictures_changed();
 }
@@ -109,7 +118,7 @@ void panel_handler::change()
 {
     previewing_ = false;
     try {
-        correction_.set(optics(), scope_.damped ? lens::damping::on : lens::damping::off);
+        set_correction(coefficients(), scope_);
     } catch (const std::invalid_argument& problem) {
         correction_.set_failure(problem.what());
         throw;
@@ -119,10 +128,41 @@ void panel_handler::change()
 
 void panel_handler::apply()
 {
+    const image_ref former = correction_.spectrum();
     correction_.accept();
+    if (applied_.empty()) first_spectrum_ = former;
     applied_.emplace_back(coefficients(), scope_);
     write_coefficients({});
     change();
+}
+
+void panel_handler::restore(const panel_state& wanted)
+{
+    if (wanted.applied != applied_) remake_source(wanted);
+    scope_ = wanted.scope;
+    write_coefficients(wanted.lens);
+    change();
+}
+
+void panel_handler::remake_source(const panel_state& wanted)
+{
+    const image_ref former = correction_.spectrum();
+    const bool continues =
+        applied_.size() < wanted.applied.size() && std::equal(applied_.begin(), applied_.end(), wanted.applied.begin());
+    try {
+        if (!continues) correction_.use_spectrum(first_spectrum_);
+        for (std::size_t i = continues ? applied_.size() : 0; i < wanted.applied.size(); ++i) {
+            set_correction(wanted.applied[i].first, wanted.applied[i].second);
+            correction_.accept();
+        }
+    } catch (...) {
+        correction_.use_spectrum(former);
+        change();
+        throw;
+    }
+    if (applied_.empty()) first_spectrum_ = former;
+    applied_ = wanted.applied;
+    if (applied_.empty()) first_spectrum_.reset();
 }
 
 void panel_handler::change_display(std::int64_t mode)

@@ -18,6 +18,19 @@ struct microscope
     double pixel_nm = 0;
     lens::coherence spread;
     bool damped = false;  ///< damp by `spread`, see lens::damping::on
+
+    bool operator==(const microscope&) const = default;
+};
+
+/// All that the user edits.
+struct panel_state
+{
+    lens::aberrations lens;
+    microscope scope;
+    /// What was removed by OnApply so far, in this order.
+    std::vector<std::pair<lens::aberrations, microscope>> applied;
+
+    bool operator==(const panel_state&) const = default;
 };
 
 /// The initial state of the panel.
@@ -68,12 +81,21 @@ class panel_handler : public script_object
     transfer_pictures& transfer_function_pictures() noexcept { return transfer_pictures_; }
     diffractogram_pictures& diffractograms() noexcept { return diffractograms_; }
 
+    int width() const noexcept { return correction_.width(); }
+    int height() const noexcept { return correction_.height(); }
+
     const microscope& scope() const noexcept { return scope_; }
     /// The coefficients that the panel shows.
     lens::aberrations coefficients() const;
     /// Shows and corrects with other parameters. Angles are whole degrees.
     /// Throws  std::invalid_argument for parameters with which the wave cannot be corrected; all is then as it was
     void set(const lens::aberrations& lens, const microscope& scope);
+    panel_state state() const { return {coefficients(), scope_, applied_}; }
+    /// Returns to a former state, to the bit. The sources of all Applies are made again from the first one, which is
+    /// kept, so that the memory does not grow with their number.
+    /// Throws  as live_correction::accept; all is then as it was. std::invalid_argument for a state with which the wave
+    ///         cannot be corrected, which is then the present one
+    void restore(const panel_state& wanted);
     /// The optics of the coefficients that the panel shows.
     lens::optics optics() const;
     /// The wave that is corrected, in an image of its own.
@@ -100,6 +122,8 @@ class panel_handler : public script_object
     void write_coefficients(const lens::aberrations& lens);
     void change();
     void apply();
+    void set_correction(const lens::aberrations& lens, const microscope& scope);
+    void remake_source(const panel_state& wanted);
     void change_display(std::int64_t mode);
     void update_panel() { engine_.call("ZXZentrixPanelUpdate", {}); }
 
@@ -115,6 +139,7 @@ class panel_handler : public script_object
     tag_group_ref tags_ = memory_tag_group::make_group();
     std::function<void(const std::string&)> listener_;
     std::vector<std::pair<lens::aberrations, microscope>> applied_;
+    image_ref first_spectrum_;  ///< before the first Apply
 };
 
 }  // namespace zentrix::host

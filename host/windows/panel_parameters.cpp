@@ -3,9 +3,6 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "host/parameters/parameter_entries.h"
-#include "host/text/number_text.h"
-
 namespace zentrix::host {
 
 parameter_set parameters_of(const lens::aberrations& lens, const microscope& scope)
@@ -45,26 +42,6 @@ panel_parameters for_panel(const parameter_set& set, const microscope& present)
     scope.spread.vibration_nm = set.vibration_nm.value_or(present.spread.vibration_nm);
     if (set.envelope) scope.damped = *set.envelope == lens::damping::on;
     return shown;
-}
-
-std::vector<std::string> option_words(const parameter_set& set)
-{
-    std::vector<std::string> words;
-    const auto add = [&](const char* name, const std::optional<double>& value) {
-        if (value) words.insert(words.end(), {name, number_text(*value)});
-    };
-    add("--kv", set.kilovolts);
-    add("--pixel", set.pixel_nm);
-    for (const auto& [which, value] : set.coefficients) {
-        const auto& about = lens::traits(which);
-        words.insert(words.end(), {"--" + std::string{about.name}, number_text(value.modulus)});
-        if (about.symmetry != 0) words.back() += "@" + number_text(value.angle_degrees);
-    }
-    add("--focus-spread", set.focus_spread_nm);
-    add("--convergence", set.convergence_mrad);
-    add("--vibration", set.vibration_nm);
-    if (set.envelope) words.insert(words.end(), {"--envelope", name_of(*set.envelope)});
-    return words;
 }
 
 }  // namespace zentrix::host

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "host/parameters/parameter_set.h"
 #include "host/windows/panel_handler.h"
@@ -24,8 +23,5 @@ struct panel_parameters
 /// Angles are rounded.
 /// Throws  std::invalid_argument for a wavelength and for a tilt, which the panel does not have
 panel_parameters for_panel(const parameter_set& set, const microscope& present);
-
-/// The words of a command line that removes the aberrations of the set: "--kv", "300", "--C1", "-30", ...
-std::vector<std::string> option_words(const parameter_set& set);
 
 }  // namespace zentrix::host

@@ -8,6 +8,7 @@
 
 #include "host/text/encoding.h"
 #include "host/text/system_path.h"
+#include "host/windows/resource.h"
 
 namespace zentrix::host {
 
@@ -20,6 +21,7 @@ panel_program::panel_program(engine& engine, const image_ref& wave, const micros
         if (!log_) throw std::runtime_error{utf8_path(options_.log) + ": cannot be written"};
     }
     handler_ = panel_handler::make(engine, wave, scope, options_.start, *this);
+    history_.emplace(handler_->state());
     make_windows({static_cast<LONG>(wave->size(0)), static_cast<LONG>(wave->size(1))});
     listen();
     try {
@@ -52,7 +54,12 @@ void panel_program::listen()
     engine_.records().listening.dialog = [this](const dialog_record& shown) { alert(shown.text); };
     engine_.records().listening.error = [this](const error_record& error) { alert(error.text); };
     window::on_failure([this](const std::string& text) { alert(text); });
-    handler_->on_call([this](const std::string& call) { log("call " + call); });
+    handler_->on_call([this](const std::string& call) {
+        log("call " + call);
+        if (call != "OnChange") return;
+        note_edit();  // the panel has written its tags
+        refresh_table();
+    });
     handler_->tags()->on_write(
         [this](std::string_view path, const tag& value) { log("tag " + std::string{path} + " = " + text_of(value)); });
 }
@@ -88,14 +95,18 @@ void panel_program::dispatch(MSG& message)
     const bool own_timer = message.message == WM_TIMER && message.hwnd == wave_window_->handle();
     if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
     if (message.message == WM_MOUSEWHEEL) send_to_picture_under_mouse(message);
+    follow_gesture(message);
     const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
-    // In a field, Ctrl+Z takes back what was typed there.
+    // In a field, Ctrl+Z takes back what was typed there, once; after that it undoes edits.
     const bool undoes_typing =
         message.message == WM_KEYDOWN && message.wParam == 'Z' && SendMessageW(message.hwnd, EM_CANUNDO, 0, 0) != 0;
     if (for_us && !undoes_typing && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
-    if (frame_->handles(message) || (estimate_ && estimate_->handles(message))) return;
-    TranslateMessage(&message);
-    DispatchMessageW(&message);
+    if (!frame_->handles(message) && !(estimate_ && estimate_->handles(message))) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    constexpr WPARAM control_z = 0x1a;
+    if (message.message == WM_CHAR && message.wParam == control_z) SendMessageW(message.hwnd, EM_EMPTYUNDOBUFFER, 0, 0);
 }
 
 /// The wheel zooms the picture under the mouse, whatever has the focus.
@@ -108,18 +119,16 @@ void panel_program::send_to_picture_under_mouse(MSG& message) const
 
 void panel_program::pictures_changed()
 {
+    note_edit();
+    if (!handler_ || !wave_window_) return;
+    if (!said_.empty()) say("");
+    refresh_table();
     if (estimate_ && !handler_->previewing()) estimate_->stop();  // the user has changed what it searches
-    if (wave_window_) {
-        wave_window_->set_pixel_nm(handler_->scope().pixel_nm);
-        wave_window_->refresh();
-    }
-    if (transfer_window_) {
-        transfer_window_->set_pixel_nm(handler_->scope().pixel_nm);
-        transfer_window_->refresh();
-    }
-    if (diffractogram_window_) {
-        diffractogram_window_->set_pixel_nm(handler_->scope().pixel_nm);
-        diffractogram_window_->refresh();
+    const double pixel_nm = handler_->scope().pixel_nm;
+    for (const auto* const one : {&wave_window_, &transfer_window_, &diffractogram_window_}) {
+        if (!*one) continue;
+        (*one)->set_pixel_nm(pixel_nm);
+        (*one)->refresh();
     }
 }
 
@@ -151,10 +160,33 @@ void panel_program::alert(const std::string& text)
 {
     log("alert " + text);
     std::fprintf(stderr, "zentrix: %s\n", text.c_str());
-    if (alerting_ || options_.quit_after_ms) return;  // one box at a time; none in an unattended run
-    alerting_ = true;
-    MessageBoxW(wave_window_->handle(), widen(text).c_str(), L"Zentrix", MB_OK | MB_ICONWARNING);
-    alerting_ = false;
+    if (std::exchange(chosen_failed_, false))  // what fails under the box is another matter
+        show_box(text, MB_ICONWARNING);
+    else
+        say(text);
+}
+
+void panel_program::say(const std::string& text)
+{
+    said_ = text;
+    if (wave_window_) wave_window_->say(text);
+}
+
+void panel_program::show_box(const std::string& text, UINT style)
+{
+    if (boxed_ || options_.quit_after_ms) return;
+    boxed_ = true;
+    MSGBOXPARAMSW box{};
+    box.cbSize = sizeof box;
+    box.hwndOwner = wave_window_->handle();
+    box.hInstance = GetModuleHandleW(nullptr);
+    const std::wstring wide = widen(text);
+    box.lpszText = wide.c_str();
+    box.lpszCaption = L"Zentrix";
+    box.dwStyle = MB_OK | style;
+    box.lpszIcon = MAKEINTRESOURCEW(IDI_PROGRAM);
+    MessageBoxIndirectW(&box);
+    boxed_ = false;
 }
 
 std::string panel_program::costs() const

@@ -5,7 +5,10 @@
 #include <memory>
 #include <optional>
 
+#include "host/parameters/edit_history.h"
 #include "host/parameters/record.h"
+#include "host/windows/coefficient_table.h"
+#include "host/windows/conventions_window.h"
 #include "host/windows/estimate_dialog.h"
 #include "host/windows/floating_frame.h"
 #include "host/windows/image_window.h"
@@ -61,6 +64,12 @@ class panel_program : private panel_view
 
     /// Null until it is first shown.
     image_window* diffractogram_window() { return diffractogram_window_.get(); }
+    /// Null until it is first shown.
+    coefficient_table* table() { return table_.get(); }
+    /// Null until it is first shown.
+    conventions_window* conventions() { return conventions_.get(); }
+    /// The last message in the status line; empty after the next edit.
+    const std::string& said() const noexcept { return said_; }
 
     /// The cost of the pictures so far: "96 pictures, 42.1 ms each: transfer function 5.9, transform 16.2, shades 12.9,
     /// screen 7.1"
@@ -87,18 +96,44 @@ class panel_program : private panel_view
     void dispatch(MSG& message);
     void send_to_picture_under_mouse(MSG& message) const;
     void command(unsigned id);
+    void run_command(unsigned id);
     void colour_phases(bool coloured);
     void save();
     provenance provenance_of(const std::filesystem::path& result) const;
     void show_estimate_dialog();
     void accept_estimate(const estimate& found);
-    void undo_estimate();
+
+    /// Records the present state of the handler as an edit, if it differs from the last one.
+    void note_edit();
+    /// Makes an edit that is a step of its own with this name.
+    void edit_as(const std::string& name, const std::function<void()>& edit);
+    /// Undoes or redoes a step.
+    void travel(bool back);
+    void show_history();
+    /// Ends the present step of the history at each press of the mouse button and when the keys go to another control.
+    void follow_gesture(const MSG& message);
     void save_parameters();
     void load_parameters();
+    /// Shows the parameters of a file or text as one step of the history.
+    void show_parameters(const parameter_set& set, const std::string& step);
+    void copy_parameters(unsigned id);
+    void paste_parameters();
+
+    void show_table(bool shown);
+    void refresh_table();
+    void place_table();
+    void show_conventions();
+    void show_keys();
+    void show_version();
     void start_timers();
     void take_screenshots();
     void log(const std::string& line);
+    /// A failure: logs it and says it in the status line, or in a box if the user has just chosen the command that
+    /// failed.
     void alert(const std::string& text);
+    void say(const std::string& text);
+    /// A box, unless the run is unattended; one at a time.
+    void show_box(const std::string& text, UINT style);
 
     engine& engine_;
     panel_program_options options_;
@@ -111,9 +146,15 @@ class panel_program : private panel_view
     std::unique_ptr<floating_frame> frame_;
     std::unique_ptr<estimate_dialog> estimate_;         ///< null until it is first shown
     HACCEL keys_ = nullptr;                             ///< a resource, freed by the system
-    std::optional<lens::aberrations> before_estimate_;  ///< for undo
-    std::size_t applied_before_estimate_ = 0;
-    bool alerting_ = false;
+    std::optional<edit_history<panel_state>> history_;  ///< null until the handler exists
+    std::string edit_name_;  ///< of the edit that is being made; empty: named by what differs
+    bool restoring_ = false;
+    std::pair<UINT, HWND> gesture_{};                  ///< message and control of the last one
+    std::unique_ptr<coefficient_table> table_;         ///< null until it is first shown
+    std::unique_ptr<conventions_window> conventions_;  ///< null until it is first shown
+    std::string said_;
+    bool chosen_failed_ = false;  ///< while the failure of a menu command is reported
+    bool boxed_ = false;          ///< while a box is open
 };
 
 }  // namespace zentrix::host

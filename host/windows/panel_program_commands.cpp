@@ -7,19 +7,41 @@ namespace zentrix::host {
 
 void panel_program::command(unsigned id)
 {
+    try {
+        run_command(id);
+    } catch (...) {
+        chosen_failed_ = true;
+        window::report_exception();
+        chosen_failed_ = false;
+    }
+}
+
+void panel_program::run_command(unsigned id)
+{
     switch (id) {
         case IDM_SAVE: return save();
         case IDM_SAVE_PARAMETERS: return save_parameters();
         case IDM_LOAD_PARAMETERS: return load_parameters();
         case IDM_QUIT: return PostQuitMessage(0);
         case IDM_PANEL: return show_panel(!frame_->visible());
+        case IDM_SWITCH_WINDOW: return frame_->switch_focus(wave_window_->handle());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
         case IDM_ESTIMATE: return show_estimate_dialog();
-        case IDM_UNDO_ESTIMATE: return undo_estimate();
         case IDM_DIFFRACTOGRAM: return show_diffractogram(!diffractogram_window_ || !diffractogram_window_->visible());
         case IDM_DIFFRACTOGRAM_OF_DISPLAY:
             diffractogram_of_display_ = !diffractogram_of_display_;
             return choose_diffractogram();
+        case IDM_UNDO: return travel(true);
+        case IDM_REDO: return travel(false);
+        case IDM_COPY_OPTIONS:
+        case IDM_COPY_PYTHON:
+        case IDM_COPY_SCRIPT:
+        case IDM_COPY_JSON: return copy_parameters(id);
+        case IDM_PASTE: return paste_parameters();
+        case IDM_TABLE: return show_table(!table_ || !table_->visible());
+        case IDM_CONVENTIONS: return show_conventions();
+        case IDM_KEYS: return show_keys();
+        case IDM_VERSION: return show_version();
         case IDM_PHASE_COLOURS: return colour_phases(wave_window_->phase_palette() == palette::grey);
     }
 }

@@ -3,8 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "host/windows/resource.h"
-
 namespace zentrix::host {
 
 void panel_program::show_estimate_dialog()
@@ -28,23 +26,10 @@ void panel_program::accept_estimate(const estimate& found)
     for (const auto& one : found.coefficients)
         log("estimate " + std::string{lens::traits(one.which).name} + (one.determined ? "" : " not determined"));
     if (!found.any_determined()) return;
-    const auto former = handler_->coefficients();
     auto lens = found.setup.lens;
     for (const auto& about : lens::all_coefficients)  // the panel has whole degrees
         lens[about.which].angle_degrees = std::round(lens[about.which].angle_degrees);
-    handler_->set(lens, handler_->scope());
-    before_estimate_ = former;
-    applied_before_estimate_ = handler_->applied().size();
-    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_ENABLED);
-}
-
-void panel_program::undo_estimate()
-{
-    const auto former = std::exchange(before_estimate_, std::nullopt);
-    if (!former) return;
-    if (handler_->applied().size() == applied_before_estimate_)  // else they belong to another wave
-        handler_->set(*former, handler_->scope());
-    EnableMenuItem(GetMenu(wave_window_->handle()), IDM_UNDO_ESTIMATE, MF_GRAYED);
+    edit_as("estimate", [&] { handler_->set(lens, handler_->scope()); });
 }
 
 }  // namespace zentrix::host

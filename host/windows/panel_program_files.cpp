@@ -4,6 +4,7 @@
 
 #include "host/files/image_file.h"
 #include "host/parameters/parameter_file.h"
+#include "host/parameters/parameter_text.h"
 #include "host/text/system_path.h"
 #include "host/windows/file_dialog.h"
 #include "host/windows/panel_parameters.h"
@@ -56,9 +57,7 @@ void panel_program::load_parameters()
 {
     const auto file = ask_file(wave_window_->handle(), {true, parameter_files, L"json", L""});
     if (file.empty()) return;
-    const auto [lens, scope, note] = for_panel(read_parameters(file), handler_->scope());
-    handler_->set(lens, scope);
-    if (!note.empty()) alert(note);
+    show_parameters(read_parameters(file), "load");
 }
 
 }  // namespace zentrix::host

@@ -49,6 +49,14 @@ void panel_program::place_windows()
     move(frame_->handle(), around.right + margin / 2, margin);
 }
 
+void panel_program::place_table()
+{
+    RECT frame;
+    GetWindowRect(frame_->handle(), &frame);
+    SetWindowPos(table_->handle(), nullptr, frame.right + margin / 2, frame.top, 0, 0,
+                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void panel_program::make_transfer_window()
 {
     transfer_window_ =

@@ -11,7 +11,20 @@
 #define IDM_SAVE_PARAMETERS 115
 #define IDM_LOAD_PARAMETERS 116
 #define IDM_ESTIMATE 117
-#define IDM_UNDO_ESTIMATE 118
+#define IDM_UNDO 118
+#define IDM_REDO 119
+#define IDM_COPY_OPTIONS 120
+#define IDM_COPY_PYTHON 121
+#define IDM_COPY_SCRIPT 122
+#define IDM_COPY_JSON 123
+#define IDM_PASTE 124
+#define IDM_TABLE 125
+#define IDM_CONVENTIONS 126
+#define IDM_KEYS 127
+#define IDM_VERSION 128
+#define IDM_SWITCH_WINDOW 160
+
+#define IDI_PROGRAM 102
 
 /* Of the picture: image_window::view_command. */
 #define IDM_ZOOM_IN 140
@@ -31,6 +44,7 @@
 #define IDC_CONVERGENCE 204
 #define IDC_VIBRATION 205
 #define IDC_DAMPED 206
+#define IDC_PROBLEM 207
 
 #define IDD_ESTIMATE 300
 #define IDC_ESTIMATE_BAR 301

@@ -2,6 +2,7 @@
 
 #include "host/objects/value.h"
 #include "host/text/encoding.h"
+#include "host/windows/resource.h"
 
 namespace zentrix::host {
 
@@ -18,6 +19,7 @@ void register_class(WNDPROC procedure)
     form.lpfnWndProc = procedure;
     form.hInstance = GetModuleHandleW(nullptr);
     form.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));  // the arrow
+    form.hIcon = LoadIconW(form.hInstance, MAKEINTRESOURCEW(IDI_PROGRAM));
     form.lpszClassName = class_name;
     RegisterClassExW(&form);
 }

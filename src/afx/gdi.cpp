@@ -8,6 +8,11 @@ BOOL CBitmap::LoadMappedBitmap(UINT id)
     return Attach(::LoadImage(AfxGetResourceHandle(), MAKEINTRESOURCE(id), IMAGE_BITMAP, 0, 0, LR_LOADMAP3DCOLORS));
 }
 
+BOOL CBitmap::LoadBitmap(UINT id)
+{
+    return Attach(::LoadImage(AfxGetResourceHandle(), MAKEINTRESOURCE(id), IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
+}
+
 void CDC::FillSolidRect(const RECT* area, COLORREF colour)
 {
     ::SetBkColor(m_hDC, colour);

@@ -40,6 +40,8 @@ class CBitmap : public CGdiObject
     operator HBITMAP() const { return static_cast<HBITMAP>(GetSafeHandle()); }
     /// Loads a bitmap. The greys 128, 192 and 223 become the system's 3-D shadow, face and light colours.
     BOOL LoadMappedBitmap(UINT id);
+    /// Loads a bitmap with its own colours.
+    BOOL LoadBitmap(UINT id);
 };
 
 class CRgn : public CGdiObject

@@ -81,10 +81,15 @@ inline constexpr UINT AFX_REFLECTED = 0x8000;
 #define ON_WM_LBUTTONDOWN() AFX_MOUSE_ENTRY(WM_LBUTTONDOWN, OnLButtonDown)
 #define ON_WM_LBUTTONUP() AFX_MOUSE_ENTRY(WM_LBUTTONUP, OnLButtonUp)
 #define ON_WM_MOUSEMOVE() AFX_MOUSE_ENTRY(WM_MOUSEMOVE, OnMouseMove)
+#define ON_WM_MOUSEWHEEL()            \
+    AFX_ENTRY(WM_MOUSEWHEEL, 0, 0, 0, \
+              self.OnMouseWheel(LOWORD(wparam), static_cast<short>(HIWORD(wparam)), CPoint{lparam}))
+#define ON_WM_GETDLGCODE() AFX_ENTRY(WM_GETDLGCODE, 0, 0, 0, static_cast<LRESULT>(self.OnGetDlgCode()))
 #define AFX_KEY_ENTRY(message, handler) \
     AFX_ENTRY(message, 0, 0, 0, (self.handler(static_cast<UINT>(wparam), LOWORD(lparam), HIWORD(lparam)), 0))
 #define ON_WM_KEYDOWN() AFX_KEY_ENTRY(WM_KEYDOWN, OnKeyDown)
 #define ON_WM_KEYUP() AFX_KEY_ENTRY(WM_KEYUP, OnKeyUp)
+#define ON_WM_CHAR() AFX_KEY_ENTRY(WM_CHAR, OnChar)
 #define ON_WM_SETFOCUS() \
     AFX_ENTRY(WM_SETFOCUS, 0, 0, 0, (self.OnSetFocus(CWnd::FromHandle(reinterpret_cast<HWND>(wparam))), 0))
 #define ON_WM_KILLFOCUS() \

@@ -151,6 +151,8 @@ BOOL CWnd::UpdateData(BOOL save_and_validate)
     return TRUE;
 }
 
+const MSG& CWnd::GetCurrentMessage() { return state().message; }
+
 LRESULT CWnd::Default()
 {
     const MSG& message = state().message;

@@ -84,6 +84,8 @@ class CWnd : public CObject
     virtual BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result);
     /// Passes the message being handled to the window's previous procedure.
     LRESULT Default();
+    /// The message being handled.
+    static const MSG& GetCurrentMessage();
 
     // The default handlers call the previous procedure.
     int OnCreate(LPCREATESTRUCT) { return static_cast<int>(Default()); }
@@ -96,6 +98,9 @@ class CWnd : public CObject
     void OnLButtonDown(UINT, CPoint) { Default(); }
     void OnLButtonUp(UINT, CPoint) { Default(); }
     void OnMouseMove(UINT, CPoint) { Default(); }
+    BOOL OnMouseWheel(UINT, short, CPoint) { return static_cast<BOOL>(Default()); }
+    UINT OnGetDlgCode() { return static_cast<UINT>(Default()); }
+    void OnChar(UINT, UINT, UINT) { Default(); }
     void OnKeyDown(UINT, UINT, UINT) { Default(); }
     void OnKeyUp(UINT, UINT, UINT) { Default(); }
     void OnSetFocus(CWnd*) { Default(); }

@@ -4,63 +4,48 @@
 
 #include <uxtheme.h>
 
+#include <algorithm>
 #include <exception>
-#include <string>
 
 #include "panel/current.h"
-#include "panel/rules/number_text.h"
 #include "panel/rules/spin.h"
+#include "win32/handles.h"
 
 namespace qorv::panel {
 
 namespace {
 
-std::string text_in(HWND edit)
-{
-    // Numbers are ASCII. Any other character becomes '?', which ends a number.
-    wchar_t wide[64] = {};
-    ::GetWindowTextW(edit, wide, static_cast<int>(std::size(wide)));
-    std::string text;
-    for (const wchar_t* c = wide; *c; ++c) text += *c < 0x80 ? static_cast<char>(*c) : '?';
-    return text;
-}
-
-/// Exchanges a number field. An incomplete number leaves the member unchanged, without a message. A field that shows
-/// the member already is not touched in either direction: the caret stays, and so do digits beyond those shown.
-void DDX_Number(CDataExchange* exchange, UINT id, float& value)
-{
-    const HWND edit = exchange->PrepareCtrl(static_cast<int>(id));
-    const std::string shown = text_in(edit);
-    if (shown == text_of(value)) return;
-    float number = 0;
-    if (exchange->m_bSaveAndValidate) {
-        read_number(shown, value);
-    } else if (!read_number(shown, number) || number != value) {
-        ::SetWindowTextA(edit, text_of(value).c_str());
-    }
-}
+constexpr int knob_radius = 5;  // at 96 dots per inch
+constexpr COLORREF wrong_text = RGB(0, 0, 0), wrong_background = RGB(255, 190, 190);
 
 }  // namespace
 
 BEGIN_MESSAGE_MAP(CZXPage, CPropertyPage)
 ON_CONTROL_RANGE(EN_CHANGE, 1, 0xffff, &CZXPage::OnEditChange)
+ON_CONTROL_RANGE(EN_SETFOCUS, 1, 0xffff, &CZXPage::OnEditEntered)
+ON_CONTROL_RANGE(EN_KILLFOCUS, 1, 0xffff, &CZXPage::OnEditLeft)
+ON_MESSAGE(WM_CTLCOLOREDIT, &CZXPage::OnEditColour)
 ON_NOTIFY_RANGE(static_cast<UINT>(UDN_DELTAPOS), 1, 0xffff, &CZXPage::OnDeltaPos)
 ON_WM_HSCROLL()
 END_MESSAGE_MAP()
 
-CZXPage::CZXPage(const page_design& design) : CPropertyPage{design.template_id}, design_{design}
+CZXPage::CZXPage(const page_design& design)
+    : CPropertyPage{design.template_id}, design_{design}, wrong_brush_{wrong_background}
 {
     for (row_values& row : values_.rows) row.angle_step = 10;  // until the first load
+    for (std::size_t r = 0; r < row_count(); ++r) {
+        fields_.emplace_back(design_.rows[r].modulus, values_.rows[r].modulus);
+        fields_.emplace_back(design_.rows[r].step, values_.rows[r].modulus_step);
+    }
 }
 
 void CZXPage::DoDataExchange(CDataExchange* exchange)
 {
     CPropertyPage::DoDataExchange(exchange);
+    for (number_field& field : fields_) field.exchange(exchange);
     for (std::size_t r = 0; r < row_count(); ++r) {
         const row_controls& ids = design_.rows[r];
         row_values& values = values_.rows[r];
-        DDX_Number(exchange, ids.modulus, values.modulus);
-        DDX_Number(exchange, ids.step, values.modulus_step);
         DDX_Control(exchange, static_cast<int>(ids.modulus_spin), rows_[r].modulus_spin);
         if (coefficient_of(r).round()) continue;
         DDX_Control(exchange, static_cast<int>(ids.angle_spin), rows_[r].angle_spin);
@@ -78,9 +63,10 @@ BOOL CZXPage::OnInitDialog()
     } catch (...) {
         failure = std::current_exception();  // rethrown when the page is complete
     }
+    const int radius = at_resolution(::GetDeviceCaps(win32::window_dc{m_hWnd}.get(), LOGPIXELSX), knob_radius);
     for (row_windows& r : rows_) {  // each knob sets its range, 0..359, itself
         r.knob.SetEditMode(edit_mode::editable);
-        r.knob.SetKnobRadius(5);
+        r.knob.SetKnobRadius(radius);
         r.knob.SetEditStyle(ES_RIGHT);
     }
     stage_ = stage::in_use;
@@ -90,6 +76,7 @@ BOOL CZXPage::OnInitDialog()
         if (r.knob.m_hWnd) r.knob.SendMessage(WM_SETFONT, static_cast<WPARAM>(font), TRUE);
     }
     narrow_margins();
+    narrow_labels();
     set_spin_ranges();
     set_accelerations();
     if (failure) std::rethrow_exception(failure);
@@ -104,6 +91,24 @@ void CZXPage::narrow_margins()
             ::SendMessage(::GetDlgItem(m_hWnd, static_cast<int>(edit)), EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN,
                           0);
         }
+    }
+}
+
+void CZXPage::narrow_labels()
+{
+    // The label of a row is above its knob in z-order. It must not be wider than its text, or it cuts the ring.
+    const win32::window_dc dc{m_hWnd};
+    const win32::selected_object font{dc.get(), reinterpret_cast<HFONT>(SendMessage(WM_GETFONT))};
+    for (const row_controls& ids : design_.rows) {
+        const CWnd& label = *GetDlgItem(static_cast<int>(ids.label));
+        wchar_t text[32];
+        const int length = label.GetWindowText(text, static_cast<int>(std::size(text)));
+        SIZE size{};
+        CRect place;
+        label.GetWindowRect(place);
+        if (!::GetTextExtentPoint32(dc.get(), text, length, &size) || size.cx >= place.Width()) continue;
+        ::SetWindowPos(label.m_hWnd, nullptr, 0, 0, size.cx, place.Height(),
+                       SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     }
 }
 
@@ -125,6 +130,7 @@ void CZXPage::set_accelerations()
             *next++ = {seconds, increment};
         }
         rows_[r].angle_spin.SetAccel(static_cast<int>(table.size()), table.data());
+        rows_[r].knob.SetWheelSize(values_.rows[r].angle_step);
     }
 }
 
@@ -134,6 +140,13 @@ BOOL CZXPage::OnSetActive()
     ::EnableThemeDialogTexture(m_hWnd, ETDT_DISABLE);
     LoadFromTags();
     return TRUE;  // the base class would refill the controls even if nothing changed
+}
+
+BOOL CZXPage::OnKillActive()
+{
+    const BOOL accepted = CPropertyPage::OnKillActive();
+    show_numbers();
+    return accepted;
 }
 
 void CZXPage::LoadFromTags()
@@ -164,23 +177,61 @@ void CZXPage::enable_page(bool enable)
     for (const row_controls& ids : design_.rows) set(ids.knob);
 }
 
+number_field* CZXPage::field_of(UINT id)
+{
+    const auto found = std::find_if(fields_.begin(), fields_.end(), [&](const auto& one) { return one.id() == id; });
+    return found == fields_.end() ? nullptr : &*found;
+}
+
 void CZXPage::OnEditChange(UINT id)
 {
     if (stage_ != stage::in_use) return;
-    float typed = 0;
+    number_field* const field = field_of(id);
+    if (!field || !field->take_typed(::GetDlgItem(m_hWnd, static_cast<int>(id)))) return;
+    UpdateData(TRUE);
     for (std::size_t r = 0; r < row_count(); ++r) {
-        const row_controls& ids = design_.rows[r];
-        if (id != ids.modulus && id != ids.step) continue;
-        if (!read_number(text_in(::GetDlgItem(m_hWnd, static_cast<int>(id))), typed)) return;
-        UpdateData(TRUE);
-        if (id == ids.modulus) {
-            current::link->write_float(coefficient_of(r).modulus, values_.rows[r].modulus);
-            current::link->call(on_change);
-        } else {
-            current::link->write_float(coefficient_of(r).modulus_step, values_.rows[r].modulus_step);
-        }
-        return;
+        if (id == design_.rows[r].step)
+            return current::link->write_float(coefficient_of(r).modulus_step, values_.rows[r].modulus_step);
+        if (id != design_.rows[r].modulus) continue;
+        current::link->write_float(coefficient_of(r).modulus, values_.rows[r].modulus);
+        return current::link->call(on_change);
     }
+}
+
+void CZXPage::OnEditEntered(UINT id)
+{
+    number_field* const field = field_of(id);
+    if (!field) return;
+    field->enter();
+    // A selection from the end to the start shows the first digits of a number that is cut.
+    const HWND edit = ::GetDlgItem(m_hWnd, static_cast<int>(id));
+    const int length = ::GetWindowTextLength(edit);
+    if (::SendMessage(edit, EM_GETSEL, 0, 0) == MAKELONG(0, length))
+        ::SendMessage(edit, EM_SETSEL, static_cast<WPARAM>(length), 0);
+}
+
+void CZXPage::OnEditLeft(UINT id)
+{
+    if (field_of(id)) show_numbers();
+}
+
+void CZXPage::show_numbers()
+{
+    const auto shows_none = [&](const number_field& field) {
+        const HWND edit = ::GetDlgItem(m_hWnd, static_cast<int>(field.id()));
+        return edit && !field.has_number(edit);
+    };
+    if (stage_ == stage::in_use && std::any_of(fields_.begin(), fields_.end(), shows_none)) UpdateData(FALSE);
+}
+
+LRESULT CZXPage::OnEditColour(WPARAM dc, LPARAM edit)
+{
+    const auto id = static_cast<UINT>(::GetDlgCtrlID(reinterpret_cast<HWND>(edit)));
+    const number_field* const field = field_of(id);
+    if (!field || !field->wrong()) return Default();
+    ::SetTextColor(reinterpret_cast<HDC>(dc), wrong_text);
+    ::SetBkColor(reinterpret_cast<HDC>(dc), wrong_background);
+    return reinterpret_cast<LRESULT>(static_cast<HBRUSH>(wrong_brush_));
 }
 
 void CZXPage::OnDeltaPos(UINT id, NMHDR* header, LRESULT* result)

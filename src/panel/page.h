@@ -2,11 +2,15 @@
 
 #include <array>
 #include <span>
+#include <string>
+#include <vector>
 
 #include "afx/afx.h"
+#include "panel/number_field.h"
 #include "panel/round_slider.h"
 #include "panel/rules/load.h"
 #include "panel/rules/tag_record.h"
+#include "panel/tool_tips.h"
 
 namespace qorv::panel {
 
@@ -37,13 +41,20 @@ class CZXPage : public CPropertyPage
 
     /// Copies changed tags into the controls and enables or disables the page.
     void LoadFromTags();
+    /// Adds the page's controls to the tooltips.
+    void Explain(tool_tips& tips);
 
     BOOL OnInitDialog() override;
     BOOL OnSetActive() override;
+    BOOL OnKillActive() override;
 
   protected:
     void DoDataExchange(CDataExchange* exchange) override;
+    BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result) override;
     void OnEditChange(UINT id);
+    void OnEditEntered(UINT id);
+    void OnEditLeft(UINT id);
+    LRESULT OnEditColour(WPARAM dc, LPARAM edit);
     void OnDeltaPos(UINT id, NMHDR* header, LRESULT* result);
     void OnHScroll(UINT code, UINT position, CWnd* knob);
 
@@ -64,9 +75,14 @@ class CZXPage : public CPropertyPage
 
     std::size_t row_count() const { return design_.rows.size(); }
     const coefficient& coefficient_of(std::size_t row) const { return rows_of(design_.page)[row]; }
+    number_field* field_of(UINT id);
+    std::string tip_of(UINT id) const;
+    /// Fields that show no number show their values again.
+    void show_numbers();
     void enable_page(bool enable);
     void set_accelerations();
     void narrow_margins();
+    void narrow_labels();
     void set_spin_ranges();
     void spin_modulus_of(std::size_t row, int delta);
     void spin_angle_of(std::size_t row, int delta);
@@ -74,6 +90,9 @@ class CZXPage : public CPropertyPage
     const page_design& design_;
     std::array<row_windows, most_rows> rows_;
     page_values values_;
+    std::vector<number_field> fields_;  ///< refer to values_
+    const CBrush wrong_brush_;
+    std::wstring tip_;
     bool enabled_ = true;
     stage stage_ = stage::before;
 };

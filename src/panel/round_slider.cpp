@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cwchar>
 
+#include "win32/handles.h"
+
 namespace qorv::panel {
 
 namespace {
@@ -14,30 +16,11 @@ int height_of(HFONT font)
     return std::abs(description.lfHeight);
 }
 
+int dots_per_inch(HWND window) { return ::GetDeviceCaps(win32::window_dc{window}.get(), LOGPIXELSX); }
+
 HFONT font_of(const CWnd& window) { return reinterpret_cast<HFONT>(window.SendMessage(WM_GETFONT)); }
 
 }  // namespace
-
-BEGIN_MESSAGE_MAP(CRoundSliderEdit, CEdit)
-ON_CONTROL_REFLECT(EN_CHANGE, &CRoundSliderEdit::OnChange)
-END_MESSAGE_MAP()
-
-void CRoundSliderEdit::SetFont(HFONT font, BOOL redraw)
-{
-    SendMessage(WM_SETFONT, reinterpret_cast<WPARAM>(font), redraw);
-    SendMessage(EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);  // three digits fill the width
-}
-
-void CRoundSliderEdit::OnChange()
-{
-    if (!owner_ || in_change_ || (GetStyle() & ES_READONLY)) return;
-    in_change_ = true;  // the slider may replace the typed text
-    wchar_t text[20 + 1];
-    GetWindowText(text, 20 + 1);
-    owner_->SetPos(static_cast<int>(std::wcstol(text, nullptr, 10)));
-    owner_->Redraw();
-    in_change_ = false;
-}
 
 BEGIN_MESSAGE_MAP(CRoundSliderCtrl, CSliderCtrl)
 ON_WM_CREATE()
@@ -49,6 +32,9 @@ ON_WM_LBUTTONDOWN()
 ON_WM_MOUSEMOVE()
 ON_WM_LBUTTONUP()
 ON_WM_CAPTURECHANGED()
+ON_WM_MOUSEWHEEL()
+ON_WM_GETDLGCODE()
+ON_WM_CHAR()
 ON_WM_KEYDOWN()
 ON_WM_KEYUP()
 ON_WM_SETFOCUS()
@@ -131,8 +117,8 @@ CRect CRoundSliderCtrl::GetEditRect() const
 
 void CRoundSliderCtrl::PlaceEdit()
 {
-    const CRect place{edit_place.left, edit_place.top, edit_place.right, edit_place.bottom};
-    edit_.MoveWindow(place);
+    const auto place = at_resolution(dots_per_inch(m_hWnd), edit_place);
+    edit_.MoveWindow(CRect{place.left, place.top, place.right, place.bottom});
 }
 
 void CRoundSliderCtrl::SetFormat(const CString& format)

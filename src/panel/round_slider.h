@@ -7,16 +7,23 @@ namespace qorv::panel {
 
 class CRoundSliderCtrl;
 
-/// The edit field in the middle of a round slider. Typing moves the slider at once.
+/// The edit field in the middle of a round slider. Typing moves the slider at once. A click selects the whole text, a
+/// second one places the caret.
 class CRoundSliderEdit : public CEdit
 {
     DECLARE_MESSAGE_MAP()
   public:
     void SetOwner(CRoundSliderCtrl* owner) { owner_ = owner; }
     void SetFont(HFONT font, BOOL redraw);
+    void Select();  ///< takes the focus and selects the text
 
   protected:
     void OnChange();
+    void OnLButtonDown(UINT flags, CPoint mouse);
+    BOOL OnMouseWheel(UINT flags, short turned, CPoint mouse);
+    UINT OnGetDlgCode();
+    void OnKeyDown(UINT key, UINT repeat, UINT flags);
+    void OnChar(UINT character, UINT repeat, UINT flags);
 
   private:
     CRoundSliderCtrl* owner_ = nullptr;
@@ -33,7 +40,8 @@ enum class edit_mode
 
 /// A knob with the interface of a linear slider: a small disc on a shaded ring, moved by mouse, keys or typing. The
 /// parent sees a slider with range, position, line and page size, and a WM_HSCROLL for every change. The message is
-/// posted, so that it arrives after the handler that moved the knob has returned.
+/// posted, so that it arrives after the handler that moved the knob has returned. For the keyboard, knob and text are
+/// two stops: Tab goes from the knob to its text, and typing a digit on the knob begins a new text.
 class CRoundSliderCtrl : public CSliderCtrl
 {
     DECLARE_MESSAGE_MAP()
@@ -67,6 +75,11 @@ class CRoundSliderCtrl : public CSliderCtrl
   public:
     virtual void SetEditStyle(DWORD style) { edit_style_ = style; }  ///< before the edit is created
 
+    /// The change of the position by one notch of the mouse wheel, 10 at first. With Shift it is the line size.
+    void SetWheelSize(int size) { wheel_size_ = size; }
+    /// Turns by notches of the wheel; away from the user is a larger position. Wraps at the ends.
+    void Turn(int turned, bool fine);
+
     /// Repaints at once.
     void Redraw();
 
@@ -82,12 +95,16 @@ class CRoundSliderCtrl : public CSliderCtrl
     void OnMouseMove(UINT flags, CPoint mouse);
     void OnLButtonUp(UINT flags, CPoint mouse);
     void OnCaptureChanged(CWnd* other);
+    BOOL OnMouseWheel(UINT flags, short turned, CPoint mouse);
+    UINT OnGetDlgCode();
+    void OnChar(UINT character, UINT repeat, UINT flags);
     void OnKeyDown(UINT key, UINT repeat, UINT flags);
     void OnKeyUp(UINT key, UINT repeat, UINT flags);
     void OnSetFocus(CWnd* previous);
     void OnKillFocus(CWnd* next);
 
   private:
+    bool edit_takes_focus() const;
     void set_up();
     void show_edit();
     void make_edit();
@@ -102,6 +119,8 @@ class CRoundSliderCtrl : public CSliderCtrl
     edit_mode edit_mode_ = edit_mode::hidden;
     CRoundSliderEdit edit_;
     int knob_radius_ = 7;
+    int wheel_size_ = 10;
+    int turned_ = 0;  ///< of the wheel, less than a notch
     bool dragging_ = false, moved_ = false;
     DWORD edit_style_ = 0;
     bool being_created_ = false;

@@ -1,4 +1,5 @@
 #include "panel/round_slider.h"
+#include "panel/tab_key.h"
 
 namespace qorv::panel {
 
@@ -55,8 +56,45 @@ void CRoundSliderCtrl::OnCaptureChanged(CWnd*)
     Redraw();
 }
 
+void CRoundSliderCtrl::Turn(int turned, bool fine)
+{
+    if (dragging_) return;
+    turned_ += turned;
+    const int notches = turned_ / WHEEL_DELTA;
+    if (notches == 0) return;
+    turned_ -= notches * WHEEL_DELTA;
+    const long long change = static_cast<long long>(notches) * (fine ? GetLineSize() : wheel_size_);
+    SetPos(scale().wrap(GetPos() + static_cast<int>(change % scale().count())));
+    Redraw();
+}
+
+BOOL CRoundSliderCtrl::OnMouseWheel(UINT flags, short turned, CPoint)
+{
+    Turn(turned, flags & MK_SHIFT);
+    return TRUE;  // the linear slider would move without telling the text and the parent
+}
+
+bool CRoundSliderCtrl::edit_takes_focus() const { return edit_mode_ == edit_mode::editable && edit_.m_hWnd; }
+
+UINT CRoundSliderCtrl::OnGetDlgCode()
+{
+    UINT code = CSliderCtrl::OnGetDlgCode();
+    if (!edit_takes_focus()) return code;
+    if (asks_for_tab(GetCurrentMessage(), tab_key::forwards)) code |= DLGC_WANTMESSAGE;
+    return code | DLGC_WANTCHARS;
+}
+
+void CRoundSliderCtrl::OnChar(UINT character, UINT repeat, UINT flags)
+{
+    const bool digit = character >= '0' && character <= '9';
+    if (!digit || !edit_takes_focus()) return CSliderCtrl::OnChar(character, repeat, flags);
+    edit_.Select();
+    edit_.SendMessage(WM_CHAR, character, 1);
+}
+
 void CRoundSliderCtrl::OnKeyDown(UINT key, UINT repeat, UINT flags)
 {
+    if (key == VK_TAB && edit_takes_focus()) return edit_.Select();
     int change = 0, code = 0;
     switch (key) {
         case VK_PRIOR: change = -GetPageSize(), code = TB_PAGEUP; break;
@@ -93,6 +131,8 @@ void CRoundSliderCtrl::OnSetFocus(CWnd* previous)
 {
     CSliderCtrl::OnSetFocus(previous);
     Invalidate(FALSE);  // the dotted circle
+    // Backwards, too, the text is between the knob and the control after it.
+    if (previous && previous != &edit_ && held(VK_TAB) && held(VK_SHIFT) && edit_takes_focus()) edit_.Select();
 }
 
 void CRoundSliderCtrl::OnKillFocus(CWnd* next)

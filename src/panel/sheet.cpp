@@ -34,6 +34,13 @@ void CZXSheet::RefreshFromTags()
     if (index >= 0) static_cast<CZXPage*>(GetPage(index))->LoadFromTags();
 }
 
+HWND CZXSheet::FirstValue() const
+{
+    const int index = GetActiveIndex();
+    const HWND first = index < 0 ? nullptr : ::GetNextDlgTabItem(GetPage(index)->m_hWnd, nullptr, FALSE);
+    return first && ::IsWindowEnabled(first) ? first : nullptr;
+}
+
 BOOL CZXSheet::OnCommand(WPARAM wparam, LPARAM lparam)
 {
     // Without this, Enter and Escape in a field would close the sheet, which is a dialog of its own.

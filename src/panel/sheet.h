@@ -13,6 +13,8 @@ class CZXSheet : public CPropertySheet
 
     /// Reloads the active page; the others reload when they become active.
     void RefreshFromTags();
+    /// The first control of the active page that the keyboard reaches; null if the page is disabled.
+    HWND FirstValue() const;
     BOOL OnInitDialog() override;
 
   protected:

@@ -2,6 +2,7 @@
 
 #include "panel/current.h"
 #include "panel/rules/panel_layout.h"
+#include "panel/rules/tip_texts.h"
 #include "resources/resource.h"
 
 namespace qorv::panel {
@@ -28,6 +29,7 @@ void move_to(CWnd& window, const rectangle& place)
 
 BEGIN_MESSAGE_MAP(CZentrixPanel, CDialog)
 ON_WM_SHOWWINDOW()
+ON_WM_SETFOCUS()
 ON_BN_CLICKED(IDOK, &CZentrixPanel::OnApply)
 ON_BN_CLICKED(IDC_PREFERENCES, &CZentrixPanel::OnPreferences)
 ON_BN_CLICKED(IDC_PCTF, &CZentrixPanel::OnPCTF)
@@ -38,11 +40,12 @@ BOOL CZentrixPanel::Create(CWnd* parent) { return CDialog::Create(IDD_PANEL, par
 
 BOOL CZentrixPanel::OnInitDialog()
 {
-    const BOOL focus = CDialog::OnInitDialog();
+    CDialog::OnInitDialog();
     for (const LPCTSTR name : display_names) display_.AddString(name);
     UpdateData(FALSE);
     // The sheet is created without a visible parent and becomes a child of the panel when that is first shown.
-    return sheet_.Create(CWnd::FromHandle(HWND_MESSAGE), WS_CHILD, WS_EX_CONTROLPARENT) && focus;
+    sheet_.Create(CWnd::FromHandle(HWND_MESSAGE), WS_CHILD, WS_EX_CONTROLPARENT);
+    return FALSE;  // otherwise the system would give the focus to its first control, Apply
 }
 
 void CZentrixPanel::DoDataExchange(CDataExchange* exchange)
@@ -84,6 +87,13 @@ void CZentrixPanel::OnShowWindow(BOOL show, UINT status)
     if (sheet_.m_hWnd && sheet_.GetParent() != this) first_showing();
 }
 
+void CZentrixPanel::OnSetFocus(CWnd* previous)
+{
+    const HWND value = sheet_.m_hWnd && sheet_.IsWindowVisible() ? sheet_.FirstValue() : nullptr;
+    if (!value) return CDialog::OnSetFocus(previous);
+    ::SendMessage(::GetParent(value), WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(value), TRUE);  // selects its text, too
+}
+
 void CZentrixPanel::first_showing()
 {
     current::panel = this;
@@ -110,6 +120,7 @@ void CZentrixPanel::lay_out()
     SetWindowPos(nullptr, 0, 0, window.Width(), window.Height(), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
     place_sheet();
     place_controls();
+    explain_controls();
 }
 
 void CZentrixPanel::place_sheet()
@@ -135,12 +146,38 @@ void CZentrixPanel::place_controls()
     CWnd& label = *GetDlgItem(IDC_DISPLAY_LABEL);
     const auto row = lay_out_controls({client.left, client.top, client.right, client.bottom}, size_of(label),
                                       size_of(display_), size_of(apply_), size_of(pctf_));
-    if (!pctf_bitmap_.GetSafeHandle()) pctf_bitmap_.LoadMappedBitmap(IDB_PCTF);
-    pctf_.SetBitmap(pctf_bitmap_);
+    pctf_.LoadPicture(IDB_PCTF);
     move_to(label, row.label);
     move_to(display_, row.combo);
     move_to(apply_, row.apply);
     move_to(pctf_, row.pctf);
+}
+
+void CZentrixPanel::explain_controls()
+{
+    if (tips_.m_hWnd || !tips_.Create(this)) return;
+    tips_.Explain(*this, sheet_.GetTabControl()->m_hWnd);
+    for (const int id : {IDC_DISPLAY_LABEL, IDC_DISPLAY, IDC_PCTF, IDOK}) tips_.Explain(*this, GetDlgItem(id)->m_hWnd);
+    for (int index = 0; index < sheet_.GetPageCount(); ++index)
+        static_cast<CZXPage*>(sheet_.GetPage(index))->Explain(tips_);
+}
+
+BOOL CZentrixPanel::OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result)
+{
+    auto& notification = *reinterpret_cast<NMHDR*>(lparam);
+    const HWND asked = asked_by_tool_tips(m_hWnd, notification);
+    if (!asked) return CDialog::OnNotify(wparam, lparam, result);
+    const auto text_of_id = [](int id) {
+        switch (id) {
+            case IDC_DISPLAY_LABEL:
+            case IDC_DISPLAY: return display_tip;
+            case IDC_PCTF: return pctf_tip;
+            case IDOK: return apply_tip;
+            default: return tabs_tip;
+        }
+    };
+    answer_tool_tips(notification, text_of_id(::GetDlgCtrlID(asked)), tip_);
+    return TRUE;
 }
 
 void CZentrixPanel::OnApply() { current::link->call(on_apply); }

@@ -1,6 +1,8 @@
 #pragma once
 
+#include "panel/picture_button.h"
 #include "panel/sheet.h"
+#include "panel/tool_tips.h"
 
 namespace qorv::panel {
 
@@ -23,8 +25,11 @@ class CZentrixPanel : public CDialog
 
   protected:
     void DoDataExchange(CDataExchange* exchange) override;
+    BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result) override;
     void PostNcDestroy() override;
     void OnShowWindow(BOOL show, UINT status);
+    /// Passes the focus on to the first value of the active page.
+    void OnSetFocus(CWnd* previous);
     void OnApply();
     void OnPreferences();
     void OnPCTF();
@@ -37,13 +42,16 @@ class CZentrixPanel : public CDialog
     void lay_out();
     void place_sheet();
     void place_controls();
+    void explain_controls();
 
     CZXSheet sheet_;
     bool enabled_ = true;
-    CBitmap pctf_bitmap_;
     CComboBox display_;
     int display_entry_ = 0;
-    CButton apply_, pctf_;
+    CButton apply_;
+    picture_button pctf_;
+    tool_tips tips_;
+    std::wstring tip_;
 };
 
 }  // namespace qorv::panel

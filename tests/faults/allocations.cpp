@@ -15,6 +15,7 @@ std::atomic<bool> library_runs = false;
 std::atomic<std::uint64_t> made = 0, refused = 0, first_to_fail = 0;
 std::atomic<bool> all_later_fail = false;
 
+#ifndef _WIN32
 bool may_allocate() noexcept
 {
     if (!library_runs) return true;
@@ -37,6 +38,7 @@ void* allocated_or_thrown(std::size_t bytes, std::size_t alignment)
     void* memory = allocated(bytes, alignment);
     return memory ? memory : throw std::bad_alloc{};
 }
+#endif
 
 /// An operation of the contract's table that marks the host as running.
 template <auto operation>
@@ -112,6 +114,7 @@ std::uint64_t failed_allocations() { return refused; }
 
 }  // namespace faults
 
+#ifndef _WIN32
 // The forms without alignment that a sanitizer would define by itself, and all that release memory.
 void* operator new(std::size_t bytes) { return faults::allocated_or_thrown(bytes, 0); }
 void* operator new[](std::size_t bytes) { return faults::allocated_or_thrown(bytes, 0); }
@@ -127,3 +130,4 @@ void operator delete[](void* memory, std::size_t) noexcept { std::free(memory); 
 void operator delete(void* memory, std::align_val_t) noexcept { std::free(memory); }
 void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { std::free(memory); }
 void operator delete(void* memory, const std::nothrow_t&) noexcept { std::free(memory); }
+#endif

@@ -26,22 +26,25 @@ TEST(Allocations, AreCountedWhileTheLibraryRuns)
 
 TEST(Allocations, ThatFailLeaveEverythingAsItWas)
 {
-    std::uint64_t walked = 0, functions = 0;
-    for (const auto& call : typical_calls()) {
-        script_host script{options(), watch};
-        walked_call walk{script, call};
-        plan_allocations({});
-        script.call(call.function, copy_of(call.args));
-        const auto most = allocations();
-        functions += most > 0;
-        for (std::uint64_t k = 1; k <= most; ++k)
-            for (const bool all_later : {false, true}) {
-                SCOPED_TRACE(call.function + ", allocation " + std::to_string(k) + (all_later ? " and all later" : ""));
-                walk.expect_failing_allocation({k, all_later});
-                ++walked;
-            }
-    }
-    report(count_of(walked, "walks with failing allocations in ") + count_of(functions, "calls"));
+    std::uint64_t walked = 0;
+    const auto calls = typical_calls();
+    for (const auto& call : calls)
+        for (const bool simd : {false, true}) {
+            script_host script{options(), watch};
+            script.use_simd(simd);
+            walked_call walk{script, call};
+            plan_allocations({});
+            script.call(call.function, copy_of(call.args));
+            const auto most = allocations();
+            for (std::uint64_t k = 1; k <= most; ++k)
+                for (const bool all_later : {false, true}) {
+                    SCOPED_TRACE(call.function + ", allocation " + std::to_string(k) +
+                                 (all_later ? " and all later" : "") + (simd ? "" : ", without vector instructions"));
+                    walk.expect_failing_allocation({k, all_later});
+                    ++walked;
+                }
+        }
+    report(count_of(walked, "walks with failing allocations in ") + count_of(calls.size(), "calls"));
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <bit>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <map>
 #include <random>
 
@@ -43,6 +44,14 @@ script_value names(bool in_groups)
     return object_ref{list};
 }
 
+/// A volume with a NaN in the second plane, which filters of ranks repair at the end.
+script_value with_nan()
+{
+    const auto made = whole_numbers(HOST_ELEMENT_FLOAT32, {8, 9, 2});
+    made->at<float>(3, 2, 1) = std::numeric_limits<float>::quiet_NaN();
+    return object_ref{made};
+}
+
 /// Functions that are in no other table.
 std::vector<typical_call> calls_of_own_form()
 {
@@ -63,6 +72,10 @@ std::vector<typical_call> calls_of_own_form()
         {"ZXMovingAverage2", {picture(2), one, out, out}},
         {"ZXMovingAverage2", {picture(13), one, out, out}},
         {"ZXMovingAverage2", {picture(13), one, holding(13), holding(13)}},
+        {"ZXMaximumFilter", {with_nan(), three, picture(2, {8, 9, 2})}},
+        {"ZXMinimumFilter", {with_nan(), one, picture(2, {8, 9, 2})}},
+        {"ZXMedianFilter", {with_nan(), three, picture(2, {8, 9, 2})}},
+        {"ZXMedianFilter", {with_nan(), two, picture(2, {8, 9, 2}), one}},
         {"ZXNthElement", {picture(7), three}},
         {"ZXNthElement", {picture(2), three}},
         {"ZXMedian", {picture(12)}},

@@ -106,7 +106,7 @@ TEST_F(at_an_estimate, ResultIsInTheKnobsAndCanBeTakenBack)
     EXPECT_NEAR(of_panel(coefficient::C1).modulus, -40, 0.3);
     EXPECT_NEAR(of_panel(coefficient::A1).modulus, 9, 0.3);
     EXPECT_NEAR(of_panel(coefficient::A1).angle_degrees, 30, 1.5);
-    choose(IDM_UNDO_ESTIMATE);
+    choose(IDM_UNDO);
     EXPECT_EQ(of_panel(coefficient::C1).modulus, 0);
     EXPECT_EQ(of_panel(coefficient::A1).modulus, 0);
 }

@@ -146,11 +146,16 @@ TEST_F(panel_window, APageReloadsWhenItBecomesActive)
     of_page(5092).type("-");
     go_to_page(2);
     go_to_page(1);
-    EXPECT_EQ(of_page(5092).text(), "-") << "no tag has changed, so no field is refreshed";
+    EXPECT_EQ(of_page(5092).text(), "0") << "no field stays without a number";
+    of_page(5092).type("0.0");
+    go_to_page(2);
+    go_to_page(1);
+    EXPECT_EQ(of_page(5092).text(), "0.0") << "no tag has changed, so no field is refreshed";
+    take_events();
     host.set("ModB2", 12.25f);
     host.set("AngA2", 123);
     host.set("AngA1Accel", 30);
-    EXPECT_EQ(of_page(5092).text(), "-");
+    EXPECT_EQ(of_page(5092).text(), "0.0");
     go_to_page(0);
     go_to_page(1);
     EXPECT_EQ(of_page(5092).text(), "12.25");

@@ -49,6 +49,11 @@ class panel_host
     /// Texts in the error manager since the last call.
     events take_errors();
     std::function<void()> on_call;  ///< run at each call of the handler
+    /// What the library holds, and its requests that can be made to fail.
+    zentrix::host::held_report report() const { return engine_.report(); }
+    zentrix::host::fault_plan& faults() { return engine_.faults(); }
+    const std::map<std::string, zentrix::host::tag>& tags() const { return tags_->values; }
+    void set_tag(const std::string& key, zentrix::host::tag value) { tags_->set(key, std::move(value)); }
     /// Makes reading a tag fail with "This tag cannot be read.", or work again.
     void break_tags(bool broken) { tags_->broken = broken; }
 

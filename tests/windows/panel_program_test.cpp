@@ -1,166 +1,15 @@
-// The panel program: the built library in the real host, with the wave window. The picture must equal the result of
-// "zentrix correct".
-#include "host/windows/panel_program.h"
+// The picture of the panel program must equal the result of "zentrix correct".
+#include "tests/windows/at_the_panel.h"
 
-#include "host/engine/library.h"
 #include "host/parameters/json_file.h"
+#include "host/windows/clipboard.h"
 #include "host/windows/resource.h"
-#include "tests/host/program/pictures.h"
-#include "tests/host/program/run.h"
-#include "tests/support/same_bytes.h"
-#include "tests/windows/control.h"
-#include "tests/windows/page_tables.h"
 
 #include <algorithm>
-#include <cmath>
-#include <memory>
 #include <numbers>
 
 namespace windows_tests {
 namespace {
-
-using namespace zentrix::host;
-using complex = std::complex<float>;
-
-/// A crystal of two periods with an edge, so that no part of the spectrum is empty.
-complex wave_at(int x, int y)
-{
-    const double phase = 0.4 * std::cos(0.7 * x) + 0.3 * std::cos(0.5 * x + 0.9 * y) + (x > 20 ? 0.5 : 0.0);
-    return complex{std::polar(1.0 + 0.1 * std::sin(0.3 * y), phase)};
-}
-
-/// Operates dialogs of this thread from a timer in their own message loop.
-class answer
-{
-  public:
-    /// act  called with a visible dialog, repeatedly until it is closed
-    explicit answer(std::function<void(HWND dialog)> act) : timer_{SetTimer(nullptr, 0, 20, &answer::look)}
-    {
-        act_ = std::move(act);
-    }
-    ~answer()
-    {
-        KillTimer(nullptr, timer_);
-        act_ = nullptr;
-    }
-    answer(const answer&) = delete;
-    answer& operator=(const answer&) = delete;
-
-  private:
-    static void CALLBACK look(HWND, UINT, UINT_PTR, DWORD)
-    {
-        const control active{GetActiveWindow()};
-        if (active.class_name() == "#32770" && active.visible()) act_(active.window);
-    }
-
-    static inline std::function<void(HWND)> act_;
-    UINT_PTR timer_;
-};
-
-class at_the_panel : public testing::Test
-{
-  protected:
-    at_the_panel() : engine_{with_companion_package()}, library_{std::in_place, engine_, ZENTRIX_LIBRARY_FILE} {}
-
-    ~at_the_panel() override
-    {
-        program_.reset();
-        library_.reset();
-        EXPECT_EQ(engine_.report().text(), "");
-    }
-
-    void start(int width = 64, int height = 48, std::optional<unsigned> quit_after_ms = 600000)
-    {
-        support::write_wave(bench_ / "wave.npy", width, height, wave_at);
-        panel_program_options options;
-        options.title = "wave.npy";
-        options.log = bench_ / "log";
-        options.quit_after_ms = quit_after_ms;  // if set, no message boxes are shown
-        options.input = recorded_input{"wave.npy", fingerprint_of(bench_ / "wave.npy")};
-        program_.emplace(engine_, read_npy(bench_ / "wave.npy"), microscope{300, 0.05, {}, false}, options);
-        program_->show();
-        settle();
-        EXPECT_EQ(logged(), events{"call OnChange"});
-    }
-
-    /// Handles all messages, those that follow from painting included.
-    void settle()
-    {
-        for (int i = 0; i < 3; ++i) {
-            EXPECT_TRUE(program_->handle_waiting_messages());
-            Sleep(5);
-        }
-    }
-
-    /// The lines of the log since the last call.
-    events logged()
-    {
-        settle();
-        const std::string all = bench_.folder().read("log");
-        events lines;
-        for (std::size_t end; (end = all.find('\n', log_read_)) != std::string::npos; log_read_ = end + 1)
-            lines.push_back(all.substr(log_read_, end - log_read_));
-        return lines;
-    }
-
-    HWND panel() { return program_->frame().content(); }
-    control of_panel(int id) { return {GetDlgItem(panel(), id)}; }
-    control of_page(int index, int id) { return {GetDlgItem(page_of(panel(), index), id)}; }
-
-    void press(HWND window, WPARAM key)
-    {
-        PostMessageW(window, WM_KEYDOWN, key, 1);
-        PostMessageW(window, WM_KEYUP, key, 1);
-        settle();
-    }
-
-    /// The corrected wave of the program.
-    std::vector<complex> result()
-    {
-        const auto& image = program_->handler().result();
-        const auto* const begin = static_cast<const complex*>(image->data());
-        return {begin, begin + image->count()};
-    }
-
-    /// Compares the corrected wave with the result of "zentrix correct" for a file.
-    testing::AssertionResult equals_command(const std::vector<std::string>& options, const char* wave = "wave.npy",
-                                            const char* kilovolts = "300")
-    {
-        const auto done = bench_.zentrix(
-            support::joined({"correct", wave, "-o", "out.npy", "--kv", kilovolts, "--pixel", "0.05"}, options));
-        EXPECT_EQ(done.code, 0) << done.err;
-        return support::same_bytes(result(), support::pixels_of<complex>(bench_ / "out.npy"));
-    }
-
-    /// Chooses a menu item that asks for a file, and answers with its name.
-    void choose(int item, const char* file)
-    {
-        const answer with_name{[&](HWND dialog) {
-            const LRESULT name = SendDlgItemMessageW(dialog, 0x47c, CBEM_GETEDITCONTROL, 0, 0);
-            SetWindowTextW(reinterpret_cast<HWND>(name), (bench_ / file).wstring().c_str());
-            SendMessageW(dialog, WM_COMMAND, IDOK, 0);
-        }};
-        SendMessageW(program_->wave_window().handle(), WM_COMMAND, static_cast<WPARAM>(item), 0);
-        settle();
-    }
-
-    std::vector<std::uint8_t> shown() { return program_->wave_window().shown().bytes; }
-
-    /// The bytes of the picture that a file of the corrected wave would show.
-    std::vector<std::uint8_t> in_a_file(display_mode mode, palette shades)
-    {
-        const image& wave = *program_->handler().result();
-        picture painted;
-        paint_picture({wave, mode, shades, limits_of(wave, mode)}, painted);
-        return painted.bytes;
-    }
-
-    const support::workbench bench_;
-    engine engine_;
-    std::optional<library> library_;
-    std::optional<panel_program> program_;
-    std::size_t log_read_ = 0;
-};
 
 TEST_F(at_the_panel, ThePictureFollowsADragAndEqualsTheCommandsResult)
 {
@@ -278,36 +127,51 @@ TEST_F(at_the_panel, ShowsThePhaseContrastTransferFunction)
     EXPECT_FALSE(program_->transfer_window()->visible());
 }
 
-TEST_F(at_the_panel, TheSettingsDialogAcceptsValidNumbersOnly)
+TEST_F(at_the_panel, TheSettingsDialogAcceptsPlausibleNumbersOnly)
 {
     start();
     of_page(0, 5003).type("-30");
     logged();
-    const auto type_and_press = [](const char* kilovolts, WPARAM button) {
-        return [=](HWND dialog) {
-            SetDlgItemTextA(dialog, IDC_KILOVOLTS, kilovolts);
-            SendMessageW(dialog, WM_COMMAND, button, 0);
-        };
+    const auto type = [](HWND dialog, int field, const char* text, WPARAM button) {
+        SetDlgItemTextA(dialog, field, text);
+        SendMessageW(dialog, WM_COMMAND, button, 0);
     };
-    const char too_large[] = "alert The wavelength must be a positive number of nanometres.";
-    for (const auto& [typed, button, expected] : {std::tuple{"80", IDCANCEL, events{"call OnPreferences"}},
-                                                  {"1e300", IDOK, {"call OnPreferences", too_large}}}) {
-        const answer refused{type_and_press(typed, static_cast<WPARAM>(button))};
+    {
+        const answer cancelled{[&](HWND dialog) { type(dialog, IDC_KILOVOLTS, "80", IDCANCEL); }};
         of_panel(5099).send(BM_CLICK);
-        EXPECT_EQ(logged(), expected);
+        EXPECT_EQ(logged(), events{"call OnPreferences"});
         EXPECT_TRUE(equals_command({"--C1", "-30"})) << "the previous settings are kept";
     }
+    const struct
     {
-        int refused = 0;
-        const answer invalid_then_valid{[&](HWND dialog) {
-            const char* const invalid[] = {"0", "-5", "abc", "inf"};
-            type_and_press(refused < 4 ? invalid[refused] : "80", IDOK)(dialog);
-            ++refused;
-        }};
-        press(program_->wave_window().handle(), VK_F3);
-        EXPECT_EQ(refused, 5);
-    }
-    EXPECT_TRUE(equals_command({"--C1", "-30"}, "wave.npy", "80"));
+        int field;
+        const char *typed, *problem;
+    } refused[] = {
+        {IDC_KILOVOLTS, "abc", "The accelerating voltage is not a number."},
+        {IDC_KILOVOLTS, "1,2.3", "The accelerating voltage is not a number."},
+        {IDC_KILOVOLTS, "300000", "300000 kV: are these volts? kv is in kilovolts, 300 for 300,000 V."},
+        {IDC_KILOVOLTS, "0", "The accelerating voltage must be a positive number of kilovolts."},
+        {IDC_PIXEL, "2e-11", "The pixel size is 2e-11 nm: are these metres? pixel is in nanometres."},
+        {IDC_PIXEL, "-5", "The pixel size must be a positive number of nanometres."},
+        {IDC_VIBRATION, "-1", "The vibration must not be negative."},
+    };
+    std::size_t next = 0;
+    const answer one_after_another{[&](HWND dialog) {
+        if (next == std::size(refused)) {
+            type(dialog, IDC_KILOVOLTS, " 80,5 ", IDOK);
+            return;
+        }
+        const auto& [field, typed, problem] = refused[next++];
+        const std::string former = control{GetDlgItem(dialog, field)}.text();
+        type(dialog, field, typed, IDOK);
+        EXPECT_EQ(control{GetDlgItem(dialog, IDC_PROBLEM)}.text(), problem);
+        EXPECT_EQ(GetFocus(), GetDlgItem(dialog, field));
+        SetDlgItemTextA(dialog, field, former.c_str());
+    }};
+    SetForegroundWindow(program_->wave_window().handle());
+    type_key(VK_F3);
+    EXPECT_EQ(next, std::size(refused));
+    EXPECT_TRUE(equals_command({"--C1", "-30"}, "wave.npy", "80.5"));
 }
 
 TEST_F(at_the_panel, SavesTheCorrectedWave)
@@ -421,19 +285,24 @@ TEST_F(at_the_panel, AFailedCorrectionIsReportedOnceAndNeitherShownAppliedNorSav
     EXPECT_TRUE(equals_command({"--C1", "-31"}));
 }
 
-TEST_F(at_the_panel, ShowsOneMessageBoxAtATime)
+TEST_F(at_the_panel, SaysWhatFailsWhileTypingAndShowsABoxForACommandOnly)
 {
     start(64, 48, std::nullopt);
     int boxes = 0;
     const answer ok{[&](HWND box) {
         EXPECT_EQ(control{box}.text(), "Zentrix");
-        if (++boxes == 1) SetWindowTextA(of_page(0, 5003).window, "-3e38");  // fails again under the open box
+        if (++boxes == 1) SetWindowTextA(of_page(0, 5003).window, "-3e38");  // fails under the open box
         SendMessageW(box, WM_COMMAND, IDOK, 0);
     }};
     of_page(0, 5003).type("3e38");
-    EXPECT_EQ(logged(), (events{"tag C1 = 3e+38", "call OnChange", "alert C1 is too large.", "tag C1 = -3e+38",
-                                "call OnChange", "alert C1 is too large."}));
+    EXPECT_EQ(logged(), (events{"tag C1 = 3e+38", "call OnChange", "alert C1 is too large."}));
+    EXPECT_EQ(program_->said(), "C1 is too large.");
+    of_page(0, 5003).type("3");
+    EXPECT_EQ(program_->said() + std::to_string(boxes), "0");
+    copy_text(panel(), "an old friend");
+    SendMessageW(program_->wave_window().handle(), WM_COMMAND, IDM_PASTE, 0);
     EXPECT_EQ(boxes, 1);
+    EXPECT_EQ(program_->said(), "C1 is too large.");
 }
 
 TEST_F(at_the_panel, QuitsInTimeWhileADialogIsOpen)

@@ -136,54 +136,5 @@ TEST_F(panel_window, AHandlersExceptionGoesToTheErrorManager)
     EXPECT_EQ(host.take_errors(), events(4, "The script failed."));
 }
 
-/// Live entries of the process's GDI handle table. Wine does not implement GetGuiResources.
-int graphics_objects()
-{
-    struct entry
-    {
-        std::uint64_t object;
-        std::uint16_t process, count, unique;
-        std::uint8_t type, flags;
-        std::uint64_t user;
-    };
-    constexpr int entries = 0x4000, table_offset = 0xf8;  // in the process environment block
-    const auto block = reinterpret_cast<const char*>(__readgsqword(0x60));
-    const auto* const table = *reinterpret_cast<const entry* const*>(block + table_offset);
-    int live = 0;
-    for (int i = 0; i < entries; ++i) live += table[i].type != 0;
-    return live;
-}
-
-int window_count()
-{
-    int count = 0;
-    const auto each = [](HWND window, LPARAM counter) -> BOOL {
-        if (GetWindowThreadProcessId(window, nullptr) == GetCurrentThreadId()) ++*reinterpret_cast<int*>(counter);
-        return TRUE;
-    };
-    for (const HWND root : {GetDesktopWindow(), HWND_MESSAGE})
-        EnumChildWindows(root, each, reinterpret_cast<LPARAM>(&count));
-    return count;
-}
-
-TEST_F(panel_window, AThousandRoundsLeakNothing)
-{
-    const auto round = [&](int number) {
-        show_panel(number % 2 == 0);
-        if (number % 100 == 50) {  // recreates the panel
-            host.close_panel();
-            panel = host.open_panel(frame);
-        }
-        SendMessageW(sheet(), PSM_SETCURSEL, static_cast<WPARAM>(number % 5), 0);
-        RedrawWindow(panel, nullptr, nullptr, RDW_INVALIDATE | RDW_ALLCHILDREN | RDW_UPDATENOW);
-    };
-    for (int i = 0; i < 60; ++i) round(i);
-    const int objects = graphics_objects(), windows = window_count();
-    for (int i = 0; i < 1000; ++i) round(i);
-    EXPECT_EQ(graphics_objects(), objects);
-    EXPECT_EQ(window_count(), windows);
-    EXPECT_GT(objects, 20) << "the GDI handle table is not at the expected address";
-}
-
 }  // namespace
 }  // namespace windows_tests

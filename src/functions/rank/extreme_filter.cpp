@@ -30,11 +30,20 @@ T column_extreme(const dm::image<const T>& source, std::ptrdiff_t x, std::ptrdif
     return best;
 }
 
+// All memory is allocated before anything is written, so that a lack of it leaves the destination as it was.
+
+/// Memory for the ring of column extremes of `filter_run`.
+template <class T>
+std::vector<T> ring_for(const dm::image<const T>& source, std::ptrdiff_t radius)
+{
+    return std::vector<T>(static_cast<std::size_t>(2 * std::min(radius, source.width()) + 1));
+}
+
 /// The plain form for the pixels [begin, end) of row y. The ring is first filled as if the row had been filtered
 /// from x = 0.
 template <class T, extreme which>
 void filter_run(const dm::image<const T>& source, std::ptrdiff_t radius, const dm::image<T>& destination,
-                std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end)
+                std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end, std::vector<T>& ring)
 {
     const std::ptrdiff_t width = source.width();
     // A larger radius changes nothing: the ring holds all columns at x = 0.
@@ -44,7 +53,7 @@ void filter_run(const dm::image<const T>& source, std::ptrdiff_t radius, const d
     const std::ptrdiff_t bottom = y + std::min(radius, source.height() - 1 - y) + 1;
     const auto column = [&](std::ptrdiff_t x) { return column_extreme<T, which>(source, x, top, bottom); };
 
-    std::vector<T> ring(static_cast<std::size_t>(slots), start_value<T, which>);
+    std::fill(ring.begin(), ring.end(), start_value<T, which>);
     for (std::ptrdiff_t x = std::max<std::ptrdiff_t>(begin - reach, 0); x < std::min(begin + reach, width); ++x)
         ring[static_cast<std::size_t>(x % slots)] = column(x);
     for (std::ptrdiff_t x = begin; x < end; ++x) {
@@ -57,16 +66,27 @@ void filter_run(const dm::image<const T>& source, std::ptrdiff_t radius, const d
     }
 }
 
+/// The planes that both images have.
+template <class T>
+std::ptrdiff_t planes_of(const dm::image<const T>& source, const dm::image<T>& destination)
+{
+    return std::min(source.depth(), destination.depth());
+}
+
 template <class T>
 void extreme_plain(const dm::image<const T>& source, extreme which, std::ptrdiff_t radius,
                    const dm::image<T>& destination)
 {
-    for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
-        dm::stop_if_interrupted();
-        if (which == extreme::maximum)
-            filter_run<T, extreme::maximum>(source, radius, destination, y, 0, source.width());
-        else
-            filter_run<T, extreme::minimum>(source, radius, destination, y, 0, source.width());
+    auto ring = ring_for(source, radius);
+    const auto filter_row =
+        which == extreme::maximum ? filter_run<T, extreme::maximum> : filter_run<T, extreme::minimum>;
+    for (std::ptrdiff_t z = 0; z < planes_of(source, destination); ++z) {
+        const auto from = source.plane(z);
+        const auto to = destination.plane(z);
+        for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
+            dm::stop_if_interrupted();
+            filter_row(from, radius, to, y, 0, source.width(), ring);
+        }
     }
 }
 
@@ -74,6 +94,15 @@ template <class T>
 void copy(const T* from, T* to, std::ptrdiff_t count)
 {
     std::memcpy(to, from, static_cast<std::size_t>(count) * sizeof(T));
+}
+
+/// Planes of contiguous rows.
+template <class T>
+void copy_planes(const dm::image<const T>& source, const dm::image<T>& destination)
+{
+    for (std::ptrdiff_t z = 0; z < planes_of(source, destination); ++z)
+        for (std::ptrdiff_t y = 0; y < source.height(); ++y)
+            copy(source.row(y, z), destination.row(y, z), source.width());
 }
 
 /// The extremes of the columns [begin, end) over the window rows of each output row. Rows are taken in blocks of
@@ -86,9 +115,21 @@ class column_pass
   public:
     using rows = extreme_rows<Arch, T, which>;
 
+    /// Elements of memory for `columns` columns.
+    static std::size_t room(std::ptrdiff_t columns, std::ptrdiff_t radius, std::ptrdiff_t height)
+    {
+        return static_cast<std::size_t>(columns * (1 + std::min(2 * std::min(radius, height - 1) + 1, height)));
+    }
+
+    /// memory  of room(end - begin, radius, height) elements
     column_pass(const dm::image<const T>& source, std::ptrdiff_t begin, std::ptrdiff_t end, std::ptrdiff_t radius,
-                special_rows<T>& special)
-        : source_{source}, begin_{begin}, end_{end}, radius_{std::min(radius, source.height() - 1)}, special_{special}
+                special_rows<T>& special, T* memory)
+        : source_{source},
+          begin_{begin},
+          end_{end},
+          radius_{std::min(radius, source.height() - 1)},
+          special_{special},
+          memory_{memory}
     {}
 
     /// Writes the extremes of each output row y, in ascending order, to target(y), then calls done(y).
@@ -127,15 +168,14 @@ class column_pass
     {
         const std::ptrdiff_t height = source_.height();
         const std::ptrdiff_t window = 2 * radius_ + 1;
-        std::vector<T> head(static_cast<std::size_t>(count()));
-        std::vector<T> tails(static_cast<std::size_t>(count() * std::min(window, height)));
-        const auto tail = [&](std::ptrdiff_t i) { return tails.data() + i * count(); };
+        T* const head = memory_;
+        const auto tail = [&](std::ptrdiff_t i) { return memory_ + (1 + i) * count(); };
 
         for (std::ptrdiff_t block = 0; block - radius_ < height; block += window) {
             for (std::ptrdiff_t i = 0; i < window && block - radius_ + i < height; ++i) {
                 const std::ptrdiff_t y = block - radius_ + i;
                 const T* previous_tail = block > 0 && i + 1 < window ? tail(i + 1) : nullptr;
-                step(head.data(), block, block + i, previous_tail, y < 0 ? nullptr : target(y));
+                step(head, block, block + i, previous_tail, y < 0 ? nullptr : target(y));
                 if (y >= 0) done(y);
             }
             if (block + window - radius_ >= height) break;
@@ -168,6 +208,7 @@ class column_pass
     const dm::image<const T>& source_;
     std::ptrdiff_t begin_, end_, radius_;
     special_rows<T>& special_;
+    T* memory_;
 };
 
 /// The extremes along one row, with the start value outside it. Each step covers windows four times as wide, until at
@@ -221,34 +262,70 @@ class row_pass
 /// Blocks of whole rows up to this size stay in a second-level cache of 1 MB; larger ones are cut into strips.
 constexpr std::ptrdiff_t block_bytes = 512 * 1024;
 
+/// Filters planes of one size.
 template <class Arch, class T, extreme which>
-void filter_plane(const dm::image<const T>& source, std::ptrdiff_t radius, const dm::image<T>& destination)
+class plane_filter
 {
-    const std::ptrdiff_t width = source.width();
-    special_rows<T> special{source};
-    row_pass<Arch, T, which> along{width, radius};
-    const auto filter_line = [&](std::ptrdiff_t y) { along.run(destination.row(y)); };
+  public:
+    using columns = column_pass<Arch, T, which>;
 
-    const std::ptrdiff_t block_rows = std::min(std::min(radius, source.height() - 1) * 2 + 1, source.height());
-    if (block_rows * width * std::ptrdiff_t(sizeof(T)) <= block_bytes) {
-        column_pass<Arch, T, which> down{source, 0, width, radius, special};
-        down.run([&](std::ptrdiff_t) { return along.line(); }, filter_line);
-    } else {
-        const std::ptrdiff_t strip =
-            std::max<std::ptrdiff_t>(block_bytes / (block_rows * std::ptrdiff_t(sizeof(T))), 32);
-        for (std::ptrdiff_t x = 0; x < width; x += strip) {
-            column_pass<Arch, T, which> down{source, x, std::min(x + strip, width), radius, special};
-            down.run([&](std::ptrdiff_t y) { return destination.row(y) + x; }, [](std::ptrdiff_t) {});
+    plane_filter(const dm::image<const T>& source, std::ptrdiff_t radius)
+        : width_{source.width()},
+          radius_{radius},
+          strip_{strip_of(source, radius)},
+          special_{source},
+          along_{width_, radius},
+          ring_{ring_for(source, radius)},
+          memory_(columns::room(strip_, radius, source.height()))
+    {}
+
+    void run(const dm::image<const T>& source, const dm::image<T>& destination)
+    {
+        special_.start(source);
+        const auto filter_line = [&](std::ptrdiff_t y) { along_.run(destination.row(y)); };
+        if (strip_ == width_) {
+            columns down{source, 0, width_, radius_, special_, memory_.data()};
+            down.run([&](std::ptrdiff_t) { return along_.line(); }, filter_line);
+        } else {
+            for (std::ptrdiff_t x = 0; x < width_; x += strip_) {
+                columns down{source, x, std::min(x + strip_, width_), radius_, special_, memory_.data()};
+                down.run([&](std::ptrdiff_t y) { return destination.row(y) + x; }, [](std::ptrdiff_t) {});
+            }
+            for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
+                copy<T>(destination.row(y), along_.line(), width_);
+                filter_line(y);
+            }
         }
-        for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
-            copy<T>(destination.row(y), along.line(), width);
-            filter_line(y);
-        }
+        special_.repair(radius_, [&](std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end) {
+            dm::stop_if_interrupted();
+            filter_run<T, which>(source, radius_, destination, y, begin, end, ring_);
+        });
     }
-    special.repair(radius, [&](std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end) {
+
+  private:
+    /// The columns that are filtered together: all, or as many as keep a block of rows in the cache.
+    static std::ptrdiff_t strip_of(const dm::image<const T>& source, std::ptrdiff_t radius)
+    {
+        const std::ptrdiff_t rows = std::min(std::min(radius, source.height() - 1) * 2 + 1, source.height());
+        const std::ptrdiff_t row_bytes = rows * std::ptrdiff_t(sizeof(T));
+        if (row_bytes * source.width() <= block_bytes) return source.width();
+        return std::min(std::max<std::ptrdiff_t>(block_bytes / row_bytes, 32), source.width());
+    }
+
+    std::ptrdiff_t width_, radius_, strip_;
+    special_rows<T> special_;
+    row_pass<Arch, T, which> along_;
+    std::vector<T> ring_, memory_;
+};
+
+template <class Arch, class T, extreme which>
+void filter_planes(const dm::image<const T>& source, std::ptrdiff_t radius, const dm::image<T>& destination)
+{
+    plane_filter<Arch, T, which> filter{source, radius};
+    for (std::ptrdiff_t z = 0; z < planes_of(source, destination); ++z) {
         dm::stop_if_interrupted();
-        filter_run<T, which>(source, radius, destination, y, begin, end);
-    });
+        filter.run(source.plane(z), destination.plane(z));
+    }
 }
 
 /// Rows that are not contiguous and windows with a NaN or -0 take the plain form.
@@ -259,11 +336,11 @@ void extreme_fast(const dm::image<const T>& source, extreme which, std::ptrdiff_
     if (source.strides()[0] != 1 || destination.strides()[0] != 1)
         return extreme_plain<T>(source, which, radius, destination);
     if (radius == 0)
-        for (std::ptrdiff_t y = 0; y < source.height(); ++y) copy(source.row(y), destination.row(y), source.width());
+        copy_planes(source, destination);
     else if (which == extreme::maximum)
-        filter_plane<Arch, T, extreme::maximum>(source, radius, destination);
+        filter_planes<Arch, T, extreme::maximum>(source, radius, destination);
     else
-        filter_plane<Arch, T, extreme::minimum>(source, radius, destination);
+        filter_planes<Arch, T, extreme::minimum>(source, radius, destination);
 }
 
 }  // namespace
@@ -287,12 +364,7 @@ void extreme_filter(const dm::image<const T>& source, extreme which, std::int32_
                 dm::errors::different_size);
     dm::require(!dm::overlap(source, destination), dm::errors::out_of_place);
 
-    const auto& filter = dm::choose(extreme_variants<T>());
-    const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());
-    for (std::ptrdiff_t z = 0; z < planes; ++z) {
-        dm::stop_if_interrupted();
-        filter.function(source.plane(z), which, radius, destination.plane(z));
-    }
+    dm::choose(extreme_variants<T>()).function(source, which, radius, destination);
 }
 
 template <class T>

@@ -48,7 +48,7 @@ void minimum_filter(const dm::image<const T>& source, std::int32_t radius, const
     extreme_filter<T>(source, extreme::minimum, radius, destination);
 }
 
-/// Filters one plane (z = 0 of both views). Same width and height, no shared memory, radius >= 0.
+/// Filters the planes that both views have. Same width and height, no shared memory, radius >= 0.
 template <class T>
 using extreme_kernel = void(const dm::image<const T>& source, extreme which, std::ptrdiff_t radius,
                             const dm::image<T>& destination);

@@ -61,18 +61,43 @@ void filter_run(const dm::image<const T>& source, std::ptrdiff_t radius, padding
     }
 }
 
+// All memory is allocated before anything is written, so that a lack of it leaves the destination as it was.
+
+/// Memory for the values of any window. A window in which zeros are the majority is not collected.
+template <class T>
+std::vector<T> memory_for_window(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside)
+{
+    const std::uint64_t side = 2 * static_cast<std::uint64_t>(radius) + 1;
+    const auto within = [&](std::ptrdiff_t size) { return std::min(side, static_cast<std::uint64_t>(size)); };
+    const std::uint64_t pixels = within(source.width()) * within(source.height());
+    std::vector<T> window;
+    window.reserve(outside == padding::none ? pixels : std::min(side * side, 2 * pixels));
+    return window;
+}
+
+/// The planes that both images have.
+template <class T>
+std::ptrdiff_t planes_of(const dm::image<const T>& source, const dm::image<T>& destination)
+{
+    return std::min(source.depth(), destination.depth());
+}
+
 template <class T>
 void median_plain(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
                   const dm::image<T>& destination)
 {
-    std::vector<T> window;
-    for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
-        dm::stop_if_interrupted();
-        if (outside == padding::none && y > 0 &&
-            window_around(y, radius, source.height()) == window_around(y - 1, radius, source.height()))
-            for (std::ptrdiff_t x = 0; x < source.width(); ++x) destination(x, y) = destination(x, y - 1);
-        else
-            filter_run(source, radius, outside, destination, y, 0, source.width(), window);
+    auto window = memory_for_window(source, radius, outside);
+    for (std::ptrdiff_t z = 0; z < planes_of(source, destination); ++z) {
+        const auto from = source.plane(z);
+        const auto to = destination.plane(z);
+        for (std::ptrdiff_t y = 0; y < source.height(); ++y) {
+            dm::stop_if_interrupted();
+            if (outside == padding::none && y > 0 &&
+                window_around(y, radius, source.height()) == window_around(y - 1, radius, source.height()))
+                for (std::ptrdiff_t x = 0; x < source.width(); ++x) to(x, y) = to(x, y - 1);
+            else
+                filter_run(from, radius, outside, to, y, 0, source.width(), window);
+        }
     }
 }
 
@@ -81,13 +106,19 @@ template <class T>
 class padded_rows
 {
   public:
-    padded_rows(const dm::image<const T>& source, std::ptrdiff_t radius)
-        : source_{source},
-          radius_{radius},
-          pitch_{source.width() + 2 * radius + network_slack},
+    /// Allocates memory for planes of the size of this one.
+    padded_rows(const dm::image<const T>& plane, std::ptrdiff_t radius)
+        : radius_{radius},
+          pitch_{plane.width() + 2 * radius + network_slack},
           rows_(static_cast<std::size_t>(pitch_ * (2 * radius + 1)))
+    {}
+
+    /// Starts with the first rows of a plane.
+    void start(const dm::image<const T>& plane)
     {
-        for (std::ptrdiff_t y = 0; y < radius; ++y) enter(y);
+        source_ = plane;
+        std::fill(rows_.begin(), rows_.end(), T(0));
+        for (std::ptrdiff_t y = 0; y < radius_; ++y) enter(y);
     }
 
     /// Copies row y, zeros below the image, over row y - 2 * radius - 1.
@@ -113,22 +144,21 @@ class padded_rows
         return rows_.data() + pitch_ * ((y + slots) % slots);
     }
 
-    const dm::image<const T>& source_;
+    dm::image<const T> source_;
     std::ptrdiff_t radius_, pitch_;
     std::vector<T> rows_;
 };
 
-/// Radius 1 or 2. The networks see zeros outside the image; without padding, the pixels near its edges take the plain
-/// form.
+/// Radius 1 or 2, one plane. The networks see zeros outside the image; without padding, the pixels near its edges take
+/// the plain form. `special` and `padded` have started with the source.
 template <class Arch, class T>
 void filter_by_networks(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
-                        const dm::image<T>& destination, special_rows<T>& special)
+                        const dm::image<T>& destination, special_rows<T>& special, padded_rows<T>& padded,
+                        std::vector<T>& window)
 {
     const std::ptrdiff_t width = source.width();
     const std::ptrdiff_t height = source.height();
-    padded_rows<T> padded{source, radius};
     const T* rows[5];
-    std::vector<T> window;
     for (std::ptrdiff_t y = 0; y < height; ++y) {
         special.inspect(y, 0, width);
         padded.enter(y + radius);
@@ -155,6 +185,14 @@ bool zeros_everywhere(std::ptrdiff_t radius, std::ptrdiff_t width, std::ptrdiff_
     return side * side > 2 * within(width) * within(height);
 }
 
+/// Calls work(y, z) for each row that both images have.
+template <class T, class Work>
+void for_each_row(const dm::image<const T>& source, const dm::image<T>& destination, Work&& work)
+{
+    for (std::ptrdiff_t z = 0; z < planes_of(source, destination); ++z)
+        for (std::ptrdiff_t y = 0; y < source.height(); ++y) work(y, z);
+}
+
 /// Rows that are not contiguous and windows with a NaN or -0 take the plain form.
 template <class T, class Arch>
 void median_fast(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
@@ -163,27 +201,33 @@ void median_fast(const dm::image<const T>& source, std::ptrdiff_t radius, paddin
     if (source.strides()[0] != 1 || destination.strides()[0] != 1)
         return median_plain<T>(source, radius, outside, destination);
     const std::ptrdiff_t width = source.width();
-    if (radius == 0) {
-        for (std::ptrdiff_t y = 0; y < source.height(); ++y) std::copy_n(source.row(y), width, destination.row(y));
-        return;
-    }
-    if (outside == padding::zeros && zeros_everywhere(radius, width, source.height())) {
-        for (std::ptrdiff_t y = 0; y < source.height(); ++y) std::fill_n(destination.row(y), width, T(0));
-        return;
-    }
+    if (radius == 0)
+        return for_each_row(source, destination,
+                            [&](auto y, auto z) { std::copy_n(source.row(y, z), width, destination.row(y, z)); });
+    if (outside == padding::zeros && zeros_everywhere(radius, width, source.height()))
+        return for_each_row(source, destination,
+                            [&](auto y, auto z) { std::fill_n(destination.row(y, z), width, T(0)); });
 
     special_rows<T> special{source};
-    if (radius <= 2)
-        filter_by_networks<Arch>(source, radius, outside, destination, special);
-    else {
-        for (std::ptrdiff_t y = 0; y < source.height(); ++y) special.inspect(y, 0, width);
-        median_by_ranks<T>(source, radius, outside, destination);
-    }
-    std::vector<T> window;
-    special.repair(radius, [&](std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end) {
+    auto window = memory_for_window(source, radius, outside);
+    const bool by_networks = radius <= 2;
+    padded_rows<T> padded{source, by_networks ? radius : 0};
+    if (!by_networks) median_by_ranks<T>(source, radius, outside, destination);
+    for (std::ptrdiff_t z = 0; z < planes_of(source, destination); ++z) {
+        const auto from = source.plane(z);
+        const auto to = destination.plane(z);
         dm::stop_if_interrupted();
-        filter_run(source, radius, outside, destination, y, begin, end, window);
-    });
+        special.start(from);
+        if (by_networks) {
+            padded.start(from);
+            filter_by_networks<Arch>(from, radius, outside, to, special, padded, window);
+        } else
+            for (std::ptrdiff_t y = 0; y < source.height(); ++y) special.inspect(y, 0, width);
+        special.repair(radius, [&](std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end) {
+            dm::stop_if_interrupted();
+            filter_run(from, radius, outside, to, y, begin, end, window);
+        });
+    }
 }
 
 }  // namespace
@@ -209,12 +253,7 @@ void median_filter(const dm::image<const T>& source, std::int32_t radius, paddin
                 dm::errors::different_size);
     dm::require(!dm::overlap(source, destination), dm::errors::out_of_place);
 
-    const auto& filter = dm::choose(median_variants<T>());
-    const std::ptrdiff_t planes = std::min(source.depth(), destination.depth());
-    for (std::ptrdiff_t z = 0; z < planes; ++z) {
-        dm::stop_if_interrupted();
-        filter.function(source.plane(z), radius, outside, destination.plane(z));
-    }
+    dm::choose(median_variants<T>()).function(source, radius, outside, destination);
 }
 
 template dm::variants<median_kernel<float>> median_variants();

@@ -31,7 +31,7 @@ template <class T>
 void median_filter(const dm::image<const T>& source, std::int32_t radius, padding outside,
                    const dm::image<T>& destination);
 
-/// Filters one plane (z = 0 of both views). Same width and height, no shared memory, radius >= 0.
+/// Filters the planes that both views have. Same width and height, no shared memory, radius >= 0.
 template <class T>
 using median_kernel = void(const dm::image<const T>& source, std::ptrdiff_t radius, padding outside,
                            const dm::image<T>& destination);

@@ -3,6 +3,7 @@
 #include "functions/rank/window_range.h"
 #include "image/interruption.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
@@ -23,20 +24,26 @@ struct keyed
     std::uint32_t index;
 };
 
-/// Radix sort by key from the lowest digit. Digits that are the same in all keys are skipped. `scratch` is overwritten.
+constexpr int digit_bits = 11;
+constexpr std::size_t buckets = std::size_t(1) << digit_bits;
 template <class T>
-void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch)
+constexpr int digits = (8 * sizeof(T) + digit_bits - 1) / digit_bits;
+
+/// The numbers of keys with each value of a digit.
+using digit_counts = std::array<std::uint32_t, buckets>;
+
+/// Radix sort by key from the lowest digit. Digits that are the same in all keys are skipped. `scratch` and `counts`,
+/// one for each digit, are overwritten.
+template <class T>
+void sort_keys(std::vector<keyed<T>>& items, std::vector<keyed<T>>& scratch, std::vector<digit_counts>& counts)
 {
-    constexpr int digit_bits = 11;
-    constexpr int digits = (8 * sizeof(T) + digit_bits - 1) / digit_bits;
-    constexpr std::size_t buckets = std::size_t(1) << digit_bits;
-    std::vector<std::array<std::uint32_t, buckets>> counts(digits);
+    std::fill(counts.begin(), counts.end(), digit_counts{});
     const auto digit = [](rank_key<T> key, int d) { return std::size_t(key >> (d * digit_bits)) & (buckets - 1); };
     for (const auto& item : items)
-        for (int d = 0; d < digits; ++d) ++counts[std::size_t(d)][digit(item.key, d)];
+        for (int d = 0; d < digits<T>; ++d) ++counts[std::size_t(d)][digit(item.key, d)];
 
     scratch.resize(items.size());
-    for (int d = 0; d < digits; ++d) {
+    for (int d = 0; d < digits<T>; ++d) {
         auto& starts = counts[std::size_t(d)];
         if (starts[digit(items[0].key, d)] == items.size()) continue;
         std::uint32_t next = 0;
@@ -56,8 +63,15 @@ class rank_set
     /// words is the block as a mask of 64 bits.
     static std::uint32_t slot_of(std::uint32_t rank) { return (rank & ~63u) | (rank & 7u) << 3 | (rank >> 3 & 7u); }
 
-    /// The empty set, for ranks 0 .. count - 1.
-    explicit rank_set(std::size_t count) : bytes_((count + block_size) & ~(block_size - 1)) {}
+    /// Allocates memory for ranks 0 .. most - 1.
+    explicit rank_set(std::size_t most) { bytes_.reserve(bytes_for(most)); }
+
+    /// Starts as the empty set, for ranks 0 .. count - 1.
+    void start(std::size_t count)
+    {
+        bytes_.assign(bytes_for(count), 0);
+        begin_ = below_ = 0;
+    }
 
     void add(std::uint32_t slot)
     {
@@ -88,6 +102,7 @@ class rank_set
 
   private:
     static constexpr std::uint32_t block_size = 64;
+    static std::size_t bytes_for(std::size_t count) { return (count + block_size) & ~std::size_t{block_size - 1}; }
 
     std::uint64_t word(int k) const
     {
@@ -119,6 +134,14 @@ template <class T>
 class ranked_tile
 {
   public:
+    /// Allocates memory for tiles of up to `most` pixels.
+    explicit ranked_tile(std::size_t most) : counts_(digits<T>)
+    {
+        items_.reserve(most);
+        scratch_.reserve(most);
+        slots_.reserve(most);
+    }
+
     /// Ranks the positions across x down of the plane; those outside the plane are zeros.
     void rank(const dm::image<const T>& plane, window_range across, window_range down)
     {
@@ -130,7 +153,7 @@ class ranked_tile
                 const bool inside = x >= 0 && x < plane.width() && y >= 0 && y < plane.height();
                 items_.push_back({key_of(inside ? plane(x, y) : T(0)), static_cast<std::uint32_t>(items_.size())});
             }
-        sort_keys(items_, scratch_);
+        sort_keys(items_, scratch_, counts_);
         slots_.resize(items_.size());
         for (std::size_t i = 0; i < items_.size(); ++i)
             slots_[items_[i].index] = rank_set::slot_of(static_cast<std::uint32_t>(i));
@@ -150,6 +173,7 @@ class ranked_tile
     window_range across_{}, down_{};
     std::vector<keyed<T>> items_, scratch_;
     std::vector<std::uint32_t> slots_;
+    std::vector<digit_counts> counts_;
 };
 
 /// The set of ranks of a square window that slides over a tile.
@@ -157,13 +181,11 @@ template <class T>
 class sliding_window
 {
   public:
-    sliding_window(const ranked_tile<T>& tile, std::ptrdiff_t radius, std::ptrdiff_t x, std::ptrdiff_t y)
-        : tile_{tile},
-          radius_{radius},
-          set_{tile.size()},
-          across_{visible(x, tile.across())},
-          down_{visible(y, tile.down())}
+    /// The window around (x, y); `set` is overwritten.
+    sliding_window(const ranked_tile<T>& tile, std::ptrdiff_t radius, std::ptrdiff_t x, std::ptrdiff_t y, rank_set& set)
+        : tile_{tile}, radius_{radius}, set_{set}, across_{visible(x, tile.across())}, down_{visible(y, tile.down())}
     {
+        set_.start(tile.size());
         for (std::ptrdiff_t u = across_.begin; u < across_.end; ++u) add_column(u);
     }
 
@@ -213,16 +235,16 @@ class sliding_window
 
     const ranked_tile<T>& tile_;
     std::ptrdiff_t radius_;
-    rank_set set_;
+    rank_set& set_;
     window_range across_, down_;
 };
 
 /// Filters the outputs row by row, alternately rightwards and leftwards.
 template <class T>
 void filter_tile(const ranked_tile<T>& tile, std::ptrdiff_t radius, const dm::image<T>& destination, window_range xs,
-                 window_range ys)
+                 window_range ys, rank_set& set)
 {
-    sliding_window<T> window{tile, radius, xs.begin, ys.begin};
+    sliding_window<T> window{tile, radius, xs.begin, ys.begin, set};
     bool right = true;
     for (std::ptrdiff_t y = ys.begin; y < ys.end; ++y, right = !right) {
         dm::stop_if_interrupted();
@@ -258,14 +280,25 @@ void median_by_ranks(const dm::image<const T>& source, std::ptrdiff_t radius, pa
     };
     const std::ptrdiff_t side_x = std::max(tile_side, 2 * reach_x);
     const std::ptrdiff_t side_y = std::max(tile_side, 2 * reach_y);
-    ranked_tile<T> tile;
-    for (std::ptrdiff_t y = 0; y < height; y += side_y)
-        for (std::ptrdiff_t x = 0; x < width; x += side_x) {
-            const window_range xs{x, std::min(x + side_x, width)};
-            const window_range ys{y, std::min(y + side_y, height)};
-            tile.rank(source, under_windows(xs, reach_x, width), under_windows(ys, reach_y, height));
-            filter_tile(tile, radius, destination, xs, ys);
-        }
+    // All memory is allocated here, so that a lack of it leaves the destination as it was.
+    const auto most_across = [&](std::ptrdiff_t side, std::ptrdiff_t reach, std::ptrdiff_t size) {
+        const std::ptrdiff_t most = std::min(side, size) + 2 * reach;
+        return static_cast<std::size_t>(outside == padding::none ? std::min(most, size) : most);
+    };
+    const std::size_t most = most_across(side_x, reach_x, width) * most_across(side_y, reach_y, height);
+    ranked_tile<T> tile{most};
+    rank_set set{most};
+    for (std::ptrdiff_t z = 0; z < std::min(source.depth(), destination.depth()); ++z) {
+        const auto from = source.plane(z);
+        const auto to = destination.plane(z);
+        for (std::ptrdiff_t y = 0; y < height; y += side_y)
+            for (std::ptrdiff_t x = 0; x < width; x += side_x) {
+                const window_range xs{x, std::min(x + side_x, width)};
+                const window_range ys{y, std::min(y + side_y, height)};
+                tile.rank(from, under_windows(xs, reach_x, width), under_windows(ys, reach_y, height));
+                filter_tile(tile, radius, to, xs, ys, set);
+            }
+    }
 }
 
 template void median_by_ranks(const dm::image<const float>&, std::ptrdiff_t, padding, const dm::image<float>&);

@@ -22,13 +22,12 @@ constexpr std::ptrdiff_t block_bytes = 24 * 1024;
 template <class T>
 void median_z_plain(const dm::image<const T>& stack, const dm::image<T>& destination)
 {
-    for (std::ptrdiff_t y = 0; y < stack.height(); ++y) {
-        std::vector<T> column(static_cast<std::size_t>(stack.depth()));
+    std::vector<T> column(static_cast<std::size_t>(stack.depth()));
+    for (std::ptrdiff_t y = 0; y < stack.height(); ++y)
         for (std::ptrdiff_t x = 0; x < stack.width(); ++x) {
             for (std::ptrdiff_t z = 0; z < stack.depth(); ++z) column[static_cast<std::size_t>(z)] = stack(x, y, z);
             destination(x, y) = median_of(column.data(), column.data() + column.size());
         }
-    }
 }
 
 /// Appends the comparators for the rows begin .. begin + count - 1 and returns the network, still without pointers.

@@ -44,9 +44,17 @@ template <class T>
 class special_rows
 {
   public:
+    /// Allocates memory for planes of the size of this one.
     explicit special_rows(const dm::image<const T>& plane)
-        : plane_{plane}, flags_(static_cast<std::size_t>(plane.height()))
+        : flags_(static_cast<std::size_t>(plane.height())), counts_(static_cast<std::size_t>(plane.width()))
     {}
+
+    /// Starts with a plane, whose rows are still to be inspected.
+    void start(const dm::image<const T>& plane)
+    {
+        plane_ = plane;
+        std::fill(flags_.begin(), flags_.end(), false);
+    }
 
     /// Flags row y if one of its pixels [begin, end), which must be contiguous, is special.
     void inspect(std::ptrdiff_t y, std::ptrdiff_t begin, std::ptrdiff_t end)
@@ -56,21 +64,21 @@ class special_rows
 
     /// Calls recompute(y, begin, end) for each run of output pixels whose windows hold a special value.
     template <class Recompute>
-    void repair(std::ptrdiff_t radius, Recompute&& recompute) const
+    void repair(std::ptrdiff_t radius, Recompute&& recompute)
     {
         if (std::find(flags_.begin(), flags_.end(), true) == flags_.end()) return;
         const std::ptrdiff_t height = plane_.height();
-        std::vector<std::int32_t> counts(static_cast<std::size_t>(plane_.width()));  // per column of the window's rows
+        std::fill(counts_.begin(), counts_.end(), 0);
         const auto add = [&](std::ptrdiff_t y, std::int32_t step) {
             if (!flags_[static_cast<std::size_t>(y)]) return;
             for (std::ptrdiff_t x = 0; x < plane_.width(); ++x)
-                if (is_special(plane_(x, y))) counts[static_cast<std::size_t>(x)] += step;
+                if (is_special(plane_(x, y))) counts_[static_cast<std::size_t>(x)] += step;
         };
         for (std::ptrdiff_t y = 0; y < std::min(radius, height); ++y) add(y, 1);
         for (std::ptrdiff_t y = 0; y < height; ++y) {
             if (radius < height - y) add(y + radius, 1);
             if (y > radius) add(y - radius - 1, -1);
-            for_each_run(counts, std::min(radius, plane_.width()),
+            for_each_run(counts_, std::min(radius, plane_.width()),
                          [&](auto begin, auto end) { recompute(y, begin, end); });
         }
     }
@@ -96,6 +104,7 @@ class special_rows
 
     dm::image<const T> plane_;
     std::vector<bool> flags_;
+    std::vector<std::int32_t> counts_;  ///< for each column, the special values in the window's rows
 };
 
 }  // namespace qorv::functions

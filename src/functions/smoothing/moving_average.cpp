@@ -99,11 +99,11 @@ class column_sums
     std::vector<T> sums_;
 };
 
+/// Averages one plane. `columns` are the sums of its first row.
 template <class T, class Rule>
-void average_plane(const dm::image<const T>& from, const dm::image<T>& to, std::ptrdiff_t r, Rule rule)
+void average_plane(column_sums<T, Rule>& columns, const dm::image<T>& to, std::ptrdiff_t r)
 {
-    column_sums<T, Rule> columns{from, r, rule};
-    const std::ptrdiff_t ny = from.height();
+    const std::ptrdiff_t ny = to.height();
     for (std::ptrdiff_t y = 0; y < ny; ++y) {
         const std::ptrdiff_t rows = std::min(ny, y + r + 1) - std::max<std::ptrdiff_t>(0, y - r);
         average_row(columns.move_to(y), line<T>{to.row(y), to.strides()[0]}, r, rows);
@@ -130,15 +130,19 @@ void box_pass_plain(const dm::image<const T>& from, const dm::image<T>& to, axis
 template <class T>
 void box_slice_plain(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius)
 {
-    average_plane(from, mean, radius, [](T value) { return value; });
+    column_sums columns{from, radius, [](T value) { return value; }};
+    average_plane(columns, mean, radius);
 }
 
 template <class T>
 void box_slice2_plain(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
                       std::ptrdiff_t radius)
 {
-    average_plane(from, mean, radius, [](T value) { return value; });
-    average_plane(from, squares, radius, [](T value) { return numeric::product(value, value); });
+    // Both are allocated before anything is written, so that a lack of memory leaves the destinations as they were.
+    column_sums columns{from, radius, [](T value) { return value; }};
+    column_sums columns_of_squares{from, radius, [](T value) { return numeric::product(value, value); }};
+    average_plane(columns, mean, radius);
+    average_plane(columns_of_squares, squares, radius);
 }
 
 namespace {

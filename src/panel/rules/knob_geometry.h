@@ -32,8 +32,17 @@ knob_layout lay_out_knob(const rectangle& client, int knob_radius);
 /// The rectangle inside the ring for a text of the given height.
 rectangle edit_rectangle(const knob_layout& layout, int knob_radius, int font_height);
 
-/// The place of the inline edit. It is fixed; it fits the knob size that all pages use.
+/// The place of the inline edit at 96 dots per inch. It is fixed; it fits the knob size that all pages use.
 inline constexpr rectangle edit_place{17, 20, 17 + 22, 20 + 15};
+
+/// A length on a screen of another resolution, where dialogs and their fonts are larger.
+constexpr int at_resolution(int dots_per_inch, int pixels) { return (pixels * dots_per_inch + 48) / 96; }
+
+constexpr rectangle at_resolution(int dots_per_inch, const rectangle& place)
+{
+    return {at_resolution(dots_per_inch, place.left), at_resolution(dots_per_inch, place.top),
+            at_resolution(dots_per_inch, place.right), at_resolution(dots_per_inch, place.bottom)};
+}
 
 /// The range of a slider and its orientation on the circle.
 struct dial

@@ -97,17 +97,17 @@ TEST(NumberText, ShowsSixDigitsAndReadsTypedNumbers)
     {
         const char* text;
         float value;
-    } typed[] = {{"2.5", 2.5f}, {"  -3", -3}, {"+4", 4}, {".5", 0.5f}, {"7nm", 7}, {"1e2", 100}, {"5.", 5}};
+    } typed[] = {{"2.5", 2.5f}, {"2,5", 2.5f}, {"  -3 ", -3}, {"+4", 4}, {".5", 0.5f}, {"1e2", 100}, {"5.", 5}};
     for (const auto& t : typed) {
-        float value = NAN;
-        EXPECT_TRUE(read_number(t.text, value)) << t.text;
-        EXPECT_EQ(value, t.value) << t.text;
+        const typed_number read = read_number(t.text);
+        EXPECT_TRUE(read.state == number_state::complete && read.value == t.value) << t.text;
     }
-    for (const char* text : {"", "-", "+", "+-1", ".", "  ", "abc", "1e99", "nan", "inf", "-infinity"}) {
-        float value = 42;
-        EXPECT_FALSE(read_number(text, value)) << text;
-        EXPECT_EQ(value, 42);
-    }
+    for (const char* text : {"", "-", "+", ".", ",", "  ", "1e", "1e-", "-.", "2,5e+"})
+        EXPECT_EQ(read_number(text).state, number_state::unfinished) << text;
+    for (const char* text : {"+-1", "abc", "1e99", "1e-50", "nan", "inf", "-infinity", "in", "7nm", "12abc", "0x10",
+                             "1d3", "1 2", "1,234.5", "1.234.5", "--5", "- 5"})
+        EXPECT_EQ(read_number(text).state, number_state::wrong) << text;
+    EXPECT_EQ(full_text_of(1.2000002f), "1.2000002");
 }
 
 }  // namespace

@@ -1,0 +1,117 @@
+// Copied and pasted parameters, the table of coefficients, the window with the conventions.
+#include "tests/windows/at_the_panel.h"
+
+#include "host/windows/clipboard.h"
+#include "host/windows/resource.h"
+#include "lens/electron.h"
+
+#include <numbers>
+#include <sstream>
+
+namespace windows_tests {
+namespace {
+
+class in_the_menus : public at_the_panel
+{
+  protected:
+    HWND wave() { return program_->wave_window().handle(); }
+    void choose_item(int id)
+    {
+        SendMessageW(wave(), WM_COMMAND, static_cast<WPARAM>(id), 0);
+        settle();
+    }
+    std::string copied(int id)
+    {
+        choose_item(id);
+        return pasted_text(wave());
+    }
+};
+
+TEST_F(in_the_menus, CopiedOptionsMakeTheSameWaveAndEveryTextCanBePasted)
+{
+    start();
+    of_page(1, 5088).type("12.5");
+    of_page(1, 5004).send(TBM_SETPOS, TRUE, 135);
+    of_page(0, 5003).type("-3.3");
+    settle();
+    const auto shown_wave = result();
+    const std::string options = copied(IDM_COPY_OPTIONS), object = copied(IDM_COPY_JSON);
+    EXPECT_EQ(options, "--kv 300 --pixel 0.05 --C1 -3.3 --A1 12.5@135 --envelope off");
+    EXPECT_EQ(program_->said(), "Copied: {");
+    EXPECT_EQ(copied(IDM_COPY_PYTHON),
+              "zentrix.correct(wave, kv=300, pixel=0.05, C1=-3.3, A1=(12.5, 135), envelope=\"off\")");
+    EXPECT_TRUE(copied(IDM_COPY_SCRIPT).starts_with("ZXWTFMulDLL( spectrum, 0.00196874"));
+
+    std::istringstream stream{options};
+    const std::vector<std::string> words{std::istream_iterator<std::string>{stream}, {}};
+    const auto done = bench_.zentrix(support::joined({"correct", "wave.npy", "-o", "again.npy"}, words));
+    EXPECT_EQ(done.code, 0) << done.err;
+    EXPECT_TRUE(support::same_bytes(shown_wave, support::pixels_of<complex>(bench_ / "again.npy")));
+
+    for (const std::string& text : {options, object}) {
+        of_page(0, 5003).type("7");
+        of_page(1, 5092).type("9");
+        copy_text(wave(), text);
+        choose_item(IDM_PASTE);
+        EXPECT_TRUE(support::same_bytes(result(), shown_wave)) << text;
+        EXPECT_EQ(item(IDM_UNDO), "&Undo paste\tCtrl+Z");
+    }
+    copy_text(wave(), "--C1 -9 --A1 two");
+    choose_item(IDM_PASTE);
+    EXPECT_TRUE(support::same_bytes(result(), shown_wave)) << "as it was";
+}
+
+TEST_F(in_the_menus, TheTableFollowsTheKnobsAndMarksWhatMatters)
+{
+    start();
+    SetForegroundWindow(wave());
+    type_key(VK_F8);
+    ASSERT_TRUE(program_->table());
+    const auto row = [&](int index) {
+        std::string text;
+        for (int i = 0; i < coefficient_table::columns; ++i) text += (i ? "|" : "") + program_->table()->cell(index, i);
+        return text;
+    };
+    EXPECT_EQ(row(0), "C1|0|nm||0.00|");
+    of_page(0, 5003).type("-2");  // pi lambda C1 g^2 at 10 1/nm
+    of_page(1, 5088).type("1");
+    of_page(1, 5004).send(TBM_SETPOS, TRUE, 135);
+    settle();
+    EXPECT_EQ(row(0), "C1|-2|nm||1.24|yes");
+    EXPECT_EQ(row(1), "A1|1|nm|135\u00b0|0.62|");
+    EXPECT_EQ(row(5), "S3|0|\u00b5m|0\u00b0|0.00|");
+    EXPECT_EQ(program_->table()->heading(),
+              "Phase shift of each coefficient alone at the Nyquist frequency, 10 1/nm "
+              "(0.1 nm). Above \u03c0/4 it is visible.");
+    of_page(0, 5003).type("3e38");
+    EXPECT_EQ(program_->table()->heading(), "C1 is too large.");
+    SendMessageW(program_->table()->handle(), WM_CLOSE, 0, 0);
+    EXPECT_FALSE(program_->table()->visible());
+}
+
+/// The mean place, relative to the centre, of the pixels of a picture that are brighter than most, as a direction.
+double direction_of_tail(const picture& shown)
+{
+    double right = 0, up = 0;
+    for (int y = 0; y < shown.height; ++y)
+        for (int x = 0; x < shown.width; ++x) {
+            const double weight = shown.bytes[static_cast<std::size_t>(y * shown.width + x)] > 60 ? 1 : 0;
+            right += weight * (x - shown.width / 2);
+            up -= weight * (y - shown.height / 2);
+        }
+    return std::atan2(up, right) * 180 / std::numbers::pi;
+}
+
+TEST_F(in_the_menus, TheConventionsAreShownInPicturesOfTheLibrary)
+{
+    start();
+    SetForegroundWindow(wave());
+    type_key(VK_F1);
+    ASSERT_TRUE(program_->conventions() && program_->conventions()->visible());
+    EXPECT_NEAR(direction_of_tail(test_pictures(engine_).at(1).shown), 60, 3);
+    SendMessageW(program_->conventions()->handle(), WM_KEYDOWN, VK_ESCAPE, 1);
+    EXPECT_FALSE(program_->conventions()->visible());
+}
+
+}  // namespace
+}  // namespace windows_tests
