@@ -15,9 +15,15 @@ if(ZENTRIX_SANITIZE)
         $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)  # false positives in GCC 12's instrumented std::variant
     target_link_options(zentrix_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(ZENTRIX_SANITIZE_THREADS)
+    target_compile_options(zentrix_options INTERFACE -fsanitize=thread -fno-omit-frame-pointer)
+    target_link_options(zentrix_options INTERFACE -fsanitize=thread)
+endif()
 if(ZENTRIX_LIBFUZZER)
-    # Clang's warnings are clang-tidy's task.
-    target_compile_options(zentrix_options INTERFACE -fsanitize=fuzzer-no-link -Wno-error)
+    target_compile_options(zentrix_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+    target_compile_options(zentrix_options INTERFACE -Wno-error)  # its warnings are clang-tidy's task
 endif()
 
 # Kernels: loops over pixels. Neither flag changes a result; both allow comparisons and clamps to be vectorised.

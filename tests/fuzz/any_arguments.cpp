@@ -18,7 +18,7 @@ constexpr std::uint32_t common_codes[] = {HOST_ELEMENT_FLOAT32, HOST_ELEMENT_FLO
                                           HOST_ELEMENT_COMPLEX128};
 
 template <class T>
-void fill_as(unsigned char* bytes, std::size_t count, std::mt19937& random, contents what)
+void fill_as(unsigned char* bytes, std::size_t count, generator& random, contents what)
 {
     for (std::size_t i = 0; i < count; ++i) {
         const T value = pixel<T>(random, what);
@@ -27,7 +27,7 @@ void fill_as(unsigned char* bytes, std::size_t count, std::mt19937& random, cont
 }
 
 /// Fills memory with numbers of the element's kind.
-void fill(unsigned char* bytes, std::size_t size, const element& type, std::mt19937 random, contents what)
+void fill(unsigned char* bytes, std::size_t size, const element& type, generator random, contents what)
 {
     switch (type.code) {
         case HOST_ELEMENT_FLOAT32:
@@ -42,7 +42,7 @@ double any_real(input& from)
 {
     constexpr double ordinary[] = {0, 0.5, 1, 2, -1, 3.5, 0.01, 10, 20};
     if (from.coin()) return from.pick(ordinary);
-    std::mt19937 random = from.generator();
+    generator random = from.random();
     return awkward<double>(random);
 }
 
@@ -158,10 +158,16 @@ any_arguments::any_arguments(input& from, const prototype& of) : function_{of.na
     for (const auto& parameter : of.parameters) values_.push_back(any_value(from, parameter.type));
 }
 
-std::string any_arguments::state() const
+std::string any_arguments::value_bytes() const
 {
     std::string bytes;
     for (const script_value& value : values_) bytes += bytes_of(value);
+    return bytes;
+}
+
+std::string any_arguments::state() const
+{
+    std::string bytes = value_bytes();
     for (const auto& one : memories_) append(bytes, one->bytes.data(), one->bytes.size());
     return bytes;
 }
@@ -213,7 +219,7 @@ image_ref any_arguments::new_image(input& from)
     const std::size_t size = static_cast<std::size_t>(distance) * type.bytes;
     room->bytes.assign(size + 2 * guard, pattern);
     const auto what = static_cast<contents>(from.below(3));
-    fill(room->bytes.data() + guard, size, type, from.generator(), what);
+    fill(room->bytes.data() + guard, size, type, from.random(), what);
     const bool is_writable = from.below(8) != 0;
     memories_.push_back(room);
     return image::over("image", code, room->bytes.data() + guard + origin * static_cast<std::ptrdiff_t>(type.bytes),

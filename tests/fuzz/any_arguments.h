@@ -23,6 +23,8 @@ class any_arguments
     const std::vector<zentrix::host::image_ref>& images() const { return images_; }
     /// Whether two images share memory without being the same.
     bool overlap() const { return overlap_; }
+    /// Numbers, texts and pixels, without the gaps between pixels.
+    std::string value_bytes() const;
     /// All memory of the images with the gaps between pixels, and the outputs, as bytes.
     std::string state() const;
     /// Ends the process when memory around the images was written, or an image is still locked.

@@ -1,6 +1,9 @@
-// Runs a harness without libFuzzer: NAME_fuzz [--runs=N] [--seed=N] [--max-length=N] [--write-seeds=FOLDER] [FILE...]
+// Runs a harness without libFuzzer: NAME_fuzz [--runs=N] [--seed=N] [--curve=N] [--write-seeds=FOLDER] [FILE...]
 // First the seeds, or the files if there are any, then N inputs that are random changes of them. The same options give
-// the same inputs. An input that ends the process is left in the file "crash-input".
+// the same inputs. --curve prints what the process uses after every N of them. A sanitizer that ends the process leaves
+// the input in the file "crash-input".
+#include <malloc.h>
+
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -14,7 +17,7 @@ namespace {
 
 struct request
 {
-    std::size_t runs = 1000, longest = 4096;
+    std::size_t runs = 1000, curve = 0;
     std::uint32_t seed = 1;
     std::vector<std::string> files;
 };
@@ -32,7 +35,7 @@ void run(const std::string& input)
     LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(current.data()), current.size());
 }
 
-void change_once(std::string& text, const std::vector<std::string>& others, std::mt19937& random)
+void change_once(std::string& text, const std::vector<std::string>& others, fuzz::generator& random)
 {
     constexpr std::uint64_t edges[] = {0,      1,      0x7f,       0x80,       0xff,      0x7fff,
                                        0x8000, 0xffff, 0x7fffffff, 0x80000000, 0xffffffff};
@@ -64,7 +67,9 @@ void change_once(std::string& text, const std::vector<std::string>& others, std:
     }
 }
 
-std::string changed(const std::vector<std::string>& from, std::mt19937& random, std::size_t longest)
+constexpr std::size_t longest = 4096;
+
+std::string changed(const std::vector<std::string>& from, fuzz::generator& random)
 {
     std::string result = from[random() % from.size()];
     if (random() % 8 == 0) {
@@ -74,6 +79,23 @@ std::string changed(const std::vector<std::string>& from, std::mt19937& random, 
     for (std::size_t i = 1 + random() % 6; i > 0; --i) change_once(result, from, random);
     result.resize(std::min(result.size(), longest));
     return result;
+}
+
+std::size_t entries_of(const char* folder)
+{
+    const std::filesystem::directory_iterator all{folder};
+    return static_cast<std::size_t>(std::distance(begin(all), end(all)));
+}
+
+/// Memory in use and of the process, open files, threads.
+void print_usage(std::size_t executions)
+{
+    std::size_t pages = 0, ignored = 0;
+    std::ifstream{"/proc/self/statm"} >> ignored >> pages;
+    std::printf("%10zu executions  %8.2f MiB allocated  %7.1f MiB resident  %3zu files  %2zu threads\n", executions,
+                static_cast<double>(mallinfo2().uordblks) / 1048576, static_cast<double>(pages) / 256,
+                entries_of("/proc/self/fd"), entries_of("/proc/self/task"));
+    std::fflush(stdout);
 }
 
 request read_request(int argc, char** argv)
@@ -88,8 +110,8 @@ request read_request(int argc, char** argv)
             made.runs = value("--runs=");
         else if (word.starts_with("--seed="))
             made.seed = static_cast<std::uint32_t>(value("--seed="));
-        else if (word.starts_with("--max-length="))
-            made.longest = value("--max-length=");
+        else if (word.starts_with("--curve="))
+            made.curve = value("--curve=");
         else
             made.files.push_back(word);
     }
@@ -113,9 +135,12 @@ int main(int argc, char** argv)
     if (start.empty()) start = fuzz::seeds();
     const auto begin = std::chrono::steady_clock::now();
     for (const std::string& input : start) run(input);
-    std::mt19937 random{asked.seed};
+    fuzz::generator random{asked.seed};
     if (asked.files.empty())
-        for (std::size_t i = 0; i < asked.runs; ++i) run(changed(start, random, asked.longest));
+        for (std::size_t i = 0; i < asked.runs; ++i) {
+            if (asked.curve > 0 && i % asked.curve == 0) print_usage(i);
+            run(changed(start, random));
+        }
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
     std::printf("%zu executions in %.1f s\n", start.size() + (asked.files.empty() ? asked.runs : 0), seconds);
 }

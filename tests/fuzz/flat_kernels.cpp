@@ -33,7 +33,7 @@ class guarded
         const std::vector<T> all = memory_.pixels();
         return {all.begin() + static_cast<std::ptrdiff_t>(offset_), all.end()};
     }
-    void fill(std::mt19937 random, contents what) { memory_.fill(random, what); }
+    void fill(generator random, contents what) { memory_.fill(random, what); }
 
   private:
     strided<T> memory_;
@@ -47,18 +47,18 @@ struct sequence
         : count{from.coin() ? from.below(300) : from.below(70)},
           offset{from.below(8)},
           what{static_cast<contents>(from.below(3))},
-          random{from.generator()}
+          random{from.random()}
     {}
     template <class T>
     std::unique_ptr<guarded<T>> source()
     {
         auto made = std::make_unique<guarded<T>>(count, offset);
-        made->fill(std::mt19937{random()}, what);
+        made->fill(generator{random()}, what);
         return made;
     }
     std::size_t count, offset;
     contents what;
-    std::mt19937 random;
+    generator random;
     std::ptrdiff_t length() const { return static_cast<std::ptrdiff_t>(count); }
 };
 
@@ -161,7 +161,7 @@ void check_wave_transfer(input& from)
     const bool in_place = from.coin();
     const auto what = static_cast<contents>(from.below(3));
     const auto lens_contents = from.coin() ? contents::awkward : contents::ordinary;
-    std::mt19937 random = from.generator();
+    generator random = from.random();
     guarded<complex> source{static_cast<std::size_t>(width * height), 0};
     source.fill(random, what);
     const auto number = [&] { return pixel<float>(random, lens_contents) / 100; };
@@ -190,12 +190,12 @@ void check_shifter(input& from)
     const std::size_t width = 1 + from.below(70), height = 1 + from.below(20);
     const auto room = static_cast<std::ptrdiff_t>(from.below(width * height + 1));
     guarded<complex> source{width * height, from.below(2)};
-    source.fill(from.generator(), contents::awkward);
+    source.fill(from.random(), contents::awkward);
     compare_variants(
         "shifter", shifter_variants(),
         [&](auto& kernel) {
             guarded<complex> result{width * height, 0};
-            result.fill(std::mt19937{}, contents::tied);
+            result.fill(generator{}, contents::tied);
             kernel(source.data(), result.data(), static_cast<std::ptrdiff_t>(width),
                    static_cast<std::ptrdiff_t>(height), room);
             return result.copy();
@@ -211,7 +211,7 @@ void check_goldstein(input& from)
     const auto what = static_cast<contents>(from.below(3));
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     guarded<float> phase{count, 0};
-    phase.fill(from.generator(), what);
+    phase.fill(from.random(), what);
     if (what == contents::ordinary)  // in the range of phases
         for (std::size_t i = 0; i < count; ++i) phase.data()[i] = std::remainder(phase.data()[i], 6.2831853f);
     compare_variants(

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <random>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -28,6 +27,24 @@ std::vector<std::string> seeds();
     std::fprintf(stderr, "fuzz: %s\n", what.c_str());
     std::abort();
 }
+
+/// Random bits, cheap to seed and the same everywhere: the upper halves of splitmix64.
+/// Source  S. Vigna, https://prng.di.unimi.it/splitmix64.c, in the public domain
+class generator
+{
+  public:
+    explicit generator(std::uint32_t seed = 1) : state_{seed} {}
+    std::uint32_t operator()()
+    {
+        std::uint64_t z = state_ += 0x9e3779b97f4a7c15;
+        z = (z ^ (z >> 30)) * 0xbf58476d1ce4e5b9;
+        z = (z ^ (z >> 27)) * 0x94d049bb133111eb;
+        return static_cast<std::uint32_t>((z ^ (z >> 31)) >> 32);
+    }
+
+  private:
+    std::uint64_t state_;
+};
 
 /// Decodes the bytes of an input; after its end all are zero.
 class input
@@ -66,7 +83,7 @@ class input
     std::string rest() { return text(left()); }
     std::size_t left() const { return static_cast<std::size_t>(end_ - at_); }
     /// A generator that the next four bytes seed, for pixels.
-    std::mt19937 generator() { return std::mt19937{number<std::uint32_t>()}; }
+    fuzz::generator random() { return fuzz::generator{number<std::uint32_t>()}; }
 
   private:
     const std::uint8_t *at_, *end_;
@@ -75,7 +92,7 @@ class input
 /// A number of the kinds that break arithmetic: zeros of both signs, infinities, NaN, subnormal, huge and tiny ones,
 /// the limits of integers, and ordinary ones.
 template <class T>
-T awkward(std::mt19937& random)
+T awkward(generator& random)
 {
     using limits = std::numeric_limits<T>;
     if constexpr (std::is_integral_v<T>) {
@@ -112,7 +129,7 @@ enum class contents
 };
 
 template <class T>
-T pixel(std::mt19937& random, contents what)
+T pixel(generator& random, contents what)
 {
     if (what == contents::awkward) return awkward<T>(random);
     if (what == contents::tied) return static_cast<T>(random() % 4);

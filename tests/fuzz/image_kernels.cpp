@@ -27,7 +27,7 @@ std::unique_ptr<strided<T>> any_source(input& from, const extents& sizes)
     const layout how = any_layout(from);
     const contents what = any_contents(from);
     auto made = std::make_unique<strided<T>>(sizes, how);
-    made->fill(from.generator(), what);
+    made->fill(from.random(), what);
     return made;
 }
 
@@ -36,7 +36,7 @@ template <class T, class Run>
 auto result_in(const extents& sizes, const layout& how, Run run)
 {
     strided<T> destination{sizes, how};
-    destination.fill(std::mt19937{}, contents::tied);
+    destination.fill(generator{}, contents::tied);
     run(destination.view());
     destination.check_gaps();
     return destination.pixels();
@@ -224,7 +224,7 @@ void check_transposed_colours(input& from)
                         static_cast<std::ptrdiff_t>(1 + from.below(20)),
                         static_cast<std::ptrdiff_t>(1 + from.below(20))};
     std::vector<colour> source(static_cast<std::size_t>(sizes[0] * sizes[1] * sizes[2]));
-    std::mt19937 random = from.generator();
+    generator random = from.random();
     for (colour& one : source) one = {{std::uint8_t(random()), std::uint8_t(random()), std::uint8_t(random())}};
     const image<colour> view{source.data(), sizes[0], sizes[1], sizes[2]};
     compare_variants(

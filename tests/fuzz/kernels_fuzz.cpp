@@ -20,7 +20,7 @@ const std::vector<check> checks = all_checks();
 
 std::vector<std::string> fuzz::seeds()
 {
-    std::mt19937 random{1};
+    fuzz::generator random{1};
     std::vector<std::string> made;
     for (std::size_t i = 0; i < 8 * checks.size(); ++i) {
         std::string parameters(40, '\0');

@@ -72,7 +72,7 @@ class strided
 
     const qorv::dm::image<T>& view() const { return view_; }
 
-    void fill(std::mt19937 random, contents what)
+    void fill(generator random, contents what)
     {
         each([&](T& value) {
             if constexpr (requires { typename T::value_type; }) {
