@@ -37,8 +37,8 @@ class histogram_strip
     /// The limits after a handle was dragged from a value to another. Black stays below white, by at least a pixel.
     grey_limits dragged(limit_handle handle, grey_limits limits, float from, float to) const;
 
-    /// The histogram, with the greys of its values below, the handles and their values. Counts are drawn by their square
-    /// roots, so that small ones are visible.
+    /// The histogram, with the greys of its values below, the handles and their values. Counts are drawn by their
+    /// square roots, so that small ones are visible.
     /// counts  of equal parts of the range
     picture paint(std::span<const std::uint32_t> counts, grey_limits limits) const;
 

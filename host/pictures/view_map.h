@@ -43,7 +43,8 @@ class view_map
     ///        1 : 1, and at most 64 : 1 or the fitted image
     /// fixed  the point of the area whose part of the image stays there
     void set_zoom(double zoom, point fixed);
-    /// Enlarges by that many steps of a factor of sqrt(2), or reduces. The steps are powers of it, so that 1 : 1 is met.
+    /// Enlarges by that many steps of a factor of sqrt(2), or reduces. The steps are powers of it, so that 1 : 1
+    /// is one of them.
     void step(int steps, point fixed);
     /// Moves the image on the screen.
     void pan(int right, int down);

@@ -27,8 +27,8 @@ struct image_facts
 /// Pictures are requested at the window's resolution when the image has changed, and at the image's own when it has not
 /// changed for a while.
 ///
-/// The user zooms with the wheel at the mouse, with + and -, to 1 : 1 with 1 or Ctrl+0 and to the fitted picture with F;
-/// moves the picture with the mouse or the arrow keys; sees the uncorrected image while Space is held; and drags the
+/// The user zooms with the wheel at the mouse, with + and -, to 1 : 1 with 1 or Ctrl+0 and to the fitted picture with
+/// F; moves the picture with the mouse or the arrow keys; sees the uncorrected image while Space is held; and drags the
 /// limits in the histogram, which A or a double click there makes automatic again.
 class image_window : public window
 {
@@ -53,8 +53,8 @@ class image_window : public window
 
     /// The first part of the title.
     void set_title(const std::string& title);
-    /// Adds a line below the picture: value and position of the pixel under the mouse, the facts and the zoom. Scale bar
-    /// or rings of frequencies are drawn on the picture.
+    /// Adds a line below the picture: value and position of the pixel under the mouse, the facts and the zoom. Scale
+    /// bar or rings of frequencies are drawn on the picture.
     void add_status_line(const image_facts& facts);
     /// To be called when the pixel size has changed.
     void set_pixel_nm(double pixel_nm);
