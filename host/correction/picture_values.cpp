@@ -12,7 +12,7 @@ void show_values(const picture_request& wanted, const std::atomic<bool>& given_u
     shown.automatic = limits_of(sample, wanted.mode);
     shown.limits = wanted.limits.value_or(shown.automatic);
     shown.histogram = histogram_of(sample, shown.automatic, wanted.mode);
-    if (!given_up) paint_picture({*shown.values, wanted.mode, wanted.shades, shown.limits}, shown.shades);
+    if (!given_up) paint_picture({*shown.values, wanted.mode, wanted.shades, shown.limits}, shown.shades, &given_up);
 }
 
 value_histogram histogram_of(std::span<const float> values, grey_limits automatic, display_mode mode)

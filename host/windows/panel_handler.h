@@ -113,7 +113,7 @@ class panel_handler : public script_object
     /// Shows or hides the transfer function and updates the panel's button.
     void set_transfer_function(bool shown);
     /// Makes all later calls do nothing.
-    void detach() noexcept { view_ = nullptr; }
+    void detach();
 
   private:
     panel_handler(engine& engine, const image_ref& wave, const microscope& scope, panel_view& view);

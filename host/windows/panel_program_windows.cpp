@@ -83,7 +83,11 @@ void panel_program::start_timers()
 void panel_program::take_screenshots()
 {
     KillTimer(wave_window_->handle(), screenshot_timer);
-    wave_window_->shown();  // waits for it
+    try {
+        wave_window_->shown();  // waits for it
+    } catch (const std::exception&) {
+        window::report_exception();
+    }
     for (const HWND window : {wave_window_->handle(), frame_->handle()})
         RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
     if (const auto file = std::exchange(options_.screenshot, {}); !file.empty())
