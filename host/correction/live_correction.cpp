@@ -24,6 +24,7 @@ void live_correction::set(const lens::optics& setup, lens::damping envelope)
     setup_ = setup;
     envelope_ = envelope;
     stale_ = true;
+    result_ = nullptr;  // its memory may be used for the next picture
     failure_.clear();
     ++version_;
 }
@@ -55,7 +56,7 @@ const image_ref& live_correction::result()
     if (!failure_.empty()) throw script_error{failure_};
     if (!stale_) return result_;
     try {
-        if (result_.use_count() > 1) result_ = spectrum_->clone();
+        if (!result_) result_ = spectrum_->clone();
         multiply(spectrum_, result_);
         transform_.backward(pixels_of(result_));
     } catch (const std::bad_alloc&) {
@@ -89,6 +90,7 @@ void live_correction::use_spectrum(const image_ref& spectrum)
 {
     spectrum_ = spectrum;
     stale_ = true;
+    result_ = nullptr;
     ++version_;
 }
 

@@ -25,7 +25,7 @@ class live_correction
     void set_failure(const std::string& text);
     /// The reason why there is no result; empty: none is known.
     const std::string& failure() const noexcept { return failure_; }
-    /// The corrected wave. The next result is in another image if somebody else still has a reference to this one.
+    /// The corrected wave; in another image after each `set`.
     /// Throws  script_error with the library's message, or "There is not enough memory for this picture."; the same
     ///         again until the next `set`
     const image_ref& result();

@@ -114,9 +114,12 @@ const image_ref& live_pictures::part_for(const spectrum_cut& cut)
 
 image_ref live_pictures::unused_image(spectrum_size size)
 {
-    std::erase_if(memory_, [&](const image_ref& one) { return size_of(*one) != size; });
+    const spectrum_size whole{width(), height()};  // kept for the next rest of the knob
+    std::erase_if(memory_, [&](const image_ref& one) {
+        return one.use_count() == 1 && size_of(*one) != size && size_of(*one) != whole;
+    });
     for (const auto& one : memory_)
-        if (one.use_count() == 1) return one;
+        if (one.use_count() == 1 && size_of(*one) == size) return one;
     return memory_.emplace_back(wave_of(size));
 }
 

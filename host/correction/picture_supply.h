@@ -17,10 +17,10 @@ struct picture_request
 {
     display_mode mode = display_mode::modulus;
     palette shades = palette::grey;
-    std::optional<grey_limits> limits;  ///< of grey; nothing: sampled_limits of the rendered values
-    bool uncorrected = false;           ///< the source instead of the corrected wave
-    double zoom = 1;                    ///< screen pixels for each pixel of the image, more than 0
-    bool full = false;                  ///< full resolution, whatever the zoom. May take long
+    std::optional<grey_limits> limits = {};  ///< of grey; nothing: sampled_limits of the rendered values
+    bool uncorrected = false;                ///< the source instead of the corrected wave
+    double zoom = 1;                         ///< screen pixels for each pixel of the image, more than 0
+    bool full = false;                       ///< full resolution, whatever the zoom. May take long
 };
 
 /// How many of the displayed values are where. Bin i has those from black + i * width to black + (i + 1) * width, width

@@ -36,6 +36,12 @@ rendered_picture staged_pictures::wait_for(const picture_request& wanted)
     }
 }
 
+void staged_pictures::give_up()
+{
+    waiting_ = std::nullopt;
+    worker_.give_up();
+}
+
 void staged_pictures::collect()
 {
     auto picture = worker_.take();

@@ -18,11 +18,13 @@ class staged_pictures : public picture_supply
     std::uint64_t request(const picture_request& wanted) override;
     std::optional<rendered_picture> take() override;
     rendered_picture wait_for(const picture_request& wanted) override;
+    /// Forgets the waiting request and asks the running work to end soon. Returns at once.
+    void give_up();
 
   protected:
     struct second_stage
     {
-        picture_worker::job work;
+        picture_worker::job work;  ///< must not use this object, of which it may see the end
         bool is_slow = false;
         std::function<void()> taken = [] {};  ///< called on the user's thread after `work`, unless it was given up
     };

@@ -129,7 +129,7 @@ sideband sideband_at(engine& engine, const image_ref& hologram, std::complex<dou
     sideband found{expected, std::sqrt(score), 0, power.is_peak(nearest)};
     const auto refined =
         refine_carrier(static_cast<const float*>(tapered->data()), power.width(), power.height(), start);
-    if (found.height >= least_height && std::abs(refined - expected) <= 3) found.at = refined;
+    if (found.is_peak && found.height >= least_height && std::abs(refined - expected) <= 3) found.at = refined;
     return found;
 }
 

@@ -39,7 +39,7 @@ void picture_painter::paint_row(int y, std::span<float> values, std::uint8_t* by
         greys_.shade(values, bytes);
 }
 
-void paint_picture(const picture_painter& painter, picture& painted)
+void paint_picture(const picture_painter& painter, picture& painted, const std::atomic<bool>* given_up)
 {
     const auto width = static_cast<std::size_t>(painter.width()), height = static_cast<std::size_t>(painter.height());
     const std::size_t row_bytes = width * static_cast<std::size_t>(painter.channels());
@@ -51,6 +51,7 @@ void paint_picture(const picture_painter& painter, picture& painted)
     std::vector<std::vector<float>> values(static_cast<std::size_t>(threads),
                                            std::vector<float>(painter.values_per_row()));
     for_each_row(painted.height, threads, [&](std::size_t thread, std::size_t y) {
+        if (given_up && *given_up) return;
         painter.paint_row(static_cast<int>(y), values[thread], &painted.bytes[row_bytes * y]);
     });
 }

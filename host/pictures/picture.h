@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -59,7 +60,8 @@ class picture_painter
 };
 
 /// Replaces `painted` by the whole picture, on all processors. Its memory is used again if the size is the same.
-/// Throws  std::bad_alloc
-void paint_picture(const picture_painter& painter, picture& painted);
+/// given_up  makes this return soon when it becomes true; the picture is then incomplete. Null: never
+/// Throws    std::bad_alloc
+void paint_picture(const picture_painter& painter, picture& painted, const std::atomic<bool>* given_up = nullptr);
 
 }  // namespace zentrix::host

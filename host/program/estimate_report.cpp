@@ -85,8 +85,8 @@ host::parameter_set parameters_with(const host::parameter_set& settled, const ho
 json record_of(const std::string& wave, const host::parameter_set& parameters, const host::estimate& found,
                const global_options& global)
 {
-    std::string command = "zentrix";
-    for (const std::string& word : global.words) command += " " + word;
+    std::vector<std::string> command = global.words;
+    command.insert(command.begin(), "zentrix");
     const auto input = host::input_of(wave);
     return {{"command", command},
             {"program", host::program_facts({}, global.use_simd)},

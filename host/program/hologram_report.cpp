@@ -1,6 +1,6 @@
 #include "host/program/hologram_report.h"
 
-#include <cmath>
+#include <charconv>
 #include <sstream>
 
 #include "host/program/describe.h"
@@ -12,14 +12,13 @@ namespace {
 
 using host::number_text;
 
-double rounded(double value, int digits)
+/// Four digits.
+std::string short_text(double value)
 {
-    if (value == 0 || !std::isfinite(value)) return value;
-    const double factor = std::pow(10.0, digits - std::ceil(std::log10(std::abs(value))));
-    return std::round(value * factor) / factor;
+    char digits[32];
+    const auto written = std::to_chars(digits, digits + sizeof digits, value, std::chars_format::scientific, 3);
+    return number_text(host::parse_number<double>({digits, written.ptr}).value_or(value));
 }
-
-std::string short_text(double value) { return number_text(rounded(value, 4)); }
 
 /// "3.79 pixels (3.486 nm)"
 std::string length_text(double pixels, double pixel_nm)

@@ -23,6 +23,9 @@ struct batch_option
 constexpr batch_option batch_options[] = {{"-o", 1},     {"--output", 1}, {"--png", 1},    {"--cuts", 1},
                                           {"--wave", 1}, {"--jobs", 1},   {"--suffix", 1}, {"--continue", 0}};
 
+/// Options whose value is a file that may be an input, too.
+constexpr std::string_view options_of_files[] = {"--reference", "--mask", "--params", "--limits-of"};
+
 /// How many words an option of a batch takes, its values included; 0 for all other words.
 int words_of_batch_option(const std::string& word)
 {
@@ -51,7 +54,8 @@ std::vector<std::string> command_for(const host::file_task& task, const many_fil
         const std::string& word = global.words[i];
         if (const int count = words_of_batch_option(word); count > 0)
             i += static_cast<std::size_t>(count) - 1;
-        else if (std::ranges::find(files.inputs, word) == files.inputs.end())
+        else if (std::ranges::find(files.inputs, word) == files.inputs.end() ||
+                 (i > 0 && std::ranges::find(options_of_files, global.words[i - 1]) != std::end(options_of_files)))
             command.push_back(word);
     }
     command.push_back(task.input);

@@ -194,6 +194,14 @@ void panel_handler::edit_microscope()
     }
 }
 
+void panel_handler::detach()
+{
+    view_ = nullptr;
+    pictures_.give_up();
+    transfer_pictures_.give_up();
+    diffractograms_.give_up();
+}
+
 image_ref panel_handler::transfer_function() const
 {
     return transfer_function_image(engine_, optics(), correction_.width(), correction_.height());

@@ -87,7 +87,9 @@ def test_the_other_sideband_has_the_conjugate_wave():
     assert found.sideband == pytest.approx((40.4, 30.3), abs=0.05)
     assert np.abs(zentrix.hologram(holo, vacuum, sideband="other") - lower.conj()).max() < 1e-4
     given = zentrix.hologram(holo, vacuum, sideband=(-40, -30), report=True)[1]
-    assert given.sideband == pytest.approx((-40.4, -30.3), abs=0.05) and given.distinction is None
+    assert given.sideband == pytest.approx((-40.4, -30.3), abs=0.05) and given.distinction is None and not given.doubtful
+    with pytest.warns(UserWarning, match="no clear peak at the given position"):
+        assert zentrix.hologram(holo, vacuum, sideband=(-40, 60), report=True)[1].doubtful
 
 
 def test_weak_reference_fades_to_zero():
@@ -136,6 +138,9 @@ GOOD = record(specimen(), (40, 50))
         ((GOOD[0],), {}, r"of shape \(y, x\) or \(z, y, x\)"),
         ((GOOD, GOOD[:-1]), {}, "does not fit the hologram"),
         ((np.where(GOOD > 2.5, np.nan, GOOD),), {}, "pixels of the hologram are infinite or not a number"),
+        ((GOOD, np.where(GOOD > 2.5, np.nan, GOOD)), {}, "reference: .* pixels of the reference are infinite"),
+        ((GOOD, np.ones_like(GOOD)), {}, "reference: No fringes were found"),
+        ((np.stack([GOOD] * 3, axis=-1),), {}, r"\(256, 256, 3\) looks like a colour picture"),
         ((GOOD[:20],), {}, "at least 32 x 32"),
         ((GOOD,), {"radius": 70}, "reaches the centre of the transform"),
         ((GOOD,), {"flank": -1}, "between 0 and the radius"),

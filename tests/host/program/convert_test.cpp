@@ -32,6 +32,10 @@ TEST(Convert, TranslatesFilesWordsAndOptions)
          "A1                              14 nm\nphiA1                2.53072741539 rad\n"},
         {"bad.json", "1 zentrix: bad.json: \"A7\" is not a parameter\n"},
         {"C10=-620", "2 zentrix: C10 needs a unit: C10=-620nm or C10=-620A\n"},
+        {"C12",
+         "2 zentrix: C12 is not a file. Give a coefficient with its value: NAME=NUMBER or NAME=NUMBERUNIT, such as "
+         "C12=140A\n"},
+        {"A7", "1 zentrix: A7: there is no such file\n"},
         {"C1=x", "2 zentrix: C1=x: expected NAME=NUMBER or NAME=NUMBERUNIT, such as C10=-62nm\n"},
         {"C1=1 C1=1", "2 zentrix: C1 is given twice\n"},
         {"a.json b.json", "2 zentrix: one file can be converted, not 2\n"},
