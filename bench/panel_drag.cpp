@@ -105,7 +105,7 @@ void resize_picture(image_window& shown, LONG side)
     GetWindowRect(shown.handle(), &window);
     GetClientRect(shown.handle(), &client);
     SetWindowPos(shown.handle(), nullptr, 0, 0, window.right - window.left - client.right + side,
-                 window.bottom - window.top - client.bottom + side + shown.status_height(),
+                 window.bottom - window.top - client.bottom + side + shown.height_below_picture(),
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

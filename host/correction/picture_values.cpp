@@ -21,8 +21,9 @@ value_histogram histogram_of(std::span<const float> values, grey_limits automati
     constexpr auto pi = std::numbers::pi_v<float>;
     const float distance = automatic.white - automatic.black;
     const float margin = distance > 0 ? distance / 2 : std::max(1e-3F, std::abs(automatic.black) / 2);
-    histogram.range = mode == display_mode::phase ? grey_limits{-pi, pi}
-                                                  : grey_limits{automatic.black - margin, automatic.white + margin};
+    histogram.range = {automatic.black - margin, automatic.white + margin};
+    if (mode == display_mode::phase)
+        histogram.range = {std::max(histogram.range.black, -pi), std::min(histogram.range.white, pi)};
     const auto [black, white] = histogram.range;
     const double bins = static_cast<double>(histogram.counts.size());
     const double per_value = bins / (static_cast<double>(white) - static_cast<double>(black));

@@ -12,7 +12,7 @@ namespace zentrix::host {
 void show_values(const picture_request& wanted, const std::atomic<bool>& given_up, rendered_picture& shown);
 
 /// The histogram of displayed values.
-/// automatic  their limits; the range is by half of their distance wider on each side, or that of all phases
+/// automatic  their limits; the range is by half of their distance wider on each side, within that of all phases
 value_histogram histogram_of(std::span<const float> values, grey_limits automatic, display_mode mode);
 
 }  // namespace zentrix::host

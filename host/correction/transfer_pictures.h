@@ -10,7 +10,8 @@ namespace zentrix::host {
 
 /// Pictures of the phase contrast transfer function: sin(chi), damped by the envelope; real, from -1 to 1, zero
 /// frequency at (width / 2, height / 2). In each resolution, the frequency 1 / (2 pixel) is at the edges. The first
-/// stage is the library's transfer function.
+/// stage is the library's transfer function. Where the function is undersampled in the picture's
+/// resolution, the picture is undersampled_ink.
 class transfer_pictures : public staged_pictures
 {
   public:

@@ -110,8 +110,8 @@ band_model::band_model(const wave_spectrum& spectrum, double resolution, const l
 void band_model::cut_out(const wave_spectrum& spectrum)
 {
     const auto arguments = lens::arguments_for(base_, 2, 2, lens::direction::apply);
-    // The transform back divides by the number of pixels of the cut-out. The mean modulus becomes 1.
-    const double scale = static_cast<double>(width_ * height_) / spectrum.modulus;
+    // The transform back divides by the number of pixels of the cut-out.
+    const auto scale = static_cast<double>(width_ * height_);
     constexpr double least_envelope = 0.2;
     double gains = 0;
     for (std::ptrdiff_t y = 0; y < height_; ++y) {

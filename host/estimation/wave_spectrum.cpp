@@ -64,23 +64,23 @@ std::size_t end_of_support(const ring_powers& rings, std::size_t nyquist_ring)
 }
 
 /// The rms difference of pixels across the seam of opposite edges over that of neighbours inside.
-double seam_ratio(const image& wave, const pixel_region& at)
+double seam_ratio(const wave_spectrum& wave)
 {
     const auto pixel = [&](std::ptrdiff_t x, std::ptrdiff_t y) {
-        return const_cast<image&>(wave).at<std::complex<float>>(at.x + x, at.y + y);
+        return wave.values[static_cast<std::size_t>(y * wave.width + x)];
     };
     double seam = 0, inside = 0;
-    for (std::ptrdiff_t y = 0; y < at.height; ++y) {
-        seam += std::norm(pixel(0, y) - pixel(at.width - 1, y)) / static_cast<double>(at.width);
-        for (std::ptrdiff_t x = 1; x < at.width; ++x)
-            inside += std::norm(pixel(x, y) - pixel(x - 1, y)) / static_cast<double>(at.width) /
-                      static_cast<double>(at.width - 1);
+    for (std::ptrdiff_t y = 0; y < wave.height; ++y) {
+        seam += std::norm(pixel(0, y) - pixel(wave.width - 1, y)) / static_cast<double>(wave.width);
+        for (std::ptrdiff_t x = 1; x < wave.width; ++x)
+            inside += std::norm(pixel(x, y) - pixel(x - 1, y)) / static_cast<double>(wave.width) /
+                      static_cast<double>(wave.width - 1);
     }
-    for (std::ptrdiff_t x = 0; x < at.width; ++x) {
-        seam += std::norm(pixel(x, 0) - pixel(x, at.height - 1)) / static_cast<double>(at.height);
-        for (std::ptrdiff_t y = 1; y < at.height; ++y)
-            inside += std::norm(pixel(x, y) - pixel(x, y - 1)) / static_cast<double>(at.height) /
-                      static_cast<double>(at.height - 1);
+    for (std::ptrdiff_t x = 0; x < wave.width; ++x) {
+        seam += std::norm(pixel(x, 0) - pixel(x, wave.height - 1)) / static_cast<double>(wave.height);
+        for (std::ptrdiff_t y = 1; y < wave.height; ++y)
+            inside += std::norm(pixel(x, y) - pixel(x, y - 1)) / static_cast<double>(wave.height) /
+                      static_cast<double>(wave.height - 1);
     }
     return inside > 0 ? std::sqrt(seam / inside) : 1;
 }
@@ -117,12 +117,12 @@ void judge_noise(wave_spectrum& spectrum)
     std::ranges::sort(outer);
     const double level = outer[outer.size() / 2] / std::numbers::ln2;
     const double pixels = static_cast<double>(spectrum.width) * static_cast<double>(spectrum.height);
-    spectrum.noise = std::sqrt(level * pixels) / spectrum.modulus;
+    spectrum.noise = std::sqrt(level * pixels);
 
     double scattered = 0;
     for (std::size_t i = 0; i < last; ++i)
         scattered += std::max(rings.mean[i] - level, 0.0) * static_cast<double>(rings.count[i]);
-    spectrum.scattered = std::sqrt(scattered) / spectrum.modulus;
+    spectrum.scattered = std::sqrt(scattered);
     // Single rings fluctuate, so that several have to be above the noise.
     const auto end_of_signal = [&](double least_share) {
         const std::size_t first = std::min<std::size_t>(last, 4);
@@ -155,10 +155,12 @@ wave_spectrum spectrum_of(const image& wave, const pixel_region& region, double 
             modulus += std::abs(spectrum.values.back());
         }
     const auto count = static_cast<double>(spectrum.values.size());
-    spectrum.modulus = modulus / count;
-    if (!(spectrum.modulus > 0) || !std::isfinite(spectrum.modulus))
+    modulus /= count;
+    if (!(modulus > 0) || !std::isfinite(modulus))
         throw std::invalid_argument{"The wave has no modulus: it is zero or not finite."};
-    spectrum.edges_meet = seam_ratio(wave, region) < 1.5;
+    // Squares of huge or tiny moduli would not fit into single precision.
+    for (auto& value : spectrum.values) value = std::complex<float>{std::complex<double>{value} / modulus};
+    spectrum.edges_meet = seam_ratio(spectrum) < 1.5;
     if (!spectrum.edges_meet) taper(spectrum.values, region.width, region.height);
     forward_fft(spectrum.values.data(), region.width, region.height);
     const auto scale = static_cast<float>(1 / count);

@@ -149,7 +149,6 @@ void drawing::surround(double width, rgb ink, double opacity)
     for (int y = 0; y < height_; ++y)
         for (int x = 0; x < width_; ++x) {
             const shade& drawn = at(x, y);
-            const auto level = [](float part) { return static_cast<std::uint8_t>(std::lround(part)); };
             below.set(x, y, {level(drawn.red), level(drawn.green), level(drawn.blue)},
                       static_cast<double>(drawn.opacity));
         }

@@ -55,6 +55,17 @@ class drawing
     /// Surrounds all that is drawn so far with `ink`, for contrast with a picture below. width: [pixels]
     void surround(double width, rgb ink, double opacity);
 
+    /// Calls `use(x, y, ink, opacity)` for all pixels that are not transparent.
+    template <class F>
+    void for_each_ink(F&& use) const
+    {
+        const shade* drawn = shades_.data();
+        for (int y = 0; y < height_; ++y)
+            for (int x = 0; x < width_; ++x, ++drawn)
+                if (drawn->opacity > 0)
+                    use(x, y, rgb{level(drawn->red), level(drawn->green), level(drawn->blue)}, drawn->opacity);
+    }
+
     /// Draws row y on a row of red, green and blue; its first pixel is at `row`.
     void paint_over(int y, std::uint8_t* row) const;
 
@@ -64,6 +75,7 @@ class drawing
         float red = 0, green = 0, blue = 0, opacity = 0;  ///< 0 to 255; opacity 0 to 1
     };
 
+    static std::uint8_t level(float part) { return static_cast<std::uint8_t>(part + 0.5F); }
     shade& at(int x, int y)
     {
         return shades_[static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x)];

@@ -6,6 +6,7 @@
 #include "host/objects/value.h"
 #include "host/pictures/font.h"
 #include "host/pictures/legend.h"
+#include "host/pictures/overlay.h"
 #include "host/pictures/scale_bar.h"
 
 namespace zentrix::host {
@@ -96,21 +97,11 @@ void figure::choose_limits(const image& pixels, const figure_style& style)
 
 void figure::add_scale_bar(const image& pixels)
 {
-    const auto bar = scale_bar_for(pixels);
-    const double length = bar.pixels * enlargement_, thickness = std::max(3.0, std::round(0.28 * letters_));
-    const double halo = std::max(1.0, letters_ / 10), edge = std::ceil(halo) + 1, gap = std::round(0.4 * letters_);
-    const double across = std::max(length, text_width(bar.label, letters_));
-    const double margin = std::round(0.7 * letters_) - edge;
-    drawing drawn{
-        std::min(static_cast<int>(std::ceil(across + 2 * edge)), width_),
-        std::min(static_cast<int>(std::ceil(2 * edge + capital_height(letters_) + gap + thickness)), height_)};
-    const double middle = edge + across / 2, bottom = drawn.height() - edge;
-    drawn.fill({middle - length / 2, bottom - thickness, middle + length / 2, bottom}, white_paper);
-    drawn.text({middle, bottom - thickness - gap}, letters_, alignment::centre, bar.label, white_paper);
-    drawn.surround(halo, black_ink, 0.85);
+    const drawing drawn = drawing_of_bar(scale_bar_for(pixels), enlargement_, letters_, {width_, height_});
+    const double margin = std::round(0.7 * letters_) - std::ceil(std::max(1.0, letters_ / 10)) - 1;
     const int left = std::clamp(static_cast<int>(margin), 0, width_ - drawn.width());
     const int top = std::clamp(height_ - static_cast<int>(margin) - drawn.height(), 0, height_);
-    layers_.push_back({left, top, std::move(drawn)});
+    layers_.push_back({left, top, drawn});
 }
 
 void figure::add_margins(const figure_style& style)

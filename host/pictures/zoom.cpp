@@ -17,11 +17,12 @@ struct cover
     std::vector<float> shares;  ///< of pixels first, first + 1, ...; their sum is 1
 };
 
-std::vector<cover> covers(int from, int to)
+/// Those of `count` pixels of the result from the `first` one; it has `to` pixels altogether.
+std::vector<cover> covers(int from, int to, int first, int count)
 {
     std::vector<cover> all;
     const double ratio = static_cast<double>(from) / to;
-    for (int i = 0; i < to; ++i) {
+    for (int i = first; i < first + count; ++i) {
         if (ratio <= 1) {
             all.push_back({static_cast<std::size_t>((i + 0.5) * ratio), {1.0F}});
             continue;
@@ -59,7 +60,15 @@ std::uint32_t mean(const float* sums, const cover& columns)
 
 void zoom(const picture& from, int width, int height, std::uint32_t* pixels)
 {
-    const auto columns = covers(from.width, width), rows = covers(from.height, height);
+    const pixel_box whole{0, 0, width, height};
+    zoom_part(from, whole, whole, pixels);
+}
+
+void zoom_part(const picture& from, const pixel_box& whole, const pixel_box& part, std::uint32_t* pixels)
+{
+    const int width = part.width(), height = part.height();
+    const auto columns = covers(from.width, whole.width(), part.left - whole.left, width),
+               rows = covers(from.height, whole.height(), part.top - whole.top, height);
     const std::size_t row_bytes = static_cast<std::size_t>(from.width) * static_cast<std::size_t>(from.channels);
     const auto threads =
         threads_for(std::max(std::ptrdiff_t{width} * height, std::ptrdiff_t{from.width} * from.height));

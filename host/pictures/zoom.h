@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "host/pictures/picture.h"
+#include "host/pictures/view_map.h"
 
 namespace zentrix::host {
 
@@ -13,5 +14,12 @@ namespace zentrix::host {
 /// pixels         receives width * height pixels 0x00RRGGBB, row by row from the top
 /// Throws  std::bad_alloc
 void zoom(const picture& from, int width, int height, std::uint32_t* pixels);
+
+/// The pixels of a part of what `zoom` makes, without the rest.
+/// whole   of the enlarged or reduced picture; only its place relative to `part` matters
+/// part    inside of `whole`, at least one pixel
+/// pixels  receives part.width() * part.height() pixels
+/// Throws  std::bad_alloc
+void zoom_part(const picture& from, const pixel_box& whole, const pixel_box& part, std::uint32_t* pixels);
 
 }  // namespace zentrix::host

@@ -5,6 +5,8 @@
 #include <cstdio>
 #include <numbers>
 
+#include "host/correction/contrast_plot.h"
+#include "host/correction/undersampled.h"
 #include "host/parallel/for_each_row.h"
 #include "host/pictures/drawing.h"
 #include "host/pictures/font.h"
@@ -18,21 +20,6 @@ namespace {
 using host::box;
 using host::point;
 using host::rgb;
-
-constexpr rgb undersampled{176, 196, 222}, curve_ink{0, 90, 160}, envelope_ink{213, 94, 0}, limit_ink{0, 120, 80};
-
-/// The unit of frequencies that suits the largest.
-struct frequency_unit
-{
-    double per_nm;  ///< of one 1/nm in this unit
-    const char *name, *spacing;
-};
-
-frequency_unit unit_for(double limit)
-{
-    if (limit >= 0.1) return {1, "nm⁻¹", "nm"};
-    return limit >= 1e-4 ? frequency_unit{1e3, "µm⁻¹", "µm"} : frequency_unit{1e6, "mm⁻¹", "mm"};
-}
 
 /// Red, green and blue of the square, and whether a pixel of it is undersampled.
 host::picture paint_square(const transfer_function& shown, bool& is_undersampled)
@@ -51,7 +38,7 @@ host::picture paint_square(const transfer_function& shown, bool& is_undersampled
                 const bool hidden =
                     lens::largest_phase_step(shown.arguments, frequency, shown.distance()) > std::numbers::pi;
                 if (hidden) marks[y] = 1;
-                to = std::ranges::copy(hidden ? undersampled : rgb{grey, grey, grey}, to).out;
+                to = std::ranges::copy(hidden ? host::undersampled_ink : rgb{grey, grey, grey}, to).out;
             }
         });
     is_undersampled = std::ranges::count(marks, 1) > 0;
@@ -69,108 +56,6 @@ host::picture zoomed(const host::picture& from, int side)
     return to;
 }
 
-void dashed(host::drawing& on, const std::vector<point>& line, double width, double dash, rgb ink)
-{
-    std::vector<point> part;
-    double drawn = 0;
-    bool is_gap = false;
-    for (const point& p : line) {
-        if (!part.empty()) drawn += std::hypot(p.x - part.back().x, p.y - part.back().y);
-        part.push_back(p);
-        if (drawn < dash) continue;
-        if (!is_gap) on.line(part, width, ink);
-        is_gap = !is_gap;
-        drawn = 0;
-        part = {p};
-    }
-    if (!is_gap) on.line(part, width, ink);
-}
-
-/// The profile and its marks.
-class profile_painter
-{
-  public:
-    profile_painter(host::drawing& on, const box& area, const transfer_function& shown, double letters)
-        : on_{on},
-          profile_{shown.profile},
-          unit_{unit_for(shown.limit)},
-          letters_{letters},
-          plot_{on, area, {0, shown.limit * unit_.per_nm}, {-1.05, 1.05}, letters},
-          line_{std::max(1.3, letters / 11)}
-    {}
-
-    void paint()
-    {
-        const box& area = plot_.area();
-        if (profile_.undersampled_from > 0)
-            on_.fill({at(profile_.undersampled_from, 0).x, area.top, area.right, area.bottom}, undersampled, 0.5);
-        on_.line(std::vector<point>{{area.left, at(0, 0).y}, {area.right, at(0, 0).y}}, plot_.line_width(),
-                 host::grey_ink, 0.6);
-        paint_envelope();
-        on_.line(curve(), line_, curve_ink);
-        paint_information_limit();
-        paint_zeros();
-        plot_.axes("spatial frequency (" + std::string{unit_.name} + ")", is_damped() ? "sin χ × envelope" : "sin χ");
-    }
-
-  private:
-    point at(double frequency, double value) const { return plot_.at(frequency * unit_.per_nm, value); }
-
-    /// Up to where it can be drawn.
-    std::vector<point> curve() const
-    {
-        std::vector<point> line;
-        for (std::size_t i = 0; i < profile_.contrast.size(); ++i) {
-            const double frequency = static_cast<double>(i) * profile_.step;
-            if (profile_.undersampled_from > 0 && frequency > profile_.undersampled_from) break;
-            line.push_back(at(frequency, profile_.contrast[i]));
-        }
-        return line;
-    }
-
-    bool is_damped() const { return profile_.envelope.back() < 0.999; }
-
-    void paint_envelope()
-    {
-        if (!is_damped()) return;
-        for (const double sign : {1.0, -1.0}) {
-            std::vector<point> line;
-            for (std::size_t i = 0; i < profile_.envelope.size(); ++i)
-                line.push_back(at(static_cast<double>(i) * profile_.step, sign * profile_.envelope[i]));
-            dashed(on_, line, 0.7 * line_, 0.45 * letters_, envelope_ink);
-        }
-    }
-
-    void paint_information_limit()
-    {
-        if (profile_.information_limit == 0) return;
-        const point middle = at(profile_.information_limit, 0);
-        std::vector<point> line;
-        for (double y = plot_.area().top; y <= plot_.area().bottom; ++y) line.push_back({middle.x, y});
-        dashed(on_, line, 0.7 * line_, 0.25 * letters_, limit_ink);
-    }
-
-    void paint_zeros()
-    {
-        double former = -1e9;
-        for (const double zero : profile_.zeros) {
-            const point p = at(zero, 0);
-            if (p.x - former < 0.5 * letters_) break;  // the marks would overlap
-            former = p.x;
-            const std::vector<point> dot{p, p};
-            on_.line(dot, 0.5 * letters_, curve_ink);
-            on_.line(dot, 0.5 * letters_ - 2 * plot_.line_width(), host::white_paper);
-        }
-    }
-
-    host::drawing& on_;
-    const lens::contrast_profile& profile_;
-    frequency_unit unit_;
-    double letters_;
-    host::plot plot_;
-    double line_;
-};
-
 /// Entries in a row: a sample of the ink and a text.
 class key_row
 {
@@ -184,7 +69,7 @@ class key_row
         for (double x = 0; x <= length; x += 0.5) line.push_back({at_.x + x, middle});
         const double width = std::max(1.3, letters_ / 11);
         if (is_dashed)
-            dashed(on_, line, width, length / 5, ink);
+            host::dashed(on_, line, width, length / 5, ink);
         else
             on_.line(line, width, ink);
         add_text(length, text);
@@ -222,7 +107,7 @@ class key_row
 
 std::string with_spacing(double frequency)
 {
-    const auto unit = unit_for(frequency);
+    const auto unit = host::frequency_unit_for(frequency);
     char text[80];
     std::snprintf(text, sizeof text, "%.3g %s (%.3g %s)", frequency * unit.per_nm, unit.name,
                   1 / (frequency * unit.per_nm), unit.spacing);
@@ -246,25 +131,26 @@ host::picture paint(const transfer_function& shown)
 
     bool is_undersampled = false;
     on.paste(zoomed(paint_square(shown, is_undersampled), side), left, top);
-    const auto unit = unit_for(shown.limit);
+    const auto unit = host::frequency_unit_for(shown.limit);
     const double edge = shown.limit * unit.per_nm;
     const box square{left + 0.0, top + 0.0, left + side + 0.0, top + side + 0.0};
     host::plot{on, square, {-edge, edge}, {-edge, edge}, letters}.axes(
         "spatial frequency (" + std::string{unit.name} + ")", "");
-    profile_painter{on, {plot_left + 0.0, top + 0.0, plot_left + plot_width + 0.0, top + side + 0.0}, shown, letters}
-        .paint();
+    host::plot_contrast(on, {plot_left + 0.0, top + 0.0, plot_left + plot_width + 0.0, top + side + 0.0}, shown.profile,
+                        shown.limit, letters);
 
     const double key = top + side + 5.2 * letters;
     key_row under_square{on, {left + 0.0, key}, letters};
     under_square.add_area({0, 0, 0}, "−1");
     under_square.add_area({255, 255, 255}, "1");
-    if (is_undersampled) under_square.add_area(undersampled, "undersampled");
+    if (is_undersampled) under_square.add_area(host::undersampled_ink, "undersampled");
     key_row under_plot{on, {plot_left + 0.0, key}, letters};
     const lens::contrast_profile& profile = shown.profile;
-    if (!profile.zeros.empty()) under_plot.add_dot(curve_ink, "zeros, first " + with_spacing(profile.zeros.front()));
-    if (profile.envelope.back() < 0.999) under_plot.add_line(envelope_ink, true, "envelope");
+    if (!profile.zeros.empty())
+        under_plot.add_dot(host::curve_ink, "zeros, first " + with_spacing(profile.zeros.front()));
+    if (profile.envelope.back() < 0.999) under_plot.add_line(host::envelope_ink, true, "envelope");
     if (profile.information_limit > 0)
-        under_plot.add_line(limit_ink, true, "information limit " + with_spacing(profile.information_limit));
+        under_plot.add_line(host::limit_ink, true, "information limit " + with_spacing(profile.information_limit));
     return host::picture_of(on);
 }
 

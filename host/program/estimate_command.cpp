@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <iostream>
 #include <sstream>
@@ -109,9 +110,19 @@ void write_picture(const estimate_request& request, const host::image_ref& wave,
 /// Exit code when no coefficient is determined.
 constexpr int nothing_determined = 3;
 
+void check_free(const host::estimate_options& options)
+{
+    for (const auto which : options.free)
+        if (std::ranges::count(options.free, which) > 1)
+            throw usage_error{"--free: " + std::string{lens::traits(which).name} + " is there twice"};
+    if (options.defocus && std::ranges::count(options.free, lens::coefficient::C1) == 0)
+        throw usage_error{"--range is that of C1, which is not among --free"};
+}
+
 void run(estimate_request& request, const global_options& global)
 {
     lens_request& lens = request.lens;
+    check_free(request.options);
     if (!lens.parameter_file.empty()) lens.from_file = host::read_parameters(host::system_path(lens.parameter_file));
     if (!lens.output.empty() && !lens.output.ends_with(".json"))
         throw host::file_error{host::system_path(lens.output), "cannot be written: expected a name ending in .json"};

@@ -1,13 +1,9 @@
 #include "host/windows/image_window.h"
 
-#include <windowsx.h>
-
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 #include "host/objects/value.h"
-#include "host/pictures/pointer_text.h"
-#include "host/pictures/zoom.h"
 #include "host/text/encoding.h"
 
 namespace zentrix::host {
@@ -20,23 +16,12 @@ constexpr UINT picture_ready = WM_APP + 1;
 constexpr UINT_PTR rest_timer = 100;
 constexpr UINT rest_ms = 250;
 
-HBRUSH background() { return GetSysColorBrush(COLOR_APPWORKSPACE); }
-
-template <class F>
-void timed(std::chrono::duration<double>& spent, F work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    spent += std::chrono::steady_clock::now() - start;
-}
-
 }  // namespace
 
 SIZE zoomed_to_fit(SIZE picture, SIZE area)
 {
-    const double zoom = std::min(static_cast<double>(area.cx) / picture.cx, static_cast<double>(area.cy) / picture.cy);
-    return {std::max(1L, static_cast<LONG>(picture.cx * zoom + 0.5)),
-            std::max(1L, static_cast<LONG>(picture.cy * zoom + 0.5))};
+    const auto [width, height] = fitted({picture.cx, picture.cy}, {area.cx, area.cy});
+    return {width, height};
 }
 
 image_window::image_window(std::string title, HWND owner, SIZE client, picture_supply& source)
@@ -44,14 +29,17 @@ image_window::image_window(std::string title, HWND owner, SIZE client, picture_s
 {
     source_.on_ready([window = handle()] { PostMessageW(window, picture_ready, 0, 0); });
     show_title();
+    lay_out();
 }
 
 image_window::~image_window() { source_.on_ready({}); }
 
 void image_window::show_title()
 {
-    const std::string mode = limits_ ? "" : std::string{" - "} + mode_names[static_cast<std::size_t>(mode_)];
-    SetWindowTextW(handle(), widen(title_ + mode).c_str());
+    std::string title = title_;
+    if (!fixed_limits_ && !facts_.is_spectrum) title.append(" - ").append(mode_names[static_cast<std::size_t>(mode_)]);
+    if (uncorrected_) title.append(" - before the correction");
+    SetWindowTextW(handle(), widen(title).c_str());
 }
 
 void image_window::refresh()
@@ -63,16 +51,21 @@ void image_window::refresh()
     SetTimer(handle(), rest_timer, rest_ms, nullptr);
 }
 
+std::optional<grey_limits> image_window::wanted_limits() const
+{
+    if (fixed_limits_) return fixed_limits_;
+    const auto& chosen = chosen_limits_[static_cast<std::size_t>(mode_)];
+    return uncorrected_ && !chosen ? limits_for_uncorrected_ : chosen;
+}
+
 picture_request image_window::request(bool full) const
 {
-    const RECT area = picture_area();
-    const SIZE size = zoomed_to_fit({source_.width(), source_.height()}, {area.right, area.bottom});
-    const double across = static_cast<double>(size.cx) / source_.width(),
-                 down = static_cast<double>(size.cy) / source_.height();
     return {.mode = mode_,
             .shades = mode_ == display_mode::phase ? phase_palette_ : palette::grey,
-            .limits = limits_,
-            .zoom = std::max(across, down),
+            .limits = wanted_limits(),
+            .uncorrected = uncorrected_,
+            .zoom = std::max(static_cast<double>(map_.whole().width()) / source_.width(),
+                             static_cast<double>(map_.whole().height()) / source_.height()),
             .full = full};
 }
 
@@ -87,8 +80,8 @@ void image_window::show_picture(rendered_picture&& rendered)
     if (rendered.is_known) return;
     if (!rendered.failure.empty()) throw script_error{rendered.failure};
     rendered_ = std::move(rendered);
-    zoom_is_stale_ = true;
-    InvalidateRect(handle(), IsRectEmpty(&place_) ? nullptr : &place_, FALSE);
+    strip_is_stale_ = true;
+    redraw_picture();
 }
 
 /// Requests full resolution when the user rests: no button is held, and no input waits.
@@ -104,21 +97,70 @@ void image_window::set_mode(display_mode mode)
 {
     mode_ = mode;
     show_title();
+    lay_out();
     refresh();
 }
 
 void image_window::set_phase_palette(palette shades)
 {
     phase_palette_ = shades;
+    lay_out();
     refresh();
 }
 
 void image_window::set_limits(grey_limits limits)
 {
-    limits_ = limits;
+    fixed_limits_ = limits;
     mode_ = display_mode::real;
     show_title();
     refresh();
+}
+
+void image_window::add_status_line(const image_facts& facts)
+{
+    facts_ = facts;
+    status_.emplace(handle());
+    show_title();
+    if (facts.not_finite > 0)
+        status_->note(std::to_string(facts.not_finite) + (facts.not_finite == 1 ? " pixel" : " pixels") +
+                      " not finite");
+    lay_out();
+}
+
+void image_window::set_pixel_nm(double pixel_nm)
+{
+    if (std::exchange(facts_.pixel_nm, pixel_nm) != pixel_nm) view_changed();
+}
+
+void image_window::add_histogram()
+{
+    has_strip_ = true;
+    lay_out();
+}
+
+void image_window::add_plot(double height, std::function<picture(int width, int height, double letters)> paint)
+{
+    plot_ = std::move(paint);
+    plot_letters_ = height;
+    lay_out();
+}
+
+void image_window::refresh_plot()
+{
+    strip_is_stale_ = true;
+    const RECT place = strip_area();
+    InvalidateRect(handle(), &place, FALSE);
+}
+
+void image_window::set_title(const std::string& title)
+{
+    title_ = title;
+    show_title();
+}
+
+void image_window::say(const std::string& text)
+{
+    if (status_) status_->say(text);
 }
 
 const picture& image_window::shown()
@@ -129,108 +171,32 @@ const picture& image_window::shown()
 
 LRESULT image_window::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
 {
+    if (mouse_input(message, wparam, lparam)) return 0;
     switch (message) {
         case WM_PAINT: return paint(), 0;
         case WM_ERASEBKGND: return 1;  // painting covers the whole area
         case picture_ready: return take_picture(), 0;
-        case WM_SIZE:
-            if (status_) status_->place();
-            if (!rendered_.is_full) refresh();
-            return 0;
-        case WM_TIMER: return wparam == rest_timer ? refine() : void(), 0;
-        case WM_MOUSEMOVE: return mouse_moved({GET_X_LPARAM(lparam), GET_Y_LPARAM(lparam)}), 0;
-        case WM_MOUSELEAVE: return tracks_mouse_ = false, mouse_moved({-1, -1}), 0;
+        case WM_SIZE: return lay_out(), 0;
+        case WM_TIMER:
+            if (wparam == rest_timer) return refine(), 0;
+            break;
+        case WM_KEYDOWN:
+            if (key(wparam)) return 0;
+            break;
+        case WM_KEYUP:
+            if (wparam == VK_SPACE) return show_uncorrected(false), 0;
+            break;
+        case WM_KILLFOCUS: return show_uncorrected(false), 0;
+        case WM_SETCURSOR:
+            if (LOWORD(lparam) == HTCLIENT && set_cursor()) return TRUE;
+            break;
         case WM_CLOSE: return close_ ? close_() : void(), 0;
-        case WM_COMMAND: return command_ ? command_(LOWORD(wparam)) : void(), 0;
-        default: return window::handle_message(message, wparam, lparam);
+        case WM_COMMAND:
+            if (!view_command(LOWORD(wparam)) && command_) command_(LOWORD(wparam));
+            return 0;
+        default: break;
     }
-}
-
-void image_window::add_status_line(const image_facts& facts)
-{
-    facts_ = facts;
-    status_.emplace(handle());
-    if (facts.not_finite > 0)
-        status_->note(std::to_string(facts.not_finite) + (facts.not_finite == 1 ? " pixel" : " pixels") +
-                      " not finite");
-    status_->place();
-}
-
-void image_window::say(const std::string& text)
-{
-    if (status_) status_->say(text);
-}
-
-RECT image_window::picture_area() const
-{
-    RECT area;
-    GetClientRect(handle(), &area);
-    area.bottom = std::max(0L, area.bottom - status_height());
-    return area;
-}
-
-void image_window::mouse_moved(POINT at)
-{
-    if (!status_ || !rendered_.values) return;
-    if (!PtInRect(&place_, at)) return status_->point("");
-    if (!tracks_mouse_) {
-        TRACKMOUSEEVENT leave{sizeof leave, TME_LEAVE, handle(), 0};
-        tracks_mouse_ = TrackMouseEvent(&leave);
-    }
-    const auto pixel_of = [&](std::uint32_t columns, std::uint32_t rows) {
-        const auto along = [](LONG from_edge, LONG length, std::uint32_t pixels) {
-            return static_cast<std::uint32_t>(std::int64_t{from_edge} * pixels / length);
-        };
-        return pixel_place{along(at.x - place_.left, place_.right - place_.left, columns),
-                           along(at.y - place_.top, place_.bottom - place_.top, rows)};
-    };
-    const image& values = *rendered_.values;
-    const auto place =
-        pixel_of(static_cast<std::uint32_t>(source_.width()), static_cast<std::uint32_t>(source_.height()));
-    status_->point(value_text(values, pixel_of(values.size(0), values.size(1)), mode_) + "    " +
-                   place_text(place, facts_.pixel_nm));
-}
-
-void image_window::show_facts()
-{
-    if (!status_ || !rendered_.values) return;
-    const double percent = 100.0 * (place_.right - place_.left) / source_.width();
-    status_->zoom(std::to_string(std::lround(percent)) + " %");
-}
-
-void image_window::paint()
-{
-    struct painting
-    {
-        HWND window;
-        PAINTSTRUCT state;
-        ~painting() { EndPaint(window, &state); }
-    } now{handle(), {}};
-    const HDC to = BeginPaint(handle(), &now.state);
-    if (!requested_) refresh();
-    timed(spent_.painting, [&] { draw(to); });
-    ++spent_.drawn;
-}
-
-void image_window::draw(HDC to)
-{
-    RECT client = picture_area();
-    if (!rendered_.values) {
-        FillRect(to, &client, background());
-        return;
-    }
-    const SIZE size = zoomed_to_fit({source_.width(), source_.height()}, {client.right, client.bottom});
-    place_ = {(client.right - size.cx) / 2, (client.bottom - size.cy) / 2, (client.right + size.cx) / 2,
-              (client.bottom + size.cy) / 2};
-    if (const SIZE present = zoomed_.size(); zoom_is_stale_ || present.cx != size.cx || present.cy != size.cy) {
-        zoomed_.resize(size);
-        zoom(rendered_.shades, size.cx, size.cy, zoomed_.pixels());
-        zoom_is_stale_ = false;
-    }
-    show_facts();
-    zoomed_.draw(to, place_.left, place_.top);
-    ExcludeClipRect(to, place_.left, place_.top, place_.left + size.cx, place_.top + size.cy);
-    FillRect(to, &client, background());
+    return window::handle_message(message, wparam, lparam);
 }
 
 }  // namespace zentrix::host

@@ -199,6 +199,7 @@ void panel_handler::detach()
     view_ = nullptr;
     pictures_.give_up();
     transfer_pictures_.give_up();
+    diffractograms_.give_up();
 }
 
 image_ref panel_handler::transfer_function() const

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/correction/diffractogram_pictures.h"
 #include "host/correction/live_pictures.h"
 #include "host/correction/transfer_pictures.h"
 
@@ -78,6 +79,7 @@ class panel_handler : public script_object
     /// Pictures of the corrected wave, and of the transfer function.
     live_pictures& pictures() noexcept { return pictures_; }
     transfer_pictures& transfer_function_pictures() noexcept { return transfer_pictures_; }
+    diffractogram_pictures& diffractograms() noexcept { return diffractograms_; }
 
     int width() const noexcept { return correction_.width(); }
     int height() const noexcept { return correction_.height(); }
@@ -131,6 +133,7 @@ class panel_handler : public script_object
     bool asking_ = false, previewing_ = false;
     live_correction correction_;
     live_pictures pictures_{correction_};
+    diffractogram_pictures diffractograms_{correction_};
     transfer_pictures transfer_pictures_{engine_, correction_.width(), correction_.height(),
                                          [this] { return optics(); }};
     tag_group_ref tags_ = memory_tag_group::make_group();

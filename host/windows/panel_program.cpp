@@ -1,5 +1,7 @@
 #include "host/windows/panel_program.h"
 
+#include <windowsx.h>
+
 #include <cstdio>
 #include <stdexcept>
 #include <utility>
@@ -92,6 +94,7 @@ void panel_program::dispatch(MSG& message)
 {
     const bool own_timer = message.message == WM_TIMER && message.hwnd == wave_window_->handle();
     if (own_timer && message.wParam == screenshot_timer) return take_screenshots();
+    if (message.message == WM_MOUSEWHEEL) send_to_picture_under_mouse(message);
     follow_gesture(message);
     const bool for_us = message.hwnd && GetForegroundWindow() != nullptr;
     // In a field, Ctrl+Z takes back what was typed there, once; after that it undoes edits.
@@ -106,6 +109,14 @@ void panel_program::dispatch(MSG& message)
     if (message.message == WM_CHAR && message.wParam == control_z) SendMessageW(message.hwnd, EM_EMPTYUNDOBUFFER, 0, 0);
 }
 
+/// The wheel zooms the picture under the mouse, whatever has the focus.
+void panel_program::send_to_picture_under_mouse(MSG& message) const
+{
+    const HWND under = WindowFromPoint({GET_X_LPARAM(message.lParam), GET_Y_LPARAM(message.lParam)});
+    for (const auto* const one : {&wave_window_, &transfer_window_, &diffractogram_window_})
+        if (*one && under == (*one)->handle()) message.hwnd = under;
+}
+
 void panel_program::pictures_changed()
 {
     note_edit();
@@ -113,12 +124,19 @@ void panel_program::pictures_changed()
     if (!said_.empty()) say("");
     refresh_table();
     if (estimate_ && !handler_->previewing()) estimate_->stop();  // the user has changed what it searches
-    wave_window_->set_pixel_nm(handler_->scope().pixel_nm);
-    wave_window_->refresh();
-    if (transfer_window_) transfer_window_->refresh();
+    const double pixel_nm = handler_->scope().pixel_nm;
+    for (const auto* const one : {&wave_window_, &transfer_window_, &diffractogram_window_}) {
+        if (!*one) continue;
+        (*one)->set_pixel_nm(pixel_nm);
+        (*one)->refresh();
+    }
 }
 
-void panel_program::show_mode(display_mode mode) { wave_window_->set_mode(mode); }
+void panel_program::show_mode(display_mode mode)
+{
+    wave_window_->set_mode(mode);
+    if (diffractogram_of_display_) choose_diffractogram();
+}
 
 void panel_program::show_transfer_function(bool shown)
 {

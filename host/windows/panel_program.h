@@ -63,6 +63,8 @@ class panel_program : private panel_view
     image_window* transfer_window() { return transfer_window_.get(); }
 
     /// Null until it is first shown.
+    image_window* diffractogram_window() { return diffractogram_window_.get(); }
+    /// Null until it is first shown.
     coefficient_table* table() { return table_.get(); }
     /// Null until it is first shown.
     conventions_window* conventions() { return conventions_.get(); }
@@ -86,8 +88,13 @@ class panel_program : private panel_view
     void stop_listening();
     void make_windows(SIZE wave);
     void make_transfer_window();
+    void show_diffractogram(bool shown);
+    void make_diffractogram_window();
+    void choose_diffractogram();
+    picture paint_profile(int width, int height, double letters) const;
     void place_windows();
     void dispatch(MSG& message);
+    void send_to_picture_under_mouse(MSG& message) const;
     void command(unsigned id);
     void run_command(unsigned id);
     void colour_phases(bool coloured);
@@ -134,7 +141,8 @@ class panel_program : private panel_view
     listeners previous_;
     std::shared_ptr<panel_handler> handler_;
     SIZE size_{};  ///< initial client area of the wave window
-    std::unique_ptr<image_window> wave_window_, transfer_window_;
+    std::unique_ptr<image_window> wave_window_, transfer_window_, diffractogram_window_;
+    bool diffractogram_of_display_ = false;
     std::unique_ptr<floating_frame> frame_;
     std::unique_ptr<estimate_dialog> estimate_;         ///< null until it is first shown
     HACCEL keys_ = nullptr;                             ///< a resource, freed by the system

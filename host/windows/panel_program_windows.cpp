@@ -21,6 +21,7 @@ void panel_program::make_windows(SIZE wave)
     size_ = zoomed_to_fit(wave, {largest_picture, largest_picture});
     wave_window_ = std::make_unique<image_window>(options_.title, nullptr, size_, handler_->pictures());
     wave_window_->add_status_line({handler_->scope().pixel_nm, options_.not_finite});
+    wave_window_->add_histogram();
     const HINSTANCE module = GetModuleHandleW(nullptr);
     keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
     win32::unique_menu menu{LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU))};
@@ -40,7 +41,7 @@ void panel_program::place_windows()
         SetWindowPos(window, nullptr, left, top, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
     };
     // The menu reduced the client area, so the window is resized.
-    RECT around{0, 0, size_.cx, size_.cy + wave_window_->status_height()};
+    RECT around{0, 0, size_.cx, size_.cy + wave_window_->height_below_picture()};
     AdjustWindowRect(&around, WS_OVERLAPPEDWINDOW, TRUE);
     SetWindowPos(wave_window_->handle(), nullptr, margin, margin, around.right - around.left,
                  around.bottom - around.top, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -62,6 +63,7 @@ void panel_program::make_transfer_window()
         std::make_unique<image_window>("Phase contrast transfer function", wave_window_->handle(),
                                        SIZE{size_.cx / 2, size_.cy / 2}, handler_->transfer_function_pictures());
     transfer_window_->set_limits({-1, 1});
+    transfer_window_->add_status_line({.pixel_nm = handler_->scope().pixel_nm, .is_spectrum = true});
     transfer_window_->on_close([this] { handler_->set_transfer_function(false); });
     RECT frame;
     GetWindowRect(frame_->handle(), &frame);

@@ -26,6 +26,17 @@
 
 #define IDI_PROGRAM 102
 
+/* Of the picture: image_window::view_command. */
+#define IDM_ZOOM_IN 140
+#define IDM_ZOOM_OUT 141
+#define IDM_ZOOM_ONE 142
+#define IDM_ZOOM_FIT 143
+#define IDM_AUTOMATIC_LIMITS 144
+#define IDM_ANNOTATIONS 145
+#define IDM_HISTOGRAM 146
+#define IDM_DIFFRACTOGRAM 150
+#define IDM_DIFFRACTOGRAM_OF_DISPLAY 151
+
 #define IDD_MICROSCOPE 200
 #define IDC_KILOVOLTS 201
 #define IDC_PIXEL 202

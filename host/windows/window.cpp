@@ -15,7 +15,7 @@ void register_class(WNDPROC procedure)
 {
     WNDCLASSEXW form{};
     form.cbSize = sizeof form;
-    form.style = CS_HREDRAW | CS_VREDRAW;
+    form.style = CS_HREDRAW | CS_VREDRAW | CS_DBLCLKS;
     form.lpfnWndProc = procedure;
     form.hInstance = GetModuleHandleW(nullptr);
     form.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512));  // the arrow

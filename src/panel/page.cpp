@@ -266,6 +266,7 @@ void CZXPage::spin_angle_of(std::size_t row, int delta)
 
 void CZXPage::OnHScroll(UINT code, UINT position, CWnd* knob)
 {
+    if (tips_ && tips_->m_hWnd) tips_->Pop();  // it has the former angle, and it may cover the knob
     panel_link& link = *current::link;
     if (!link.has_tags()) return;
     UpdateData(TRUE);

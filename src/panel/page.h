@@ -41,7 +41,7 @@ class CZXPage : public CPropertyPage
 
     /// Copies changed tags into the controls and enables or disables the page.
     void LoadFromTags();
-    /// Adds the page's controls to the tooltips.
+    /// Adds the page's controls to the tooltips, which must live as long as the page's window.
     void Explain(tool_tips& tips);
 
     BOOL OnInitDialog() override;
@@ -92,6 +92,7 @@ class CZXPage : public CPropertyPage
     page_values values_;
     std::vector<number_field> fields_;  ///< refer to values_
     const CBrush wrong_brush_;
+    tool_tips* tips_ = nullptr;  ///< the panel's, once it explains this page
     std::wstring tip_;
     bool enabled_ = true;
     stage stage_ = stage::before;

@@ -6,6 +6,7 @@ namespace qorv::panel {
 
 void CZXPage::Explain(tool_tips& tips)
 {
+    tips_ = &tips;
     for (HWND control = ::GetWindow(m_hWnd, GW_CHILD); control; control = ::GetWindow(control, GW_HWNDNEXT)) {
         if (tip_of(static_cast<UINT>(::GetDlgCtrlID(control))).empty()) continue;
         tips.Explain(*this, control);

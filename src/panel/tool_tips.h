@@ -16,6 +16,9 @@ class tool_tips : public CWnd
     /// Explains a child of `dialog`, which receives the questions. A static control has no mouse messages of its own:
     /// its rectangle in the dialog is explained, so it must not move afterwards.
     void Explain(const CWnd& dialog, HWND control);
+
+    /// Hides the tooltip that is shown.
+    void Pop() { SendMessage(TTM_POP); }
 };
 
 /// The control that a notification asks about; null for other notifications. For a knob's inner edit it is the knob.

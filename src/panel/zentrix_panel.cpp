@@ -28,6 +28,7 @@ void move_to(CWnd& window, const rectangle& place)
 }  // namespace
 
 BEGIN_MESSAGE_MAP(CZentrixPanel, CDialog)
+ON_MESSAGE(WM_DESTROY, &CZentrixPanel::OnDestroy)
 ON_WM_SHOWWINDOW()
 ON_WM_SETFOCUS()
 ON_BN_CLICKED(IDOK, &CZentrixPanel::OnApply)
@@ -55,6 +56,12 @@ void CZentrixPanel::DoDataExchange(CDataExchange* exchange)
     DDX_Control(exchange, IDOK, apply_);
     DDX_Control(exchange, IDC_PCTF, pctf_);
     DDX_CBIndex(exchange, IDC_DISPLAY, display_entry_);
+}
+
+LRESULT CZentrixPanel::OnDestroy(WPARAM, LPARAM)
+{
+    tips_.DestroyWindow();  // while the explained controls exist: it has subclassed them
+    return Default();
 }
 
 void CZentrixPanel::PostNcDestroy()

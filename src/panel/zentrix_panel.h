@@ -27,6 +27,7 @@ class CZentrixPanel : public CDialog
     void DoDataExchange(CDataExchange* exchange) override;
     BOOL OnNotify(WPARAM wparam, LPARAM lparam, LRESULT* result) override;
     void PostNcDestroy() override;
+    LRESULT OnDestroy(WPARAM, LPARAM);
     void OnShowWindow(BOOL show, UINT status);
     /// Passes the focus on to the first value of the active page.
     void OnSetFocus(CWnd* previous);

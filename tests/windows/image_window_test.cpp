@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cmath>
 #include <stdexcept>
 
 namespace windows_tests {
@@ -62,6 +64,97 @@ TEST(ImageWindow, ShowsTheBackgroundOrThePreviousPictureWhenItsImageFails)
     }
     EXPECT_EQ(failures, 2);
     window::on_failure(nullptr);
+}
+
+/// 64 x 64 pixels, each of another value from its neighbours; before the correction all are 0.
+class slope_pictures : public staged_pictures
+{
+  public:
+    int width() const override { return 64; }
+    int height() const override { return 64; }
+    static float value(int x, int y) { return static_cast<float>((37 * x + 101 * y) % 256); }
+
+  private:
+    second_stage begin(const picture_request& wanted) override
+    {
+        return {[wanted](const std::atomic<bool>& given_up) {
+            rendered_picture picture;
+            picture.is_full = true;
+            const auto values = image::create("slope", HOST_ELEMENT_FLOAT32, {{64, 64}});
+            for (int y = 0; y < 64 && !wanted.uncorrected; ++y)
+                for (int x = 0; x < 64; ++x) values->at<float>(x, y) = value(x, y);
+            picture.values = values;
+            show_values(wanted, given_up, picture);
+            return picture;
+        }};
+    }
+};
+
+TEST(ImageWindow, ZoomsPansAndChoosesLimits)
+{
+    slope_pictures pictures;
+    image_window shows{"", nullptr, {200, 300}, pictures};
+    shows.set_mode(display_mode::real);
+    shows.add_status_line({0.05, 0, false});
+    shows.add_histogram();
+    ShowWindow(shows.handle(), SW_SHOWNOACTIVATE);
+    const control window{shows.handle()};
+    const auto settled = [] {
+        for (int i = 0; i < 3; ++i) pump(), Sleep(10);
+    };
+    /// Whether pixels of the screen are those of the image with these limits.
+    const auto shows_image = [&](float black, float white) {
+        settled();
+        const auto now = picture_of_client(shows.handle());
+        const pixel_box seen = shows.map().visible();
+        const double zoom = shows.map().zoom();
+        int wrong = 0;
+        for (int y = seen.top; y < seen.bottom; ++y)
+            for (int x = seen.left; x < seen.right; ++x) {
+                const auto pixel = shows.map().pixel_at(x, y);
+                const float value = slope_pictures::value(static_cast<int>(pixel->x), static_cast<int>(pixel->y));
+                const double grey = 255 * std::clamp((value - black) / (white - black), 0.0F, 1.0F);
+                wrong += std::abs(now.bytes[static_cast<std::size_t>(3 * (y * now.width + x))] - grey) > 1;
+            }
+        EXPECT_EQ(wrong, 0) << "at a zoom of " << zoom;
+    };
+    window.key('B');  // no scale bar
+    window.key('1');
+    settled();
+    const auto& limits = shows.shown_limits();
+    ASSERT_LT(limits.black, 2);
+    shows_image(limits.black, limits.white);
+    EXPECT_EQ(shows.map().zoom(), 1);
+    for (int i = 0; i < 4; ++i) window.key(VK_ADD);
+    EXPECT_EQ(shows.map().zoom(), 4);
+    shows_image(limits.black, limits.white);
+    const pixel_box before = shows.map().whole();
+    window.mouse(WM_LBUTTONDOWN, 30, 30);
+    window.mouse(WM_MOUSEMOVE, 24, 41);
+    window.mouse(WM_LBUTTONUP, 24, 41);
+    EXPECT_EQ(shows.map().whole().left, before.left - 6);
+    EXPECT_EQ(shows.map().whole().top, before.top + 11);
+    shows_image(limits.black, limits.white);
+    window.key('F');
+    EXPECT_EQ(shows.map().zoom(), 200.0 / 64);
+
+    const int strip = window.client().bottom - shows.height_below_picture() + 10;
+    const float former = limits.white;
+    int handle = 199;
+    while (handle > 0 && !shows.limit_at({handle, strip})) --handle;  // the white one, from the right
+    window.mouse(WM_LBUTTONDOWN, handle, strip);
+    window.mouse(WM_MOUSEMOVE, handle - 20, strip);
+    window.mouse(WM_LBUTTONUP, handle - 20, strip);
+    const float chosen = shows.shown_limits().white;
+    EXPECT_LT(chosen, former - 20);
+    shows_image(limits.black, chosen);
+    window.send(WM_KEYDOWN, VK_SPACE);
+    settled();
+    EXPECT_EQ(shows.shown().bytes, std::vector<std::uint8_t>(64 * 64)) << "the source, with the same limits";
+    window.send(WM_KEYUP, VK_SPACE);
+    shows_image(limits.black, chosen);
+    window.mouse(WM_LBUTTONDBLCLK, handle, strip);
+    EXPECT_EQ(shows.shown_limits().white, former);
 }
 
 }  // namespace

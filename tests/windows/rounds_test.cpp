@@ -84,6 +84,7 @@ class many_panels : public panel_window
         GetWindowRect(of.window, &place);
         SetCursorPos((place.left + place.right) / 2, place.top + 6);  // not on the text of a knob
         const control tip{tips()};
+        tip.send(TTM_POP);
         tip.send(TTM_SETDELAYTIME, TTDT_INITIAL, 1);
         for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 10000; Sleep(1)) {
             of.send(WM_MOUSEMOVE, 0, MAKELPARAM(2, 2));

@@ -160,6 +160,16 @@ TEST(Estimate, DeterminesNothingOfNoiseOrVacuum)
     }
 }
 
+TEST(Estimate, DoesNotDependOnTheScaleOfTheWave)
+{
+    const auto wave = bench::simulate(small_wave());
+    for (int y = 0; y < 256; ++y)
+        for (int x = 0; x < 256; ++x) wave->at<std::complex<float>>(x, y) *= 1e-30F;
+    const lens::optics setup{small_wave().wavelength_nm, small_wave().pixel_nm, {}, {}, {}};
+    const auto found = host::estimate_aberrations(*wave, setup, {});
+    EXPECT_TRUE(found.coefficients[0].determined) << found.coefficients[0].reason;
+}
+
 TEST(Estimate, SaysThatAConstantWaveIsConstant)
 {
     auto how = small_wave();

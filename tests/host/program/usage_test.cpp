@@ -57,6 +57,8 @@ TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
               "unexpected argument \"\xe2\x80\x93json\": its dash is not a hyphen (-)"},
              {"correct", "WAVE is required (Complex waves"},
              {correct + "--kv", "--kv (Accelerating voltage [kV]"},
+             {"estimate w.npy --free C1,A1,C1", "--free: C1 is there twice"},
+             {"estimate w.npy --free A1 --range C1=-9:9", "--range is that of C1, which is not among --free"},
              {correct + "--kv 0,02", "--kv: expected a positive number, not \"0,02\": numbers have a decimal point"},
              {correct + "--C1 5 --C1 6", "--C1 is given 2 times; it takes one value"},
              {correct + "--kv 300 --wavelength 1", "--kv and --wavelength exclude each other; give one of them"},
