@@ -39,7 +39,7 @@ void picture_worker::on_finished(std::function<void()> finished)
 bool picture_worker::busy() const
 {
     const std::lock_guard guard{access_};
-    return busy_;
+    return running_ || finished_picture_;
 }
 
 void picture_worker::start(job work)
@@ -47,7 +47,7 @@ void picture_worker::start(job work)
     const std::lock_guard guard{access_};
     waiting_ = std::move(work);
     given_up_ = false;
-    busy_ = true;
+    running_ = true;
     changed_.notify_all();
 }
 
@@ -62,7 +62,7 @@ std::optional<rendered_picture> picture_worker::take()
 void picture_worker::wait()
 {
     std::unique_lock locked{access_};
-    changed_.wait(locked, [&] { return !busy_; });
+    changed_.wait(locked, [&] { return !running_; });
 }
 
 void picture_worker::serve()
@@ -82,7 +82,7 @@ void picture_worker::serve()
         work = nullptr;  // with its images, before the next job needs memory
         locked.lock();
         if (!given_up_) finished_picture_ = std::move(result);
-        busy_ = false;
+        running_ = false;
         changed_.notify_all();
         locked.unlock();
         {

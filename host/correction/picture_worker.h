@@ -38,6 +38,7 @@ class picture_worker
     /// Sets what is called on the thread after each job.
     void on_finished(std::function<void()> finished);
 
+    /// Whether a job runs, or its picture has not been taken.
     bool busy() const;
     /// Starts a job. Not while `busy`.
     void start(job work);
@@ -45,7 +46,7 @@ class picture_worker
     void give_up();
     /// The picture of the last job, once; nothing if it was given up. An exception of the job is a failed_picture.
     std::optional<rendered_picture> take();
-    /// Returns when it is not busy.
+    /// Returns when no job runs.
     void wait();
 
   private:
@@ -57,7 +58,7 @@ class picture_worker
     std::optional<rendered_picture> finished_picture_;
     std::function<void()> finished_;
     std::atomic<bool> given_up_ = false;
-    bool busy_ = false, ending_ = false;
+    bool running_ = false, ending_ = false;
     std::mutex calling_;   ///< held while `finished_` runs
     std::jthread thread_;  // last, so that it ends before the other members
 };
