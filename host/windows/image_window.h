@@ -113,6 +113,8 @@ class image_window : public window
     bool is_grey() const { return mode_ != display_mode::phase || phase_palette_ == palette::grey; }
     std::optional<grey_limits> wanted_limits() const;
     picture_request request(bool full) const;
+    /// Whether the image has changed since the picture on the screen was requested.
+    bool pending() const { return received_ < changed_; }
     void take_picture();
     void show_picture(rendered_picture&& rendered);
     void refine();
@@ -153,9 +155,10 @@ class image_window : public window
     bool uncorrected_ = false;
     std::optional<grey_limits> limits_for_uncorrected_;  ///< those of the corrected picture, to compare
 
-    bool requested_ = false;     ///< at least once
-    bool pending_ = false;       ///< a change whose picture is not there yet
-    rendered_picture rendered_;  ///< no pixels before the first one
+    bool requested_ = false;                   ///< at least once
+    std::uint64_t changed_ = 0;                ///< number of the first request after the last change
+    std::uint64_t newest_ = 0, received_ = 0;  ///< numbers of the newest request, and of the newest picture or failure
+    rendered_picture rendered_;                ///< no pixels before the first one
 
     view_map map_;
     canvas visible_;  ///< the visible part of the picture with its overlay
