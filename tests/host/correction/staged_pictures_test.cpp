@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <limits>
 #include <numbers>
 #include <stdexcept>
 
@@ -116,6 +117,10 @@ TEST(PictureValues, TheHistogramCountsAllValuesAndIsWiderThanTheLimits)
     for (const auto& [bin, count] : {std::pair{0, 1}, {64, 1}, {96, 1}, {128, 1}, {192, 1}, {255, 1}})
         EXPECT_EQ(histogram.counts[static_cast<std::size_t>(bin)], static_cast<std::uint32_t>(count)) << bin;
     EXPECT_LT(histogram_of({values, 1}, {-100, -100}, display_mode::real).range.black, -100);
+    constexpr float largest = std::numeric_limits<float>::max();
+    const float extremes[] = {-largest, 0, largest};
+    const auto wide = histogram_of(extremes, {-largest, largest}, display_mode::real);
+    for (const std::size_t bin : {0U, 128U, 255U}) EXPECT_EQ(wide.counts[bin], 1U) << bin;
     const auto phases = histogram_of(values, {0, 3}, display_mode::phase).range;
     EXPECT_EQ(phases.black, -1.5F);
     EXPECT_EQ(phases.white, std::numbers::pi_v<float>) << "no phase is larger";
