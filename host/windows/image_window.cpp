@@ -51,6 +51,13 @@ void image_window::refresh()
     SetTimer(handle(), rest_timer, rest_ms, nullptr);
 }
 
+void image_window::refresh_at_rest()
+{
+    changed_ = newest_ + 1;
+    requested_ = visible();
+    if (requested_) SetTimer(handle(), rest_timer, rest_ms, nullptr);
+}
+
 std::optional<grey_limits> image_window::wanted_limits() const
 {
     if (fixed_limits_) return fixed_limits_;

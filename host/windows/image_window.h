@@ -43,6 +43,8 @@ class image_window : public window
 
     /// To be called when the image has changed.
     void refresh();
+    /// The same for images whose pictures are slow: nothing is computed before the user rests.
+    void refresh_at_rest();
     void set_mode(display_mode mode);
     /// The palette for phases. All other modes are grey.
     void set_phase_palette(palette shades);

@@ -133,6 +133,12 @@ TEST(ImageWindow, WaitsForTheNewestPictureAlsoWhenAnOlderOneHasJustCome)
     const int shown = shows.shown().bytes[0];
     EXPECT_EQ(shown, 255 * pictures.begun / 5);
     EXPECT_GE(pictures.begun, 3);
+
+    const int begun = pictures.begun;
+    shows.refresh_at_rest();
+    EXPECT_EQ(pictures.begun, begun);
+    for (int i = 0; i < 1000 && pictures.taken == begun; ++i) pump(), Sleep(10);
+    EXPECT_EQ(pictures.taken, begun + 1);
 }
 
 /// 64 x 64 pixels, each of another value from its neighbours; before the correction all are 0.

@@ -13,7 +13,7 @@ namespace {
 
 using namespace zentrix::host;
 
-/// Pictures whose work lasts until they are told to end. The request's zoom is the number of the job.
+/// Pictures whose work lasts until the test lets it end. The request's zoom is the number of the job.
 class slow_pictures : public staged_pictures
 {
   public:
