@@ -172,10 +172,9 @@ void image_window::say(const std::string& text)
 
 const picture& image_window::shown()
 {
-    if (!rendered_.is_full || pending() || rendered_.number != received_) {  // a failure came later
+    if (!rendered_.is_full || pending()) {
         auto picture = source_.wait_for(request(true));
         newest_ = picture.number;
-        if (picture.is_known) throw script_error{picture.failure};
         show_picture(std::move(picture));
     }
     return rendered_.shades;

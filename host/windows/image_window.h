@@ -83,8 +83,9 @@ class image_window : public window
     /// Whether there is a limit of the histogram that the mouse can drag.
     bool limit_at(POINT in_client) const;
 
-    /// The present picture at full resolution; waits for it.
-    /// Throws  script_error with the reason why there is none
+    /// The present picture at full resolution; waits for it. After a failure that was reported it is the previous one,
+    /// which is still on the screen.
+    /// Throws  script_error with the reason of a failure that was not reported
     const picture& shown();
 
     /// Sets the listener for the close button, which does nothing else.
