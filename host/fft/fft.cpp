@@ -82,8 +82,7 @@ bool fft_plan::transform(pixel* pixels, fft_direction direction)
 {
     const auto row = line_transform::of(width_, direction), column = line_transform::of(height_, direction);
     const auto row_threads = std::ssize(row_scratch_), strip_threads = std::ssize(strip_scratch_);
-    require_memory_for_lines(width_, row_threads);
-    require_memory_for_lines(height_, strip_threads);
+    require_memory_for_lines(std::max(width_, height_), std::max(row_threads, strip_threads));
     const auto at_row = centring_of(width_, direction), at_column = centring_of(height_, direction);
     const float scale =
         direction == fft_direction::forward ? 1.0F : 1.0F / (static_cast<float>(width_) * static_cast<float>(height_));

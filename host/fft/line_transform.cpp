@@ -95,8 +95,9 @@ void line_transform::operator()(std::complex<float>* from, std::complex<float>* 
     fftwf_execute_dft(static_cast<fftwf_plan>(plan_), fftw_pixels(from), fftw_pixels(to));
 }
 
-void require_memory_for_lines(std::ptrdiff_t longest, std::ptrdiff_t threads)
+void require_memory_for_lines([[maybe_unused]] std::ptrdiff_t longest, [[maybe_unused]] std::ptrdiff_t threads)
 {
+#ifndef __SANITIZE_ADDRESS__  // its allocator takes longer for this than the transform, and ends the process, too
     // Measured were up to 6.3 complex numbers per pixel of a line (for prime lengths), or 1.3 MB.
     // Other threads need a stack, too; 8 MiB is usual on Linux.
     const auto stacks = (std::size_t{8} << 20) * static_cast<std::size_t>(std::max<std::ptrdiff_t>(threads - 1, 0));
@@ -106,6 +107,7 @@ void require_memory_for_lines(std::ptrdiff_t longest, std::ptrdiff_t threads)
     void* volatile const trial = std::malloc(bytes);  // volatile: the compiler may drop an unused allocation
     if (trial == nullptr) throw std::bad_alloc{};
     std::free(trial);
+#endif
 }
 
 }  // namespace zentrix::host

@@ -9,6 +9,7 @@
 #include "host/objects/value.h"
 #include "host/text/encoding.h"
 #include "host/text/number_text.h"
+#include "host/windows/screen_place.h"
 #include "lens/phase_shifts.h"
 
 namespace zentrix::host {
@@ -16,20 +17,20 @@ namespace zentrix::host {
 namespace {
 
 constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
-constexpr SIZE client{430, 332};  // pixels; the height of all rows
-constexpr int heading_height = 38, margin = 6;
+// At 96 dots per inch. The height is that of all rows.
+constexpr int client_width = 370, client_height = 332, heading_height = 38, margin = 6;
 constexpr COLORREF noticeable_colour = RGB(176, 0, 32);
 
 struct column
 {
     const wchar_t* title;
-    int width;  // pixels
+    int width;  // pixels at 96 dots per inch
     int format;
 };
 
 constexpr column columns_of_table[coefficient_table::columns] = {
-    {L"", 40, LVCFMT_LEFT},       {L"Value", 90, LVCFMT_RIGHT},       {L"Unit", 40, LVCFMT_LEFT},
-    {L"Angle", 60, LVCFMT_RIGHT}, {L"Shift [rad]", 90, LVCFMT_RIGHT}, {L"Above \u03c0/4", 80, LVCFMT_LEFT}};
+    {L"", 36, LVCFMT_LEFT},       {L"Value", 78, LVCFMT_RIGHT},       {L"Unit", 40, LVCFMT_LEFT},
+    {L"Angle", 50, LVCFMT_RIGHT}, {L"Shift [rad]", 76, LVCFMT_RIGHT}, {L"Above \u03c0/4", 66, LVCFMT_LEFT}};
 
 std::string short_number(double value)
 {
@@ -66,7 +67,9 @@ std::string text_of_window(HWND window)
 
 }  // namespace
 
-coefficient_table::coefficient_table(HWND owner) : window{{"Coefficients", style, WS_EX_TOOLWINDOW, owner, client}}
+coefficient_table::coefficient_table(HWND owner)
+    : window{{"Coefficients", style, WS_EX_TOOLWINDOW, owner,
+              SIZE{screen_pixels(client_width), screen_pixels(client_height)}}}
 {
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&classes);
@@ -84,7 +87,7 @@ void coefficient_table::add_columns()
         LVCOLUMNW header{};
         header.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_FMT;
         header.fmt = one.format;
-        header.cx = one.width;
+        header.cx = screen_pixels(one.width);
         header.pszText = const_cast<wchar_t*>(one.title);  // the list copies it
         SendMessageW(list_, LVM_INSERTCOLUMNW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&header));
     }
@@ -149,8 +152,9 @@ void coefficient_table::lay_out()
 {
     RECT area;
     GetClientRect(handle(), &area);
-    MoveWindow(heading_, margin, margin, area.right - 2 * margin, heading_height - 2 * margin, TRUE);
-    MoveWindow(list_, 0, heading_height, area.right, area.bottom - heading_height, TRUE);
+    const int inset = screen_pixels(margin), list_top = screen_pixels(heading_height);
+    MoveWindow(heading_, inset, inset, area.right - 2 * inset, list_top - 2 * inset, TRUE);
+    MoveWindow(list_, 0, list_top, area.right, area.bottom - list_top, TRUE);
 }
 
 LRESULT coefficient_table::colour_of_row(LPARAM drawing) const

@@ -23,6 +23,7 @@ class conventions_window : public window
     LRESULT handle_message(UINT message, WPARAM wparam, LPARAM lparam) override;
 
   private:
+    void fit();
     void paint();
     void draw(HDC to);
 
@@ -31,6 +32,8 @@ class conventions_window : public window
         test_picture what;
         canvas zoomed;
     };
+    int side_, gap_;  ///< of the pictures and between all [pixels]
+    LONG title_height_ = 0, rules_top_ = 0;
     std::vector<drawn_picture> pictures_;
     std::function<void()> close_;
 };

@@ -10,6 +10,7 @@
 #include "host/windows/estimate_text.h"
 #include "host/windows/resource.h"
 #include "host/windows/running_estimate.h"
+#include "host/windows/screen_place.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {
@@ -19,22 +20,8 @@ namespace {
 constexpr UINT_PTR poll_timer = 1;
 constexpr UINT poll_ms = 100;
 constexpr int progress_steps = 1000;
-constexpr LONG gap = 12;  // between the windows [screen pixels]
 
 int box_of(lens::coefficient which) { return IDC_FREE + static_cast<int>(which); }
-
-/// To the right of another window, as far as the screen has room.
-void place(HWND dialog, HWND next_to)
-{
-    RECT other{}, own{}, area{};
-    GetWindowRect(next_to, &other);
-    GetWindowRect(dialog, &own);
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
-    const LONG rightmost = std::max(area.left, area.right - (own.right - own.left));
-    const LONG lowest = std::max(area.top, area.bottom - (own.bottom - own.top));
-    SetWindowPos(dialog, nullptr, std::clamp<LONG>(other.right + gap, area.left, rightmost),
-                 std::clamp<LONG>(other.top, area.top, lowest), 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
 
 }  // namespace
 
@@ -48,7 +35,7 @@ estimate_dialog::estimate_dialog(HWND owner, HWND next_to, estimate_listener lis
     SendDlgItemMessageW(handle(), IDC_ESTIMATE_BAR, PBM_SETRANGE, 0, MAKELPARAM(0, progress_steps));
     for (const auto which : estimate_options{}.free) CheckDlgButton(handle(), box_of(which), BST_CHECKED);
     say("Searches the coefficients that are ticked, from the wave itself. The others keep their values.");
-    place(handle(), next_to);
+    place_next_to(handle(), next_to);
 }
 
 estimate_dialog::~estimate_dialog() = default;

@@ -88,6 +88,7 @@ class panel_program : private panel_view
     void stop_listening();
     void make_windows(SIZE wave);
     void make_transfer_window();
+    void toggle_diffractogram(bool of_display);
     void show_diffractogram(bool shown);
     void make_diffractogram_window();
     void choose_diffractogram();
@@ -121,7 +122,6 @@ class panel_program : private panel_view
 
     void show_table(bool shown);
     void refresh_table();
-    void place_table();
     void show_conventions();
     void show_keys();
     void show_version();

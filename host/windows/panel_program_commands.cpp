@@ -27,10 +27,8 @@ void panel_program::run_command(unsigned id)
         case IDM_SWITCH_WINDOW: return frame_->switch_focus(wave_window_->handle());
         case IDM_MICROSCOPE: return handler_->edit_microscope();
         case IDM_ESTIMATE: return show_estimate_dialog();
-        case IDM_DIFFRACTOGRAM: return show_diffractogram(!diffractogram_window_ || !diffractogram_window_->visible());
-        case IDM_DIFFRACTOGRAM_OF_DISPLAY:
-            diffractogram_of_display_ = !diffractogram_of_display_;
-            return choose_diffractogram();
+        case IDM_DIFFRACTOGRAM: return toggle_diffractogram(false);
+        case IDM_DIFFRACTOGRAM_OF_DISPLAY: return toggle_diffractogram(true);
         case IDM_UNDO: return travel(true);
         case IDM_REDO: return travel(false);
         case IDM_COPY_OPTIONS:

@@ -1,9 +1,12 @@
 #include "host/windows/panel_program.h"
 #include "host/windows/resource.h"
+#include "host/windows/screen_place.h"
 
 namespace zentrix::host {
 
 namespace {
+
+constexpr int inset = 32;  // of the conventions from the wave window [pixels at 96 dots per inch]
 
 constexpr char keys_text[] =
     "F1\tconventions: units, angles and signs\n"
@@ -13,7 +16,7 @@ constexpr char keys_text[] =
     "F6\tto the panel, and back to the wave\n"
     "F7\testimate the aberrations\n"
     "F8\ttable of all coefficients\n"
-    "F9, Shift+F9\tdiffractogram; of the wave or of the display\n"
+    "F9, Shift+F9\tdiffractogram of the wave, of the display\n"
     "Ctrl+S\tsave the corrected wave\n"
     "Ctrl+O, Ctrl+E\tload and save parameters\n"
     "Ctrl+Z, Ctrl+Y\tundo and redo\n"
@@ -40,7 +43,7 @@ void panel_program::show_table(bool shown)
     if (!table_) {
         table_ = std::make_unique<coefficient_table>(wave_window_->handle());
         table_->on_close([this] { show_table(false); });
-        place_table();
+        place_next_to(table_->handle(), frame_->handle());
     }
     ShowWindow(table_->handle(), shown ? SW_SHOWNOACTIVATE : SW_HIDE);
     CheckMenuItem(GetMenu(wave_window_->handle()), IDM_TABLE, shown ? MF_CHECKED : MF_UNCHECKED);
@@ -57,6 +60,10 @@ void panel_program::show_conventions()
     if (!conventions_) {
         conventions_ = std::make_unique<conventions_window>(wave_window_->handle(), engine_);
         conventions_->on_close([this] { ShowWindow(conventions_->handle(), SW_HIDE); });
+        RECT wave;
+        GetWindowRect(wave_window_->handle(), &wave);
+        place_on_screen(conventions_->handle(),
+                        {wave.left + screen_pixels(inset), wave.top + 2 * screen_pixels(inset)});
     }
     ShowWindow(conventions_->handle(), SW_SHOW);
 }

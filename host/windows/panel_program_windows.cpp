@@ -4,6 +4,7 @@
 
 #include "host/files/png.h"
 #include "host/windows/resource.h"
+#include "host/windows/screen_place.h"
 #include "host/windows/screenshot.h"
 
 namespace zentrix::host {
@@ -49,14 +50,6 @@ void panel_program::place_windows()
     move(frame_->handle(), around.right + margin / 2, margin);
 }
 
-void panel_program::place_table()
-{
-    RECT frame;
-    GetWindowRect(frame_->handle(), &frame);
-    SetWindowPos(table_->handle(), nullptr, frame.right + margin / 2, frame.top, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-}
-
 void panel_program::make_transfer_window()
 {
     transfer_window_ =
@@ -67,8 +60,7 @@ void panel_program::make_transfer_window()
     transfer_window_->on_close([this] { handler_->set_transfer_function(false); });
     RECT frame;
     GetWindowRect(frame_->handle(), &frame);
-    SetWindowPos(transfer_window_->handle(), nullptr, frame.left, frame.bottom + margin / 2, 0, 0,
-                 SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+    place_on_screen(transfer_window_->handle(), {frame.left, frame.bottom + margin / 2});
 }
 
 void panel_program::start_timers()
