@@ -41,6 +41,8 @@ void transform_displayed(image& spectrum, display_mode mode, const std::atomic<b
 
 }  // namespace
 
+bool diffractogram_pictures::is_slow() const { return corrected_.spectrum()->count() > slow_from; }
+
 staged_pictures::second_stage diffractogram_pictures::begin(const picture_request& wanted)
 {
     if (!corrected_.failure().empty()) throw script_error{corrected_.failure()};
@@ -49,7 +51,7 @@ staged_pictures::second_stage diffractogram_pictures::begin(const picture_reques
     corrected_.multiply(source, spectrum);
     const auto profile = std::make_shared<std::vector<double>>();
     second_stage next;
-    next.is_slow = spectrum->count() > slow_from;
+    next.is_slow = is_slow();
     next.work = [=, displayed = displayed_](const std::atomic<bool>& given_up) {
         if (displayed) transform_displayed(*spectrum, *displayed, given_up);
         rendered_picture picture;

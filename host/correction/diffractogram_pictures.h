@@ -24,6 +24,9 @@ class diffractogram_pictures : public staged_pictures
     int width() const override { return corrected_.width(); }
     int height() const override { return corrected_.height(); }
 
+    /// Whether a picture takes so long that it is not for drags: the whole spectrum is multiplied on the user's thread.
+    bool is_slow() const;
+
     /// Radial means of the newest picture that was taken, see radial_power; empty before the first one.
     const std::vector<double>& profile() const noexcept { return profile_; }
 

@@ -36,7 +36,7 @@ struct rendered_picture
 {
     std::uint64_t number = 0;  ///< what `request` returned for it
     std::string failure;       ///< the reason why there is no picture; everything below is empty then
-    bool is_known = false;     ///< the user has been told that failure before
+    bool is_known = false;     ///< that failure was reported to the user before
     picture shades;
     /// What the picture shows: complex or real, of the picture's size. Pixel (i, j) is at the middle of its part of the
     /// image, ((i + 0.5) / columns, (j + 0.5) / rows) of its width and height.

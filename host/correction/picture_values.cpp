@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 namespace zentrix::host {
@@ -19,9 +20,10 @@ value_histogram histogram_of(std::span<const float> values, grey_limits automati
 {
     value_histogram histogram;
     constexpr auto pi = std::numbers::pi_v<float>;
-    const float distance = automatic.white - automatic.black;
-    const float margin = distance > 0 ? distance / 2 : std::max(1e-3F, std::abs(automatic.black) / 2);
-    histogram.range = {automatic.black - margin, automatic.white + margin};
+    constexpr auto largest = std::numeric_limits<float>::max();
+    const float half = automatic.white / 2 - automatic.black / 2;  // in parts, which cannot overflow
+    const float margin = half > 0 ? half : std::max(1e-3F, std::abs(automatic.black) / 2);
+    histogram.range = {std::max(automatic.black - margin, -largest), std::min(automatic.white + margin, largest)};
     if (mode == display_mode::phase)
         histogram.range = {std::max(histogram.range.black, -pi), std::min(histogram.range.white, pi)};
     const auto [black, white] = histogram.range;

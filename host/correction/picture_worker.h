@@ -16,7 +16,7 @@ namespace zentrix::host {
 /// enough memory for this picture.".
 rendered_picture failed_picture();
 
-/// A failure that the user has been told before.
+/// A failure that was reported to the user before.
 struct known_failure : script_error
 {
     using script_error::script_error;

@@ -38,9 +38,9 @@ matrix scatter(sharpness& sharp, const std::vector<double>& at)
         place[i] = at[i] + step;
         slopes.push_back(sharp.influences(place, tiles));
         place[i] = at[i] - step;
-        const auto behind = sharp.influences(place, tiles);
-        for (std::size_t tile = 0; tile < behind.size(); ++tile)
-            slopes[i][tile] = (slopes[i][tile] - behind[tile]) / (2 * step);
+        const auto before = sharp.influences(place, tiles);
+        for (std::size_t tile = 0; tile < before.size(); ++tile)
+            slopes[i][tile] = (slopes[i][tile] - before[tile]) / (2 * step);
     }
     matrix sum{n};
     for (std::size_t i = 0; i < n; ++i)

@@ -85,7 +85,10 @@ parameter_set parameters_in_options(const std::string& text)
     std::string word, value;
     bool any = false;
     while (words >> word) {
-        if (word == "-o") words >> word;
+        if (word == "-o") {
+            words >> word;
+            continue;
+        }
         if (!word.starts_with("--")) {
             if (any || !(word == "zentrix" || word == "correct" || word.find('.') != std::string::npos)) refuse(word);
             continue;

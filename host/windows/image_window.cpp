@@ -44,11 +44,18 @@ void image_window::show_title()
 
 void image_window::refresh()
 {
-    pending_ = true;
+    changed_ = newest_ + 1;
     requested_ = visible();
     if (!requested_) return;  // painting does it
-    source_.request(request(false));
+    changed_ = newest_ = source_.request(request(false));
     SetTimer(handle(), rest_timer, rest_ms, nullptr);
+}
+
+void image_window::refresh_at_rest()
+{
+    changed_ = newest_ + 1;
+    requested_ = visible();
+    if (requested_) SetTimer(handle(), rest_timer, rest_ms, nullptr);
 }
 
 std::optional<grey_limits> image_window::wanted_limits() const
@@ -76,7 +83,7 @@ void image_window::take_picture()
 
 void image_window::show_picture(rendered_picture&& rendered)
 {
-    pending_ = false;
+    received_ = rendered.number;
     if (rendered.is_known) return;
     if (!rendered.failure.empty()) throw script_error{rendered.failure};
     rendered_ = std::move(rendered);
@@ -90,7 +97,7 @@ void image_window::refine()
     const auto is_down = [](int button) { return GetAsyncKeyState(button) < 0; };
     if (is_down(VK_LBUTTON) || is_down(VK_RBUTTON) || HIWORD(GetQueueStatus(QS_INPUT)) != 0) return;
     KillTimer(handle(), rest_timer);
-    if (!rendered_.is_full || pending_) source_.request(request(true));
+    if (!rendered_.is_full || pending()) newest_ = source_.request(request(true));
 }
 
 void image_window::set_mode(display_mode mode)
@@ -165,7 +172,11 @@ void image_window::say(const std::string& text)
 
 const picture& image_window::shown()
 {
-    if (!rendered_.is_full || pending_) show_picture(source_.wait_for(request(true)));
+    if (!rendered_.is_full || pending()) {
+        auto picture = source_.wait_for(request(true));
+        newest_ = picture.number;
+        show_picture(std::move(picture));
+    }
     return rendered_.shades;
 }
 

@@ -43,6 +43,8 @@ class image_window : public window
 
     /// To be called when the image has changed.
     void refresh();
+    /// The same for images whose pictures are slow: nothing is computed before the user rests.
+    void refresh_at_rest();
     void set_mode(display_mode mode);
     /// The palette for phases. All other modes are grey.
     void set_phase_palette(palette shades);
@@ -81,8 +83,9 @@ class image_window : public window
     /// Whether there is a limit of the histogram that the mouse can drag.
     bool limit_at(POINT in_client) const;
 
-    /// The present picture at full resolution; waits for it.
-    /// Throws  script_error with the reason why there is none
+    /// The present picture at full resolution; waits for it. After a failure that was reported it is the previous one,
+    /// which is still on the screen.
+    /// Throws  script_error with the reason of a failure that was not reported
     const picture& shown();
 
     /// Sets the listener for the close button, which does nothing else.
@@ -113,6 +116,8 @@ class image_window : public window
     bool is_grey() const { return mode_ != display_mode::phase || phase_palette_ == palette::grey; }
     std::optional<grey_limits> wanted_limits() const;
     picture_request request(bool full) const;
+    /// Whether the image has changed since the picture on the screen was requested.
+    bool pending() const { return received_ < changed_; }
     void take_picture();
     void show_picture(rendered_picture&& rendered);
     void refine();
@@ -153,9 +158,10 @@ class image_window : public window
     bool uncorrected_ = false;
     std::optional<grey_limits> limits_for_uncorrected_;  ///< those of the corrected picture, to compare
 
-    bool requested_ = false;     ///< at least once
-    bool pending_ = false;       ///< a change whose picture is not there yet
-    rendered_picture rendered_;  ///< no pixels before the first one
+    bool requested_ = false;                   ///< at least once
+    std::uint64_t changed_ = 0;                ///< number of the first request after the last change
+    std::uint64_t newest_ = 0, received_ = 0;  ///< numbers of the newest request, and of the newest picture or failure
+    rendered_picture rendered_;                ///< no pixels before the first one
 
     view_map map_;
     canvas visible_;  ///< the visible part of the picture with its overlay

@@ -147,7 +147,7 @@ void image_window::choose_limits(std::optional<grey_limits> limits)
     paint_picture({*rendered_.values, mode_, palette::grey, rendered_.limits}, rendered_.shades);
     strip_is_stale_ = true;
     redraw_picture();
-    if (pending_) refresh();  // the awaited picture would have the former limits
+    if (pending() || received_ < newest_) refresh();  // the awaited picture would have the former limits
 }
 
 void image_window::show_uncorrected(bool uncorrected)

@@ -128,7 +128,11 @@ void panel_program::pictures_changed()
     for (const auto* const one : {&wave_window_, &transfer_window_, &diffractogram_window_}) {
         if (!*one) continue;
         (*one)->set_pixel_nm(pixel_nm);
-        (*one)->refresh();
+        if (one == &diffractogram_window_ && handler_->diffractograms().is_slow()) {
+            (*one)->refresh_at_rest();
+            (*one)->refresh_plot();
+        } else
+            (*one)->refresh();
     }
 }
 

@@ -10,15 +10,52 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <stdexcept>
+#include <thread>
 
 namespace windows_tests {
 namespace {
 
 using namespace zentrix::host;
 
+/// Pictures that count their work. They have full resolution.
+class counted_pictures : public staged_pictures
+{
+  public:
+    int begun = 0, taken = 0;
+
+    /// Handles messages until the window has taken all pictures.
+    void settle() const
+    {
+        for (int i = 0; i < 1000; ++i) {
+            pump();
+            if (taken == begun) break;
+            Sleep(10);
+        }
+        pump();  // painting
+    }
+
+  protected:
+    /// values  real, made by the worker
+    second_stage showing(const picture_request& wanted, std::function<image_ref()> values)
+    {
+        ++begun;
+        second_stage next;
+        next.work = [=](const std::atomic<bool>& given_up) {
+            rendered_picture picture;
+            picture.is_full = true;
+            picture.values = values();
+            show_values(wanted, given_up, picture);
+            return picture;
+        };
+        next.taken = [this] { ++taken; };
+        return next;
+    }
+};
+
 /// White pixels, or a failure.
-class white_pictures : public staged_pictures
+class white_pictures : public counted_pictures
 {
   public:
     bool fails = true;
@@ -29,13 +66,7 @@ class white_pictures : public staged_pictures
     second_stage begin(const picture_request& wanted) override
     {
         if (fails) throw std::runtime_error{"no picture"};
-        return {[wanted](const std::atomic<bool>& given_up) {
-            rendered_picture picture;
-            picture.is_full = true;
-            picture.values = image::create("white", HOST_ELEMENT_FLOAT32, {{2, 2}});
-            show_values(wanted, given_up, picture);
-            return picture;
-        }};
+        return showing(wanted, [] { return image::create("white", HOST_ELEMENT_FLOAT32, {{2, 2}}); });
     }
 };
 
@@ -49,7 +80,7 @@ TEST(ImageWindow, ShowsTheBackgroundOrThePreviousPictureWhenItsImageFails)
     ShowWindow(shows.handle(), SW_SHOWNOACTIVATE);
     const auto painted = [&] {
         InvalidateRect(shows.handle(), nullptr, FALSE);
-        for (int i = 0; i < 3; ++i) pump(), Sleep(10);  // the picture comes from another thread
+        pictures.settle();
         const auto now = picture_of_client(shows.handle());
         const std::uint8_t* const middle =
             &now.bytes[static_cast<std::size_t>(3 * (now.width / 2 + now.height / 2 * now.width))];
@@ -66,8 +97,51 @@ TEST(ImageWindow, ShowsTheBackgroundOrThePreviousPictureWhenItsImageFails)
     window::on_failure(nullptr);
 }
 
+/// One pixel with the number of the picture. From the third on, pictures wait until they are released.
+class numbered_pictures : public counted_pictures
+{
+  public:
+    int width() const override { return 1; }
+    int height() const override { return 1; }
+    std::atomic<bool> released = false;
+
+  private:
+    second_stage begin(const picture_request& wanted) override
+    {
+        return showing(wanted, [this, number = begun + 1] {
+            while (number > 2 && !released) Sleep(1);
+            const auto values = image::create("number", HOST_ELEMENT_FLOAT32, {{1, 1}});
+            values->at<float>(0, 0) = static_cast<float>(number);
+            return values;
+        });
+    }
+};
+
+TEST(ImageWindow, WaitsForTheNewestPictureAlsoWhenAnOlderOneHasJustCome)
+{
+    numbered_pictures pictures;
+    image_window shows{"", nullptr, {40, 40}, pictures};
+    shows.set_limits({0, 5});
+    ShowWindow(shows.handle(), SW_SHOWNOACTIVATE);
+    pictures.settle();
+    shows.refresh();
+    shows.refresh();  // waits, because the other has begun
+    for (int i = 0; i < 1000 && pictures.taken < 2; ++i) pump(), Sleep(1);
+    ASSERT_EQ(pictures.taken, 2);
+    const std::jthread later{[&] { Sleep(50), pictures.released = true; }};
+    const int shown = shows.shown().bytes[0];
+    EXPECT_EQ(shown, 255 * pictures.begun / 5);
+    EXPECT_GE(pictures.begun, 3);
+
+    const int begun = pictures.begun;
+    shows.refresh_at_rest();
+    EXPECT_EQ(pictures.begun, begun);
+    for (int i = 0; i < 1000 && pictures.taken == begun; ++i) pump(), Sleep(10);
+    EXPECT_EQ(pictures.taken, begun + 1);
+}
+
 /// 64 x 64 pixels, each of another value from its neighbours; before the correction all are 0.
-class slope_pictures : public staged_pictures
+class slope_pictures : public counted_pictures
 {
   public:
     int width() const override { return 64; }
@@ -77,16 +151,12 @@ class slope_pictures : public staged_pictures
   private:
     second_stage begin(const picture_request& wanted) override
     {
-        return {[wanted](const std::atomic<bool>& given_up) {
-            rendered_picture picture;
-            picture.is_full = true;
-            const auto values = image::create("slope", HOST_ELEMENT_FLOAT32, {{64, 64}});
-            for (int y = 0; y < 64 && !wanted.uncorrected; ++y)
+        return showing(wanted, [before = wanted.uncorrected] {
+            auto values = image::create("slope", HOST_ELEMENT_FLOAT32, {{64, 64}});
+            for (int y = 0; y < 64 && !before; ++y)
                 for (int x = 0; x < 64; ++x) values->at<float>(x, y) = value(x, y);
-            picture.values = values;
-            show_values(wanted, given_up, picture);
-            return picture;
-        }};
+            return values;
+        });
     }
 };
 
@@ -99,9 +169,7 @@ TEST(ImageWindow, ZoomsPansAndChoosesLimits)
     shows.add_histogram();
     ShowWindow(shows.handle(), SW_SHOWNOACTIVATE);
     const control window{shows.handle()};
-    const auto settled = [] {
-        for (int i = 0; i < 3; ++i) pump(), Sleep(10);
-    };
+    const auto settled = [&] { pictures.settle(); };
     /// Whether pixels of the screen are those of the image with these limits.
     const auto shows_image = [&](float black, float white) {
         settled();

@@ -1,4 +1,4 @@
-// Many lives of a panel, with everything that a user does in one. Nothing may be left behind. By hand, for longer:
+// Panels are created, used in all ways that a user has, and destroyed. Nothing may be left. By hand, for longer:
 //     ZENTRIX_ROUNDS=1000 tools/under-wine build/windows/tests/windows_tests.exe --gtest_filter=*LeaveNothingBehind
 #include "tests/windows/page_tables.h"
 

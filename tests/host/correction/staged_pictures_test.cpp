@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <limits>
 #include <numbers>
 #include <stdexcept>
 
@@ -12,7 +13,7 @@ namespace {
 
 using namespace zentrix::host;
 
-/// Pictures whose work lasts until they are told to end. The request's zoom is the number of the job.
+/// Pictures whose work lasts until the test lets it end. The request's zoom is the number of the job.
 class slow_pictures : public staged_pictures
 {
   public:
@@ -61,6 +62,7 @@ TEST(StagedPictures, OfManyRequestsTheFirstAndTheNewestAreMade)
         if (const auto picture = pictures.take()) numbers.push_back(picture->number);
     EXPECT_EQ(numbers, (std::vector{first, last}));
     EXPECT_EQ(pictures.begun, (std::vector{1.0, 4.0}));
+    while (ready < 2) std::this_thread::yield();  // the announcement may be later
     pictures.on_ready({});
     EXPECT_EQ(ready, 2);
     EXPECT_FALSE(pictures.job->gave_up);
@@ -85,12 +87,13 @@ TEST(StagedPictures, FailuresOfBothStagesArriveAndTheNextPictureIsMade)
     slow_pictures pictures;
     pictures.job->may_end = true;
     pictures.second_failure = "second";
+    std::atomic<int> ready = 0;
+    pictures.on_ready([&] { ++ready; });
     EXPECT_EQ(pictures.wait_for({}).failure, "second");
+    while (ready < 1) std::this_thread::yield();  // the announcement may be later than the picture
     pictures.first_failure = "first";
-    bool is_ready = false;
-    pictures.on_ready([&] { is_ready = true; });
     pictures.request({});
-    EXPECT_TRUE(is_ready) << "no second stage announces it";
+    EXPECT_EQ(ready, 2) << "no second stage announces it";
     EXPECT_EQ(pictures.take()->failure, "first");
     pictures.first_failure = pictures.second_failure = "";
     EXPECT_EQ(pictures.wait_for({}).failure, "");
@@ -115,6 +118,10 @@ TEST(PictureValues, TheHistogramCountsAllValuesAndIsWiderThanTheLimits)
     for (const auto& [bin, count] : {std::pair{0, 1}, {64, 1}, {96, 1}, {128, 1}, {192, 1}, {255, 1}})
         EXPECT_EQ(histogram.counts[static_cast<std::size_t>(bin)], static_cast<std::uint32_t>(count)) << bin;
     EXPECT_LT(histogram_of({values, 1}, {-100, -100}, display_mode::real).range.black, -100);
+    constexpr float largest = std::numeric_limits<float>::max();
+    const float extremes[] = {-largest, 0, largest};
+    const auto wide = histogram_of(extremes, {-largest, largest}, display_mode::real);
+    for (const std::size_t bin : {0U, 128U, 255U}) EXPECT_EQ(wide.counts[bin], 1U) << bin;
     const auto phases = histogram_of(values, {0, 3}, display_mode::phase).range;
     EXPECT_EQ(phases.black, -1.5F);
     EXPECT_EQ(phases.white, std::numbers::pi_v<float>) << "no phase is larger";

@@ -49,7 +49,7 @@ TEST(ParameterText, IsReadBackFromACommandAndFromAnObject)
     for (const auto& set : {example(), tilted})
         for (const std::string& text :
              {host::option_text(set), "zentrix correct in.npy -o out.npy\n " + host::option_text(set),
-              " " + host::as_json(set).dump()})
+              "zentrix correct in.npy " + host::option_text(set) + " -o out", " " + host::as_json(set).dump()})
             EXPECT_EQ(host::option_text(host::parameters_in_text(text)), host::option_text(set)) << text;
     EXPECT_EQ(host::option_text(host::parameters_in_text("--C1=-3")), "--C1 -3");
 }
