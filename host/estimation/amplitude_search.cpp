@@ -188,7 +188,7 @@ void amplitude_search::climb()
         shown.lens = static_cast<const lens::aberrations&>(foci_.front().lens);
         run_.show(shown);
     }
-    result_.lens = foci_.front().lens;
+    result_.lens = static_cast<const lens::aberrations&>(foci_.front().lens);
     result_.tolerance = 2 * defocus_step(bands[0] * resolution_);
     const search_range all = range();
     const double c1 = result_.lens[coefficient::C1].modulus, margin = result_.tolerance / 2;
