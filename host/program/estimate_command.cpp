@@ -128,7 +128,7 @@ void run(estimate_request& request, const global_options& global)
         throw host::file_error{host::system_path(lens.output), "cannot be written: expected a name ending in .json"};
     if (!lens.output.empty()) host::require_no_record(host::system_path(lens.output));
     host::require_folder(lens.output);
-    check_names("", lens.picture);
+    check_picture_of(lens.picture);
     const auto wave = read_wave(request.wave);
     const auto settled = settle(lens, request.wave, wave->scale());
     wave->set_scale(scale_of_result(wave->scale(), settled.parameters));

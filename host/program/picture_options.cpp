@@ -174,10 +174,17 @@ bool has_picture(const std::string& output, const picture_options& picture)
 
 void check_names(const std::string& output, const picture_options& picture, host::element_class meaning)
 {
-    if (!output.empty()) host::require_writable_kind(host::system_path(output), meaning);
+    if (output.empty()) throw usage_error{"-o expects the name of a file or folder"};
+    host::require_writable_kind(host::system_path(output), meaning);
+    host::require_folder(output);
+    check_picture_of(picture, output);
+}
+
+void check_picture_of(const picture_options& picture, const std::string& output)
+{
     check_picture_name(picture.png);
     if (!has_picture(output, picture)) refuse_look(picture);
-    for (const std::string& file : {output, picture.png}) host::require_folder(file);
+    host::require_folder(picture.png);
     if (!picture.limits_of.empty()) limits_for(picture);
 }
 

@@ -40,12 +40,16 @@ json choice_of(const picture_options& picture);
 bool has_picture(const std::string& output, const picture_options& picture);
 
 /// Checks names, folders, options and limits before any work is done.
-/// output   empty: no result but the picture
 /// meaning  of the elements of the result
 /// Throws  host::file_error for a name that ends in something else, a folder that does not exist, a format without such
-///         elements, and for a picture without limits; usage_error for the look of a picture that is not written
+///         elements, and for a picture without limits; usage_error for no name, and for the look of a picture that is
+///         not written
 void check_names(const std::string& output, const picture_options& picture,
                  host::element_class meaning = host::element_class::real);
+
+/// The part of check_names about the picture.
+/// output  of the command; empty: none but the picture
+void check_picture_of(const picture_options& picture, const std::string& output = "");
 
 /// Checks whether the picture can be made, before anything is written. Nothing is checked if none is to be written.
 /// pixels  what it shows; only size and scale are used

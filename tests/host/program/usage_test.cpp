@@ -67,6 +67,8 @@ TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
              {correct + "--kv 300 --pixel 1 --A1 14 35", "unexpected argument \"35\": an angle follows as in 14@35"},
              {"unwrap p.npy -o u.npy --box -3", "--box: expected a number from 0 to 2147483647, not \"-3\""},
              {correct + "--wavelength 2e-12", "--wavelength: The wavelength is 2e-12 nm: are these metres?"},
+             {"hologram h.npy -o \"\" --wave w.npy", "-o expects the name of a file or folder"},
+             {"unwrap p.npy -o \"\"", "-o expects the name of a file or folder"},
              {"unwrap p.npy -o u.npy --box 1.5", "--box: expected a number from 0 to 2147483647, not \"1.5\""},
          }) {
         const auto done = bench.zentrix(words);
