@@ -66,10 +66,15 @@ void floating_frame::close()
 bool floating_frame::handles(MSG& message) const
 {
     if (!content_ || !IsChild(content_, message.hwnd)) return false;
-    // The sheet would take every Tab and never let the focus out of its pages. Ctrl+Tab is its own: another page.
-    const bool tab = message.message == WM_KEYDOWN && message.wParam == VK_TAB && GetKeyState(VK_CONTROL) >= 0;
+    const bool key = message.message == WM_KEYDOWN, control = GetKeyState(VK_CONTROL) < 0;
+    const bool tab = key && message.wParam == VK_TAB,
+               page = key && (message.wParam == VK_PRIOR || message.wParam == VK_NEXT);
     const HWND sheet = FindWindowExW(content_, nullptr, L"#32770", nullptr);
-    if (!tab && sheet && PropSheet_IsDialogMessage(sheet, &message)) return true;
+    MSG to_sheet = message;
+    // From the controls below the sheet, too, these keys select another page.
+    if (control && (tab || page)) to_sheet.hwnd = sheet;
+    // The sheet would take every Tab and never let the focus out of its pages.
+    if (sheet && (control || !tab) && PropSheet_IsDialogMessage(sheet, &to_sheet)) return true;
     return IsDialogMessageW(content_, &message);
 }
 

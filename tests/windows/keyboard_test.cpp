@@ -137,6 +137,17 @@ TEST_F(at_the_keyboard, TabGoesThroughEveryControlInBothDirections)
     EXPECT_EQ(log().find("tag "), std::string::npos) << "nothing was changed";
 }
 
+TEST_F(at_the_keyboard, PagesAreChangedFromTheControlsBelowThemToo)
+{
+    const std::pair<WORD, int> turns[] = {{VK_TAB, 1}, {VK_NEXT, 2}, {VK_PRIOR, 1}};
+    for (const auto& [key, expected] : turns) {
+        SetFocus(GetDlgItem(panel(), 5100));
+        ASSERT_TRUE(focus_reaches("PCTF"));
+        press({VK_CONTROL, key});
+        EXPECT_TRUE(comes_true([&, wanted = expected] { return page_index() == wanted; })) << page_index();
+    }
+}
+
 TEST_F(at_the_keyboard, F6GoesBetweenTheWaveAndTheControlThatWasUsedLast)
 {
     ASSERT_TRUE(focus_reaches("value C1"));

@@ -27,6 +27,26 @@ class in_the_menus : public at_the_panel
     }
 };
 
+TEST_F(in_the_menus, EachDiffractogramIsShownAndHiddenByItsItem)
+{
+    start();
+    const auto title = [this] {
+        wchar_t text[100] = {};
+        const auto* const made = program_->diffractogram_window();
+        if (made && made->visible()) GetWindowTextW(made->handle(), text, static_cast<int>(std::size(text)));
+        return std::wstring{text};
+    };
+    const std::pair<int, const wchar_t*> steps[] = {{IDM_DIFFRACTOGRAM_OF_DISPLAY, L"Diffractogram of the modulus"},
+                                                    {IDM_DIFFRACTOGRAM, L"Diffractogram of the wave"},
+                                                    {IDM_DIFFRACTOGRAM, L""},
+                                                    {IDM_DIFFRACTOGRAM_OF_DISPLAY, L"Diffractogram of the modulus"},
+                                                    {IDM_DIFFRACTOGRAM_OF_DISPLAY, L""}};
+    for (const auto& [chosen, expected] : steps) {
+        choose_item(chosen);
+        EXPECT_EQ(title(), expected);
+    }
+}
+
 TEST_F(in_the_menus, CopiedOptionsMakeTheSameWaveAndEveryTextCanBePasted)
 {
     start();

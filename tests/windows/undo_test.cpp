@@ -1,6 +1,7 @@
 // Undo and redo with the keys Ctrl+Z and Ctrl+Y.
 #include "tests/windows/at_the_panel.h"
 
+#include "host/parameters/json_file.h"
 #include "host/windows/resource.h"
 
 namespace windows_tests {
@@ -122,6 +123,25 @@ TEST_F(undoing, ApplyIsTakenBackToTheBit)
     EXPECT_EQ(item(IDM_REDO), "&Redo Apply\tCtrl+Y");
     redo();
     EXPECT_TRUE(support::same_bytes(result(), results.back()));
+}
+
+TEST_F(undoing, TheRecordOfAWaveNamesOneCommandAgainAfterAnUndoneApply)
+{
+    start();
+    of_page(0, 5003).type("-20");
+    of_panel(1).send(BM_CLICK);  // Apply
+    settle();
+    const auto record_of_saved = [this](const std::string& name) {
+        choose(IDM_SAVE, (name + ".npy").c_str());
+        return read_json(bench_ / (name + ".json"));
+    };
+    EXPECT_EQ(record_of_saved("applied")["applied_before"].size(), 1u);
+    focus_wave();
+    undo();
+    const auto record = record_of_saved("undone");
+    EXPECT_FALSE(record.contains("applied_before")) << record;
+    EXPECT_EQ(record["command"][1], "correct") << record;
+    EXPECT_TRUE(equals_command({"--C1", "-20"}));
 }
 
 TEST_F(undoing, LoadedParametersSettingsAndTooLargeNumbersAreStepsToo)
