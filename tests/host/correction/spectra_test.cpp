@@ -1,0 +1,54 @@
+// The radial profile of a diffractogram, and the mask of a transfer function that is sampled too coarsely.
+#include "host/correction/diffractogram_pictures.h"
+#include "host/correction/undersampled.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <complex>
+
+namespace {
+
+using namespace zentrix::host;
+namespace lens = zentrix::lens;
+
+TEST(RadialPower, IsTheMeanOverRingsOfFrequencyInAnOblongSpectrumToo)
+{
+    const auto spectrum = image::create("spectrum", HOST_ELEMENT_COMPLEX64, {{8, 4}});
+    auto* const pixels = static_cast<std::complex<float>*>(spectrum->data());
+    const auto at = [&](int x, int y) -> std::complex<float>& { return pixels[8 * y + x]; };
+    std::fill_n(pixels, spectrum->count(), 0.0F);
+    at(4, 2) = 7;        // frequency zero
+    at(3, 2) = 2;        // one of 2 pixels in ring 1
+    at(4, 1) = {3, -4};  // ring 2, which has 8: a row is two columns away from the next
+    at(0, 0) = 1000;     // in a corner, beyond the last ring
+    EXPECT_EQ(radial_power(*spectrum), (std::vector<double>{49, 2, 25 / 8.0, 0, 0}));
+}
+
+lens::transfer_arguments with_defocus(double nanometres)
+{
+    lens::optics setup;
+    setup.wavelength_nm = 0.002;
+    setup.pixel_nm = 0.02;
+    setup.lens[lens::coefficient::C1].modulus = nanometres;
+    return lens::arguments_for(setup, 2, 2, lens::direction::apply);
+}
+
+TEST(MaskUndersampled, BeginsWherePhaseStepsExceedPi)
+{
+    // chi = pi q^2. From q to q + 0.05 1/nm it changes by more than pi from 9.975 1/nm and below -10.025 1/nm.
+    picture row{600, 1, 1, std::vector<std::uint8_t>(600, 90)};
+    mask_undersampled(row, with_defocus(500), 0.05, 0.05);
+    ASSERT_EQ(row.channels, 3);
+    ASSERT_EQ(row.bytes.size(), 1800u);
+    for (int x = 0; x < 600; ++x) {
+        const bool masked = x - 300 >= 200 || x - 300 <= -201;
+        const rgb expected = masked ? undersampled_ink : rgb{90, 90, 90};
+        EXPECT_TRUE(std::equal(expected.begin(), expected.end(), &row.bytes[3 * static_cast<std::size_t>(x)])) << x;
+    }
+    picture grey{600, 1, 1, std::vector<std::uint8_t>(600, 90)};
+    mask_undersampled(grey, with_defocus(300), 0.05, 0.05);
+    EXPECT_EQ(grey.channels, 1) << "without undersampling nothing changes";
+}
+
+}  // namespace
