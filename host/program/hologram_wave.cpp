@@ -60,7 +60,7 @@ host::unwrap_report unwrap(host::engine& engine, const host::image_ref& phase)
 
 host::image_ref in_degrees(const host::image& radians)
 {
-    const auto degrees = radians.clone();
+    auto degrees = radians.clone();
     degrees->set_scale(radians.scale());
     const std::span values{static_cast<float*>(degrees->data()), degrees->count()};
     for (float& value : values) value *= static_cast<float>(180 / std::numbers::pi);
