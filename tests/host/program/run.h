@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iterator>
@@ -60,11 +61,13 @@ class workbench
         return result;
     }
     outcome zentrix(const std::vector<std::string>& arguments) const { return run(built(ZENTRIX_PROGRAM), arguments); }
-    /// The same with arguments that are separated by blanks.
+    /// The same with arguments that are separated by blanks; "" is an empty one.
     outcome zentrix(const std::string& arguments) const
     {
-        std::istringstream words{arguments};
-        return zentrix(std::vector<std::string>{std::istream_iterator<std::string>{words}, {}});
+        std::istringstream text{arguments};
+        std::vector<std::string> words{std::istream_iterator<std::string>{text}, {}};
+        std::replace(words.begin(), words.end(), std::string{"\"\""}, std::string{});
+        return zentrix(words);
     }
 
     const scratch_folder& folder() const { return folder_; }
