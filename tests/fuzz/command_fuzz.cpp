@@ -1,13 +1,13 @@
 // The command line, run in this process on small files in a folder of its own. Whatever the words are, it ends with one
-// of its exit codes and leaves no unfinished file. The first bytes of the input choose a command line and change some
-// of its words; or the command line follows, one word in each line.
+// of its exit codes, says why if that is not 0, and leaves no unfinished file; a wrong command line changes no file. The
+// first bytes of the input choose a command line and change some of its words; or the command line follows, one word in
+// each line.
 #include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <filesystem>
 #include <iostream>
 #include <sstream>
-#include <streambuf>
 
 #include "host/files/image_file.h"
 #include "tests/fuzz/fuzz.h"
@@ -139,12 +139,6 @@ constexpr const char* vocabulary[] = {"wave.npy",
                                       "-h",
                                       "--plane"};
 
-/// Swallows what the program prints.
-class nothing : public std::streambuf
-{
-    int overflow(int c) override { return c; }
-};
-
 /// The folder with the inputs, which a run may overwrite.
 class folder_of_inputs
 {
@@ -166,14 +160,19 @@ class folder_of_inputs
         std::filesystem::current_path(folder_ / "");
         setenv("ZENTRIX_LIBRARY", ZENTRIX_LIBRARY_FILE, 1);
     }
-    /// Removes what a run has left and restores the inputs.
-    void tidy()
+    /// Removes what a run has left and restores the inputs. Returns whether there was anything to do.
+    bool tidy()
     {
-        for (const std::string& name : folder_.files()) {
+        const std::vector<std::string> names = folder_.files();
+        bool changed = names.size() != contents_.size();
+        for (const std::string& name : names)
             if (name.find(".part") != std::string::npos) fuzz::fail("an unfinished file was left: " + name);
-            std::filesystem::remove_all(folder_ / name);
-        }
+        for (const auto& [name, bytes] : contents_)
+            changed |= !std::filesystem::is_regular_file(folder_ / name) || folder_.read(name) != bytes;
+        if (!changed) return false;
+        for (const std::string& name : names) std::filesystem::remove_all(folder_ / name);
         for (const auto& [name, bytes] : contents_) folder_.write(name, bytes);
+        return true;
     }
 
   private:
@@ -245,7 +244,6 @@ std::vector<std::string> fuzz::seeds()
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static folder_of_inputs folder;
-    static nothing silence;
     fuzz::input from{data, std::min<std::size_t>(size, 12)}, rest{data, size};
     rest.text(12);
     const std::size_t which = from.below(std::size(command_lines) * 5 / 4);
@@ -259,12 +257,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::string& word : all) arguments.push_back(word.data());
     arguments.push_back(nullptr);
 
-    auto* const out = std::cout.rdbuf(&silence);
-    auto* const err = std::cerr.rdbuf(&silence);
+    std::ostringstream printed, errors;
+    auto* const out = std::cout.rdbuf(printed.rdbuf());
+    auto* const err = std::cerr.rdbuf(errors.rdbuf());
     const int code = program_main(static_cast<int>(all.size()), arguments.data());
     std::cout.rdbuf(out);
     std::cerr.rdbuf(err);
     if (code < 0 || code > 3) fuzz::fail("exit code " + std::to_string(code));
-    folder.tidy();
+    if (code != 0 && errors.str().find("zentrix: ") == std::string::npos)
+        fuzz::fail("exit code " + std::to_string(code) + " without a reason: " + errors.str());
+    if (folder.tidy() && code == 2) fuzz::fail("a wrong command line changed files: " + errors.str());
     return 0;
 }
