@@ -1,7 +1,7 @@
 // The command line, run in this process on small files in a folder of its own. Whatever the words are, it ends with one
-// of its exit codes, says why if that is not 0, and leaves no unfinished file; a wrong command line changes no file. The
-// first bytes of the input choose a command line and change some of its words; or the command line follows, one word in
-// each line.
+// of its exit codes, says why if that is not 0, and leaves no unfinished file; a wrong command line changes no file.
+// The first bytes of the input choose a command line and change some of its words; or the command line follows, one
+// word in each line.
 #include <algorithm>
 #include <cctype>
 #include <cmath>
