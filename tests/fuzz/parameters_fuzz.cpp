@@ -45,9 +45,9 @@ std::optional<std::complex<double>> nanometres(const parameter_set& of, lens::co
     return one.in_nanometres(which);
 }
 
-void check_parameters(const std::filesystem::path& file)
+/// What was read; an error from here on is a fault.
+void check_parameters(const parameter_set& read)
 {
-    const parameter_set read = read_parameters(file);
     const std::string written = as_json(read).dump();
     const auto again = shared().folder / "again.json";
     write_parameters(again, read);
@@ -120,13 +120,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto& folder = shared().folder;
     const char* const names[] = {"parameters.json", "out.json", "out.npy.json"};
     folder.write(names[what], from.rest());
+    std::optional<parameter_set> read;
     try {
         if (what == 0)
-            check_parameters(folder / names[0]);
+            read = read_parameters(folder / names[0]);
         else
             check_record();
     } catch (const file_error&) {
     }
+    if (read) check_parameters(*read);
     for (const char* const name : names) std::filesystem::remove(folder / name);
     return 0;
 }
