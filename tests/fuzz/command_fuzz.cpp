@@ -7,6 +7,7 @@
 #include <cmath>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <sstream>
 
 #include "host/files/image_file.h"
@@ -32,6 +33,9 @@ constexpr const char* command_lines[] = {
     "hologram phase.npy --reference phase.npy --pixel 0.5 -o out.npy",
     "hologram phase.npy --pixel 0.5 --unwrap -o out.npy --png out.png --sideband 3,4",
     "unwrap phase.npy -o out.npy --cuts cuts.png --mask phase.npy",
+    "hologram phase.npy --pixel 0.5 --phase --degrees --window hann --size 32 -o out.npy",
+    "estimate wave.npy --kv 300 --pixel 0.02 --free C1,A1 --start C1=-62 --range C1=-100:0 -o found.json",
+    "correct wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -62 --png out.png --show phase --limits -1:1 --title t",
     "fft wave.npy -o out.npy --png out.png --show log",
     "ifft wave.npy -o out.npy",
     "functions",
@@ -48,96 +52,27 @@ constexpr const char* command_lines[] = {
     "--version --json",
     "correct --help"};
 
-constexpr const char* vocabulary[] = {"wave.npy",
-                                      "phase.npy",
-                                      "phase.tif",
-                                      "p.json",
-                                      "none.npy",
-                                      "out.npy",
-                                      "out.png",
-                                      "out.tif",
-                                      "out.mrc",
-                                      "-o",
-                                      "--kv",
-                                      "--pixel",
-                                      "--C1",
-                                      "--A1",
-                                      "--C3",
-                                      "--C5",
-                                      "--B2",
-                                      "--S3",
-                                      "--params",
-                                      "--show",
-                                      "--colour",
-                                      "--png",
-                                      "--focus-spread",
-                                      "--tilt",
-                                      "--json",
-                                      "--simd",
-                                      "off",
-                                      "on",
-                                      "phase",
-                                      "modulus",
-                                      "wave",
-                                      "log",
-                                      "real",
-                                      "300",
-                                      "0.02",
-                                      "-62",
-                                      "0",
-                                      "nan",
-                                      "inf",
-                                      "1e300",
-                                      "-1e-300",
-                                      "14@35",
-                                      "14@",
-                                      "1,2",
-                                      ",",
-                                      "1:2:0.5",
-                                      "2:1:1",
-                                      "1:1:0",
-                                      "null",
-                                      "_",
-                                      "_=3",
-                                      "{}",
-                                      "list:a,b",
-                                      "--",
-                                      "-",
-                                      "",
-                                      "--help",
-                                      "--each",
-                                      "*.npy",
-                                      "--continue",
-                                      "--limits",
-                                      "-1:1",
-                                      "--zoom",
-                                      "2",
-                                      "--crop",
-                                      "0:4,0:4",
-                                      "--mask",
-                                      "--cuts",
-                                      "--sideband",
-                                      "--radius",
-                                      "polar",
-                                      "--unit",
-                                      "nm",
-                                      "A",
-                                      "--angle",
-                                      "rad",
-                                      "--to",
-                                      "cartesian",
-                                      "\xc3\xa9",
-                                      "\xff",
-                                      "--wavelength",
-                                      "--vibration",
-                                      "--convergence",
-                                      "--scale-bar",
-                                      "--colour-bar",
-                                      "--overwrite",
-                                      "--envelope",
-                                      "--energy",
-                                      "-h",
-                                      "--plane"};
+words words_of(const std::string& text)
+{
+    std::istringstream stream{text};
+    return {std::istream_iterator<std::string>{stream}, {}};
+}
+
+/// What words of a command line are replaced by; the last one is empty.
+const words vocabulary = [] {
+    words all = words_of(
+        "wave.npy phase.npy phase.tif p.json none.npy out.npy out.png out.tif out.mrc -o --kv --pixel --C1 --A1 "
+        "--C3 --C5 --B2 --S3 --params --show --colour --png --focus-spread --tilt --json --simd off on phase "
+        "modulus wave log real 300 0.02 -62 0 nan inf 1e300 -1e-300 14@35 14@ 1,2 , 1:2:0.5 2:1:1 1:1:0 null _ _=3 "
+        "{} list:a,b -- - --help --each *.npy --continue --limits -1:1 --zoom 2 --crop 0:4,0:4 --mask --cuts "
+        "--sideband --radius polar --unit nm A --angle rad --to cartesian \xc3\xa9 \xff --wavelength --vibration "
+        "--convergence --scale-bar --colour-bar --overwrite --envelope --energy -h --plane --A2 --A3 --A4 --A5 "
+        "--B4 --D4 --R5 --S5 --box --clockwise --degrees --despike --flank --free --full-size --limits-of --nan "
+        "--object --output --phase --range --real --reference --region --size --start --suffix --threads --timing "
+        "--title --unwrap --wave --window --zero 1:3 C1=-62 C1=-100:0 auto 5,5,20,20 -100:0 C10=-62nm");
+    all.emplace_back();
+    return all;
+}();
 
 /// The folder with the inputs, which a run may overwrite.
 class folder_of_inputs
@@ -210,8 +145,7 @@ void change(words& all, fuzz::input& from)
 {
     for (std::size_t i = from.below(4); i > 0; --i) {
         const std::size_t at = from.below(all.size() + 1);
-        const std::string word =
-            from.coin() ? std::string{from.pick(vocabulary)} : std::string{from.pick(vocabulary)} + "=2";
+        const std::string word = from.coin() ? from.pick(vocabulary) : from.pick(vocabulary) + "=2";
         switch (from.below(4)) {
             case 0: all.insert(all.begin() + static_cast<std::ptrdiff_t>(at), word); break;
             case 1:
