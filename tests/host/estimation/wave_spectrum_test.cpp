@@ -31,7 +31,7 @@ image_ref filtered(image_ref wave, double highest)
 
 TEST(WaveSpectrum, KnowsNoiseResolutionAndEdges)
 {
-    // Of the power, exp(-(2 pi 0.035 nm g)^2) is beyond a frequency g. In noise, the signal ends where it is 0.25 of the
+    // exp(-(2 pi 0.035 nm g)^2) of the power is beyond a frequency g. In noise, the signal ends where it is 0.25 of the
     // noise and two standard deviations above it.
     const struct
     {
