@@ -44,6 +44,7 @@ class amplitude_search
     band_model model_up_to(double band) const { return task_.model_up_to(band, {task_.start.lens}, unknowns_); }
     double step() const { return 2 * task_.defocus_step(resolution_); }
     void judge();
+    double contrast_in_focus() const;
     void judge_rivals(const band_model& band);
     void judge_maximum(const band_model& band);
     void add_other_bands(const band_model& band, matrix& chi);
@@ -71,8 +72,29 @@ void amplitude_search::judge()
         const auto a1 = there.in_nanometres(coefficient::A1) - best().in_nanometres(coefficient::A1);
         if (std::abs(off) < found_.tolerance && std::abs(a1) < found_.tolerance) ++result_.agreeing;
     }
+    result_.contrast_in_focus = contrast_in_focus();
     judge_rivals(band);
     judge_maximum(band);
+}
+
+/// In focus, all that an amplitude object scatters changes the modulus; far from focus half of it does.
+double amplitude_search::contrast_in_focus() const
+{
+    constexpr double steps[] = {-40, -20, -10, 10, 20, 40};
+    const band_model band = task_.model_up_to(resolution_, best(), {{coefficient::C1}});
+    band_evaluator evaluate{band};
+    const double noise = band.noise_variance() * band.filled();
+    const auto contrast = [&](const imaging& lens) {
+        run_.evaluated();
+        return evaluate(criterion::modulus_variance, band.variables_of(lens), {}) - noise;
+    };
+    double elsewhere = 0;
+    for (const double steps_away : steps) {
+        imaging away = best();
+        away[coefficient::C1].modulus += steps_away * step();
+        elsewhere += contrast(away) / static_cast<double>(std::size(steps));
+    }
+    return elsewhere > 0 ? contrast(best()) / elsewhere : 0;
 }
 
 /// The sharpest focus may be a wrong one in the same way everywhere, such as for bars of one direction. It then changes

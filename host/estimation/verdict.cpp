@@ -33,6 +33,7 @@ std::string doubt_of_all(const estimate& result, const phase_solution& found)
     if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
     constexpr double least_scattered = 1e-5;
     if (found.scattered < least_scattered) return "the wave is constant";
+    if (!found.has_signal) return "the spectrum has hardly any signal above its noise";
     if (found.misfit > largest_misfit)
         return "the modulus varies at every focus: the object does not change the phase only";
     return found.even_doubt;
@@ -75,11 +76,13 @@ constexpr char hardly[] = "the sharpness hardly depends on it";
 /// Why an amplitude object's focus is not determined.
 std::string doubt_of_focus(const estimate& result, const amplitude_solution& found)
 {
-    constexpr double least_prominence = 1.05;
+    constexpr double least_prominence = 1.05, least_contrast = 1.3;
     if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
     if (found.is_at_end) return "the sharpest focus is at the end of the range";
     if (found.prominence < least_prominence) return "no focus is clearly sharper than others";
     if (!found.is_maximum) return "the sharpness has no maximum";
+    if (found.contrast_in_focus < least_contrast)
+        return "the modulus does not vary more in focus than elsewhere: the object does not change the amplitude only";
     if (found.has_rival) return "another focus is as sharp";
     if (found.agreeing < 4) return "parts of the wave are sharpest at different foci";
     if (!(found.chi_uncertainty < largest_of_focus)) return hardly;
