@@ -140,7 +140,7 @@ void check_modulus(input& from)
     for (const auto& row : rows) {
         guarded<T> result{all.count, all.offset};
         row.function(source->data(), result.data(), all.length());
-        results.push_back(one_nan(result.copy()));
+        results.push_back(support::one_nan(result.copy()));
     }
     const T low = std::sqrt(std::numeric_limits<T>::min()) * T{1e4},
             high = std::sqrt(std::numeric_limits<T>::max()) / 2;

@@ -118,19 +118,6 @@ class strided
     qorv::dm::image<T> view_;
 };
 
-/// The same values with every NaN replaced by one: kernels do not promise its payload.
-template <class T>
-std::vector<T> one_nan(std::vector<T> values)
-{
-    if constexpr (!std::is_integral_v<T>) {
-        using part = decltype(std::real(T{}));
-        auto* parts = reinterpret_cast<part*>(values.data());
-        for (std::size_t i = 0; i < values.size() * (sizeof(T) / sizeof(part)); ++i)
-            if (parts[i] != parts[i]) parts[i] = std::numeric_limits<part>::quiet_NaN();
-    }
-    return values;
-}
-
 template <class T>
 bool same_bits(const std::vector<T>& a, const std::vector<T>& b)
 {
