@@ -31,10 +31,10 @@ class many_panels : public panel_window
         const control tip{tips()};
         tip.send(TTM_POP);
         tip.send(TTM_SETDELAYTIME, TTDT_INITIAL, 1);
-        for (int move = 0; move < 30; ++move) {
+        for (int move = 0; move < 300; ++move) {
             of.send(WM_MOUSEMOVE, 0, MAKELPARAM(2, 2));
             // Each move starts the delay again, so the next one is not sent at once.
-            for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 300; Sleep(1)) {
+            for (const ULONGLONG start = GetTickCount64(); GetTickCount64() - start < 30; Sleep(1)) {
                 pump();
                 if (tip.visible() && tip.text().find(part) != std::string::npos) return true;
             }
