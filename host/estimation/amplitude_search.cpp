@@ -5,6 +5,7 @@
 
 #include "host/estimation/amplitude_certainty.h"
 #include "host/estimation/amplitude_foci.h"
+#include "host/estimation/minimise.h"
 #include "host/estimation/sharpness.h"
 
 namespace zentrix::host {
@@ -12,6 +13,13 @@ namespace zentrix::host {
 namespace {
 
 using lens::coefficient;
+
+/// Adds a difference of two points to a covariance as one that was seen.
+void add_square(matrix& covariance, std::span<const double> a, std::span<const double> b, double weight)
+{
+    for (std::size_t i = 0; i < a.size(); ++i)
+        for (std::size_t j = 0; j < a.size(); ++j) covariance(i, j) += (b[i] - a[i]) * (b[j] - a[j]) * weight;
+}
 
 class amplitude_search
 {
@@ -48,6 +56,7 @@ class amplitude_search
     void judge_rivals(const band_model& band);
     void judge_maximum(const band_model& band);
     void add_other_bands(const band_model& band, matrix& chi);
+    void add_other_criterion(const band_model& band, matrix& chi);
 
     search_run& run_;
     const search_task& task_;
@@ -109,12 +118,25 @@ void amplitude_search::add_other_bands(const band_model& band, matrix& chi)
         found[i] = sharpest_near(run_, other, best(), step());
     });
     if (!goes_on) throw search_stopped{};
-    for (const imaging& there : found) {
-        const auto place = band.variables_of(there);
-        for (std::size_t i = 0; i < at.size(); ++i)
-            for (std::size_t j = 0; j < at.size(); ++j)
-                chi(i, j) += (place[i] - at[i]) * (place[j] - at[j]) / static_cast<double>(found.size());
-    }
+    for (const imaging& there : found)
+        add_square(chi, at, band.variables_of(there), 1 / static_cast<double>(found.size()));
+}
+
+/// Where the band ends sharply, some astigmatism may weaken the rings along edges and so be sharpest. The modulus of an
+/// amplitude object varies most in focus, rings or not.
+void amplitude_search::add_other_criterion(const band_model& band, matrix& chi)
+{
+    band_evaluator evaluate{band};
+    const auto at = band.variables_of(best());
+    const auto negative_variance = [&](std::span<const double> place, std::span<double> gradient) {
+        run_.evaluated();
+        const double value = evaluate(criterion::modulus_variance, place, gradient);
+        for (double& one : gradient) one = -one;
+        return -value;
+    };
+    const minimum found = descend(negative_variance, at, {2e-3, 0, 100});
+    if (found.stopped) throw search_stopped{};
+    add_square(chi, at, found.at, 1);
 }
 
 /// The uncertainties of the best focus.
@@ -125,6 +147,7 @@ void amplitude_search::judge_maximum(const band_model& band)
     result_.is_maximum = chi.has_value();
     if (!chi) return;
     add_other_bands(band, *chi);
+    add_other_criterion(band, *chi);
     constexpr double left_open = 2e-3;  // by the search [rad]
     const std::size_t n = unknowns_.size();
     double sum = 0;
@@ -139,6 +162,7 @@ void amplitude_search::judge_maximum(const band_model& band)
         for (std::size_t i = 0; i < n; ++i) squares += forth(i, k) * forth(i, k);
         if (unknowns_[k].which == coefficient::C1) {
             result_.c1_uncertainty = deviation;
+            result_.c1_chi = deviation * std::sqrt(squares);
             continue;
         }
         result_.a1_chi = std::max(result_.a1_chi, deviation * std::sqrt(squares));
