@@ -13,11 +13,11 @@ namespace zentrix::bench {
 
 enum class specimen
 {
-    crystal,       ///< pairs of atom columns with a dislocation, an edge and adatoms; phases up to 0.9 rad
-    amorphous,     ///< a Gaussian random phase, 0.25 rad rms
-    target,        ///< bars that absorb, all alike: turned by a constant angle, this is a phase object
-    grey_target,   ///< bars in all directions, each group with a modulus of its own: no phase object
-    vacuum         ///< nothing
+    crystal,      ///< pairs of atom columns with a dislocation, an edge and adatoms; phases up to 0.9 rad
+    amorphous,    ///< a Gaussian random phase, 0.25 rad rms
+    target,       ///< bars that absorb, all alike: turned by a constant angle, this is a phase object
+    grey_target,  ///< bars in all directions, each group with a modulus of its own: no phase object
+    vacuum        ///< nothing
 };
 
 struct simulation

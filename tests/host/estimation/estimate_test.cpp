@@ -90,14 +90,6 @@ TEST(Estimate, IsRightWithinItsUncertaintyOrSaysThatItDoesNotKnow)
          },
          false},
         {"dark columns", [](bench::simulation& how) { how.strength = -1, how.noise = 0.05; }, true},
-        {"strong crystal", [](bench::simulation& how) { how.strength = 4, how.noise = 0.05; }, true},
-        {"crystal that is sharpest far out of focus",
-         [](bench::simulation& how) {
-             how.is_cropped = true, how.noise = 0.05;
-             how.lens = bench::random_lens(81009);
-             how.seed = 81009002;
-         },
-         false},
         {"much noise", [](bench::simulation& how) { how.noise = 0.3; }, false},
     };
     for (const auto& row : rows) {

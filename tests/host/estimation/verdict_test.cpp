@@ -102,8 +102,7 @@ TEST(Verdict, EachLimitOfAnAmplitudeObjectHasItsReason)
         {c1 | a1, "another focus is as sharp", [](auto&, auto& p, double x) { p.has_rival = x > 1; }},
         {c1 | a1, "parts of the wave", [](auto&, auto& p, double x) { p.agreeing = x < 1 ? 4 : 3; }},
         {c1 | a1, "the modulus does not vary more", [](auto&, auto& p, double x) { p.contrast_in_focus = 1.3 / x; }},
-        {c1 | a1, "the sharpness hardly",
-         [](auto&, auto& p, double x) { p.c1_chi = p.chi_uncertainty = 0.2 * x; }},
+        {c1 | a1, "the sharpness hardly", [](auto&, auto& p, double x) { p.c1_chi = p.chi_uncertainty = 0.2 * x; }},
         {a1, "the sharpness hardly", [](auto&, auto& p, double x) { p.chi_uncertainty = 0.2 * x; }},
         {a1, "the sharpness hardly", [](auto&, auto& p, double x) { p.a1_chi = 0.1 * x; }},
     };
