@@ -205,6 +205,27 @@ TEST(Estimate, SearchesWhereItIsToldTo)
     EXPECT_NEAR(found.coefficients[0].value.modulus, 950, 1e-3);
 }
 
+TEST(Estimate, IsNotBiasedByAStrongCrystal)
+{
+    auto how = small_wave();
+    how.strength = 4;
+    how.noise = 0.05;
+    host::estimate_options options;
+    options.free = {coefficient::C1, coefficient::C3};
+    lens::optics setup{how.wavelength_nm, how.pixel_nm, how.lens, {}, {}};
+    setup.lens[coefficient::C1] = setup.lens[coefficient::C3] = {};
+    const auto found = host::estimate_aberrations(*bench::simulate(how), setup, options);
+    EXPECT_NEAR(found.coefficients[0].found.modulus, how.lens[coefficient::C1].modulus, 0.1);  // 0.3 in the narrow band
+}
+
+TEST(Estimate, DoesNotFocusAPhaseObjectBySharpness)
+{
+    host::estimate_options options;
+    options.object = host::specimen_kind::amplitude;
+    const auto found = estimate_of(small_wave(), options);
+    EXPECT_TRUE(found.coefficients[0].reason.starts_with("the modulus does not vary more in focus"));
+}
+
 TEST(Estimate, DeterminesNothingOfNoiseOrVacuum)
 {
     const struct
