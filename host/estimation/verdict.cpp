@@ -33,10 +33,10 @@ std::string doubt_of_all(const estimate& result, const phase_solution& found)
     if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
     constexpr double least_scattered = 1e-5;
     if (found.scattered < least_scattered) return "the wave is constant";
-    if (!found.has_signal) return "the spectrum has hardly any signal above its noise";
     if (found.misfit > largest_misfit)
         return "the modulus varies at every focus: the object does not change the phase only";
-    return found.even_doubt;
+    if (!found.even_doubt.empty()) return found.even_doubt;
+    return found.has_signal ? "" : "the spectrum has hardly any signal above its noise";
 }
 
 /// The sum of the variances of the odd or even variables.
