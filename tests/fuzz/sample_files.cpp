@@ -31,7 +31,7 @@ std::vector<std::string> written_as(const std::string& name)
     const support::scratch_folder folder;
     std::vector<std::string> made;
     for (const std::uint32_t code : codes)
-        for (const auto& sizes : {std::vector<std::uint32_t>{4, 3}, {3, 2, 2}}) {
+        for (const auto& sizes : {std::vector<std::uint32_t>{4, 3}, {3, 2, 3}}) {
             const auto pixels = sample(code, sizes);
             pixels->set_scale({{{{0.5, 1, "nm"}, {0.5, 0, "nm"}, {2, 0, "nm"}}}, 300});
             try {
