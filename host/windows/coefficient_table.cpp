@@ -42,10 +42,11 @@ std::string short_number(double value)
 std::string heading_of(const lens::phase_shifts& shifts)
 {
     char text[200];
-    std::snprintf(text, sizeof text,
-                  "Phase shift of each coefficient alone at the %s, %.3g 1/nm (%.3g nm). Above \u03c0/4 it is visible.",
-                  shifts.at_information_limit ? "information limit" : "Nyquist frequency", shifts.frequency,
-                  1 / shifts.frequency);
+    std::snprintf(
+        text, sizeof text,
+        "Phase shift of each coefficient alone at the %s,\n%.3g 1/nm (%.3g nm). Above \u03c0/4 it is visible.",
+        shifts.at_information_limit ? "information limit" : "Nyquist frequency", shifts.frequency,
+        1 / shifts.frequency);
     return text;
 }
 
