@@ -71,6 +71,13 @@ const std::vector<test_case>& cases()
         add("unknown-envelope", [](simulation& how) { how.spread = {3, 0, 0.02}, how.noise = 0.02; });
         list.back().knows_widths = false;
         add("bars", [](simulation& how) { how.object = specimen::target, how.noise = 0.05; });
+        add("grey-bars", [](simulation& how) {
+            how.object = specimen::grey_target, how.noise = 0.05;
+            how.wavelength_nm = 405, how.pixel_nm = 6900, how.aperture = 0.25 / how.pixel_nm;
+        });
+        list.push_back(list.back());
+        list.back().name = "wide-grey-bars";
+        list.back().how.widest_bar = 16;
         add("vacuum", [](simulation& how) { how.object = specimen::vacuum, how.noise = 0.1; });
         return list;
     }();
@@ -167,7 +174,7 @@ void run_once(const test_case& one, const simulation& how, bool shows, tally& in
 {
     const auto wave = bench::simulate(how);
     lens::optics setup{how.wavelength_nm, how.pixel_nm, {}, one.knows_widths ? how.spread : lens::coherence{}, {}};
-    const bool is_amplitude = how.object == specimen::target;
+    const bool is_amplitude = how.object == specimen::target || how.object == specimen::grey_target;
     if (is_amplitude) setup.lens = how.lens;
     host::estimate_options options;
     options.threads = 1;
@@ -265,6 +272,7 @@ int main(int argc, char** argv)
                 simulation how = one.how;
                 how.size = size;
                 how.lens = bench::random_lens(static_cast<std::uint32_t>(first + lens));
+                if (how.wavelength_nm > 1) how.lens = bench::light_lens(how.lens);
                 how.seed = static_cast<std::uint32_t>(1000 * (first + lens) + seed + 1);
                 run_once(one, how, shows, of);
             }

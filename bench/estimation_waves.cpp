@@ -106,11 +106,39 @@ plane target(int size, std::mt19937& random)
     return modulus;
 }
 
+/// Many groups of three bars of random sizes, from 3 pixels on, and directions; each has a modulus of its own, from 0
+/// to 0.7.
+plane grey_target(int size, double widest, std::mt19937& random)
+{
+    plane modulus{size};
+    std::ranges::fill(modulus.values, 1.0);
+    std::uniform_real_distribution<double> part{0, 1};
+    const int groups = static_cast<int>(0.1 * size * size / (widest * widest));
+    for (int group = 0; group < groups; ++group) {
+        const double bar = 3 + (widest - 3) * part(random), middle_x = part(random) * size,
+                     middle_y = part(random) * size;
+        const auto turn = std::polar(1.0, pi * part(random));
+        const double transmitted = 0.7 * part(random);
+        const int reach = static_cast<int>(4 * bar), column = static_cast<int>(middle_x),
+                  row = static_cast<int>(middle_y);
+        for (int y = std::max(row - reach, 0); y < std::min(row + reach, size); ++y)
+            for (int x = std::max(column - reach, 0); x < std::min(column + reach, size); ++x) {
+                const auto from_middle = std::complex{x - middle_x, y - middle_y} * turn;
+                const double across = from_middle.real() / bar + 2.5;
+                const bool is_in_bar = across >= 0 && across < 5 && static_cast<int>(across) % 2 == 0;
+                if (is_in_bar && std::abs(from_middle.imag()) < 2.5 * bar) modulus.at(x, y) = transmitted;
+            }
+    }
+    return modulus;
+}
+
 std::vector<std::complex<float>> exit_wave(const simulation& how, int size, std::mt19937& random)
 {
     std::vector<std::complex<float>> wave;
-    if (how.object == specimen::target) {
-        for (const double modulus : target(size, random).values) wave.emplace_back(static_cast<float>(modulus));
+    if (how.object == specimen::target || how.object == specimen::grey_target) {
+        const plane bars =
+            how.object == specimen::target ? target(size, random) : grey_target(size, how.widest_bar, random);
+        for (const double modulus : bars.values) wave.emplace_back(static_cast<float>(modulus));
         return wave;
     }
     if (how.object == specimen::vacuum) {
@@ -139,9 +167,9 @@ host::image_ref simulate(const simulation& how)
     for (int y = 0; y < full; ++y)
         for (int x = 0; x < full; ++x) {
             auto& value = wave[static_cast<std::size_t>(y) * full + x];
-            value =
-                std::complex<float>{std::complex<double>{value} *
-                                    lens::transfer_value(arguments, {(x - full / 2) * step, (full / 2 - y) * step})};
+            const std::complex<double> g{(x - full / 2) * step, (full / 2 - y) * step};
+            const bool passes = how.aperture == 0 || std::abs(g) <= how.aperture;
+            value = passes ? std::complex<float>{std::complex<double>{value} * lens::transfer_value(arguments, g)} : 0;
         }
     host::backward_fft(wave.data(), full, full);
     std::normal_distribution<float> normal{0, static_cast<float>(how.noise / std::numbers::sqrt2)};
@@ -172,6 +200,17 @@ lens::aberrations random_lens(std::uint32_t seed)
     lens[lens::coefficient::A2] = turned(400);
     lens[lens::coefficient::C3] = {either(0.2), 0};
     lens[lens::coefficient::S3] = turned(3);
+    return lens;
+}
+
+lens::aberrations light_lens(const lens::aberrations& electrons)
+{
+    constexpr double scale = 5e5;
+    lens::aberrations lens;
+    for (const auto which : {lens::coefficient::C1, lens::coefficient::A1}) {
+        lens[which] = electrons[which];
+        lens[which].modulus *= scale;
+    }
     return lens;
 }
 

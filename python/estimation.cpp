@@ -43,7 +43,7 @@ py::dict as_dict(const host::estimate& found)
     py::dict result;
     result["coefficients"] = coefficients;
     result["lens"] = coefficients_of(found.setup.lens);
-    result["object"] = found.object == host::specimen_kind::phase ? "phase" : "amplitude";
+    result["object"] = host::name_of(found.object);
     result["criterion"] = found.criterion;
     result["noise"] = found.noise;
     result["resolution"] = found.resolution;
@@ -72,9 +72,7 @@ host::estimate_options options_of(const std::vector<std::string>& free, const py
         const auto part = region.cast<std::array<std::ptrdiff_t, 4>>();
         options.region = host::pixel_region{part[0], part[1], part[2], part[3]};
     }
-    options.object = object == "phase"       ? host::specimen_kind::phase
-                     : object == "amplitude" ? host::specimen_kind::amplitude
-                                             : host::specimen_kind::automatic;
+    options.object = host::specimen_named(object);
     options.threads = threads;
     options.widths_are_known = widths_are_known;
     return options;

@@ -28,8 +28,7 @@ host::hologram_options options_of(const std::string& sideband, std::optional<std
     options.filter.flank = flank;
     options.filter.full_size = full_size;
     options.despike = despike;
-    if (window == "hann") options.filter.shape = host::filter_shape::hann;
-    if (window == "gaussian") options.filter.shape = host::filter_shape::gaussian;
+    options.filter.shape = host::shape_named(window);
     return options;
 }
 

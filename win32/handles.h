@@ -26,6 +26,7 @@ using unique_bitmap = unique_handle<HBITMAP, ::DeleteObject>;
 using unique_brush = unique_handle<HBRUSH, ::DeleteObject>;
 using unique_region = unique_handle<HRGN, ::DeleteObject>;
 using unique_menu = unique_handle<HMENU, ::DestroyMenu>;
+using unique_key_table = unique_handle<HACCEL, ::DestroyAcceleratorTable>;
 using unique_window = unique_handle<HWND, ::DestroyWindow>;
 using unique_hook = unique_handle<HHOOK, ::UnhookWindowsHookEx>;
 

@@ -13,7 +13,6 @@ struct amplitude_solution
     lens::aberrations lens;               ///< C1 and A1, the others as at the start
     std::complex<double> a1_uncertainty;  ///< standard deviations of the components [nm]
     double c1_uncertainty = 0;            ///< standard deviation [nm]
-    double tolerance = 0;                 ///< how far parts of the wave may differ [nm]
     std::size_t agreeing = 0;             ///< how many of the four quarters have their focus near the result
     bool is_at_end = false;               ///< of the range of C1
     bool is_maximum = true;               ///< the sharpness falls in all directions
@@ -24,9 +23,9 @@ struct amplitude_solution
     double resolution = 0;
 };
 
-/// C1, and A1 if it is free, by the greatest Tamura coefficient of the gradient of the modulus: over the range of C1 in
-/// a low band, with astigmatism from the best of these, in growing bands, then for each quarter of the wave. Nothing if
-/// the search was stopped.
+/// C1, and A1 if it is free, by the greatest Tamura coefficient of the gradient of the modulus: for the whole wave,
+/// then for each quarter. Nothing if the search was stopped.
+/// Throws  range_too_wide
 std::optional<amplitude_solution> search_amplitude_object(search_run& run, const search_task& task);
 
 }  // namespace zentrix::host

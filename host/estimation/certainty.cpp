@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "host/estimation/search_task.h"
+
 namespace zentrix::host {
 
 namespace {
@@ -75,6 +77,13 @@ matrix scatter(band_evaluator& evaluate, const deciding& decides, const std::vec
 }
 
 }  // namespace
+
+deciding deciding_by(const band_model& model, criterion odd)
+{
+    deciding decides;
+    for (const auto& one : model.unknowns()) decides.push_back(is_odd(one) ? odd : criterion::modulus_variance);
+    return decides;
+}
 
 std::optional<stationary_point> settle(search_run& run, const band_model& model, const deciding& decides,
                                        std::vector<double> start)

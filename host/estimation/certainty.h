@@ -11,6 +11,8 @@ namespace zentrix::host {
 
 /// The criterion that decides a variable.
 using deciding = std::vector<criterion>;
+/// The variance of the modulus for the even variables, and this criterion for the odd ones.
+deciding deciding_by(const band_model& model, criterion odd);
 
 /// Where the derivatives of the deciding criteria vanish, and how sure that is.
 struct stationary_point

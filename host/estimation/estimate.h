@@ -5,6 +5,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/objects/image.h"
@@ -19,6 +20,9 @@ enum class specimen_kind
     phase,      ///< changes the phase only, as thin specimens do with electrons: all coefficients
     amplitude   ///< absorbs, as a printed target does with light: C1 and A1 only
 };
+/// The words for them: auto, phase, amplitude. Another word than these means auto.
+std::string_view name_of(specimen_kind kind);
+specimen_kind specimen_named(std::string_view name);
 
 /// In pixels of the wave.
 struct pixel_region
@@ -93,9 +97,9 @@ using estimate_progress = std::function<bool(double fraction, const lens::optics
 ///
 /// The same input gives the same result with any number of threads.
 /// Throws   std::invalid_argument for optics that lens::arguments_for refuses, no free coefficient, one twice, an empty
-///          range, a region that is not in the wave, a wave that is too small or zero, or units with which the search
-///          comes to coefficients that lens::arguments_for refuses; what progress throws;
-///          std::bad_alloc
+///          range or one that is too wide for the resolution of the wave, a region that is not in the wave, a wave
+///          that is too small or zero, or units with which the search comes to coefficients that lens::arguments_for
+///          refuses; what progress throws; std::bad_alloc
 estimate estimate_aberrations(const image& wave, const lens::optics& setup, const estimate_options& options,
                               const estimate_progress& progress = {});
 

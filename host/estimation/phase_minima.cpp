@@ -29,9 +29,10 @@ std::vector<candidate> defocus_starts(const search_task& task, double lowest_ban
 {
     std::vector<candidate> starts;
     const double middle = task.start.lens[lens::coefficient::C1].modulus;
-    const double step = 1 / (std::numbers::pi * task.start.wavelength_nm * lowest_band * lowest_band);
+    const double step = task.defocus_step(lowest_band);
     constexpr int steps = 12, most = 400;
     const search_range range = task.defocus.value_or(search_range{middle - steps * step, middle + steps * step});
+    task.check_range(step, most);
     const int count =
         1 + static_cast<int>(std::clamp(std::ceil((range.highest - range.lowest) / step), 1.0, double{most}));
     for (int i = 0; i < count; ++i) {
@@ -54,10 +55,13 @@ class minima_search
 {
   public:
     minima_search(search_run& run, const search_task& task)
-        : run_{run}, task_{task}, unknowns_{unknowns_of(task.free)}, resolution_{task.spectrum.signal_resolution}
-    {
-        for (const auto& one : unknowns_) (is_odd(one) ? odd_ : even_).push_back(one);
-    }
+        : run_{run},
+          task_{task},
+          unknowns_{unknowns_of(task.free)},
+          even_{even_of(unknowns_)},
+          odd_{odd_of(unknowns_)},
+          resolution_{task.spectrum.signal_resolution}
+    {}
 
     std::optional<phase_minima> search()
     {

@@ -19,6 +19,7 @@ struct phase_minima
 
 /// Even coefficients by least variance of the modulus, in growing bands from many starts; odd ones by greatest skewness
 /// of the phase from several starts. Nothing if the search was stopped.
+/// Throws  range_too_wide
 std::optional<phase_minima> search_phase_minima(search_run& run, const search_task& task);
 
 /// What a coefficient of a microscope that is far out of trim changes chi by in the whole band. [rad rms]

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "host/estimation/band_end_shifts.h"
 #include "host/estimation/envelope_shifts.h"
 #include "host/estimation/phase_minima.h"
 
@@ -19,17 +20,14 @@ constexpr double clear = 4;
 class phase_search
 {
   public:
-    phase_search(search_run& run, const search_task& task)
-        : run_{run}, task_{task}, unknowns_{unknowns_of(task.free)}, resolution_{task.spectrum.signal_resolution}
-    {
-        for (const auto& one : unknowns_) (is_odd(one) ? odd_ : even_).push_back(one);
-    }
+    phase_search(search_run& run, const search_task& task) : run_{run}, task_{task}, unknowns_{unknowns_of(task.free)}
+    {}
 
     std::optional<phase_solution> search()
     {
         result_.lens = {task_.start.lens};
         result_.unknowns = unknowns_;
-        result_.resolution = resolution_;
+        result_.resolution = task_.spectrum.signal_resolution;
         result_.scattered = task_.spectrum.scattered;
         auto found = search_phase_minima(run_, task_);
         if (!found) return std::nullopt;
@@ -45,33 +43,26 @@ class phase_search
     bool decide();
     bool fit_contrast(imaging& best);
     std::optional<stationary_point> settle_by(const band_model& last, criterion odd, const imaging& from);
+    /// The criterion of the odd coefficients in the result.
+    criterion odd_criterion() const
+    {
+        return result_.used_skewness ? criterion::phase_skewness : criterion::modulus_variance;
+    }
     double odd_uncertainty(const stationary_point& found) const;
     void judge_even(const band_model& last, band_evaluator& evaluate, const std::vector<double>& best);
     void judge_odd(const band_model& last, band_evaluator& evaluate, const stationary_point& chosen,
                    const std::optional<stationary_point>& by_variance);
-    void report(const band_model& last, const band_model& of, const stationary_point& found);
-    void add_rounding(const matrix& to_unknowns);
     bool polish(const band_model& last, const stationary_point& found);
     bool try_other_bands(const imaging& found);
-    std::optional<imaging> settled_in(double part, const imaging& from, const std::vector<unknown>& unknowns);
 
     search_run& run_;
     const search_task& task_;
-    std::vector<unknown> unknowns_, even_, odd_;
-    double resolution_;
+    std::vector<unknown> unknowns_;
     std::vector<candidate> minima_;            ///< of the variance of the modulus in the whole band, best first
     std::vector<candidate> proposals_;         ///< by skewness, for the best of them
     std::vector<std::vector<double>> shifts_;  ///< of the unknowns by a wrong envelope and by the end of the band [nm]
     phase_solution result_;
 };
-
-/// The variance of the modulus for the even variables, and this criterion for the odd ones.
-deciding deciding_by(const band_model& model, criterion odd)
-{
-    deciding decides;
-    for (const auto& one : model.unknowns()) decides.push_back(is_odd(one) ? odd : criterion::modulus_variance);
-    return decides;
-}
 
 std::optional<stationary_point> phase_search::settle_by(const band_model& last, criterion odd, const imaging& from)
 {
@@ -128,87 +119,14 @@ void phase_search::judge_odd(const band_model& last, band_evaluator& evaluate, c
     }
 }
 
-/// Adds what single precision leaves open, by how the coefficients of waves without noise scatter.
-/// to_unknowns  from those variables [nm/rad]
-void phase_search::add_rounding(const matrix& to_unknowns)
-{
-    constexpr double rounding = 2e-7;  // rad
-    const matrix squares = to_unknowns * to_unknowns.transposed();
-    for (std::size_t i = 0; i < squares.size(); ++i) {
-        result_.chi_covariance(i, i) += rounding * rounding;
-        for (std::size_t j = 0; j < squares.size(); ++j)
-            result_.covariance(i, j) += rounding * rounding * squares(i, j);
-    }
-}
-
-/// found  of the model `of`; its effect on chi is that in the band of `last`
-void phase_search::report(const band_model& last, const band_model& of, const stationary_point& found)
-{
-    const std::size_t n = unknowns_.size();
-    result_.unknowns = unknowns_;
-    result_.lens = of.imaging_at(found.at);
-    const matrix back = matrix_of(n, [&](const auto& axis) { return of.to_nanometres(axis); });
-    const matrix to_chi = matrix_of(n, [&](const auto& axis) { return last.to_variables(axis); });
-    result_.covariance = back * found.covariance * back.transposed();
-    result_.chi_covariance = to_chi * result_.covariance * to_chi.transposed();
-    const matrix to_unknowns = matrix_of(n, [&](const auto& axis) { return last.to_nanometres(axis); });
-    add_rounding(to_unknowns);
-    result_.chi_of_shifts = matrix{n};
-    for (const auto& shift : shifts_) {
-        const auto chi = to_chi * shift;
-        for (std::size_t i = 0; i < n; ++i)
-            for (std::size_t j = 0; j < n; ++j) {
-                result_.covariance(i, j) += shift[i] * shift[j];
-                result_.chi_of_shifts(i, j) += chi[i] * chi[j];
-            }
-    }
-    constexpr double implausible = 5;
-    for (std::size_t j = 0; j < n; ++j) {
-        double sum = 0;
-        for (std::size_t i = 0; i < n; ++i) sum += to_chi(i, j) * to_chi(i, j);
-        result_.chi_per_unit.push_back(std::sqrt(sum));
-        const bool is_free = unknowns_[j].what != unknown::part::contrast;
-        const double change = value_of(result_.lens, unknowns_[j]) - value_of({task_.start.lens}, unknowns_[j]);
-        if (is_free && std::abs(change) * std::sqrt(sum) > implausible * usual_chi(unknowns_[j].which))
-            result_.even_doubt = "the minimum is farther away than any lens is out of trim";
-    }
-}
-
-/// Where the derivatives vanish in this part of the band, with the criteria of the result.
-std::optional<imaging> phase_search::settled_in(double part, const imaging& from, const std::vector<unknown>& unknowns)
-{
-    const band_model band = task_.model(part, from, unknowns);
-    const auto odd = result_.used_skewness ? criterion::phase_skewness : criterion::modulus_variance;
-    const auto settled = settle(run_, band, deciding_by(band, odd), std::vector<double>(unknowns.size()));
-    if (!settled) return std::nullopt;
-    return band.imaging_at(settled->at);
-}
-
-/// A phase object whose spectrum is cut off is not quite one any more: its modulus varies, and its phase may be
-/// sharpest at wrong coefficients. All tiles of a crystal have the same such error, so that their scatter does not show
-/// it. It changes with the end of the band, and what it changes by over the last tenth of the band counts as a standard
-/// deviation.
-/// Returns false if the search was stopped
+/// Adds what the end of the band changes. Returns false if the search was stopped.
 bool phase_search::try_other_bands(const imaging& found)
 {
-    constexpr double parts[] = {0.95, 0.9};
-    for (const double part : parts) {
-        auto there = settled_in(part, found, unknowns_);
-        if (run_.was_stopped()) return false;
-        if (!there) {
-            (odd_.empty() ? result_.even_doubt : result_.odd_doubt) = "its extremum depends on where the band ends";
-            if (odd_.empty() || even_.empty()) return true;
-            there = settled_in(part, found, even_);
-            if (!there) {
-                result_.even_doubt = result_.odd_doubt;
-                return !run_.was_stopped();
-            }
-        }
-        std::vector<double> shift;
-        for (const auto& one : unknowns_)
-            shift.push_back((value_of(*there, one) - value_of(found, one)) / std::sqrt(std::size(parts)));
-        shifts_.push_back(shift);
-    }
+    const auto effect = band_end_shifts(run_, task_, unknowns_, odd_criterion(), found);
+    if (!effect) return false;
+    shifts_.insert(shifts_.end(), effect->shifts.begin(), effect->shifts.end());
+    if (!effect->even_doubt.empty()) result_.even_doubt = effect->even_doubt;
+    if (!effect->odd_doubt.empty()) result_.odd_doubt = effect->odd_doubt;
     return true;
 }
 
@@ -218,12 +136,12 @@ bool phase_search::polish(const band_model& last, const stationary_point& found)
 {
     const auto& spectrum = task_.spectrum;
     if (spectrum.noise > 0.005 || !spectrum.edges_meet) return false;
-    const band_model whole =
-        task_.model(std::numbers::sqrt2 * spectrum.nyquist() / resolution_, last.imaging_at(found.at), unknowns_);
+    const band_model whole = task_.model(std::numbers::sqrt2 * spectrum.nyquist() / spectrum.signal_resolution,
+                                         last.imaging_at(found.at), unknowns_);
     std::vector<candidate> polished{{last.imaging_at(found.at)}};
     if (!descend_all(run_, whole, criterion::modulus_variance, polished, {1e-9, 0, 100})) return false;
-    const band_model at_end =
-        task_.model(std::numbers::sqrt2 * spectrum.nyquist() / resolution_, polished.front().lens, unknowns_);
+    const band_model at_end = task_.model(std::numbers::sqrt2 * spectrum.nyquist() / spectrum.signal_resolution,
+                                          polished.front().lens, unknowns_);
     const auto settled = settle_by(at_end, criterion::modulus_variance, polished.front().lens);
     if (!settled) return false;
     double before = 0, after = 0;
@@ -236,7 +154,7 @@ bool phase_search::polish(const band_model& last, const stationary_point& found)
     // A modulus that is constant leaves no room for an envelope.
     constexpr double exact = 1e-6;
     if (settled->variance < exact * spectrum.scattered * spectrum.scattered) shifts_.clear();
-    report(last, at_end, *settled);
+    describe(result_, task_, last, at_end, *settled, shifts_);
     return true;
 }
 
@@ -250,21 +168,20 @@ bool phase_search::decide()
     const auto by_variance = settle_by(last, criterion::modulus_variance, best);
     std::optional<stationary_point> chosen = by_variance;
     // Of the proposals that the variance of the modulus does not exclude, the one with the greatest skewness.
-    if (!odd_.empty())
-        for (const candidate& one : proposals_) {
-            imaging there = one.lens;
-            for (const auto& even : even_) there[even.which] = best[even.which];
-            there.contrast = best.contrast;
-            const auto by_skewness = settle_by(last, criterion::phase_skewness, there);
-            if (run_.was_stopped()) return false;
-            if (!by_skewness) continue;
-            if (by_variance && superiority(evaluate, last, by_variance->at, by_skewness->at) > clear) continue;
-            if (!chosen || odd_uncertainty(*by_skewness) < odd_uncertainty(*chosen)) {
-                chosen = by_skewness;
-                result_.used_skewness = true;
-            }
-            break;
+    for (const candidate& one : proposals_) {
+        imaging there = one.lens;
+        for (const auto& even : even_of(unknowns_)) there[even.which] = best[even.which];
+        there.contrast = best.contrast;
+        const auto by_skewness = settle_by(last, criterion::phase_skewness, there);
+        if (run_.was_stopped()) return false;
+        if (!by_skewness) continue;
+        if (by_variance && superiority(evaluate, last, by_variance->at, by_skewness->at) > clear) continue;
+        if (!chosen || odd_uncertainty(*by_skewness) < odd_uncertainty(*chosen)) {
+            chosen = by_skewness;
+            result_.used_skewness = true;
         }
+        break;
+    }
     if (run_.was_stopped()) return false;
     const double noise = last.noise_variance() * last.filled();
     const double scattered = task_.spectrum.scattered * task_.spectrum.scattered / 2;
@@ -276,13 +193,11 @@ bool phase_search::decide()
     }
     judge_even(last, evaluate, chosen->at);
     judge_odd(last, evaluate, *chosen, by_variance);
-    const auto shifts = host::envelope_shifts(
-        run_, task_, last,
-        deciding_by(last, result_.used_skewness ? criterion::phase_skewness : criterion::modulus_variance), *chosen);
+    const auto shifts = envelope_shifts(run_, task_, last, deciding_by(last, odd_criterion()), *chosen);
     for (const auto& shift : shifts) shifts_.push_back(last.to_nanometres(shift));
     if (polish(last, *chosen)) return true;
     if (!try_other_bands(last.imaging_at(chosen->at))) return false;
-    report(last, last, *chosen);
+    describe(result_, task_, last, last, *chosen, shifts_);
     return !run_.was_stopped();
 }
 
@@ -300,7 +215,6 @@ bool phase_search::fit_contrast(imaging& best)
     if (s < clear) return true;
     best = with.front().lens;
     unknowns_ = more;
-    even_.push_back(more.back());
     return true;
 }
 

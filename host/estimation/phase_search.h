@@ -1,33 +1,15 @@
 #pragma once
 
 #include <optional>
-#include <string>
-#include <vector>
 
-#include "host/estimation/certainty.h"
-#include "host/estimation/search_task.h"
+#include "host/estimation/phase_solution.h"
+#include "host/estimation/search_run.h"
 
 namespace zentrix::host {
 
-/// What the search for a phase object has come to.
-struct phase_solution
-{
-    imaging lens;
-    std::vector<unknown> unknowns;
-    matrix covariance{0};               ///< of the unknowns, with what shifts them together [nm^2]
-    matrix chi_covariance{0};           ///< of the variables of the last band, without that [rad^2]
-    matrix chi_of_shifts{0};            ///< what a wrong envelope and the end of the band add to them [rad^2]
-    std::vector<double> chi_per_unit;   ///< rms of chi in the band that 1 nm of each unknown makes
-    std::string even_doubt, odd_doubt;  ///< why these coefficients are not determined; empty if they are
-    bool used_skewness = false;
-    double resolution = 0;
-    double misfit = 0;     ///< variance of the modulus beyond noise, over that of an arbitrary defocus
-    double scattered = 0;  ///< wave_spectrum::scattered
-    std::size_t starts = 0, agreeing = 0;
-};
-
 /// Even coefficients by least variance of the modulus, in growing bands from many starts; odd ones by greatest skewness
 /// of the phase, or by the variance of the modulus where that is surer. Nothing if the search was stopped.
+/// Throws  range_too_wide
 std::optional<phase_solution> search_phase_object(search_run& run, const search_task& task);
 
 }  // namespace zentrix::host

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 #include "host/estimation/band_model.h"
@@ -22,9 +23,25 @@ struct search_task
 
     /// The wave up to this part of the resolution of its signal.
     band_model model(double part, const imaging& at, const std::vector<unknown>& unknowns) const;
+    /// The wave up to this frequency. [1/nm]
+    band_model model_up_to(double frequency, const imaging& at, const std::vector<unknown>& unknowns) const;
+
+    /// The change of C1 that changes chi by 1 rad at this frequency. [nm]
+    double defocus_step(double frequency) const;
+    /// Throws  range_too_wide if the range of C1 that was given has more than `most` of these steps
+    void check_range(double step, int most) const;
+};
+
+/// Thrown when the range of C1 needs more starts than a search makes.
+class range_too_wide : public std::invalid_argument
+{
+    using std::invalid_argument::invalid_argument;
 };
 
 /// Whether an unknown is of an odd coefficient. The contrast is even.
 bool is_odd(const unknown& one);
+/// Those that are odd, or those that are even, in their order.
+std::vector<unknown> odd_of(const std::vector<unknown>& unknowns);
+std::vector<unknown> even_of(const std::vector<unknown>& unknowns);
 
 }  // namespace zentrix::host

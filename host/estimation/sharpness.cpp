@@ -78,4 +78,20 @@ std::vector<double> sharpness::influences(std::span<const double> variables, std
     return result;
 }
 
+imaging sharpest_near(search_run& run, const band_model& band, const imaging& start, double step, int part)
+{
+    constexpr search_limits limits{2e-3, 0, 100};
+    std::vector<double> first_step;
+    for (std::size_t i = 0; i < band.variables(); ++i) {
+        std::vector<double> axis(band.variables());
+        axis[i] = step;
+        first_step.push_back(std::abs(band.to_variables(axis)[i]));
+    }
+    sharpness sharp{run, band};
+    const auto function = [&](std::span<const double> at, std::span<double>) { return -sharp(at, part); };
+    const minimum best = descend_without_gradient(function, band.variables_of(start), first_step, limits);
+    if (best.stopped) throw search_stopped{};
+    return band.imaging_at(best.at);
+}
+
 }  // namespace zentrix::host

@@ -40,4 +40,10 @@ class sharpness
     std::vector<std::vector<float>> weights_;  ///< for each area
 };
 
+/// The maximum near a start, of the whole wave or of one of its quarters.
+/// step    of C1 and A1 to begin with [nm]
+/// Throws  search_stopped
+imaging sharpest_near(search_run& run, const band_model& band, const imaging& start, double step,
+                      int part = sharpness::whole);
+
 }  // namespace zentrix::host

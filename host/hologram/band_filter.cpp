@@ -102,6 +102,18 @@ void choose_size(engine& engine, band_filter& filter)
 
 }  // namespace
 
+std::string_view name_of(filter_shape shape)
+{
+    return shape == filter_shape::hann ? "hann" : shape == filter_shape::gaussian ? "gaussian" : "disk";
+}
+
+filter_shape shape_named(std::string_view name)
+{
+    for (const auto shape : {filter_shape::hann, filter_shape::gaussian})
+        if (name == name_of(shape)) return shape;
+    return filter_shape::disk;
+}
+
 double band_filter::half_radius() const
 {
     switch (shape) {

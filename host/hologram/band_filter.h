@@ -3,6 +3,7 @@
 #include <complex>
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "host/hologram/find_sideband.h"
 
@@ -15,6 +16,9 @@ enum class filter_shape
     hann,     ///< (1 + cos(pi r / R)) / 2
     gaussian  ///< exp(-r^2 / (2 (R / 3)^2)), 0 from R
 };
+/// The words for them: disk, hann, gaussian. Another word than these means disk.
+std::string_view name_of(filter_shape shape);
+filter_shape shape_named(std::string_view name);
 
 struct band_filter_options
 {

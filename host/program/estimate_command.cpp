@@ -182,12 +182,7 @@ void add_search_options(CLI::App& command, estimate_request& request)
         ->group(group);
     command
         .add_option_function<std::string>(
-            "--object",
-            [&](const std::string& word) {
-                request.options.object = word == "phase"       ? host::specimen_kind::phase
-                                         : word == "amplitude" ? host::specimen_kind::amplitude
-                                                               : host::specimen_kind::automatic;
-            },
+            "--object", [&](const std::string& word) { request.options.object = host::specimen_named(word); },
             "What the object changes: the phase, as thin specimens do with electrons, or the amplitude: C1 and A1 only")
         ->check(CLI::IsMember({"phase", "amplitude", "auto"}).description(""))
         ->type_name("phase|amplitude|auto")

@@ -60,7 +60,7 @@ json as_json(const host::estimate& found)
 {
     json coefficients = json::object();
     for (const auto& one : found.coefficients) coefficients[std::string{lens::traits(one.which).name}] = as_json(one);
-    return {{"object", found.object == host::specimen_kind::phase ? "phase" : "amplitude"},
+    return {{"object", host::name_of(found.object)},
             {"criterion", found.criterion},
             {"coefficients", coefficients},
             {"chi_uncertainty_rad", found.chi_uncertainty},
@@ -97,8 +97,7 @@ json record_of(const std::string& wave, const host::parameter_set& parameters, c
 
 std::string table_of(const host::estimate& found)
 {
-    std::string text = found.object == host::specimen_kind::phase ? "phase object, " : "amplitude object, ";
-    text += found.criterion + "\n";
+    std::string text = std::string{host::name_of(found.object)} + " object, " + found.criterion + "\n";
     for (const auto& one : found.coefficients) text += line_of(one);
     if (found.chi_uncertainty > 0 && found.any_determined())
         text += formatted("  chi known to %.2g rad rms up to %.4g /nm\n", found.chi_uncertainty, found.resolution);

@@ -94,12 +94,7 @@ void add_filter_options(CLI::App& command, hologram_request& request)
         ->check(positive_number());
     command
         .add_option_function<std::string>(
-            "--window",
-            [&](const std::string& word) {
-                options.filter.shape = word == "hann"       ? host::filter_shape::hann
-                                       : word == "gaussian" ? host::filter_shape::gaussian
-                                                            : host::filter_shape::disk;
-            },
+            "--window", [&](const std::string& word) { options.filter.shape = host::shape_named(word); },
             "Shape of the filter (default: disk, with a soft flank)")
         ->check(CLI::IsMember({"disk", "hann", "gaussian"}).description(""))
         ->type_name("disk|hann|gaussian");

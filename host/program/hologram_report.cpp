@@ -34,15 +34,6 @@ const char* quality_of(const host::sideband& band)
 
 json number_or_null(double value) { return value > 0 ? json(value) : json(nullptr); }
 
-const char* word_for(host::filter_shape shape)
-{
-    switch (shape) {
-        case host::filter_shape::hann: return "hann";
-        case host::filter_shape::gaussian: return "gaussian";
-        default: return "disk";
-    }
-}
-
 }  // namespace
 
 json options_as_json(const hologram_request& request)
@@ -54,7 +45,7 @@ json options_as_json(const hologram_request& request)
                                                                            : "wave"},
                    {"sideband", options.which == host::sideband_choice::upper ? "other" : "auto"},
                    {"radius", or_auto(options.filter.radius)},
-                   {"window", word_for(options.filter.shape)},
+                   {"window", host::name_of(options.filter.shape)},
                    {"flank", or_auto(options.filter.flank)},
                    {"full_size", options.filter.full_size},
                    {"despike", options.despike}};

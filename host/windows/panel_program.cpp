@@ -100,7 +100,7 @@ void panel_program::dispatch(MSG& message)
     // In a field, Ctrl+Z takes back what was typed there, once; after that it undoes edits.
     const bool undoes_typing =
         message.message == WM_KEYDOWN && message.wParam == 'Z' && SendMessageW(message.hwnd, EM_CANUNDO, 0, 0) != 0;
-    if (for_us && !undoes_typing && TranslateAcceleratorW(wave_window_->handle(), keys_, &message)) return;
+    if (for_us && !undoes_typing && TranslateAcceleratorW(wave_window_->handle(), keys_.get(), &message)) return;
     if (!frame_->handles(message) && !(estimate_ && estimate_->handles(message))) {
         TranslateMessage(&message);
         DispatchMessageW(&message);

@@ -144,8 +144,8 @@ class panel_program : private panel_view
     std::unique_ptr<image_window> wave_window_, transfer_window_, diffractogram_window_;
     bool diffractogram_of_display_ = false;
     std::unique_ptr<floating_frame> frame_;
-    std::unique_ptr<estimate_dialog> estimate_;         ///< null until it is first shown
-    HACCEL keys_ = nullptr;                             ///< a resource, freed by the system
+    std::unique_ptr<estimate_dialog> estimate_;  ///< null until it is first shown
+    win32::unique_key_table keys_;
     std::optional<edit_history<panel_state>> history_;  ///< null until the handler exists
     std::string edit_name_;  ///< of the edit that is being made; empty: named by what differs
     bool restoring_ = false;

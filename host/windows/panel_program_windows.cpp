@@ -24,7 +24,7 @@ void panel_program::make_windows(SIZE wave)
     wave_window_->add_status_line({handler_->scope().pixel_nm, options_.not_finite});
     wave_window_->add_histogram();
     const HINSTANCE module = GetModuleHandleW(nullptr);
-    keys_ = LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS));
+    keys_.reset(LoadAcceleratorsW(module, MAKEINTRESOURCEW(IDR_PROGRAM_KEYS)));
     win32::unique_menu menu{LoadMenuW(module, MAKEINTRESOURCEW(IDR_PROGRAM_MENU))};
     if (SetMenu(wave_window_->handle(), menu.get())) static_cast<void>(menu.release());  // destroyed with the window
     wave_window_->set_mode(options_.start.shown);

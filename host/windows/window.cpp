@@ -1,5 +1,7 @@
 #include "host/windows/window.h"
 
+#include <cstdio>
+
 #include "host/objects/value.h"
 #include "host/text/encoding.h"
 #include "host/windows/resource.h"
@@ -10,6 +12,14 @@ namespace {
 
 constexpr wchar_t class_name[] = L"ZentrixWindow";
 std::function<void(const std::string&)> failure_listener;
+
+void report(const char* text)
+{
+    if (failure_listener)
+        failure_listener(text);
+    else
+        std::fprintf(stderr, "zentrix: %s\n", text);
+}
 
 void register_class(WNDPROC procedure)
 {
@@ -53,15 +63,15 @@ void window::on_failure(std::function<void(const std::string& text)> listener)
 void window::report_exception() noexcept
 {
     try {
-        if (!failure_listener) return;
         try {
             throw;
         } catch (const std::exception& problem) {
-            failure_listener(problem.what());
+            report(problem.what());
         } catch (...) {
-            failure_listener("An unknown error occurred.");
+            report("An unknown error occurred.");
         }
-    } catch (...) {  // the listener failed as well
+    } catch (...) {
+        std::fputs("zentrix: An error could not be reported.\n", stderr);
     }
 }
 

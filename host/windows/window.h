@@ -21,6 +21,7 @@ class window
     bool visible() const noexcept { return IsWindowVisible(handle()); }
 
     /// Sets the listener for exceptions in window procedures, which must not unwind through the system's frames.
+    /// Without one they are printed on standard error.
     static void on_failure(std::function<void(const std::string& text)> listener);
     /// Passes the current exception to that listener. For the catch blocks of window procedures.
     static void report_exception() noexcept;

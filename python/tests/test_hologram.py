@@ -49,9 +49,11 @@ def test_sideband_is_found_at_any_angle_and_spacing():
         holo = record(specimen(), (carrier.real, carrier.imag), contrast=0.1, dose=200, seed=number)
         holo[np.random.default_rng(number).integers(0, SIZE, 3)] = 0  # dead rows
         holo[tuple(np.random.default_rng(number).integers(0, SIZE, (2, 30)))] = 60000  # hot pixels
-        found = zentrix.hologram(holo, despike=True, report=True)[1]
-        off = abs(complex(*found.sideband) - carrier)
-        if not (off < 0.1 and abs(found.spacing * abs(carrier) / SIZE - 1) < 2e-3 and not found.doubtful):
+        despike = number % 2 == 0  # the search itself does it always
+        limit = 0.1 if despike else 0.4
+        found = zentrix.hologram(holo, despike=despike, report=True)[1]
+        off = abs(complex(*found.sideband) - carrier) + abs(found.angle + np.degrees(np.angle(carrier))) / 10
+        if not (off < limit and abs(found.spacing * abs(carrier) / SIZE - 1) < 0.02 * limit and not found.doubtful):
             missed.append((carrier, found))
     assert missed == []
 
@@ -68,6 +70,8 @@ def test_phase_is_recovered(shape, dose, bound):
         error = phase_error(wave, truth)
         assert np.sqrt((error**2).mean()) < bound
         assert abs(found.contrast - 0.4) < 0.02 and abs(complex(*found.sideband) - complex(*carrier)) < 0.05
+        assert found.reference_contrast is None if reference is None else abs(found.reference_contrast - 0.4) < 0.02
+        assert reference is not None or abs(np.median(abs(wave)) - 1) < 0.01
     modulus = abs(zentrix.hologram(holo, vacuum, full_size=True, radius=20))
     assert np.abs(modulus - abs(truth))[32:-32, 32:-32].max() < (0.05 if dose is None else 0.3)
 
@@ -92,12 +96,47 @@ def test_the_other_sideband_has_the_conjugate_wave():
         assert zentrix.hologram(holo, vacuum, sideband=(-40, 60), report=True)[1].doubtful
 
 
-def test_weak_reference_fades_to_zero():
+@pytest.mark.parametrize("level, modulus, weak", [(0, 0, 19000), (0.05, 5, 19000), (0.2, 5, 0)])
+def test_quotient_fades_with_a_reference_below_a_tenth_of_its_median(level, modulus, weak):
     dark = np.ones((SIZE, SIZE))
-    dark[60:200, 60:200] = 1e-3
-    holo = record(specimen(), (40, 50))
-    wave, found = zentrix.hologram(holo, record(dark, (40, 50)), full_size=True, report=True)
-    assert found.weak > 5000 and abs(wave).max() < 12 and np.isfinite(wave).all()
+    dark[60:200, 60:200] = level
+    holo, vacuum = record(np.ones_like(dark), (40, 50)), record(dark, (40, 50))
+    wave, found = zentrix.hologram(holo, vacuum, sideband=(40, 50), full_size=True, radius=30, report=True)
+    assert abs(abs(wave[100:160, 100:160]).mean() - modulus) < 0.5 and abs(wave).max() < 12
+    assert abs(found.weak - weak) < 1500
+
+
+@pytest.mark.parametrize("carrier, sideband, room", [((-50, 0), (50, 0), 50), ((0, -50), (0, 50), 50), ((9, 100), (9, 100), 58.8)])
+def test_sideband_is_the_lower_or_right_one_and_the_filter_ends_half_way_to_the_next_band(carrier, sideband, room):
+    found = zentrix.hologram(record(specimen() ** 0.2, carrier), report=True)[1]
+    assert found.sideband == pytest.approx(sideband, abs=0.05) and found.radius == pytest.approx(room / 2, rel=2e-3)
+
+
+@pytest.mark.parametrize(
+    "options, half, factors",
+    [
+        ({}, 18.8, {17: 1, 19: 0.371, 21: 0}),
+        ({"flank": 8}, 16, {11: 1, 16: 0.5, 19: 0.038}),
+        ({"flank": 0}, 20, {20: 1, 21: 0}),
+        ({"window": "hann"}, 10, {5: 0.854, 10: 0.5, 21: 0}),
+        ({"window": "gaussian"}, 7.85, {10: 0.325, 20: 0.0111, 21: 0}),
+    ],
+)
+def test_filter_has_the_documented_factors(options, half, factors):
+    x = grid()[1]
+    for frequency, factor in factors.items():
+        wave = 1 + 0.1 * np.exp(2j * np.pi * frequency * x)
+        holo, vacuum = record(wave, (40, 70)), record(np.ones_like(x), (40, 70))
+        quotient, found = zentrix.hologram(holo, vacuum, full_size=True, radius=20, report=True, **options)
+        spectrum = np.fft.fft2(quotient)
+        assert abs(spectrum[0, frequency] / spectrum[0, 0]) == pytest.approx(0.1 * factor, abs=1e-3)
+        assert found.resolution == pytest.approx(SIZE / half, rel=1e-3)
+
+
+def test_second_sideband_makes_the_choice_doubtful():
+    holo = record(np.ones((SIZE, SIZE)), (40, 50)) + record(np.ones((SIZE, SIZE)), (-60, 30), contrast=0.3)
+    with pytest.warns(UserWarning, match="The sideband is only 1[.]. times as high as the next peak"):
+        assert zentrix.hologram(holo, report=True)[1].doubtful
 
 
 def test_stack_shares_sideband_and_filter():

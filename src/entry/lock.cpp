@@ -22,6 +22,7 @@ image_lock::image_lock(const binding::image_ref& source, access mode)
     binding::LockMemory(lock);
     made->lock = std::move(lock);  // from here on the destructor unlocks
     const binding::image_slice slice = binding::ImageData_GetSlice(made->lock, 0);
+    require(slice.data != nullptr, errors::parameters_invalid);
     made->data = slice.data;
     made->code = slice.data_type;
     made->dimensions = slice.num_dim;

@@ -23,7 +23,7 @@ class image_lock
         write
     };
 
-    /// Throws  host_error when the host refuses, errors::parameters_invalid for a null image
+    /// Throws  host_error when the host refuses, errors::parameters_invalid for a null image or null data
     image_lock(const binding::image_ref& image, access mode);
 
     /// Releases the lock now, also for its copies; pointers and views become invalid.

@@ -154,6 +154,27 @@ void walked_call::expect_failing_allocation(allocation_plan plan)
     expect_success();
 }
 
+std::string walked_call::expect_unharmed(const std::function<void()>& start, const std::function<std::string()>& stop)
+{
+    const auto args = copy_of(walked_.args);
+    const auto images = images_in(args);
+    const auto before = state_of(args);
+    start();
+    const auto text = script_.failure(walked_.function, args);
+    const failed_request refused{fault_point::call, stop()};
+    SCOPED_TRACE(walked_.function + "\nmisbehaving: " + refused.prototype + "\nfailure: " + text);
+    if (!text.empty()) {
+        expect_unchanged(args, images, before, reports_of_a_call_,
+                         is_late(refused) ? pixels::as_before_or_in_result : pixels::as_before);
+    } else {
+        EXPECT_THAT(host_.report().locks, testing::IsEmpty());
+        EXPECT_THAT(host_.report().violations, testing::IsEmpty());
+        EXPECT_EQ(held(), before.held);
+    }
+    expect_success();
+    return text;
+}
+
 void walked_call::expect_unchanged(const arguments& args, const std::vector<image_ref>& images, const state& before,
                                    std::uint64_t reports, pixels allowed)
 {

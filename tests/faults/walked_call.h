@@ -24,6 +24,10 @@ class walked_call
     std::uint64_t expect_failure(const std::vector<fault>& planned);
     /// Makes the call while allocations of the library fail. A call that succeeds all the same has its usual result.
     void expect_failing_allocation(allocation_plan plan);
+    /// Makes the call while a function of the host misbehaves. Returns the text of the failure, or an empty one: a call
+    /// that succeeds may have another result, but holds nothing.
+    /// start, stop   begin and end that; stop returns the prototype of the function
+    std::string expect_unharmed(const std::function<void()>& start, const std::function<std::string()>& stop);
 
   private:
     /// The pixels of the images after a failure.

@@ -1,13 +1,14 @@
 // The command line, run in this process on small files in a folder of its own. Whatever the words are, it ends with one
-// of its exit codes and leaves no unfinished file. The first bytes of the input choose a command line and change some
-// of its words; or the command line follows, one word in each line.
+// of its exit codes, says why if that is not 0, and leaves no unfinished file; a wrong command line changes no file.
+// The first bytes of the input choose a command line and change some of its words; or the command line follows, one
+// word in each line.
 #include <algorithm>
 #include <cctype>
 #include <cmath>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 #include <sstream>
-#include <streambuf>
 
 #include "host/files/image_file.h"
 #include "tests/fuzz/fuzz.h"
@@ -32,6 +33,9 @@ constexpr const char* command_lines[] = {
     "hologram phase.npy --reference phase.npy --pixel 0.5 -o out.npy",
     "hologram phase.npy --pixel 0.5 --unwrap -o out.npy --png out.png --sideband 3,4",
     "unwrap phase.npy -o out.npy --cuts cuts.png --mask phase.npy",
+    "hologram phase.npy --pixel 0.5 --phase --degrees --window hann --size 32 -o out.npy",
+    "estimate wave.npy --kv 300 --pixel 0.02 --free C1,A1 --start C1=-62 --range C1=-100:0 -o found.json",
+    "correct wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -62 --png out.png --show phase --limits -1:1 --title t",
     "fft wave.npy -o out.npy --png out.png --show log",
     "ifft wave.npy -o out.npy",
     "functions",
@@ -48,102 +52,27 @@ constexpr const char* command_lines[] = {
     "--version --json",
     "correct --help"};
 
-constexpr const char* vocabulary[] = {"wave.npy",
-                                      "phase.npy",
-                                      "phase.tif",
-                                      "p.json",
-                                      "none.npy",
-                                      "out.npy",
-                                      "out.png",
-                                      "out.tif",
-                                      "out.mrc",
-                                      "-o",
-                                      "--kv",
-                                      "--pixel",
-                                      "--C1",
-                                      "--A1",
-                                      "--C3",
-                                      "--C5",
-                                      "--B2",
-                                      "--S3",
-                                      "--params",
-                                      "--show",
-                                      "--colour",
-                                      "--png",
-                                      "--focus-spread",
-                                      "--tilt",
-                                      "--json",
-                                      "--simd",
-                                      "off",
-                                      "on",
-                                      "phase",
-                                      "modulus",
-                                      "wave",
-                                      "log",
-                                      "real",
-                                      "300",
-                                      "0.02",
-                                      "-62",
-                                      "0",
-                                      "nan",
-                                      "inf",
-                                      "1e300",
-                                      "-1e-300",
-                                      "14@35",
-                                      "14@",
-                                      "1,2",
-                                      ",",
-                                      "1:2:0.5",
-                                      "2:1:1",
-                                      "1:1:0",
-                                      "null",
-                                      "_",
-                                      "_=3",
-                                      "{}",
-                                      "list:a,b",
-                                      "--",
-                                      "-",
-                                      "",
-                                      "--help",
-                                      "--each",
-                                      "*.npy",
-                                      "--continue",
-                                      "--limits",
-                                      "-1:1",
-                                      "--zoom",
-                                      "2",
-                                      "--crop",
-                                      "0:4,0:4",
-                                      "--mask",
-                                      "--cuts",
-                                      "--sideband",
-                                      "--radius",
-                                      "polar",
-                                      "--unit",
-                                      "nm",
-                                      "A",
-                                      "--angle",
-                                      "rad",
-                                      "--to",
-                                      "cartesian",
-                                      "\xc3\xa9",
-                                      "\xff",
-                                      "--wavelength",
-                                      "--vibration",
-                                      "--convergence",
-                                      "--scale-bar",
-                                      "--colour-bar",
-                                      "--overwrite",
-                                      "--envelope",
-                                      "--energy",
-                                      "-h",
-                                      "--plane"};
-
-/// Swallows what the program prints.
-class nothing : public std::streambuf
+words words_of(const std::string& text)
 {
-    int overflow(int c) override { return c; }
-};
+    std::istringstream stream{text};
+    return {std::istream_iterator<std::string>{stream}, {}};
+}
+
+/// What words of a command line are replaced by; the last one is empty.
+const words vocabulary = [] {
+    words all = words_of(
+        "wave.npy phase.npy phase.tif p.json none.npy out.npy out.png out.tif out.mrc -o --kv --pixel --C1 --A1 "
+        "--C3 --C5 --B2 --S3 --params --show --colour --png --focus-spread --tilt --json --simd off on phase "
+        "modulus wave log real 300 0.02 -62 0 nan inf 1e300 -1e-300 14@35 14@ 1,2 , 1:2:0.5 2:1:1 1:1:0 null _ _=3 "
+        "{} list:a,b -- - --help --each *.npy --continue --limits -1:1 --zoom 2 --crop 0:4,0:4 --mask --cuts "
+        "--sideband --radius polar --unit nm A --angle rad --to cartesian \xc3\xa9 \xff --wavelength --vibration "
+        "--convergence --scale-bar --colour-bar --overwrite --envelope --energy -h --plane --A2 --A3 --A4 --A5 "
+        "--B4 --D4 --R5 --S5 --box --clockwise --degrees --despike --flank --free --full-size --limits-of --nan "
+        "--object --output --phase --range --real --reference --region --size --start --suffix --threads --timing "
+        "--title --unwrap --wave --window --zero 1:3 C1=-62 C1=-100:0 auto 5,5,20,20 -100:0 C10=-62nm");
+    all.emplace_back();
+    return all;
+}();
 
 /// The folder with the inputs, which a run may overwrite.
 class folder_of_inputs
@@ -166,14 +95,19 @@ class folder_of_inputs
         std::filesystem::current_path(folder_ / "");
         setenv("ZENTRIX_LIBRARY", ZENTRIX_LIBRARY_FILE, 1);
     }
-    /// Removes what a run has left and restores the inputs.
-    void tidy()
+    /// Removes what a run has left and restores the inputs. Returns whether there was anything to do.
+    bool tidy()
     {
-        for (const std::string& name : folder_.files()) {
+        const std::vector<std::string> names = folder_.files();
+        bool changed = names.size() != contents_.size();
+        for (const std::string& name : names)
             if (name.find(".part") != std::string::npos) fuzz::fail("an unfinished file was left: " + name);
-            std::filesystem::remove_all(folder_ / name);
-        }
+        for (const auto& [name, bytes] : contents_)
+            changed |= !std::filesystem::is_regular_file(folder_ / name) || folder_.read(name) != bytes;
+        if (!changed) return false;
+        for (const std::string& name : names) std::filesystem::remove_all(folder_ / name);
         for (const auto& [name, bytes] : contents_) folder_.write(name, bytes);
+        return true;
     }
 
   private:
@@ -211,8 +145,7 @@ void change(words& all, fuzz::input& from)
 {
     for (std::size_t i = from.below(4); i > 0; --i) {
         const std::size_t at = from.below(all.size() + 1);
-        const std::string word =
-            from.coin() ? std::string{from.pick(vocabulary)} : std::string{from.pick(vocabulary)} + "=2";
+        const std::string word = from.coin() ? from.pick(vocabulary) : from.pick(vocabulary) + "=2";
         switch (from.below(4)) {
             case 0: all.insert(all.begin() + static_cast<std::ptrdiff_t>(at), word); break;
             case 1:
@@ -245,7 +178,6 @@ std::vector<std::string> fuzz::seeds()
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     static folder_of_inputs folder;
-    static nothing silence;
     fuzz::input from{data, std::min<std::size_t>(size, 12)}, rest{data, size};
     rest.text(12);
     const std::size_t which = from.below(std::size(command_lines) * 5 / 4);
@@ -259,12 +191,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::string& word : all) arguments.push_back(word.data());
     arguments.push_back(nullptr);
 
-    auto* const out = std::cout.rdbuf(&silence);
-    auto* const err = std::cerr.rdbuf(&silence);
+    std::ostringstream printed, errors;
+    auto* const out = std::cout.rdbuf(printed.rdbuf());
+    auto* const err = std::cerr.rdbuf(errors.rdbuf());
     const int code = program_main(static_cast<int>(all.size()), arguments.data());
     std::cout.rdbuf(out);
     std::cerr.rdbuf(err);
     if (code < 0 || code > 3) fuzz::fail("exit code " + std::to_string(code));
-    folder.tidy();
+    if (code != 0 && errors.str().find("zentrix: ") == std::string::npos)
+        fuzz::fail("exit code " + std::to_string(code) + " without a reason: " + errors.str());
+    if (folder.tidy() && code == 2) fuzz::fail("a wrong command line changed files: " + errors.str());
     return 0;
 }

@@ -1,11 +1,12 @@
 // Runs a harness without libFuzzer: NAME_fuzz [--runs=N] [--seed=N] [--curve=N] [--write-seeds=FOLDER] [FILE...]
 // First the seeds, or the files if there are any, then N inputs that are random changes of them. The same options give
-// the same inputs. --curve prints what the process uses after every N of them. A sanitizer that ends the process leaves
-// the input in the file "crash-input".
+// the same inputs. --curve prints what the process uses after every N of them. When a check or a sanitizer ends the
+// process, the input is left in the file "crash-input" of the folder where the harness was started.
 #include <malloc.h>
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -23,10 +24,11 @@ struct request
 };
 
 std::string current;  // what runs now
+const std::filesystem::path crash_file = std::filesystem::absolute("crash-input");
 
+void keep_input() { std::ofstream{crash_file, std::ios::binary} << current; }
 #ifdef __SANITIZE_ADDRESS__
 extern "C" void __sanitizer_set_death_callback(void (*called)());
-void keep_input() { std::ofstream{"crash-input", std::ios::binary} << current; }
 #endif
 
 void run(const std::string& input)
@@ -124,6 +126,7 @@ int main(int argc, char** argv)
 {
     if (fuzz::write_seeds(argc, argv)) return 0;
     const request asked = read_request(argc, argv);
+    std::signal(SIGABRT, [](int) { keep_input(); });
 #ifdef __SANITIZE_ADDRESS__
     __sanitizer_set_death_callback(keep_input);
 #endif

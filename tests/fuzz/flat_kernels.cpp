@@ -140,7 +140,7 @@ void check_modulus(input& from)
     for (const auto& row : rows) {
         guarded<T> result{all.count, all.offset};
         row.function(source->data(), result.data(), all.length());
-        results.push_back(one_nan(result.copy()));
+        results.push_back(support::one_nan(result.copy()));
     }
     const T low = std::sqrt(std::numeric_limits<T>::min()) * T{1e4},
             high = std::sqrt(std::numeric_limits<T>::max()) / 2;
@@ -157,7 +157,9 @@ void check_modulus(input& from)
 
 void check_wave_transfer(input& from)
 {
-    const int width = static_cast<int>(1 + from.below(70)), height = static_cast<int>(1 + from.below(20));
+    int width = static_cast<int>(1 + from.below(70));
+    if (from.below(8) == 0) width += 200 + static_cast<int>(from.below(350));  // more than a block
+    const int height = static_cast<int>(1 + from.below(20));
     const bool in_place = from.coin();
     const auto what = static_cast<contents>(from.below(3));
     const auto lens_contents = from.coin() ? contents::awkward : contents::ordinary;
@@ -187,7 +189,8 @@ void check_wave_transfer(input& from)
 
 void check_shifter(input& from)
 {
-    const std::size_t width = 1 + from.below(70), height = 1 + from.below(20);
+    std::size_t width = 1 + from.below(70), height = 1 + from.below(20);
+    if (from.below(16) == 0) width += from.coin() ? 400 : 4080, height += 90;  // shared by threads, lines in sections
     const auto room = static_cast<std::ptrdiff_t>(from.below(width * height + 1));
     guarded<complex> source{width * height, from.below(2)};
     source.fill(from.random(), contents::awkward);
@@ -205,7 +208,7 @@ void check_shifter(input& from)
 
 void check_goldstein(input& from)
 {
-    const auto width = static_cast<std::int32_t>(1 + from.below(70)),
+    const auto width = static_cast<std::int32_t>((from.below(8) == 0 ? 100 : 1) + from.below(70)),
                height = static_cast<std::int32_t>(1 + from.below(40));
     const auto limit = static_cast<std::int32_t>(from.below(40));
     const auto what = static_cast<contents>(from.below(3));

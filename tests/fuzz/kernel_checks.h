@@ -4,6 +4,7 @@
 
 #include "image/processor.h"
 #include "tests/fuzz/strided.h"
+#include "tests/support/one_nan.h"
 
 namespace fuzz {
 
@@ -28,7 +29,7 @@ void compare_variants(const char* name, qorv::dm::variants<Kernel> table, Run ru
     }
 }
 
-constexpr auto apart_from_payloads = [](auto values) { return one_nan(std::move(values)); };
+constexpr auto apart_from_payloads = [](auto values) { return support::one_nan(std::move(values)); };
 constexpr auto to_the_bit = [](auto values) { return values; };
 
 }  // namespace fuzz

@@ -3,6 +3,7 @@
 #include <tiffio.h>
 
 #include "host/files/image_file.h"
+#include "host/files/png.h"
 #include "tests/host/files/dm_tree.h"
 #include "tests/support/scratch.h"
 
@@ -115,6 +116,14 @@ std::vector<std::string> sample_tiff_files()
     made.push_back(compressed_tiff(COMPRESSION_LZW, "wb8", 16));
     made.push_back(compressed_tiff(COMPRESSION_NONE, "wb", 0));
     return made;
+}
+
+std::vector<std::string> sample_png_files()
+{
+    const support::scratch_folder folder;
+    write_png(folder / "s.png", {4, 3, 1, std::vector<std::uint8_t>(12, 7)},
+              {{"Shown", "modulus"}, {"Limits", "-0.25,1.5"}, {"Title", "\xc3\xa9"}});
+    return {folder.read("s.png")};
 }
 
 }  // namespace fuzz

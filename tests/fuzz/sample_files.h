@@ -10,5 +10,6 @@ std::vector<std::string> sample_npy_files();
 std::vector<std::string> sample_dm_files();
 std::vector<std::string> sample_mrc_files();
 std::vector<std::string> sample_tiff_files();
+std::vector<std::string> sample_png_files();
 
 }  // namespace fuzz

@@ -10,15 +10,22 @@ namespace fuzz {
 
 using extents = std::array<std::ptrdiff_t, 3>;
 
-/// Sizes around those of vectors and blocks; now and then larger ones.
+/// Sizes around those of vectors; now and then a few lines along one axis that are longer than the kernels' blocks.
+/// depth  at most, unless the long axis is z; 1: a plane
 inline extents small_sizes(input& from, std::ptrdiff_t depth = 4)
 {
-    const std::ptrdiff_t edges[] = {1, 2, 3, 4, 7, 8, 15, 16, 17, 31, 33, 63, 64, 65, 100};
+    constexpr std::ptrdiff_t edges[] = {1, 2, 3, 4, 7, 8, 15, 16, 17, 31, 33, 63, 64, 65, 100};
+    constexpr std::ptrdiff_t long_lines[] = {127, 128, 129, 200, 255, 256, 257, 300, 511, 512, 513, 520, 700};
     const auto length = [&] {
         return from.coin() ? static_cast<std::ptrdiff_t>(1 + from.below(40)) : from.pick(edges);
     };
     const std::ptrdiff_t width = length(), height = length();
-    return {width, height, static_cast<std::ptrdiff_t>(1 + from.below(static_cast<std::size_t>(depth)))};
+    extents sizes{width, height, static_cast<std::ptrdiff_t>(1 + from.below(static_cast<std::size_t>(depth)))};
+    if (from.below(8) == 0) {
+        for (std::ptrdiff_t& size : sizes) size = std::min<std::ptrdiff_t>(size, 6);
+        sizes[from.below(depth > 1 ? 3 : 2)] = from.pick(long_lines);
+    }
+    return sizes;
 }
 
 /// The order of the axes in memory, the distances between elements and their directions.
@@ -117,19 +124,6 @@ class strided
     std::vector<T> memory_;
     qorv::dm::image<T> view_;
 };
-
-/// The same values with every NaN replaced by one: kernels do not promise its payload.
-template <class T>
-std::vector<T> one_nan(std::vector<T> values)
-{
-    if constexpr (!std::is_integral_v<T>) {
-        using part = decltype(std::real(T{}));
-        auto* parts = reinterpret_cast<part*>(values.data());
-        for (std::size_t i = 0; i < values.size() * (sizeof(T) / sizeof(part)); ++i)
-            if (parts[i] != parts[i]) parts[i] = std::numeric_limits<part>::quiet_NaN();
-    }
-    return values;
-}
 
 template <class T>
 bool same_bits(const std::vector<T>& a, const std::vector<T>& b)

@@ -2,14 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <exception>
-#include <limits>
 #include <string>
 #include <vector>
+
+#include "tests/support/one_nan.h"
 
 /// Comparisons of whole buffers to the bit: signs of zeros and NaN payloads count.
 namespace support {
@@ -25,17 +25,6 @@ testing::AssertionResult same_bytes(const std::vector<T>& got, const std::vector
                    << "element " << i << " of " << got.size() << ": " << testing::PrintToString(got[i])
                    << " instead of " << testing::PrintToString(expected[i]);
     return testing::AssertionSuccess();
-}
-
-/// Replaces every NaN by the same one: which operand's NaN an addition returns is the compiler's choice.
-template <class T>
-std::vector<T> one_nan(std::vector<T> values)
-{
-    using part = decltype(std::real(T{}));
-    auto* parts = reinterpret_cast<part*>(values.data());
-    for (std::size_t i = 0; i < values.size() * (sizeof(T) / sizeof(part)); ++i)
-        if (parts[i] != parts[i]) parts[i] = std::numeric_limits<part>::quiet_NaN();
-    return values;
 }
 
 /// Pixels between guard elements that reveal a write out of bounds. All bytes start as `fill`.

@@ -215,6 +215,15 @@ TEST(Estimate, RefusesWhatItCannotSearch)
          [](auto& options) {
              options.defocus = {5, -5};
          }},
+        {"The range of C1 is too wide: at the resolution of this wave it may be 4000 nm wide.",
+         [](auto& options) {
+             options.defocus = {-1e5, 1e5};
+         }},
+        {"The range of C1 is too wide: at the resolution of this wave it may be 15000 nm wide.",
+         [](auto& options) {
+             options.defocus = {-1e5, 1e5};
+             options.object = host::specimen_kind::amplitude;
+         }},
         {"The region is not within the wave of 256 x 256 pixels.",
          [](auto& options) {
              options.region = {200, 0, 100, 100};
