@@ -1,6 +1,7 @@
 #include "bench.h"
+#include "functions/smoothing/box_pass.h"
+#include "functions/smoothing/box_slice.h"
 #include "functions/smoothing/gaussian.h"
-#include "functions/smoothing/moving_average.h"
 
 #include <complex>
 
@@ -27,13 +28,13 @@ void boxes(const std::string& type)
 {
     for (const std::ptrdiff_t r : {1, 5, 20, 500})
         compare<T>("box r = " + std::to_string(r) + ' ' + type, functions::box_slice_variants<T>(), {2048, 2048, 1},
-                   [r](auto* kernel, auto& from, const auto& to) { kernel(from, to, r); });
+                   [r](auto* kernel, auto& from, const auto& to) { kernel(from, to, r)(); });
     using functions::axis;
     for (const auto& [name, along] : {std::pair{'x', axis::x}, {'y', axis::y}, {'z', axis::z}}) {
         const typename dm::image<T>::extents volume{512, 512, 16}, plane{2048, 2048, 1};
         compare<T>(std::string{"box along "} + name + " r = 5 " + type, functions::box_pass_variants<T>(),
                    along == axis::z ? volume : plane,
-                   [a = along](auto* kernel, auto& from, const auto& to) { kernel(from, to, a, 5); });
+                   [a = along](auto* kernel, auto& from, const auto& to) { kernel(from, to, a, 5)(); });
     }
 }
 

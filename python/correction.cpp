@@ -177,6 +177,7 @@ void add_correction(py::module_& to)
     to.def("electron_wavelength", &lens::electron_wavelength);
     to.def("check_kilovolts", &lens::check_kilovolts);
     to.def("check_pixel_size", &lens::check_pixel_size);
+    to.def("check_wavelength", &lens::check_wavelength);
     to.def("coefficients", &coefficient_table);
     to.def("parse_coefficient", &parse_coefficient);
     to.def("replace_not_finite", &replace_not_finite);

@@ -94,17 +94,31 @@ class profile_painter
         dashed(on_, line, 0.7 * line_, 0.25 * letters_, limit_ink);
     }
 
+    /// A circle for each zero, smaller where zeros are close to each other; a bar along those that are too close.
     void paint_zeros()
     {
-        double former = -1e9;
-        for (const double zero : profile_.zeros) {
-            const point p = at(zero, 0);
-            if (p.x - former < 0.5 * letters_) break;  // the marks would overlap
-            former = p.x;
-            const std::vector<point> dot{p, p};
-            on_.line(dot, 0.5 * letters_, curve_ink);
-            on_.line(dot, 0.5 * letters_ - 2 * plot_.line_width(), white_paper);
+        const double largest = 0.5 * letters_, smallest = 0.25 * letters_;
+        std::vector<point> zeros, bar;
+        for (const double zero : profile_.zeros) zeros.push_back(at(zero, 0));
+        for (std::size_t i = 0; i < zeros.size(); ++i) {
+            double distance = 2 * largest;  // to the nearest other zero
+            if (i > 0) distance = std::min(distance, zeros[i].x - zeros[i - 1].x);
+            if (i + 1 < zeros.size()) distance = std::min(distance, zeros[i + 1].x - zeros[i].x);
+            const bool is_circle = distance - plot_.line_width() >= smallest;
+            if (!is_circle) bar.push_back(zeros[i]);
+            if (!bar.empty() && (is_circle || i + 1 == zeros.size())) {
+                paint_mark(bar.front(), bar.back(), smallest);
+                bar.clear();
+            }
+            if (is_circle) paint_mark(zeros[i], zeros[i], std::min(largest, distance - plot_.line_width()));
         }
+    }
+
+    void paint_mark(point from, point to, double width)
+    {
+        const std::vector<point> line{from, to};
+        on_.line(line, width, curve_ink);
+        on_.line(line, width - 2 * plot_.line_width(), white_paper);
     }
 
     drawing& on_;

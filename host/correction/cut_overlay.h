@@ -7,8 +7,8 @@
 
 namespace zentrix::host {
 
-/// A picture of the cuts on the wrapped phase: grey from -pi (black) to pi (white), pixels at cuts red, pixels left out
-/// blue.
+/// A picture of the cuts on the wrapped phase: light grey at -pi to white at pi, pixels at cuts red, pixels left out
+/// blue. Enlarged by the largest whole number with which it has at most 1024 pixels along its longer side.
 /// phase  two dimensions, contiguous, float32 [rad]; pixels left out are not finite
 /// cuts   same shape, as report_on_unwrapping writes it
 /// Throws  std::bad_alloc

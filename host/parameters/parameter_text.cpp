@@ -8,6 +8,7 @@
 #include "host/parameters/parameter_file.h"
 #include "host/text/number_text.h"
 #include "lens/numbers.h"
+#include "lens/plausible_units.h"
 
 namespace zentrix::host {
 
@@ -45,12 +46,22 @@ double number_in(const std::string& option, const std::string& word)
     return *number;
 }
 
+/// Throws  std::invalid_argument for a number that is not possible or usually in another unit
+double plausible(const std::string& name, double number)
+{
+    if (name == "kv") lens::check_kilovolts(number);
+    if (name == "wavelength") lens::check_wavelength(number);
+    if (name == "pixel") lens::check_pixel_size(number);
+    if (number < 0) throw std::invalid_argument{"--" + name + " must not be negative."};
+    return number;
+}
+
 /// Whether the name is one of the options with a number.
 bool read_number(parameter_set& set, const std::string& name, const std::string& word)
 {
     for (const auto& options : {std::span{scale_options}, std::span{width_options}})
         for (const auto& [option, value] : options)
-            if (name == option) return set.*value = number_in("--" + name, word), true;
+            if (name == option) return set.*value = plausible(name, number_in("--" + name, word)), true;
     return false;
 }
 

@@ -16,6 +16,9 @@ namespace {
 constexpr std::int64_t largest_side = 65535;
 constexpr double least_legend = 11;        // height of a legend, in letters
 constexpr int least_annotated_side = 512;  // so that letters are legible
+// A sixteenth of each side. The edges of a wave are often outliers: where a hologram is cut off, or where the shifted
+// parts of a corrected wave come back at the other side.
+constexpr double edges_of_waves = 1.0 / 16;
 
 bool is_annotated(const figure_style& style) { return style.scale_bar || style.colour_bar || !style.title.empty(); }
 
@@ -51,7 +54,7 @@ bar_length scale_bar_for(const image& pixels) { return round_bar(pixels.scale().
 
 void require_drawable(const image& pixels, const figure_style& style)
 {
-    if (pixels.dimensions() > 2) throw script_error{"a volume cannot be shown as one picture"};
+    if (pixels.size(2) > 1) throw script_error{"a volume cannot be shown as one picture"};
     enlargement_for(pixels, style);
     if (style.scale_bar && scale_bar_for(pixels).pixels == 0)
         throw script_error{"a scale bar needs the pixel size, which the image does not have"};
@@ -85,12 +88,14 @@ void figure::choose_limits(const image& pixels, const figure_style& style)
     if (style.shades == palette::cyclic || style.rule == limits_rule::given) {
         range_.limits = style.limits;
         range_.not_a_number = count_not_a_number(pixels, limited);
+    } else if (is_wave && style.rule == limits_rule::automatic) {
+        range_.limits = survey_of(pixels, limited, edges_of_waves).quantiles;
+        range_.not_a_number = count_not_a_number(pixels, limited);
+        if (range_.limits.white == 0) range_.limits = survey_of(pixels, limited).quantiles;  // nothing but edges
     } else {
         const value_survey survey = survey_of(pixels, limited);
         range_.not_a_number = survey.not_a_number;
-        range_.limits = style.rule == limits_rule::full ? survey.extremes
-                        : is_wave                       ? survey.quantiles
-                                                        : automatic_limits(survey.quantiles, limited);
+        range_.limits = style.rule == limits_rule::full ? survey.extremes : automatic_limits(survey.quantiles, limited);
     }
     if (is_wave) range_.limits.black = 0;
 }

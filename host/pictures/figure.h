@@ -13,7 +13,7 @@ namespace zentrix::host {
 
 enum class limits_rule
 {
-    automatic,  ///< automatic_limits; with palette::wave from 0 to the upper quantile
+    automatic,  ///< automatic_limits; with palette::wave from 0 to the upper quantile without the edges
     full,       ///< the extremes; with palette::wave from 0 to the largest
     given
 };

@@ -103,13 +103,16 @@ value_survey survey_of(const value_source& values)
     return survey;
 }
 
-value_survey survey_of(const image& pixels, display_mode mode)
+value_survey survey_of(const image& pixels, display_mode mode, double border)
 {
     std::vector<float> row(pixels.size(0));
+    const auto left = static_cast<std::uint32_t>(border * pixels.size(0)),
+               top = static_cast<std::uint32_t>(border * pixels.size(1));
+    const auto inside = std::span<const float>{row}.subspan(left, row.size() - 2 * std::size_t{left});
     return survey_of([&](const auto& use) {
-        for (std::uint32_t y = 0; y < pixels.size(1); ++y) {
+        for (std::uint32_t y = top; y < pixels.size(1) - top; ++y) {
             displayed_row(pixels, y, mode, row.data());
-            use(row);
+            use(inside);
         }
     });
 }

@@ -31,8 +31,9 @@ struct value_survey
 value_survey survey_of(const value_source& values);
 
 /// The survey of the displayed values of the first plane. Computes each value three times.
+/// border  this part of the width is left out at the left and at the right, of the height at the top and at the bottom
 /// Throws  script_error for elements that are not numbers
-value_survey survey_of(const image& pixels, display_mode mode);
+value_survey survey_of(const image& pixels, display_mode mode, double border = 0);
 
 /// The displayed values of the first plane that are not a number. Computes each value once. Throws  as survey_of
 std::size_t count_not_a_number(const image& pixels, display_mode mode);

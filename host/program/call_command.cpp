@@ -19,7 +19,7 @@ constexpr char help_on_arguments[] =
 
 Examples:
   zentrix call MedianFilter in.npy 2 null 1 -o out.npy
-  zentrix call ZXMovingAverage2 in.npy 2 _ _ -o imgDst1=mean.npy -o imgDst2=deviation.npy
+  zentrix call ZXMovingAverage2 in.npy 2 _ _ -o imgDst1=mean.npy -o imgDst2=squares.npy
   zentrix call ZXGetCenterOfMass spot.npy _=12 _=15 5 20 0
   zentrix call ZXMedianFilter {} 2 null 1 --each "data/*.npy" -o filtered/ --jobs 4
   zentrix call ZXSelectImageFiles "_=data/*.raw" "" _=512 _=512 _=2)";

@@ -23,7 +23,7 @@ namespace {
 struct convert_request
 {
     std::vector<std::string> words;
-    lens::aberrations options;
+    host::parameter_set options;
     std::string to = "zentrix", output;
     host::file_frame frame;
 };
@@ -87,10 +87,7 @@ host::parameter_set given_parameters(const convert_request& request)
         throw usage_error{files[0] + " is not a file. Give a coefficient with its value: NAME=NUMBER or " +
                           "NAME=NUMBERUNIT, such as C12=140A"};
     if (files.size() > 1) throw usage_error{"one file can be converted, not " + std::to_string(files.size())};
-    host::parameter_set given = set_of_words(words);
-    for (const auto& about : lens::all_coefficients)
-        if (const lens::polar& value = request.options[about.which]; value.modulus != 0)
-            given.coefficients[about.which] = value;
+    const host::parameter_set given = host::overlaid(request.options, set_of_words(words));
     return files.empty() ? given : host::overlaid(given, host::read_parameters(host::system_path(files[0])));
 }
 

@@ -207,9 +207,7 @@ void add_optics(CLI::App& command, ctf_request& request)
         .add_option("--params", request.parameter_file,
                     "File of parameters, or the record of a result (.json); other options override it")
         ->type_name("FILE");
-    add_coefficients(command, [&given](lens::coefficient which, const std::string& word) {
-        given.coefficients[which] = lens::parse_coefficient(which, word);
-    });
+    add_coefficients(command, given);
     add_widths(command, given);
 }
 

@@ -200,26 +200,12 @@ void add_search_options(CLI::App& command, estimate_request& request)
 
 void add_parameters(CLI::App& command, lens_request& request)
 {
-    host::parameter_set& given = request.given;
-    auto* const voltage = command.add_option("--kv", given.kilovolts,
-                                             "Accelerating voltage [kV] (default: that of the file); or --wavelength");
-    voltage->check(voltage_in_kilovolts());
-    command.add_option("--wavelength", given.wavelength_nm, "Wavelength [nm], for waves other than electrons")
-        ->check(positive_number())
-        ->excludes(voltage);
-    command.add_option("--pixel", given.pixel_nm, "Pixel size [nm] (default: that of the file)")
-        ->check(pixel_in_nanometres());
+    add_microscope(command, request.given);
     command
         .add_option("--params", request.parameter_file,
                     "File of parameters (.json) to start from; other options override it")
         ->type_name("FILE");
-    command
-        .add_option_function<std::string>(
-            "--nan",
-            [&](const std::string& word) { request.not_finite = word == "zero" ? nan_rule::zero : nan_rule::mean; },
-            "Replace pixels that are infinite or not a number by 0 or by the mean of the others (default: refuse them)")
-        ->check(CLI::IsMember({"zero", "mean"}).description(""))
-        ->type_name("zero|mean");
+    add_nan_option(command, request.not_finite);
 }
 
 }  // namespace

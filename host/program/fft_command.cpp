@@ -138,7 +138,7 @@ host::file_outcome process(const fft_request& request, const global_options& glo
     picture.png = task.outputs.at(1);
     const std::string& output = task.outputs.at(0);
     auto wave = times.measure("read", [&] { return read_any(task.input); });
-    if (wave->dimensions() > 2 && (is_picture_name(output) || !picture.png.empty()))
+    if (wave->size(2) > 1 && (is_picture_name(output) || !picture.png.empty()))
         throw host::file_error{host::system_path(task.input),
                                "contains " + one_line(*wave) + "; a stack cannot be shown as one picture"};
     const auto results = results_of(task);

@@ -63,8 +63,9 @@ void run(hologram_request& request, const global_options& global)
         request.files.others = {request.reference};
     }
     hologram_work work{request, global};
-    process_files(request.files, {results, pictures, waves}, global,
-                  [&](const host::file_task& task) { return work(task); });
+    process_files(
+        request.files, {results, pictures, waves}, global, [&](const host::file_task& task) { return work(task); },
+        [&] { work.prepare(); });
 }
 
 void set_sideband(host::hologram_options& options, const std::string& word)
@@ -124,9 +125,7 @@ void add_correction_options(CLI::App& command, hologram_request& request)
                               "The result is the unwrapped phase of the wave");
     command.add_flag("--degrees", request.in_degrees, "The phase is in degrees (default: radians)");
     command.add_option("--wave", request.wave, "Also write the complex wave")->type_name("FILE|FOLDER/");
-    add_coefficients(command, [&request](lens::coefficient which, const std::string& word) {
-        request.given.coefficients[which] = lens::parse_coefficient(which, word);
-    });
+    add_coefficients(command, request.given);
 }
 
 }  // namespace

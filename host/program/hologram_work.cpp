@@ -1,6 +1,7 @@
 #include "host/program/hologram_work.h"
 
 #include <iostream>
+#include <utility>
 
 #include "host/batch/output_files.h"
 #include "host/files/file_error.h"
@@ -97,7 +98,7 @@ std::optional<host::shown_range> write(const written_files& files, const hologra
 void check(const written_files& files, const std::string& name, const host::image& hologram)
 {
     if (!has_picture(files.output, files.picture)) return;
-    if (hologram.dimensions() > 2)
+    if (hologram.size(2) > 1)
         throw host::file_error{host::system_path(name),
                                "contains " + one_line(hologram) + "; a stack cannot be shown as one picture"};
     picture_options look = files.picture;
@@ -136,9 +137,11 @@ const host::vacuum_wave* hologram_work::vacuum(step_times& times)
     return &*vacuum_;
 }
 
+void hologram_work::prepare() { vacuum(preparing_); }
+
 host::file_outcome hologram_work::operator()(const host::file_task& task)
 {
-    step_times times;
+    step_times times = std::exchange(preparing_, {});
     host::require_own_names({task.input, request_.reference, request_.parameter_file}, task.outputs);
     written_files files{task, request_.picture};
     const auto hologram =

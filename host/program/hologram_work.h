@@ -17,6 +17,10 @@ class hologram_work
         : request_{request}, global_{global}, session_{global}
     {}
 
+    /// Transforms the reference, if there is one, before the first file: when it is bad, no file can be done.
+    /// Throws  host::file_error
+    void prepare();
+
     /// task  with three outputs: the result, its picture, the wave
     /// Throws  host::file_error, host::script_error, usage_error when aberrations are to be removed and the pixel size
     ///         or the voltage is not known
@@ -30,6 +34,7 @@ class hologram_work
     const global_options& global_;
     kept_session session_;
     std::optional<host::vacuum_wave> vacuum_;
+    step_times preparing_;  ///< counts for the first file
 };
 
 }  // namespace zentrix::program

@@ -26,24 +26,15 @@ void run(lens_request& request, const global_options& global)
     process_files(request.files, {results, pictures}, global, [&](const host::file_task& task) { return work(task); });
 }
 
-void add_microscope(CLI::App& command, lens_request& request)
+void add_tilt_and_file(CLI::App& command, lens_request& request)
 {
-    host::parameter_set& given = request.given;
-    auto* const voltage = command.add_option("--kv", given.kilovolts,
-                                             "Accelerating voltage [kV] (default: that of the file); or --wavelength");
-    voltage->check(voltage_in_kilovolts());
-    command.add_option("--wavelength", given.wavelength_nm, "Wavelength [nm], for waves other than electrons")
-        ->check(wavelength_in_nanometres())
-        ->excludes(voltage);
-    command.add_option("--pixel", given.pixel_nm, "Pixel size [nm] (default: that of the file)")
-        ->check(pixel_in_nanometres());
     command
         .add_option_function<std::string>(
             "--tilt",
             [&](const std::string& word) {
                 const auto pair = lens::parse_pair(word);
                 if (!pair) throw usage_error{"--tilt is X,Y in mrad, not \"" + word + "\""};
-                given.tilt_mrad = {pair->first, pair->second};
+                request.given.tilt_mrad = {pair->first, pair->second};
             },
             "Beam tilt on the displayed image, right and up [mrad]")
         ->type_name("X,Y");
@@ -107,7 +98,8 @@ void add_lens_command(CLI::App& app, const global_options& global, lens::directi
     command->add_option("-o,--output", request->output, "Result (.png: a picture only), or a folder for many results")
         ->required()
         ->type_name("FILE|FOLDER/");
-    add_microscope(*command, *request);
+    add_microscope(*command, request->given);
+    add_tilt_and_file(*command, *request);
     add_coefficients(*command, [request = request.get()](lens::coefficient which, const std::string& word) {
         set_coefficient(*request, which, word);
     });

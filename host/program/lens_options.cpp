@@ -33,23 +33,6 @@ CLI::Validator plausible_number(void (*check)(double))
     return CLI::Validator{find_problem, "POSITIVE"};
 }
 
-/// Number is a double or an optional one.
-template <class Number>
-void add_width_options(CLI::App& command, Number& focus_spread, Number& convergence, Number& vibration)
-{
-    const struct
-    {
-        const char *name, *meaning;
-        Number& width;
-    } widths[] = {{"--focus-spread", "Focus spread, rms [nm]", focus_spread},
-                  {"--convergence", "Beam convergence, rms along each axis [mrad]", convergence},
-                  {"--vibration", "Vibration, rms along each axis [nm]", vibration}};
-    for (const auto& [name, meaning, width] : widths)
-        command.add_option(name, width, meaning)
-            ->check(finite_number("a number of 0 or more", "NONNEGATIVE", true))
-            ->group(widths_group);
-}
-
 }  // namespace
 
 const char* const widths_group = "Envelope: rms widths. 1/e half-width = rms * 1.4142, FWHM = rms * 2.3548";
@@ -61,6 +44,18 @@ CLI::Validator voltage_in_kilovolts() { return plausible_number(lens::check_kilo
 CLI::Validator wavelength_in_nanometres() { return plausible_number(lens::check_wavelength); }
 
 CLI::Validator pixel_in_nanometres() { return plausible_number(lens::check_pixel_size); }
+
+void add_microscope(CLI::App& command, host::parameter_set& parameters)
+{
+    auto* const voltage = command.add_option("--kv", parameters.kilovolts,
+                                             "Accelerating voltage [kV] (default: that of the file); or --wavelength");
+    voltage->check(voltage_in_kilovolts());
+    command.add_option("--wavelength", parameters.wavelength_nm, "Wavelength [nm], for waves other than electrons")
+        ->check(wavelength_in_nanometres())
+        ->excludes(voltage);
+    command.add_option("--pixel", parameters.pixel_nm, "Pixel size [nm] (default: that of the file)")
+        ->check(pixel_in_nanometres());
+}
 
 void add_coefficients(CLI::App& command, const coefficient_setter& set)
 {
@@ -80,21 +75,26 @@ void add_coefficients(CLI::App& command, const coefficient_setter& set)
     }
 }
 
-void add_coefficients(CLI::App& command, lens::aberrations& lens)
+void add_coefficients(CLI::App& command, host::parameter_set& parameters)
 {
-    add_coefficients(command, [&lens](lens::coefficient which, const std::string& word) {
-        lens[which] = lens::parse_coefficient(which, word);
+    add_coefficients(command, [&parameters](lens::coefficient which, const std::string& word) {
+        parameters.coefficients[which] = lens::parse_coefficient(which, word);
     });
-}
-
-void add_widths(CLI::App& command, lens::coherence& spread)
-{
-    add_width_options(command, spread.focus_spread_nm, spread.convergence_mrad, spread.vibration_nm);
 }
 
 void add_widths(CLI::App& command, host::parameter_set& parameters)
 {
-    add_width_options(command, parameters.focus_spread_nm, parameters.convergence_mrad, parameters.vibration_nm);
+    const struct
+    {
+        const char *name, *meaning;
+        std::optional<double>& width;
+    } widths[] = {{"--focus-spread", "Focus spread, rms [nm]", parameters.focus_spread_nm},
+                  {"--convergence", "Beam convergence, rms along each axis [mrad]", parameters.convergence_mrad},
+                  {"--vibration", "Vibration, rms along each axis [nm]", parameters.vibration_nm}};
+    for (const auto& [name, meaning, width] : widths)
+        command.add_option(name, width, meaning)
+            ->check(finite_number("a number of 0 or more", "NONNEGATIVE", true))
+            ->group(widths_group);
 }
 
 void add_nan_option(CLI::App& command, nan_rule& rule)

@@ -10,6 +10,7 @@
 #include "host/files/file_error.h"
 #include "host/program/describe.h"
 #include "host/program/result_record.h"
+#include "host/program/wave_file.h"
 #include "host/program/wave_stack.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
@@ -117,8 +118,9 @@ void lens_work::multiply(job& one, const host::image_ref& wave)
 
 void lens_work::make_wave(job& one, const host::picture_texts& texts)
 {
-    one.result = next_wave(one, one.task.input);
-    multiply(one, one.result);
+    const auto wave = next_wave(one, one.task.input);
+    multiply(one, wave);
+    one.result = with_dimensions(wave, one.waves.outline().dimensions());
     one.times.measure("write",
                       [&] { one.shown = write_result(one.task.outputs.at(0), one.picture, *one.result, texts); });
 }

@@ -186,7 +186,8 @@ void print_outcome(const host::file_outcome& outcome, const global_options& glob
 }
 
 void process_files(const many_files& files, const std::vector<host::destination>& destinations,
-                   const global_options& global, const host::file_process& process)
+                   const global_options& global, const host::file_process& process,
+                   const std::function<void()>& prepare)
 {
     if (global.is_worker) {
         host::end_with_parent();
@@ -203,6 +204,7 @@ void process_files(const many_files& files, const std::vector<host::destination>
         std::ranges::none_of(destinations, [](const auto& where) { return host::is_folder(where.to); }))
         throw usage_error{"--suffix is for results in a folder, such as -o results/"};
     const auto tasks = host::plan_outputs(inputs, destinations);
+    prepare();
     host::create_folders(destinations);
     if (is_single) return print_outcome(process(tasks.front()), global);
 

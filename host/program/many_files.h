@@ -1,6 +1,7 @@
 #pragma once
 
 #include <CLI/CLI.hpp>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -43,9 +44,11 @@ void print_outcome(const host::file_outcome& outcome, const global_options& glob
 /// Processes all files and prints what comes of them: for one file its text; for several a line for each, or a bar on a
 /// terminal, then what failed. With --json prints the facts, one line for each file. In a worker process, does the
 /// tasks that come from the program that started it.
-/// Throws  usage_error when several results would go to one file; as input_files and plan_outputs; as `process` for a
-///         single file; std::runtime_error "2 of 10 files failed" after the others are done
-void process_files(const many_files& files, const std::vector<host::destination>& destinations,
-                   const global_options& global, const host::file_process& process);
+/// prepare  called once before any file is processed, and not in worker processes: for what would make all files fail
+/// Throws   usage_error when several results would go to one file; as input_files, plan_outputs and `prepare`; as
+///          `process` for a single file; std::runtime_error "2 of 10 files failed" after the others are done
+void process_files(
+    const many_files& files, const std::vector<host::destination>& destinations, const global_options& global,
+    const host::file_process& process, const std::function<void()>& prepare = [] {});
 
 }  // namespace zentrix::program

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <span>
-#include <vector>
 
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
@@ -15,33 +14,36 @@ namespace zentrix::program {
 
 namespace {
 
-void check_mask(const std::string& name, const host::image& mask, const host::image& pixels)
+[[noreturn]] void refuse(const std::string& name, const std::string& why)
 {
-    const bool fits_plane = mask.size(0) == pixels.size(0) && mask.size(1) == pixels.size(1);
-    if (!fits_plane || (mask.size(2) != 1 && mask.size(2) != pixels.size(2)))
-        throw host::file_error{host::system_path(name), "contains " + one_line(mask) + "; the mask for an image of " +
-                                                            one_line(pixels) + " has its size, or that of one plane"};
-    if (mask.type().meaning == host::element_class::complex)
-        throw host::file_error{host::system_path(name),
-                               "contains " + one_line(mask) + "; expected a mask: not 0 where a pixel is left out"};
+    throw host::file_error{host::system_path(name), why};
 }
 
 }  // namespace
 
-host::image_ref read_mask(const std::string& name, const host::image& pixels)
+mask_file::mask_file(const std::string& name)
+    : input_{host::input_of(name)}, read_{host::read_image(host::system_path(name))}
 {
-    const auto read = host::read_image(host::system_path(name));
-    check_mask(name, *read, pixels);
-    std::vector<std::uint32_t> sizes;
-    for (std::size_t d = 0; d < pixels.dimensions(); ++d) sizes.push_back(pixels.size(d));
-    auto mask = host::image::create("mask", HOST_ELEMENT_UINT8, sizes);
-    const std::span out{static_cast<std::uint8_t*>(mask->data()), mask->count()};
-    auto next = out.begin();
+    if (read_->type().meaning == host::element_class::complex)
+        refuse(name, "contains " + one_line(*read_) + "; expected a mask: not 0 where a pixel is left out");
+    bool leaves_all_out = true;
+    for (std::uint32_t z = 0; z < read_->size(2); ++z)
+        host::for_each_pixel_of_plane(*read_, z, [&](auto pixel) { leaves_all_out = leaves_all_out && pixel != 0.0; });
+    if (leaves_all_out) refuse(name, "leaves out every pixel (pixels that are not 0 are left out)");
+}
+
+host::image_ref mask_file::mask_for(const host::image& pixels) const
+{
+    const bool fits_plane = read_->size(0) == pixels.size(0) && read_->size(1) == pixels.size(1);
+    if (!fits_plane || (read_->size(2) != 1 && read_->size(2) != pixels.size(2)))
+        refuse(input_.name, "contains " + one_line(*read_) + "; the mask for an image of " + one_line(pixels) +
+                                " has its size, or that of one plane");
+    const std::uint32_t sizes[] = {pixels.size(0), pixels.size(1), pixels.size(2)};
+    auto mask = host::image::create("mask", HOST_ELEMENT_UINT8, std::span{sizes}.first(pixels.dimensions()));
+    auto* next = static_cast<std::uint8_t*>(mask->data());
     for (std::uint32_t z = 0; z < pixels.size(2); ++z)
-        host::for_each_pixel_of_plane(*read, read->size(2) == 1 ? 0 : z,
-                                      [&](std::complex<double> pixel) { *next++ = pixel != 0.0 ? 1 : 0; });
-    if (std::ranges::count(out, 0) == 0)
-        throw host::file_error{host::system_path(name), "leaves out every pixel (pixels that are not 0 are left out)"};
+        host::for_each_pixel_of_plane(*read_, read_->size(2) == 1 ? 0 : z,
+                                      [&](auto pixel) { *next++ = pixel != 0.0 ? 1 : 0; });
     return mask;
 }
 

@@ -3,14 +3,29 @@
 #include <string>
 
 #include "host/objects/image.h"
+#include "host/parameters/record.h"
 
 namespace zentrix::program {
 
-/// Reads a mask for an image: pixels that are not 0 are left out. The mask has the size of the image, or that of one
-/// plane for all planes alike. Its elements are integers, real numbers or truth values.
-/// Returns  an image of uint8, contiguous, of the size of `pixels`: 1 where a pixel is left out, otherwise 0
-/// Throws   host::file_error, also when nothing is left to work on
-host::image_ref read_mask(const std::string& name, const host::image& pixels);
+/// A mask, as read from a file: pixels that are not 0 are left out. Its elements are integers, real numbers or truth
+/// values.
+class mask_file
+{
+  public:
+    /// Throws  host::file_error, also when nothing is left to work on
+    explicit mask_file(const std::string& name);
+
+    const host::recorded_input& input() const { return input_; }
+
+    /// The mask for an image, whose size or that of one of its planes it must have; that of a plane counts for all.
+    /// Returns  an image of uint8, contiguous, of the size of `pixels`: 1 where a pixel is left out, otherwise 0
+    /// Throws   host::file_error
+    host::image_ref mask_for(const host::image& pixels) const;
+
+  private:
+    host::recorded_input input_;
+    host::image_ref read_;
+};
 
 /// Writes not-a-number to all pixels of a phase (contiguous, float32) that the mask leaves out.
 /// Returns  their number

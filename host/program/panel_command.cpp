@@ -89,9 +89,7 @@ void add_panel_command(CLI::App& app, const global_options& global)
         ->add_option("--params", request->lens.parameter_file,
                      "File of parameters, or the record of a result (.json); other options override it")
         ->type_name("FILE");
-    add_coefficients(*command, [&given](lens::coefficient which, const std::string& word) {
-        given.coefficients[which] = lens::parse_coefficient(which, word);
-    });
+    add_coefficients(*command, given);
     add_widths(*command, given);
     command->add_flag("--damp", request->damped, "Damp the corrected wave by these widths")->group(widths_group);
     add_display_options(*command, request->shown, request->phase_palette);

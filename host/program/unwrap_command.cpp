@@ -23,8 +23,9 @@ void run(unwrap_request& request, const global_options& global)
     host::require_folder(example_of(cuts));
     if (!request.mask.empty()) request.files.others = {request.mask};
     unwrap_work work{request, global};
-    process_files(request.files, {results, pictures, cuts}, global,
-                  [&](const host::file_task& task) { return work(task); });
+    process_files(
+        request.files, {results, pictures, cuts}, global, [&](const host::file_task& task) { return work(task); },
+        [&] { work.prepare(); });
 }
 
 }  // namespace

@@ -16,7 +16,6 @@
 #include "host/parameters/recorded_image.h"
 #include "host/pictures/for_each_pixel.h"
 #include "host/program/describe.h"
-#include "host/program/mask_file.h"
 #include "host/program/result_record.h"
 #include "host/program/step_times.h"
 #include "host/text/system_path.h"
@@ -41,8 +40,7 @@ void check_type(const unwrap_request& request, const host::image& pixels)
         refuse(request.phase, pixels, "expected float32 or float64, in radians");
     const bool has_picture =
         !request.picture.png.empty() || is_picture_name(request.output) || is_picture_name(request.cuts);
-    if (pixels.dimensions() > 2 && has_picture)
-        refuse(request.phase, pixels, "a volume cannot be shown as one picture");
+    if (pixels.size(2) > 1 && has_picture) refuse(request.phase, pixels, "a volume cannot be shown as one picture");
 }
 
 /// A new image of the same size and scale.
@@ -165,7 +163,8 @@ void warn_of_gaps(const std::string& file, std::size_t count, std::size_t of)
 }
 
 /// Everything that decides on the result.
-host::provenance provenance_of(const unwrap_request& request, const host::file_task& task, const global_options& global)
+host::provenance provenance_of(const unwrap_request& request, const mask_file* mask, const host::file_task& task,
+                               const global_options& global)
 {
     host::provenance made{.command = command_for(task, request.files, {"-o", "--png", "--cuts"}, global),
                           .inputs = {host::input_of(request.phase)},
@@ -173,13 +172,19 @@ host::provenance provenance_of(const unwrap_request& request, const host::file_t
                           .program = program_with_library(global),
                           .more = {{"box", request.box}, {"of_wave", request.is_wave}}};
     if (request.pixel_nm) made.more["pixel_nm"] = *request.pixel_nm;
-    if (!request.mask.empty()) made.inputs.push_back(host::input_of(request.mask));
+    if (mask != nullptr) made.inputs.push_back(mask->input());
     if (!request.picture.png.empty() || is_picture_name(request.output))
         made.more["picture"] = choice_of(request.picture);
     return made;
 }
 
 }  // namespace
+
+const mask_file* unwrap_work::mask()
+{
+    if (!request_.mask.empty() && !mask_) mask_.emplace(request_.mask);
+    return mask_ ? &*mask_ : nullptr;
+}
 
 host::file_outcome unwrap_work::operator()(const host::file_task& task)
 {
@@ -190,20 +195,20 @@ host::file_outcome unwrap_work::operator()(const host::file_task& task)
     request.cuts = task.outputs.at(2);
     const auto results = results_of(task);
     host::require_own_names({request.phase, request.mask}, task.outputs);
-    const auto made = provenance_of(request, task, global_);
+    const auto made = provenance_of(request, mask(), task, global_);
     if (request.files.resumes && host::is_recorded(results, made)) return done_before(task);
     const auto record = host::record_path(results);
 
     step_times times;
     const auto read = times.measure("read", [&] { return read_phase(request); });
     check_picture(request.output, request.picture, *read);
-    const auto mask = request.mask.empty() ? nullptr : read_mask(request.mask, *read);
-    const auto phase = mask ? read->clone() : read;
-    const std::size_t masked = mask ? leave_out(*phase, *mask) : 0;
+    const auto mask_of_phase = mask_ ? mask_->mask_for(*read) : nullptr;
+    const auto phase = mask_of_phase ? read->clone() : read;
+    const std::size_t masked = mask_of_phase ? leave_out(*phase, *mask_of_phase) : 0;
     warn_beyond_half_a_turn(request.phase, *phase);
     const unwrapping done = unwrap(phase, request, session_.engine(times), times);
     warn_of_gaps(request.phase, done.report.left_out - masked, phase->count());
-    if (mask) restore_left_out(*done.phase, *read, *mask);
+    if (mask_of_phase) restore_left_out(*done.phase, *read, *mask_of_phase);
     const auto shown = times.measure("write", [&] {
         auto range = write_result(request.output, request.picture, *done.phase, host::texts_of(made));
         if (done.cuts) write_cuts(request.cuts, *phase, *done.cuts);

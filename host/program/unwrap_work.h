@@ -6,6 +6,7 @@
 #include "host/batch/file_task.h"
 #include "host/program/kept_session.h"
 #include "host/program/many_files.h"
+#include "host/program/mask_file.h"
 #include "host/program/picture_options.h"
 
 namespace zentrix::program {
@@ -34,14 +35,22 @@ class unwrap_work
         : request_{request}, global_{global}, session_{global}
     {}
 
+    /// Reads the mask, if there is one, before the first file: when it is bad, no file can be done.
+    /// Throws  host::file_error
+    void prepare() { mask(); }
+
     /// task  with three outputs: the result, its picture, the cuts
     /// Throws  host::file_error, host::script_error
     host::file_outcome operator()(const host::file_task& task);
 
   private:
+    /// Null: none.
+    const mask_file* mask();
+
     const unwrap_request& request_;
     const global_options& global_;
     kept_session session_;
+    std::optional<mask_file> mask_;
 };
 
 }  // namespace zentrix::program

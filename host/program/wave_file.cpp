@@ -36,23 +36,40 @@ host::image_ref in_single_precision(const std::filesystem::path& file, const hos
     return single;
 }
 
-host::image_ref read_complex(const std::string& name, std::size_t most_dimensions)
+enum class planes
+{
+    one,
+    any
+};
+
+host::image_ref read_complex(const std::string& name, planes expected)
 {
     const auto file = host::system_path(name);
     const auto wave = host::read_recorded_image(file);
     if (wave->type().meaning != host::element_class::complex)
         throw host::file_error{file, "contains " + one_line(*wave) + "; expected a complex wave"};
-    if (wave->dimensions() < 2 || wave->dimensions() > most_dimensions)
+    if (wave->dimensions() < 2 || (expected == planes::one && wave->size(2) > 1))
         throw host::file_error{file, "contains " + one_line(*wave) + "; expected a wave of two " +
-                                         (most_dimensions > 2 ? "or three " : "") + "dimensions"};
+                                         (expected == planes::any ? "or three " : "") + "dimensions"};
     return in_single_precision(file, wave);
 }
 
 }  // namespace
 
-host::image_ref read_wave(const std::string& name) { return read_complex(name, 2); }
+host::image_ref read_wave(const std::string& name) { return with_dimensions(read_complex(name, planes::one), 2); }
 
-host::image_ref read_waves(const std::string& name) { return read_complex(name, 3); }
+host::image_ref read_waves(const std::string& name) { return read_complex(name, planes::any); }
+
+host::image_ref with_dimensions(const host::image_ref& plane, std::size_t dimensions)
+{
+    if (plane->dimensions() == dimensions) return plane;
+    const std::uint32_t sizes[] = {plane->size(0), plane->size(1), 1};
+    const std::ptrdiff_t strides[] = {1, plane->size(0), 0};
+    auto same = host::image::over(plane->name(), plane->code(), plane->data(), std::span{sizes}.first(dimensions),
+                                  std::span{strides}.first(dimensions), host::access::write, plane);
+    same->set_scale(plane->scale());
+    return same;
+}
 
 void apply_nan_rule(const std::string& name, host::image& wave, nan_rule rule)
 {

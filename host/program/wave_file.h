@@ -6,14 +6,18 @@
 
 namespace zentrix::program {
 
-/// Reads a wave as complex numbers of two floats, as the transfer function needs it.
-/// Throws  host::file_error, also when the file holds no complex wave of two dimensions
+/// Reads a wave as complex numbers of two floats, as the transfer function needs it: two dimensions.
+/// Throws  host::file_error, also when the file holds no complex wave, or more than one
 host::image_ref read_wave(const std::string& name);
 
 /// Reads a wave, or a stack of waves: three dimensions.
 /// Its scale is that of the file or else of the file's record, see host::recorded_scale.
 /// Throws  as read_wave
 host::image_ref read_waves(const std::string& name);
+
+/// A single plane as an image of two or three dimensions; the same pixels and scale.
+/// plane  contiguous
+host::image_ref with_dimensions(const host::image_ref& plane, std::size_t dimensions);
 
 /// For pixels that are infinite or not a number.
 enum class nan_rule

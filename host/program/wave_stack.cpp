@@ -50,7 +50,7 @@ wave_reader::wave_reader(const std::string& name)
 
 host::image_ref wave_reader::next()
 {
-    if (!stream_ && !is_stack()) return whole_;
+    if (!stream_ && !is_stack()) return with_dimensions(whole_, 2);
     host::image_ref plane;
     if (stream_) {
         plane = stream_->next();

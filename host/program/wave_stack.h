@@ -22,8 +22,8 @@ class wave_reader
 
     /// Size and scale; its pixels must not be used.
     const host::image& outline() const { return *outline_; }
-    bool is_stack() const { return outline_->dimensions() > 2; }
-    /// The next plane, complex64, contiguous; the caller may change it. Throws  host::file_error
+    bool is_stack() const { return outline_->size(2) > 1; }
+    /// The next plane, of two dimensions, complex64, contiguous; the caller may change it. Throws  host::file_error
     host::image_ref next();
 
   private:

@@ -32,6 +32,12 @@ constexpr column columns_of_table[coefficient_table::columns] = {
     {L"", 36, LVCFMT_LEFT},       {L"Value", 78, LVCFMT_RIGHT},       {L"Unit", 40, LVCFMT_LEFT},
     {L"Angle", 50, LVCFMT_RIGHT}, {L"Shift [rad]", 76, LVCFMT_RIGHT}, {L"Above \u03c0/4", 66, LVCFMT_LEFT}};
 
+constexpr char tip[] =
+    "Value and angle as on the panel.\n"
+    "Shift: by how much the coefficient alone shifts the phase, at the frequency above and the azimuth where it shifts "
+    "most.\n"
+    "Red and \"yes\": more than \u03c0/4, which is visible in the image.";
+
 std::string short_number(double value)
 {
     char text[32];
@@ -79,6 +85,8 @@ coefficient_table::coefficient_table(HWND owner)
     SendMessageW(list_, LVM_SETEXTENDEDLISTVIEWSTYLE, 0, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
     add_columns();
     lay_out();
+    tips_.emplace(handle());
+    tips_->explain(list_, tip);
 }
 
 void coefficient_table::add_columns()
@@ -172,6 +180,7 @@ LRESULT coefficient_table::handle_message(UINT message, WPARAM wparam, LPARAM lp
 {
     switch (message) {
         case WM_SIZE: return lay_out(), 0;
+        case WM_SETFOCUS: return SetFocus(list_), 0;
         case WM_CLOSE: return close_ ? close_() : void(), 0;
         case WM_CTLCOLORSTATIC:
             SetBkMode(reinterpret_cast<HDC>(wparam), TRANSPARENT);

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <array>
+#include <optional>
 
+#include "host/windows/tool_tips.h"
 #include "host/windows/window.h"
 #include "lens/transfer.h"
 
@@ -36,6 +38,7 @@ class coefficient_table : public window
     LRESULT colour_of_row(LPARAM drawing) const;
 
     HWND heading_ = nullptr, list_ = nullptr;  ///< children
+    std::optional<tool_tips> tips_;
     std::array<bool, lens::coefficient_count> matters_{};
     std::function<void()> close_;
 };

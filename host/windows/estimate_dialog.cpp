@@ -35,9 +35,23 @@ estimate_dialog::estimate_dialog(HWND owner, HWND next_to, estimate_listener lis
     for (const auto which : estimate_options{}.free) CheckDlgButton(handle(), box_of(which), BST_CHECKED);
     say("Searches the coefficients that are ticked, from the wave itself. The others keep their values.");
     place_next_to(handle(), next_to);
+    explain_controls();
 }
 
 estimate_dialog::~estimate_dialog() = default;
+
+void estimate_dialog::explain_controls()
+{
+    tips_.emplace(handle());
+    const auto explain = [this](int id, const std::string& text) { tips_->explain(GetDlgItem(handle(), id), text); };
+    for (const auto& about : lens::all_coefficients)
+        explain(box_of(about.which), std::string{about.name} + ", " + std::string{about.meaning} +
+                                         "\nTicked: it is searched. Otherwise it keeps its value.");
+    explain(IDC_ESTIMATE_BAR, "The part of the search that is done");
+    explain(IDC_ESTIMATE_TEXT, "What was found, with its standard deviation, or why it is not determined");
+    explain(IDOK, "Searches the ticked coefficients, starting at the values of the panel");
+    explain(IDCANCEL, "During a search: stops it; the panel is then as before. Otherwise closes this window.");
+}
 
 void estimate_dialog::show()
 {

@@ -4,10 +4,12 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "host/estimation/estimate.h"
 #include "host/windows/running_estimate.h"
+#include "host/windows/tool_tips.h"
 #include "win32/handles.h"
 
 namespace zentrix::host {
@@ -55,10 +57,12 @@ class estimate_dialog
     void say(const std::string& text);
     void show_progress(double fraction);
     void enable(bool searching);
+    void explain_controls();
 
     estimate_listener listener_;
     std::unique_ptr<running_estimate> running_;
     win32::unique_window dialog_;
+    std::optional<tool_tips> tips_;
 };
 
 }  // namespace zentrix::host

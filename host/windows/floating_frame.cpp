@@ -29,12 +29,8 @@ void floating_frame::show()
     if (is_new) SetFocus(content_);
 }
 
-void floating_frame::switch_focus(HWND other)
+void floating_frame::activate()
 {
-    if (GetActiveWindow() == handle()) {
-        SetActiveWindow(other);
-        return;
-    }
     if (!visible()) show();
     SetActiveWindow(handle());
 }

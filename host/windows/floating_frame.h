@@ -25,9 +25,8 @@ class floating_frame : public window
     /// The library's window; null while there is none.
     HWND content() const noexcept { return content_; }
 
-    /// Gives the focus to the control that had it last, or to the library's window; if the frame has the focus already,
-    /// to `other` instead. Shows the frame if it is hidden.
-    void switch_focus(HWND other);
+    /// Gives the focus to the control that had it last, or to the library's window. Shows the frame if it is hidden.
+    void activate();
 
     /// Offers a message to the dialogs inside, which handle keys such as Tab and the arrows. Returns true if one
     /// handled it; it then needs no dispatch. For the message loop.

@@ -12,6 +12,11 @@ namespace {
 
 constexpr const char* mode_names[] = {"Real", "Imaginary", "Modulus", "Log of Modulus", "Phase"};
 
+constexpr char status_tip[] =
+    "The pixel under the mouse: its value and its place from the upper left corner; or the last message.\n"
+    "At the right the zoom, and how many pixels of the file are not finite";
+constexpr char status_tip_of_spectrum[] = "Under the mouse: frequency, period and direction. At the right the zoom";
+
 constexpr UINT picture_ready = WM_APP + 1;
 constexpr UINT_PTR rest_timer = 100;
 constexpr UINT rest_ms = 250;
@@ -127,6 +132,8 @@ void image_window::add_status_line(const image_facts& facts)
 {
     facts_ = facts;
     status_.emplace(handle());
+    tips_.emplace(handle());
+    tips_->explain(status_->handle(), facts.is_spectrum ? status_tip_of_spectrum : status_tip);
     show_title();
     if (facts.not_finite > 0)
         status_->note(std::to_string(facts.not_finite) + (facts.not_finite == 1 ? " pixel" : " pixels") +

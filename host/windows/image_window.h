@@ -11,6 +11,7 @@
 #include "host/pictures/view_map.h"
 #include "host/windows/canvas.h"
 #include "host/windows/status_line.h"
+#include "host/windows/tool_tips.h"
 #include "host/windows/window.h"
 
 namespace zentrix::host {
@@ -177,6 +178,7 @@ class image_window : public window
 
     image_facts facts_;
     std::optional<status_line> status_;
+    std::optional<tool_tips> tips_;  ///< with the status line
 
     dragged dragging_ = dragged::nothing;
     POINT from_{};  ///< of the drag; for the picture, where it was at the last message

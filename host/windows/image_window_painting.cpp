@@ -11,6 +11,14 @@ namespace zentrix::host {
 
 namespace {
 
+constexpr char strip_tip[] =
+    "How often each value is displayed, and the values that are black and white.\n"
+    "Drag one of these limits, or the range between both. Double click: automatic";
+constexpr char plot_tip[] =
+    "Means over all directions, against the frequency: the transfer function with its zeros (circles) and envelope, "
+    "the\n"
+    "information limit (dashed), and the power of the diffractogram in a logarithmic scale of its own";
+
 constexpr double letters_at_96_dpi = 13, strip_letters = 4;  // the strip's height in letters
 
 HBRUSH background() { return GetSysColorBrush(COLOR_APPWORKSPACE); }
@@ -69,6 +77,7 @@ void image_window::lay_out()
     map_.resize({source_.width(), source_.height()},
                 {std::max(1, static_cast<int>(area.right)), std::max(1, static_cast<int>(area.bottom))});
     strip_is_stale_ = true;
+    if (tips_) tips_->explain_area(strip_area(), plot_ ? plot_tip : strip_tip);
     InvalidateRect(handle(), nullptr, FALSE);
     view_changed();
 }

@@ -6,6 +6,7 @@
 
 #include "host/text/encoding.h"
 #include "host/windows/resource.h"
+#include "host/windows/tool_tips.h"
 #include "host/windows/window.h"
 #include "lens/numbers.h"
 #include "lens/plausible_units.h"
@@ -20,15 +21,24 @@ struct field
     const char* name;
     double microscope::*value;
     double lens::coherence::*width;
+    const char* tip;
 };
 
 constexpr field fields[] = {
-    {IDC_KILOVOLTS, "The accelerating voltage", &microscope::kilovolts, nullptr},
-    {IDC_PIXEL, "The pixel size", &microscope::pixel_nm, nullptr},
-    {IDC_FOCUS_SPREAD, "The focus spread", nullptr, &lens::coherence::focus_spread_nm},
-    {IDC_CONVERGENCE, "The convergence", nullptr, &lens::coherence::convergence_mrad},
-    {IDC_VIBRATION, "The vibration", nullptr, &lens::coherence::vibration_nm},
+    {IDC_KILOVOLTS, "The accelerating voltage", &microscope::kilovolts, nullptr,
+     "Accelerating voltage in kilovolts: 300 for 300,000 V"},
+    {IDC_PIXEL, "The pixel size", &microscope::pixel_nm, nullptr, "Width of a pixel in the object, in nanometres"},
+    {IDC_FOCUS_SPREAD, "The focus spread", nullptr, &lens::coherence::focus_spread_nm,
+     "Standard deviation of the focus in nanometres, 0 for none.\nThe full width at half maximum is 2.35 times as "
+     "large."},
+    {IDC_CONVERGENCE, "The convergence", nullptr, &lens::coherence::convergence_mrad,
+     "Standard deviation of the illumination angle along each axis, in milliradians, 0 for none"},
+    {IDC_VIBRATION, "The vibration", nullptr, &lens::coherence::vibration_nm,
+     "Standard deviation of the image's movement along each axis, in nanometres, 0 for none"},
 };
+constexpr char damped_tip[] =
+    "Ticked: the corrected wave is also multiplied by the envelope, which suppresses noise.\n"
+    "Otherwise the widths only count for the transfer function, the table of coefficients and estimates.";
 
 double& value_of(microscope& scope, const field& one) { return one.value ? scope.*one.value : scope.spread.*one.width; }
 
@@ -40,6 +50,22 @@ void fill(HWND dialog, microscope& scope)
         SetDlgItemTextA(dialog, one.id, text);
     }
     CheckDlgButton(dialog, IDC_DAMPED, scope.damped ? BST_CHECKED : BST_UNCHECKED);
+}
+
+/// What the dialog edits, and its tooltips.
+struct session
+{
+    microscope edited;
+    std::optional<tool_tips> tips;
+};
+
+void explain(HWND dialog, std::optional<tool_tips>& tips)
+{
+    tips.emplace(dialog);
+    for (const field& one : fields) tips->explain(GetDlgItem(dialog, one.id), one.tip);
+    tips->explain(GetDlgItem(dialog, IDC_DAMPED), damped_tip);
+    tips->explain(GetDlgItem(dialog, IDOK), "Uses these settings. Undo takes them back.");
+    tips->explain(GetDlgItem(dialog, IDCANCEL), "Keeps the former settings");
 }
 
 struct problem
@@ -93,11 +119,14 @@ INT_PTR handle_message(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam)
 {
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrW(dialog, DWLP_USER, lparam);
-        fill(dialog, *reinterpret_cast<microscope*>(lparam));
+        auto& opened = *reinterpret_cast<session*>(lparam);
+        fill(dialog, opened.edited);
+        explain(dialog, opened.tips);
         return TRUE;
     }
     if (message != WM_COMMAND) return FALSE;
-    if (LOWORD(wparam) == IDOK) accept(dialog, *reinterpret_cast<microscope*>(GetWindowLongPtrW(dialog, DWLP_USER)));
+    if (LOWORD(wparam) == IDOK)
+        accept(dialog, reinterpret_cast<session*>(GetWindowLongPtrW(dialog, DWLP_USER))->edited);
     if (LOWORD(wparam) == IDCANCEL) EndDialog(dialog, IDCANCEL);
     return TRUE;
 }
@@ -116,10 +145,10 @@ INT_PTR CALLBACK procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lpar
 
 std::optional<microscope> ask_microscope(HWND owner, const microscope& present)
 {
-    microscope edited = present;
+    session opened{present, {}};
     const auto answer = DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_MICROSCOPE), owner, &procedure,
-                                        reinterpret_cast<LPARAM>(&edited));
-    return answer == IDOK ? std::optional{edited} : std::nullopt;
+                                        reinterpret_cast<LPARAM>(&opened));
+    return answer == IDOK ? std::optional{opened.edited} : std::nullopt;
 }
 
 }  // namespace zentrix::host

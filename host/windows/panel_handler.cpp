@@ -128,6 +128,7 @@ void panel_handler::change()
 
 void panel_handler::apply()
 {
+    end_preview();
     const auto former = correction_.spectrum();
     correction_.accept();
     if (applied_.empty()) first_spectrum_ = former;

@@ -71,8 +71,12 @@ class panel_handler : public script_object
     /// Sets a listener, called before each method with its name and argument.
     void on_call(std::function<void(const std::string& call)> listener) { listener_ = std::move(listener); }
 
-    /// The corrected wave. Throws as live_correction::result.
-    const image_ref& result() { return correction_.result(); }
+    /// The wave without the aberrations that the panel shows. Ends a preview. Throws as live_correction::result.
+    const image_ref& result()
+    {
+        end_preview();
+        return correction_.result();
+    }
     /// sin(chi) of the present coefficients, damped by the envelope: real, of the wave's size, zero frequency at
     /// (width / 2, height / 2), from -1 to 1.
     image_ref transfer_function() const;
@@ -102,8 +106,11 @@ class panel_handler : public script_object
     /// Shows the wave without these aberrations, until the next change; the panel stays as it is.
     void preview(const lens::aberrations& lens);
     bool previewing() const noexcept { return previewing_; }
-    /// Ends a preview.
-    void end_preview() { change(); }
+    /// Ends a preview, if there is one.
+    void end_preview()
+    {
+        if (previewing_) change();
+    }
     /// What was removed by OnApply so far, in this order.
     const std::vector<std::pair<lens::aberrations, microscope>>& applied() const noexcept { return applied_; }
 

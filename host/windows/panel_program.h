@@ -94,6 +94,9 @@ class panel_program : private panel_view
     void choose_diffractogram();
     picture paint_profile(int width, int height, double letters) const;
     void place_windows();
+    /// Gives the focus to the next of the windows that are shown (step 1) or to the one before (-1). A hidden panel is
+    /// shown in its turn.
+    void switch_window(int step);
     void dispatch(MSG& message);
     void send_to_picture_under_mouse(MSG& message) const;
     void command(unsigned id);

@@ -24,7 +24,8 @@ void panel_program::run_command(unsigned id)
         case IDM_LOAD_PARAMETERS: return load_parameters();
         case IDM_QUIT: return PostQuitMessage(0);
         case IDM_PANEL: return show_panel(!frame_->visible());
-        case IDM_SWITCH_WINDOW: return frame_->switch_focus(wave_window_->handle());
+        case IDM_NEXT_WINDOW: return switch_window(1);
+        case IDM_PREVIOUS_WINDOW: return switch_window(-1);
         case IDM_MICROSCOPE: return handler_->edit_microscope();
         case IDM_ESTIMATE: return show_estimate_dialog();
         case IDM_DIFFRACTOGRAM: return toggle_diffractogram(false);

@@ -25,9 +25,10 @@ std::string name_of_edit(const panel_state& before, const panel_state& after)
 
 void panel_program::note_edit()
 {
-    if (!history_ || restoring_ || handler_->previewing()) return;
+    if (!history_ || restoring_) return;
     auto now = handler_->state();
     if (now == history_->present()) return;
+    if (estimate_) estimate_->stop();  // also after an edit with which there is no picture
     const auto& before = history_->present();
     const bool alone = !edit_name_.empty() || now.applied != before.applied || !(now.scope == before.scope);
     const std::string name = edit_name_.empty() ? name_of_edit(before, now) : edit_name_;

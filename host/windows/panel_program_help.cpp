@@ -14,7 +14,7 @@ constexpr char keys_text[] =
     "F2: show or hide the panel\n"
     "F3: settings of the microscope\n"
     "F4: phase in colours\n"
-    "F6: to the panel, and back to the wave\n"
+    "F6, Shift+F6: to the next window, to the one before\n"
     "F7: estimate the aberrations\n"
     "F8: table of all coefficients\n"
     "F9, Shift+F9: diffractogram of the wave, of the display\n"

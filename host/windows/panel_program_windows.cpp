@@ -1,6 +1,8 @@
 #include "host/windows/panel_program.h"
 
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 #include "host/files/png.h"
 #include "host/windows/resource.h"
@@ -48,6 +50,25 @@ void panel_program::place_windows()
                  around.bottom - around.top, SWP_NOZORDER | SWP_NOACTIVATE);
     GetWindowRect(wave_window_->handle(), &around);  // the system enforces a minimum width
     move(frame_->handle(), around.right + margin / 2, margin);
+}
+
+void panel_program::switch_window(int step)
+{
+    std::vector<HWND> windows{wave_window_->handle(), frame_->handle()};
+    const auto add = [&](const auto& one) {
+        if (one && IsWindowVisible(one->handle())) windows.push_back(one->handle());
+    };
+    add(transfer_window_);
+    add(diffractogram_window_);
+    add(table_);
+    add(conventions_);
+    add(estimate_);
+    const auto present = std::ranges::find(windows, GetActiveWindow()) - windows.begin();
+    const auto count = std::ssize(windows);
+    const HWND next = windows[static_cast<std::size_t>((present + step + count) % count)];
+    if (next == frame_->handle()) return frame_->activate();
+    if (IsIconic(next)) ShowWindow(next, SW_RESTORE);
+    SetActiveWindow(next);
 }
 
 void panel_program::make_transfer_window()

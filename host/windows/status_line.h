@@ -15,6 +15,7 @@ class status_line
     /// Throws  script_error when the system creates no window
     explicit status_line(HWND parent);
 
+    HWND handle() const noexcept { return handle_.get(); }
     int height() const;
     /// Moves it to the bottom of the parent, to be called when that has another size.
     void place();

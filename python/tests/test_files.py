@@ -39,6 +39,8 @@ def test_pixel_size_and_voltage_go_through_a_file_into_correct(tmp_path):
     assert zentrix.correct(waves, C1=np.array([1.0, 2.0])).axes[2:] == waves.axes[1:]  # of a sweep
     other = zentrix.correct(waves, wavelength=0.0025, pixel=0.1, **LENS)
     assert other.tobytes() == zentrix.correct(np.asarray(waves), wavelength=0.0025, pixel=0.1, **LENS).tobytes()
+    found = zentrix.estimate(zentrix.Image(wave((64, 64)), waves.axes[1:], 300.0), free="C1, A1")
+    assert (found["pixel"], found["kv"], list(found.coefficients)) == (0.05, 300.0, ["C1", "A1"])
     with pytest.raises(TypeError, match="pixel"):
         zentrix.correct(waves[:, ::2, ::2], kv=300, **LENS)  # whose pixels have another size
 

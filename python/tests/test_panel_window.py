@@ -4,6 +4,7 @@ import os
 import pathlib
 import subprocess
 import sys
+import time
 from unittest import mock
 
 import matplotlib
@@ -16,7 +17,7 @@ from matplotlib import pyplot
 from matplotlib.backend_bases import KeyEvent, MouseEvent
 
 import zentrix
-from zentrix._panel import program
+from zentrix._panel import library, program
 from zentrix._panel.field import Field
 from zentrix._panel.knob import Knob
 from zentrix._panel.live_panel import LivePanel
@@ -244,13 +245,37 @@ def test_estimate_moves_the_knobs_and_is_one_step_of_undo():
     panel.close()
 
 
-def test_estimate_that_is_stopped_changes_nothing():
-    panel = LivePanel(estimable()[0], kv=300, pixel=0.05, C1=3)
-    driver = Driver(panel)
-    driver.press("Estimate")
-    assert panel.is_estimating
-    driver.keys("e")
-    while panel.is_estimating:
+def endless(wave, progress, **options):
+    while progress(0.4, {"C1": (-40.0, 0.0), "A1": (9.0, 30.0)}):
+        time.sleep(0.001)
+    raise RuntimeError("nobody wants to know that it was stopped")
+
+
+@pytest.mark.parametrize(
+    ("action", "C1", "applied", "steps"),
+    [
+        (lambda drive: drive.keys("e"), 3, [], 1),
+        (lambda drive: drive.keys("ctrl+z"), 3, [], 1),
+        (lambda drive: drive.keys("ctrl+y"), 4, [], 2),
+        (lambda drive: drive.panel.edit("C1", value=7), 7, [], 2),
+        (lambda drive: drive.panel.set(C1=7), 7, [], 2),
+        (lambda drive: drive.press("Apply"), None, [{"kv": 300, "pixel": 0.05, "C1": 3}], 2),
+        (lambda drive: drive.canvas.callbacks.process("close_event", None), 3, [], 1),
+    ],
+)
+def test_estimate_ends_at_other_actions_and_leaves_nothing(action, C1, applied, steps, monkeypatch):
+    monkeypatch.setattr(library, "estimate", endless)
+    panel = LivePanel(np.ones((16, 16), complex), kv=300, pixel=0.05)
+    drive = Driver(panel)
+    for value in (3, 4):
+        panel.set(C1=value)
+    panel.undo()
+    drive.press("Estimate")
+    while panel.parameters["C1"] != -40:
         panel._poll_search()
-    assert panel.found.stopped and panel.parameters["C1"] == 3 and not panel.model.history.move(-1)
+    action(drive)
+    assert not panel.is_estimating and panel.parameters.get("C1") == C1 and "A1" not in panel.parameters
+    panel._poll_search()  # a timer that was late
+    assert panel.parameters.get("C1") == C1 and panel.applied == applied
+    assert [panel.model.history.move(-1) for _ in range(3)] == [True] * steps + [False] * (3 - steps)
     panel.close()

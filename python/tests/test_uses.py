@@ -95,6 +95,9 @@ def uses_of_names_and_units():
     yield {"kv": None, "wavelength": -1}, ValueError("The wavelength must be a positive number of nanometres.")
     yield {"pixel": (0.05, 0.05)}, {"pixel": 0.05}
     yield {"pixel": (0.05, 0.06)}, ValueError("Pixels have to be square, not 0.05 x 0.06 nm: resample the wave.")
+    yield {"kv": None, "wavelength": 2e-12}, ValueError(
+        "The wavelength is 2e-12 nm: are these metres? wavelength is in nanometres."
+    )
     yield {"pixel": 2e-11}, ValueError("The pixel size is 2e-11 nm: are these metres? pixel is in nanometres.")
     yield {"pixel": [[1], [2, 3]]}, TypeError("pixel is the pixel size in nm, not [1].")
     yield {"pixel": 0}, ValueError("The pixel size must be a positive number of nanometres.")

@@ -7,6 +7,7 @@ from . import _core
 from ._coefficients import COEFFICIENTS
 from ._numbers import shown, word
 from ._optics import Optics, takes_optics
+from ._signals import takes_signals
 from ._wave_arrays import checked_copy
 
 WIDTHS = ("focus_spread", "convergence", "vibration")
@@ -64,6 +65,7 @@ class Estimate(Mapping):
         return "\n".join(lines) + ">"
 
 
+@takes_signals
 @takes_optics
 def estimate(
     wave,
@@ -79,7 +81,8 @@ def estimate(
 ):
     """Finds the aberrations of a wave from the wave itself. docs/estimation.md explains what can be found and how.
 
-    wave           complex array (y, x) of at least 64 x 64 pixels, not modified
+    wave           complex array (y, x) of at least 64 x 64 pixels, not modified; also a signal of HyperSpy, whose axes
+                   and metadata give pixel and kv unless they are given here
     free           the coefficients to find: names, or a text such as "C1,A1"
     range          (lowest, highest) C1 [nm] of the search; None: by wavelength and resolution, around C1
     region         (x, y, width, height) of the part of the wave to use [pixels]; None: all of it
@@ -102,7 +105,7 @@ def estimate(
         found = zentrix.estimate(wave, kv=300, pixel=0.02)
         corrected = zentrix.correct(wave, **found)
     """
-    names = free.split(",") if isinstance(free, str) else list(free)
+    names = [name.strip() for name in free.split(",")] if isinstance(free, str) else list(free)
     for name in names:
         if name not in COEFFICIENTS:
             raise ValueError(f"free: {shown(name)} is not a coefficient; they are {', '.join(COEFFICIENTS)}.")

@@ -7,6 +7,7 @@ import numpy as np
 
 from . import _core
 from ._correct import running_core
+from ._files import Image
 from ._numbers import as_scalar, flag, is_masked, is_pair, number, refuse_quantity, shown, word
 from ._optics import pixel_size
 from ._signals import is_signal, pixel_of
@@ -47,7 +48,8 @@ def hologram(
 ):
     """The wave of an off-axis hologram, or the waves of a stack of holograms that share their fringes.
 
-    hologram       real or integer array (y, x) or (z, y, x), not modified; also a signal of HyperSpy
+    hologram       real or integer array (y, x) or (z, y, x), not modified; also a signal of HyperSpy. The pixel size of a
+                   signal, or of an Image that zentrix.read returned, is used unless it is given here.
     reference      hologram of the vacuum (y, x). The wave is divided by its wave; where that is weaker than a tenth of
                    its median, the result fades to 0. None: the carrier is removed to a fraction of a pixel, and each
                    wave is divided by the median of its modulus.
@@ -71,8 +73,8 @@ def hologram(
         corrected = zentrix.correct(wave, kv=300, pixel=found.pixel, C1=-62)
         phase = np.degrees(zentrix.unwrap(np.angle(corrected)))
     """
-    if pixel is None and is_signal(hologram):
-        pixel = pixel_of(hologram)
+    if pixel is None:
+        pixel = pixel_of(hologram) if is_signal(hologram) else hologram.pixel if isinstance(hologram, Image) else None
     pixel = None if pixel is None else pixel_size(pixel)
     data = _checked(hologram, "hologram", (2, 3))
     vacuum = None if reference is None else _checked(reference, "reference", (2,))

@@ -125,7 +125,9 @@ def _wavelength(caller, kv, wavelength):
     if (kv is None) == (wavelength is None):
         raise TypeError(f"{caller}() needs either kv or wavelength.")
     if kv is None:
-        return number(wavelength, "wavelength is a number in nm")
+        length = number(wavelength, "wavelength is a number in nm")
+        _core.check_wavelength(length)
+        return length
     return _core.electron_wavelength(kilovolts(kv))
 
 

@@ -15,6 +15,8 @@ from ._numbers import number
 #: unit of an axis -> nanometres
 UNITS = {"pm": 1e-3, "a": 0.1, "å": 0.1, "angstrom": 0.1, "angstroms": 0.1, "nm": 1.0, "nanometer": 1.0}
 UNITS |= {"um": 1e3, "µm": 1e3, "μm": 1e3, "micron": 1e3, "mm": 1e6, "m": 1e9}  # micro sign and Greek letter
+#: The functions that zentrix.dask has, too.
+_LAZY = ("aberrate", "correct", "unwrap")
 #: Scales of both axes that differ by less are one pixel size: calibrations are stored with few digits.
 SAME_SCALE = 1e-3
 
@@ -32,7 +34,7 @@ def takes_signals(function):
             return _on_signal(call, keywords.pop(first), keywords, parameters)
         if isinstance(data, Image):
             return _on_image(function, data, arguments, keywords, parameters)
-        if _is_dask_array(data):
+        if _is_dask_array(data) and function.__name__ in _LAZY:
             if "report" in parameters:  # which may be given by position
                 keywords, arguments = inspect.signature(function).bind(*arguments, **keywords).arguments, ()
             return _on_dask(function.__name__, arguments, keywords)
@@ -98,6 +100,8 @@ def _on_signal(function, signal, keywords, parameters):
     # x and y of the signal may be any axes of its array; the function takes the last two.
     places = [axes[1].index_in_array, axes[0].index_in_array]
     result = function(np.moveaxis(signal.data, places, (-2, -1)), **keywords)
+    if not isinstance(result, (np.ndarray, tuple)) and not _is_dask_array(result):
+        return result  # no image, such as an Estimate
     array, *others = result if isinstance(result, tuple) else (result,)
     if array.ndim != signal.data.ndim:
         raise ValueError("A sweep gives more axes than the signal has: pass signal.data and the pixel size.")

@@ -75,10 +75,12 @@ class CRoundSliderCtrl : public CSliderCtrl
   public:
     virtual void SetEditStyle(DWORD style) { edit_style_ = style; }  ///< before the edit is created
 
-    /// The change of the position by one notch of the mouse wheel, 10 at first. With Shift it is the line size.
+    /// The change of the position by one notch of the mouse wheel, 10 at first. With Shift it is the line size, with
+    /// Ctrl the page size.
     void SetWheelSize(int size) { wheel_size_ = size; }
     /// Turns by notches of the wheel; away from the user is a larger position. Wraps at the ends.
-    void Turn(int turned, bool fine);
+    /// flags  those of WM_MOUSEWHEEL
+    void Turn(int turned, UINT flags);
 
     /// Repaints at once.
     void Redraw();

@@ -45,7 +45,7 @@ void CRoundSliderEdit::OnLButtonDown(UINT flags, CPoint mouse)
 
 BOOL CRoundSliderEdit::OnMouseWheel(UINT flags, short turned, CPoint)
 {
-    if (owner_) owner_->Turn(turned, flags & MK_SHIFT);
+    if (owner_) owner_->Turn(turned, flags);
     return TRUE;
 }
 

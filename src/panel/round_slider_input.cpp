@@ -56,21 +56,22 @@ void CRoundSliderCtrl::OnCaptureChanged(CWnd*)
     Redraw();
 }
 
-void CRoundSliderCtrl::Turn(int turned, bool fine)
+void CRoundSliderCtrl::Turn(int turned, UINT flags)
 {
     if (dragging_) return;
     turned_ += turned;
     const int notches = turned_ / WHEEL_DELTA;
     if (notches == 0) return;
     turned_ -= notches * WHEEL_DELTA;
-    const long long change = static_cast<long long>(notches) * (fine ? GetLineSize() : wheel_size_);
+    const int size = flags & MK_CONTROL ? GetPageSize() : flags & MK_SHIFT ? GetLineSize() : wheel_size_;
+    const long long change = static_cast<long long>(notches) * size;
     SetPos(scale().wrap(GetPos() + static_cast<int>(change % scale().count())));
     Redraw();
 }
 
 BOOL CRoundSliderCtrl::OnMouseWheel(UINT flags, short turned, CPoint)
 {
-    Turn(turned, flags & MK_SHIFT);
+    Turn(turned, flags);
     return TRUE;  // the linear slider would move without telling the text and the parent
 }
 

@@ -56,6 +56,7 @@ script_value with_nan()
 std::vector<typical_call> calls_of_own_form()
 {
     const integer width{8}, height{4}, unsigned_bytes{1};
+    const script_value volume = picture(2, {8, 9, 2});
     const arguments selected{make_cell(raw_file() + ";"), "", make_cell(width), make_cell(height),
                              make_cell(unsigned_bytes)};
     arguments selected_by_owner = selected;
@@ -69,6 +70,8 @@ std::vector<typical_call> calls_of_own_form()
         {"ZXGoldstain", {picture(2), integer{0}}},
         {"ZXAbsArg", {picture(3), out, out}},
         {"ZXAbsArg", {picture(13), holding(12), holding(12)}},
+        {"ZXMovingAverage", {volume, one, picture(2, {8, 9, 2})}},
+        {"ZXMovingAverage", {volume, one, volume}},
         {"ZXMovingAverage2", {picture(2), one, out, out}},
         {"ZXMovingAverage2", {picture(13), one, out, out}},
         {"ZXMovingAverage2", {picture(13), one, holding(13), holding(13)}},

@@ -35,7 +35,6 @@ class walked_call
     {
         as_before,
         as_before_or_in_result,  ///< all as before or all as after a success
-        any_in_destination,      ///< the last image may have changed, the others not
     };
     struct state
     {

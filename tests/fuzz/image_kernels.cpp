@@ -5,8 +5,9 @@
 #include "functions/rank/median_filter.h"
 #include "functions/rank/median_z.h"
 #include "functions/rank/nth_element.h"
+#include "functions/smoothing/box_pass.h"
+#include "functions/smoothing/box_slice.h"
 #include "functions/smoothing/gaussian.h"
-#include "functions/smoothing/moving_average.h"
 #include "functions/statistics/survey.h"
 #include "functions/transpose/transpose.h"
 #include "tests/fuzz/kernel_checks.h"
@@ -152,7 +153,7 @@ void check_box(input& from)
         [&](auto& kernel) {
             return result_in<T>(sizes, how, [&](const image<T>& to) {
                 if (in_place) copy_pixels<T>(source->view(), to);
-                kernel(in_place ? image<const T>{to} : source->view(), to, along, radius);
+                kernel(in_place ? image<const T>{to} : source->view(), to, along, radius)();
             });
         },
         apart_from_payloads);
@@ -160,7 +161,7 @@ void check_box(input& from)
     const extents flat{sizes[0], sizes[1], 1};
     compare_variants(
         "box slice", box_slice_variants<T>(),
-        [&](auto& kernel) { return result_in<T>(flat, how, [&](const image<T>& to) { kernel(plane, to, radius); }); },
+        [&](auto& kernel) { return result_in<T>(flat, how, [&](const image<T>& to) { kernel(plane, to, radius)(); }); },
         apart_from_payloads);
     compare_variants(
         "box, two slices", box_slice2_variants<T>(),

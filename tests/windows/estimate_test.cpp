@@ -1,26 +1,22 @@
 // Microscope > Estimate: the search runs while the windows stay usable; its result is in the panel's tags.
+#include "tests/windows/at_the_panel.h"
+
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <chrono>
-#include <cmath>
 
-#include "host/engine/library.h"
-#include "host/windows/panel_program.h"
+#include "host/parameters/json_file.h"
 #include "host/windows/resource.h"
-#include "tests/host/program/pictures.h"
-#include "tests/host/program/run.h"
-#include "tests/windows/control.h"
 
 namespace windows_tests {
 namespace {
 
-using namespace zentrix::host;
 using namespace std::chrono_literals;
 using zentrix::lens::coefficient;
 using clock = std::chrono::steady_clock;
 
 constexpr int size = 192;
+constexpr char stopped[] = "Stopped. The coefficients stay as they are.";
 
 /// A phase object without symmetry.
 std::complex<float> specimen_at(int x, int y)
@@ -33,15 +29,10 @@ std::complex<float> specimen_at(int x, int y)
     return std::complex<float>{std::polar(1.0, phase)};
 }
 
-class at_an_estimate : public testing::Test
+class at_an_estimate : public at_the_panel
 {
   protected:
-    ~at_an_estimate() override
-    {
-        program_.reset();
-        library_.reset();
-        EXPECT_EQ(engine_.report().text(), "");
-    }
+    using at_the_panel::choose;
 
     /// Opens the dialog in front of the specimen, seen with C1 = -40 nm and A1 = 9 nm at 30 degrees.
     void open()
@@ -54,6 +45,7 @@ class at_an_estimate : public testing::Test
     {
         panel_program_options options;
         options.quit_after_ms = 600000;  // no message boxes
+        options.input = recorded_input{"seen.npy", {}};
         program_.reset();
         library_.emplace(engine_, ZENTRIX_LIBRARY_FILE);
         program_.emplace(engine_, wave, microscope{300, 0.05, {}, false}, options);
@@ -61,7 +53,6 @@ class at_an_estimate : public testing::Test
         settle();
         choose(IDM_ESTIMATE);
     }
-    void settle() { EXPECT_TRUE(program_->handle_waiting_messages()); }
     /// Handles messages until the dialog says something else than that it searches. Returns what.
     std::string outcome()
     {
@@ -77,7 +68,6 @@ class at_an_estimate : public testing::Test
         EXPECT_NE(shown(), before);
     }
 
-    std::vector<std::uint8_t> shown() { return program_->wave_window().shown().bytes; }
     HWND dialog() { return program_->estimates()->handle(); }
     std::string text() { return control{GetDlgItem(dialog(), IDC_ESTIMATE_TEXT)}.text(); }
     void press(int button) { SendMessageW(dialog(), WM_COMMAND, static_cast<WPARAM>(button), 0); }
@@ -88,12 +78,7 @@ class at_an_estimate : public testing::Test
             CheckDlgButton(dialog(), IDC_FREE + static_cast<int>(about.which),
                            std::ranges::find(wanted, about.which) == wanted.end() ? BST_UNCHECKED : BST_CHECKED);
     }
-    zentrix::lens::polar of_panel(coefficient which) { return program_->handler().coefficients()[which]; }
-
-    support::workbench bench_;
-    engine engine_;
-    std::optional<library> library_;
-    std::optional<panel_program> program_;
+    zentrix::lens::polar value_of(coefficient which) { return program_->handler().coefficients()[which]; }
 };
 
 TEST_F(at_an_estimate, ResultIsInTheKnobsAndCanBeTakenBack)
@@ -103,12 +88,12 @@ TEST_F(at_an_estimate, ResultIsInTheKnobsAndCanBeTakenBack)
     press(IDOK);
     const std::string said = outcome();
     EXPECT_NE(said.find("starts agree"), std::string::npos) << said;
-    EXPECT_NEAR(of_panel(coefficient::C1).modulus, -40, 0.3);
-    EXPECT_NEAR(of_panel(coefficient::A1).modulus, 9, 0.3);
-    EXPECT_NEAR(of_panel(coefficient::A1).angle_degrees, 30, 1.5);
+    EXPECT_NEAR(value_of(coefficient::C1).modulus, -40, 0.3);
+    EXPECT_NEAR(value_of(coefficient::A1).modulus, 9, 0.3);
+    EXPECT_NEAR(value_of(coefficient::A1).angle_degrees, 30, 1.5);
     choose(IDM_UNDO);
-    EXPECT_EQ(of_panel(coefficient::C1).modulus, 0);
-    EXPECT_EQ(of_panel(coefficient::A1).modulus, 0);
+    EXPECT_EQ(value_of(coefficient::C1).modulus, 0);
+    EXPECT_EQ(value_of(coefficient::A1).modulus, 0);
 }
 
 TEST_F(at_an_estimate, ShowsItsBestPictureAndCanBeStopped)
@@ -122,8 +107,8 @@ TEST_F(at_an_estimate, ShowsItsBestPictureAndCanBeStopped)
     EXPECT_EQ(dialog(), same);
     EXPECT_EQ(text(), "Searching ...");
     press(IDCANCEL);
-    EXPECT_EQ(outcome(), "Stopped. The coefficients stay as they are.");
-    EXPECT_EQ(of_panel(coefficient::C1).modulus, 0);
+    EXPECT_EQ(outcome(), stopped);
+    EXPECT_EQ(value_of(coefficient::C1).modulus, 0);
     EXPECT_EQ(shown(), before);
     press(IDCANCEL);
     EXPECT_FALSE(IsWindowVisible(dialog()));
@@ -137,8 +122,42 @@ TEST_F(at_an_estimate, StopsAtAnEditInThePanel)
     auto edited = program_->handler().coefficients();
     edited[coefficient::C1].modulus = 5;
     program_->handler().set(edited, program_->handler().scope());
-    EXPECT_EQ(outcome(), "Stopped. The coefficients stay as they are.");
-    EXPECT_EQ(of_panel(coefficient::C1).modulus, 5);
+    EXPECT_EQ(outcome(), stopped);
+    EXPECT_EQ(value_of(coefficient::C1).modulus, 5);
+    press(IDOK);
+    wait_for_preview();
+    of_page(1, 5088).type("3e38");  // without a picture
+    EXPECT_EQ(outcome(), stopped);
+    EXPECT_EQ(item(IDM_UNDO), "&Undo A1\tCtrl+Z");
+    choose(IDM_UNDO);
+    EXPECT_EQ(value_of(coefficient::C1).modulus, 5);
+}
+
+TEST_F(at_an_estimate, ApplyAppliesWhatTheKnobsShow)
+{
+    open();
+    const auto before = result();
+    press(IDOK);
+    wait_for_preview();
+    of_panel(IDOK).send(BM_CLICK);
+    EXPECT_EQ(outcome(), stopped);
+    EXPECT_LT(support::largest_difference(result(), before), 1e-5);
+    ASSERT_EQ(program_->handler().applied().size(), 1u);
+    EXPECT_TRUE(program_->handler().applied()[0].first == zentrix::lens::aberrations{});
+}
+
+TEST_F(at_an_estimate, TheRecordOfASavedWaveMakesThatWave)
+{
+    open();
+    of_page(0, 5003).type("-7");
+    press(IDOK);
+    wait_for_preview();
+    choose(IDM_SAVE, "saved.npy");
+    const auto saved = support::pixels_of<complex>(bench_ / "saved.npy");
+    const std::vector<std::string> words = read_json(bench_ / "saved.json")["command"];
+    EXPECT_EQ(bench_.zentrix(std::vector(words.begin() + 1, words.end())).code, 0);
+    EXPECT_TRUE(support::same_bytes(saved, support::pixels_of<complex>(bench_ / "saved.npy")));
+    EXPECT_EQ(outcome(), stopped);
 }
 
 TEST_F(at_an_estimate, EndsAtOnceWithTheProgram)
@@ -164,7 +183,7 @@ TEST_F(at_an_estimate, ChangesNothingWithoutAnAnswer)
         tick_only({coefficient::C1});
         press(IDOK);
         EXPECT_THAT(outcome(), testing::HasSubstr(answer));
-        EXPECT_EQ(of_panel(coefficient::C1).modulus, 0);
+        EXPECT_EQ(value_of(coefficient::C1).modulus, 0);
     }
 }
 

@@ -166,6 +166,34 @@ TEST_F(at_the_keyboard, F6GoesBetweenTheWaveAndTheControlThatWasUsedLast)
     EXPECT_TRUE(program_->frame().visible());
 }
 
+TEST_F(at_the_keyboard, F6GoesThroughAllWindowsThatAreShown)
+{
+    ASSERT_TRUE(focus_reaches("value C1"));
+    program_->handler().set_transfer_function(true);
+    for (const WORD key : {VK_F9, VK_F8, VK_F1, VK_F7}) press({key});
+    ASSERT_TRUE(comes_true([&] { return program_->estimates() && IsWindowVisible(program_->estimates()->handle()); }));
+    const HWND around[] = {program_->wave_window().handle(),      program_->frame().handle(),
+                           program_->transfer_window()->handle(), program_->diffractogram_window()->handle(),
+                           program_->table()->handle(),           program_->conventions()->handle(),
+                           program_->estimates()->handle()};
+    const auto is_active = [](HWND window) { return [window] { return GetActiveWindow() == window; }; };
+    ASSERT_TRUE(comes_true(is_active(around[6])));
+    for (const HWND window : around) {
+        press({VK_F6});
+        ASSERT_TRUE(comes_true(is_active(window))) << window;
+    }
+    for (std::size_t i = 6; i-- > 4;) {
+        press({VK_SHIFT, VK_F6});
+        ASSERT_TRUE(comes_true(is_active(around[i]))) << i;
+    }
+    press({VK_DOWN});  // in the table
+    EXPECT_TRUE(comes_true([] { return SendMessageW(GetFocus(), LVM_GETNEXTITEM, WPARAM(-1), LVNI_SELECTED) >= 0; }));
+    press({VK_SHIFT, VK_F6});
+    ASSERT_TRUE(comes_true(is_active(around[3])));
+    press({'1'});  // one to one
+    EXPECT_TRUE(comes_true([&] { return program_->diffractogram_window()->map().zoom() == 1; }));
+}
+
 TEST_F(at_the_keyboard, ReturnAndSpaceAfterTheStartChangeNothing)
 {
     ASSERT_TRUE(focus_reaches("value C1"));

@@ -159,6 +159,11 @@ TEST_F(lone_knob, NotifiesItsParent)
         slider.send(WM_KEYUP, key, 1);
         EXPECT_EQ(parent.take(), up) << key;
     }
+    knob.SetWheelSize(5);
+    for (const auto& [held, position] : {std::pair{0, "0@5"}, {MK_CONTROL, "0@15"}, {MK_SHIFT, "0@16"}}) {
+        slider.send(WM_MOUSEWHEEL, MAKEWPARAM(held, WHEEL_DELTA), 0);
+        EXPECT_EQ(parent.take(), events{position}) << held;
+    }
     slider.mouse(WM_LBUTTONDOWN, 50, 10);
     EXPECT_EQ(parent.take(), (events{"0@90", "5@90"}));
     slider.mouse(WM_LBUTTONDOWN, 10, 50);  // ignored during a drag

@@ -6,14 +6,17 @@ command `python -m zentrix panel`; `library` is what all of them need of the pac
 """
 
 from .._optics import takes_optics
+from .._signals import takes_signals
 
 
+@takes_signals
 @takes_optics
 def panel(wave, *, title="Zentrix", show="phase", colour=False, save="corrected.npy", nan="mean", **optics):
     """Opens a window with the wave, corrected live by the aberrations that its knobs show.
 
     wave           complex array (y, x), not modified. Pixels that are infinite, not a number or masked are marked; they
-                   count as the mean of the others.
+                   count as the mean of the others. Also a signal of HyperSpy, whose axes and metadata give pixel and kv
+                   unless they are given here.
     title          of the window
     show           "real", "imaginary", "modulus", "log" or "phase": the display at the start
     colour         whether phases are shown in colours instead of greys

@@ -34,13 +34,6 @@ class History:
         """The next edit is a step of its own."""
         self._open_control = None
 
-    def discard(self, control):
-        """Takes back the present step, if it is one of this control; it cannot be redone."""
-        if control == self._open_control:
-            del self._states[self._now :]
-            self._now -= 1
-        self.seal()
-
     def move(self, steps):
         """Undoes (-1) or redoes (1); false if there is nothing."""
         self.seal()

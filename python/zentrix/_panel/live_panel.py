@@ -40,7 +40,7 @@ class LivePanel:
         self._before_timer = self.window.timer(_KEY_REPEAT, lambda: self.show_before(False))
         self._search, self.found = None, None  #: the running search; the zentrix.Estimate of the last one
         self._search_timer = self.window.timer(_SEARCH_POLL, self._poll_search)
-        self.window.canvas.mpl_connect("close_event", lambda event: self._search and self._search.stop())
+        self.window.canvas.mpl_connect("close_event", lambda event: self._give_up_search())
         self.window.rebuild()
 
     # For scripts
@@ -61,6 +61,7 @@ class LivePanel:
         return self.model.corrected()
 
     def set(self, **changes):
+        self._end_search()
         self.model.set_values(changes)
         self.changed()
 
@@ -79,6 +80,7 @@ class LivePanel:
     # What controls do
 
     def edit(self, name, value=None, degrees=None):
+        self._end_search()
         if self.model.set_value(name, value, degrees, control=(name, value is None)):
             self.changed(name)
 
@@ -90,12 +92,15 @@ class LivePanel:
             function(self)
 
     def undo(self):
-        self._move(-1, "Nothing to undo.")
+        if not self._end_search():  # the knobs show that, not the last edit
+            self._move(-1, "Nothing to undo.")
 
     def redo(self):
+        self._end_search()
         self._move(1, "Nothing to redo.")
 
     def apply(self):
+        self._end_search()
         self.model.apply()
         self.changed()
         self.say("The corrected wave is the source now. Undo takes it back.")
@@ -106,12 +111,30 @@ class LivePanel:
 
     def estimate(self, free=library.FREE):
         """Starts a search for these coefficients; the knobs follow it. Stops one that is running."""
-        if self._search is not None:
-            return self._search.stop()
+        if self._end_search():
+            return
         source, optics = self.model.for_search()
-        self.model.history.seal()
         self._search = Search(source, free, optics)
         self._poll_search()
+
+    def _end_search(self):
+        """The panel is as before the search, whose result is not used. False if none is running."""
+        if not self._give_up_search():
+            return False
+        self.say("Stopped. The coefficients are as before.")
+        self._redraw()
+        for function in self._listeners:
+            function(self)
+        return True
+
+    def _give_up_search(self):
+        search, self._search = self._search, None
+        if search is None:
+            return False
+        search.stop()
+        self._search_timer.stop()
+        self.model.end_preview()
+        return True
 
     def _poll_search(self):
         search = self._search
@@ -119,17 +142,18 @@ class LivePanel:
             return
         is_running = search.is_running  # before the best is taken
         best = search.take_best()
-        if best and is_running:
-            self.model.put_coefficients(best, search)
-            self.changed()
         if is_running:
-            self.say(f"Estimating, {100 * search.fraction:.0f} % ...")
-            return self._search_timer.start()
+            self._search_timer.start()
+            if best:
+                self.model.preview(best)
+                self.changed()
+            if self._search is search:  # no listener has ended it
+                self.say(f"Estimating, {100 * search.fraction:.0f} % ...")
+            return
         self._search, self.found = None, search.found
-        self.model.history.discard(search)
+        self.model.end_preview()
         if search.found is not None and any(one.determined for one in search.found.coefficients.values()):
-            self.model.put_coefficients(_values(search.found), search)
-            self.model.history.seal()
+            self.model.put_coefficients(_values(search.found))
         self.changed()
         self.say(search.problem or summary(search.found), WRONG if search.problem else INK)
 

@@ -33,6 +33,7 @@ class Model:
         self.pages = (*PAGES, microscope("wavelength" in optics))
         state = State(library.start_values(optics, self.pages[-1].rows))
         self.history = History(state)
+        self._preview = None  # values that are shown in place of those of the history
         self.steps = {row.name: row.step or self._percent_of(row.name) for page in self.pages for row in page.rows}
         self.display, self.colour, self.file = show, colour, pathlib.Path(save)
         self.source = self.original
@@ -47,7 +48,7 @@ class Model:
 
     @property
     def values(self):
-        return self.history.state.values
+        return self.history.state.values if self._preview is None else self._preview
 
     @property
     def parameters(self):
@@ -83,10 +84,20 @@ class Model:
         values = {**self.values, **library.values_of(changes, self.values)}
         self.history.record(State(values, self.history.state.applied))
 
-    def put_coefficients(self, coefficients, control):
-        """Several coefficients at once: name -> (modulus, degrees), one step of undo for each `control`."""
-        values = {**self.values, **{name: (value, wrapped(degrees)) for name, (value, degrees) in coefficients.items()}}
-        self.history.record(State(values, self.history.state.applied), control)
+    def put_coefficients(self, coefficients):
+        """Several coefficients at once: name -> (modulus, degrees), one step of undo."""
+        self.history.record(State(self._with(coefficients), self.history.state.applied))
+
+    def preview(self, coefficients):
+        """Shows these, too, until `end_preview`: no step of undo. Edits must not come before that."""
+        self._preview = self._with(coefficients)
+
+    def end_preview(self):
+        """The values are those of the last edit again."""
+        self._preview = None
+
+    def _with(self, coefficients):
+        return {**self.values, **{name: (value, wrapped(degrees)) for name, (value, degrees) in coefficients.items()}}
 
     def set_step(self, name, step):
         self.steps[name] = step

@@ -46,8 +46,6 @@ class Search:
 
 def summary(found):
     """One line about a zentrix.Estimate."""
-    if found.stopped:
-        return "Stopped. The coefficients are as before."
     known = [f"{name} ±{one.uncertainty:.2g}" for name, one in found.coefficients.items() if one.determined]
     unknown = [name for name, one in found.coefficients.items() if not one.determined]
     if not known:

@@ -28,10 +28,12 @@ def displayed(wave, display):
         return np.log(modulus)
 
 
-def grey_limits(values, unit=0.0):
+def grey_limits(values, display):
     """The 0.1 % and 99.9 % quantiles, of a regular sample if there are many.
 
-    Equal if they differ by rounding noise: 1e-5 of their magnitude or of `unit`, whichever is larger.
+    As in the pictures of the command line, noise is no contrast: they are equal if they differ by less than 1e-5 of
+    their magnitude, for phases and logarithms also by less than 1e-5; and a modulus whose quantiles differ by less than
+    2 % is shown from 0 to 1.25 times the upper one.
     """
     sample = values.ravel()[:: max(1, values.size // _SAMPLES) | 1]
     sample = sample[np.isfinite(sample)]
@@ -40,6 +42,9 @@ def grey_limits(values, unit=0.0):
     low, high = (int(share * (sample.size - 1)) for share in (0.001, 0.999))
     parts = np.partition(sample, (low, high))
     black, white = float(parts[low]), float(parts[high])
+    if display == "modulus" and 0 < white and white - black < 0.02 * white:
+        return 0.0, 1.25 * white
+    unit = 1.0 if display in ("phase", "log") else 0.0
     return (black, white) if white - black >= 1e-5 * max(abs(black), abs(white), unit) else (black, black)
 
 
@@ -49,7 +54,7 @@ def picture_of(wave, display, colour, marks=None):
     if display == "phase" and colour:
         picture, limits = phase_picture(values), None
     else:
-        limits = grey_limits(values, unit=1.0 if display == "log" else 0.0)
+        limits = grey_limits(values, display)
         picture = grey_picture(values, limits)
     if marks is not None:
         picture[marks] = MARK

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "image/image.h"
-#include "image/processor.h"
 
 #include <complex>
 #include <cstddef>
@@ -20,6 +19,8 @@
 /// of its line is NaN (after an infinity the results are infinite until it leaves the window). In the two-dimensional
 /// filter its column keeps it for all later rows. All variants agree on which results are NaN; the payload is not
 /// specified.
+///
+/// All memory is allocated before anything is written: when it runs out, the destination is as it was.
 namespace qorv::functions {
 
 /// Mean over all axes. Images apart: each plane is divided by the true number of pixels in the clipped rectangle, and
@@ -51,64 +52,5 @@ void moving_average_z(const dm::image<const std::type_identity_t<T>>& from, cons
 template <class T>
 void moving_average2(const dm::image<const std::type_identity_t<T>>& from, const dm::image<T>& mean,
                      const dm::image<T>& squares, std::ptrdiff_t radius);
-
-enum class axis
-{
-    x,
-    y,
-    z
-};
-
-/// One pass along an axis; in place (`to` is `from`) or out of place. A line of N samples x[] with W = 2 * radius + 1:
-///     i <  min(N - radius, radius + 1)   sum * (1 / W) * (W / (i + radius + 1))
-///     i <  N - radius                    sum * (1 / W)
-///     others                             sum * (1 / W) * (W / (N - i + radius))
-/// from left to right, with 1 / W and the quotient rounded to the element precision. The sum moves by one difference,
-/// sum + (x[i + radius] - x[i - radius - 1]), and by a single sample where the line has no other. The divisors are
-/// those of a window clipped on one side only; on lines shorter than W they exceed the number of samples in the sum.
-/// radius   >= 0
-template <class T>
-using box_pass_kernel = void(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius);
-
-/// One plane. Column sums drop row y - radius - 1, then gain row y + radius; the sum along the row does the same with
-/// them. Result: sum / (cx * cy), the integer product converted once. radius >= 0; images apart.
-template <class T>
-using box_slice_kernel = void(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius);
-
-/// The same for values and squared values at once.
-template <class T>
-using box_slice2_kernel = void(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
-                               std::ptrdiff_t radius);
-
-template <class T>
-void box_pass_plain(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius);
-template <class T>
-void box_slice_plain(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius);
-template <class T>
-void box_slice2_plain(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
-                      std::ptrdiff_t radius);
-
-/// Whether the vector form of the pass is possible: contiguous rows, and images that are the same or apart. Not inline,
-/// so that no copy compiled for a newer instruction set can replace that of other callers.
-template <class T>
-bool box_pass_has_lanes(const dm::image<const T>& from, const dm::image<T>& to);
-
-/// Several lines at a time as lanes, each with the plain variant's operations in the same order: the same bits except
-/// for the payloads of NaNs. Images without contiguous rows, and views that overlap without being the same, are passed
-/// to the plain variant. Defined in moving_average_simd.h, instantiated for each instruction set in a file of its own.
-template <class Arch, class T>
-void box_pass_simd(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius);
-template <class Arch, class T>
-void box_slice_simd(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius);
-template <class Arch, class T>
-void box_slice2_simd(const dm::image<const T>& from, const dm::image<T>& mean, const dm::image<T>& squares,
-                     std::ptrdiff_t radius);
-
-template <class T>
-dm::variants<box_pass_kernel<T>> box_pass_variants();
-template <class T>
-dm::variants<box_slice_kernel<T>> box_slice_variants();
-template <class T>
-dm::variants<box_slice2_kernel<T>> box_slice2_variants();
 
 }  // namespace qorv::functions

@@ -90,7 +90,7 @@ std::string angle_tip(const row_of_page& row)
     return std::string{row.shown.name} + ", " + term_of(row.shown).meaning + ": angle, now " +
            std::to_string(row.values.angle) + " degrees\n" +
            "0 is right, counter-clockwise on the displayed image.\n"
-           "Drag, type, press an arrow key, or turn the wheel (with Shift by 1 degree).\n"
+           "Drag, type, press an arrow key, or turn the wheel (Shift: 1 degree, Ctrl: 10).\n"
            "In other notation " +
            other_notation(row);
 }

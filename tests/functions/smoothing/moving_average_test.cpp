@@ -1,5 +1,7 @@
 #include "functions/smoothing/moving_average.h"
 
+#include "functions/smoothing/box_pass.h"
+#include "functions/smoothing/box_slice.h"
 #include "tests/support/canvas.h"
 #include "tests/support/same_bytes.h"
 
@@ -55,7 +57,7 @@ TYPED_TEST(moving_average_test, PassDividesByAWindowClippedOnOneSide)
                     extents sizes{5, 6, 4};
                     sizes[along] = n;
                     const canvas<TypeParam> from{sizes, gapped}, to{sizes, sparse, 2};
-                    row.function(from.view(), to.view(), axis{along}, r);
+                    row.function(from.view(), to.view(), axis{along}, r)();
                     std::vector<TypeParam> line;
                     const auto at = [&](const auto& view, std::ptrdiff_t i) {
                         extents p{2, 1, 3};
@@ -133,11 +135,11 @@ TYPED_TEST(moving_average_test, PassVariantsAgreeToTheBit)
     for_all_sizes<TypeParam>([](const extents& sizes, std::ptrdiff_t r, layout how_from, layout how_to) {
         for (int along = 0; along < 3; ++along) {
             const source<TypeParam> from{sizes, how_from}, expected{sizes, dense};
-            box_pass_plain<TypeParam>(from.view(), expected.view(), axis{along}, r);
+            box_pass_plain<TypeParam>(from.view(), expected.view(), axis{along}, r)();
             for (const auto& row : dm::runnable(box_pass_variants<TypeParam>())) {
                 const source<TypeParam> apart{sizes, how_to, 2}, in_place{sizes, how_to};
-                row.function(from.view(), apart.view(), axis{along}, r);
-                row.function(in_place.view(), in_place.view(), axis{along}, r);
+                row.function(from.view(), apart.view(), axis{along}, r)();
+                row.function(in_place.view(), in_place.view(), axis{along}, r)();
                 expect_same(row.name, apart, expected, r);
                 expect_same(row.name, in_place, expected, r);
             }
@@ -151,10 +153,10 @@ TYPED_TEST(moving_average_test, PlaneVariantsAgreeToTheBit)
         const extents sizes{volume[0], volume[1] * volume[2], 1};
         const source<TypeParam> from{sizes, how_from};
         const canvas<TypeParam> expected{sizes}, expected2{sizes}, mean{sizes, how_to}, squares{sizes, how_to};
-        box_slice_plain<TypeParam>(from.view(), expected.view(), r);
+        box_slice_plain<TypeParam>(from.view(), expected.view(), r)();
         box_slice2_plain<TypeParam>(from.view(), expected.view(), expected2.view(), r);
         for (const auto& row : dm::runnable(box_slice_variants<TypeParam>())) {
-            row.function(from.view(), mean.view(), r);
+            row.function(from.view(), mean.view(), r)();
             expect_same(row.name, mean, expected, r);
         }
         for (const auto& row : dm::runnable(box_slice2_variants<TypeParam>())) {
@@ -169,9 +171,9 @@ TYPED_TEST(moving_average_test, ANanRemainsInTheRunningSumToTheEnd)
 {
     const canvas<TypeParam> from{{37, 29, 1}}, x{{37, 29, 1}}, y{{37, 29, 1}}, plane{{37, 29, 1}};
     from.view()(20, 11) = std::numeric_limits<float>::quiet_NaN();
-    box_pass_plain<TypeParam>(from.view(), x.view(), axis::x, 2);
-    box_pass_plain<TypeParam>(from.view(), y.view(), axis::y, 2);
-    box_slice_plain<TypeParam>(from.view(), plane.view(), 2);
+    box_pass_plain<TypeParam>(from.view(), x.view(), axis::x, 2)();
+    box_pass_plain<TypeParam>(from.view(), y.view(), axis::y, 2)();
+    box_slice_plain<TypeParam>(from.view(), plane.view(), 2)();
     for (const auto& reached : {x.view()(36, 11), y.view()(20, 28), plane.view()(18, 28)})
         EXPECT_TRUE(std::isnan(magnitude(reached)));
 }
@@ -196,9 +198,9 @@ TYPED_TEST(moving_average_test, OutOfPlaceIsPlanesAndThenAPassOverTheWrittenPlan
         moving_average(from.view(), to.view(), 2);
         const std::ptrdiff_t written = std::min<std::ptrdiff_t>(planes, 5);
         for (std::ptrdiff_t z = 0; z < written; ++z)
-            box_slice_plain<TypeParam>(from.view().plane(z), expected.view().plane(z), 2);
+            box_slice_plain<TypeParam>(from.view().plane(z), expected.view().plane(z), 2)();
         const dm::image<TypeParam> both{expected.view().data(), 9, 8, written};
-        if (written > 1) box_pass_plain<TypeParam>(both, both, axis::z, 2);
+        if (written > 1) box_pass_plain<TypeParam>(both, both, axis::z, 2)();
         EXPECT_TRUE(support::same_bytes(to.pixels(), expected.pixels())) << planes;
         EXPECT_TRUE(to.gaps_untouched());
     }

@@ -15,9 +15,14 @@ TEST(CutOverlay, CutsAreRedGapsBlueAndThePhaseGreyFromMinusPiToPi)
     for (int x = 0; x < 5; ++x) phase->at<float>(x) = values[x];
     const std::uint8_t cuts[] = {0, 0, 0, 1, 0};
     const auto overlay = zentrix::host::paint_cuts(*phase, cuts);
-    EXPECT_EQ(overlay.channels, 3);
-    const auto middle = overlay.bytes[3];
-    EXPECT_NEAR(middle, 127, 1);
-    EXPECT_EQ(overlay.bytes, (std::vector<std::uint8_t>{0, 0, 0, middle, middle, middle, 255, 255, 255,  //
-                                                        230, 30, 30, 40, 90, 200}));
+    ASSERT_EQ(overlay.channels, 3);
+    ASSERT_EQ(overlay.width, 5 * 204);
+    ASSERT_EQ(overlay.height, 204);
+    std::vector<std::uint8_t> shown;  // the last pixels of the enlarged ones
+    for (std::size_t x = 203; x < 5 * 204; x += 204)
+        for (std::size_t part = 0; part < 3; ++part) shown.push_back(overlay.bytes[3 * (203 * 5 * 204 + x) + part]);
+    const auto middle = shown[3];
+    EXPECT_NEAR(middle, 197, 1);
+    EXPECT_EQ(shown, (std::vector<std::uint8_t>{140, 140, 140, middle, middle, middle, 255, 255, 255,  //
+                                                200, 0, 0, 40, 90, 200}));
 }

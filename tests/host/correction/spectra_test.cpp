@@ -1,4 +1,6 @@
-// The radial profile of a diffractogram, and the mask of a transfer function that is sampled too coarsely.
+// The radial profile of a diffractogram, the mask of a transfer function that is sampled too coarsely, and the marks of
+// its zeros.
+#include "host/correction/contrast_plot.h"
 #include "host/correction/diffractogram_pictures.h"
 #include "host/correction/undersampled.h"
 
@@ -49,6 +51,22 @@ TEST(MaskUndersampled, BeginsWherePhaseStepsExceedPi)
     picture grey{600, 1, 1, std::vector<std::uint8_t>(600, 90)};
     mask_undersampled(grey, with_defocus(300), 0.05, 0.05);
     EXPECT_EQ(grey.channels, 1) << "without undersampling nothing changes";
+}
+
+TEST(PlotContrast, MarksZerosByCirclesOrABar)
+{
+    lens::contrast_profile profile;
+    profile.step = 0.01;
+    profile.contrast.assign(1001, 0.5);  // away from the marks
+    profile.envelope.assign(1001, 1);
+    profile.zeros = {1, 1.07, 4, 4.03, 4.06};  // 7 and 3 pixels apart
+    drawing on{1000, 210};
+    on.fill({0, 0, 1000, 210}, white_paper);
+    plot_contrast(on, {0, 0, 1000, 210}, profile, 10, 20);
+    const picture shown = picture_of(on);
+    const auto is_white = [&](int x) { return shown.bytes[3 * (105 * 1000 + static_cast<std::size_t>(x))] == 255; };
+    for (const int x : {100, 107, 400, 401, 403, 405, 406}) EXPECT_TRUE(is_white(x)) << x;
+    for (const int x : {90, 103, 112, 395, 411}) EXPECT_FALSE(is_white(x)) << x;
 }
 
 }  // namespace

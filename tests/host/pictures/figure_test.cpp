@@ -110,6 +110,13 @@ TEST(Figure, LimitsFollowTheRule)
     style.shades = palette::wave;  // the brightness of a wave is that of its modulus, from 0
     EXPECT_EQ(figure(*pixels, style).range().limits.black, 0.0F);
     EXPECT_EQ(figure(*pixels, style).range().limits.white, 0.75F);
+    const auto edge = image::create("bright edge", HOST_ELEMENT_FLOAT32, {{32, 48}});
+    for (int y = 0; y < 48; ++y)
+        for (int x = 0; x < 32; ++x) edge->at<float>(x, y) = x < 2 ? 9.0F : 0.0F;
+    style.rule = limits_rule::automatic;
+    EXPECT_EQ(figure(*edge, style).range().limits.white, 9.0F) << "nothing else";
+    edge->at<float>(2, 3) = edge->at<float>(29, 44) = 1;
+    EXPECT_EQ(figure(*edge, style).range().limits.white, 1.0F);
 }
 
 TEST(Figure, AnnotationsLeaveThePixelsAsTheyAre)

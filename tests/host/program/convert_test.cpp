@@ -30,6 +30,7 @@ TEST(Convert, TranslatesFilesWordsAndOptions)
         {"--A1 14@35 --to corrector --clockwise --zero 90 --angle rad",
          "0 notation                 corrector\nframe         {\"clockwise\":true,\"zero\":90.0}\n"
          "A1                              14 nm\nphiA1                2.53072741539 rad\n"},
+        {"C1=-62 --C1 0", "0 C1                               0 nm\n"},
         {"bad.json", "1 zentrix: bad.json: \"A7\" is not a parameter\n"},
         {"C10=-620", "2 zentrix: C10 needs a unit: C10=-620nm or C10=-620A\n"},
         {"C12",

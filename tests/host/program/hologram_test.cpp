@@ -154,6 +154,7 @@ TEST_F(Hologram, Refusals)
         {"holo.npy --phase -o w.npy --wave w.png", "w.png: a picture does not keep the wave"},
         {"holo.npy -o w.npy --reference gap.npy", "gap.npy: 1 of 65536 pixels of the reference are infinite"},
         {"holo.npy -o w.npy --reference missing.npy", "missing.npy"},
+        {"holo.npy wave.npy -o out/ --jobs 2 --reference flat.npy", "1 zentrix: flat.npy: No fringes were found"},
         {"gap.npy -o w.npy --reference vacuum.npy", "gap.npy: 1 of 65536 pixels of the hologram are infinite"},
         {"rgb.npy -o w.npy", "This image has 3, as colour pictures have"},
         {"holo.npy --unwrap -o w.npy --png w.png --show wave", "2 zentrix: --show is for waves"},

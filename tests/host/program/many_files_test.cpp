@@ -191,6 +191,14 @@ TEST(ManyFiles, SweepsAndStacksHaveThePlanesOfSingleWaves)
     for (const auto& [swept, last, planes] : rows) {
         ASSERT_EQ(bench.zentrix("correct a.npy -o s.npy --" + swept + rest).code, 0) << swept;
         ASSERT_EQ(pixels_of<complex>(bench / "s.npy").size(), planes * count) << swept;
+        // A stack of one plane keeps its shape and is one picture; others are refused one.
+        for (const std::string words : {"aberrate s.npy -o t.npy --png t.png", "fft s.npy -o t.npy --png t.png",
+                                        "unwrap s.npy --phase -o t.npy --png t.png"}) {
+            const auto shown = bench.zentrix(words);
+            EXPECT_EQ(shown.code, planes == 1 ? 0 : 1) << words << shown.err;
+            if (planes > 1) continue;
+            EXPECT_EQ(zentrix::host::read_npy(bench / "t.npy")->dimensions(), 3U) << words;
+        }
         ASSERT_EQ(bench.zentrix("correct a.npy -o x.npy --" + swept.substr(0, 2) + " " + last + rest).code, 0);
         EXPECT_EQ(plane(bench / "s.npy", planes - 1, count), pixels_of<complex>(bench / "x.npy")) << swept;
     }

@@ -4,41 +4,11 @@
 #include <cstddef>
 #include <vector>
 
-#include "functions/smoothing/moving_average_down_simd.h"
-#include "functions/smoothing/moving_average_strip_simd.h"
+#include "functions/smoothing/box_slice.h"
+#include "functions/smoothing/box_strip_simd.h"
 
 namespace qorv::functions {
 namespace box {
-
-/// The pass along x: all rows of all planes, in place or not. If the last strip is not full, its last row is repeated.
-template <class Arch, class T>
-void pass_along_x(const dm::image<const T>& from, const dm::image<T>& to, std::ptrdiff_t radius)
-{
-    using L = lanes<Arch, T>;
-    using vec = typename L::vec;
-    const std::ptrdiff_t width = from.width(), height = from.height();
-    const std::ptrdiff_t count = height * std::min(from.depth(), to.depth());
-    strip<Arch, T> pixels{width, radius};
-    const pass_scale<Arch, typename L::real> scale{width, radius, L::pixels};
-    const vec inverse(scale.inverse());
-    for (std::ptrdiff_t first = 0; first < count; first += L::rows) {
-        const T* source[L::rows];
-        T* result[L::rows];
-        for (int k = 0; k < L::rows; ++k) {
-            const std::ptrdiff_t row = std::min(first + k, count - 1);
-            source[k] = from.row(row % height, row / height);
-            result[k] = to.row(row % height, row / height);
-        }
-        for (std::ptrdiff_t x = 0; x < width; x += L::pixels)
-            for (int g = 0; g < L::groups; ++g) {
-                vec square[L::pixels];
-                for (int j = 0; j < L::pixels; ++j) square[j] = L::load_some(source[g * L::pixels + j] + x, width - x);
-                pixels.put(x, g, square);
-            }
-        pixels.run([](vec sum, vec entering, vec leaving) { return sum + (entering - leaving); },
-                   [&](std::ptrdiff_t x, int, vec sum) { return sum * inverse * vec(scale[x]); }, result);
-    }
-}
 
 /// What the two-dimensional filter averages: the pixels or their squares.
 template <class Arch, class T>
@@ -97,7 +67,7 @@ class window_sizes
     typename L::vec inside_[L::groups];
 };
 
-/// The two-dimensional filter of one plane, a strip of rows at a time.
+/// The two-dimensional filter, a strip of rows at a time.
 template <class Arch, class T, template <class, class> class Rule>
 class plane_filter
 {
@@ -106,14 +76,19 @@ class plane_filter
     using real = typename L::real;
 
   public:
-    plane_filter(const dm::image<const T>& from, const dm::image<T>& to, std::ptrdiff_t radius)
-        : from_{from},
-          to_{to},
-          radius_{std::min(radius, from.height())},
-          pixels_{from.width(), radius},
-          columns_(static_cast<std::size_t>((from.width() + L::tile) * L::parts)),
-          zeros_(static_cast<std::size_t>(from.width()))
+    plane_filter(std::ptrdiff_t width, std::ptrdiff_t height, std::ptrdiff_t radius)
+        : radius_{std::min(radius, height)},
+          pixels_{width, radius},
+          columns_(static_cast<std::size_t>((width + L::tile) * L::parts)),
+          zeros_(static_cast<std::size_t>(width))
+    {}
+
+    /// Begins a plane.
+    void start(const dm::image<const T>& from, const dm::image<T>& to)
     {
+        from_ = from;
+        to_ = to;
+        std::fill(columns_.begin(), columns_.end(), real(0));
         for (std::ptrdiff_t y = 0; y < radius_; ++y)
             for (std::ptrdiff_t x = 0; x < from.width(); x += L::pixels) {
                 const vec row = Rule<Arch, T>::apply(L::load_some(from.row(y) + x, from.width() - x));
@@ -176,8 +151,8 @@ class plane_filter
             }
     }
 
-    const dm::image<const T>& from_;
-    const dm::image<T>& to_;
+    dm::image<const T> from_;  ///< the plane
+    dm::image<T> to_;
     std::ptrdiff_t radius_;  ///< a radius beyond the height meets the same rows as the height
     strip<Arch, T> pixels_;
     std::vector<real> columns_;
@@ -187,19 +162,16 @@ class plane_filter
 }  // namespace box
 
 template <class Arch, class T>
-void box_pass_simd(const dm::image<const T>& from, const dm::image<T>& to, axis along, std::ptrdiff_t radius)
-{
-    if (!box_pass_has_lanes<T>(from, to)) return box_pass_plain<T>(from, to, along, radius);
-    if (along == axis::x) return box::pass_along_x<Arch, T>(from, to, radius);
-    box::pass_down<Arch, T>(from, to, along, radius);
-}
-
-template <class Arch, class T>
-void box_slice_simd(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius)
+prepared_filter box_slice_simd(const dm::image<const T>& from, const dm::image<T>& mean, std::ptrdiff_t radius)
 {
     if (from.strides()[0] != 1 || mean.strides()[0] != 1) return box_slice_plain<T>(from, mean, radius);
-    box::plane_filter<Arch, T, box::pixel_values> filter{from, mean, radius};
-    for (std::ptrdiff_t y = 0; y < from.height(); y += box::lanes<Arch, T>::rows) filter.average_strip(y);
+    using filter = box::plane_filter<Arch, T, box::pixel_values>;
+    return [=, planes = filter{from.width(), from.height(), radius}]() mutable {
+        for (std::ptrdiff_t z = 0; z < std::min(from.depth(), mean.depth()); ++z) {
+            planes.start(from.plane(z), mean.plane(z));
+            for (std::ptrdiff_t y = 0; y < from.height(); y += box::lanes<Arch, T>::rows) planes.average_strip(y);
+        }
+    };
 }
 
 template <class Arch, class T>
@@ -208,8 +180,10 @@ void box_slice2_simd(const dm::image<const T>& from, const dm::image<T>& mean, c
 {
     if (from.strides()[0] != 1 || mean.strides()[0] != 1 || squares.strides()[0] != 1)
         return box_slice2_plain<T>(from, mean, squares, radius);
-    box::plane_filter<Arch, T, box::pixel_values> means{from, mean, radius};
-    box::plane_filter<Arch, T, box::squared_values> mean_squares{from, squares, radius};
+    box::plane_filter<Arch, T, box::pixel_values> means{from.width(), from.height(), radius};
+    box::plane_filter<Arch, T, box::squared_values> mean_squares{from.width(), from.height(), radius};
+    means.start(from, mean);
+    mean_squares.start(from, squares);
     for (std::ptrdiff_t y = 0; y < from.height(); y += box::lanes<Arch, T>::rows) {
         means.average_strip(y);
         mean_squares.average_strip(y);

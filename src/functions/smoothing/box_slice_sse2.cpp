@@ -1,9 +1,8 @@
-#include "functions/smoothing/moving_average_simd.h"
+#include "functions/smoothing/box_slice_simd.h"
 
 namespace qorv::functions {
 
 #define INSTANTIATE(T)                                           \
-    template box_pass_kernel<T> box_pass_simd<xsimd::sse2, T>;   \
     template box_slice_kernel<T> box_slice_simd<xsimd::sse2, T>; \
     template box_slice2_kernel<T> box_slice2_simd<xsimd::sse2, T>
 INSTANTIATE(float);
