@@ -18,7 +18,7 @@ namespace {
 
 constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
 // At 96 dots per inch. The height is that of all rows.
-constexpr int client_width = 370, client_height = 332, heading_height = 38, margin = 6;
+constexpr int client_width = 370, client_height = 336, heading_height = 42, margin = 6;
 constexpr COLORREF noticeable_colour = RGB(176, 0, 32);
 
 struct column
