@@ -1,5 +1,7 @@
 #include "host/estimation/search_run.h"
 
+#include <algorithm>
+
 namespace zentrix::host {
 
 thread_local bool search_run::is_caller = true;
@@ -20,7 +22,8 @@ void search_run::evaluated()
     ++evaluations_;
     if (stopped_) throw search_stopped{};
     if (!is_caller || !progress_ || clock::now() < next_report_) return;
-    if (!progress_(from_ + (to_ - from_) * part_, shown_)) {
+    reported_ = std::max(reported_, from_ + (to_ - from_) * part_);  // a part may have several loops, in any order
+    if (!progress_(reported_, shown_)) {
         stopped_ = true;
         throw search_stopped{};
     }

@@ -62,7 +62,7 @@ class search_run
     std::ptrdiff_t threads_;
     lens::optics shown_;
     clock::time_point next_report_;
-    double from_ = 0, to_ = 0;
+    double from_ = 0, to_ = 0, reported_ = 0;
     std::atomic<double> part_{0};  ///< of the way from from_ to to_
     std::atomic<bool> stopped_{false};
     std::atomic<std::size_t> evaluations_{0};

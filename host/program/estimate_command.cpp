@@ -123,6 +123,7 @@ void run(estimate_request& request, const global_options& global)
 {
     lens_request& lens = request.lens;
     check_free(request.options);
+    host::require_own_names({request.wave, lens.parameter_file}, {lens.output, lens.picture.png});
     if (!lens.parameter_file.empty()) lens.from_file = host::read_parameters(host::system_path(lens.parameter_file));
     if (!lens.output.empty() && !lens.output.ends_with(".json"))
         throw host::file_error{host::system_path(lens.output), "cannot be written: expected a name ending in .json"};

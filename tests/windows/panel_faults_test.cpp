@@ -1,8 +1,10 @@
 // Every request that the panel makes of the host fails once: while it is created, shown, used, hidden and destroyed.
+// Every call of a host function or of the handler throws, refuses without a reason, or gives null once.
 #include "host/objects/value.h"
+#include "tests/faults/misbehaving_host.h"
 #include "tests/windows/page_tables.h"
 
-#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <iostream>
@@ -12,7 +14,49 @@ namespace {
 
 using zentrix::host::fault_point;
 
-constexpr std::uint64_t most_failures = 12;  ///< of one action
+/// A way in which requests fail.
+struct failing_way
+{
+    const char* name;
+    std::uint64_t most;  ///< failures of one action, unless a long walk was asked for
+    std::function<void(panel_host&, std::uint64_t number)> plan;
+    std::function<std::uint64_t(panel_host&)> requests;  ///< since the last plan
+    std::function<std::string(panel_host&)> end;         ///< ends the plan; returns the prototype of what failed
+    std::function<bool(const events& errors, const std::string& prototype)> reports;  ///< whether as it should
+};
+
+failing_way by_code()
+{
+    return {"requests that fail",
+            12,
+            [](panel_host& host, std::uint64_t number) {
+                number ? host.faults().plan({fault_point::any, number}) : host.faults().clear();
+            },
+            [](panel_host& host) { return host.faults().count(fault_point::any); },
+            [](panel_host& host) {
+                const auto failed = host.faults().failed();
+                host.faults().clear();
+                return failed.size() == 1 ? failed[0].prototype : "";
+            },
+            [](const events& errors, const std::string& prototype) {
+                const std::string missing = "A function of the following prototype can not be found:\n\n" + prototype;
+                return errors.size() == 1 &&
+                       (errors[0] == "This host call was made to fail." || errors[0] == "There is not enough memory." ||
+                        errors[0] == "std::bad_alloc" || errors[0] == missing);
+            }};
+}
+
+failing_way by(faults::misbehaviour how, const char* name, const char* text)
+{
+    return {name,
+            2,
+            [how](panel_host&, std::uint64_t number) { faults::plan_misbehaviour(how, number); },
+            [](panel_host&) { return faults::watched_calls(); },
+            [](panel_host&) { return faults::end_misbehaviour(); },
+            [text = std::string{text}](const events& errors, const std::string&) {
+                return text.empty() || errors == events{text};  // null may also be an answer
+            }};
+}
 
 class failing_panel : public panel_window
 {
@@ -87,50 +131,43 @@ class failing_panel : public panel_window
         return found;
     }
 
-    void expect_failures(const char* name, start from, const std::function<void()>& act)
+    void expect_failures(const failing_way& way, const char* name, start from, const std::function<void()>& act)
     {
         prepare(from);
         after(act);  // looks functions up
         prepare(from);
-        host.faults().clear();
+        way.plan(host, 0);
         std::uint64_t requests = 0;
         const auto counted = [&] {
             act();
             pump();
-            requests = host.faults().count(fault_point::any);
+            requests = way.requests(host);
         };
         const outcome success = after(counted);
         EXPECT_EQ(success.errors, events{});
         // A showing reads all tags, and takes long. Unless a long walk was asked for, some of its requests suffice.
-        const std::uint64_t step = std::getenv("ZENTRIX_LONG_WALKS") ? 1 : requests / most_failures + 1;
+        const std::uint64_t step = std::getenv("ZENTRIX_LONG_WALKS") ? 1 : requests / way.most + 1;
         std::uint64_t walked = 0;
         for (std::uint64_t k = 1; k <= requests; k += step, ++walked) {
             SCOPED_TRACE(name + (", request " + std::to_string(k)));
             prepare(from);
             const auto held = host.report().references;
             const auto before = host.tags();
-            std::vector<zentrix::host::failed_request> failed;
+            std::string failed;
             const outcome failure = after([&] {
-                host.faults().plan({fault_point::any, k});
-                const auto stop = [&] {
-                    failed = host.faults().failed();
-                    host.faults().clear();
-                };
+                way.plan(host, k);
                 try {
                     act();
                     pump();
                 } catch (...) {
-                    stop();
+                    failed = way.end(host);
                     throw;
                 }
-                stop();
+                failed = way.end(host);
             });
-            ASSERT_EQ(failed.size(), 1u);
-            SCOPED_TRACE(failed[0].prototype);
-            const std::string missing = "A function of the following prototype can not be found:\n\n";
-            EXPECT_THAT(failure.errors, testing::ElementsAre(testing::AnyOf(
-                                            "This host call was made to fail.", "There is not enough memory.",
-                                            "std::bad_alloc", missing + failed[0].prototype)));
+            ASSERT_NE(failed, "");
+            SCOPED_TRACE(failed);
+            EXPECT_TRUE(way.reports(failure.errors, failed)) << testing::PrintToString(failure.errors);
             for (const auto& [key, value] : failure.tags)
                 EXPECT_TRUE(value == before.at(key) || value == success.tags.at(key)) << key;
             const auto report = host.report();
@@ -139,7 +176,8 @@ class failing_panel : public panel_window
             prepare(from);
             EXPECT_EQ(after(act), success);
         }
-        std::cout << "[   WALK   ] panel, " << name << ": " << walked << " of " << requests << " requests" << std::endl;
+        std::cout << "[   WALK   ] panel, " << name << ", " << way.name << ": " << walked << " of " << requests
+                  << std::endl;
     }
 
     std::map<std::string, zentrix::host::tag> start_tags_;
@@ -166,7 +204,16 @@ TEST_F(failing_panel, ReportsTheErrorAndWorksAfterwards)
         {"show again", start::hidden, [&] { show_panel(); }},
         {"destroy", start::shown, [&] { host.close_panel(); }},
     };
-    for (const auto& [name, from, act] : actions) expect_failures(name, from, act);
+    using faults::misbehaviour;
+    const failing_way ways[] = {
+        by_code(),
+        by(misbehaviour::throws_number, "calls that throw", "An unknown error occurred in the host."),
+        by(misbehaviour::throws_bad_alloc, "calls without memory", "std::bad_alloc"),
+        by(misbehaviour::refuses, "calls that refuse", "A call of the host failed."),
+        by(misbehaviour::gives_null, "calls that give null", ""),
+    };
+    for (const failing_way& way : ways)
+        for (const auto& [name, from, act] : actions) expect_failures(way, name, from, act);
     prepare(start::shown);
 }
 

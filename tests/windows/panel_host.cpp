@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/faults/misbehaving_host.h"
+
 namespace windows_tests {
 
 using namespace zentrix::host;
@@ -38,6 +40,7 @@ panel_host::panel_host() : engine_{with_companion_package()}
     tags_->on_write([this](std::string_view path, const tag& value) {
         events_.push_back(std::string{path} + " = " + text_of(value));
     });
+    faults::watch_calls(engine_);
     library_.emplace(engine_, ZENTRIX_LIBRARY_FILE);
     set_handler_and_tags(true, true);
 }

@@ -86,6 +86,8 @@ TEST(Usage, ErrorsAreJsonOnRequestAndKeepTheirExitCode)
     for (const auto& [words, code, kind, message] :
          {std::tuple{"--json corect", 2, "usage", "there is no command \"corect\". Did you mean correct?"},
           {"info none.npy --json", 1, "failure", "none.npy: there is no such file"},
+          {"estimate w.npy --params p.json -o p.json --json", 1, "failure",
+           "p.json: is an input and cannot be the result, too"},
           {"correct a.npy -o o.npy --tilt 3 --json", 2, "usage", "--tilt is X,Y in mrad, not \"3\""}}) {
         const auto done = bench.zentrix(words);
         EXPECT_EQ(done.code, code);
