@@ -3,7 +3,8 @@
 //
 // The mouse moves 125 times a second. Each line has the pictures per second; the longest time from a movement to the
 // end of what it caused on the window's thread, and the 99 % quantile of these; the processor time of a picture; the
-// mean cost of each step in real time; and the time of closing while the picture of full resolution is computed.
+// mean cost of each step in real time; the longest waits of the mouse over the picture while that of full resolution,
+// the first diffractogram and the picture after Apply are computed; and the time of closing while full resolution is.
 #include "host/windows/panel_program.h"
 
 #include <commctrl.h>
@@ -13,12 +14,14 @@
 #include <complex>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <optional>
 #include <random>
 #include <vector>
 
 #include "host/correction/multiply_spectrum.h"
 #include "host/engine/library.h"
+#include "host/windows/resource.h"
 #include "lens/electron.h"
 
 namespace {
@@ -112,18 +115,65 @@ void resize_picture(image_window& shown, LONG side)
 using clock = std::chrono::steady_clock;
 double milliseconds(clock::duration time) { return std::chrono::duration<double, std::milli>(time).count(); }
 
+constexpr auto interval = std::chrono::milliseconds{8};  // between movements of the mouse
+
+/// Handles messages until a time.
+void handle_messages_until(panel_program& program, clock::time_point due)
+{
+    for (auto now = clock::now(); now < due; now = clock::now()) {
+        const auto rest = std::chrono::ceil<std::chrono::milliseconds>(due - now).count();
+        MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(rest), QS_ALLINPUT);
+        program.handle_waiting_messages();
+    }
+}
+
+/// Begins something and moves the mouse over the picture until `window` shows its result. Returns the longest wait
+/// [ms].
+double longest_wait(panel_program& program, image_window& window, const std::function<void()>& begin)
+{
+    const HWND moved = program.wave_window().handle();
+    auto start = clock::now();
+    begin();
+    program.handle_waiting_messages();
+    double longest = milliseconds(clock::now() - start);
+    for (int x = 0; !window.is_refined(); ++x) {
+        handle_messages_until(program, start += interval);
+        SendMessageW(moved, WM_MOUSEMOVE, 0, MAKELPARAM(100 + x % 100, 100));
+        program.handle_waiting_messages();
+        longest = std::max(longest, milliseconds(clock::now() - start));
+        start = std::max(start, clock::now() - interval);
+    }
+    return longest;
+}
+
+struct waits_at_rest
+{
+    double full, diffractogram, apply;  ///< [ms]
+};
+
+waits_at_rest measure_rest(panel_program& program, const std::function<void()>& release)
+{
+    image_window& wave = program.wave_window();
+    const auto command = [&](UINT item) { SendMessageW(wave.handle(), WM_COMMAND, item, 0); };
+    waits_at_rest waits{};
+    waits.full = longest_wait(program, wave, release);
+    command(IDM_DIFFRACTOGRAM);  // makes the window
+    waits.diffractogram =
+        longest_wait(program, *program.diffractogram_window(), [&] { program.diffractogram_window()->refresh(); });
+    command(IDM_DIFFRACTOGRAM);  // hides it
+    const HWND apply = GetDlgItem(program.frame().content(), IDOK);
+    waits.apply = longest_wait(program, wave, [&] { SendMessageW(apply, BM_CLICK, 0, 0); });
+    command(IDM_UNDO);
+    return waits;
+}
+
 /// Moves the knob 125 times a second for three seconds. Returns the waits of the movements [ms], in ascending order.
 std::vector<double> drag_for_three_seconds(panel_program& program, const knob_drag& knob, int& moves)
 {
-    constexpr auto interval = std::chrono::milliseconds{8};
     std::vector<double> waits;
     const auto start = clock::now();
     for (auto due = start; due < start + std::chrono::seconds{3}; due += interval) {
-        for (auto now = clock::now(); now < due; now = clock::now()) {
-            const auto rest = std::chrono::ceil<std::chrono::milliseconds>(due - now).count();
-            MsgWaitForMultipleObjects(0, nullptr, FALSE, static_cast<DWORD>(rest), QS_ALLINPUT);
-            program.handle_waiting_messages();
-        }
+        handle_messages_until(program, due);
         knob.send(WM_MOUSEMOVE, step * ++moves);
         program.handle_waiting_messages();
         waits.push_back(milliseconds(clock::now() - due));
@@ -167,16 +217,15 @@ void drag(engine& host, const image_ref& wave, display_mode shown, const char* n
     const auto waits = drag_for_three_seconds(*program, knob, moves);
     const int pictures = program->wave_window().spent().drawn - drawn;
     const double processor = (processor_seconds() - processor_before) / std::max(pictures, 1);
-    knob.send(WM_LBUTTONUP, step * moves);
-    program->handle_waiting_messages();
+    const auto at_rest = measure_rest(*program, [&] { knob.send(WM_LBUTTONUP, step * moves); });
     const std::string costs = program->costs();
     check(host, wave, *program, shown, knob.degrees());
     const double closing = close_while_computing(program);
     std::printf(
         "%4u %-8s %5.1f pictures a second, longest wait %3.0f ms (99 %%: %3.0f), %4.1f ms of processor time; %s; "
-        "closed in %.0f ms\n",
+        "longest wait at rest %.0f ms, for the diffractogram %.0f, for Apply %.0f; closed in %.0f ms\n",
         wave->size(0), name, pictures / 3.0, waits.back(), waits[waits.size() * 99 / 100], 1000 * processor,
-        costs.c_str(), closing);
+        costs.c_str(), at_rest.full, at_rest.diffractogram, at_rest.apply, closing);
     std::fflush(stdout);
 }
 

@@ -6,7 +6,8 @@
  * every script function that it offers, goes through the table that the link points to.
  *
  * Threads: unless a comment says otherwise, all functions of the table and all native functions are called on the
- * host's main thread.
+ * host's main thread. The native function of ZXWTFMulDLL may be called on any thread, several at once, while the
+ * library is running; the library then calls the table on that thread.
  *
  * Ownership: objects are reference-counted. "Lent" means that the caller keeps its reference; a callee that keeps the
  * object adds its own. "Counted for the caller" means that the caller has to release the object.

@@ -41,39 +41,43 @@ void transform_displayed(image& spectrum, display_mode mode, const std::atomic<b
 
 }  // namespace
 
-bool diffractogram_pictures::is_slow() const { return corrected_.spectrum()->count() > slow_from; }
-
-staged_pictures::second_stage diffractogram_pictures::begin(const picture_request& wanted)
+bool diffractogram_pictures::is_slow() const
 {
-    if (!corrected_.failure().empty()) throw script_error{corrected_.failure()};
-    const image_ref& source = corrected_.spectrum();
-    const auto spectrum = source->clone();
-    corrected_.multiply(source, spectrum);
+    return static_cast<std::size_t>(width()) * static_cast<std::size_t>(height()) > slow_from;
+}
+
+queued_pictures::task diffractogram_pictures::begin(const picture_request& wanted)
+{
+    if (!corrected_.failure().empty()) throw known_failure{corrected_.failure()};
     const auto profile = std::make_shared<std::vector<double>>();
-    second_stage next;
+    task next;
     next.is_slow = is_slow();
-    next.work = [=, displayed = displayed_](const std::atomic<bool>& given_up) {
-        if (displayed) transform_displayed(*spectrum, *displayed, given_up);
+    next.work = [=, correction = corrected_.present(), displayed = displayed_](const std::atomic<bool>& given_up) {
         rendered_picture picture;
+        const image_ref source = correction.spectrum->get(&given_up);
+        if (!source) return picture;
+        const image_ref spectrum = source->clone();
+        correction.multiply(spectrum, spectrum);
+        if (displayed && !given_up) transform_displayed(*spectrum, *displayed, given_up);
         picture.is_full = true;
         picture.values = spectrum;
         if (given_up) return picture;
-        *profile = radial_power(*spectrum);
-        show_values(wanted, given_up, picture);
+        *profile = radial_power(*spectrum, &given_up);
+        if (!given_up) show_values(wanted, given_up, picture);
         return picture;
     };
     next.taken = [this, profile] { profile_.swap(*profile); };
     return next;
 }
 
-std::vector<double> radial_power(const image& spectrum)
+std::vector<double> radial_power(const image& spectrum, const std::atomic<bool>* given_up)
 {
     const int width = static_cast<int>(spectrum.size(0)), height = static_cast<int>(spectrum.size(1));
     const int size = std::max(width, height);
     std::vector<double> sums(static_cast<std::size_t>(size / 2 + 1)), counts(sums.size());
     const double right = static_cast<double>(size) / width, down = static_cast<double>(size) / height;
     const auto* pixel = static_cast<const std::complex<float>*>(spectrum.data());
-    for (int y = 0; y < height; ++y) {
+    for (int y = 0; y < height && !(given_up && *given_up); ++y) {
         const double v = (y - height / 2) * down;
         for (int x = 0; x < width; ++x, ++pixel) {
             const double u = (x - width / 2) * right;

@@ -5,14 +5,14 @@
 #include <vector>
 
 #include "host/correction/live_correction.h"
-#include "host/correction/staged_pictures.h"
+#include "host/correction/queued_pictures.h"
 
 namespace zentrix::host {
 
 /// Pictures of the spectrum of a corrected wave, zero frequency at (width / 2, height / 2), complex. Shown as
 /// display_mode::log_modulus, they are diffractograms: half the logarithm of the power. Aberrations change the phases
 /// of the wave's spectrum only; the spectrum of its modulus or phase shows the rings of what is not corrected.
-class diffractogram_pictures : public staged_pictures
+class diffractogram_pictures : public queued_pictures
 {
   public:
     /// `corrected` must outlive the object.
@@ -24,14 +24,14 @@ class diffractogram_pictures : public staged_pictures
     int width() const override { return corrected_.width(); }
     int height() const override { return corrected_.height(); }
 
-    /// Whether a picture takes so long that it is not for drags: the whole spectrum is multiplied on the user's thread.
+    /// Whether a picture takes so long that it is not for drags.
     bool is_slow() const;
 
     /// Radial means of the newest picture that was taken, see radial_power; empty before the first one.
     const std::vector<double>& profile() const noexcept { return profile_; }
 
   protected:
-    second_stage begin(const picture_request& wanted) override;
+    task begin(const picture_request& wanted) override;
 
   private:
     live_correction& corrected_;
@@ -43,6 +43,7 @@ class diffractogram_pictures : public staged_pictures
 /// nearest to i / size of a pixel^-1, size the longer side, from 0 to 1/2; it is 0 for a ring without pixels.
 /// spectrum  complex of two floats per pixel, zero frequency at (width / 2, height / 2); not square: a pixel is
 ///           1 / width to the right and 1 / height down
-std::vector<double> radial_power(const image& spectrum);
+/// given_up  the result is undefined once it is true; null: never
+std::vector<double> radial_power(const image& spectrum, const std::atomic<bool>* given_up = nullptr);
 
 }  // namespace zentrix::host

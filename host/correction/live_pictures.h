@@ -6,15 +6,14 @@
 
 #include "host/correction/cut_spectrum.h"
 #include "host/correction/live_correction.h"
-#include "host/correction/staged_pictures.h"
+#include "host/correction/queued_pictures.h"
 
 namespace zentrix::host {
 
-/// Pictures of a wave and its corrections. The first stage is the multiplication by the transfer function, the second
-/// the transform, limits and shades. A picture that is smaller on the screen than the wave is computed at the screen's
-/// resolution from the cut spectrum, see cut_spectrum.h; only pictures of full resolution are slow. The latter have the
-/// same bits as the correction's result, and become that.
-class live_pictures : public staged_pictures
+/// Pictures of a wave and its corrections. A picture that is smaller on the screen than the wave is computed at the
+/// screen's resolution from the cut spectrum, see cut_spectrum.h; only pictures of full resolution are slow. The latter
+/// have the same bits as the correction's result, and become that.
+class live_pictures : public queued_pictures
 {
   public:
     /// `corrected` must outlive the object.
@@ -32,19 +31,17 @@ class live_pictures : public staged_pictures
     const costs& spent() const noexcept { return spent_; }
 
   protected:
-    second_stage begin(const picture_request& wanted) override;
+    task begin(const picture_request& wanted) override;
 
   private:
     struct tools;
     struct product;
 
-    const image_ref& part_for(const spectrum_cut& cut);
     image_ref unused_image(spectrum_size size);
 
     live_correction& corrected_;
-    image_ref part_, part_of_;  ///< the kept part of a spectrum, and that spectrum
-    spectrum_cut part_cut_;
-    std::vector<image_ref> memory_;  ///< for products, used again when nobody else has them
+    std::vector<image_ref> memory_;  ///< of products, used again when nobody else has it
+    std::shared_ptr<product> last_;  ///< whose memory is not in memory_ yet; null: none
     std::shared_ptr<tools> tools_;   ///< of the worker
     costs spent_;
 };

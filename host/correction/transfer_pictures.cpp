@@ -15,24 +15,24 @@ transfer_pictures::transfer_pictures(engine& engine, int width, int height, std:
     : engine_{engine}, width_{width}, height_{height}, setup_{std::move(setup)}
 {}
 
-staged_pictures::second_stage transfer_pictures::begin(const picture_request& wanted)
+queued_pictures::task transfer_pictures::begin(const picture_request& wanted)
 {
     const auto reduced = [&](int side) {
         return wanted.full ? side : static_cast<int>(std::ceil(std::clamp(wanted.zoom * side, 1.0, 1.0 * side)));
     };
     const int columns = reduced(width_), rows = reduced(height_);
     const lens::optics setup = setup_();
-    const auto function = transfer_function_image(engine_, setup, columns, rows);
     // For single frequencies, see lens::transfer_value.
     const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply);
     const double right = 1 / (columns * setup.pixel_nm), down = 1 / (rows * setup.pixel_nm);
-    second_stage next;
+    task next;
     next.is_slow = wanted.full;
-    next.work = [=, is_full = columns == width_ && rows == height_](const std::atomic<bool>& given_up) {
+    next.work = [=, &host = engine_,
+                 is_full = columns == width_ && rows == height_](const std::atomic<bool>& given_up) {
         rendered_picture picture;
         picture.is_full = is_full;
-        picture.values = function;
-        show_values(wanted, given_up, picture);
+        picture.values = transfer_function_image(host, setup, columns, rows);
+        if (!given_up) show_values(wanted, given_up, picture);
         if (!given_up) mask_undersampled(picture.shades, arguments, right, down);
         return picture;
     };

@@ -2,17 +2,16 @@
 
 #include <functional>
 
-#include "host/correction/staged_pictures.h"
+#include "host/correction/queued_pictures.h"
 #include "host/engine/engine.h"
 #include "lens/transfer.h"
 
 namespace zentrix::host {
 
 /// Pictures of the phase contrast transfer function: sin(chi), damped by the envelope; real, from -1 to 1, zero
-/// frequency at (width / 2, height / 2). In each resolution, the frequency 1 / (2 pixel) is at the edges. The first
-/// stage is the library's transfer function. Where the function is undersampled in the picture's
-/// resolution, the picture is undersampled_ink.
-class transfer_pictures : public staged_pictures
+/// frequency at (width / 2, height / 2). In each resolution, the frequency 1 / (2 pixel) is at the edges. Where the
+/// function is undersampled in the picture's resolution, the picture is undersampled_ink.
+class transfer_pictures : public queued_pictures
 {
   public:
     /// width, height  of the spectrum [pixels]
@@ -23,7 +22,7 @@ class transfer_pictures : public staged_pictures
     int height() const override { return height_; }
 
   protected:
-    second_stage begin(const picture_request& wanted) override;
+    task begin(const picture_request& wanted) override;
 
   private:
     engine& engine_;

@@ -32,12 +32,13 @@ Answer guarded_on_any_thread(host_link* link, Answer failure, Work work) noexcep
     }
 }
 
-/// Runs `work` on the main thread. Returns `failure` when it throws; also, with a violation, on another thread.
+/// Runs `work` on the main thread, and in calls that the contract permits on others. Returns `failure` when it throws;
+/// also, with a violation, on another thread.
 template <class Answer, class Work>
 Answer guarded(host_link* link, const char* entry, Answer failure, Work work) noexcept
 {
     return guarded_on_any_thread(link, failure, [&](engine_state& state) -> Answer {
-        if (state.on_main_thread()) return work(state);
+        if (state.serves_this_thread()) return work(state);
         state.records->add_violation(std::string{entry} + " is called on a thread other than the main thread.");
         return failure;
     });

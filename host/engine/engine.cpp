@@ -4,6 +4,30 @@
 
 namespace zentrix::host {
 
+namespace {
+
+/// The script function that the contract permits on every thread.
+constexpr std::string_view for_any_thread = "ZXWTFMulDLL";
+
+/// The engine that a script function was called with on this thread.
+thread_local const engine_state* calling = nullptr;
+
+class call_on_this_thread
+{
+  public:
+    explicit call_on_this_thread(const engine_state& state) noexcept : before_{std::exchange(calling, &state)} {}
+    ~call_on_this_thread() { calling = before_; }
+    call_on_this_thread(const call_on_this_thread&) = delete;
+    call_on_this_thread& operator=(const call_on_this_thread&) = delete;
+
+  private:
+    const engine_state* before_;
+};
+
+}  // namespace
+
+bool engine_state::serves_this_thread() const noexcept { return on_main_thread() || calling == this; }
+
 engine::engine(engine_options options) : state_{std::make_unique<engine_state>(std::move(options))} {}
 
 engine::~engine() { forget_held(); }
@@ -12,7 +36,8 @@ host_link* engine::link() noexcept { return &state_->link.link; }
 
 script_value engine::call(std::string_view name, std::span<const script_value> arguments)
 {
-    if (!on_main_thread()) throw script_error{"Scripts run on the host's main thread only."};
+    if (!on_main_thread() && name != for_any_thread) throw script_error{"Scripts run on the host's main thread only."};
+    const call_on_this_thread here{*state_};
     const auto callee = state_->functions.resolve(name, arguments);
     try {
         return call_converted(*callee, arguments);
@@ -66,7 +91,11 @@ held_report engine::report() const
 {
     held_report held;
     held.references = state_->handles.held();
-    for (const auto& one : std::vector{state_->locks})  // a copy, as in handle_table::held
+    const auto locks = [&] {  // a copy, as in handle_table::held
+        const std::lock_guard guard{state_->locks_access};
+        return state_->locks;
+    }();
+    for (const auto& one : locks)
         if (const auto lock = one.lock(); lock && lock->is_locked()) held.locks.push_back(lock->describe());
     if (const auto references = state_->link_references.load())
         held.others.push_back("the link: " + std::to_string(references) + " references");

@@ -82,7 +82,8 @@ class engine
     /// The link to pass to DMPlugIn_Link_2.
     host_link* link() noexcept;
 
-    /// Calls a script function: finds the overload, converts the arguments, calls it and converts the result.
+    /// Calls a script function: finds the overload, converts the arguments, calls it and converts the result. For the
+    /// main thread; ZXWTFMulDLL for any thread, several at once, while the library is loaded.
     /// name       name of a function of the host or the library
     /// arguments  in prototype order; output parameters are cells (make_cell), which keep their values when the call
     ///            fails

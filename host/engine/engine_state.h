@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <map>
+#include <mutex>
 
 namespace zentrix::host {
 
@@ -21,6 +22,8 @@ struct engine_state
     /// Adds a host function unless the options withhold its prototype.
     void add_host_function(std::string_view prototype_text, host_function_body body);
     bool on_main_thread() const noexcept { return std::this_thread::get_id() == main_thread; }
+    /// Whether the library may call the contract's table on this thread.
+    bool serves_this_thread() const noexcept;
     /// The registered floating window of that title, or windows.end().
     std::vector<floating_window>::iterator window(std::string_view title);
 
@@ -35,7 +38,8 @@ struct engine_state
     engine_options options;
     std::shared_ptr<journal> records = std::make_shared<journal>();
     fault_plan faults;
-    std::vector<std::weak_ptr<image_lock>> locks;
+    std::mutex locks_access;
+    std::vector<std::weak_ptr<image_lock>> locks;  ///< guarded by locks_access
     std::vector<floating_window> windows;
     std::map<std::uint64_t, std::string> custom_tools;
     std::uint64_t last_custom_tool = 0;

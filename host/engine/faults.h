@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,7 +42,7 @@ struct failed_request
 ///     for (k = 1..requests) { engine.faults().plan({fault_point::any, k}); run(); ... }
 ///
 /// A call that is made to fail is not carried out. Releasing calls ("UnlockMemory", "UnregisterCustomTool") are carried
-/// out before they fail, because the caller cannot recover from a missing release.
+/// out before they fail, because the caller cannot recover from a missing release. Any thread.
 class fault_plan
 {
   public:
@@ -51,15 +52,15 @@ class fault_plan
     /// Removes the plan and resets the counts.
     void clear();
     /// Requests since the last plan or clear.
-    std::uint64_t count(fault_point point) const { return counts_[static_cast<std::size_t>(point)]; }
+    std::uint64_t count(fault_point point) const;
     /// Requests made to fail since the last plan or clear.
-    std::uint64_t fired() const { return failed_.size(); }
-    const std::vector<failed_request>& failed() const { return failed_; }
+    std::uint64_t fired() const { return failed().size(); }
+    std::vector<failed_request> failed() const;
 
     /// Counts a request. True when it has to fail.
     bool should_fail(fault_point point, std::string_view prototype);
     /// The text of the last planned failure. Requires that should_fail returned true.
-    const std::string& text() const { return text_; }
+    std::string text() const;
 
   private:
     struct planned_fault
@@ -67,6 +68,7 @@ class fault_plan
         fault chosen;
         std::uint64_t matching = 0;  ///< matching requests so far
     };
+    mutable std::mutex access_;
     std::vector<planned_fault> planned_;
     std::array<std::uint64_t, fault_points> counts_{};
     std::vector<failed_request> failed_;

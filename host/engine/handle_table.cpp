@@ -54,18 +54,20 @@ handle_table::entry& handle_table::require(host_object* handle, const char* acti
     return *found;
 }
 
-void handle_table::drop_if_unused(host_object* handle)
+object_ref handle_table::drop_if_unused(host_object* handle)
 {
     const auto found = entries_.find(number_of(handle));
-    if (found == entries_.end() || found->second.references + found->second.loans > 0) return;
+    if (found == entries_.end() || found->second.references + found->second.loans > 0) return nullptr;
     handles_.erase(found->second.held.get());
-    const auto dying = std::move(found->second.held);  // its destructor may call this table
+    auto dying = std::move(found->second.held);
     entries_.erase(found);
+    return dying;
 }
 
 host_object* handle_table::give(const object_ref& object)
 {
     if (!object) return nullptr;
+    const std::lock_guard guard{access_};
     auto* handle = handle_of(object);
     ++entries_[number_of(handle)].references;
     return handle;
@@ -74,36 +76,50 @@ host_object* handle_table::give(const object_ref& object)
 object_ref handle_table::take(host_object* handle)
 {
     if (!handle) return nullptr;
-    auto& taken = require(handle, "handed over");
-    auto held = taken.held;
-    release(handle);
+    const std::lock_guard guard{access_};
+    auto held = require(handle, "handed over").held;
+    static_cast<void>(release_one(handle));  // `held` keeps it
     return held;
 }
 
-object_ref handle_table::get(host_object* handle) { return handle ? require(handle, "used").held : nullptr; }
+object_ref handle_table::get(host_object* handle)
+{
+    if (!handle) return nullptr;
+    const std::lock_guard guard{access_};
+    return require(handle, "used").held;
+}
 
 void handle_table::add_reference(host_object* handle)
 {
     if (!handle) return;
+    const std::lock_guard guard{access_};
     if (auto* found = find(handle, "referenced")) ++found->references;
 }
 
 void handle_table::release(host_object* handle)
 {
     if (!handle) return;
+    object_ref dying;
+    const std::lock_guard guard{access_};
+    dying = release_one(handle);
+}
+
+object_ref handle_table::release_one(host_object* handle)
+{
     auto* found = find(handle, "released");
-    if (!found) return;
+    if (!found) return nullptr;
     if (found->references == 0) {
         records_.add_violation(label_of(number_of(handle)) + ", which was only lent, is released.");
-        return;
+        return nullptr;
     }
     --found->references;
-    drop_if_unused(handle);
+    return drop_if_unused(handle);
 }
 
 host_object* handle_table::lend(const object_ref& object)
 {
     if (!object) return nullptr;
+    const std::lock_guard guard{access_};
     auto* handle = handle_of(object);
     ++entries_[number_of(handle)].loans;
     return handle;
@@ -112,16 +128,21 @@ host_object* handle_table::lend(const object_ref& object)
 void handle_table::end_loan(host_object* handle)
 {
     if (!handle) return;
+    object_ref dying;
+    const std::lock_guard guard{access_};
     --entries_[number_of(handle)].loans;
-    drop_if_unused(handle);
+    dying = drop_if_unused(handle);
 }
 
 std::vector<std::string> handle_table::held() const
 {
     // Copies, because describe() may run foreign code that changes the table.
     std::vector<std::pair<std::uint64_t, entry>> ordered;
-    for (const auto& [number, one] : entries_)
-        if (one.references > 0) ordered.emplace_back(number & ~base_mask, one);
+    {
+        const std::lock_guard guard{access_};
+        for (const auto& [number, one] : entries_)
+            if (one.references > 0) ordered.emplace_back(number & ~base_mask, one);
+    }
     std::ranges::sort(ordered, {}, [](const auto& one) { return one.first; });
     std::vector<std::string> lines;
     lines.reserve(ordered.size());
@@ -134,11 +155,13 @@ std::vector<std::string> handle_table::held() const
 void handle_table::forget()
 {
     std::vector<std::uint64_t> numbers;
+    std::vector<object_ref> dying;
+    const std::lock_guard guard{access_};
     for (auto& [number, one] : entries_) {
         one.references = 0;
         numbers.push_back(number);
     }
-    for (const auto number : numbers) drop_if_unused(handle_from(number));
+    for (const auto number : numbers) dying.push_back(drop_if_unused(handle_from(number)));
 }
 
 }  // namespace zentrix::host

@@ -3,6 +3,7 @@
 #include "host/objects/journal.h"
 #include "host/objects/object.h"
 
+#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -11,7 +12,7 @@ namespace zentrix::host {
 
 /// The library's references to host objects. The host_object* that the library receives is a number that is never
 /// reused and is not an address. A foreign pointer, a stale one and one release too many are therefore always detected,
-/// and no handle is ever followed. Breaches are recorded in the journal. Main thread only.
+/// and no handle is ever followed. Breaches are recorded in the journal. Any thread.
 class handle_table
 {
   public:
@@ -51,8 +52,11 @@ class handle_table
     host_object* handle_of(const object_ref& object);
     entry* find(host_object* handle, const char* action);
     entry& require(host_object* handle, const char* action);
-    void drop_if_unused(host_object* handle);
+    /// Returns the object if the table has dropped it. To be destroyed without the lock: it may call this table.
+    [[nodiscard]] object_ref drop_if_unused(host_object* handle);
+    [[nodiscard]] object_ref release_one(host_object* handle);
 
+    mutable std::mutex access_;
     journal& records_;
     std::unordered_map<std::uint64_t, entry> entries_;
     std::unordered_map<const object*, std::uint64_t> handles_;

@@ -14,6 +14,7 @@ script_value locked_data(engine_state& state, const arguments& passed)
     if (!slice && !is_null(part)) throw script_error{describe(part) + " is not an image data slice."};
     auto lock = std::make_shared<image_lock>(passed.picture(0), passed.integer_as<std::uint32_t>(1), slice.get(),
                                              state.records, state.options.check_read_locks);
+    const std::lock_guard guard{state.locks_access};
     std::erase_if(state.locks, [](const auto& one) { return one.expired(); });
     state.locks.push_back(lock);
     return lock;

@@ -114,7 +114,7 @@ class image : public object
     std::shared_ptr<void> memory_;  // owns the bytes at data_
     access allowed_ = access::write;
     bool valid_ = true;
-    std::array<std::size_t, 2> locks_{};
+    std::array<std::atomic<std::size_t>, 2> locks_{};  // read locks are taken on any thread
     std::uint64_t write_locks_taken_ = 0;
     std::atomic<std::uint64_t> changes_ = 0;  // read on any thread
     std::function<void(image&)> listener_;

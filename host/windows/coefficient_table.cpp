@@ -18,7 +18,7 @@ namespace {
 
 constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
 // At 96 dots per inch. The height is that of all rows.
-constexpr int client_width = 370, client_height = 332, heading_height = 38, margin = 6;
+constexpr int client_width = 370, client_height = 336, heading_height = 42, margin = 6;
 constexpr COLORREF noticeable_colour = RGB(176, 0, 32);
 
 struct column
@@ -48,10 +48,11 @@ std::string short_number(double value)
 std::string heading_of(const lens::phase_shifts& shifts)
 {
     char text[200];
-    std::snprintf(text, sizeof text,
-                  "Phase shift of each coefficient alone at the %s, %.3g 1/nm (%.3g nm). Above \u03c0/4 it is visible.",
-                  shifts.at_information_limit ? "information limit" : "Nyquist frequency", shifts.frequency,
-                  1 / shifts.frequency);
+    std::snprintf(
+        text, sizeof text,
+        "Phase shift of each coefficient alone at the %s,\n%.3g 1/nm (%.3g nm). Above \u03c0/4 it is visible.",
+        shifts.at_information_limit ? "information limit" : "Nyquist frequency", shifts.frequency,
+        1 / shifts.frequency);
     return text;
 }
 

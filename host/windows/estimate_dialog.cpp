@@ -9,7 +9,6 @@
 #include "host/text/encoding.h"
 #include "host/windows/estimate_text.h"
 #include "host/windows/resource.h"
-#include "host/windows/running_estimate.h"
 #include "host/windows/screen_place.h"
 #include "host/windows/window.h"
 
@@ -80,8 +79,8 @@ void estimate_dialog::start()
 {
     const auto options = chosen();
     if (options.free.empty()) return say("Tick the coefficients to search.");
-    const auto [wave, setup] = listener_.begin();
-    running_ = std::make_unique<running_estimate>(wave, setup, options);
+    const auto [make_wave, setup] = listener_.begin();
+    running_ = std::make_unique<running_estimate>(make_wave, setup, options);
     say("Searching ...");
     show_progress(0);
     enable(true);
@@ -108,7 +107,7 @@ void estimate_dialog::finish()
         show_progress(1);
         return listener_.finished(*result);
     }
-    say(result ? "Stopped. The coefficients stay as they are." : ended->failure());
+    say(result || ended->stopping() ? "Stopped. The coefficients stay as they are." : ended->failure());
     show_progress(0);
     listener_.given_up();
 }

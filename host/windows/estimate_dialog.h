@@ -8,18 +8,17 @@
 #include <utility>
 
 #include "host/estimation/estimate.h"
+#include "host/windows/running_estimate.h"
 #include "host/windows/tool_tips.h"
 #include "win32/handles.h"
 
 namespace zentrix::host {
 
-class running_estimate;
-
 /// What the dialog needs from its owner. It calls these functions on the thread that has made it.
 struct estimate_listener
 {
-    /// The wave, which must not change during the search, and the optics at which the search starts.
-    std::function<std::pair<image_ref, lens::optics>()> begin;
+    /// What makes the wave, for running_estimate, and the optics at which the search starts.
+    std::function<std::pair<wave_maker, lens::optics>()> begin;
     std::function<void(const lens::aberrations&)> preview;  ///< the best coefficients so far, while the search runs
     std::function<void(const estimate&)> finished;          ///< the search has ended by itself
     std::function<void()> given_up;                         ///< it was stopped, or failed

@@ -102,7 +102,7 @@ void image_window::refine()
     const auto is_down = [](int button) { return GetAsyncKeyState(button) < 0; };
     if (is_down(VK_LBUTTON) || is_down(VK_RBUTTON) || HIWORD(GetQueueStatus(QS_INPUT)) != 0) return;
     KillTimer(handle(), rest_timer);
-    if (!rendered_.is_full || pending()) newest_ = source_.request(request(true));
+    if (!is_refined()) newest_ = source_.request(request(true));
 }
 
 void image_window::set_mode(display_mode mode)
@@ -162,8 +162,7 @@ void image_window::add_plot(double height, std::function<picture(int width, int 
 void image_window::refresh_plot()
 {
     strip_is_stale_ = true;
-    const RECT place = strip_area();
-    InvalidateRect(handle(), &place, FALSE);
+    redraw_strip();
 }
 
 void image_window::set_title(const std::string& title)
@@ -179,7 +178,7 @@ void image_window::say(const std::string& text)
 
 const picture& image_window::shown()
 {
-    if (!rendered_.is_full || pending()) {
+    if (!is_refined()) {
         auto picture = source_.wait_for(request(true));
         newest_ = picture.number;
         show_picture(std::move(picture));

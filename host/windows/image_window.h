@@ -84,6 +84,8 @@ class image_window : public window
     /// Whether there is a limit of the histogram that the mouse can drag.
     bool limit_at(POINT in_client) const;
 
+    /// Whether the present picture at full resolution is on the screen.
+    bool is_refined() const noexcept { return rendered_.is_full && !pending(); }
     /// The present picture at full resolution; waits for it. After a failure that was reported it is the previous one,
     /// which is still on the screen.
     /// Throws  script_error with the reason of a failure that was not reported
@@ -118,7 +120,7 @@ class image_window : public window
     std::optional<grey_limits> wanted_limits() const;
     picture_request request(bool full) const;
     /// Whether the image has changed since the picture on the screen was requested.
-    bool pending() const { return received_ < changed_; }
+    bool pending() const noexcept { return received_ < changed_; }
     void take_picture();
     void show_picture(rendered_picture&& rendered);
     void refine();
@@ -132,6 +134,7 @@ class image_window : public window
     void lay_out();
     void view_changed();
     void redraw_picture();
+    void redraw_strip();
     void paint();
     void draw(HDC to);
     void draw_picture(HDC to);

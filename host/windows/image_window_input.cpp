@@ -14,6 +14,7 @@ namespace zentrix::host {
 namespace {
 
 // The system's IDC_SIZEALL and IDC_SIZEWE as numbers, which are constant expressions.
+constexpr std::size_t most_painted_at_once = std::size_t{1} << 20;  // pixels; a few milliseconds
 constexpr WORD move_cursor = 32646, sideways_cursor = 32644;
 
 bool is_held(int key) { return GetKeyState(key) < 0; }
@@ -136,7 +137,7 @@ bool image_window::view_command(unsigned id)
     return true;
 }
 
-/// Paints the present values with other limits at once, without a request: the values are the same.
+/// Shows the present values with other limits; small pictures at once, without a request.
 /// limits  nothing: automatic ones
 void image_window::choose_limits(std::optional<grey_limits> limits)
 {
@@ -144,8 +145,12 @@ void image_window::choose_limits(std::optional<grey_limits> limits)
     chosen_limits_[static_cast<std::size_t>(mode_)] = limits;
     if (!rendered_.values || !is_grey()) return;
     rendered_.limits = limits.value_or(rendered_.automatic);
-    paint_picture({*rendered_.values, mode_, palette::grey, rendered_.limits}, rendered_.shades);
     strip_is_stale_ = true;
+    if (rendered_.values->count() > most_painted_at_once) {
+        redraw_strip();
+        return refresh();
+    }
+    paint_picture({*rendered_.values, mode_, palette::grey, rendered_.limits}, rendered_.shades);
     redraw_picture();
     if (pending() || received_ < newest_) refresh();  // the awaited picture would have the former limits
 }

@@ -96,10 +96,13 @@ void image_window::redraw_picture()
     picture_is_stale_ = true;
     const RECT area = picture_area();
     InvalidateRect(handle(), &area, FALSE);
-    if (strip_is_stale_) {
-        const RECT strip = strip_area();
-        InvalidateRect(handle(), &strip, FALSE);
-    }
+    if (strip_is_stale_) redraw_strip();
+}
+
+void image_window::redraw_strip()
+{
+    const RECT strip = strip_area();
+    InvalidateRect(handle(), &strip, FALSE);
 }
 
 void image_window::paint()

@@ -129,7 +129,7 @@ void panel_handler::change()
 void panel_handler::apply()
 {
     end_preview();
-    const image_ref former = correction_.spectrum();
+    const auto former = correction_.spectrum();
     correction_.accept();
     if (applied_.empty()) first_spectrum_ = former;
     applied_.emplace_back(coefficients(), scope_);
@@ -147,7 +147,7 @@ void panel_handler::restore(const panel_state& wanted)
 
 void panel_handler::remake_source(const panel_state& wanted)
 {
-    const image_ref former = correction_.spectrum();
+    const auto former = correction_.spectrum();
     const bool continues =
         applied_.size() < wanted.applied.size() && std::equal(applied_.begin(), applied_.end(), wanted.applied.begin());
     try {
@@ -198,9 +198,9 @@ void panel_handler::edit_microscope()
 void panel_handler::detach()
 {
     view_ = nullptr;
-    pictures_.give_up();
-    transfer_pictures_.give_up();
-    diffractograms_.give_up();
+    queued_pictures* const all[] = {&pictures_, &transfer_pictures_, &diffractograms_};
+    for (auto* const one : all) one->give_up();
+    for (auto* const one : all) one->give_up_and_wait();
 }
 
 image_ref panel_handler::transfer_function() const

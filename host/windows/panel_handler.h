@@ -97,13 +97,12 @@ class panel_handler : public script_object
     panel_state state() const { return {coefficients(), scope_, applied_}; }
     /// Returns to a former state, to the bit. The sources of all Applies are made again from the first one, which is
     /// kept, so that the memory does not grow with their number.
-    /// Throws  as live_correction::accept; all is then as it was. std::invalid_argument for a state with which the wave
-    ///         cannot be corrected, which is then the present one
+    /// Throws  std::invalid_argument for a state with which the wave cannot be corrected, which is then the present one
     void restore(const panel_state& wanted);
     /// The optics of the coefficients that the panel shows.
     lens::optics optics() const;
-    /// The wave that is corrected, in an image of its own.
-    image_ref source() { return correction_.source(); }
+    /// The spectrum of the wave that is corrected.
+    std::shared_ptr<const lazy_spectrum> source() const { return correction_.spectrum(); }
     /// Shows the wave without these aberrations, until the next change; the panel stays as it is.
     void preview(const lens::aberrations& lens);
     bool previewing() const noexcept { return previewing_; }
@@ -119,7 +118,7 @@ class panel_handler : public script_object
     void edit_microscope();
     /// Shows or hides the transfer function and updates the panel's button.
     void set_transfer_function(bool shown);
-    /// Makes all later calls do nothing.
+    /// Makes all later calls do nothing. Returns when no other thread calls the library for this handler.
     void detach();
 
   private:
@@ -146,7 +145,7 @@ class panel_handler : public script_object
     tag_group_ref tags_ = memory_tag_group::make_group();
     std::function<void(const std::string&)> listener_;
     std::vector<std::pair<lens::aberrations, microscope>> applied_;
-    image_ref first_spectrum_;  ///< before the first Apply
+    std::shared_ptr<const lazy_spectrum> first_spectrum_;  ///< before the first Apply
 };
 
 }  // namespace zentrix::host

@@ -12,7 +12,10 @@ void panel_program::show_estimate_dialog()
             wave_window_->handle(), frame_->handle(),
             estimate_listener{.begin =
                                   [this] {
-                                      return std::pair{handler_->source(), handler_->optics()};
+                                      const auto make_wave = [source = handler_->source()](const auto& given_up) {
+                                          return wave_of(*source, &given_up);
+                                      };
+                                      return std::pair{wave_maker{make_wave}, handler_->optics()};
                                   },
                               .preview = [this](const lens::aberrations& lens) { handler_->preview(lens); },
                               .finished = [this](const estimate& found) { accept_estimate(found); },

@@ -6,10 +6,10 @@
 
 namespace zentrix::host {
 
-running_estimate::running_estimate(image_ref wave, const lens::optics& setup, const estimate_options& options)
-    : thread_{[this, wave = std::move(wave), setup, options](const std::stop_token& token) {
+running_estimate::running_estimate(wave_maker make_wave, const lens::optics& setup, const estimate_options& options)
+    : thread_{[this, make_wave = std::move(make_wave), setup, options](const std::stop_token& token) {
           const std::stop_callback on_stop{token, [this] { stop(); }};
-          search(wave, setup, options);
+          search(make_wave, setup, options);
           ended_ = true;
       }}
 {}
@@ -26,7 +26,7 @@ std::optional<lens::aberrations> running_estimate::take_best()
     return std::exchange(best_, std::nullopt);
 }
 
-void running_estimate::search(const image_ref& wave, const lens::optics& setup, const estimate_options& options)
+void running_estimate::search(const wave_maker& make_wave, const lens::optics& setup, const estimate_options& options)
 {
     const auto progress = [this](double fraction, const lens::optics& current) {
         const std::scoped_lock lock{access_};
@@ -35,6 +35,8 @@ void running_estimate::search(const image_ref& wave, const lens::optics& setup, 
         return !stopping_;
     };
     try {
+        const auto wave = make_wave(stopping_);
+        if (!wave) return;
         result_ = estimate_aberrations(*wave, setup, options, progress);
     } catch (const std::bad_alloc&) {
         failure_ = "There is not enough memory for this search.";

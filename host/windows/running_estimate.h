@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -10,12 +11,16 @@
 
 namespace zentrix::host {
 
+/// Makes the wave that is searched; null once `given_up` is true.
+using wave_maker = std::function<image_ref(const std::atomic<bool>& given_up)>;
+
 /// A search for aberrations on a thread of its own. The destructor stops it and waits for its end.
 class running_estimate
 {
   public:
-    /// Starts the search. All arguments are copied; the wave must not change.
-    running_estimate(image_ref wave, const lens::optics& setup, const estimate_options& options);
+    /// Starts the search.
+    /// make_wave  called on the search's thread; must not throw anything but std::exception
+    running_estimate(wave_maker make_wave, const lens::optics& setup, const estimate_options& options);
 
     void stop() noexcept { stopping_ = true; }
     bool stopping() const noexcept { return stopping_; }  ///< whether `stop` was called
@@ -31,7 +36,7 @@ class running_estimate
     const std::string& failure() const noexcept { return failure_; }
 
   private:
-    void search(const image_ref& wave, const lens::optics& setup, const estimate_options& options);
+    void search(const wave_maker& make_wave, const lens::optics& setup, const estimate_options& options);
 
     mutable std::mutex access_;
     double fraction_ = 0;

@@ -77,6 +77,10 @@ void window::report_exception() noexcept
 
 LRESULT window::handle_message(UINT message, WPARAM wparam, LPARAM lparam)
 {
+    // Alt and Alt with a letter are for the menu of the program. Alt and Space are for the window's own.
+    const bool for_menu = message == WM_SYSCOMMAND && (wparam & 0xfff0) == SC_KEYMENU && lparam != ' ';
+    const HWND owner = GetWindow(handle(), GW_OWNER);
+    if (for_menu && owner && !GetMenu(handle())) return SendMessageW(owner, message, wparam, lparam);
     return DefWindowProcW(handle(), message, wparam, lparam);
 }
 

@@ -83,6 +83,7 @@ def test_smaller_wave_samples_the_same_field():
     assert small.shape == (64, 64) and found.reduction == 4 and found.pixel == pytest.approx(0.2)
     assert np.abs(small - full[::4, ::4])[4:-4, 4:-4].max() < 1e-3
     assert found.resolution == pytest.approx(SIZE / (30 - 0.06 * 30))
+    assert found.contrast == pytest.approx(0.4, abs=0.02)
 
 
 def test_the_other_sideband_has_the_conjugate_wave():

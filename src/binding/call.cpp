@@ -1,5 +1,9 @@
 #include "binding/call.h"
 
+#include <cstddef>
+#include <mutex>
+#include <new>
+
 #include "framework/link.h"
 #include "framework/plugin_main.h"
 
@@ -11,6 +15,14 @@ constexpr char null_dispatch[] = "Attempt to dispatch off a null object.";
 constexpr char no_host[] = "There is no host.";
 
 function_slot* first_slot = nullptr;  // of those that were ever used
+
+/// Never destroyed, as a host may shut the library down after the end of static objects.
+std::mutex& slots_access()
+{
+    alignas(std::mutex) static std::byte memory[sizeof(std::mutex)];
+    static std::mutex& access = *new (memory) std::mutex;
+    return access;
+}
 
 host_link* require_link()
 {
@@ -30,6 +42,7 @@ function_slot::~function_slot()
 
 const function_ref& function_slot::find()
 {
+    const std::lock_guard guard{slots_access()};
     host_link* link = Gatan::PlugIn::current_link();
     if (function_ || !link) return function_;
     function_ = function_ref::adopt(link->table->find_function(link, prototype_));

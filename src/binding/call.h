@@ -28,7 +28,7 @@ class host_error : public Gatan::gatan_exception
 
 /// Caches the host function of one prototype: looked up at the first use, and again after a change of the link.
 /// Slots have static storage duration. One that the end of the process destroys leaves the list of release_all, because
-/// a host may shut the library down after that. Host calls are made on the main thread only, so slots need no lock.
+/// a host may shut the library down after that. `find` and `require` may be called on any thread.
 class function_slot
 {
   public:

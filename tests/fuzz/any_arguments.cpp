@@ -199,10 +199,12 @@ image_ref any_arguments::new_image(input& from)
     const auto codes = all_elements();
     const std::uint32_t code = from.below(4) != 0 ? from.pick(common_codes) : codes[from.below(codes.size())].code;
     const element& type = element_of(code);
-    const std::size_t dimensions = 1 + from.below(3);
+    const image* const like = !images_.empty() && from.coin() ? images_[0].get() : nullptr;
+    const std::size_t dimensions = like ? like->dimensions() : 1 + from.below(3);
     std::uint32_t sizes[3]{};
     for (std::size_t d = 0; d < dimensions; ++d)
-        sizes[d] = static_cast<std::uint32_t>(1 + (from.coin() ? 7 : from.below(d == 2 ? 12 : 24)));
+        sizes[d] =
+            like ? like->size(d) : static_cast<std::uint32_t>(1 + (from.coin() ? 7 : from.below(d == 2 ? 12 : 24)));
     // Dense, with gaps, or backwards.
     std::ptrdiff_t strides[3]{}, origin = 0, distance = 1;
     const std::size_t kind = from.below(4);
@@ -227,20 +229,28 @@ image_ref any_arguments::new_image(input& from)
                        is_writable ? access::write : access::read, room);
 }
 
-/// Another view of an image's memory, shorter by some elements at its start.
+/// Another view of an image's memory, shorter by some elements at its start; or the parts of complex numbers.
 image_ref any_arguments::overlapping_view(input& from, std::size_t of)
 {
     const image& other = *images_[of];
-    const auto shift = static_cast<std::uint32_t>(from.below(3));
+    const bool is_complex = other.code() == HOST_ELEMENT_COMPLEX64 || other.code() == HOST_ELEMENT_COMPLEX128;
+    const bool is_part = is_complex && from.below(4) != 0;
+    const auto shift = static_cast<std::uint32_t>(is_part ? 0 : from.below(3));
     std::uint32_t sizes[3]{};
     std::ptrdiff_t strides[3]{};
     for (std::size_t d = 0; d < other.dimensions(); ++d) sizes[d] = other.size(d), strides[d] = other.stride(d);
     if (sizes[0] <= shift) return images_[of];
     overlap_ = true;
     sizes[0] -= shift;
-    auto* const start = static_cast<unsigned char*>(images_[of]->data()) +
-                        strides[0] * static_cast<std::ptrdiff_t>(shift * other.type().bytes);
-    return image::over("view", other.code(), start, std::span{sizes}.first(other.dimensions()),
+    auto* start = static_cast<unsigned char*>(images_[of]->data()) +
+                  strides[0] * static_cast<std::ptrdiff_t>(shift * other.type().bytes);
+    std::uint32_t code = other.code();
+    if (is_part) {
+        for (std::ptrdiff_t& stride : strides) stride *= 2;
+        code = code == HOST_ELEMENT_COMPLEX64 ? HOST_ELEMENT_FLOAT32 : HOST_ELEMENT_FLOAT64;
+        if (from.coin()) start += element_of(code).bytes;
+    }
+    return image::over("view", code, start, std::span{sizes}.first(other.dimensions()),
                        std::span{strides}.first(other.dimensions()), access::write, memories_[0]);
 }
 

@@ -27,6 +27,7 @@ constexpr const char* command_lines[] = {
     "aberrate wave.npy -o out.mrc --kv 300 --pixel 0.02 --C1 -62 --focus-spread 3 --tilt 0.5,1",
     "correct wave.npy -o out.npy --params p.json --scale-bar --colour-bar --png out.png --show wave",
     "correct wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -80:-40:10",
+    "correct wave.npy -o out.npy --kv 300 --pixel 0.02 --C1 -80:-40:10 --png out.png",
     "correct wave.npy phase.npy -o results --kv 300 --pixel 0.02 --C1 -40 --continue",
     "ctf --kv 300 --pixel 0.02 --C1 -62 --C3 0.15 --focus-spread 3 -o ctf.png",
     "convert p.json --to polar --unit A --angle rad",

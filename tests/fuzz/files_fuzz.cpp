@@ -13,6 +13,10 @@
 #include "tests/fuzz/sample_files.h"
 #include "tests/support/scratch.h"
 
+/// Of the address sanitizer; null without it.
+extern "C" [[gnu::weak]] int __sanitizer_install_malloc_and_free_hooks(void (*)(const volatile void*, std::size_t),
+                                                                       void (*)(const volatile void*));
+
 using namespace zentrix::host;
 
 namespace {
@@ -66,6 +70,16 @@ void check_memory(const image& pixels, std::size_t file_bytes, bool is_tiff)
     const std::size_t bytes = pixels.count() * pixels.type().bytes;
     if (bytes > (is_tiff ? 4096 : 16) * file_bytes + 64) fuzz::fail("an image is larger than its file justifies");
 }
+
+/// Inputs have some KiB, of which a compressed TIFF makes some MiB at most.
+void check_allocation(const volatile void*, std::size_t bytes)
+{
+    if (bytes > std::size_t{512} << 20) fuzz::fail("memory for " + std::to_string(bytes) + " bytes");
+}
+
+const int watched = __sanitizer_install_malloc_and_free_hooks
+                        ? __sanitizer_install_malloc_and_free_hooks(check_allocation, [](const volatile void*) {})
+                        : 0;
 
 }  // namespace
 

@@ -48,6 +48,10 @@ std::optional<std::complex<double>> nanometres(const parameter_set& of, lens::co
 /// What was read; an error from here on is a fault.
 void check_parameters(const parameter_set& read)
 {
+    for (const auto& width : {read.focus_spread_nm, read.convergence_mrad, read.vibration_nm})
+        if (width && !(*width >= 0)) fuzz::fail("a width is no width");
+    for (const auto& positive : {read.kilovolts, read.wavelength_nm, read.pixel_nm})
+        if (positive && !(*positive > 0)) fuzz::fail("a voltage or a length is none");
     const std::string written = as_json(read).dump();
     const auto again = shared().folder / "again.json";
     write_parameters(again, read);
@@ -106,6 +110,10 @@ std::vector<std::string> fuzz::seeds()
         R"({"notation": "corrector", "C1": -62, "A1": 14, "phiA1": 3, "frame": {"length": "nm", "angle": "deg"}})",
         R"({"c_1_0": {"magnitude": -62, "units": "nm"}, "c_1_2_a": {"magnitude": 3, "units": "nm"},
             "c_1_2_b": {"magnitude": 3, "units": "nm"}})",
+        R"({"A1": "14@-135", "B2": [-30, 190], "A2": "3@300", "S3": "2@275", "A3": "1@-1", "B4": "1@200", "D4": "1@99",
+            "A4": "1@333", "C5": -2, "A5": "3@31", "R5": "1@275", "S5": "4@-100"})",
+        R"({"vibration": -1, "focus_spread": 3})",
+        R"({"pixel": -0.02, "convergence": 1})",
         R"({"a": [[[[{"b": null}]]], 1e308, "\ud83d\ude00\u0000"], "kv": true})"};
     std::vector<std::string> inputs;
     for (const std::string& text : texts)

@@ -31,7 +31,7 @@ std::vector<std::string> written_as(const std::string& name)
     const support::scratch_folder folder;
     std::vector<std::string> made;
     for (const std::uint32_t code : codes)
-        for (const auto& sizes : {std::vector<std::uint32_t>{4, 3}, {3, 2, 2}}) {
+        for (const auto& sizes : {std::vector<std::uint32_t>{4, 3}, {3, 2, 3}}) {
             const auto pixels = sample(code, sizes);
             pixels->set_scale({{{{0.5, 1, "nm"}, {0.5, 0, "nm"}, {2, 0, "nm"}}}, 300});
             try {
@@ -70,6 +70,9 @@ std::string compressed_tiff(std::uint16_t compression, const char* mode, std::ui
     return folder.read("t.tif");
 }
 
+/// Elements of a file whose header announces far more.
+const std::string too_few(200, 'x');
+
 }  // namespace
 
 std::vector<std::string> sample_npy_files()
@@ -87,10 +90,18 @@ std::vector<std::string> sample_npy_files()
     made.push_back(header("{'descr': '<c16', 'fortran_order': False, 'shape': (1, 1, 2), }\n", 2) +
                    std::string(32, 'c'));
     made.push_back(header("{'descr': '|u1', 'fortran_order': False, 'shape': (5,), }\n", 3) + "bytes");
+    made.push_back(header("{'descr': '<f4', 'fortran_order': False, 'shape': (20000, 20000), }\n", 1) + too_few);
     return made;
 }
 
-std::vector<std::string> sample_mrc_files() { return written_as("s.mrc"); }
+std::vector<std::string> sample_mrc_files()
+{
+    auto made = written_as("s.mrc");
+    std::string large = made.front();
+    for (const std::size_t at : {0u, 4u}) large.replace(at, 4, "\x20\x4e\0\0", 4);  // 20000 columns and rows
+    made.push_back(large + too_few);
+    return made;
+}
 
 std::vector<std::string> sample_dm_files()
 {

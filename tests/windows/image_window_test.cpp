@@ -2,7 +2,7 @@
 #include "host/windows/image_window.h"
 
 #include "host/correction/picture_values.h"
-#include "host/correction/staged_pictures.h"
+#include "host/correction/queued_pictures.h"
 #include "host/windows/screenshot.h"
 #include "tests/windows/control.h"
 
@@ -20,7 +20,7 @@ namespace {
 using namespace zentrix::host;
 
 /// Pictures that count their work. They have full resolution.
-class counted_pictures : public staged_pictures
+class counted_pictures : public queued_pictures
 {
   public:
     int begun = 0, taken = 0;
@@ -38,10 +38,10 @@ class counted_pictures : public staged_pictures
 
   protected:
     /// values  real, made by the worker
-    second_stage showing(const picture_request& wanted, std::function<image_ref()> values)
+    task showing(const picture_request& wanted, std::function<image_ref()> values)
     {
         ++begun;
-        second_stage next;
+        task next;
         next.work = [=](const std::atomic<bool>& given_up) {
             rendered_picture picture;
             picture.is_full = true;
@@ -63,7 +63,7 @@ class white_pictures : public counted_pictures
     int height() const override { return 2; }
 
   private:
-    second_stage begin(const picture_request& wanted) override
+    task begin(const picture_request& wanted) override
     {
         if (fails) throw std::runtime_error{"no picture"};
         return showing(wanted, [] { return image::create("white", HOST_ELEMENT_FLOAT32, {{2, 2}}); });
@@ -106,7 +106,7 @@ class numbered_pictures : public counted_pictures
     std::atomic<bool> released = false;
 
   private:
-    second_stage begin(const picture_request& wanted) override
+    task begin(const picture_request& wanted) override
     {
         return showing(wanted, [this, number = begun + 1] {
             while (number > 2 && !released) Sleep(1);
@@ -147,11 +147,13 @@ class slope_pictures : public counted_pictures
     int width() const override { return 64; }
     int height() const override { return 64; }
     static float value(int x, int y) { return static_cast<float>((37 * x + 101 * y) % 256); }
+    std::atomic<bool> held = false;  ///< no picture is finished meanwhile
 
   private:
-    second_stage begin(const picture_request& wanted) override
+    task begin(const picture_request& wanted) override
     {
-        return showing(wanted, [before = wanted.uncorrected] {
+        return showing(wanted, [this, before = wanted.uncorrected] {
+            while (held) Sleep(1);
             auto values = image::create("slope", HOST_ELEMENT_FLOAT32, {{64, 64}});
             for (int y = 0; y < 64 && !before; ++y)
                 for (int x = 0; x < 64; ++x) values->at<float>(x, y) = value(x, y);
@@ -210,11 +212,14 @@ TEST(ImageWindow, ZoomsPansAndChoosesLimits)
     const float former = limits.white;
     int handle = 199;
     while (handle > 0 && !shows.limit_at({handle, strip})) --handle;  // the white one, from the right
+    pictures.held = true;
+    shows.refresh();  // its picture has other limits
     window.mouse(WM_LBUTTONDOWN, handle, strip);
     window.mouse(WM_MOUSEMOVE, handle - 20, strip);
     window.mouse(WM_LBUTTONUP, handle - 20, strip);
     const float chosen = shows.shown_limits().white;
     EXPECT_LT(chosen, former - 20);
+    pictures.held = false;
     shows_image(limits.black, chosen);
     window.send(WM_KEYDOWN, VK_SPACE);
     settled();

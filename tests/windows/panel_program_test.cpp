@@ -266,6 +266,7 @@ TEST_F(at_the_panel, AFailedCorrectionIsReportedOnceAndNeitherShownAppliedNorSav
     const auto before = shown();
     engine_.faults().plan({fault_point::call, 0, "void ImageDataChanged( ImageRef )"});
     of_page(0, 5003).type("-30");
+    for (int i = 0; i < 300 && program_->said().empty(); ++i) settle();
     engine_.faults().clear();
     const struct
     {

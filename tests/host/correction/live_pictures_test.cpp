@@ -1,6 +1,7 @@
 // Pictures of a live correction: the cut picture is the low-passed wave, the full one has the bits of the result.
 #include "host/correction/live_pictures.h"
 
+#include "host/correction/multiply_spectrum.h"
 #include "host/correction/transfer_pictures.h"
 #include "host/engine/library.h"
 #include "host/fft/fft.h"
@@ -9,10 +10,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cmath>
 #include <complex>
 #include <numbers>
 #include <random>
+#include <thread>
 
 namespace {
 
@@ -132,12 +135,60 @@ TEST_F(LivePictures, ThePictureOfFullResolutionHasTheBitsOfTheResultAndBecomesIt
     correction.set(aberrated(3), lens::damping::off);
     static_cast<void>(correction.result());
     EXPECT_TRUE(support::same_bytes(pixels_of(*shown.values), kept)) << "a picture that is in use does not change";
-    correction.accept();
-    auto ideal = aberrated(0);
-    ideal.lens = {};
-    correction.set(ideal, lens::damping::off);
-    EXPECT_LT(std::abs(pixels_of(*pictures.wait_for({.full = true}).values)[0] - pixels_of(*correction.source())[0]),
-              1e-5);
+}
+
+TEST_F(LivePictures, AppliedCorrectionsHaveTheBitsOfSuccessiveOnesComputedBeforeOrWhenNeeded)
+{
+    const auto wave = noise(100, 90);
+    const auto expected = wave->clone();
+    for (const double c1 : {-40.0, 25.0, 3.0})
+        multiply_spectrum(engine_, expected,
+                          lens::arguments_for(aberrated(c1), 100, 90, lens::direction::remove, lens::damping::on));
+    live_correction correction{engine_, wave};
+    live_pictures pictures{correction};
+    const auto first = correction.spectrum();
+    for (const bool computed_before : {false, true}) {
+        correction.use_spectrum(first);
+        for (const double c1 : {-40.0, 25.0}) {
+            correction.set(aberrated(c1), lens::damping::on);
+            if (computed_before) static_cast<void>(pictures.wait_for({.full = true}));
+            correction.accept();
+        }
+        correction.set(aberrated(3), lens::damping::on);
+        EXPECT_TRUE(support::same_bytes(pixels_of(*pictures.wait_for({.full = true}).values), pixels_of(*expected)));
+    }
+}
+
+TEST_F(LivePictures, TheLibraryMultipliesOnSeveralThreadsAndRefusesTheRest)
+{
+    const auto spectrum = noise(64, 48);
+    const auto arguments = lens::arguments_for(aberrated(-40), 64, 48, lens::direction::remove, lens::damping::on);
+    const auto expected = spectrum->clone();
+    multiply_by_transfer(engine_, expected, expected, arguments);
+    std::atomic<int> right = 0, refused = 0;
+    {
+        std::vector<std::jthread> threads;
+        for (int thread = 0; thread < 4; ++thread)
+            threads.emplace_back([&] {
+                const auto product = spectrum->clone();
+                for (int i = 0; i < 20; ++i) {
+                    multiply_by_transfer(engine_, spectrum, product, arguments);
+                    right += pixels_of(*product) == pixels_of(*expected);
+                }
+                try {
+                    engine_.call("ZXGetMaxThreads", {});
+                } catch (const script_error&) {
+                    ++refused;
+                }
+            });
+        const auto plane = image::create("plane", HOST_ELEMENT_FLOAT32, {{64, 48}});
+        for (int i = 0; i < 20; ++i)
+            engine_.call("ZXMedianFilter", {plane, std::int64_t{1}, script_value{}, std::int64_t{1}});
+    }
+    EXPECT_EQ(right, 80);
+    EXPECT_EQ(refused, 4);
+    const auto report = engine_.report();
+    EXPECT_TRUE(report.locks.empty() && report.violations.empty()) << report.text();
 }
 
 TEST_F(LivePictures, AFailureIsReportedOnceUntilTheCorrectionChanges)

@@ -2,16 +2,16 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 #include "host/correction/picture_worker.h"
 
 namespace zentrix::host {
 
-/// Pictures that are made in two stages: the first on the user's thread, because the library runs on the engine's main
-/// thread only, the second by a picture_worker. Of several requests that come while the worker is busy, only the newest
-/// is begun. The worker finishes a quick picture when a newer request comes: else there would be none during a drag.
-/// It gives up a slow one.
-class staged_pictures : public picture_supply
+/// Pictures that a picture_worker makes, one after the other. Of several requests that come while it is busy, only the
+/// newest is begun. The worker finishes a quick picture when a newer request comes: else there would be none during a
+/// drag. It gives up a slow one.
+class queued_pictures : public picture_supply
 {
   public:
     void on_ready(std::function<void()> ready) override;
@@ -20,16 +20,21 @@ class staged_pictures : public picture_supply
     rendered_picture wait_for(const picture_request& wanted) override;
     /// Forgets the waiting request and asks the running work to end soon. Returns at once.
     void give_up();
+    /// The same, but returns when the work has ended.
+    void give_up_and_wait();
 
   protected:
-    struct second_stage
+    struct task
     {
         picture_worker::job work;  ///< must not use this object, of which it may see the end
         bool is_slow = false;
-        std::function<void()> taken = [] {};  ///< called on the user's thread after `work`, unless it was given up
+        /// One of these is called on the user's thread after `work`, unless it was given up.
+        std::function<void()> taken = [] {};
+        std::function<void(const std::string& failure)> failed = [](const std::string&) {};
     };
-    /// The first stage. An exception is a picture with its text as failure.
-    virtual second_stage begin(const picture_request& wanted) = 0;
+    /// What is to be done for a picture of the present image. On the user's thread while the worker rests; must be
+    /// quick. An exception is a picture with its text as failure.
+    virtual task begin(const picture_request& wanted) = 0;
 
   private:
     void collect();
@@ -39,7 +44,7 @@ class staged_pictures : public picture_supply
     std::uint64_t number_ = 0;
     std::optional<picture_request> waiting_;
     std::uint64_t running_number_ = 0;
-    second_stage running_;
+    task running_;
     std::optional<rendered_picture> done_;
     picture_worker worker_;  // last, so that it ends first
 };

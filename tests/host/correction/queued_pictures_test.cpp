@@ -1,5 +1,5 @@
 // Requests that come while a picture is made, failures, and the end while a picture is made.
-#include "host/correction/staged_pictures.h"
+#include "host/correction/queued_pictures.h"
 #include "host/correction/picture_values.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 using namespace zentrix::host;
 
 /// Pictures whose work lasts until the test lets it end. The request's zoom is the number of the job.
-class slow_pictures : public staged_pictures
+class slow_pictures : public queued_pictures
 {
   public:
     int width() const override { return 1; }
@@ -26,17 +26,17 @@ class slow_pictures : public staged_pictures
         std::atomic<bool> may_end = false, gave_up = false, started = false;
     };
     const std::shared_ptr<progress> job = std::make_shared<progress>();
-    std::string first_failure, second_failure;
+    std::string begin_failure, work_failure;
 
   private:
-    second_stage begin(const picture_request& wanted) override
+    task begin(const picture_request& wanted) override
     {
-        if (!first_failure.empty()) throw std::runtime_error{first_failure};
+        if (!begin_failure.empty()) throw std::runtime_error{begin_failure};
         begun.push_back(wanted.zoom);
         job->started = false;
-        second_stage next;
+        task next;
         next.is_slow = wanted.full;
-        next.work = [job = job, failure = second_failure](const std::atomic<bool>& given_up) {
+        next.work = [job = job, failure = work_failure](const std::atomic<bool>& given_up) {
             job->started = true;
             while (!job->may_end && !given_up) std::this_thread::yield();
             if (given_up) job->gave_up = true;
@@ -47,7 +47,7 @@ class slow_pictures : public staged_pictures
     }
 };
 
-TEST(StagedPictures, OfManyRequestsTheFirstAndTheNewestAreMade)
+TEST(QueuedPictures, OfManyRequestsTheFirstAndTheNewestAreMade)
 {
     slow_pictures pictures;
     std::atomic<int> ready = 0;
@@ -68,7 +68,7 @@ TEST(StagedPictures, OfManyRequestsTheFirstAndTheNewestAreMade)
     EXPECT_FALSE(pictures.job->gave_up);
 }
 
-TEST(StagedPictures, AnOvertakenSlowPictureIsGivenUpAndNotDelivered)
+TEST(QueuedPictures, AnOvertakenSlowPictureIsGivenUpAndNotDelivered)
 {
     slow_pictures pictures;
     pictures.request({.zoom = 1, .full = true});
@@ -82,25 +82,25 @@ TEST(StagedPictures, AnOvertakenSlowPictureIsGivenUpAndNotDelivered)
     EXPECT_EQ(pictures.begun, (std::vector{1.0, 2.0}));
 }
 
-TEST(StagedPictures, FailuresOfBothStagesArriveAndTheNextPictureIsMade)
+TEST(QueuedPictures, FailuresAtTheBeginAndLaterArriveAndTheNextPictureIsMade)
 {
     slow_pictures pictures;
     pictures.job->may_end = true;
-    pictures.second_failure = "second";
+    pictures.work_failure = "second";
     std::atomic<int> ready = 0;
     pictures.on_ready([&] { ++ready; });
     EXPECT_EQ(pictures.wait_for({}).failure, "second");
     while (ready < 1) std::this_thread::yield();  // the announcement may be later than the picture
-    pictures.first_failure = "first";
+    pictures.begin_failure = "first";
     pictures.request({});
-    EXPECT_EQ(ready, 2) << "no second stage announces it";
+    EXPECT_EQ(ready, 2) << "no work announces it";
     EXPECT_EQ(pictures.take()->failure, "first");
-    pictures.first_failure = pictures.second_failure = "";
+    pictures.begin_failure = pictures.work_failure = "";
     EXPECT_EQ(pictures.wait_for({}).failure, "");
     pictures.on_ready({});
 }
 
-TEST(StagedPictures, MayBeDestroyedWhileAPictureIsMade)
+TEST(QueuedPictures, MayBeDestroyedWhileAPictureIsMade)
 {
     for (int i = 0; i < 50; ++i) {
         slow_pictures pictures;

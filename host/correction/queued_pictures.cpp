@@ -1,16 +1,16 @@
-#include "host/correction/staged_pictures.h"
+#include "host/correction/queued_pictures.h"
 
 #include <utility>
 
 namespace zentrix::host {
 
-void staged_pictures::on_ready(std::function<void()> ready)
+void queued_pictures::on_ready(std::function<void()> ready)
 {
     worker_.on_finished(ready);
     ready_ = std::move(ready);
 }
 
-std::uint64_t staged_pictures::request(const picture_request& wanted)
+std::uint64_t queued_pictures::request(const picture_request& wanted)
 {
     waiting_ = wanted;
     ++number_;
@@ -20,14 +20,14 @@ std::uint64_t staged_pictures::request(const picture_request& wanted)
     return number_;
 }
 
-std::optional<rendered_picture> staged_pictures::take()
+std::optional<rendered_picture> queued_pictures::take()
 {
     collect();
     proceed();
     return std::exchange(done_, std::nullopt);
 }
 
-rendered_picture staged_pictures::wait_for(const picture_request& wanted)
+rendered_picture queued_pictures::wait_for(const picture_request& wanted)
 {
     const auto number = request(wanted);
     for (;;) {
@@ -36,22 +36,31 @@ rendered_picture staged_pictures::wait_for(const picture_request& wanted)
     }
 }
 
-void staged_pictures::give_up()
+void queued_pictures::give_up()
 {
     waiting_ = std::nullopt;
     worker_.give_up();
 }
 
-void staged_pictures::collect()
+void queued_pictures::give_up_and_wait()
+{
+    give_up();
+    worker_.wait();
+}
+
+void queued_pictures::collect()
 {
     auto picture = worker_.take();
     if (!picture) return;
-    if (picture->failure.empty()) running_.taken();
+    if (picture->failure.empty())
+        running_.taken();
+    else
+        running_.failed(picture->failure);
     picture->number = running_number_;
     done_ = std::move(picture);
 }
 
-void staged_pictures::proceed()
+void queued_pictures::proceed()
 {
     if (!waiting_ || worker_.busy()) return;
     const picture_request wanted = *std::exchange(waiting_, std::nullopt);
