@@ -63,7 +63,12 @@ const std::vector<test_case>& cases()
         add("noise-30", [](simulation& how) { how.noise = 0.3; });
         add("noise-40", [](simulation& how) { how.noise = 0.4; });
         add("noise-80", [](simulation& how) { how.noise = 0.8; });
-        add("thin", [](simulation& how) { how.object = specimen::thin_crystal, how.noise = 0.02; });
+        add("no-widths", [](simulation& how) { how.noise = 0.05; });
+        list.back().knows_widths = false;
+        add("holes", [](simulation& how) { how.strength = -1, how.noise = 0.05; });
+        add("holes-noise-10", [](simulation& how) { how.strength = -1, how.noise = 0.1; });
+        add("strong", [](simulation& how) { how.strength = 4, how.noise = 0.05; });
+        add("thin", [](simulation& how) { how.strength = 0.2, how.noise = 0.02; });
         add("amorphous", [](simulation& how) { how.object = specimen::amorphous, how.noise = 0.05; });
         add("cropped", [](simulation& how) { how.is_cropped = true, how.noise = 0.05; });
         add("absorbing", [](simulation& how) { how.absorption = 0.2, how.noise = 0.02; });

@@ -147,9 +147,9 @@ std::vector<std::complex<float>> exit_wave(const simulation& how, int size, std:
     }
     const plane phase =
         how.object == specimen::amorphous ? amorphous(size, how.pixel_nm, random) : crystal(size, how.pixel_nm, random);
-    const double strength = how.object == specimen::thin_crystal ? 0.2 : 1;
+    const double strength = how.object == specimen::amorphous ? 1 : how.strength;
     for (const double value : phase.values)
-        wave.emplace_back(std::polar(std::exp(-how.absorption * value * strength), value * strength));
+        wave.emplace_back(std::polar(std::exp(-how.absorption * std::abs(value * strength)), value * strength));
     return wave;
 }
 

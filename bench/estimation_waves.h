@@ -13,12 +13,11 @@ namespace zentrix::bench {
 
 enum class specimen
 {
-    crystal,       ///< pairs of atom columns with a dislocation, an edge and adatoms; phases up to 0.9 rad
-    thin_crystal,  ///< the same with a fifth of the phase
-    amorphous,     ///< a Gaussian random phase, 0.25 rad rms
-    target,        ///< bars that absorb, all alike: turned by a constant angle, this is a phase object
-    grey_target,   ///< bars in all directions, each group with a modulus of its own: no phase object
-    vacuum         ///< nothing
+    crystal,      ///< pairs of atom columns with a dislocation, an edge and adatoms; phases up to 0.9 rad
+    amorphous,    ///< a Gaussian random phase, 0.25 rad rms
+    target,       ///< bars that absorb, all alike: turned by a constant angle, this is a phase object
+    grey_target,  ///< bars in all directions, each group with a modulus of its own: no phase object
+    vacuum        ///< nothing
 };
 
 struct simulation
@@ -29,6 +28,7 @@ struct simulation
     double wavelength_nm = 0;
     lens::aberrations lens;
     lens::coherence spread;
+    double strength = 1;      ///< factor of the crystal's phase; negative: columns advance the phase the other way
     double absorption = 0;    ///< the modulus is exp(-absorption * phase)
     double noise = 0;         ///< rms of the complex noise of a pixel; the vacuum has modulus 1
     double aperture = 0;      ///< highest frequency that passes [1/nm]; 0: all of them

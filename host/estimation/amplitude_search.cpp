@@ -5,6 +5,7 @@
 
 #include "host/estimation/amplitude_certainty.h"
 #include "host/estimation/amplitude_foci.h"
+#include "host/estimation/minimise.h"
 #include "host/estimation/sharpness.h"
 
 namespace zentrix::host {
@@ -12,6 +13,13 @@ namespace zentrix::host {
 namespace {
 
 using lens::coefficient;
+
+/// Adds a difference of two points to a covariance as one that was seen.
+void add_square(matrix& covariance, std::span<const double> a, std::span<const double> b, double weight)
+{
+    for (std::size_t i = 0; i < a.size(); ++i)
+        for (std::size_t j = 0; j < a.size(); ++j) covariance(i, j) += (b[i] - a[i]) * (b[j] - a[j]) * weight;
+}
 
 class amplitude_search
 {
@@ -44,9 +52,11 @@ class amplitude_search
     band_model model_up_to(double band) const { return task_.model_up_to(band, {task_.start.lens}, unknowns_); }
     double step() const { return 2 * task_.defocus_step(resolution_); }
     void judge();
+    double contrast_in_focus() const;
     void judge_rivals(const band_model& band);
     void judge_maximum(const band_model& band);
     void add_other_bands(const band_model& band, matrix& chi);
+    void add_other_criterion(const band_model& band, matrix& chi);
 
     search_run& run_;
     const search_task& task_;
@@ -71,8 +81,29 @@ void amplitude_search::judge()
         const auto a1 = there.in_nanometres(coefficient::A1) - best().in_nanometres(coefficient::A1);
         if (std::abs(off) < found_.tolerance && std::abs(a1) < found_.tolerance) ++result_.agreeing;
     }
+    result_.contrast_in_focus = contrast_in_focus();
     judge_rivals(band);
     judge_maximum(band);
+}
+
+/// In focus, all that an amplitude object scatters changes the modulus; far from focus half of it does.
+double amplitude_search::contrast_in_focus() const
+{
+    constexpr double steps[] = {-40, -20, -10, 10, 20, 40};
+    const band_model band = task_.model_up_to(resolution_, best(), {{coefficient::C1}});
+    band_evaluator evaluate{band};
+    const double noise = band.noise_variance() * band.filled();
+    const auto contrast = [&](const imaging& lens) {
+        run_.evaluated();
+        return evaluate(criterion::modulus_variance, band.variables_of(lens), {}) - noise;
+    };
+    double elsewhere = 0;
+    for (const double steps_away : steps) {
+        imaging away = best();
+        away[coefficient::C1].modulus += steps_away * step();
+        elsewhere += contrast(away) / static_cast<double>(std::size(steps));
+    }
+    return elsewhere > 0 ? contrast(best()) / elsewhere : 0;
 }
 
 /// The sharpest focus may be a wrong one in the same way everywhere, such as for bars of one direction. It then changes
@@ -87,12 +118,25 @@ void amplitude_search::add_other_bands(const band_model& band, matrix& chi)
         found[i] = sharpest_near(run_, other, best(), step());
     });
     if (!goes_on) throw search_stopped{};
-    for (const imaging& there : found) {
-        const auto place = band.variables_of(there);
-        for (std::size_t i = 0; i < at.size(); ++i)
-            for (std::size_t j = 0; j < at.size(); ++j)
-                chi(i, j) += (place[i] - at[i]) * (place[j] - at[j]) / static_cast<double>(found.size());
-    }
+    for (const imaging& there : found)
+        add_square(chi, at, band.variables_of(there), 1 / static_cast<double>(found.size()));
+}
+
+/// Where the band ends sharply, some astigmatism may weaken the rings along edges and so be sharpest. The modulus of an
+/// amplitude object varies most in focus, rings or not.
+void amplitude_search::add_other_criterion(const band_model& band, matrix& chi)
+{
+    band_evaluator evaluate{band};
+    const auto at = band.variables_of(best());
+    const auto negative_variance = [&](std::span<const double> place, std::span<double> gradient) {
+        run_.evaluated();
+        const double value = evaluate(criterion::modulus_variance, place, gradient);
+        for (double& one : gradient) one = -one;
+        return -value;
+    };
+    const minimum found = descend(negative_variance, at, {2e-3, 0, 100});
+    if (found.stopped) throw search_stopped{};
+    add_square(chi, at, found.at, 1);
 }
 
 /// The uncertainties of the best focus.
@@ -103,6 +147,7 @@ void amplitude_search::judge_maximum(const band_model& band)
     result_.is_maximum = chi.has_value();
     if (!chi) return;
     add_other_bands(band, *chi);
+    add_other_criterion(band, *chi);
     constexpr double left_open = 2e-3;  // by the search [rad]
     const std::size_t n = unknowns_.size();
     double sum = 0;
@@ -117,6 +162,7 @@ void amplitude_search::judge_maximum(const band_model& band)
         for (std::size_t i = 0; i < n; ++i) squares += forth(i, k) * forth(i, k);
         if (unknowns_[k].which == coefficient::C1) {
             result_.c1_uncertainty = deviation;
+            result_.c1_chi = deviation * std::sqrt(squares);
             continue;
         }
         result_.a1_chi = std::max(result_.a1_chi, deviation * std::sqrt(squares));

@@ -18,8 +18,10 @@ struct amplitude_solution
     bool is_maximum = true;               ///< the sharpness falls in all directions
     bool has_rival = false;               ///< another focus is as sharp in some quarters
     double prominence = 0;                ///< the criterion over its median in the range
-    double a1_chi = 0;                    ///< of that, from the less sure component of A1 alone [rad]
+    double contrast_in_focus = 0;         ///< variance of the modulus beyond noise, over that far from this focus
     double chi_uncertainty = 0;           ///< standard deviation of chi from C1 and A1, rms to the resolution [rad]
+    double c1_chi = 0;                    ///< of that, from C1 alone [rad]
+    double a1_chi = 0;                    ///< of that, from the less sure component of A1 alone [rad]
     double resolution = 0;
 };
 

@@ -72,8 +72,11 @@ void band_evaluator::to_wave(std::span<const std::complex<float>> packed)
 double band_evaluator::derive(criterion what, std::complex<float>* gradient) const
 {
     const lens::weighted_wave wave{wave_.data(), model_->weights_.data(), wave_.size()};
-    return what == criterion::modulus_variance ? lens::modulus_variance(wave, gradient)
-                                               : lens::phase_skewness(wave, gradient);
+    if (what == criterion::modulus_variance) return lens::modulus_variance(wave, gradient);
+    const double skewness = lens::phase_skewness(wave, gradient);
+    if (skewness < 0 && gradient != nullptr)
+        for (std::size_t i = 0; i < wave_.size(); ++i) gradient[i] = -gradient[i];
+    return std::abs(skewness);
 }
 
 /// From the derivative for each pixel in slope_ to that for each variable: a change of a variable changes the wave by

@@ -29,6 +29,7 @@ class phase_search
         result_.unknowns = unknowns_;
         result_.resolution = task_.spectrum.signal_resolution;
         result_.scattered = task_.spectrum.scattered;
+        result_.has_signal = task_.spectrum.has_signal;
         auto found = search_phase_minima(run_, task_);
         if (!found) return std::nullopt;
         minima_ = std::move(found->minima);
@@ -53,7 +54,7 @@ class phase_search
     void judge_odd(const band_model& last, band_evaluator& evaluate, const stationary_point& chosen,
                    const std::optional<stationary_point>& by_variance);
     bool polish(const band_model& last, const stationary_point& found);
-    bool try_other_bands(const imaging& found);
+    bool try_other_bands(const settled_in_band& found);
 
     search_run& run_;
     const search_task& task_;
@@ -120,9 +121,9 @@ void phase_search::judge_odd(const band_model& last, band_evaluator& evaluate, c
 }
 
 /// Adds what the end of the band changes. Returns false if the search was stopped.
-bool phase_search::try_other_bands(const imaging& found)
+bool phase_search::try_other_bands(const settled_in_band& found)
 {
-    const auto effect = band_end_shifts(run_, task_, unknowns_, odd_criterion(), found);
+    const auto effect = band_end_shifts(run_, task_, odd_criterion(), found);
     if (!effect) return false;
     shifts_.insert(shifts_.end(), effect->shifts.begin(), effect->shifts.end());
     if (!effect->even_doubt.empty()) result_.even_doubt = effect->even_doubt;
@@ -196,8 +197,9 @@ bool phase_search::decide()
     const auto shifts = envelope_shifts(run_, task_, last, deciding_by(last, odd_criterion()), *chosen);
     for (const auto& shift : shifts) shifts_.push_back(last.to_nanometres(shift));
     if (polish(last, *chosen)) return true;
-    if (!try_other_bands(last.imaging_at(chosen->at))) return false;
-    describe(result_, task_, last, last, *chosen, shifts_);
+    const auto settled = widen_band(run_, task_, odd_criterion(), {1, last, *chosen});
+    if (!settled || !try_other_bands(*settled)) return false;
+    describe(result_, task_, last, settled->model, settled->point, shifts_);
     return !run_.was_stopped();
 }
 

@@ -19,6 +19,7 @@ struct phase_solution
     std::vector<double> chi_per_unit;   ///< rms of chi in the band that 1 nm of each unknown makes
     std::string even_doubt, odd_doubt;  ///< why these coefficients are not determined; empty if they are
     bool used_skewness = false;
+    bool has_signal = true;  ///< wave_spectrum::has_signal
     double resolution = 0;
     double misfit = 0;     ///< variance of the modulus beyond noise, over that of an arbitrary defocus
     double scattered = 0;  ///< wave_spectrum::scattered

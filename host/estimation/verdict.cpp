@@ -15,7 +15,7 @@ namespace {
 constexpr double largest_together = 0.055, largest_alone = 0.35;
 /// The same of chi from all of them together with what a wrong envelope and the end of the band add.
 constexpr double largest_with_shifts = 0.1;
-/// The same for an amplitude object, from C1 and A1 together.
+/// The same for an amplitude object, from C1 alone, and for A1 from both.
 constexpr double largest_of_focus = 0.2;
 /// Noise of a pixel from which on a wave is refused.
 constexpr double largest_noise = 0.38;
@@ -35,7 +35,8 @@ std::string doubt_of_all(const estimate& result, const phase_solution& found)
     if (found.scattered < least_scattered) return "the wave is constant";
     if (found.misfit > largest_misfit)
         return "the modulus varies at every focus: the object does not change the phase only";
-    return found.even_doubt;
+    if (!found.even_doubt.empty()) return found.even_doubt;
+    return found.has_signal ? "" : "the spectrum has hardly any signal above its noise";
 }
 
 /// The sum of the variances of the odd or even variables.
@@ -75,14 +76,16 @@ constexpr char hardly[] = "the sharpness hardly depends on it";
 /// Why an amplitude object's focus is not determined.
 std::string doubt_of_focus(const estimate& result, const amplitude_solution& found)
 {
-    constexpr double least_prominence = 1.05;
+    constexpr double least_prominence = 1.05, least_contrast = 1.3;
     if (auto doubt = doubt_of_noise(result.noise); !doubt.empty()) return doubt;
     if (found.is_at_end) return "the sharpest focus is at the end of the range";
     if (found.prominence < least_prominence) return "no focus is clearly sharper than others";
     if (!found.is_maximum) return "the sharpness has no maximum";
+    if (found.contrast_in_focus < least_contrast)
+        return "the modulus does not vary more in focus than elsewhere: the object does not change the amplitude only";
     if (found.has_rival) return "another focus is as sharp";
     if (found.agreeing < 4) return "parts of the wave are sharpest at different foci";
-    if (!(found.chi_uncertainty < largest_of_focus)) return hardly;
+    if (!(found.c1_chi < largest_of_focus)) return hardly;
     return "";
 }
 
@@ -124,7 +127,8 @@ void judge(estimate& result, const lens::optics& setup, const amplitude_solution
     result.resolution = found.resolution;
     result.starts = 4;  // quarters
     result.agreeing = found.agreeing;
-    result.chi_uncertainty = found.chi_uncertainty;
+    const bool knows_astigmatism = found.a1_chi < largest_with_shifts && found.chi_uncertainty < largest_of_focus;
+    result.chi_uncertainty = knows_astigmatism ? found.chi_uncertainty : found.c1_chi;
     result.setup = setup;
     const std::string doubt = doubt_of_focus(result, found);
     for (auto& one : result.coefficients) {
@@ -139,7 +143,7 @@ void judge(estimate& result, const lens::optics& setup, const amplitude_solution
                            : 0;
         one.reason = doubt;
         if (!is_focus && !is_astigmatism) one.reason = "the sharpness of an amplitude object shows C1 and A1 only";
-        if (one.reason.empty() && is_astigmatism && !(found.a1_chi < largest_with_shifts)) one.reason = hardly;
+        if (one.reason.empty() && is_astigmatism && !knows_astigmatism) one.reason = hardly;
         one.determined = one.reason.empty();
         if (one.determined) result.setup.lens[one.which] = one.value = one.found;
     }

@@ -137,6 +137,8 @@ void judge_noise(wave_spectrum& spectrum)
     };
     spectrum.signal_resolution = end_of_signal(5e-3);
     spectrum.edge_resolution = end_of_signal(1e-3);
+    constexpr double least_rings = 8;
+    spectrum.has_signal = spectrum.signal_resolution >= least_rings * rings.width;
 }
 
 }  // namespace

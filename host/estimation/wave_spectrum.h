@@ -21,6 +21,7 @@ struct wave_spectrum
         0;                       ///< where the signal sinks below the noise or the rest of it is 0.5 %, but not beyond
                                  ///< the circle that the wave was filtered by [1/nm]
     double edge_resolution = 0;  ///< the same with 0.1 %: sharp edges have little power at high frequencies
+    bool has_signal = true;      ///< false if the signal sinks below the noise within the innermost 8 frequencies
     bool edges_meet = true;      ///< false for a part of a larger wave: opposite edges differ
     double scattered = 0;        ///< rms of the wave without its mean and noise, in units of the mean modulus
 

@@ -89,6 +89,7 @@ TEST(Estimate, IsRightWithinItsUncertaintyOrSaysThatItDoesNotKnow)
              how.seed = 9006001;
          },
          false},
+        {"dark columns", [](bench::simulation& how) { how.strength = -1, how.noise = 0.05; }, true},
         {"much noise", [](bench::simulation& how) { how.noise = 0.3; }, false},
     };
     for (const auto& row : rows) {
@@ -208,6 +209,31 @@ TEST(Estimate, SearchesWhereItIsToldTo)
     const auto found = host::estimate_aberrations(*bench::simulate(how), setup, options);
     EXPECT_TRUE(found.coefficients[0].determined) << found.coefficients[0].reason;
     EXPECT_NEAR(found.coefficients[0].value.modulus, 950, 1e-3);
+}
+
+TEST(Estimate, IsNotBiasedByAStrongCrystal)
+{
+    auto how = small_wave();
+    how.strength = 4;
+    how.noise = 0.05;
+    host::estimate_options options;
+    options.free = {coefficient::C1, coefficient::C3};
+    lens::optics setup{how.wavelength_nm, how.pixel_nm, how.lens, {}, {}};
+    setup.lens[coefficient::C1] = setup.lens[coefficient::C3] = {};
+    const auto found = host::estimate_aberrations(*bench::simulate(how), setup, options);
+    EXPECT_NEAR(found.coefficients[0].found.modulus, how.lens[coefficient::C1].modulus, 0.1);  // 0.3 in the narrow band
+}
+
+TEST(Estimate, DoesNotFocusAPhaseObjectBySharpness)
+{
+    auto how = small_wave();
+    how.lens = {};
+    how.lens[coefficient::C1].modulus = -40;
+    host::estimate_options options;
+    options.free = {coefficient::C1};
+    options.object = host::specimen_kind::amplitude;
+    const std::string reason = estimate_of(how, options).coefficients[0].reason;
+    EXPECT_TRUE(reason.starts_with("the modulus does not vary more in focus")) << reason;
 }
 
 TEST(Estimate, DeterminesNothingOfNoiseOrVacuum)

@@ -35,6 +35,7 @@ amplitude_solution amplitude_answer()
 {
     amplitude_solution found;
     found.prominence = 2;
+    found.contrast_in_focus = 2;
     found.agreeing = 4;
     found.lens[coefficient::C1].modulus = 7;
     return found;
@@ -65,6 +66,7 @@ TEST(Verdict, EachLimitOfAPhaseObjectHasItsReason)
     } rows[] = {
         {all, "the noise is 38 %", [](auto& e, auto&, double x) { e.noise = 0.38 * x; }},
         {all, "the wave is constant", [](auto&, auto& p, double x) { p.scattered = 1e-5 / x; }},
+        {all, "the spectrum has hardly any signal", [](auto&, auto& p, double x) { p.has_signal = x < 1; }},
         {all, "the modulus varies at every focus", [](auto&, auto& p, double x) { p.misfit = 0.05 * x; }},
         {all, "the criterion hardly", [](auto&, auto& p, double x) { p.chi_covariance(1, 1) = 0.055 * 0.055 * x * x; }},
         {b2, "the criterion hardly", [](auto&, auto& p, double x) { p.chi_covariance(3, 3) = 0.055 * 0.055 * x * x; }},
@@ -99,7 +101,9 @@ TEST(Verdict, EachLimitOfAnAmplitudeObjectHasItsReason)
         {c1 | a1, "the sharpness has no maximum", [](auto&, auto& p, double x) { p.is_maximum = x < 1; }},
         {c1 | a1, "another focus is as sharp", [](auto&, auto& p, double x) { p.has_rival = x > 1; }},
         {c1 | a1, "parts of the wave", [](auto&, auto& p, double x) { p.agreeing = x < 1 ? 4 : 3; }},
-        {c1 | a1, "the sharpness hardly", [](auto&, auto& p, double x) { p.chi_uncertainty = 0.2 * x; }},
+        {c1 | a1, "the modulus does not vary more", [](auto&, auto& p, double x) { p.contrast_in_focus = 1.3 / x; }},
+        {c1 | a1, "the sharpness hardly", [](auto&, auto& p, double x) { p.c1_chi = p.chi_uncertainty = 0.2 * x; }},
+        {a1, "the sharpness hardly", [](auto&, auto& p, double x) { p.chi_uncertainty = 0.2 * x; }},
         {a1, "the sharpness hardly", [](auto&, auto& p, double x) { p.a1_chi = 0.1 * x; }},
     };
     for (const auto& row : rows)

@@ -58,6 +58,15 @@ TEST(WaveSpectrum, KnowsNoiseResolutionAndEdges)
     }
 }
 
+TEST(WaveSpectrum, HasNoSignalIfThePhaseIsWhiteNoise)
+{
+    auto how = amorphous_film();
+    EXPECT_TRUE(spectrum_of(*bench::simulate(how), {0, 0, 256, 256}, 0.02).has_signal);
+    how.object = bench::specimen::vacuum;
+    how.noise = 0.3;
+    EXPECT_FALSE(spectrum_of(*bench::simulate(how), {0, 0, 256, 256}, 0.02).has_signal);
+}
+
 TEST(WaveSpectrum, IsThatOfTheRegion)
 {
     const auto wave = bench::simulate(amorphous_film());
