@@ -131,10 +131,12 @@ enum class contents
 template <class T>
 T pixel(generator& random, contents what)
 {
-    if (what == contents::awkward) return awkward<T>(random);
-    if (what == contents::tied) return static_cast<T>(random() % 4);
+    if constexpr (std::is_arithmetic_v<T>) {
+        if (what == contents::awkward) return awkward<T>(random);
+        if (what == contents::tied) return static_cast<T>(random() % 4);
+    }
     if constexpr (std::is_integral_v<T>) return static_cast<T>(random());
-    return static_cast<T>(static_cast<double>(random()) / 4294967296.0 - 0.4) * static_cast<T>(1000);
+    return static_cast<T>((static_cast<double>(random()) / 4294967296.0 - 0.4) * 1000);
 }
 
 }  // namespace fuzz
