@@ -6,8 +6,8 @@
 
 namespace zentrix::host {
 
-/// Disables all visible top-level windows of this thread, so that only a dialog that is shown meanwhile has keyboard and
-/// mouse. At its end the same windows are enabled, and the one that was active before is active again.
+/// Disables all visible top-level windows of this thread, so that only a dialog that is shown meanwhile has keyboard
+/// and mouse. At its end the same windows are enabled, and the one that was active before is active again.
 class disabled_windows
 {
   public:
