@@ -25,6 +25,8 @@ TEST(FourierTransform, TransformsEachPlaneOfAStack)
     EXPECT_EQ(bench.zentrix("ifft t.npy -o back.npy --real").err, "");
     const auto back = pixels_of<float>(bench / "back.npy");
     for (std::size_t i = 0; i < back.size(); ++i) EXPECT_NEAR(back[i], static_cast<float>(i / 24 + 1), 1e-6) << i;
+    EXPECT_EQ(bench.zentrix("fft back.npy -o again.npy").err, "");  // of real pixels
+    EXPECT_LT(support::largest_difference(pixels_of<complex>(bench / "again.npy"), spectra), 1e-4);
     EXPECT_THAT(bench.zentrix("fft s.npy -o t.png").err, HasSubstr("a stack cannot be shown as one picture"));
 }
 
@@ -45,12 +47,10 @@ TEST(FourierTransform, RefusesWhatWouldSpread)
     const workbench bench;
     support::write_real(bench / "torn.npy", 4, 4, [](int x, int y) { return x == 1 && y == 2 ? NAN : 1; });
     support::write_real(bench / "large.npy", 4, 4, [](int, int) { return 3e38F; });
-    support::write_image_of<double>(bench / "huge.npy", HOST_ELEMENT_FLOAT64, 4, 4, [](int, int) { return 1e60; });
     for (const auto& [file, why] : {std::pair{"torn.npy",
                                               "1 of 16 pixels are infinite or not a number; --nan zero or "
                                               "--nan mean replaces them"},
-                                    {"large.npy", "the result is too large for single precision"},
-                                    {"huge.npy", "has values that are too large for single precision"}})
+                                    {"large.npy", "the result is too large for single precision"}})
         EXPECT_EQ(bench.zentrix(std::string{"fft -o s.npy "} + file).text(),
                   std::string{"1 zentrix: "} + file + ": " + why + "\n");
     EXPECT_FALSE(std::filesystem::exists(bench / "s.npy"));

@@ -68,7 +68,6 @@ TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
              {correct + "--wavelength 2e-12", "--wavelength: The wavelength is 2e-12 nm: are these metres?"},
              {"hologram h.npy -o \"\" --wave w.npy", "-o expects the name of a file or folder"},
              {"unwrap p.npy -o \"\"", "-o expects the name of a file or folder"},
-             {"unwrap p.npy -o u.npy --box 1.5", "--box: expected a number from 0 to 2147483647, not \"1.5\""},
              {"--simd maybe functions", "--simd: expected"},
              {correct + "--C1 5@20", "C1 is a number in nm, not \"5@20\""},
              {correct + "--C1 -inf", "C1 is a number in nm, not \"-inf\""},
