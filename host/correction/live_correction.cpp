@@ -59,7 +59,7 @@ const image_ref& live_correction::result()
     try {
         auto wave = spectrum_->get()->clone();
         present().multiply(wave, wave);
-        backward_fft(pixels_of(wave), width_, height_);
+        require_finite_result(true, fft_plan{width_, height_}.backward(pixels_of(wave)));
         result_ = std::move(wave);
     } catch (const std::bad_alloc&) {
         fail("There is not enough memory for this picture.");

@@ -37,7 +37,7 @@ image_ref wave_of(const lazy_spectrum& spectrum, const std::atomic<bool>* given_
 class live_correction
 {
   public:
-    /// wave  complex of two floats per pixel, two dimensions, contiguous; not changed
+    /// wave  complex of two floats per pixel, two dimensions, contiguous, all finite; not changed
     live_correction(engine& engine, const image_ref& wave);
 
     /// Sets the correction that removes the aberrations of `setup`.
@@ -48,8 +48,8 @@ class live_correction
     /// The reason why there is no result; empty: none is known.
     const std::string& failure() const noexcept { return failure_; }
     /// The corrected wave; in another image after each `set`.
-    /// Throws  script_error with the library's message, or "There is not enough memory for this picture."; the same
-    ///         again until the next `set`
+    /// Throws  script_error with the library's message, "There is not enough memory for this picture.", or as
+    ///         require_finite_result; the same again until the next `set`
     const image_ref& result();
     /// Makes a spectrum the source of further corrections, which `spectrum` has returned before. To be followed by
     /// `set`.

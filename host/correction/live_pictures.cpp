@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/correction/multiply_spectrum.h"
 #include "host/correction/picture_values.h"
 
 namespace zentrix::host {
@@ -109,7 +110,8 @@ struct live_pictures::product
         }
         auto& plan = with.plan_for(cut.transformed);
         plan.give_up_on(&given_up);
-        plan.backward(static_cast<std::complex<float>*>(values->data()));
+        const bool is_finite = plan.backward(static_cast<std::complex<float>*>(values->data()));
+        require_finite_result(true, is_finite || given_up);
     }
 };
 

@@ -124,8 +124,9 @@ void judge_noise(wave_spectrum& spectrum)
         scattered += std::max(rings.mean[i] - level, 0.0) * static_cast<double>(rings.count[i]);
     spectrum.scattered = std::sqrt(scattered);
     // Single rings fluctuate, so that several have to be above the noise.
+    constexpr std::size_t least_rings = 4;
     const auto end_of_signal = [&](double least_share) {
-        const std::size_t first = std::min<std::size_t>(last, 4);
+        const std::size_t first = std::min(last, least_rings);
         double beyond = 0;
         for (std::size_t i = last; i-- > first;) {
             beyond += std::max(rings.mean[i] - level, 0.0) * static_cast<double>(rings.count[i]);
@@ -137,8 +138,7 @@ void judge_noise(wave_spectrum& spectrum)
     };
     spectrum.signal_resolution = end_of_signal(5e-3);
     spectrum.edge_resolution = end_of_signal(1e-3);
-    constexpr double least_rings = 8;
-    spectrum.has_signal = spectrum.signal_resolution >= least_rings * rings.width;
+    spectrum.has_signal = spectrum.signal_resolution > (least_rings + 0.5) * rings.width;
 }
 
 }  // namespace

@@ -47,6 +47,9 @@ void estimate_dialog::explain_controls()
     for (const auto& about : lens::all_coefficients)
         explain(box_of(about.which), std::string{about.name} + ", " + std::string{about.meaning} +
                                          "\nTicked: it is searched. Otherwise it keeps its value.");
+    explain(IDC_NO_ENVELOPE,
+            "Ticked: nothing damps the wave, whatever the settings say.\nOtherwise the widths of the settings count as "
+            "known to a tenth; if all are 0, the envelope counts as unknown.");
     explain(IDC_ESTIMATE_BAR, "The part of the search that is done");
     explain(IDC_ESTIMATE_TEXT, "What was found, with its standard deviation, or why it is not determined");
     explain(IDOK, "Searches the ticked coefficients, starting at the values of the panel");
@@ -77,9 +80,12 @@ void estimate_dialog::command(int id)
 
 void estimate_dialog::start()
 {
-    const auto options = chosen();
+    auto options = chosen();
     if (options.free.empty()) return say("Tick the coefficients to search.");
-    const auto [make_wave, setup] = listener_.begin();
+    auto [make_wave, setup] = listener_.begin();
+    const bool no_envelope = IsDlgButtonChecked(handle(), IDC_NO_ENVELOPE) == BST_CHECKED;
+    if (no_envelope) setup.spread = {};
+    options.widths_are_known = no_envelope || setup.spread != lens::coherence{};
     running_ = std::make_unique<running_estimate>(make_wave, setup, options);
     say("Searching ...");
     show_progress(0);
@@ -136,7 +142,7 @@ void estimate_dialog::enable(bool searching)
 {
     for (const auto& about : lens::all_coefficients)
         EnableWindow(GetDlgItem(handle(), box_of(about.which)), !searching);
-    EnableWindow(GetDlgItem(handle(), IDOK), !searching);
+    for (const int id : {IDC_NO_ENVELOPE, IDOK}) EnableWindow(GetDlgItem(handle(), id), !searching);
     SetDlgItemTextW(handle(), IDCANCEL, searching ? L"Stop" : L"Close");
 }
 

@@ -116,14 +116,26 @@ void panel_handler::preview(const lens::aberrations& lens)
 
 void panel_handler::change()
 {
-    previewing_ = false;
+    const auto wanted = coefficients();
     try {
-        set_correction(coefficients(), scope_);
-    } catch (const std::invalid_argument& problem) {
-        correction_.set_failure(problem.what());
+        set_correction(wanted, scope_);
+    } catch (const std::invalid_argument&) {
+        put_back_tags();
         throw;
     }
+    corrected_ = wanted;
+    previewing_ = false;
     view_->pictures_changed();
+}
+
+/// The panel sees by the tags that its number was refused.
+void panel_handler::put_back_tags()
+{
+    for (const auto& about : lens::all_coefficients) {
+        const auto former = static_cast<float>(corrected_[about.which].modulus);
+        const auto key = lens::modulus_key(about.which);
+        if (tags_->read_float(key) != former) tags_->write(key, former);
+    }
 }
 
 void panel_handler::apply()

@@ -127,6 +127,7 @@ class panel_handler : public script_object
     void fill_tags(const panel_start& start);
     void write_coefficients(const lens::aberrations& lens);
     void change();
+    void put_back_tags();
     void apply();
     void set_correction(const lens::aberrations& lens, const microscope& scope);
     void remake_source(const panel_state& wanted);
@@ -136,6 +137,7 @@ class panel_handler : public script_object
     engine& engine_;
     panel_view* view_;
     microscope scope_;
+    lens::aberrations corrected_;  ///< the tags of the last `change` that did not fail
     bool asking_ = false, previewing_ = false;
     live_correction correction_;
     live_pictures pictures_{correction_};

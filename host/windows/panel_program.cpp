@@ -8,6 +8,7 @@
 
 #include "host/text/encoding.h"
 #include "host/text/system_path.h"
+#include "host/windows/disabled_windows.h"
 #include "host/windows/resource.h"
 
 namespace zentrix::host {
@@ -54,12 +55,7 @@ void panel_program::listen()
     engine_.records().listening.dialog = [this](const dialog_record& shown) { alert(shown.text); };
     engine_.records().listening.error = [this](const error_record& error) { alert(error.text); };
     window::on_failure([this](const std::string& text) { alert(text); });
-    handler_->on_call([this](const std::string& call) {
-        log("call " + call);
-        if (call != "OnChange") return;
-        note_edit();  // the panel has written its tags
-        refresh_table();
-    });
+    handler_->on_call([this](const std::string& call) { log("call " + call); });
     handler_->tags()->on_write(
         [this](std::string_view path, const tag& value) { log("tag " + std::string{path} + " = " + text_of(value)); });
 }
@@ -189,7 +185,10 @@ void panel_program::show_box(const std::string& text, UINT style)
     box.lpszCaption = L"Zentrix";
     box.dwStyle = MB_OK | style;
     box.lpszIcon = MAKEINTRESOURCEW(IDI_PROGRAM);
-    MessageBoxIndirectW(&box);
+    {
+        const disabled_windows others;  // their keys would do nothing while the box has the message loop
+        MessageBoxIndirectW(&box);
+    }
     boxed_ = false;
 }
 

@@ -50,4 +50,5 @@
 #define IDD_ESTIMATE 300
 #define IDC_ESTIMATE_BAR 301
 #define IDC_ESTIMATE_TEXT 302
+#define IDC_NO_ENVELOPE 303
 #define IDC_FREE 310 /* and the following: one for each coefficient, in the order of lens::coefficient */

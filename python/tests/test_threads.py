@@ -86,13 +86,6 @@ def test_processes_of_every_kind_have_a_working_host(zx, method):
         assert pool.submit(zx.call, "ZXPadSize", 100).result() == 112
 
 
-@pytest.mark.parametrize("scheduler", ["threads", "processes"])
-def test_dask_calls_functions_with_every_scheduler(zx, scheduler):
-    dask = pytest.importorskip("dask")
-    tasks = [dask.delayed(zx.ZXPadSize)(number) for number in (11, 100)]
-    assert dask.compute(*tasks, scheduler=scheduler, num_workers=2) == (12, 112)
-
-
 def test_host_and_functions_are_pickled_by_name(zx):
     for one in (zx, zx.ZXMedianFilter):
         assert pickle.loads(pickle.dumps(one)) is one and copy.copy(one) is one and copy.deepcopy([one])[0] is one

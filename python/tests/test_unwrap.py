@@ -45,12 +45,5 @@ def test_stack_goes_plane_by_plane():
 def test_report_tells_residues_and_cuts():
     vortex = np.arctan2(Y - 20.5, X - 30.5)  # grows clockwise on the displayed image, where y points down
     for phase, charges in ((vortex, (1, 0)), (vortex[:, ::-1], (0, 1))):
-        result, report = zentrix.unwrap(phase, report=True)
-        assert report[:2] == charges and report.regions == 1
-        jump = np.zeros(phase.shape, bool)
-        for axis in (0, 1):
-            step = abs(np.diff(result, axis=axis)) > np.pi
-            jump[(slice(1, None), slice(None))[:: 1 - 2 * axis]] |= step
-            jump[(slice(-1), slice(None))[:: 1 - 2 * axis]] |= step
-        assert report.cut_pixels == jump.sum() > 0
-    assert zentrix.unwrap(NOISE, report=True)[1].positive_residues > 50
+        report = zentrix.unwrap(phase, report=True)[1]
+        assert report[:2] == charges and report.regions == 1 and report.cut_pixels == 2 * 21  # from row 20 to the edge

@@ -5,12 +5,13 @@ from typing import Any, NamedTuple
 
 from . import _core
 from ._coefficients import COEFFICIENTS
-from ._numbers import shown, word
+from ._numbers import number, shown, word
 from ._optics import Optics, takes_optics
 from ._signals import takes_signals
 from ._wave_arrays import checked_copy
 
 WIDTHS = ("focus_spread", "convergence", "vibration")
+MOST_THREADS = 1024
 FREE = ("C1", "A1", "B2", "A2", "C3", "S3")
 
 
@@ -89,7 +90,7 @@ def estimate(
     object         "phase": the object changes the phase only; "amplitude": it absorbs, and C1 and A1 are found by
                    sharpness; "auto": decided by the wave
     nan            as in `correct`
-    threads        0: one for each processor; the result does not depend on it
+    threads        0: one for each processor; at most 1024. The result does not depend on it
     progress       function (fraction, coefficients) that is called about ten times per second, with the best
                    coefficients so far, name -> (modulus, degrees); the search stops when it returns False
     OPTICS
@@ -105,9 +106,12 @@ def estimate(
         found = zentrix.estimate(wave, kv=300, pixel=0.02)
         corrected = zentrix.correct(wave, **found)
     """
-    names = [name.strip() for name in free.split(",")] if isinstance(free, str) else list(free)
+    try:
+        names = [name.strip() for name in free.split(",")] if isinstance(free, str) else list(free)
+    except TypeError:
+        raise TypeError(f'free is names of coefficients, such as "C1,A1", not {shown(free)}.') from None
     for name in names:
-        if name not in COEFFICIENTS:
+        if not isinstance(name, str) or name not in COEFFICIENTS:
             raise ValueError(f"free: {shown(name)} is not a coefficient; they are {', '.join(COEFFICIENTS)}.")
         if names.count(name) > 1:
             raise ValueError(f"free: {name} is there twice.")
@@ -117,14 +121,18 @@ def estimate(
         raise ValueError(f"estimate() takes single values, not a sweep of shape {lens.shape}.")
     if progress is not None and not callable(progress):
         raise TypeError(f"progress is a function (fraction, coefficients), not {shown(progress)}.")
+    many = _whole(threads, f"threads is a whole number from 0 to {MOST_THREADS}")
+    if not 0 <= many <= MOST_THREADS:
+        raise ValueError(f"threads is a whole number from 0 to {MOST_THREADS}, not {shown(threads)}.")
+    bounds = _numbers("range", range, 2, "numbers", number)
+    part = _numbers("region", region, 4, "whole numbers", _whole)
     plane = checked_copy(wave, nan)
     if plane.ndim != 2:
         raise ValueError(f"The wave is an array of shape (y, x), not {plane.shape}.")
     ((_, setting),) = lens.settings()
     found = _core.estimate(
-        plane, setting, names, _numbers("range", range, 2, float), _numbers("region", region, 4, int), object,
-        int(threads), any(name in optics for name in WIDTHS), progress,
-    )  # fmt: skip
+        plane, setting, names, bounds, part, object, many, any(name in optics for name in WIDTHS), progress
+    )
     parameters = {name: optics[name] for name in optics if name not in COEFFICIENTS}
     for name, (modulus, degrees) in found["lens"].items():
         if modulus != 0 or name in names:
@@ -140,13 +148,21 @@ def _coefficient(one):
     )
 
 
-def _numbers(name, values, count, kind):
+def _whole(value, takes):
+    one = number(value, takes)
+    if one != int(one) or abs(one) >= 2**31:
+        raise ValueError(f"{takes}, not {shown(value)}.")
+    return int(one)
+
+
+def _numbers(name, values, count, kind, convert):
     if values is None:
         return None
+    takes = f"{name} is {count} {kind}"
     try:
-        numbers = tuple(kind(one) for one in values)
-    except (TypeError, ValueError):
-        numbers = ()
-    if len(numbers) != count:
-        raise TypeError(f"{name} is {count} numbers, not {shown(values)}.")
-    return numbers
+        parts = tuple(values)
+    except TypeError:
+        parts = ()
+    if len(parts) != count:
+        raise TypeError(f"{takes}, not {shown(values)}.")
+    return tuple(convert(one, takes) for one in parts)

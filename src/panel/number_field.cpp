@@ -40,7 +40,16 @@ bool number_field::take_typed(HWND edit)
     return typed.state == number_state::complete || value_ != former;
 }
 
-bool number_field::has_number(HWND edit) const { return read_number(text_in(edit)).state == number_state::complete; }
+void number_field::refuse(HWND edit)
+{
+    value_ = typed_ = before_;
+    mark(edit, true);
+}
+
+bool number_field::has_number(HWND edit) const
+{
+    return !wrong_ && read_number(text_in(edit)).state == number_state::complete;
+}
 
 void number_field::exchange(CDataExchange* exchange)
 {
@@ -48,7 +57,7 @@ void number_field::exchange(CDataExchange* exchange)
     const std::string shown = text_in(edit);
     if (shown == text_of(value_)) return;
     const typed_number typed = read_number(shown);
-    const bool complete = typed.state == number_state::complete;
+    const bool complete = !wrong_ && typed.state == number_state::complete;
     if (exchange->m_bSaveAndValidate) {
         if (complete) value_ = typed.value;
     } else if (!complete || typed.value != value_) {

@@ -6,7 +6,7 @@
 namespace qorv::panel {
 
 /// A number field of a page. The user may type any text. While it is no number, the field has the value with which it
-/// was entered; when the user leaves it, it shows that value again.
+/// was entered; when the user leaves it, it shows that value again. A number that the handler refuses counts as none.
 class number_field
 {
   public:
@@ -21,9 +21,11 @@ class number_field
     void enter();
     /// Takes over what was typed. Returns false if the value stays as it was because the text is no number.
     bool take_typed(HWND edit);
-    /// Whether the edit shows a number.
+    /// Marks what was typed last, and returns to the value with which the field was entered.
+    void refuse(HWND edit);
+    /// Whether the edit shows a number that was not refused.
     bool has_number(HWND edit) const;
-    /// Whether the text is to be marked as no number. An unfinished one is not.
+    /// Whether the text is to be marked, as no number or as a refused one. An unfinished one is not.
     bool wrong() const { return wrong_; }
 
     /// Exchanges text and value. A field that shows the value already is not touched in either direction: the caret

@@ -192,9 +192,30 @@ void CZXPage::OnEditChange(UINT id)
     for (std::size_t r = 0; r < row_count(); ++r) {
         if (id == design_.rows[r].step)
             return current::link->write_float(coefficient_of(r).modulus_step, values_.rows[r].modulus_step);
-        if (id != design_.rows[r].modulus) continue;
-        current::link->write_float(coefficient_of(r).modulus, values_.rows[r].modulus);
-        return current::link->call(on_change);
+        if (id == design_.rows[r].modulus) return store_typed_modulus_of(r);
+    }
+}
+
+/// A handler that refuses the number throws and has given the tag another value.
+void CZXPage::store_typed_modulus_of(std::size_t row)
+{
+    panel_link& link = *current::link;
+    const char* const key = coefficient_of(row).modulus;
+    const float& shown = values_.rows[row].modulus;
+    const float typed = shown;
+    link.write_float(key, typed);
+    try {
+        link.call(on_change);
+    } catch (...) {
+        const float kept = link.read_float(key).value_or(typed);
+        if (kept == typed || shown != typed) throw;  // not refused, or shown already
+        const UINT id = design_.rows[row].modulus;
+        field_of(id)->refuse(::GetDlgItem(m_hWnd, static_cast<int>(id)));
+        if (shown != kept) {  // the start of the text was a number
+            link.write_float(key, shown);
+            link.call(on_change);
+        }
+        throw;
     }
 }
 
@@ -251,7 +272,12 @@ void CZXPage::spin_modulus_of(std::size_t row, int delta)
     values.modulus = spin_modulus(values.modulus, values.modulus_step, delta);
     UpdateData(FALSE);
     current::link->write_float(coefficient_of(row).modulus, values.modulus);
-    current::link->call(on_change);
+    try {
+        current::link->call(on_change);
+    } catch (...) {
+        LoadFromTags();  // a handler that refuses the number has put back the tag
+        throw;
+    }
 }
 
 void CZXPage::spin_angle_of(std::size_t row, int delta)

@@ -84,6 +84,7 @@ class CZXPage : public CPropertyPage
     void narrow_margins();
     void narrow_labels();
     void set_spin_ranges();
+    void store_typed_modulus_of(std::size_t row);
     void spin_modulus_of(std::size_t row, int delta);
     void spin_angle_of(std::size_t row, int delta);
 

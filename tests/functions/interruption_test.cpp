@@ -49,24 +49,17 @@ TEST_F(interruption, IsAskedForByAllKernelsThatCanRunForLong)
     const canvas<float> from{{40, 30, 1}}, to{{40, 30, 1}};
     const canvas<float> profile{{26, 1, 1}};
     position center{20, 15};
+    const lattice grid{4, 0, 0, 4, 0, 0};
+    const disc small{1, 0}, large{30, 0};
+    const radial_grid rings{20, 15, 1, 1};
+    const mass_search search{10, 5, 0};
     const std::pair<const char*, std::function<void()>> calls[] = {
-        {"lattice mask",
-         [] {
-             lattice_mask({4, 0, 0, 4, 0, 0}, {1, 0}, 40, 30);
-         }},
-        {"peak mask",
-         [] {
-             peak_mask({{20, 15}}, {30, 0}, 40, 30);
-         }},
+        {"lattice mask", [&] { lattice_mask(grid, small, 40, 30); }},
+        {"peak mask", [&] { peak_mask(std::vector<peak>(1), large, 40, 30); }},
         {"median", [&] { median_filter<float>(from.view(), 3, padding::zeros, to.view()); }},
         {"maximum", [&] { extreme_filter<float>(from.view(), extreme::maximum, 3, to.view()); }},
-        {"radial means",
-         [&] {
-             radial_survey<float>(from.view(), {20, 15, 1, 1}, profile.view());
-         }},
-        {"centre of mass", [&] {
-             center_of_mass<float>(from.view(), center, {10, 5, 0});
-         }}};
+        {"radial means", [&] { radial_survey<float>(from.view(), rings, profile.view()); }},
+        {"centre of mass", [&] { center_of_mass<float>(from.view(), center, search); }}};
     for (const auto& [name, call] : calls) {
         dm::set_interruption_question([] { return true; });
         EXPECT_EQ(message_of(call), "The call was interrupted.") << name;

@@ -2,7 +2,9 @@
 // First the seeds, or the files if there are any, then N inputs that are random changes of them. The same options give
 // the same inputs. --curve prints what the process uses after every N of them. When a check or a sanitizer ends the
 // process, the input is left in the file "crash-input" of the folder where the harness was started.
+#ifndef _WIN32
 #include <malloc.h>
+#endif
 
 #include <algorithm>
 #include <chrono>
@@ -83,21 +85,23 @@ std::string changed(const std::vector<std::string>& from, fuzz::generator& rando
     return result;
 }
 
-std::size_t entries_of(const char* folder)
+[[maybe_unused]] std::size_t entries_of(const char* folder)
 {
     const std::filesystem::directory_iterator all{folder};
     return static_cast<std::size_t>(std::distance(begin(all), end(all)));
 }
 
 /// Memory in use and of the process, open files, threads.
-void print_usage(std::size_t executions)
+void print_usage([[maybe_unused]] std::size_t executions)
 {
+#ifndef _WIN32
     std::size_t pages = 0, ignored = 0;
     std::ifstream{"/proc/self/statm"} >> ignored >> pages;
     std::printf("%10zu executions  %8.2f MiB allocated  %7.1f MiB resident  %3zu files  %2zu threads\n", executions,
                 static_cast<double>(mallinfo2().uordblks) / 1048576, static_cast<double>(pages) / 256,
                 entries_of("/proc/self/fd"), entries_of("/proc/self/task"));
     std::fflush(stdout);
+#endif
 }
 
 request read_request(int argc, char** argv)

@@ -100,11 +100,13 @@ void check_pow(input& from)
 {
     sequence all{from};
     const auto a = all.source<T>(), b = all.source<T>();
+    const bool in_place = from.coin();
     compare_variants(
         "power", pow_variants<T>(),
         [&](auto& kernel) {
             guarded<T> result{all.count, all.offset};
-            kernel(a->data(), b->data(), result.data(), all.length());
+            std::copy_n(b->data(), all.count, result.data());
+            kernel(a->data(), in_place ? result.data() : b->data(), result.data(), all.length());
             return result.copy();
         },
         apart_from_payloads);
@@ -157,14 +159,15 @@ void check_modulus(input& from)
 
 void check_wave_transfer(input& from)
 {
-    int width = static_cast<int>(1 + from.below(70));
+    int width = static_cast<int>(from.below(70)) - 1;                          // images without pixels do nothing
     if (from.below(8) == 0) width += 200 + static_cast<int>(from.below(350));  // more than a block
     const int height = static_cast<int>(1 + from.below(20));
     const bool in_place = from.coin();
     const auto what = static_cast<contents>(from.below(3));
     const auto lens_contents = from.coin() ? contents::awkward : contents::ordinary;
     generator random = from.random();
-    guarded<complex> source{static_cast<std::size_t>(width * height), 0};
+    const auto count = static_cast<std::size_t>(std::max(width, 0) * height);
+    guarded<complex> source{count, 0};
     source.fill(random, what);
     const auto number = [&] { return pixel<float>(random, lens_contents) / 100; };
     const auto pair = [&] { return complex{number(), number()}; };
@@ -179,8 +182,8 @@ void check_wave_transfer(input& from)
     compare_variants(
         "wave transfer", wave_transfer_variants(),
         [&](auto& kernel) {
-            guarded<complex> result{static_cast<std::size_t>(width * height), 0};
-            std::copy_n(source.data(), width * height, result.data());
+            guarded<complex> result{count, 0};
+            std::copy_n(source.data(), count, result.data());
             kernel(in_place ? result.data() : source.data(), result.data(), at, lens, damping);
             return result.copy();
         },
@@ -212,11 +215,17 @@ void check_goldstein(input& from)
                height = static_cast<std::int32_t>(1 + from.below(40));
     const auto limit = static_cast<std::int32_t>(from.below(40));
     const auto what = static_cast<contents>(from.below(3));
+    constexpr float spreads[] = {0, 0.002f, 0.003f, 0.004f, 1};  // from no residue to one at a third of the pixels
+    const float spread = from.pick(spreads);
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
     guarded<float> phase{count, 0};
     phase.fill(from.random(), what);
-    if (what == contents::ordinary)  // in the range of phases
-        for (std::size_t i = 0; i < count; ++i) phase.data()[i] = std::remainder(phase.data()[i], 6.2831853f);
+    if (what == contents::ordinary && from.coin())  // in the range of phases
+        for (std::size_t i = 0; i < count; ++i)
+            phase.data()[i] = std::remainder(phase.data()[i] * spread + 0.01f * static_cast<float>(i), 6.2831853f);
+    if (what == contents::tied)  // differences of exactly pi, zeros of both signs
+        for (std::size_t i = 0; i < count; ++i)
+            phase.data()[i] = (phase.data()[i] - 2) * (spread > 0 ? 1.5707963f : -0.f);
     compare_variants(
         "unwrapping", goldstein_variants(),
         [&](auto& kernel) {

@@ -124,17 +124,22 @@ T awkward(generator& random)
 enum class contents
 {
     ordinary,  ///< noise of different magnitude
-    tied,      ///< few different values
+    tied,      ///< few different values, zeros of both signs
     awkward    ///< see above
 };
 
 template <class T>
 T pixel(generator& random, contents what)
 {
-    if (what == contents::awkward) return awkward<T>(random);
-    if (what == contents::tied) return static_cast<T>(random() % 4);
+    if constexpr (std::is_arithmetic_v<T>) {
+        if (what == contents::awkward) return awkward<T>(random);
+        if (what == contents::tied) {
+            const T level = static_cast<T>(random() % 4);
+            return std::is_floating_point_v<T> && random() % 2 ? static_cast<T>(-level) : level;
+        }
+    }
     if constexpr (std::is_integral_v<T>) return static_cast<T>(random());
-    return static_cast<T>(static_cast<double>(random()) / 4294967296.0 - 0.4) * static_cast<T>(1000);
+    return static_cast<T>((static_cast<double>(random()) / 4294967296.0 - 0.4) * 1000);
 }
 
 }  // namespace fuzz

@@ -97,15 +97,20 @@ class strided
         each([&](const T& value) { result.push_back(value); });
         return result;
     }
-    /// Ends the process when anything but the pixels was written.
-    void check_gaps() const
+    bool gaps_untouched() const
     {
         std::vector<bool> used(memory_.size());
         each([&](const T& value) { used[static_cast<std::size_t>(&value - memory_.data())] = true; });
         T clean;
         std::memset(static_cast<void*>(&clean), pattern, sizeof clean);
         for (std::size_t i = 0; i < memory_.size(); ++i)
-            if (!used[i] && std::memcmp(&memory_[i], &clean, sizeof clean) != 0) fail("a kernel wrote between pixels");
+            if (!used[i] && std::memcmp(&memory_[i], &clean, sizeof clean) != 0) return false;
+        return true;
+    }
+    /// Ends the process when anything but the pixels was written.
+    void check_gaps() const
+    {
+        if (!gaps_untouched()) fail("a kernel wrote between pixels");
     }
 
   private:

@@ -24,31 +24,18 @@ using values = std::map<std::string, double>;
 double krivanek(const values& c, std::complex<double> w, bool cartesian)
 {
     double sum = 0;
-    for (const auto& [n, m] : {std::pair{1, 0},
-                               {1, 2},
-                               {2, 1},
-                               {2, 3},
-                               {3, 0},
-                               {3, 2},
-                               {3, 4},
-                               {4, 1},
-                               {4, 3},
-                               {4, 5},
-                               {5, 0},
-                               {5, 2},
-                               {5, 4},
-                               {5, 6}}) {
-        const std::string indices = std::to_string(n) + std::to_string(m);
-        const double radial = std::pow(std::abs(w), n + 1) / (n + 1);
-        const double azimuth = std::arg(w);
-        if (m == 0)
-            sum += radial * c.at("C" + indices);
-        else if (cartesian)
-            sum += radial * (c.at("C" + indices + "a") * std::cos(m * azimuth) +
-                             c.at("C" + indices + "b") * std::sin(m * azimuth));
-        else
-            sum += radial * c.at("C" + indices) * std::cos(m * (azimuth - c.at("phi" + indices)));
-    }
+    for (int n = 1; n <= 5; ++n)
+        for (int m = (n + 1) % 2; m <= n + 1; m += 2) {
+            const std::string indices = std::to_string(n) + std::to_string(m);
+            const double radial = std::pow(std::abs(w), n + 1) / (n + 1), azimuth = std::arg(w);
+            if (m == 0)
+                sum += radial * c.at("C" + indices);
+            else if (cartesian)
+                sum += radial * (c.at("C" + indices + "a") * std::cos(m * azimuth) +
+                                 c.at("C" + indices + "b") * std::sin(m * azimuth));
+            else
+                sum += radial * c.at("C" + indices) * std::cos(m * (azimuth - c.at("phi" + indices)));
+        }
     return sum;
 }
 

@@ -100,12 +100,9 @@ TEST(Shifter, AcceptsHalfTheSizeOfLinesAndQuadsOnly)
     };
     for (const auto& [w, h] : {std::pair{12, 20}, {1, 64}, {64, 1}, {1, 7}, {65536, 65536}})
         EXPECT_EQ(message(w, h, w / 2, h / 2), "") << w << " x " << h;
-    for (const auto& [w, h, x, y] : std::initializer_list<std::tuple<int, int, double, double>>{{12, 10, 6, 5},
-                                                                                                {10, 12, 5, 6},
-                                                                                                {256, 256, 128, 127.9},
-                                                                                                {1, 7, 0, 3.5},
-                                                                                                {1, 64, 1, 32},
-                                                                                                {256, 256, nan, 128}})
+    const std::tuple<int, int, double, double> refused[] = {{12, 10, 6, 5}, {10, 12, 5, 6}, {256, 256, 128, 127.9},
+                                                            {1, 7, 0, 3.5}, {1, 64, 1, 32}, {256, 256, nan, 128}};
+    for (const auto& [w, h, x, y] : refused)
         EXPECT_EQ(message(w, h, x, y), dm::errors::size_power_of_2) << w << " x " << h << " by " << x << ", " << y;
 }
 

@@ -1,14 +1,9 @@
 #pragma once
 
-#include "image/image.h"
+#include "tests/fuzz/strided.h"
 
-#include <array>
-#include <complex>
-#include <cstring>
 #include <limits>
 #include <random>
-#include <type_traits>
-#include <vector>
 
 /// Images with gaps between their elements, rows and planes, and a guard around them.
 namespace support {
@@ -31,78 +26,18 @@ std::vector<T> pixels_of(const qorv::dm::image<T>& view)
     return result;
 }
 
-/// The distance from one pixel to the next, and unused elements after each row and each plane, in elements.
-struct layout
-{
-    std::ptrdiff_t step = 1, row_gap = 0, plane_gap = 0;
-};
-inline constexpr layout dense{}, gapped{1, 3, 5}, sparse{2, 1, 4};
+using fuzz::layout;
+inline constexpr layout dense{}, gapped{.gaps = {3, 5, 0}}, sparse{.gaps = {1, 4, 0}, .step = 2};
 
+/// Pixels are noise of `seed`; everything else is a pattern that `gaps_untouched` looks for.
 template <class T>
-T noise(std::mt19937& random)
+struct canvas : fuzz::strided<T>
 {
-    if constexpr (requires { typename T::value_type; }) {  // complex
-        const auto re = noise<typename T::value_type>(random), im = noise<typename T::value_type>(random);
-        return {re, im};
-    } else if constexpr (std::is_integral_v<T>) {
-        return static_cast<T>(random());
-    } else {
-        return static_cast<T>((static_cast<double>(random()) / 4294967296.0 - 0.4) * 1000);
-    }
-}
-
-template <class T>
-class canvas
-{
-  public:
-    using extents = typename qorv::dm::image<T>::extents;
-
-    /// Pixels are noise of `seed`; everything else is a pattern that `gaps_untouched` looks for.
-    explicit canvas(extents sizes, layout how = dense, unsigned seed = 1)
-        : all_(room(sizes, how)), view_{all_.data() + guard, sizes, strides(sizes, how)}
+    explicit canvas(const fuzz::extents& sizes, const layout& how = dense, unsigned seed = 1)
+        : fuzz::strided<T>{sizes, how}
     {
-        std::memset(static_cast<void*>(all_.data()), pattern, all_.size() * sizeof(T));
-        std::mt19937 random{seed};
-        each([&](T& pixel) { pixel = noise<T>(random); });
+        this->fill(fuzz::generator{seed}, fuzz::contents::ordinary);
     }
-    canvas(const canvas&) = delete;
-    canvas& operator=(const canvas&) = delete;
-
-    const qorv::dm::image<T>& view() const { return view_; }
-
-    std::vector<T> pixels() const { return pixels_of(view_); }
-    bool gaps_untouched() const
-    {
-        std::vector<bool> used(all_.size());
-        each([&](T& pixel) { used[static_cast<std::size_t>(&pixel - all_.data())] = true; });
-        T clean;
-        std::memset(static_cast<void*>(&clean), pattern, sizeof(T));
-        for (std::size_t i = 0; i < all_.size(); ++i)
-            if (!used[i] && std::memcmp(&all_[i], &clean, sizeof(T)) != 0) return false;
-        return true;
-    }
-
-  private:
-    static constexpr std::ptrdiff_t guard = 64;
-    static constexpr int pattern = 0xA5;
-
-    static extents strides(const extents& sizes, layout how)
-    {
-        const std::ptrdiff_t row = sizes[0] * how.step + how.row_gap;
-        return {how.step, row, sizes[1] * row + how.plane_gap};
-    }
-    static std::size_t room(const extents& sizes, layout how)
-    {
-        return static_cast<std::size_t>(sizes[2] * strides(sizes, how)[2] + 2 * guard);
-    }
-    template <class Visit>
-    void each(Visit visit) const
-    {
-        for_each_place(view_.sizes(), [&](auto... place) { visit(view_(place...)); });
-    }
-
-    std::vector<T> all_;
-    qorv::dm::image<T> view_;
 };
 
 }  // namespace support

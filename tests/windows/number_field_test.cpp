@@ -95,6 +95,29 @@ TEST_F(a_field, ReturnsToTheValueThatAnArrowOrTheTagsGaveIt)
     EXPECT_EQ(stored(), "40");
 }
 
+TEST_F(a_field, ReturnsToItsValueWhenTheHandlerRefusesTheNumber)
+{
+    float taken = 62;
+    host.on_call = [&] {
+        const float typed = std::get<float>(host.tags().at("ModA1"));
+        if (typed < 1e6F) return void(taken = typed);
+        host.set("ModA1", taken);
+        throw zentrix::host::script_error{"Too large."};
+    };
+    enter("1e30");
+    EXPECT_EQ(stored() + " " + field().text(), "62 1e30");
+    EXPECT_TRUE(marked());
+    of_page(row_B2.step).type("2");
+    EXPECT_EQ(std::get<float>(host.tags().at("ModA1")) + taken, 124);
+    SetFocus(other().window);
+    EXPECT_EQ(field().text(), "62");
+    EXPECT_FALSE(marked());
+    of_page(row_A1.step).type("1e9");
+    of_page(row_A1.modulus_spin).click_spin(1);
+    EXPECT_EQ(field().text(), "62");
+    EXPECT_EQ(host.take_errors(), events(2, "Too large."));
+}
+
 TEST_F(a_field, ShowsItsNumberAgainAfterAPageChange)
 {
     for (const char* typed : {"", "-", "12abc"}) {

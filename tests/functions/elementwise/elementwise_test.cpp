@@ -213,69 +213,6 @@ TYPED_TEST(Elementwise, PowersAndLogarithmsHaveTheirValues)
     }
 }
 
-/// Runs `call(first, result, count)` into guarded memory and compares with `single`, one element at a time.
-template <class R, class Call, class Single>
-void expect_same_at_every_count(const char* what, Call&& call, Single&& single)
-{
-    for (std::size_t count = 0; count <= 67; ++count) {
-        support::framed<R> result{count};
-        call(std::size_t{0}, result.inside(), static_cast<std::ptrdiff_t>(count));
-        std::vector<R> expected(count);
-        for (std::size_t i = 0; i < count; ++i) single(i, &expected[i], 1);
-        ASSERT_TRUE(support::same_bytes(result.copy(), expected)) << what << " of " << count;
-        ASSERT_TRUE(result.frame_untouched()) << what;
-    }
-}
-
-template <class R, class Call>
-void expect_same_at_every_count(const char* what, Call&& call)
-{
-    expect_same_at_every_count<R>(what, call, call);
-}
-
-TYPED_TEST(Elementwise, EveryCountGivesTheBitsOfSingleElementsAndOfThePlainKernel)
-{
-    using T = TypeParam;
-    std::vector<T> a = noise<T>(67, 3), b = noise<T>(67, 2), phase(67);
-    std::vector<complex<T>> z = complex_noise<T>(67);
-    a[3] = 0, b[4] = infinity<T>, a[9] = -2, b[9] = 3, a[20] = tiny<T>, z[5] = {huge<T>, tiny<T>},
-    z[6] = {tiny<T>, tiny<T>}, z[7] = 0;
-    for (const auto& variant : runnable(functions::modulus_variants<T>()))
-        expect_same_at_every_count<T>(variant.name,
-                                      [&](std::size_t i, T* result, auto n) { variant.function(&z[i], result, n); });
-    for (const auto& table : {functions::exp2_variants<T>(), functions::log2_variants<T>()})
-        for (const auto& variant : runnable(table))
-            expect_same_at_every_count<T>(
-                variant.name, [&](std::size_t i, T* result, auto n) { variant.function(&a[i], result, n); },
-                [&](std::size_t i, T* result, auto n) { table.back().function(&a[i], result, n); });
-    for (const auto& variant : runnable(functions::pow_variants<T>()))
-        expect_same_at_every_count<T>(
-            "pow", [&](std::size_t i, T* result, auto n) { variant.function(&a[i], &b[i], result, n); },
-            [&](std::size_t i, T* result, auto n) { functions::pow_plain(&a[i], &b[i], result, n); });
-    for (const auto& variant : runnable(functions::modulus_and_phase_variants<T>()))
-        expect_same_at_every_count<T>(
-            variant.name, [&](std::size_t i, T* result, auto n) { variant.function(&z[i], phase.data(), result, n); },
-            [&](std::size_t i, T* result, auto n) {
-                functions::modulus_and_phase_plain(&z[i], phase.data(), result, n);
-            });
-    for (const auto& variant : runnable(functions::polar_variants<T>()))
-        expect_same_at_every_count<complex<T>>(
-            variant.name,
-            [&](std::size_t i, complex<T>* result, auto n) { variant.function(&a[i], 1, &b[i], result, n); },
-            [&](std::size_t i, complex<T>* result, auto n) { functions::polar(a[i], &b[i], result, n); });
-    expect_same_at_every_count<complex<T>>(
-        "unit phase", [&](std::size_t i, complex<T>* result, auto n) { functions::unit_phase(&z[i], result, n); });
-    expect_same_at_every_count<complex<T>>(
-        "norm", [&](std::size_t i, complex<T>* result, auto n) { functions::norm(&z[i], 0.1, result, n); });
-    expect_same_at_every_count<T>(
-        "pow in place",
-        [&](std::size_t i, T* result, auto n) {
-            std::copy_n(&b[i], n, result);
-            functions::pow(&a[i], result, result, n);
-        },
-        [&](std::size_t i, T* result, auto n) { functions::pow_plain(&a[i], &b[i], result, n); });
-}
-
 /// The rows in single precision over floats of every kind, bit by bit as the plain form. The digest of the plain
 /// results was computed on one platform.
 TEST(ElementwiseRows, GiveTheBitsOfThePlainFormOverAllFloatsOnEveryPlatform)

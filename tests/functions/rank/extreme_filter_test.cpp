@@ -40,16 +40,6 @@ TYPED_TEST(ExtremeFilter, IsTheExtremeOfTheClippedWindow)
         });
 }
 
-TYPED_TEST(ExtremeFilter, EveryVariantGivesThePlainBits)
-{
-    const auto table = extreme_variants<TypeParam>();
-    for_each_plane<TypeParam>(planes(), {0, 1, 2, 5, 31, 67, 2147483647}, all_contents,
-                              {extreme::minimum, extreme::maximum}, [&](auto plane, auto radius, extreme which) {
-                                  const auto expected = run_plain(table, plane, which, radius);
-                                  return every_variant_gives(expected, table, plane, which, radius);
-                              });
-}
-
 TEST(ExtremeFilterPlain, KeepsANaNOnlyAtTheBottomOfAColumnAndOnlyInTheFirstSlot)
 {
     const auto centre_with_nan_at = [&](int x, int y) {

@@ -38,24 +38,6 @@ TYPED_TEST(MedianFilter, IsTheMiddleOfTheSortedWindow)
         });
 }
 
-TYPED_TEST(MedianFilter, EveryVariantGivesThePlainBits)
-{
-    const auto table = median_variants<TypeParam>();
-    const auto expect = [&](const std::vector<extent>& sizes, std::vector<std::ptrdiff_t> radii,
-                            const contents& whats) {
-        for_each_plane<TypeParam>(sizes, radii, whats, {padding::none, padding::zeros},
-                                  [&](auto plane, auto radius, padding outside) {
-                                      const auto expected = run_plain(table, plane, radius, outside);
-                                      return every_variant_gives(expected, table, plane, radius, outside);
-                                  });
-    };
-    for (const extent size : planes())
-        for (std::ptrdiff_t radius : {0, 1, 2, 3, 5, 20, 66, 70, 2147483647})
-            if (size[0] * size[1] * std::min(radius, size[0]) * std::min(radius, size[1]) <= 60000)  // plain is slow
-                expect({size}, {radius}, all_contents);
-    expect({{301, 90}, {90, 150}}, {1, 2, 7}, {content::noise, content::zeros});
-}
-
 TEST(RankFilters, FilterEachPlaneOfAVolume)
 {
     const auto pixels = picture<float>(content::noise, 126);

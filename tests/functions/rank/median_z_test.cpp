@@ -12,29 +12,24 @@ class MedianZ : public testing::Test
 {};
 TYPED_TEST_SUITE(MedianZ, real_types);
 
-TYPED_TEST(MedianZ, IsTheMiddleOfEachSortedColumnInEveryVariantOnAnyView)
+TYPED_TEST(MedianZ, IsTheMiddleOfEachSortedColumnInEveryVariant)
 {
     using T = TypeParam;
     const auto table = median_z_variants<T>();
     std::vector<extent> sizes{{16, 63}, {16, 64}, {16, 65}, {35, 200}, {5, 700}};  // width and depth
     for (std::ptrdiff_t n = 1; n <= 67; ++n) sizes.push_back({n, 1 + (n * 17) % 67});
     for (const extent& size : sizes)
-        for (content what : all_contents)
-            for (std::ptrdiff_t step : {1, 2}) {
-                const std::ptrdiff_t width = size[0], height = 1 + width % 3, depth = size[1];
-                const auto pixels = picture<T>(what, width * height * depth * step);
-                const image<const T> stack{
-                    pixels.data(), {width, height, depth}, {step, width * step, width * height * step}};
-                const auto plain = run_plain(table, stack);
-                ASSERT_TRUE(every_variant_gives(plain, table, stack)) << depth << " deep, " << int(what);
-                if (what == content::zeros || what == content::nans) continue;
-                const auto truth = at_every_pixel(stack, [&](auto x, auto y) {
-                    std::vector<T> column;
-                    for (std::ptrdiff_t z = 0; z < depth; ++z) column.push_back(stack(x, y, z));
-                    return median_by_sorting(column);
-                });
-                ASSERT_TRUE(support::same_bytes(plain, truth)) << depth << " deep, " << int(what);
-            }
+        for (content what : ordered_contents) {
+            const std::ptrdiff_t width = size[0], height = 1 + width % 3, depth = size[1];
+            const auto pixels = picture<T>(what, width * height * depth);
+            const image<const T> stack{pixels.data(), width, height, depth};
+            const auto truth = at_every_pixel(stack, [&](auto x, auto y) {
+                std::vector<T> column;
+                for (std::ptrdiff_t z = 0; z < depth; ++z) column.push_back(stack(x, y, z));
+                return median_by_sorting(column);
+            });
+            ASSERT_TRUE(every_variant_gives(truth, table, stack)) << depth << " deep, " << int(what);
+        }
 }
 
 }  // namespace

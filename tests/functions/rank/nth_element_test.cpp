@@ -58,20 +58,6 @@ TYPED_TEST(NthElement, OfAnImageAgreesWithTheStandardLibraryInEveryVariant)
             }
 }
 
-TYPED_TEST(NthElement, EveryVariantGivesThePlainBitsWithNaNsAndBothZeros)
-{
-    using T = TypeParam;
-    for (std::ptrdiff_t count : {2, 3, 64, 999, 20000, 70001})
-        for (content what : {content::zeros, content::nans})
-            for (std::ptrdiff_t k = 1; k < count; k += 1 + count / 17) {
-                auto values = picture<T>(what, count);
-                if (what == content::zeros)  // the middle ranks are zeros of both signs
-                    for (std::ptrdiff_t i = 0; i < count; i += 2) values[std::size_t(i)] = i % 3 ? T(0) : -T(0);
-                const auto plain = rank_variants<T>().back().function;
-                expect_ranked<T>(values, k, plain({values.data(), count}, k, neighbour::before), int(what));
-            }
-}
-
 TEST(NthElementOfAnImage, FindsRanksOutsideItsSample)
 {
     for (float sampled : {-1e30f, 1e30f})

@@ -26,14 +26,13 @@ enum class content
     ramp,        ///< sorted
     infinities,  ///< noise with a third of infinities of both signs
     halves,      ///< the lowest value or -inf, then the highest or +inf
-    zeros,       ///< noise with zeros of both signs, scattered in one quarter of the picture
     nans,        ///< noise with a few NaN of different payloads
 };
 using contents = std::vector<content>;
 inline const contents ordered_contents{content::noise, content::few_levels, content::ramp, content::infinities,
                                        content::halves};
-inline const contents all_contents{content::noise,  content::few_levels, content::ramp, content::infinities,
-                                   content::halves, content::zeros,      content::nans};
+inline const contents all_contents{content::noise,      content::few_levels, content::ramp,
+                                   content::infinities, content::halves,     content::nans};
 
 /// Integers have the ends of their range for infinities, and zeros for NaN.
 template <class T>
@@ -54,8 +53,6 @@ std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
         const unsigned rare = random();
         if (what == content::infinities && rare % 3 == 0) p = rare % 2 == 0 ? lowest : highest;
         if (what == content::halves) p = i < pixels.size() / 2 ? lowest : highest;
-        if (what == content::zeros && i < pixels.size() / 4 && rare % 3 == 0)
-            p = rare % 2 == 0 ? T(0) : static_cast<T>(-T(0));
         if (what == content::nans && rare % 23 == 0)
             p = limits::has_quiet_NaN ? (rare % 2 == 0 ? limits::quiet_NaN() : -limits::quiet_NaN()) : T(0);
     }
@@ -65,14 +62,6 @@ std::vector<T> picture(content what, std::ptrdiff_t count, unsigned seed = 1)
 /// Width and height.
 using extent = std::array<std::ptrdiff_t, 2>;
 inline const std::vector<extent> small_planes{{1, 1}, {2, 3}, {7, 1}, {1, 9}, {13, 11}, {37, 29}};
-
-/// Widths and heights with every remainder of a vector, a stretch of columns and a window.
-inline std::vector<extent> planes()
-{
-    std::vector<extent> all{{67, 1}, {1, 67}, {2, 2}, {3, 3}, {5, 4}};
-    for (std::ptrdiff_t n = 1; n <= 67; n += n < 19 || n > 60 ? 1 : 5) all.push_back({n, 1 + (n * 29) % 67});
-    return all;
-}
 
 /// Asserts check(plane, radius, mode) for all combinations.
 template <class T, class Mode, class Check>

@@ -164,19 +164,15 @@ TEST(Factors, RefuseADestinationThatIsTheSourceMovedByAPixel)
     const image<const c> source{pixels.data(), 4}, apart{other.data(), 4};
     const image<c> moved{pixels.data() + 1, 4};
     const functions::radial_grid grid{0, 0, 1, 1};
+    const functions::correlation_filter filter{grid, 0, inf};
+    const image<const float> curve{ones.data(), 1};
     const auto mode = functions::correlation_mode::plain;
     const std::function<void()> calls[] = {
         [&] { functions::apply_window<c, c, double>(source, functions::window::hann, {}, moved); },
-        [&] {
-            functions::weight<c, float>(source, {ones.data(), 1}, grid, functions::weight_mode::nearest, moved);
-        },
+        [&] { functions::weight<c, float>(source, curve, grid, functions::weight_mode::nearest, moved); },
         [&] { functions::apply_mask<c>(source, vector<double>(4), moved); },
-        [&] {
-            functions::cross_correlation_mask<c>(source, apart, {grid, 0, inf}, mode, moved);
-        },
-        [&] {
-            functions::cross_correlation_mask<c>(apart, source, {grid, 0, inf}, mode, moved);
-        },
+        [&] { functions::cross_correlation_mask<c>(source, apart, filter, mode, moved); },
+        [&] { functions::cross_correlation_mask<c>(apart, source, filter, mode, moved); },
     };
     for (const auto& call : calls) EXPECT_EQ(message_of(call), dm::errors::out_of_place);
     EXPECT_EQ(pixels, before);

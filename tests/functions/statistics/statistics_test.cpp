@@ -99,27 +99,6 @@ void check_nans_are_ignored()
         }
 }
 
-template <class T>
-void check_vector_kernels_agree()
-{
-    const auto rows = dm::runnable(functions::survey_variants<T>());
-    for (std::ptrdiff_t n = 1; n < 40; ++n) {
-        const canvas<T> line{{n, 3, 1}};
-        const auto sums = [&](const auto& row) {
-            const functions::survey_record got = row.function(line.view());
-            return std::array{got.sum, got.sum_of_squares, got.sum_of_absolutes};
-        };
-        for (std::size_t i = 0; i + 1 < rows.size(); ++i) EXPECT_EQ(sums(rows[i]), sums(rows[0])) << rows[i].name << n;
-    }
-}
-
-TEST(Survey, SumsAreTheSameWithAllVectorLengths)
-{
-    dm::read_processor_features();
-    check_vector_kernels_agree<float>();
-    check_vector_kernels_agree<double>();
-}
-
 TEST(Survey, MinimumAndMaximumIgnoreNans)
 {
     dm::read_processor_features();

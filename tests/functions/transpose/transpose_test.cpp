@@ -38,7 +38,7 @@ extents transposed(extents sizes, transposition which)
 }
 
 const extents volumes[] = {{1, 1, 1},   {7, 5, 1},    {1, 5, 7},     {9, 1, 4},    {67, 3, 67},
-                           {64, 2, 65}, {33, 31, 17}, {130, 2, 300}, {16, 16, 16}, {5, 70, 66}};
+                           {64, 2, 65}, {33, 31, 17}, {130, 2, 300}, {16, 16, 16}, {5, 66, 66}};
 
 TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
 {
@@ -55,22 +55,11 @@ TYPED_TEST(transpose_test, MovesEachElementToItsMirrorPlace)
                     ASSERT_TRUE(support::same_bytes(to.pixels(), expected))
                         << row.name << " " << testing::PrintToString(sizes);
                     ASSERT_TRUE(to.gaps_untouched());
-                }
-}
-
-TYPED_TEST(transpose_test, InPlaceIsTheSame)
-{
-    for (const auto& row : dm::runnable(transpose_variants()))
-        for (const auto which : {transposition::xz, transposition::yz})
-            for (const std::ptrdiff_t n : {1, 2, 16, 33, 67, 130})
-                for (const auto& how : {support::dense, support::sparse}) {
-                    const extents sizes = which == transposition::xz ? extents{n, 3, n} : extents{3, n, n};
-                    const canvas<TypeParam> from{sizes, how}, to{sizes}, image{sizes, how};
-                    row.function(voxels_of(from.view()), voxels_of(to.view()), sizeof(TypeParam), which);
-                    const voxels own = voxels_of(image.view());
+                    if (sizes != to.view().sizes()) continue;
+                    const voxels own = voxels_of(from.view());
                     row.function(own, own, sizeof(TypeParam), which);
-                    ASSERT_TRUE(support::same_bytes(image.pixels(), to.pixels())) << row.name << n;
-                    ASSERT_TRUE(image.gaps_untouched());
+                    ASSERT_TRUE(support::same_bytes(from.pixels(), expected)) << row.name << " in place";
+                    ASSERT_TRUE(from.gaps_untouched());
                 }
 }
 

@@ -1,13 +1,11 @@
-// Diffractograms of a wave whose spectrum is known, their radial means, and the mask of undersampled places.
+// Diffractograms of a wave whose spectrum is known.
 #include "host/correction/diffractogram_pictures.h"
 
-#include "host/correction/undersampled.h"
 #include "host/engine/library.h"
 #include "lens/electron.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
@@ -75,44 +73,6 @@ TEST(Diffractograms, HaveThePowerOfTheWaveOrOfWhatIsDisplayed)
     EXPECT_LT(of_phase[0], 1e-4F) << "without the mean";
     const auto of_real_part = powers(display_mode::real);
     for (const float power : of_real_part) EXPECT_LT(power, 1e-4F) << "constant";
-}
-
-TEST(Diffractograms, RadialMeansCountRingsInBothDirections)
-{
-    auto spectrum = image::create("spectrum", HOST_ELEMENT_COMPLEX64, {{64, 32}});
-    std::fill_n(static_cast<pixel*>(spectrum->data()), spectrum->count(), pixel{0, 2});
-    for (const double mean : radial_power(*spectrum)) EXPECT_EQ(mean, 4);
-    std::fill_n(static_cast<pixel*>(spectrum->data()), spectrum->count(), pixel{});
-    spectrum->at<pixel>(32, 16 - 5) = {3, 0};  // 5 / 32 of a pixel^-1 up, which is 10 / 64
-    const auto means = radial_power(*spectrum);
-    for (std::size_t i = 0; i < means.size(); ++i) EXPECT_EQ(means[i] > 0, i == 10) << i;
-}
-
-TEST(Undersampled, DefocusIsMaskedWhereItsPhaseTurnsTooFast)
-{
-    auto setup = in_focus();
-    setup.lens[lens::coefficient::C1] = {-300, 0};
-    constexpr int size = 128;
-    const double step = 1 / (size * setup.pixel_nm);
-    // chi = pi lambda C1 (u^2 + v^2) changes by pi in one step along u at u = 1 / (2 lambda C1 step).
-    const double edge = 1 / (2 * setup.wavelength_nm * 300 * step) / step;  // pixels
-    ASSERT_GT(edge, 20);
-    ASSERT_LT(edge, 60);
-    picture shown{size, size, 1, std::vector<std::uint8_t>(size * size, 7)};
-    mask_undersampled(shown, lens::arguments_for(setup, 2, 2, lens::direction::apply), step, step);
-    ASSERT_EQ(shown.channels, 3);
-    for (int y = 0; y < size; ++y)
-        for (int x = 0; x < size; ++x) {
-            const double farther = std::max(std::abs(x - size / 2), std::abs(y - size / 2));
-            if (std::abs(farther - edge) < 1.5) continue;
-            const bool masked = std::ranges::equal(std::span{&shown.bytes[3U * static_cast<unsigned>(y * size + x)], 3},
-                                                   undersampled_ink);
-            ASSERT_EQ(masked, farther > edge) << x << ", " << y;
-        }
-    setup.lens[lens::coefficient::C1] = {-3, 0};
-    picture grey{size, size, 1, std::vector<std::uint8_t>(size * size, 7)};
-    mask_undersampled(grey, lens::arguments_for(setup, 2, 2, lens::direction::apply), step, step);
-    EXPECT_EQ(grey.channels, 1) << "nothing is masked";
 }
 
 }  // namespace

@@ -39,14 +39,18 @@ lens::transfer_arguments with_defocus(double nanometres)
 TEST(MaskUndersampled, BeginsWherePhaseStepsExceedPi)
 {
     // chi = pi q^2. From q to q + 0.05 1/nm it changes by more than pi from 9.975 1/nm and below -10.025 1/nm.
-    picture row{600, 1, 1, std::vector<std::uint8_t>(600, 90)};
-    mask_undersampled(row, with_defocus(500), 0.05, 0.05);
-    ASSERT_EQ(row.channels, 3);
-    ASSERT_EQ(row.bytes.size(), 1800u);
-    for (int x = 0; x < 600; ++x) {
-        const bool masked = x - 300 >= 200 || x - 300 <= -201;
-        const rgb expected = masked ? undersampled_ink : rgb{90, 90, 90};
-        EXPECT_TRUE(std::equal(expected.begin(), expected.end(), &row.bytes[3 * static_cast<std::size_t>(x)])) << x;
+    for (const auto& [width, height] : {std::pair{600, 1}, {1, 600}}) {
+        picture line{width, height, 1, std::vector<std::uint8_t>(600, 90)};
+        mask_undersampled(line, with_defocus(500), 0.05, 0.05);
+        ASSERT_EQ(line.channels, 3);
+        ASSERT_EQ(line.bytes.size(), 1800u);
+        for (int i = 0; i < 600; ++i) {
+            const int frequency = height == 1 ? i - 300 : 300 - i;  // upwards
+            const bool masked = frequency >= 200 || frequency <= -201;
+            const rgb expected = masked ? undersampled_ink : rgb{90, 90, 90};
+            EXPECT_TRUE(std::equal(expected.begin(), expected.end(), &line.bytes[3 * static_cast<std::size_t>(i)]))
+                << i;
+        }
     }
     picture grey{600, 1, 1, std::vector<std::uint8_t>(600, 90)};
     mask_undersampled(grey, with_defocus(300), 0.05, 0.05);

@@ -137,57 +137,6 @@ TEST(Unwrap, UnwrapsPhasesWavesAndVolumes)
                   "pixels not reached: 0\n"));
 }
 
-TEST(Unwrap, LeavesOutPixelsThatAreNotFiniteAndKeepsAreasApart)
-{
-    const workbench bench;
-    const auto ramp = [](int x, int y) { return 0.9F * static_cast<float>(x) - 0.7F * static_cast<float>(y); };
-    const auto wrapped = [&](int x, int y) { return std::arg(std::polar(1.0F, ramp(x, y))); };
-    const auto is_gap = [](int x, int y) { return x == 25 || (x == 3 && y < 20) || (x == 10 && y == 10); };
-    support::write_real(bench / "torn.npy", 40, 30, [&](int x, int y) {
-        return !is_gap(x, y) ? wrapped(x, y) : y % 2 == 0 ? INFINITY : NAN;
-    });
-    EXPECT_EQ(
-        bench.zentrix("unwrap -o u.npy torn.npy").err,
-        "zentrix: torn.npy: 51 of 1200 pixels are infinite or not a number; they are left out and stay as they are\n");
-    const auto after = pixels_of<float>(bench / "u.npy");
-    for (std::size_t i = 0; i < after.size(); ++i) {
-        const int x = static_cast<int>(i) % 40, y = static_cast<int>(i) / 40, first = x < 25 ? 0 : 26;
-        if (is_gap(x, y))
-            ASSERT_EQ(std::isnan(after[i]), y % 2 == 1) << i;
-        else  // the first pixel of each side keeps its wrapped value
-            ASSERT_NEAR(after[i] - ramp(x, y), wrapped(first, 0) - ramp(first, 0), 1e-4) << i;
-    }
-}
-
-TEST(CommandLine, IsCheckedBeforeAnyWork)
-{
-    const workbench bench;
-    support::write_wave(bench / "w.npy", 4, 4, [](int, int) { return 1; });
-    const std::string correct = "correct w.npy -o o.npy --pixel 0.1 ";
-    for (const auto& [command, printed] : {row{"call ZXPadSize 3 --jsno", "--jsno"},
-                                           {"--simd maybe functions", "maybe"},
-                                           {"correct w.npy -o o.npy --kv 300", "--pixel is required"},
-                                           {correct, "--kv or --wavelength is required"},
-                                           {correct + "--kv 300 --C1 5@20", "C1 is a number in nm, not \"5@20\""},
-                                           {correct + "--kv 300 --C1 -inf", "C1 is a number in nm, not \"-inf\""},
-                                           {correct + "--remove", "\"correct\" removes aberrations"},
-                                           {correct + "--kv 300 --tilt 3", "--tilt is X,Y in mrad, not \"3\""},
-                                           {correct + "--kv 300 --show colour", "colour"},
-                                           {correct + "--kv nan", "expected a positive number, not \"nan\""},
-                                           {correct + "--kv 300000", "300000 kV: are these volts? kv is in"},
-                                           {correct + "--kv 0.3", "0.3 kV: are these megavolts? kv is in"},
-                                           {correct + "--kv 300 --pixel 5e-11", "are these metres? pixel is in"},
-                                           {correct + "--kv 300 --vibration -1", "a number of 0 or more, not \"-1\""},
-                                           {correct + "--kv 300 --wavelength 0.002", "--wavelength"}}) {
-        const auto done = bench.zentrix(command);
-        EXPECT_EQ(done.code, 2) << command;
-        EXPECT_THAT(done.err, HasSubstr(printed));
-        EXPECT_EQ(done.out, "");
-    }
-    EXPECT_EQ(bench.folder().files(), std::vector<std::string>{"w.npy"});
-    EXPECT_EQ(bench.zentrix("correct --help").code, 0);
-}
-
 TEST(CommandLine, NamesTheFileAndTheProblem)
 {
     const workbench bench;

@@ -2,8 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
-#include <numbers>
 
 #include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"
@@ -12,38 +10,6 @@ using support::pixels_of;
 using support::workbench;
 using testing::HasSubstr;
 using complex = std::complex<float>;
-
-namespace {
-
-constexpr double pi = std::numbers::pi;
-
-}  // namespace
-
-TEST(FourierTransform, FrequenciesAreAroundTheMiddleAndUnscaled)
-{
-    for (const auto& [width, height] : {std::pair{16, 12}, {15, 9}}) {
-        const workbench bench;
-        // A real cosine of 3 periods along x and -2 along y, with a mean of 5. Its phase tests the exponent.
-        constexpr double phase = 0.7;
-        support::write_real(bench / "f.npy", width, height, [&, w = width, h = height](int x, int y) {
-            return 5 + 2 * std::cos(2 * pi * (3.0 * x / w - 2.0 * y / h) + phase);
-        });
-        ASSERT_EQ(bench.zentrix("fft f.npy -o s.npy").err, "");
-        const auto spectrum = pixels_of<complex>(bench / "s.npy");
-        const double count = width * height;
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) {
-                const int u = x - width / 2, v = y - height / 2;
-                complex expected;
-                if (u == 0 && v == 0) expected = complex(5 * count);
-                if (std::abs(u) == 3 && v * 3 == -2 * u) expected = complex(std::polar(count, u > 0 ? phase : -phase));
-                EXPECT_NEAR(std::abs(spectrum[static_cast<std::size_t>(y * width + x)] - expected), 0, 1e-3);
-            }
-        ASSERT_EQ(bench.zentrix("ifft s.npy -o back.npy --real").err, "");
-        EXPECT_LT(support::largest_difference(pixels_of<float>(bench / "back.npy"), pixels_of<float>(bench / "f.npy")),
-                  1e-5);
-    }
-}
 
 TEST(FourierTransform, TransformsEachPlaneOfAStack)
 {
@@ -56,6 +22,11 @@ TEST(FourierTransform, TransformsEachPlaneOfAStack)
     const auto spectra = pixels_of<complex>(bench / "t.npy");
     for (std::size_t i = 0; i < spectra.size(); ++i)
         EXPECT_EQ(spectra[i], i % 24 == 15 ? complex(24.0F * static_cast<float>(i / 24 + 1)) : complex{}) << i;
+    EXPECT_EQ(bench.zentrix("ifft t.npy -o back.npy --real").err, "");
+    const auto back = pixels_of<float>(bench / "back.npy");
+    for (std::size_t i = 0; i < back.size(); ++i) EXPECT_NEAR(back[i], static_cast<float>(i / 24 + 1), 1e-6) << i;
+    EXPECT_EQ(bench.zentrix("fft back.npy -o again.npy").err, "");  // of real pixels
+    EXPECT_LT(support::largest_difference(pixels_of<complex>(bench / "again.npy"), spectra), 1e-4);
     EXPECT_THAT(bench.zentrix("fft s.npy -o t.png").err, HasSubstr("a stack cannot be shown as one picture"));
 }
 
@@ -76,12 +47,10 @@ TEST(FourierTransform, RefusesWhatWouldSpread)
     const workbench bench;
     support::write_real(bench / "torn.npy", 4, 4, [](int x, int y) { return x == 1 && y == 2 ? NAN : 1; });
     support::write_real(bench / "large.npy", 4, 4, [](int, int) { return 3e38F; });
-    support::write_image_of<double>(bench / "huge.npy", HOST_ELEMENT_FLOAT64, 4, 4, [](int, int) { return 1e60; });
     for (const auto& [file, why] : {std::pair{"torn.npy",
                                               "1 of 16 pixels are infinite or not a number; --nan zero or "
                                               "--nan mean replaces them"},
-                                    {"large.npy", "the result is too large for single precision"},
-                                    {"huge.npy", "has values that are too large for single precision"}})
+                                    {"large.npy", "the result is too large for single precision"}})
         EXPECT_EQ(bench.zentrix(std::string{"fft -o s.npy "} + file).text(),
                   std::string{"1 zentrix: "} + file + ": " + why + "\n");
     EXPECT_FALSE(std::filesystem::exists(bench / "s.npy"));

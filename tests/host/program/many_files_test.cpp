@@ -90,7 +90,6 @@ TEST(ManyFiles, GoOnAfterABadFileAndListItAtTheEnd)
     const workbench bench;
     write_waves(bench);
     bench.folder().write("in/bad.npy", "no array");
-    const std::string reason = "in/bad.npy: it is not a .npy file: expected the first bytes \\x93NUMPY";
     for (const std::string jobs : {"1", "2"}) {
         const auto done = bench.zentrix("correct in/*.npy in/missing.npy -o out/ --suffix _c --jobs " + jobs + lens);
         EXPECT_EQ(done.code, 1);
@@ -101,14 +100,8 @@ TEST(ManyFiles, GoOnAfterABadFileAndListItAtTheEnd)
         EXPECT_TRUE(fs::exists(bench / "out/d_c.npy") && !fs::exists(bench / "out/bad_c.npy"));
         fs::remove_all(bench / "out");
     }
-    const auto json = sorted_lines(bench.zentrix("correct in -o out/ --json" + lens).out);
-    ASSERT_GE(json.size(), 5U);
-    EXPECT_EQ(std::ranges::count_if(json,
-                                    [](const auto& l) {
-                                        return l.find("bad.npy\",\"error\":{\"kind\":\"failure\",\"message\":\"") <
-                                               l.size();
-                                    }),
-              1);
+    EXPECT_THAT(bench.zentrix("correct in -o out/ --json" + lens).out,
+                HasSubstr(R"(bad.npy","error":{"kind":"failure","message":")"));
 }
 
 TEST(ManyFiles, ContinueSkipsWhatIsDoneAndNothingElse)
@@ -144,7 +137,6 @@ TEST(ManyFiles, AreRefusedBeforeAnyWork)
         {"correct in -o out/ --suffix .txt", "cannot be written"},
         {"correct in -o out/ --suffix .tif", "TIFF files have no complex numbers"},
         {"correct missing.npy -o out/x.tif", "TIFF files have no complex numbers"},
-        {"correct in -o in/", "is an input and cannot be the result, too"},
         {"correct in/a.npy -o in/a.npy", "is an input and cannot be the result, too"},
         {"correct in -o out/ --png out/x.png", "out/x.png: several results need a folder"},
         {"correct in -o out/ --suffix .png --png out/", "two results would have this name"},

@@ -3,7 +3,6 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"
 
 using support::workbench;
@@ -69,7 +68,15 @@ TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
              {correct + "--wavelength 2e-12", "--wavelength: The wavelength is 2e-12 nm: are these metres?"},
              {"hologram h.npy -o \"\" --wave w.npy", "-o expects the name of a file or folder"},
              {"unwrap p.npy -o \"\"", "-o expects the name of a file or folder"},
-             {"unwrap p.npy -o u.npy --box 1.5", "--box: expected a number from 0 to 2147483647, not \"1.5\""},
+             {"--simd maybe functions", "--simd: expected"},
+             {correct + "--C1 5@20", "C1 is a number in nm, not \"5@20\""},
+             {correct + "--C1 -inf", "C1 is a number in nm, not \"-inf\""},
+             {correct + "--remove", "--remove no longer exists: \"correct\" removes aberrations"},
+             {correct + "--kv nan", "--kv: expected a positive number, not \"nan\""},
+             {correct + "--kv 300000", "--kv: 300000 kV: are these volts? kv is in"},
+             {correct + "--kv 0.3", "--kv: 0.3 kV: are these megavolts? kv is in"},
+             {correct + "--pixel 5e-11", "--pixel: The pixel size is 5e-11 nm: are these metres? pixel is in"},
+             {correct + "--vibration -1", "--vibration: expected a number of 0 or more, not \"-1\""},
          }) {
         const auto done = bench.zentrix(words);
         EXPECT_EQ(done.code, 2) << words;
