@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "host/files/file_error.h"
+#include "host/files/pending_file.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::host {
@@ -115,6 +116,12 @@ void require_folder(const std::string& output)
     std::error_code ignored;
     if (!folder.empty() && !fs::is_directory(folder, ignored))
         throw file_error{system_path(output), "cannot be written: there is no folder " + utf8_path(folder)};
+}
+
+void require_places(const std::vector<std::string>& outputs)
+{
+    for (const std::string& output : outputs)
+        if (!output.empty()) const pending_file is_possible{system_path(output)};
 }
 
 void create_folders(const std::vector<destination>& destinations)

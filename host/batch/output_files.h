@@ -36,6 +36,10 @@ void require_own_names(const std::vector<std::string>& inputs, const std::vector
 /// An empty name is left out. Throws  file_error
 void require_folder(const std::string& output);
 
+/// Checks that each file could be created or replaced now, before anything is written. Empty names are left out. Leaves
+/// nothing. Throws  file_error as pending_file does
+void require_places(const std::vector<std::string>& outputs);
+
 /// Creates the folders of the destinations where they do not exist. Throws  file_error
 void create_folders(const std::vector<destination>& destinations);
 

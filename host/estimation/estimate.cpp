@@ -99,7 +99,7 @@ estimate estimate_aberrations(const image& wave, const lens::optics& setup, cons
     check(wave, setup, options);
     const pixel_region region = checked_region(wave, options);
     const wave_spectrum spectrum = spectrum_of(wave, region, setup.pixel_nm);
-    search_run run{progress, options.threads, setup};
+    search_run run{progress, options.threads, setup, options.stop};
 
     estimate result;
     result.setup = setup;

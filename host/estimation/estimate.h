@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <functional>
 #include <map>
@@ -49,6 +50,8 @@ struct estimate_options
     /// envelope that is not known may change.
     bool widths_are_known = false;
     std::ptrdiff_t threads = 0;  ///< 0: one for each processor; the result does not depend on it
+    /// Ends the search within one evaluation on each thread once it is true; any thread may set it. Null: nothing does.
+    const std::atomic<bool>* stop = nullptr;
 };
 
 /// A coefficient that was searched.
@@ -79,7 +82,7 @@ struct estimate
                                            ///< for an amplitude object, quarters of the wave with the same focus
     std::size_t evaluations = 0;           ///< of the criterion, or of it with its gradient
     double seconds = 0;
-    bool stopped = false;  ///< by the progress callback; then nothing is determined
+    bool stopped = false;  ///< by the progress callback or estimate_options::stop; then nothing is determined
 
     bool any_determined() const;
 };

@@ -2,9 +2,11 @@
 
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstddef>
 #include <exception>
 #include <functional>
+#include <mutex>
 #include <vector>
 
 #include "host/estimation/estimate.h"
@@ -17,30 +19,41 @@ namespace zentrix::host {
 class search_run
 {
   public:
-    search_run(const estimate_progress& progress, std::ptrdiff_t threads, const lens::optics& start);
+    /// stop  as estimate_options::stop
+    search_run(const estimate_progress& progress, std::ptrdiff_t threads, const lens::optics& start,
+               const std::atomic<bool>* stop = nullptr);
 
     /// The next part of the search takes the progress up to `fraction`.
     void begin(double fraction);
     /// The optics that the progress shows from now on.
     void show(const lens::optics& best) { shown_ = best; }
 
-    /// Calls work(item) for 0 <= item < count on the threads. Returns false if the search was stopped.
+    /// Calls work(item) for 0 <= item < count on the threads. Reports the progress until the last item is done.
+    /// Returns false if the search was stopped.
     /// Throws  the exception of the item with the lowest index; then some items may not have been worked on
     template <class Work>
     bool for_each(std::size_t count, const Work& work)
     {
         std::vector<std::exception_ptr> thrown(count);
-        std::atomic<std::size_t> done{0};
-        in_parallel(static_cast<std::ptrdiff_t>(count), threads_, [&](std::ptrdiff_t thread, std::ptrdiff_t item) {
+        std::atomic<std::size_t> begun{0}, done{0};
+        const auto attempt = [&](std::size_t item, const auto& step) {
             try {
-                is_caller = thread == 0;
-                if (!stopped_) work(static_cast<std::size_t>(item));
-                part_ = static_cast<double>(++done) / static_cast<double>(count);
+                step();
             } catch (const search_stopped&) {
             } catch (...) {
-                thrown[static_cast<std::size_t>(item)] = std::current_exception();
+                thrown[item] = std::current_exception();
                 stopped_ = true;
             }
+        };
+        in_parallel(static_cast<std::ptrdiff_t>(count), threads_, [&](std::ptrdiff_t thread, std::ptrdiff_t index) {
+            const auto item = static_cast<std::size_t>(index);
+            is_caller = thread == 0;
+            ++begun;
+            attempt(item, [&] {
+                if (!stopped_) work(item);
+            });
+            count_done(done, count);
+            if (is_caller && begun == count) attempt(item, [&] { report_until(done, count); });
         });
         is_caller = true;
         for (const auto& one : thrown)
@@ -56,9 +69,14 @@ class search_run
   private:
     using clock = std::chrono::steady_clock;
 
+    void report();
+    void count_done(std::atomic<std::size_t>& done, std::size_t count);
+    void report_until(const std::atomic<std::size_t>& done, std::size_t count);
+
     static thread_local bool is_caller;
 
     const estimate_progress& progress_;
+    const std::atomic<bool>* stop_;
     std::ptrdiff_t threads_;
     lens::optics shown_;
     clock::time_point next_report_;
@@ -66,6 +84,8 @@ class search_run
     std::atomic<double> part_{0};  ///< of the way from from_ to to_
     std::atomic<bool> stopped_{false};
     std::atomic<std::size_t> evaluations_{0};
+    std::mutex ending_;
+    std::condition_variable all_done_;
 };
 
 }  // namespace zentrix::host

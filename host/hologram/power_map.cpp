@@ -54,6 +54,8 @@ power_map::power_map(engine& engine, const image_ref& tapered)
     auto* const values = static_cast<float*>(smoothed->data());
     std::ranges::transform(spectrum, values, [](std::complex<float> value) { return std::norm(value); });
     engine.call("ZXGaussianBlur", {smoothed, smoothing_pixels, std::int64_t{3}, smoothed});
+    if (!std::ranges::all_of(std::span{values, power_.size()}, [](float power) { return std::isfinite(power); }))
+        throw script_error{"No fringes were found: some pixels are too large next to the others."};
     power_.assign(values, values + power_.size());
 }
 

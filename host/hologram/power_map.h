@@ -23,6 +23,7 @@ class power_map
 {
   public:
     /// tapered  as tapered_without_outliers returns it
+    /// Throws  script_error if the power is beyond single precision
     power_map(engine& engine, const image_ref& tapered);
 
     std::ptrdiff_t width() const noexcept { return width_; }

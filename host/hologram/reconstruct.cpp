@@ -7,6 +7,7 @@
 #include <span>
 #include <string>
 
+#include "host/fft/finite.h"
 #include "host/hologram/hologram_plane.h"
 #include "host/hologram/outliers.h"
 #include "host/hologram/phase_ramp.h"
@@ -50,6 +51,23 @@ std::size_t divide(wave_pixels wave, wave_pixels reference, float median)
         wave[i] *= std::conj(reference[i]) / std::max(power, least);
     }
     return weak;
+}
+
+/// Multiplies by 2^exponent.
+void multiply(wave_pixels wave, int exponent)
+{
+    constexpr int largest = 60;  // with the values that are not scaled, the product is below 10^38
+    if (std::abs(exponent) > largest)
+        throw script_error{"The values of hologram and reference differ by a factor of more than 10^18."};
+    if (exponent == 0) return;
+    const float factor = std::ldexp(1.0F, exponent);
+    for (auto& pixel : wave) pixel *= factor;
+}
+
+void require_finite(const image& wave)
+{
+    if (!all_finite(static_cast<const std::complex<float>*>(wave.data()), static_cast<std::ptrdiff_t>(wave.count())))
+        throw script_error{"The wave is not finite: some pixels are too large next to the others."};
 }
 
 void require_same_size(const image& hologram, const band_filter& reference)
@@ -108,11 +126,11 @@ image_ref new_wave(const image& hologram, const band_filter& filter)
 }
 
 /// Plane z, without outliers if these are to be replaced; `replaced` counts them.
-image_ref read_plane(engine& engine, const image_ref& from, std::uint32_t z, const char* what, bool despike,
-                     std::size_t& replaced)
+hologram_values read_plane(engine& engine, const image_ref& from, std::uint32_t z, const char* what, bool despike,
+                           std::size_t& replaced)
 {
     auto plane = hologram_plane(from, z, what);
-    if (despike) replaced += replace_outliers(engine, plane);
+    if (despike) replaced += replace_outliers(engine, plane.image);
     return plane;
 }
 
@@ -131,10 +149,12 @@ vacuum_wave reconstruct_vacuum(engine& engine, const image_ref& reference, const
 {
     if (reference->dimensions() != 2) throw script_error{"The reference is one hologram of two dimensions."};
     vacuum_wave vacuum;
-    const auto plane = read_plane(engine, reference, 0, "reference", options.despike, vacuum.replaced);
+    const auto [plane, exponent] = read_plane(engine, reference, 0, "reference", options.despike, vacuum.replaced);
+    vacuum.exponent = exponent;
     vacuum.band = choose_sideband(engine, plane, options);
     vacuum.filter = choose_filter(engine, *plane, vacuum.band.at, options.filter);
     vacuum.wave = wave_in_band(engine, *plane, vacuum.filter);
+    require_finite(*vacuum.wave);
     vacuum.median_modulus = median_modulus(pixels_of(*vacuum.wave));
     vacuum.contrast = contrast_of(*plane, vacuum.median_modulus);
     return vacuum;
@@ -149,8 +169,8 @@ reconstruction reconstruct(engine& engine, const image_ref& hologram, const vacu
     };
     const auto first = plane_at(0);
     if (vacuum) require_same_size(*hologram, vacuum->filter);
-    const auto band = vacuum ? vacuum->band : choose_sideband(engine, first, options);
-    const auto filter = vacuum ? vacuum->filter : choose_filter(engine, *first, band.at, options.filter);
+    const auto band = vacuum ? vacuum->band : choose_sideband(engine, first.image, options);
+    const auto filter = vacuum ? vacuum->filter : choose_filter(engine, *first.image, band.at, options.filter);
     reconstruction done{new_wave(*hologram, filter), report_on(band, filter)};
     auto& report = done.report;
     if (vacuum) report.reference_contrast = vacuum->contrast;
@@ -158,14 +178,16 @@ reconstruction reconstruct(engine& engine, const image_ref& hologram, const vacu
     auto ramp = remaining_carrier(filter);
     const auto count = filter.width * filter.height;
     for (std::uint32_t z = 0; z < hologram->size(2); ++z) {
-        const auto plane = z == 0 ? first : plane_at(z);
+        const auto [plane, exponent] = z == 0 ? first : plane_at(z);
         const auto wave = wave_in_band(engine, *plane, filter);
+        require_finite(*wave);
         const auto pixels = pixels_of(*wave);
         const float median = median_modulus(pixels);
         if (z == 0) report.contrast = contrast_of(*plane, median);
-        if (vacuum)
+        if (vacuum) {
             report.weak = divide(pixels, pixels_of(*vacuum->wave), vacuum->median_modulus);
-        else {
+            multiply(pixels, exponent - vacuum->exponent);
+        } else {
             remove_ramp(*wave, ramp);
             if (z == 0) ramp += remove_rest(*wave, report);
             if (median > 0)

@@ -49,6 +49,7 @@ struct vacuum_wave
     band_filter filter;
     double contrast = 0;
     float median_modulus = 0;
+    int exponent = 0;          ///< the wave is that of the recording divided by 2^exponent
     std::size_t replaced = 0;  ///< outliers
 };
 
@@ -65,8 +66,8 @@ vacuum_wave reconstruct_vacuum(engine& engine, const image_ref& reference, const
 ///            that it goes to 0 where nothing was measured. Without a reference the carrier is removed to a fraction of
 ///            a pixel, such that the phase of the larger part of the first plane is flat (phase_ramp), and the wave of
 ///            each plane is divided by the median of its modulus.
-/// Throws  script_error for images of another kind or size, pixels that are not finite, no sideband, or a filter that
-///         does not fit
+/// Throws  script_error for images of another kind or size, pixels that are not finite or differ too much, no sideband,
+///         or a filter that does not fit
 reconstruction reconstruct(engine& engine, const image_ref& hologram, const vacuum_wave* vacuum,
                            const hologram_options& options);
 

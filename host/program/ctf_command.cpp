@@ -148,6 +148,7 @@ void write(const ctf_request& request, const transfer_function& function, const 
     for (const auto& name : request.outputs) files.push_back(host::system_path(name));
     if (files.empty()) return;
     const auto record = host::record_path(files);
+    host::require_places(request.outputs);
     std::vector<host::recorded_result> results;
     for (const auto& name : request.outputs) {
         const auto file = host::system_path(name);

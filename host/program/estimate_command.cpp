@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iostream>
+#include <set>
 #include <sstream>
 
 #include "host/batch/output_files.h"
@@ -36,6 +37,7 @@ std::vector<std::string> words_of(const std::string& text)
     std::vector<std::string> words;
     std::istringstream stream{text};
     for (std::string word; std::getline(stream, word, ',');) words.push_back(word);
+    if (text.ends_with(',')) words.emplace_back();
     return words;
 }
 
@@ -50,11 +52,13 @@ lens::coefficient coefficient_named(const std::string& name, const char* option)
 /// "C1=-62,A1=14@35"
 void set_start(estimate_request& request, const std::string& text)
 {
+    std::set<lens::coefficient> named;
     for (const std::string& word : words_of(text)) {
         const auto equals = word.find('=');
         if (equals == std::string::npos)
             throw usage_error{"--start is NAME=VALUE,NAME=VALUE, such as C1=-62,A1=14@35, not \"" + text + "\""};
         const auto which = coefficient_named(word.substr(0, equals), "--start");
+        if (!named.insert(which).second) throw usage_error{"--start: " + word.substr(0, equals) + " is there twice"};
         try {
             request.lens.given.coefficients[which] = lens::parse_coefficient(which, word.substr(equals + 1));
         } catch (const std::invalid_argument& problem) {
@@ -134,6 +138,7 @@ void run(estimate_request& request, const global_options& global)
     const auto settled = settle(lens, request.wave, wave->scale());
     wave->set_scale(scale_of_result(wave->scale(), settled.parameters));
     check_picture("", lens.picture, *wave);
+    host::require_places({lens.output, lens.picture.png});
     std::cerr << settled.notes;
     apply_nan_rule(request.wave, *wave, lens.not_finite);
 

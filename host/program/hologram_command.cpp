@@ -47,6 +47,10 @@ void check_wave(const std::string& wave)
 void run(hologram_request& request, const global_options& global)
 {
     if (request.in_degrees && !request.result_is_phase()) throw usage_error{"--degrees needs --phase or --unwrap"};
+    const auto& filter = request.options.filter;
+    if (filter.flank && filter.shape != host::filter_shape::disk)
+        throw usage_error{"--flank is that of --window disk; " + std::string{host::name_of(filter.shape)} +
+                          " has none"};
     const auto meaning = request.result_is_phase() ? host::element_class::real : host::element_class::complex;
     const auto results = destination_of(request.output, request.files, meaning);
     const auto pictures = destination_of_pictures(request.picture.png, request.files);

@@ -152,6 +152,7 @@ host::file_outcome hologram_work::operator()(const host::file_task& task)
     auto made = provenance_of(request_, task, removed, *hologram, global_);
     if (request_.files.resumes && files.are_recorded(made)) return done_before(task);
     files.choose_records();
+    host::require_places(task.outputs);
     const auto* const shared = vacuum(times);
     auto& engine = session_.engine(times);
     hologram_outcome done;

@@ -176,6 +176,7 @@ host::file_outcome lens_work::operator()(const host::file_task& task)
                                 .more = further_members(request_, task)};
     if (request_.files.resumes && host::is_recorded(results, made)) return done_before(task);
     const auto record = host::record_path(results);
+    host::require_places(task.outputs);
     std::cerr << one.settled.notes;
     warn_of_units(one);
     if (request_.swept)

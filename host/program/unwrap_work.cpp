@@ -198,6 +198,7 @@ host::file_outcome unwrap_work::operator()(const host::file_task& task)
     const auto made = provenance_of(request, mask(), task, global_);
     if (request.files.resumes && host::is_recorded(results, made)) return done_before(task);
     const auto record = host::record_path(results);
+    host::require_places(task.outputs);
 
     step_times times;
     const auto read = times.measure("read", [&] { return read_phase(request); });

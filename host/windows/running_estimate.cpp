@@ -32,12 +32,14 @@ void running_estimate::search(const wave_maker& make_wave, const lens::optics& s
         const std::scoped_lock lock{access_};
         fraction_ = fraction;
         best_ = current.lens;
-        return !stopping_;
+        return true;
     };
     try {
         const auto wave = make_wave(stopping_);
         if (!wave) return;
-        result_ = estimate_aberrations(*wave, setup, options, progress);
+        auto stoppable = options;
+        stoppable.stop = &stopping_;
+        result_ = estimate_aberrations(*wave, setup, stoppable, progress);
     } catch (const std::bad_alloc&) {
         failure_ = "There is not enough memory for this search.";
     } catch (const std::exception& problem) {

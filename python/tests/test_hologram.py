@@ -134,6 +134,18 @@ def test_filter_has_the_documented_factors(options, half, factors):
         assert found.resolution == pytest.approx(SIZE / half, rel=1e-3)
 
 
+def test_recordings_of_any_magnitude_are_judged_alike():
+    holo, vacuum = (record(wave, (40.2, 50.7)).astype(np.float64) for wave in (specimen(), np.ones((SIZE, SIZE))))
+    for reference in (vacuum, None):
+        wave, found = zentrix.hologram(holo, reference, report=True)
+        for unit in (np.float64(2.0**-1000), np.float32(2.0**-100), np.float32(2.0**124), np.float64(2.0**1000)):
+            scaled = [None if image is None else image.astype(unit.dtype) * unit for image in (holo, reference)]
+            again, report = zentrix.hologram(*scaled, report=True)
+            assert abs(again - wave).max() < 1e-6 and report._replace(sideband=found.sideband) == found
+            assert report.sideband == pytest.approx(found.sideband, abs=1e-9)
+    assert np.array_equal(zentrix.hologram(holo * 2.0**80, vacuum * 2.0**70), 2**10 * zentrix.hologram(holo, vacuum))
+
+
 def test_second_sideband_makes_the_choice_doubtful():
     holo = record(np.ones((SIZE, SIZE)), (40, 50)) + record(np.ones((SIZE, SIZE)), (-60, 30), contrast=0.3)
     with pytest.warns(UserWarning, match="The sideband is only 1[.]. times as high as the next peak"):
@@ -181,7 +193,11 @@ GOOD = record(specimen(), (40, 50))
         ((GOOD, np.where(GOOD > 2.5, np.nan, GOOD)), {}, "reference: .* pixels of the reference are infinite"),
         ((GOOD, np.ones_like(GOOD)), {}, "reference: No fringes were found"),
         ((np.stack([GOOD] * 3, axis=-1),), {}, r"\(256, 256, 3\) looks like a colour picture"),
+        ((GOOD * 1e30, GOOD), {}, r"differ by a factor of more than 10\^18"),
+        ((np.where(GOOD > 2.5, 1e30, GOOD),), {}, "pixels are too large next to the others"),
+        ((np.where(GOOD > 2.5, 1e300, GOOD),), {}, r"pixels of the hologram are more than 10\^38 times"),
         ((GOOD[:20],), {}, "at least 32 x 32"),
+        ((GOOD,), {"flank": 2, "window": "hann"}, 'flank is that of window="disk"'),
         ((GOOD,), {"radius": 70}, "reaches the centre of the transform"),
         ((GOOD,), {"flank": -1}, "between 0 and the radius"),
         ((GOOD,), {"sideband": "left"}, 'sideband is "auto" or "other"'),

@@ -83,6 +83,8 @@ def hologram(
     word("window", window, ("disk", "hann", "gaussian"))
     radius = None if radius is None else number(radius, "radius is a number of pixels of the transform")
     flank = None if flank is None else number(flank, "flank is a number of pixels of the transform")
+    if flank is not None and window != "disk":
+        raise ValueError(f'flank is that of window="disk"; "{window}" has none.')
     full_size, despike, report = flag("full_size", full_size), flag("despike", despike), flag("report", report)
     which, at = _sideband(sideband)
     settings = which, at, radius, window, flank, full_size, despike

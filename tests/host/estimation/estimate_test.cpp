@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
 
 #include "bench/estimation_waves.h"
+#include "host/estimation/search_run.h"
 #include "lens/electron.h"
 
 namespace {
@@ -288,6 +292,27 @@ TEST(Estimate, StopsWhenProgressSaysSoAndPassesItsException)
     EXPECT_TRUE(stopped.stopped);
     EXPECT_FALSE(stopped.any_determined());
     EXPECT_THROW(estimate_of(small_wave(), {}, [](double, const lens::optics&) -> bool { throw 7; }), int);
+}
+
+TEST(Estimate, StopsFromAnyThreadAndWhileTheCallersIsIdle)
+{
+    std::atomic<bool> stop{true}, begun{false};
+    host::estimate_options options;
+    options.stop = &stop;
+    const auto found = estimate_of(small_wave(), options);
+    EXPECT_TRUE(found.stopped);
+    EXPECT_LE(found.evaluations, 1u + static_cast<std::size_t>(host::processors()));
+
+    const host::estimate_progress refuse = [](double, const lens::optics&) { return false; };
+    host::search_run run{refuse, 2, {}};
+    EXPECT_FALSE(run.for_each(2, [&, caller = std::this_thread::get_id()](std::size_t) {
+        const bool waits = std::this_thread::get_id() == caller;
+        if (!waits) begun = true;
+        for (int i = 0; i < 5'000 && !(waits && begun); ++i) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{1});
+            if (!waits) run.evaluated();
+        }
+    }));
 }
 
 TEST(Estimate, RefusesWhatItCannotSearch)
