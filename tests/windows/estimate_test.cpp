@@ -94,6 +94,13 @@ TEST_F(at_an_estimate, ResultIsInTheKnobsAndCanBeTakenBack)
     choose(IDM_UNDO);
     EXPECT_EQ(value_of(coefficient::C1).modulus, 0);
     EXPECT_EQ(value_of(coefficient::A1).modulus, 0);
+    tick_only({coefficient::C1});
+    press(IDOK);
+    const std::string unknown = outcome();
+    choose(IDM_UNDO);
+    CheckDlgButton(dialog(), IDC_NO_ENVELOPE, BST_CHECKED);
+    press(IDOK);
+    EXPECT_NE(outcome(), unknown) << "the envelope is part of the uncertainty";
 }
 
 TEST_F(at_an_estimate, ShowsItsBestPictureAndCanBeStopped)

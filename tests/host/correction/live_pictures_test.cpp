@@ -8,13 +8,14 @@
 #include "lens/electron.h"
 #include "tests/support/same_bytes.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <atomic>
 #include <cmath>
 #include <complex>
 #include <numbers>
 #include <random>
+#include <span>
 #include <thread>
 
 namespace {
@@ -205,6 +206,18 @@ TEST_F(LivePictures, AFailureIsReportedOnceUntilTheCorrectionChanges)
     EXPECT_THROW(correction.result(), script_error);
     correction.set(aberrated(2), lens::damping::off);
     EXPECT_EQ(pictures.wait_for({}).failure, "");
+}
+
+TEST_F(LivePictures, AWaveThatIsTooLargeForSinglePrecisionHasNoPictureAndNoResult)
+{
+    const auto wave = noise(16, 16);
+    std::ranges::for_each(std::span{static_cast<pixel*>(wave->data()), wave->count()}, [](pixel& p) { p *= 2e37F; });
+    live_correction correction{engine_, wave};
+    live_pictures pictures{correction};
+    correction.set(aberrated(3), lens::damping::off);
+    EXPECT_THAT(pictures.wait_for({.zoom = 0.5}).failure, testing::StartsWith("The result is not finite"));
+    correction.set(aberrated(4), lens::damping::off);
+    EXPECT_THROW(correction.result(), script_error);
 }
 
 TEST_F(LivePictures, TheTransferFunctionHasItsRangeInEachResolution)
