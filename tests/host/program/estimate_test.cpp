@@ -82,7 +82,9 @@ TEST_F(Estimate, ObjectChoosesTheCriterionAndRegionsAreChecked)
     EXPECT_THAT(estimate("--free C1 --object amplitude").out, HasSubstr("amplitude object, greatest sharpness"));
     EXPECT_EQ(estimate("--region 100,0,96,96 --free C1").text(),
               "1 zentrix: The region is not within the wave of 192 x 96 pixels.\n");
-    EXPECT_THAT(estimate("--region 0,0,96 --free C1").text(), HasSubstr("2 zentrix: --region is X,Y,WIDTH,HEIGHT"));
+    for (const std::string region : {"0,0,96", "0,0,96,96,"})
+        EXPECT_THAT(estimate("--region " + region).text(), HasSubstr("2 zentrix: --region is X,Y,WIDTH,HEIGHT"));
+    EXPECT_THAT(estimate("--start C1=-40,C1=10").text(), HasSubstr("2 zentrix: --start: C1 is there twice"));
 }
 
 }  // namespace

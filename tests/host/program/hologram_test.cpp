@@ -149,11 +149,15 @@ TEST_F(Hologram, Refusals)
         {"holo.npy --unwrap -o w.npy --png w.png --show wave", "2 zentrix: --show is for waves"},
         {"holo.npy --phase -o w.npy --png w.png --show modulus", "2 zentrix: --show is for waves"},
         {"missing.npy -o w.tif", "TIFF files have no complex numbers"},
+        {"holo.npy --phase -o w.npy --wave kept.npy", "kept.npy: cannot be written: it is read-only"},
+        {"holo.npy -o w.npy --window hann --flank 2", "2 zentrix: --flank is that of --window disk; hann has none"},
         {"holo.npy -o w.npy --degrees", "2 zentrix: --degrees needs --phase or --unwrap"},
         {"holo.npy -o w.npy --sideband left", "--sideband is auto, other or X,Y in pixels, not \"left\""},
         {"holo.npy -o w.npy --params lens.json", "--pixel is required to remove aberrations"},
         {"holo.npy -o w.npy --pixel 0.1 --C1 5", "--kv is required to remove aberrations"},
     };
+    bench_.folder().write("kept.npy", "");
+    std::filesystem::permissions(bench_ / "kept.npy", std::filesystem::perms::owner_read);
     for (const auto& [words, text] : refusals) {
         const auto result = bench_.zentrix(std::string{"hologram "} + words).text();
         EXPECT_NE(result.find(text), std::string::npos) << words << ": " << result;
