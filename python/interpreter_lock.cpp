@@ -11,6 +11,9 @@ void stop_this_thread() noexcept
 
 interpreter_lock::interpreter_lock() noexcept
 {
+    // After its end, Python would make a state for a thread in an interpreter that is gone.
+    const bool is_main_thread = gettid() == getpid();
+    if (!Py_IsInitialized() && !is_main_thread) stop_this_thread();
     try {
         state_ = PyGILState_Ensure();
     } catch (...) {  // the unwinding of a thread that Python ends
