@@ -28,7 +28,7 @@ picture paint_cuts(const image& phase, std::span<const std::uint8_t> cuts)
     const auto* const values = static_cast<const float*>(phase.data());
     for (int y = 0; y < overlay.height; ++y)
         for (int x = 0; x < overlay.width; ++x) {
-            const auto i = static_cast<std::size_t>(y / zoom * greys.width + x / zoom);
+            const int i = y / zoom * greys.width + x / zoom;
             const auto grey = static_cast<std::uint8_t>(darkest + greys.bytes[i] * (255 - darkest) / 255);
             const colour shown = cuts[i] != 0                ? at_cut
                                  : !std::isfinite(values[i]) ? left_out

@@ -56,8 +56,8 @@ TEST_F(Estimate, ParametersOfARegionAreForCorrect)
 {
     const auto done = estimate("--region 0,0,96,96 --free C1,A1 -o found.json");
     ASSERT_EQ(done.code, 0) << done.err;
-    EXPECT_THAT(done.out, testing::MatchesRegex("phase object, (.|\n)*  C1  -(39.9|40)(.|\n)* degrees \\+- (.|\n)*"));
-    EXPECT_THAT(done.out, HasSubstr("\nparameters -> found.json\n"));
+    for (const char* part : {"phase object, ", "  C1  -40.0", " degrees +- ", "\nparameters -> found.json\n"})
+        EXPECT_THAT(done.out, HasSubstr(part));
     EXPECT_EQ(bench.zentrix("correct seen.npy -o out.npy --params found.json").code, 0);
     const auto corrected = support::pixels_of<pixel>(bench / "out.npy");
     for (const int at : {30 * 192 + 40, 50 * 192 + 50, 60 * 192 + 30}) EXPECT_NEAR(std::abs(corrected[at]), 1, 0.05);

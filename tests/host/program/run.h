@@ -46,7 +46,9 @@ class workbench
     {
         std::string command = change_folder + ("\"" + (folder_ / "").string() + "\" && ") + quoted(program.string());
         for (const auto& argument : arguments) command += " " + quoted(argument);
-        command += " >\"" + (texts_ / "out").string() + "\" 2>\"" + (texts_ / "err").string() + "\"";
+        // Wine may still have the files of the run before open.
+        const std::string out = "out" + std::to_string(++runs_), err = "err" + std::to_string(runs_);
+        command += " >\"" + (texts_ / out).string() + "\" 2>\"" + (texts_ / err).string() + "\"";
         outcome result;
 #ifdef _WIN32
         // The command processor drops the outer quotes. Wine sometimes fails to start it, which gives -1.
@@ -56,8 +58,8 @@ class workbench
         const int status = std::system(command.c_str());
         result.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 #endif
-        result.out = without_returns(texts_.read("out"));
-        result.err = without_returns(texts_.read("err"));
+        result.out = without_returns(texts_.read(out));
+        result.err = without_returns(texts_.read(err));
         return result;
     }
     outcome zentrix(const std::vector<std::string>& arguments) const { return run(built(ZENTRIX_PROGRAM), arguments); }
@@ -88,6 +90,7 @@ class workbench
 
     scratch_folder folder_;
     scratch_folder texts_;
+    mutable int runs_ = 0;
 };
 
 }  // namespace support
