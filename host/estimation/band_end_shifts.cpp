@@ -44,7 +44,7 @@ std::optional<settled_in_band> widen_band(search_run& run, const search_task& ta
         double square = 0, variance = 0;
         for (std::size_t i = 0; i < unknowns.size(); ++i)
             if (!is_odd(unknowns[i])) square += moved[i] * moved[i], variance += first.point.covariance(i, i);
-        if (square < variance) return first;
+        if (square <= variance) return first;  // also if only odd coefficients are searched
         first = std::move(*next);
     }
 }

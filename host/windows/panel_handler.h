@@ -97,7 +97,7 @@ class panel_handler : public script_object
     panel_state state() const { return {coefficients(), scope_, applied_}; }
     /// Returns to a former state, to the bit. The sources of all Applies are made again from the first one, which is
     /// kept, so that the memory does not grow with their number.
-    /// Throws  std::invalid_argument for a state with which the wave cannot be corrected, which is then the present one
+    /// wanted  what `state` has returned before; the wave can be corrected with it
     void restore(const panel_state& wanted);
     /// The optics of the coefficients that the panel shows.
     lens::optics optics() const;

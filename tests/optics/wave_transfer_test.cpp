@@ -63,7 +63,7 @@ TEST(WaveTransfer, EachTermHasItsOrderAndSymmetry)
             setting s{.at{nx, ny, 0.02f, 0.05f, {0.3f, -0.5f}}};
             const double azimuth = t.real ? 0.0 : 0.7;
             set(s.lens, t, complex_float{std::polar(7.5, azimuth)});
-            const auto chi_at = [&](int x, int y) {
+            const auto chi_at = [&, nx = nx, ny = ny](int x, int y) {
                 const std::complex<double> w{(double(x) / nx - 0.5) * 0.4 + 0.3, (double(y) / ny - 0.5) * 0.4 - 0.5};
                 return 7.5 * std::pow(std::abs(w), t.order) * std::cos(t.symmetry * std::arg(w) + azimuth);
             };

@@ -121,7 +121,9 @@ TEST(Dm, ExpandsPackedSpectraOfRealImages)
         int code;
         std::int64_t width, height;
     };
-    for (const auto& [code, width, height] : {row{5, 4, 6}, row{27, 5, 3}, row{27, 4, 6}, row{28, 5, 4}}) {
+    for (const row& spectrum : {row{5, 4, 6}, row{27, 5, 3}, row{27, 4, 6}, row{28, 5, 4}}) {
+        const auto code = spectrum.code;
+        const auto width = spectrum.width, height = spectrum.height;
         std::string bytes;
         const auto add = [&](complex value) {
             const auto re = value.real(), im = value.imag();

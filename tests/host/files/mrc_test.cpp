@@ -155,7 +155,7 @@ TEST(Mrc, RefusesLiesAndWhatItCannotHold)
          {std::pair{large, too_large}, std::pair{odd, too_large},
           std::pair{sample(HOST_ELEMENT_BINARY, 2),
                     std::string{"an image of type Binary 1 Byte cannot be written as .mrc"}}})
-        EXPECT_EQ(support::message_of([&] { write_mrc(folder / "a.mrc", *pixels); }),
+        EXPECT_EQ(support::message_of([&, image = pixels] { write_mrc(folder / "a.mrc", *image); }),
                   (folder / "a.mrc").string() + ": " + message);
     EXPECT_EQ(folder.read("a.mrc"), before);
 }

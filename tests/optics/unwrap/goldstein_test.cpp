@@ -81,7 +81,7 @@ TEST(Goldstein, SurfaceWithoutResiduesIsRestoredFromItsFirstPixel)
 {
     for (const auto& [dx, dy] : {std::pair{0.3, -0.2}, {-1.1, 0.9}, {0., 3.}})
         for (const auto& [width, height] : {std::pair{200, 150}, {1, 300}, {300, 1}, {1, 1}}) {
-            const picture p = draw(width, height, [&](int x, int y) { return 2 + dx * x + dy * y; });
+            const picture p = draw(width, height, [dx = dx, dy = dy](int x, int y) { return 2 + dx * x + dy * y; });
             const auto got = unwrap(unwrap_goldstein_plain, p, 0);
             EXPECT_EQ(got[0], p.pixels[0]);
             for (int i = 0; i < width * height; ++i)
