@@ -7,29 +7,28 @@ tools/install-packages
 
 failed=()
 mkdir -p build
-# Mostly waits for downloads. The preset `windows` waits for the end, and says what failed.
-nice -n 19 tools/build-windows-libraries >build/libraries.log 2>&1 &
+# What can wait runs at the lowest priority, while builds and tests leave a processor idle: the libraries for the preset
+# `windows`, which waits for them and says what failed, then clang-tidy. It is a process group, so that it can be ended.
+set -m
+{
+    nice -n 19 tools/build-windows-libraries >build/libraries.log 2>&1 || true
+    nice -n 19 tools/check-tidy >build/tidy.log 2>&1
+} &
+tidy=$!
+set +m
+trap 'kill -- "-$tidy" 2>/dev/null || true' EXIT
 tools/check-format || failed+=("format")
 tools/check-layers || failed+=("layers")
 for preset in release checked windows; do
     echo "== $preset"
     cmake --preset "$preset" >/dev/null
     cmake --build --preset "$preset" || { failed+=("$preset: build"); continue; }
-    if [ "$preset" = windows ]; then
-        # Tests of real windows wait most of the time. clang-tidy runs meanwhile, at the lowest priority.
-        nice -n 19 tools/check-tidy >build/tidy.log 2>&1 &
-        tidy=$!
-    fi
     ctest --preset "$preset" || failed+=("$preset: tests")
 done
 tools/check-same-bits || failed+=("same bits on Linux and Windows")
 echo "== clang-tidy"
-if [ -z "${tidy:-}" ]; then
-    tools/check-tidy || failed+=("clang-tidy")
-else
-    wait "$tidy" || failed+=("clang-tidy")
-    cat build/tidy.log
-fi
+wait "$tidy" || failed+=("clang-tidy")
+cat build/tidy.log
 
 if [ ${#failed[@]} -gt 0 ]; then
     printf 'FAILED: %s\n' "${failed[@]}"

@@ -9,7 +9,7 @@ LRESULT result_after_exception(UINT message) { return message == WM_CREATE ? -1 
 }  // namespace
 
 // The name is the linker's, which places this at the start of the module.
-extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier)
+extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(clang-diagnostic-reserved-identifier)
 
 CWinApp::CWinApp() { the_app = this; }
 
