@@ -84,6 +84,8 @@ class Model:
                 raise TypeError(f"The panel has no control for {name}.")
         library.check({**self.optics, **changes})
         values = {**self.values, **library.values_of(changes, self.values)}
+        if any(name in WIDTHS for name in changes):
+            self.has_no_envelope = not any(values[name][0] for name in WIDTHS)
         self.history.record(State(values, self.history.state.applied))
 
     def put_coefficients(self, coefficients):
