@@ -1,8 +1,10 @@
+#include <CLI/CLI.hpp>
 #include <algorithm>
 
 #include "host/program/argument.h"
 #include "host/program/call_work.h"
 #include "host/program/commands.h"
+#include "host/program/work_options.h"
 
 namespace zentrix::program {
 

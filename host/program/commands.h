@@ -1,7 +1,6 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
+#include "host/program/parser.h"
 #include "host/program/session.h"
 
 /// One function per command: adds it to the command line with its callback. `global` is read when the command runs and

@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -20,6 +21,7 @@
 #include "host/program/result_record.h"
 #include "host/program/step_times.h"
 #include "host/program/wave_file.h"
+#include "host/program/work_options.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 

@@ -1,3 +1,5 @@
+#include <CLI/CLI.hpp>
+
 #include "host/program/commands.h"
 
 namespace zentrix::program {

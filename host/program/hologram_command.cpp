@@ -1,3 +1,5 @@
+#include <CLI/CLI.hpp>
+
 #include "host/batch/output_files.h"
 #include "host/files/file_error.h"
 #include "host/files/image_file.h"
@@ -5,6 +7,7 @@
 #include "host/program/commands.h"
 #include "host/program/hologram_work.h"
 #include "host/program/lens_options.h"
+#include "host/program/work_options.h"
 #include "host/text/system_path.h"
 #include "lens/numbers.h"
 

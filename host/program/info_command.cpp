@@ -1,3 +1,4 @@
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -8,6 +9,7 @@
 #include "host/program/commands.h"
 #include "host/program/describe.h"
 #include "host/program/many_files.h"
+#include "host/program/work_options.h"
 #include "host/text/number_text.h"
 #include "host/text/system_path.h"
 

@@ -1,8 +1,11 @@
 #include "host/program/lens_command.h"
 
+#include <CLI/CLI.hpp>
+
 #include "host/parameters/parameter_file.h"
 #include "host/program/lens_options.h"
 #include "host/program/lens_work.h"
+#include "host/program/work_options.h"
 #include "host/text/system_path.h"
 #include "lens/numbers.h"
 

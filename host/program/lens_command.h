@@ -2,8 +2,7 @@
 
 #include <string>
 
-#include <CLI/CLI.hpp>
-
+#include "host/program/parser.h"
 #include "host/program/session.h"
 #include "lens/transfer.h"
 

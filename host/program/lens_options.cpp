@@ -1,5 +1,7 @@
 #include "host/program/lens_options.h"
 
+#include <CLI/CLI.hpp>
+
 #include "host/program/session.h"
 #include "lens/numbers.h"
 #include "lens/plausible_units.h"

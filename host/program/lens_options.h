@@ -1,10 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
 
 #include "host/parameters/parameter_set.h"
+#include "host/program/parser.h"
 #include "host/program/wave_file.h"
 #include "lens/transfer.h"
 

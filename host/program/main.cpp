@@ -4,6 +4,7 @@
 #include <shellapi.h>
 #endif
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstddef>
 #include <exception>

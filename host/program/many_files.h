@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
 #include <vector>
@@ -22,11 +21,6 @@ struct many_files
     bool resumes = false;        ///< --continue: the command skips what host::is_recorded says
     bool prints_values = false;  ///< the texts are what the user wants: no bar in their place
 };
-
-/// Adds --jobs. `files` must outlive `command`.
-void add_jobs_option(CLI::App& command, many_files& files);
-/// Adds --suffix and --continue, for commands that write results.
-void add_result_options(CLI::App& command, many_files& files);
 
 /// The destination of results with such elements: a file or a folder. Files in a folder have the input's name, the
 /// suffix and the ending that it may bring ("_c.mrc"); without it the input's ending, if such files can be written.

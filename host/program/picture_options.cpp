@@ -1,5 +1,6 @@
 #include "host/program/picture_options.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 

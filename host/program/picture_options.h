@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -9,6 +8,7 @@
 #include "host/objects/element.h"
 #include "host/pictures/figure.h"
 #include "host/program/json.h"
+#include "host/program/parser.h"
 
 namespace zentrix::program {
 

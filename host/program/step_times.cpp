@@ -32,9 +32,4 @@ json step_times::as_json() const
     return times;
 }
 
-void add_timing_option(CLI::App& command, bool& wanted)
-{
-    command.add_flag("--timing", wanted, "Print how long each step takes, on standard error (in seconds with --json)");
-}
-
 }  // namespace zentrix::program

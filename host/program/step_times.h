@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <chrono>
 #include <string>
 #include <utility>
@@ -43,8 +42,5 @@ class step_times
     };
     std::vector<std::pair<std::string, seconds>> steps_;
 };
-
-/// Adds the option --timing.
-void add_timing_option(CLI::App& command, bool& wanted);
 
 }  // namespace zentrix::program

@@ -1,9 +1,11 @@
+#include <CLI/CLI.hpp>
 #include <limits>
 
 #include "host/files/image_file.h"
 #include "host/program/commands.h"
 #include "host/program/lens_options.h"
 #include "host/program/unwrap_work.h"
+#include "host/program/work_options.h"
 #include "host/text/system_path.h"
 
 namespace zentrix::program {

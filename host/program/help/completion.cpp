@@ -1,5 +1,6 @@
 #include "host/program/help/completion.h"
 
+#include <CLI/CLI.hpp>
 #include <iostream>
 
 #include "host/program/help/option_facts.h"

@@ -1,7 +1,8 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+#include "host/program/parser.h"
 
 namespace zentrix::program {
 

@@ -1,5 +1,6 @@
 #include "host/program/help/man_page.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <iostream>
 #include <sstream>

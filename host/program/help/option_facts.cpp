@@ -1,5 +1,6 @@
 #include "host/program/help/option_facts.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 

@@ -1,8 +1,9 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
+
+#include "host/program/parser.h"
 
 /// The options of the parser's tree, for texts that are made from it.
 namespace zentrix::program {

@@ -1,5 +1,6 @@
 #include "host/program/help/usage_problem.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <optional>
 #include <regex>
