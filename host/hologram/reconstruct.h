@@ -28,8 +28,8 @@ struct hologram_report
     band_filter filter;
     double spacing_pixels = 0;  ///< of the fringes, in pixels of the hologram
     double angle_degrees = 0;   ///< of the carrier, counter-clockwise on the displayed image
-    /// Of the first plane's fringes, 0 to 1: the median over the image. None if a background was subtracted, so that the
-    /// fringes are stronger than the mean.
+    /// Of the fringes of the first plane, 0 to 1: the median. None if they are stronger than the mean, as they
+    /// are when a background was subtracted.
     std::optional<double> contrast;
     std::optional<double> reference_contrast;  ///< the same of the reference
     double resolution_pixels = 0;              ///< the finest period that the filter passes by half or more

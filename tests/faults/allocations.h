@@ -14,8 +14,8 @@ namespace faults {
 /// Makes the host mark all calls between it and the library. To be called before the library is linked to it.
 void watch(zentrix::host::engine& host);
 
-/// What allocation_plan::all_later can be. On Windows not true: the first exception without memory of its own locks a mutex
-/// of GCC's runtime for the first time; that allocates, fails, throws, locks, and so on until the stack overflows.
+/// What allocation_plan::all_later can be. On Windows not true: when an exception gets no memory of its own, GCC's
+/// runtime locks a mutex; its first locking allocates, fails, throws, locks, and so on until the stack overflows.
 #ifdef _WIN32
 inline constexpr std::array all_later_or_not = {false};
 #else

@@ -1,6 +1,6 @@
 // Every request that the panel makes of the host fails once: while it is created, shown, used, hidden and destroyed.
-// Every call of a host function or of the handler throws, refuses without a reason, or gives null once. Every allocation of
-// the library fails once.
+// Every call of a host function or of the handler throws, refuses without a reason, or gives null once. Every
+// allocation of the library fails once.
 #include "host/objects/value.h"
 #include "tests/faults/allocations.h"
 #include "tests/faults/misbehaving_host.h"
