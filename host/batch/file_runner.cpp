@@ -1,6 +1,7 @@
 #include "host/batch/file_runner.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <exception>
 #include <iostream>
 #include <mutex>
@@ -149,7 +150,9 @@ void process_in_workers(const std::vector<file_task>& tasks, int workers, const 
 
 std::vector<std::string> read_words_of_worker()
 try {
-    return nlohmann::ordered_json::parse(read_line().value());
+    const auto line = read_line();
+    if (!line) std::exit(EXIT_FAILURE);
+    return nlohmann::ordered_json::parse(*line);
 } catch (const std::exception&) {
     throw std::runtime_error{std::string{worker_argument} + " is for processes that this program starts by itself"};
 }

@@ -28,7 +28,8 @@ void process_here(const std::vector<file_task>& tasks, const file_process& proce
 void process_in_workers(const std::vector<file_task>& tasks, int workers, const std::vector<std::string>& words,
                         const file_listener& listen);
 
-/// In a worker: the words of the command line that process_in_workers sent. Throws  std::runtime_error for other input
+/// In a worker: the words of the command line that process_in_workers sent. Ends the process with EXIT_FAILURE when the
+/// input has ended, as that of a worker does whose parent has. Throws  std::runtime_error for other input
 std::vector<std::string> read_words_of_worker();
 /// In a worker: does the tasks that come on standard input until it ends. `process` must not write to standard output.
 void serve_tasks(const file_process& process);

@@ -5,9 +5,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
 #include <system_error>
+#include <thread>
 
 #include "host/batch/worker_process.h"
 
@@ -104,7 +106,13 @@ std::string worker_process::how_it_ended()
     connection_->disconnect();
     connection_->wait();
     const int status = connection_->status;
-    if (WIFSIGNALED(status)) return "was ended by signal " + std::to_string(WTERMSIG(status));
+    if (WIFSIGNALED(status)) {
+        const int signal = WTERMSIG(status);
+        // A signal to all processes of a job, such as Ctrl-C, ends this one meanwhile, and nothing needs to be said.
+        if (signal == SIGINT || signal == SIGTERM || signal == SIGHUP)
+            std::this_thread::sleep_for(std::chrono::milliseconds{300});
+        return "was ended by signal " + std::to_string(signal);
+    }
     return "ended with code " + std::to_string(WEXITSTATUS(status));
 }
 

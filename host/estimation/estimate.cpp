@@ -90,6 +90,7 @@ specimen_kind specimen_named(std::string_view name)
     return specimen_kind::automatic;
 }
 
+bool estimate::all_determined() const { return std::ranges::all_of(coefficients, &estimated_coefficient::determined); }
 bool estimate::any_determined() const { return std::ranges::any_of(coefficients, &estimated_coefficient::determined); }
 
 estimate estimate_aberrations(const image& wave, const lens::optics& setup, const estimate_options& options,

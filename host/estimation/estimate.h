@@ -85,6 +85,7 @@ struct estimate
     bool stopped = false;  ///< by the progress callback or estimate_options::stop; then nothing is determined
 
     bool any_determined() const;
+    bool all_determined() const;
 };
 
 /// Receives the fraction of the work that is done, 0 to 1 (never decreasing), and the best optics so far. It is called

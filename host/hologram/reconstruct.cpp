@@ -32,12 +32,14 @@ float median_modulus(wave_pixels wave)
     return *middle;
 }
 
-/// (greatest - least) / (greatest + least) of the fringes, where the wave in the sideband has its median modulus.
-double contrast_of(const image& hologram, float median)
+/// (greatest - least) / (greatest + least) of the fringes, where the wave in the sideband has its median modulus. None
+/// if they are stronger than the mean, which pixels that count electrons cannot have.
+std::optional<double> contrast_of(const image& hologram, float median)
 {
     const std::span pixels{static_cast<const float*>(hologram.data()), hologram.count()};
     const double mean = std::accumulate(pixels.begin(), pixels.end(), 0.0) / static_cast<double>(pixels.size());
-    return mean > 0 ? 2 * static_cast<double>(median) / mean : 0;
+    const double strength = 2 * static_cast<double>(median);
+    return strength <= mean && mean > 0 ? std::optional{strength / mean} : std::nullopt;
 }
 
 /// Divides by the wave of the reference. Returns the number of pixels where it is weak.

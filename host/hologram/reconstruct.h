@@ -26,9 +26,11 @@ struct hologram_report
 {
     sideband band;  ///< of the reference if there is one; doubt_about judges it
     band_filter filter;
-    double spacing_pixels = 0;                 ///< of the fringes, in pixels of the hologram
-    double angle_degrees = 0;                  ///< of the carrier, counter-clockwise on the displayed image
-    double contrast = 0;                       ///< of the first plane's fringes, 0 to 1: the median over the image
+    double spacing_pixels = 0;  ///< of the fringes, in pixels of the hologram
+    double angle_degrees = 0;   ///< of the carrier, counter-clockwise on the displayed image
+    /// Of the fringes of the first plane, 0 to 1: the median. None if they are stronger than the mean, as they
+    /// are when a background was subtracted.
+    std::optional<double> contrast;
     std::optional<double> reference_contrast;  ///< the same of the reference
     double resolution_pixels = 0;              ///< the finest period that the filter passes by half or more
     std::size_t weak = 0;                      ///< pixels of the wave where the reference is too weak to divide by
@@ -47,7 +49,7 @@ struct vacuum_wave
     image_ref wave;  ///< complex of two floats, with the remaining fraction of a pixel of the carrier
     sideband band;
     band_filter filter;
-    double contrast = 0;
+    std::optional<double> contrast;  ///< as in the report
     float median_modulus = 0;
     int exponent = 0;          ///< the wave is that of the recording divided by 2^exponent
     std::size_t replaced = 0;  ///< outliers

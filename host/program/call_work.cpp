@@ -154,6 +154,15 @@ std::vector<std::string> outputs_for(const std::vector<std::string>& outputs, co
     return own;
 }
 
+/// The words that name images to read.
+std::vector<std::string> image_files(const host::prototype& signature, const std::vector<std::string>& words)
+{
+    std::vector<std::string> files;
+    for (std::size_t i = 0; i < words.size(); ++i)
+        if (signature.parameter_of(i).type.kind == HOST_IMAGE && words[i] != "null") files.push_back(words[i]);
+    return files;
+}
+
 host::provenance provenance_of(const host::prototype& signature, const std::vector<std::string>& words,
                                const std::vector<std::string>& outputs, const global_options& global)
 {
@@ -164,9 +173,7 @@ host::provenance provenance_of(const host::prototype& signature, const std::vect
                           .more = {{"function", signature.text}, {"arguments", words}}};
     made.command.insert(made.command.end(), words.begin(), words.end());
     for (const std::string& output : outputs) made.command.insert(made.command.end(), {"-o", output});
-    for (std::size_t i = 0; i < words.size(); ++i)
-        if (signature.parameter_of(i).type.kind == HOST_IMAGE && words[i] != "null")
-            made.inputs.push_back(host::input_of(words[i]));
+    for (const std::string& file : image_files(signature, words)) made.inputs.push_back(host::input_of(file));
     return made;
 }
 
@@ -249,6 +256,7 @@ host::file_outcome call_work::operator()(const host::file_task& task)
     const host::prototype& signature = callee->signature();
     const auto outputs = outputs_for(request_.outputs, task);
     const destinations files = destinations_of(outputs, signature);
+    host::require_own_names(image_files(signature, words), task.outputs);
     const auto made = outputs.empty() ? host::provenance{} : provenance_of(signature, words, outputs, global_);
     if (request_.files.resumes && !outputs.empty() && host::is_recorded(results_of(task), made))
         return done_before(task);

@@ -156,7 +156,8 @@ void run(estimate_request& request, const global_options& global)
     if (global.json)
         print(record);
     else
-        std::cout << table_of(found) << (lens.output.empty() ? "" : "parameters -> " + lens.output + "\n");
+        std::cout << table_of(found) << (lens.output.empty() ? "" : "parameters -> " + lens.output + "\n")
+                  << (lens.picture.png.empty() ? "" : "picture -> " + lens.picture.png + "\n");
     if (!found.any_determined()) throw CLI::RuntimeError{nothing_determined};
 }
 

@@ -100,7 +100,9 @@ std::string table_of(const host::estimate& found)
     std::string text = std::string{host::name_of(found.object)} + " object, " + found.criterion + "\n";
     for (const auto& one : found.coefficients) text += line_of(one);
     if (found.chi_uncertainty > 0 && found.any_determined())
-        text += formatted("  chi known to %.2g rad rms up to %.4g /nm\n", found.chi_uncertainty, found.resolution);
+        text += formatted("  chi%s known to %.2g rad rms up to %.4g /nm\n",
+                          found.all_determined() ? "" : " of the determined coefficients", found.chi_uncertainty,
+                          found.resolution);
     text += formatted(
         "  noise %.2g of the mean modulus, resolution %.4g /nm; %zu of %zu %s agree; %zu evaluations, %.1f s\n",
         found.noise, found.resolution, found.agreeing, found.starts,

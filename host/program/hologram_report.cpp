@@ -69,9 +69,11 @@ std::string text_of(const hologram_request& request, const hologram_outcome& don
          << short_text(report.band.height) << " times its surroundings";
     if (report.band.distinction > 0) text << ", " << short_text(report.band.distinction) << " times the next peak";
     text << " (" << quality_of(report.band) << ')';
-    text << "\nfringes: " << length_text(report.spacing_pixels, nm) << ", contrast "
-         << short_text(report.contrast * 100) << " %";
-    if (report.reference_contrast) text << " (reference " << short_text(*report.reference_contrast * 100) << " %)";
+    const auto percent = [](std::optional<double> contrast) {
+        return contrast ? short_text(*contrast * 100) + " %" : "not known because the mean is less than the fringes";
+    };
+    text << "\nfringes: " << length_text(report.spacing_pixels, nm) << ", contrast " << percent(report.contrast);
+    if (report.reference_contrast) text << " (reference " << percent(report.reference_contrast) << ')';
     text << "\nresolution: " << length_text(report.resolution_pixels, nm) << ", filter radius "
          << short_text(report.filter.radius) << " pixels of the transform\n";
     if (report.replaced > 0) text << "outliers replaced: " << report.replaced << '\n';
@@ -98,7 +100,7 @@ json as_json(const hologram_outcome& done)
                    {"spacing_pixels", report.spacing_pixels},
                    {"spacing_nm", number_or_null(report.spacing_pixels * nm)},
                    {"angle_degrees", report.angle_degrees},
-                   {"contrast", report.contrast},
+                   {"contrast", report.contrast ? json(*report.contrast) : json(nullptr)},
                    {"reference_contrast", report.reference_contrast ? json(*report.reference_contrast) : json(nullptr)},
                    {"radius", report.filter.radius},
                    {"flank", report.filter.flank},

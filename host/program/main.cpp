@@ -195,7 +195,9 @@ int main(int argc, char** argv)
 #endif
         zentrix::host::remove_pending_files_on_signals();
         set_words(global, argc, argv);
-        return run(global);
+        const int code = run(global);
+        if (std::cout.flush() || code != success) return code;
+        return fail(failure, "standard output: not everything could be written", global);
     } catch (const std::bad_alloc&) {
         return fail(failure, "there is not enough memory for images of this size", global);
     } catch (const std::exception& problem) {

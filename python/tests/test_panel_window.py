@@ -245,6 +245,18 @@ def test_estimate_moves_the_knobs_and_is_one_step_of_undo():
     panel.close()
 
 
+def test_estimate_takes_widths_of_zero_as_unknown_unless_told():
+    wave = np.ones((16, 16), complex)
+    for given, pressed, known in (({}, 0, {}), ({}, 1, {"vibration": 0}), ({"vibration": 0}, 0, {"vibration": 0}),
+                                  ({"focus_spread": 3}, 0, {"focus_spread": 3}), ({"convergence": 0}, 1, {})):
+        panel = LivePanel(wave, kv=300, pixel=0.05, **given)
+        drive = Driver(panel)
+        for _ in range(pressed):
+            drive.press("No envelope")
+        assert panel.model.for_search()[1] == {"kv": 300, "pixel": 0.05, **known}
+        panel.close()
+
+
 def endless(wave, progress, **options):
     while progress(0.4, {"C1": (-40.0, 0.0), "A1": (9.0, 30.0)}):
         time.sleep(0.001)

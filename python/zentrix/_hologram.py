@@ -23,7 +23,7 @@ class HologramReport(NamedTuple):
     doubtful: bool  #: whether the next peak is more than half as high, or no clear peak is at the given position
     spacing: float  #: of the fringes
     angle: float  #: direction across the fringes [degrees], counter-clockwise on the displayed image
-    contrast: float  #: of the fringes, 0 to 1
+    contrast: Any  #: of the fringes, 0 to 1; None if they are stronger than the mean, which was then subtracted
     reference_contrast: Any  #: the same of the reference, or None
     radius: float  #: of the filter [pixels of the transform along x]
     resolution: float  #: the finest period that the filter passes by half or more

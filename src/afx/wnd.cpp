@@ -62,10 +62,12 @@ CWnd* CWnd::FromHandle(HWND window)
 {
     if (!window) return nullptr;
     if (CWnd* const own = FromHandlePermanent(window)) return own;
-    auto& wrapper = state().temporary_windows[window];
-    if (!wrapper) wrapper = std::make_unique<CWnd>();
-    wrapper->m_hWnd = window;
-    return wrapper.get();
+    auto& wrappers = state().temporary_windows;
+    if (const auto known = wrappers.find(window); known != wrappers.end()) return known->second.get();
+    auto wrapper = std::make_unique<CWnd>();
+    CWnd* const made = wrappers.emplace(window, std::move(wrapper)).first->second.get();
+    made->m_hWnd = window;  // only now: a wrapper that is not kept would destroy the window
+    return made;
 }
 
 BOOL CWnd::CreateEx(DWORD extended_style, LPCTSTR class_name, LPCTSTR title, DWORD style, const RECT& place,

@@ -4,8 +4,12 @@
 #include <cstdlib>
 #include <deque>
 #include <new>
+#include <stdexcept>
 
 #include "host/engine/contract_table.h"
+#ifdef _WIN32
+#include "tests/faults/replaced_imports.h"
+#endif
 
 namespace faults {
 namespace {
@@ -15,16 +19,24 @@ std::atomic<bool> library_runs = false;
 std::atomic<std::uint64_t> made = 0, refused = 0, first_to_fail = 0;
 std::atomic<bool> all_later_fail = false;
 
-#ifndef _WIN32
 bool may_allocate() noexcept
 {
+#ifndef _WIN32
     if (!library_runs) return true;
+#endif
     const std::uint64_t number = ++made, first = first_to_fail;
     const bool fails = first != 0 && (number == first || (all_later_fail && number > first));
     if (fails) ++refused;
     return !fails;
 }
 
+#ifdef _WIN32
+void* malloc_for_library(std::size_t bytes) { return may_allocate() ? std::malloc(bytes) : nullptr; }
+void* aligned_malloc_for_library(std::size_t bytes, std::size_t alignment)
+{
+    return may_allocate() ? _aligned_malloc(bytes, alignment) : nullptr;
+}
+#else
 void* allocated(std::size_t bytes, std::size_t alignment) noexcept
 {
     if (!may_allocate()) return nullptr;
@@ -104,6 +116,12 @@ void watch(zentrix::host::engine& host)
 
 void plan_allocations(allocation_plan plan)
 {
+#ifdef _WIN32
+    static const bool is_replaced = replace_imports(
+        ZENTRIX_LIBRARY_FILE, {{"malloc", reinterpret_cast<void (*)()>(malloc_for_library)},
+                               {"_aligned_malloc", reinterpret_cast<void (*)()>(aligned_malloc_for_library)}});
+    if (!is_replaced) throw std::logic_error{"The library calls no malloc."};
+#endif
     first_to_fail = plan.first;
     all_later_fail = plan.all_later;
     made = refused = 0;

@@ -1,4 +1,3 @@
-#ifndef _WIN32
 #include "tests/faults/allocations.h"
 
 #include <gmock/gmock.h>
@@ -37,7 +36,7 @@ TEST(Allocations, ThatFailLeaveEverythingAsItWas)
             script.call(call.function, copy_of(call.args));
             const auto most = allocations();
             for (std::uint64_t k = 1; k <= most; ++k)
-                for (const bool all_later : {false, true}) {
+                for (const bool all_later : all_later_or_not) {
                     SCOPED_TRACE(call.function + ", allocation " + std::to_string(k) +
                                  (all_later ? " and all later" : "") + (simd ? "" : ", without vector instructions"));
                     walk.expect_failing_allocation({k, all_later});
@@ -48,4 +47,3 @@ TEST(Allocations, ThatFailLeaveEverythingAsItWas)
 }
 
 }  // namespace
-#endif

@@ -1,6 +1,8 @@
 // Every request that the panel makes of the host fails once: while it is created, shown, used, hidden and destroyed.
-// Every call of a host function or of the handler throws, refuses without a reason, or gives null once.
+// Every call of a host function or of the handler throws, refuses without a reason, or gives null once. Every
+// allocation of the library fails once.
 #include "host/objects/value.h"
+#include "tests/faults/allocations.h"
 #include "tests/faults/misbehaving_host.h"
 #include "tests/windows/page_tables.h"
 
@@ -55,6 +57,23 @@ failing_way by(faults::misbehaviour how, const char* name, const char* text)
             [](panel_host&) { return faults::end_misbehaviour(); },
             [text = std::string{text}](const events& errors, const std::string&) {
                 return text.empty() || errors == events{text};  // null may also be an answer
+            }};
+}
+
+failing_way by_allocation()
+{
+    return {"allocations that fail",
+            30,
+            [](panel_host&, std::uint64_t number) { faults::plan_allocations({number}); },
+            [](panel_host&) { return faults::allocations(); },
+            [](panel_host&) {
+                const bool failed = faults::failed_allocations() > 0;
+                faults::plan_allocations({});
+                return failed ? "an allocation" : "";
+            },
+            [](const events& errors, const std::string&) {
+                return errors == events{"std::bad_alloc"} ||
+                       errors == events{"std::bad_alloc", "The panel's window cannot be created."};
             }};
 }
 
@@ -211,6 +230,7 @@ TEST_F(failing_panel, ReportsTheErrorAndWorksAfterwards)
         by(misbehaviour::throws_bad_alloc, "calls without memory", "std::bad_alloc"),
         by(misbehaviour::refuses, "calls that refuse", "A call of the host failed."),
         by(misbehaviour::gives_null, "calls that give null", ""),
+        by_allocation(),
     };
     for (const failing_way& way : ways)
         for (const auto& [name, from, act] : actions) expect_failures(way, name, from, act);

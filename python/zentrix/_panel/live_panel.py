@@ -117,6 +117,11 @@ class LivePanel:
         self._search = Search(source, free, optics)
         self._poll_search()
 
+    def toggle_no_envelope(self):
+        self._end_search()
+        self.model.has_no_envelope = not self.model.has_no_envelope
+        self._redraw()
+
     def _end_search(self):
         """The panel is as before the search, whose result is not used. False if none is running."""
         if not self._give_up_search():

@@ -36,6 +36,8 @@ class Model:
         self._preview = None  # values that are shown in place of those of the history
         self.steps = {row.name: row.step or self._percent_of(row.name) for page in self.pages for row in page.rows}
         self.display, self.colour, self.file = show, colour, pathlib.Path(save)
+        # A width that is zero may just not be known, unless that was said.
+        self.has_no_envelope = any(name in optics for name in WIDTHS) and not any(optics.get(name) for name in WIDTHS)
         self.source = self.original
         self._source_of = ()  # the applied corrections that made `source`
         self._kept = {}
@@ -82,6 +84,8 @@ class Model:
                 raise TypeError(f"The panel has no control for {name}.")
         library.check({**self.optics, **changes})
         values = {**self.values, **library.values_of(changes, self.values)}
+        if any(name in WIDTHS for name in changes):
+            self.has_no_envelope = not any(values[name][0] for name in WIDTHS)
         self.history.record(State(values, self.history.state.applied))
 
     def put_coefficients(self, coefficients):
@@ -121,9 +125,10 @@ class Model:
     def for_search(self):
         """(source, optics): what zentrix.estimate takes."""
         self._follow_history()
-        # A width of zero may just not be known.
-        widths = ("focus_spread", "convergence", "vibration")
-        return self.source, {name: value for name, value in self.optics.items() if value or name not in widths}
+        optics = {name: value for name, value in self.optics.items() if value or name not in WIDTHS}
+        if self.has_no_envelope:
+            optics.setdefault("vibration", 0.0)
+        return self.source, optics
 
     def shown(self, most, before=False):
         """(wave, marks of pixels that are not finite or None), at a size within `most` (rows, columns).

@@ -176,6 +176,15 @@ class Column:
                 is_on=lambda: panel.is_estimating,
             )
         )
+        self._add(
+            Button(
+                self._cell(y + 1.22, 2, 1.5),
+                "No envelope",
+                panel.toggle_no_envelope,
+                "For Estimate: the wave is not damped. Otherwise widths that are all zero are taken as unknown",
+                is_on=lambda: model.has_no_envelope,
+            )
+        )
 
     def _cell(self, y, first, cells=1):
         width = (WIDTH - 0.1) / 5

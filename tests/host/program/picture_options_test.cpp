@@ -81,6 +81,7 @@ TEST_F(PictureOptions, AreCheckedBeforeAnythingIsWritten)
     expect_refused("ctf -o out/ctf.csv -o out/ctf.csv " + lens, 1, "two results would have this name");
     expect_refused("call MovingAverage2 phase.npy 2 _ _ -o imgDst1=out/mean.npy -o imgDst2=none/deviation.npy", 1,
                    "there is no folder none");
+    expect_refused("call MedianFilter phase.npy 2 null 1 -o phase.npy", 1, "phase.npy: is an input and cannot be");
 }
 
 TEST_F(PictureOptions, ScaleBarHasTheGivenPixelSize)

@@ -26,6 +26,14 @@ std::string complaint(const support::outcome& done)
 
 }  // namespace
 
+#ifndef _WIN32
+TEST(Usage, OutputThatIsLostIsAFailure)
+{
+    for (const char* const words : {"functions", "functions --json", "--help", "--version"})
+        EXPECT_EQ(std::system((std::string{ZENTRIX_PROGRAM " "} + words + " >/dev/full 2>/dev/null").c_str()), 1 << 8);
+}
+#endif
+
 TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
 {
     const workbench bench;
