@@ -72,9 +72,10 @@ void require_size(const image& hologram)
 }
 
 /// A number with one digit after the point.
+/// Rounded down, so that what is below a limit does not read as the limit.
 std::string one_digit(double value)
 {
-    const auto tenths = std::lround(std::min(value, 1e6) * 10);
+    const auto tenths = static_cast<long>(std::min(value, 1e6) * 10);
     return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
 }
 

@@ -245,16 +245,24 @@ def test_estimate_moves_the_knobs_and_is_one_step_of_undo():
     panel.close()
 
 
-def test_estimate_takes_widths_of_zero_as_unknown_unless_told():
-    wave = np.ones((16, 16), complex)
-    for given, pressed, known in (({}, 0, {}), ({}, 1, {"vibration": 0}), ({"vibration": 0}, 0, {"vibration": 0}),
-                                  ({"focus_spread": 3}, 0, {"focus_spread": 3}), ({"convergence": 0}, 1, {})):
-        panel = LivePanel(wave, kv=300, pixel=0.05, **given)
-        drive = Driver(panel)
-        for _ in range(pressed):
-            drive.press("No envelope")
-        assert panel.model.for_search()[1] == {"kv": 300, "pixel": 0.05, **known}
-        panel.close()
+@pytest.mark.parametrize(
+    ("given", "action", "known"),
+    [
+        ({}, None, {}),
+        ({}, lambda drive: drive.press("No envelope"), {"vibration": 0}),
+        ({}, lambda drive: drive.panel.set(focus_spread=0), {"vibration": 0}),
+        ({"vibration": 0}, None, {"vibration": 0}),
+        ({"convergence": 0}, lambda drive: drive.press("No envelope"), {}),
+        ({"focus_spread": 3}, None, {"focus_spread": 3}),
+        ({"focus_spread": 3}, lambda drive: drive.panel.set(vibration=0), {"focus_spread": 3}),
+    ],
+)
+def test_widths_of_zero_are_known_for_an_estimate_if_they_were_given(given, action, known):
+    panel = LivePanel(np.ones((16, 16), complex), kv=300, pixel=0.05, **given)
+    if action:
+        action(Driver(panel))
+    assert panel.model.for_search()[1] == {"kv": 300, "pixel": 0.05, **known}
+    panel.close()
 
 
 def endless(wave, progress, **options):

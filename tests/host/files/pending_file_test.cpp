@@ -8,6 +8,7 @@
 
 #ifndef _WIN32
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -87,6 +88,17 @@ TEST(PendingFile, FoldersAreLookedThroughOnce)
 }
 
 #ifndef _WIN32
+
+TEST(PendingFile, DraftOfALiveProcessIsLeft)
+{
+    const scratch_folder folder;
+    folder.write(".zentrix-1-1.part", "of a live process, which holds a lock");
+    const int draft = open((folder / ".zentrix-1-1.part").c_str(), O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(flock(draft, LOCK_EX), 0);
+    replace(folder / "a", "a");
+    EXPECT_EQ(folder.files(), (names{".zentrix-1-1.part", "a"}));
+    close(draft);
+}
 
 TEST(PendingFile, KeepsModeAndOwnerAndFollowsLinks)
 {
