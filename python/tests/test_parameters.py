@@ -9,7 +9,10 @@ import pytest
 
 import zentrix
 
-LENS = dict(kv=300.0, pixel=0.02, C1=-62.0, A1=(14.0, 35.0), C3=0.1 + 0.2, B2=(1e-7 / 3, -359 / 7), focus_spread=1e12 / 7, tilt=(0.5, -2.0), envelope="on")
+LENS = dict(
+    kv=300.0, pixel=0.02, C1=-62.0, A1=(14.0, 35.0), C3=0.1 + 0.2, B2=(1e-7 / 3, -359 / 7), focus_spread=1e12 / 7,
+    tilt=(0.5, -2.0), envelope="on",
+)  # fmt: skip
 
 
 def test_what_is_written_is_read_and_corrects(tmp_path):

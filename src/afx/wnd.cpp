@@ -63,11 +63,10 @@ CWnd* CWnd::FromHandle(HWND window)
     if (!window) return nullptr;
     if (CWnd* const own = FromHandlePermanent(window)) return own;
     auto& wrappers = state().temporary_windows;
-    if (const auto known = wrappers.find(window); known != wrappers.end()) return known->second.get();
-    auto wrapper = std::make_unique<CWnd>();
-    CWnd* const made = wrappers.emplace(window, std::move(wrapper)).first->second.get();
-    made->m_hWnd = window;  // only now: a wrapper that is not kept would destroy the window
-    return made;
+    auto known = wrappers.find(window);
+    if (known == wrappers.end()) known = wrappers.emplace(window, std::make_unique<CWnd>()).first;
+    known->second->m_hWnd = window;  // only now: a wrapper that is not kept would destroy the window
+    return known->second.get();
 }
 
 BOOL CWnd::CreateEx(DWORD extended_style, LPCTSTR class_name, LPCTSTR title, DWORD style, const RECT& place,

@@ -167,24 +167,21 @@ class Column:
         self.widgets += [transfer, colours, before]
         for number, (text, action, hint) in enumerate(actions):
             self._add(Button(self._cell(y + 0.88, number), text, action, hint))
-        self._add(
-            Button(
-                self._cell(y + 1.22, 0, 2),
-                "Estimate",
-                panel.estimate,
-                "Finds C1, A1, B2, A2, C3, S3 from the wave itself; pressed again, it stops (e)",
-                is_on=lambda: panel.is_estimating,
-            )
+        estimate = Button(
+            self._cell(y + 1.22, 0, 2),
+            "Estimate",
+            panel.estimate,
+            "Finds C1, A1, B2, A2, C3, S3 from the wave itself; pressed again, it stops (e)",
+            is_on=lambda: panel.is_estimating,
         )
-        self._add(
-            Button(
-                self._cell(y + 1.22, 2, 1.5),
-                "No envelope",
-                panel.toggle_no_envelope,
-                "For Estimate: the wave is not damped. Otherwise widths that are all zero are taken as unknown",
-                is_on=lambda: model.has_no_envelope,
-            )
+        no_envelope = Button(
+            self._cell(y + 1.22, 2, 1.5),
+            "No envelope",
+            panel.toggle_no_envelope,
+            "For Estimate: the wave is not damped. Otherwise widths that are all zero are taken as unknown",
+            is_on=lambda: model.has_no_envelope,
         )
+        self.widgets += [estimate, no_envelope]
 
     def _cell(self, y, first, cells=1):
         width = (WIDTH - 0.1) / 5

@@ -32,6 +32,11 @@ TEST(Usage, OutputThatIsLostIsAFailure)
     for (const char* const words : {"functions", "functions --json", "--help", "--version"})
         EXPECT_EQ(std::system((std::string{ZENTRIX_PROGRAM " "} + words + " >/dev/full 2>/dev/null").c_str()), 1 << 8);
 }
+
+TEST(Usage, WorkerWhoseParentHasEndedSaysNothing)
+{
+    EXPECT_EQ(std::system("said=$(" ZENTRIX_PROGRAM " --worker </dev/null 2>&1); test $? = 1 -a -z \"$said\""), 0);
+}
 #endif
 
 TEST(Usage, ErrorsNameTheWordAndWhatWasProbablyMeant)
