@@ -51,8 +51,8 @@ class workbench
         command += " >\"" + (texts_ / out).string() + "\" 2>\"" + (texts_ / err).string() + "\"";
         outcome result;
 #ifdef _WIN32
-        // The command processor drops the outer quotes. Wine sometimes fails to start it, which gives -1.
-        for (int attempt = 0; attempt < 3 && result.code == -1; ++attempt)
+        // The command processor drops the outer quotes. Wine sometimes fails to start it (-1) or its program (9009).
+        for (int attempt = 0; attempt < 3 && (result.code == -1 || result.code == 9009); ++attempt)
             result.code = _wsystem(zentrix::host::system_path("\"" + command + "\"").wstring().c_str());
 #else
         const int status = std::system(command.c_str());
