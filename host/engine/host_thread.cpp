@@ -6,6 +6,7 @@
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <system_error>
 #include <utility>
 
 namespace zentrix::host {
@@ -90,7 +91,12 @@ void host_thread::serve(hand_over& shared)
 /// Requires the lock.
 void host_thread::start(hand_over& shared)
 {
-    if (!shared.thread.joinable()) shared.thread = std::thread{[this, &shared] { serve(shared); }};
+    if (shared.thread.joinable()) return;
+    try {
+        shared.thread = std::thread{[this, &shared] { serve(shared); }};
+    } catch (const std::system_error& problem) {
+        throw script_error{std::string{"The thread of script functions cannot be started: "} + problem.what() + "."};
+    }
 }
 
 bool host_thread::run(const std::function<void()>& work, const question& ask)

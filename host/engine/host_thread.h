@@ -44,8 +44,8 @@ class host_thread
     /// runs at once. `ask` is called on the waiting thread each `question_interval`, without a lock. If it gives up, a
     /// queued call is withdrawn; for a running one `is_given_up` becomes true, and the wait goes on.
     /// Returns  false if the call was withdrawn
-    /// Throws   what `work` throws; script_error with the reason after `refuse`, and in a child process that was forked
-    ///          during a call
+    /// Throws   what `work` throws; script_error with the reason after `refuse`, in a child process that was forked
+    ///          during a call, and if the thread cannot be started
     bool run(const std::function<void()>& work, const question& ask = {});
 
     /// Whether the running call was given up. For the thread itself.

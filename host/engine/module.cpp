@@ -14,10 +14,9 @@ namespace zentrix::host {
 namespace {
 
 #ifdef _WIN32
-void* open_module(const std::string& path, std::string& reason)
+void* open_module(const std::filesystem::path& file, std::string& reason)
 {
-    const auto full = std::filesystem::absolute(system_path(path));
-    void* handle = LoadLibraryExW(full.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    void* handle = LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (!handle) reason = "system error " + std::to_string(GetLastError());
     return handle;
 }
@@ -28,11 +27,9 @@ void* symbol_in(void* handle, const char* name)
 }
 
 #else
-void* open_module(const std::string& path, std::string& reason)
+void* open_module(const std::filesystem::path& file, std::string& reason)
 {
-    // With an absolute path the system does not use its search path.
-    const auto full = std::filesystem::absolute(system_path(path));
-    void* handle = dlopen(full.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+    void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
     if (!handle) reason = dlerror();
     return handle;
 }
@@ -46,7 +43,13 @@ void* symbol_in(void* handle, const char* name) { return dlsym(handle, name); }
 module::module(const std::string& utf8_path) :path_{utf8_path}
 {
     std::string reason;
-    handle_ = open_module(path_, reason);
+    // With an absolute path the system does not use its search path.
+    const auto file = std::filesystem::absolute(system_path(path_));
+    std::error_code ignored;
+    if (const auto status = std::filesystem::status(file, ignored); exists(status) && !is_regular_file(status))
+        reason = "it is not a regular file";  // opening a pipe would wait for its writer
+    else
+        handle_ = open_module(file, reason);
     if (!handle_) throw script_error{"\"" + path_ + "\" cannot be loaded: " + reason + "."};
 }
 

@@ -40,6 +40,7 @@ class literal_reader
         const auto end = rest_.find(quote);
         if (end == std::string_view::npos) fail();
         std::string text{rest_.substr(0, end)};
+        if (text.find('\0') != std::string::npos) fail();  // it would end the message that shows it
         rest_.remove_prefix(end + 1);
         return text;
     }

@@ -47,6 +47,9 @@ class structure_check
             names_.pop_back();
         } else if (event == kind::key && !names_.back().insert(parsed.get<std::string>()).second) {
             throw file_error{file_, shown_name(parsed.get<std::string>()) + " is given twice"};
+        } else if (event == kind::value && parsed.is_string() &&
+                   parsed.get_ref<const std::string&>().find('\0') != std::string::npos) {
+            throw file_error{file_, "has a text with a null character"};  // which would end messages that show it
         }
         return true;
     }

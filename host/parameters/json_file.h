@@ -8,7 +8,8 @@
 namespace zentrix::host {
 
 /// Reads a file of at most 1 MiB whose objects and arrays are nested at most 32 deep.
-/// Throws  file_error; for bad syntax with line and column, and naming an entry that an object has twice
+/// Throws  file_error; for bad syntax with line and column, naming an entry that an object has twice, and for a text
+///         with a null character
 nlohmann::ordered_json read_json(const std::filesystem::path& file);
 
 /// The same for a text of any length. `name` is its name in errors. Throws as read_json

@@ -44,7 +44,7 @@ json with_units(const std::string& entry, const json& object, const std::string&
     if (object[field].is_object()) return object[field];
     for (const std::string& name : {units, field + "_units", field + "@units", field + "/@units"})
         if (object.contains(name)) return {{"value", object[field]}, {"unit", object[name]}};
-    refuse(entry + " has no units of its " + field + ": \"" + units + "\"");
+    refuse(entry + " has no units of its " + field + ": \"" + shown_name(units) + "\"");
 }
 
 void check_entry(const std::string& name, const json& value)

@@ -36,13 +36,13 @@ std::string complex_text(std::complex<double> value)
 
 [[noreturn]] void refuse(const std::string& word)
 {
-    throw std::invalid_argument{"\"" + word.substr(0, 40) + "\" is no option with parameters."};
+    throw std::invalid_argument{"\"" + shown_name(word) + "\" is no option with parameters."};
 }
 
 double number_in(const std::string& option, const std::string& word)
 {
     const auto number = lens::parse_number(word);
-    if (!number) throw std::invalid_argument{option + " is a number, not \"" + word.substr(0, 40) + "\"."};
+    if (!number) throw std::invalid_argument{option + " is a number, not \"" + shown_name(word) + "\"."};
     return *number;
 }
 

@@ -43,6 +43,7 @@ TEST(RunningLibrary, IsRefusedWhenItCannotBeLoadedOrLinked)
     engine host;
     const auto refusal = [&](const auto& source) { return support::message_of([&] { library{host, source}; }); };
     EXPECT_THAT(refusal(std::string{"no such file"}), testing::StartsWith("\"no such file\" cannot be loaded: "));
+    EXPECT_EQ(refusal(std::string{"/"}), "\"/\" cannot be loaded: it is not a regular file.");
     auto entries = module{TEST_LIBRARY}.entries();
     entries.get_version = [] { return std::int32_t{1}; };
     EXPECT_EQ(refusal(entries), "The library uses version 1 of the linking protocol, but this host uses version 2.");

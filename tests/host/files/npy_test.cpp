@@ -128,6 +128,7 @@ TEST(Npy, NamesWhatIsWrongWithAFile)
             row{npy_text("{'descr': '<f4', 'fortran_order': maybe, 'shape': (4,)}", four), damaged},
             row{npy_text("{'descr': '<f4', 'fortran_order': False, 'shape': (4,", four), damaged},
             row{shaped("(-4,)"), damaged},
+            row{shaped("(4,)", std::string{"<f4\0", 4}), damaged},
             row{npy_text("{'descr': [('a', '<f4')], 'fortran_order': False, 'shape': (4,)}", four),
                 "it holds records with several fields; expected plain numbers"},
             row{shaped("(4,)", "<i8"),

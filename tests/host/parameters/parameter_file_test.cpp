@@ -113,6 +113,7 @@ TEST(ParameterFile, RefusesWhatItDoesNotUnderstandAndNamesIt)
         {"", "is not valid JSON at line 1, column 1"},
         {"{\"kv\": 300,\n \"C1\": NaN}", "is not valid JSON at line 2, column 8"},
         {R"({"C1": 1e999})", "has a number that is too large"},
+        {R"({"C1": "1\u0000"})", "has a text with a null character"},
         {"[1, 2]", "expected an object of parameters, not [1,2]"},
         {R"({"C1": -62, "kv": 300, "C1": 62})", "C1 is given twice"},
         {R"({"focus_spread": 3, "focus-spread": 3})", "focus_spread is given twice"},
