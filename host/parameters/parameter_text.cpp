@@ -4,6 +4,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "host/parameters/json_file.h"
 #include "host/parameters/parameter_entries.h"
 #include "host/parameters/parameter_file.h"
 #include "host/text/number_text.h"
