@@ -31,3 +31,13 @@ add_library(zentrix_kernel_options INTERFACE)
 target_link_libraries(zentrix_kernel_options INTERFACE zentrix_options)
 target_compile_options(zentrix_kernel_options INTERFACE -fno-math-errno -fno-trapping-math
     $<$<CONFIG:Release>:-O3>)
+
+# Compiles six sources of a target at a time: headers that they share are read once, which halves the time of a whole
+# build. Within a folder, names in unnamed namespaces must differ. Sources with a system's own header are left out. With
+# -DZENTRIX_GROUPS=OFF each source is compiled by itself, as clang-tidy does.
+function(zentrix_compile_in_groups target)
+    get_target_property(with_system_header ${target} SOURCES)
+    list(FILTER with_system_header INCLUDE REGEX "_(windows|posix)\\.cpp$")
+    set_source_files_properties(${with_system_header} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ${ZENTRIX_GROUPS} UNITY_BUILD_BATCH_SIZE 6)
+endfunction()

@@ -25,11 +25,11 @@ namespace zentrix::python {
 namespace {
 
 /// (modulus in its unit, degrees) of all coefficients, in the order of lens::all_coefficients.
-using coefficients = std::array<std::pair<double, double>, lens::coefficient_count>;
+using coefficient_values = std::array<std::pair<double, double>, lens::coefficient_count>;
 
 /// Units as in lens::optics.
-lens::optics optics_of(double wavelength, double pixel, const coefficients& values, const std::array<double, 3>& widths,
-                       std::complex<double> tilt)
+lens::optics optics_of(double wavelength, double pixel, const coefficient_values& values,
+                       const std::array<double, 3>& widths, std::complex<double> tilt)
 {
     lens::optics setup{wavelength, pixel, {}, {widths[0], widths[1], widths[2]}, tilt};
     for (const auto& about : lens::all_coefficients) {

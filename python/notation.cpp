@@ -14,7 +14,7 @@ namespace {
 namespace py = pybind11;
 
 /// (modulus in its unit, degrees) of all coefficients, in the order of lens::all_coefficients.
-using coefficients = std::array<std::pair<double, double>, lens::coefficient_count>;
+using coefficient_values = std::array<std::pair<double, double>, lens::coefficient_count>;
 
 lens::notation notation_of(const std::string& word)
 {
@@ -24,7 +24,7 @@ lens::notation notation_of(const std::string& word)
     throw std::invalid_argument{"There is no notation " + word + "."};
 }
 
-lens::named_numbers to_notation(const coefficients& values, const std::string& to, double length, bool radians,
+lens::named_numbers to_notation(const coefficient_values& values, const std::string& to, double length, bool radians,
                                 bool clockwise, double zero)
 {
     lens::aberrations lens;
@@ -35,11 +35,11 @@ lens::named_numbers to_notation(const coefficients& values, const std::string& t
     return lens::to_notation(lens, notation_of(to), {length, radians, clockwise, zero});
 }
 
-coefficients from_notation(const lens::named_numbers& numbers, const std::string& from, double length, bool radians,
-                           bool clockwise, double zero)
+coefficient_values from_notation(const lens::named_numbers& numbers, const std::string& from, double length,
+                                 bool radians, bool clockwise, double zero)
 {
     const auto lens = lens::from_notation(numbers, notation_of(from), {length, radians, clockwise, zero});
-    coefficients values;
+    coefficient_values values;
     for (const auto& about : lens::all_coefficients)
         values[static_cast<std::size_t>(about.which)] = {lens[about.which].modulus, lens[about.which].angle_degrees};
     return values;

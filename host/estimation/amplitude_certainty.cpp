@@ -5,24 +5,25 @@ namespace zentrix::host {
 namespace {
 
 /// Of the central differences: so wide that the noise between pixels does not matter. [rad]
-constexpr double step = 0.3;
+constexpr double difference = 0.3;
 
 matrix second_derivatives(sharpness& sharp, const std::vector<double>& at)
 {
     const std::size_t n = at.size();
     const auto value = [&](std::size_t i, double by, std::size_t j, double further) {
         auto place = at;
-        place[i] += by * step;
-        place[j] += further * step;
+        place[i] += by * difference;
+        place[j] += further * difference;
         return sharp(place);
     };
     matrix second{n};
     const double here = sharp(at);
     for (std::size_t i = 0; i < n; ++i) {
-        second(i, i) = (value(i, 1, i, 0) + value(i, -1, i, 0) - 2 * here) / (step * step);
+        second(i, i) = (value(i, 1, i, 0) + value(i, -1, i, 0) - 2 * here) / (difference * difference);
         for (std::size_t j = 0; j < i; ++j)
             second(i, j) = second(j, i) =
-                (value(i, 1, j, 1) + value(i, -1, j, -1) - value(i, 1, j, -1) - value(i, -1, j, 1)) / (4 * step * step);
+                (value(i, 1, j, 1) + value(i, -1, j, -1) - value(i, 1, j, -1) - value(i, -1, j, 1)) /
+                (4 * difference * difference);
     }
     return second;
 }
@@ -35,12 +36,12 @@ matrix scatter(sharpness& sharp, const std::vector<double>& at)
     std::vector<std::vector<double>> slopes;
     for (std::size_t i = 0; i < n; ++i) {
         auto place = at;
-        place[i] = at[i] + step;
+        place[i] = at[i] + difference;
         slopes.push_back(sharp.influences(place, tiles));
-        place[i] = at[i] - step;
+        place[i] = at[i] - difference;
         const auto before = sharp.influences(place, tiles);
         for (std::size_t tile = 0; tile < before.size(); ++tile)
-            slopes[i][tile] = (slopes[i][tile] - before[tile]) / (2 * step);
+            slopes[i][tile] = (slopes[i][tile] - before[tile]) / (2 * difference);
     }
     matrix sum{n};
     for (std::size_t i = 0; i < n; ++i)

@@ -16,7 +16,7 @@ struct destroy_search
 {
     void operator()(nlopt_opt search) const noexcept { nlopt_destroy(search); }
 };
-using search = std::unique_ptr<nlopt_opt_s, destroy_search>;
+using nlopt_search = std::unique_ptr<nlopt_opt_s, destroy_search>;
 
 /// What the function that NLopt calls needs.
 struct observed
@@ -51,7 +51,7 @@ double evaluate(unsigned count, const double* at, double* gradient, void* data) 
 minimum run(nlopt_algorithm algorithm, const differentiable& function, std::vector<double> start,
             std::span<const double> first_step, const search_limits& limits)
 {
-    const search made{nlopt_create(algorithm, static_cast<unsigned>(start.size()))};
+    const nlopt_search made{nlopt_create(algorithm, static_cast<unsigned>(start.size()))};
     if (!made) throw std::bad_alloc{};
     observed seen{&function, made.get(), {start, std::numeric_limits<double>::infinity()}, nullptr};
     const bool is_set = nlopt_set_min_objective(made.get(), evaluate, &seen) > 0 &&

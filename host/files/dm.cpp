@@ -158,7 +158,7 @@ image_ref read_elements_of(binary_input& from, const stored_image& stored, std::
     }
 }
 
-image_ref read(const std::filesystem::path& file)
+image_ref read_shown_image(const std::filesystem::path& file)
 {
     binary_input from{file};
     const dm_tree tree = read_dm_tags(from);
@@ -181,7 +181,7 @@ image_ref read(const std::filesystem::path& file)
 
 image_ref read_dm(const std::filesystem::path& file)
 {
-    return with_file_name(file, [&] { return read(file); });
+    return with_file_name(file, [&] { return read_shown_image(file); });
 }
 
 }  // namespace zentrix::host

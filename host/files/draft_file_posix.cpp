@@ -159,7 +159,7 @@ bool is_read_only(const fs::path& file)
     struct stat status
     {};
     const bool has_no_write_right = stat(file.c_str(), &status) == 0 && (status.st_mode & 0222) == 0;  // root, too
-    return has_no_write_right || access(file.c_str(), W_OK) != 0;
+    return has_no_write_right || ::access(file.c_str(), W_OK) != 0;
 }
 
 void remove_pending_files_on_signals()

@@ -55,7 +55,7 @@ calibration calibration_of(const mrc::header& words)
     return about;
 }
 
-image_ref read(const std::filesystem::path& file)
+image_ref read_volume(const std::filesystem::path& file)
 {
     binary_input from{file};
     mrc::header words;
@@ -79,7 +79,7 @@ image_ref read(const std::filesystem::path& file)
 
 image_ref read_mrc(const std::filesystem::path& file)
 {
-    return with_file_name(file, [&] { return read(file); });
+    return with_file_name(file, [&] { return read_volume(file); });
 }
 
 bool is_mrc(std::string_view start) noexcept

@@ -84,7 +84,7 @@ image_ref from_column_major(const image& array)
     return result;
 }
 
-image_ref read(const std::filesystem::path& file)
+image_ref read_array(const std::filesystem::path& file)
 {
     binary_input from{file};
     const npy_header header = read_npy_header(from);
@@ -101,7 +101,7 @@ image_ref read(const std::filesystem::path& file)
 
 image_ref read_npy(const std::filesystem::path& file)
 {
-    return with_file_name(file, [&] { return read(file); });
+    return with_file_name(file, [&] { return read_array(file); });
 }
 
 void write_npy(const std::filesystem::path& file, const image& pixels)

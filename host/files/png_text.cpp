@@ -13,7 +13,7 @@ namespace {
 constexpr char plain_text[] = "tEXt", international_text[] = "iTXt";
 constexpr std::size_t longest_keyword = 79;
 constexpr std::size_t longest_text = 1U << 20;  // that is read; those of this program are much shorter
-constexpr std::string_view signature{"\x89PNG\r\n\x1A\n"};
+constexpr std::string_view png_signature{"\x89PNG\r\n\x1A\n"};
 
 std::string_view until_zero(std::string_view text) { return text.substr(0, text.find('\0')); }
 
@@ -60,8 +60,8 @@ picture_texts read_png_texts(const std::filesystem::path& file)
         if (!from.read(bytes.data(), static_cast<std::streamsize>(count))) throw file_error{file, "it is cut short"};
         return bytes;
     };
-    std::string start(signature.size(), '\0');
-    if (!from.read(start.data(), static_cast<std::streamsize>(start.size())) || start != signature)
+    std::string start(png_signature.size(), '\0');
+    if (!from.read(start.data(), static_cast<std::streamsize>(start.size())) || start != png_signature)
         throw file_error{file, "is not a PNG file"};
     picture_texts texts;
     for (;;) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <regex>
-#include <stdexcept>
 
 #include "host/parameters/json_file.h"
 #include "host/parameters/quantity.h"
@@ -12,8 +11,6 @@ namespace zentrix::host {
 namespace {
 
 using json = nlohmann::ordered_json;
-
-[[noreturn]] void refuse(const std::string& text) { throw std::invalid_argument{text}; }
 
 bool is_component(const std::string& name) { return name.ends_with("_a") || name.ends_with("_b"); }
 

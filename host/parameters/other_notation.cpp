@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <regex>
-#include <stdexcept>
 
 #include "host/objects/calibration.h"
 #include "host/parameters/json_file.h"
@@ -14,8 +13,6 @@ namespace zentrix::host {
 namespace {
 
 using json = nlohmann::ordered_json;
-
-[[noreturn]] void refuse(const std::string& text) { throw std::invalid_argument{text}; }
 
 constexpr const char* names_of_notations[] = {"polar", "cartesian", "corrector", "nexus"};
 

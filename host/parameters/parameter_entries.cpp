@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <optional>
-#include <stdexcept>
 
 #include "host/parameters/json_file.h"
 #include "host/parameters/other_notation.h"
@@ -16,8 +15,6 @@ namespace zentrix::host {
 namespace {
 
 using json = nlohmann::ordered_json;
-
-[[noreturn]] void refuse(const std::string& text) { throw std::invalid_argument{text}; }
 
 double positive(const std::string& name, double value)
 {

@@ -35,7 +35,7 @@ std::string complex_text(std::complex<double> value)
     return "complex( " + pair_text(value.real(), value.imag()) + " )";
 }
 
-[[noreturn]] void refuse(const std::string& word)
+[[noreturn]] void refuse_word(const std::string& word)
 {
     throw std::invalid_argument{"\"" + shown_name(word) + "\" is no option with parameters."};
 }
@@ -76,17 +76,17 @@ void read_option(parameter_set& set, const std::string& name, const std::string&
         }
     if (name == "tilt") {
         const auto pair = lens::parse_pair(word);
-        if (!pair) refuse("--tilt " + word);
+        if (!pair) refuse_word("--tilt " + word);
         set.tilt_mrad = {pair->first, pair->second};
         return;
     }
-    if (name != "envelope") refuse("--" + name);
+    if (name != "envelope") refuse_word("--" + name);
     for (const auto envelope : {lens::damping::automatic, lens::damping::on, lens::damping::off})
         if (word == name_of(envelope)) {
             set.envelope = envelope;
             return;
         }
-    refuse("--envelope " + word);
+    refuse_word("--envelope " + word);
 }
 
 /// Words before the first option are the command, and -o is followed by a file.
@@ -102,7 +102,8 @@ parameter_set parameters_in_options(const std::string& text)
             continue;
         }
         if (!word.starts_with("--")) {
-            if (any || !(word == "zentrix" || word == "correct" || word.find('.') != std::string::npos)) refuse(word);
+            if (any || !(word == "zentrix" || word == "correct" || word.find('.') != std::string::npos))
+                refuse_word(word);
             continue;
         }
         any = true;

@@ -52,29 +52,29 @@ std::optional<double> unit_size(dimension what, std::string_view unit)
     return nanometres > 0 ? std::optional{nanometres} : std::nullopt;
 }
 
+void refuse(const std::string& text) { throw std::invalid_argument{text}; }
+
 double converted(const std::string& entry, double value, dimension what, std::string_view from, std::string_view to)
 {
     const auto size = unit_size(what, from);
-    if (!size)
-        throw std::invalid_argument{entry + ": \"" + shown_name(std::string{from}) + "\" is not the unit of " +
-                                    examples_of(what)};
+    if (!size) refuse(entry + ": \"" + shown_name(std::string{from}) + "\" is not the unit of " + examples_of(what));
     // Ratios above 1 are whole powers of ten for most units. Dividing by them is exact where multiplying by 0.1 is not.
     const double target = unit_size(what, to).value();
     const double result = *size >= target ? value * (*size / target) : value / (target / *size);
-    if (!std::isfinite(result)) throw std::invalid_argument{entry + " is too large"};
+    if (!std::isfinite(result)) refuse(entry + " is too large");
     return result;
 }
 
 double finite_number(const std::string& entry, const nlohmann::ordered_json& value, std::string_view expected)
 {
     if (!value.is_number() || !std::isfinite(value.get<double>()))
-        throw std::invalid_argument{entry + " is " + std::string{expected} + ", not " + shown(value)};
+        refuse(entry + " is " + std::string{expected} + ", not " + shown(value));
     return value.get<double>();
 }
 
 std::string text_of(const std::string& entry, const nlohmann::ordered_json& value)
 {
-    if (!value.is_string()) throw std::invalid_argument{entry + " is a text, not " + shown(value)};
+    if (!value.is_string()) refuse(entry + " is a text, not " + shown(value));
     return value.get<std::string>();
 }
 
@@ -83,7 +83,7 @@ double quantity(const std::string& entry, const nlohmann::ordered_json& value, d
     const std::string expected = "a number in " + std::string{unit};
     if (!value.is_object()) return finite_number(entry, value, expected);
     check_members(entry, value, {"value", "unit", "uncertainty", "comment"});
-    if (!value.contains("value")) throw std::invalid_argument{entry + " has no \"value\""};
+    if (!value.contains("value")) refuse(entry + " has no \"value\"");
     const double number = finite_number(entry, value["value"], "a number");
     if (!value.contains("unit")) return number;
     return converted(entry, number, what, text_of("the unit of " + entry, value["unit"]), unit);
@@ -94,7 +94,7 @@ void check_members(const std::string& entry, const nlohmann::ordered_json& objec
 {
     for (const auto& member : object.items())
         if (std::find(known.begin(), known.end(), member.key()) == known.end())
-            throw std::invalid_argument{entry + " has the unknown member \"" + shown_name(member.key()) + "\""};
+            refuse(entry + " has the unknown member \"" + shown_name(member.key()) + "\"");
 }
 
 }  // namespace zentrix::host

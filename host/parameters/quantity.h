@@ -33,6 +33,9 @@ std::string text_of(const std::string& entry, const nlohmann::ordered_json& valu
 /// Throws  std::invalid_argument naming the entry and what is wrong with it
 double quantity(const std::string& entry, const nlohmann::ordered_json& value, dimension what, std::string_view unit);
 
+/// Throws  std::invalid_argument with this text
+[[noreturn]] void refuse(const std::string& text);
+
 /// Throws  std::invalid_argument naming the first member of the object that is not among the known ones
 void check_members(const std::string& entry, const nlohmann::ordered_json& object,
                    std::initializer_list<std::string_view> known);

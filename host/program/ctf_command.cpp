@@ -121,7 +121,7 @@ void write_profile(const std::string& name, const lens::contrast_profile& profil
     output.commit();
 }
 
-json as_json(const transfer_function& made)
+json facts_of(const transfer_function& made)
 {
     const lens::contrast_profile& profile = made.profile;
     const auto or_null = [](double frequency) { return frequency > 0 ? json(frequency) : json(); };
@@ -179,7 +179,7 @@ void run(const ctf_request& request, const global_options& global)
     const transfer_function made = computed(request, used);
     write(request, made, provenance_of(used, global));
     if (global.json) {
-        json done = as_json(made);
+        json done = facts_of(made);
         done["wavelength_nm"] = host::wavelength_of(used);
         done["files"] = request.outputs;
         return print(done);

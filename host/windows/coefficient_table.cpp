@@ -16,7 +16,7 @@ namespace zentrix::host {
 
 namespace {
 
-constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
+constexpr DWORD table_style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_CLIPCHILDREN;
 // At 96 dots per inch. The height is that of all rows.
 constexpr int client_width = 370, client_height = 336, heading_height = 42, margin = 6;
 constexpr COLORREF noticeable_colour = RGB(176, 0, 32);
@@ -75,7 +75,7 @@ std::string text_of_window(HWND window)
 }  // namespace
 
 coefficient_table::coefficient_table(HWND owner)
-    : window{{"Coefficients", style, WS_EX_TOOLWINDOW, owner,
+    : window{{"Coefficients", table_style, WS_EX_TOOLWINDOW, owner,
               SIZE{screen_pixels(client_width), screen_pixels(client_height)}}}
 {
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LISTVIEW_CLASSES};

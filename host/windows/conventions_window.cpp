@@ -10,7 +10,7 @@ namespace zentrix::host {
 
 namespace {
 
-constexpr DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+constexpr DWORD frame_style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr int side_at_96 = 220, gap_at_96 = 12;  // pixels at 96 dots per inch
 
 // Only characters that the system's font for dialogs has everywhere: it need not have Greek or raised digits.
@@ -46,7 +46,7 @@ void draw_text(HDC to, const std::string& text, RECT place, UINT format)
 }  // namespace
 
 conventions_window::conventions_window(HWND owner, engine& engine)
-    : window{{"Conventions", style, WS_EX_TOOLWINDOW, owner, {}}},
+    : window{{"Conventions", frame_style, WS_EX_TOOLWINDOW, owner, {}}},
       side_{screen_pixels(side_at_96)},
       gap_{screen_pixels(gap_at_96)}
 {
@@ -72,7 +72,7 @@ void conventions_window::fit()
     const LONG columns = static_cast<LONG>(pictures_.size()), width = columns * side_ + (columns + 1) * gap_;
     rules_top_ = 3 * gap_ + side_ + title_height_ + meaning_height + gap_ / 2;
     RECT area{0, 0, width, rules_top_ + height_of(dc.get(), rules, width - 2 * gap_) + gap_};
-    AdjustWindowRectEx(&area, style, FALSE, WS_EX_TOOLWINDOW);
+    AdjustWindowRectEx(&area, frame_style, FALSE, WS_EX_TOOLWINDOW);
     SetWindowPos(handle(), nullptr, 0, 0, area.right - area.left, area.bottom - area.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
 }

@@ -14,7 +14,6 @@ namespace errors = qorv::dm::errors;
 constexpr char source_complex[] = "cimSrc should be Complex.";
 constexpr char rho_and_theta_real[] = "imgRho and imgTheta should be Real.";
 constexpr double infinity = std::numeric_limits<double>::infinity();
-const script_value null{};
 
 image_ref of(std::uint32_t code, extents sizes = {4, 3}) { return whole_numbers(code, sizes); }
 

@@ -10,7 +10,7 @@ TEST(Errors, HaveTheirExactTexts)
 {
     const auto of = [](std::uint32_t code, extents sizes = {10, 6}) { return whole_numbers(code, sizes); };
     const auto real = of(2), complex = of(3), doubles = of(12), whole = of(1), small = of(2, {4, 4});
-    const script_value null{}, out = make_cell();
+    const script_value out = make_cell();
     const integer one{1}, eight{8};
     arguments transfer{real};
     transfer.resize(20, 0.1);

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <random>
 
 #include "image/errors.h"
 #include "tests/script/destinations.h"

@@ -9,7 +9,7 @@ namespace {
 
 namespace errors = qorv::dm::errors;
 
-const script_value null{}, out = make_cell();
+const script_value out = make_cell();
 const std::complex<double> i{0, 1};
 const integer one{1}, two{2}, three{3};
 constexpr char correlation_name[] = "ZXCrossCorrelationMaskWithDefocus";

@@ -7,7 +7,6 @@ namespace {
 
 using namespace script;
 
-const script_value null{};
 const integer three{3};
 
 TEST(Functions, FillTheirDestination)

@@ -10,8 +10,6 @@ using namespace script;
 namespace errors = qorv::dm::errors;
 using complex_float = std::complex<float>;
 
-const script_value null{};
-
 /// A lens with every coefficient, scaled so that the phase reaches some tens of radians at the edge.
 arguments lens(script_value source, bool envelope, std::complex<double> tilt, script_value destination)
 {

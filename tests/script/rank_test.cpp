@@ -9,8 +9,6 @@ namespace {
 using namespace script;
 namespace errors = qorv::dm::errors;
 
-const script_value null{};
-
 // A signed type mistaken for the unsigned one of its size would exchange the extremes.
 TEST(Ranks, OrderTheValuesOfEveryType)
 {

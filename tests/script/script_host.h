@@ -22,6 +22,8 @@ namespace script {
 using namespace zentrix::host;
 using integer = std::int64_t;
 
+inline const script_value null{};
+
 /// A host with the library in it. Its end fails the test when anything is still held or the contract was breached.
 class script_host
 {

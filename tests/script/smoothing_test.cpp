@@ -7,8 +7,6 @@ namespace {
 using namespace script;
 namespace errors = qorv::dm::errors;
 
-const script_value null{};
-
 TEST(Smoothing, WithoutAPassOnlyNotifiesTheHost)
 {
     script_host script;

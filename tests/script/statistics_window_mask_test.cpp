@@ -12,7 +12,6 @@ namespace {
 using namespace script;
 namespace errors = qorv::dm::errors;
 
-const script_value null{};
 constexpr double inf = std::numeric_limits<double>::infinity();
 const std::complex<double> i{0, 1};
 

@@ -10,8 +10,6 @@ namespace {
 using namespace script;
 namespace errors = qorv::dm::errors;
 
-const script_value null{};
-
 /// A function and the axes that it exchanges.
 struct transpose_row
 {

@@ -4,6 +4,7 @@
 #include "host/windows/panel_program.h"
 #include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"
+#include "tests/support/companion_package.h"
 #include "tests/support/same_bytes.h"
 #include "tests/windows/control.h"
 #include "tests/windows/page_tables.h"
@@ -58,7 +59,8 @@ class answer
 class at_the_panel : public testing::Test
 {
   protected:
-    at_the_panel() : engine_{with_companion_package()}, library_{std::in_place, engine_, ZENTRIX_LIBRARY_FILE} {}
+    at_the_panel() : engine_{support::with_companion_package()}, library_{std::in_place, engine_, ZENTRIX_LIBRARY_FILE}
+    {}
 
     ~at_the_panel() override
     {

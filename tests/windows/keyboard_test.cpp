@@ -4,6 +4,7 @@
 #include "host/engine/library.h"
 #include "tests/host/program/pictures.h"
 #include "tests/host/program/run.h"
+#include "tests/support/companion_package.h"
 #include "tests/windows/page_tables.h"
 
 #include <algorithm>
@@ -17,7 +18,8 @@ using namespace zentrix::host;
 class at_the_keyboard : public testing::Test
 {
   protected:
-    at_the_keyboard() : engine_{with_companion_package()}, library_{std::in_place, engine_, ZENTRIX_LIBRARY_FILE}
+    at_the_keyboard()
+        : engine_{support::with_companion_package()}, library_{std::in_place, engine_, ZENTRIX_LIBRARY_FILE}
     {
         support::write_wave(bench_ / "wave.npy", 16, 16, [](int, int) { return std::complex<float>{1}; });
         panel_program_options options;

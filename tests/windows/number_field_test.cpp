@@ -5,8 +5,6 @@
 namespace windows_tests {
 namespace {
 
-const row_table &row_A1 = all_rows[3], &row_B2 = all_rows[4];
-
 class a_field : public panel_window
 {
   protected:

@@ -39,6 +39,7 @@ inline const row_table all_rows[] = {{5003, 5041, 5044, 0, 0, 5005, "C1(z)", "C1
                                      {5101, 5103, 5102, 5104, 5105, 5106, "A5", "ModA5", "AngA5"},
                                      {5111, 5112, 5113, 5109, 5115, 5114, "R5", "ModR5", "AngR5"},
                                      {5117, 5118, 5045, 5110, 5121, 5119, "S5", "ModS5", "AngS5"}};
+inline const row_table &row_A1 = all_rows[3], &row_B2 = all_rows[4], &row_A5 = all_rows[11];
 
 inline const page_table pages[] = {{0, "Rotation", nullptr, "RotationPaneIsEnabled", std::span{all_rows}.subspan(0, 3)},
                                    {1, "Basic", "Modulus(nm)", "BasicPaneIsEnabled", std::span{all_rows}.subspan(3, 3)},

@@ -16,8 +16,6 @@ void hold_shift(bool down)
 std::string line(const std::string& key, const char* value) { return key + " = " + value; }
 control edit_of(const control& knob) { return {GetWindow(knob.window, GW_CHILD)}; }
 
-const row_table &row_A1 = all_rows[3], &row_A5 = all_rows[11];
-
 TEST_F(panel_window, EveryControlWritesItsOwnTagAndValuesAreAnnounced)
 {
     show_panel();

@@ -3,17 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "tests/faults/misbehaving_host.h"
+#include "tests/support/companion_package.h"
 
 namespace windows_tests {
 
 using namespace zentrix::host;
-
-engine_options with_companion_package()
-{
-    engine_options options;
-    options.file_exists = [](const std::string&) { return true; };
-    return options;
-}
 
 std::optional<tag> panel_host::recorded_tags::get(const std::string& name) const
 {
@@ -23,7 +17,7 @@ std::optional<tag> panel_host::recorded_tags::get(const std::string& name) const
     return found == values.end() ? std::nullopt : std::optional{found->second};
 }
 
-panel_host::panel_host() : engine_{with_companion_package()}
+panel_host::panel_host() : engine_{support::with_companion_package()}
 {
     for (const char* rest : {"OnApply( ScriptObject self )", "OnPreferences( ScriptObject self )",
                              "OnPCTF( ScriptObject self )", "OnChange( ScriptObject self )",

@@ -16,9 +16,6 @@ namespace windows_tests {
 
 using events = std::vector<std::string>;
 
-/// Options of a host that reports the companion package as present.
-zentrix::host::engine_options with_companion_package();
-
 /// The built library in the stand-alone host, with a handler and a tag group that record all requests.
 class panel_host
 {

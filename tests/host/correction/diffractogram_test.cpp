@@ -3,6 +3,7 @@
 
 #include "host/engine/library.h"
 #include "lens/electron.h"
+#include "tests/support/companion_package.h"
 
 #include <gtest/gtest.h>
 
@@ -14,13 +15,6 @@ namespace {
 using namespace zentrix::host;
 namespace lens = zentrix::lens;
 using pixel = std::complex<float>;
-
-engine_options with_companion_package()
-{
-    engine_options options;
-    options.file_exists = [](const std::string&) { return true; };
-    return options;
-}
 
 lens::optics in_focus()
 {
@@ -42,7 +36,7 @@ image_ref grating()
 
 TEST(Diffractograms, HaveThePowerOfTheWaveOrOfWhatIsDisplayed)
 {
-    engine host{with_companion_package()};
+    engine host{support::with_companion_package()};
     library loaded{host, ZENTRIX_LIBRARY_FILE};
     live_correction correction{host, grating()};
     correction.set(in_focus(), lens::damping::off);

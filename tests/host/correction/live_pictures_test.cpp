@@ -6,6 +6,7 @@
 #include "host/engine/library.h"
 #include "host/fft/fft.h"
 #include "lens/electron.h"
+#include "tests/support/companion_package.h"
 #include "tests/support/same_bytes.h"
 
 #include <gmock/gmock.h>
@@ -23,13 +24,6 @@ namespace {
 using namespace zentrix::host;
 using pixel = std::complex<float>;
 namespace lens = zentrix::lens;
-
-engine_options with_companion_package()
-{
-    engine_options options;
-    options.file_exists = [](const std::string&) { return true; };
-    return options;
-}
 
 std::vector<pixel> pixels_of(const image& wave)
 {
@@ -62,7 +56,7 @@ class LivePictures : public testing::Test
         return setup;
     }
 
-    engine engine_{with_companion_package()};
+    engine engine_{support::with_companion_package()};
     library library_{engine_, ZENTRIX_LIBRARY_FILE};
 };
 

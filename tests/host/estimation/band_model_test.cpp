@@ -13,7 +13,7 @@ namespace {
 using namespace zentrix;
 using namespace zentrix::host;
 
-constexpr int size = 64;
+constexpr int side = 64;
 constexpr double pixel = 0.05;
 
 /// All coefficients, each of which changes chi by a radian or so, behind a tilted beam and an envelope.
@@ -35,21 +35,21 @@ wave_spectrum seen_spectrum()
 {
     std::mt19937 random{5};
     std::vector<std::complex<float>> wave;
-    for (int i = 0; i < size * size; ++i)
+    for (int i = 0; i < side * side; ++i)
         wave.push_back(std::polar(1.0F, 0.5F * static_cast<float>(random()) / 4294967296.0F));
-    forward_fft(wave.data(), size, size);
+    forward_fft(wave.data(), side, side);
     const imaging lens = lens_out_of_trim();
     lens::optics setup = microscope;
     setup.lens = lens;
     const auto arguments = lens::arguments_for(setup, 2, 2, lens::direction::apply);
-    wave_spectrum seen{size, size, pixel, std::move(wave)};
-    for (int y = 0; y < size; ++y)
-        for (int x = 0; x < size; ++x) {
-            auto& value = seen.values[static_cast<std::size_t>(y * size + x)];
-            const std::complex<double> g{(x - size / 2) / (size * pixel), (size / 2 - y) / (size * pixel)};
+    wave_spectrum seen{side, side, pixel, std::move(wave)};
+    for (int y = 0; y < side; ++y)
+        for (int x = 0; x < side; ++x) {
+            auto& value = seen.values[static_cast<std::size_t>(y * side + x)];
+            const std::complex<double> g{(x - side / 2) / (side * pixel), (side / 2 - y) / (side * pixel)};
             const double turn = g == 0.0 ? 0 : -lens.contrast;
             value = std::complex<float>{std::complex<double>{value} * lens::transfer_value(arguments, g) *
-                                        std::polar(1.0 / (size * size), turn)};
+                                        std::polar(1.0 / (side * side), turn)};
         }
     return seen;
 }

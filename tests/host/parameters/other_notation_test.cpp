@@ -36,7 +36,7 @@ testing::AssertionResult are_near(const coefficient_map& got, const coefficient_
     return testing::AssertionSuccess();
 }
 
-std::string problem_of(const std::string& text)
+std::string refusal_of(const std::string& text)
 {
     return support::message_of([&] { parameters_in(json::parse(text)); });
 }
@@ -109,7 +109,7 @@ TEST(OtherNotation, IsRefusedIfItIsNotClear)
          R"("A7" is not a coefficient of the notation corrector)"},
         {R"({"aberration_model": {"kv": 300}, "kv": 300})", "kv is given twice"},
     };
-    for (const auto& [text, problem] : rows) EXPECT_EQ(problem_of(text), problem) << text;
+    for (const auto& [text, problem] : rows) EXPECT_EQ(refusal_of(text), problem) << text;
 }
 
 TEST(OtherNotation, IsWrittenAsItIsRead)

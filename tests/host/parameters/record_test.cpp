@@ -44,8 +44,6 @@ class records : public testing::Test
     provenance made_;
 };
 
-}  // namespace
-
 TEST_F(records, SayHowAResultWasMade)
 {
     record("out.json");
@@ -164,3 +162,5 @@ TEST_F(records, GiveTheirScaleToTheResult)
     fs::resize_file(folder_ / "out.npy", 40);
     EXPECT_FALSE(scale_of(*wave_)) << "another file";
 }
+
+}  // namespace

@@ -11,7 +11,7 @@ namespace {
 
 using testing::HasSubstr;
 
-const std::string lens = "--kv 300 --pixel 0.05 --C1 -40 ";
+const std::string microscope = "--kv 300 --pixel 0.05 --C1 -40 ";
 
 class PictureOptions : public ::testing::Test
 {
@@ -41,8 +41,8 @@ class PictureOptions : public ::testing::Test
 
 TEST_F(PictureOptions, AreRefusedWithoutAPicture)
 {
-    const std::string commands[] = {"correct wave.npy -o out/r.npy " + lens,
-                                    "aberrate wave.npy -o out/ " + lens,
+    const std::string commands[] = {"correct wave.npy -o out/r.npy " + microscope,
+                                    "aberrate wave.npy -o out/ " + microscope,
                                     "fft wave.npy -o out/r.npy ",
                                     "ifft wave.npy -o out/r.npy ",
                                     "unwrap phase.npy -o out/r.npy --pixel 0.1 --cuts out/cuts.png ",
@@ -55,8 +55,8 @@ TEST_F(PictureOptions, AreRefusedWithoutAPicture)
     for (const auto& command : commands)
         for (const auto& [words, name] : looks)
             expect_refused(command + words, 2, name + " is for pictures, and none is written");
-    expect_refused("ctf -o out/ctf.csv --title T " + lens, 2, "--title is for figures, and none is written");
-    expect_refused("correct wave.npy -o out/r.npy --suffix _c " + lens, 2, "--suffix is for results in a folder");
+    expect_refused("ctf -o out/ctf.csv --title T " + microscope, 2, "--title is for figures, and none is written");
+    expect_refused("correct wave.npy -o out/r.npy --suffix _c " + microscope, 2, "--suffix is for results in a folder");
 }
 
 TEST_F(PictureOptions, AreCheckedBeforeAnythingIsWritten)
@@ -66,7 +66,7 @@ TEST_F(PictureOptions, AreCheckedBeforeAnythingIsWritten)
     for (const char* const command : {"fft wave.npy", "ifft wave.npy", "unwrap phase.npy", "hologram holo.npy",
                                       "hologram holo.npy --phase --wave out/w.npy"})
         expect_refused(std::string{command} + both + "--scale-bar", 1, no_scale);
-    const std::string commands[] = {"correct wave.npy " + lens, "aberrate wave.npy " + lens, "fft wave.npy",
+    const std::string commands[] = {"correct wave.npy " + microscope, "aberrate wave.npy " + microscope, "fft wave.npy",
                                     "unwrap phase.npy", "hologram holo.npy"};
     for (const auto& command : commands) {
         expect_refused(command + both + "--limits-of missing.png", 1, "missing.png");
@@ -77,8 +77,8 @@ TEST_F(PictureOptions, AreCheckedBeforeAnythingIsWritten)
     }
     expect_refused("estimate wave.npy -o out/r.json --png none/p.png --kv 300 --pixel 0.05", 1,
                    "there is no folder none");
-    expect_refused("ctf -o out/ctf.csv -o none/ctf.png " + lens, 1, "there is no folder none");
-    expect_refused("ctf -o out/ctf.csv -o out/ctf.csv " + lens, 1, "two results would have this name");
+    expect_refused("ctf -o out/ctf.csv -o none/ctf.png " + microscope, 1, "there is no folder none");
+    expect_refused("ctf -o out/ctf.csv -o out/ctf.csv " + microscope, 1, "two results would have this name");
     expect_refused("call MovingAverage2 phase.npy 2 _ _ -o imgDst1=out/mean.npy -o imgDst2=none/deviation.npy", 1,
                    "there is no folder none");
     expect_refused("call MedianFilter phase.npy 2 null 1 -o phase.npy", 1, "phase.npy: is an input and cannot be");
